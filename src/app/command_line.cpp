@@ -1,0 +1,67 @@
+#include "app/command_line.h"
+
+#include <string_view>
+
+#include "core/text.h"
+
+namespace kalvex {
+
+constinit const char* const kUsage =
+    "usage: kalvex [options] [macro.kvs]\n"
+    "\n"
+    "Fits optical spectra. Runs the macro and ends; without one there is nothing to do but with windows.\n"
+    "\n"
+    "  --headless    no windows, also where there is a display\n"
+    "  --check       read and parse the macro, but run nothing\n"
+    "  --verbose     tell on standard error what each statement did, or why it did nothing\n"
+    "  --progress    tell on standard error how a fit proceeds (done anyway on a terminal)\n"
+    "  --threads N   use N threads\n"
+    "  --help        show this text\n"
+    "  --version     show the version\n"
+    "\n"
+    "Exit status: 0 the macro ran to its end, 1 it could not run, 2 wrong command line.\n";
+
+bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::string& fault) {
+  bool onlyFiles = false;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string_view arg = args[i];
+    if (onlyFiles || arg.empty() || arg[0] != '-' || arg == "-") {
+      if (!line.macroFile.empty()) {
+        fault = "a second macro file, '" + std::string(arg) + "'";
+        return false;
+      }
+      line.macroFile = arg;
+    } else if (arg == "--") {
+      onlyFiles = true;
+    } else if (arg == "--headless") {
+      line.headless = true;
+    } else if (arg == "--check") {
+      line.check = true;
+    } else if (arg == "--verbose") {
+      line.verbose = true;
+    } else if (arg == "--progress") {
+      line.progress = true;
+    } else if (arg == "--help" || arg == "-h") {
+      line.help = true;
+    } else if (arg == "--version") {
+      line.version = true;
+    } else if (arg == "--threads") {
+      const std::string_view number = i + 1 < args.size() ? args[++i] : "";
+      line.threads = IntegerOf(number);
+      if (line.threads < 1 || std::to_string(line.threads) != number) {
+        fault = "--threads needs a number of at least 1";
+        return false;
+      }
+    } else {
+      fault = "unknown option '" + std::string(arg) + "'";
+      return false;
+    }
+  }
+  if (line.check && line.macroFile.empty()) {
+    fault = "--check needs a macro file";
+    return false;
+  }
+  return true;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,26 @@
+// The options of the program.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kalvex {
+
+struct CommandLine {
+  bool headless = false;
+  bool check = false;
+  bool verbose = false;
+  bool progress = false;
+  bool help = false;
+  bool version = false;
+  int threads = 0;  // 0: as many as the machine has
+  std::string macroFile;
+};
+
+// Reads the arguments behind the program's own name. False for a wrong command line, with the reason in fault.
+bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::string& fault);
+
+extern const char* const kUsage;
+
+}  // namespace kalvex

@@ -1,0 +1,49 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "app/command_line.h"
+#include "macro/run_macro.h"
+#include "program/program.h"
+
+namespace {
+
+enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2 };
+
+int RunOrCheck(const kalvex::CommandLine& line) {
+  const auto program = std::make_unique<kalvex::Program>();
+  program->macro.verbose = line.verbose;
+  program->showProgress = line.progress || isatty(STDERR_FILENO) != 0;
+  const int result =
+      line.check ? kalvex::CheckMacro(*program, line.macroFile) : kalvex::RunMacro(*program, line.macroFile);
+  if (result >= 0) return kRan;
+  std::fprintf(stderr, "%s\n", program->macro.fault.c_str());
+  return kCouldNotRun;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  kalvex::CommandLine line;
+  std::string fault;
+  const std::span<const char* const> args(argv, static_cast<std::size_t>(argc));
+  if (!kalvex::ReadCommandLine(args.empty() ? args : args.subspan(1), line, fault)) {
+    std::fprintf(stderr, "kalvex: %s\n%s", fault.c_str(), kalvex::kUsage);
+    return kWrongCommandLine;
+  }
+  if (line.help) {
+    std::fputs(kalvex::kUsage, stdout);
+    return kRan;
+  }
+  if (line.version) {
+    std::puts("Kalvex " KALVEX_VERSION);
+    return kRan;
+  }
+  if (line.macroFile.empty()) {
+    std::fputs("kalvex: no macro file is named, and there are no windows\n", stderr);
+    return kRan;
+  }
+  return RunOrCheck(line);
+}

@@ -1,0 +1,60 @@
+// Packed little-endian records, byte by byte, so that a file is the same on every machine.
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kalvex {
+
+class ByteWriter {
+ public:
+  void U32(std::uint32_t value) { Little(value, 4); }
+  void I32(std::int32_t value) { U32(static_cast<std::uint32_t>(value)); }
+  void F64(double value) { Little(std::bit_cast<std::uint64_t>(value), 8); }
+  void Bytes(std::span<const char> bytes) { bytes_.append(bytes.data(), bytes.size()); }
+  std::string_view Content() const { return bytes_; }
+
+ private:
+  void Little(std::uint64_t value, int count) {
+    for (int i = 0; i < count; ++i) bytes_.push_back(static_cast<char>(value >> (8 * i)));
+  }
+  std::string bytes_;
+};
+
+// Reads fields off the front of a block of bytes. A field that the block is too short for reads as 0.
+class ByteReader {
+ public:
+  explicit ByteReader(std::string_view bytes) : rest_(bytes) {}
+
+  std::uint32_t U32() { return static_cast<std::uint32_t>(Little(4)); }
+  std::int32_t I32() { return static_cast<std::int32_t>(U32()); }
+  double F64() { return std::bit_cast<double>(Little(8)); }
+  // Copies up to out.size() bytes and tells how many there were; the rest of out is left alone.
+  std::size_t Bytes(std::span<char> out) {
+    const std::size_t count = std::min(out.size(), rest_.size());
+    std::memcpy(out.data(), rest_.data(), count);
+    rest_.remove_prefix(count);
+    return count;
+  }
+  std::size_t Left() const { return rest_.size(); }
+
+ private:
+  std::uint64_t Little(std::size_t count) {
+    std::uint64_t value = 0;
+    if (rest_.size() < count) {
+      rest_ = {};
+      return 0;
+    }
+    for (std::size_t i = 0; i < count; ++i) value |= std::uint64_t{static_cast<unsigned char>(rest_[i])} << (8 * i);
+    rest_.remove_prefix(count);
+    return value;
+  }
+  std::string_view rest_;
+};
+
+}  // namespace kalvex

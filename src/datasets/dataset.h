@@ -1,0 +1,83 @@
+// Dataset: one measured spectrum. A slot of the table is what the user calls a dataset number; the id is a serial of
+// the load, so that a reference to an unloaded spectrum can never be taken for the one loaded after it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/limits.h"
+
+namespace kalvex {
+
+struct DataRow {
+  double x = 0;  // cm-1
+  double y = 0;
+  double sigma = 0;
+};
+
+enum class XSource : int { kMaster = 0, kFile = 1, kGenerated = 2 };
+enum class YSource : int { kMaster = 0, kFixed = 1 };
+enum class ErrorSource : int { kMaster = 0, kFile = 1, kFixed = 2 };
+enum class Grid : int { kLinear = 0, kLogarithmic = 1 };
+enum class Matching : int { kInterpolation = 0, kAveraging = 1 };
+
+inline constexpr std::size_t kDatasetNameSize = 50;
+
+struct Dataset {
+  std::uint32_t id = 0;  // 0 marks a free slot
+  std::string name;
+  std::string MasterFile;
+  std::string XFile;
+  std::string YErrFile;
+  XSource XMethod = XSource::kMaster;
+  YSource YMethod = YSource::kMaster;
+  ErrorSource YErrMethod = ErrorSource::kMaster;
+  double YVal = 0.0;
+  double YErrVal = 0.01;
+  Grid XGrid = Grid::kLinear;
+  Matching Match = Matching::kInterpolation;
+  int Quantity = 0;
+  std::vector<DataRow> points;  // ascending in x
+  double XMin = 1.0;            // limits and size of a generated grid; after a load the limits of the points
+  double XMax = 1000.0;
+  int XPts = 1000;
+  double CutMin = 0.0;  // cutting range
+  double CutMax = 0.0;
+  int nActive = 0;  // rows inside it, and the first and last of them
+  int firstActive = 0;
+  int lastActive = -1;
+};
+
+struct DatasetTable {
+  std::array<Dataset, kMaxDatasets> slots;
+  std::uint32_t nextId = 1;
+};
+
+// The rows of the active range: from, up to but not including to.
+struct ActiveRows {
+  int from = 0;
+  int to = 0;
+};
+ActiveRows ActiveRowsOf(const Dataset& dataset);
+
+// Dataset of a slot number from 1, null outside the table.
+Dataset* DatasetInSlot(DatasetTable& table, int slot);
+const Dataset* DatasetInSlot(const DatasetTable& table, int slot);
+// The id 0 finds a free slot.
+const Dataset* GetDatasetById(const DatasetTable& table, std::uint32_t id);
+Dataset* GetDatasetById(DatasetTable& table, std::uint32_t id);
+int CountDatasets(const DatasetTable& table);
+std::vector<std::uint32_t> ListDatasetIds(const DatasetTable& table);  // in slot order
+std::uint32_t FirstDatasetId(const DatasetTable& table);               // of slot 1, 0 if it is free
+
+void ClearDataset(Dataset& dataset);
+// Empties the slot; a free slot is left as it is.
+void UnloadDataset(Dataset& dataset);
+
+// Finds the active range anew from CutMin and CutMax. A row on CutMin is inside; a row on CutMax is not, unless it is
+// the last row or the first. A dataset without rows is left alone.
+void ComputeActiveRange(Dataset& dataset);
+
+}  // namespace kalvex

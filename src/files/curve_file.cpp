@@ -1,0 +1,98 @@
+#include "files/curve_file.h"
+
+#include <cmath>
+#include <vector>
+
+#include "core/files.h"
+#include "core/text.h"
+#include "models/eval_model.h"
+#include "models/eval_spectrum.h"
+
+namespace kalvex {
+namespace {
+
+constexpr std::size_t kChunk = 4096;
+
+// Walks start, start + step, ... up to end. Rounding may add or lose a point; one more than wanted is the most, so that
+// a step too small to move x ends too.
+class GridWalk {
+ public:
+  GridWalk(const CurveExport& what)
+      : logarithmic_(what.grid == 2),
+        at_(logarithmic_ ? LogOf(what.xMin) : what.xMin),
+        end_(logarithmic_ ? LogOf(what.xMax) : what.xMax),
+        step_((end_ - at_) / (what.points - 1)),
+        left_(static_cast<std::size_t>(what.points) + 1) {}
+
+  bool HasPoint() const { return at_ <= end_ && left_ > 0; }
+  double Take() {
+    const double x = logarithmic_ ? std::pow(10.0, at_) : at_;
+    at_ += step_;
+    --left_;
+    return x;
+  }
+
+ private:
+  static double LogOf(double x) { return x <= 1e-300 ? -300 : std::log10(x); }
+  bool logarithmic_;
+  double at_, end_, step_;
+  std::size_t left_;
+};
+
+void AppendLine(std::string& text, std::initializer_list<double> numbers) {
+  const char* separator = "";
+  for (const double number : numbers) {
+    text += separator;
+    AppendG(text, number);
+    separator = " ";
+  }
+  text += '\n';
+}
+
+std::string ValuesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+  std::string text;
+  const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
+  EvalSpectrum(ctx, model, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
+    for (std::size_t i = 0; i < block.count; ++i) AppendLine(text, {x[block.first + i], block.Value(quantity, i)});
+  });
+  return text;
+}
+
+std::string SlopesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+  std::string text;
+  WantOnly(ctx.quantities, SetOf(quantity));
+  for (const double w : x) {
+    EvalModel(ctx, model, w, true);
+    const Quantity& of = ctx.quantities[static_cast<std::size_t>(quantity)];
+    AppendLine(text, {w, of.value, of.dRe, of.dIm});
+  }
+  return text;
+}
+
+void WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFileWriter& file) {
+  std::vector<double> x;
+  if (what.onMesh) {
+    if (!model.vdf.On) return;
+    for (const VdfMeshPoint& point : model.vdf.mesh) x.push_back(point.x);
+    file.Write(ValuesAt(ctx, model, *what.quantity, x));
+    return;
+  }
+  if (what.grid != 1 && what.grid != 2) return;
+  const bool slopes = what.derivatives && what.grid == 2;
+  for (GridWalk walk(what); walk.HasPoint();) {
+    x.clear();
+    while (x.size() < kChunk && walk.HasPoint()) x.push_back(walk.Take());
+    file.Write(slopes ? SlopesAt(ctx, model, *what.quantity, x) : ValuesAt(ctx, model, *what.quantity, x));
+  }
+}
+
+}  // namespace
+
+int ExportModelCurve(EvalContext& ctx, Model* model, const CurveExport& what, const std::string& path) {
+  WholeFileWriter file(path);
+  if (!file.IsOpen()) return -1;
+  if (model && what.quantity) WriteCurve(ctx, *model, what, file);
+  return file.Commit() ? 0 : -1;
+}
+
+}  // namespace kalvex

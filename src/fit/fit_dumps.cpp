@@ -1,0 +1,188 @@
+#include "fit/fit_dumps.h"
+
+#include <array>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "core/text.h"
+#include "datasets/dataset.h"
+#include "fit/fit_lists.h"
+#include "models/eval_model.h"
+#include "models/model_table.h"
+
+namespace kalvex {
+namespace {
+
+void Rebuild(FitState& fit, EvalContext& eval) {
+  RebuildFitParams(fit, eval);
+  RebuildFitPoints(fit, eval);
+  ComputeChiSq(fit, eval);
+}
+
+// The Quantity of a model over all rows of a dataset.
+std::vector<double> CurveOf(EvalContext& eval, Model& model, const Dataset& dataset) {
+  std::vector<double> curve;
+  WantOnly(eval.quantities, SetOf(dataset.Quantity));
+  for (const DataRow& row : dataset.points) {
+    EvalModel(eval, model, row.x, false);
+    curve.push_back(eval.quantities[static_cast<std::size_t>(dataset.Quantity)].value);
+  }
+  return curve;
+}
+
+double ChiSqOfAllButTheLast(const FitState& fit) {
+  double sum = 0;
+  for (std::size_t t = 0; t + 1 < fit.list.terms.size(); ++t) {
+    sum += fit.list.terms[t].weight * fit.list.terms[t].termChiSq;
+  }
+  return sum;
+}
+
+// Two derivatives of a Quantity by the two parameters of a mesh point.
+struct PointSlopes {
+  double e1;
+  double e2;
+};
+PointSlopes SlopesAt(const Model& model, int meshIndex, int quantity) {
+  const VdfMeshPoint& point = model.vdf.mesh[static_cast<std::size_t>(meshIndex)];
+  const auto q = static_cast<std::size_t>(quantity);
+  return {point.e1.dQuantity[q], point.e2.dQuantity[q]};
+}
+
+void EvaluateConductivity(EvalContext& eval, Model& model, double x) {
+  WantOnly(eval.quantities, static_cast<QuantitySet>(SetOf(kS1) | SetOf(kS2)));
+  EvalModel(eval, model, x, true);
+}
+
+// Calls visit(row) for each active row of dataset 1; false if there is no such dataset.
+template <class Visit>
+bool ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
+  const Dataset& dataset = datasets.slots.front();
+  if (dataset.id == 0) return false;
+  const ActiveRows active = ActiveRowsOf(dataset);
+  for (int i = active.from; i < active.to; ++i) visit(dataset.points[static_cast<std::size_t>(i)]);
+  return true;
+}
+
+}  // namespace
+
+int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datasets, const Notices& notices,
+                           const Platform& platform, const FitHooks& hooks) {
+  constexpr std::array<double, 11> kFactors = {0.90, 0.92, 0.94, 0.96, 0.98, 1.00, 1.02, 1.04, 1.06, 1.08, 1.10};
+  constexpr std::array<double, 3> kAnchorWeights = {1e-8, 1e-7, 1e-6};
+  if (fit.list.terms.size() < 3) return -1;
+  Dataset* const dataset = GetDatasetById(datasets, fit.list.terms.back().datasetId);
+  Model* const model = GetModelByNumber(*eval.params, fit.list.terms.back().modelId);
+  if (!dataset || dataset->id == 0 || !model) return -1;
+
+  const std::vector<DataRow> points = dataset->points;
+  const double weight = fit.list.terms.back().weight;
+  const int maxIterations = fit.options.MaxIterations;
+  const double cutMin = dataset->CutMin, cutMax = dataset->CutMax;
+  const auto anchorWeight = [&](double value) {
+    fit.list.terms.back().weight = value;
+    ComputeChiSq(fit, eval);
+  };
+  const auto tellGraphs = [&] { NotifyGraphs(notices, GraphEvent::kDatasetChanged, dataset->id); };
+
+  anchorWeight(0);
+  fit.options.MaxIterations = 10;
+  RunFit(fit, eval, platform, hooks);
+  const std::vector<double> reference = CurveOf(eval, *model, *dataset);
+  std::string text;
+  for (std::size_t i = 0; i < reference.size(); ++i) {
+    dataset->CutMin = dataset->CutMax = dataset->points[i].x;
+    dataset->firstActive = dataset->lastActive = static_cast<int>(i);
+    dataset->nActive = 1;
+    // The term must weigh something while the lists are built, or it would be left out of them.
+    fit.list.terms.back().weight = kAnchorWeights.front();
+    tellGraphs();
+    Rebuild(fit, eval);
+    AppendG(text, dataset->points[i].x);
+    text += ' ';
+    AppendG(text, reference[i]);
+    text += ' ';
+    for (const double factor : kFactors) {
+      dataset->points[i].y = reference[i] * factor;
+      RebuildFitPoints(fit, eval);
+      ComputeChiSq(fit, eval);
+      tellGraphs();
+      for (const double value : kAnchorWeights) {
+        anchorWeight(value);
+        fit.options.MaxIterations = 5;
+        RunFit(fit, eval, platform, hooks);
+      }
+      AppendG(text, ChiSqOfAllButTheLast(fit));
+      text += ' ';
+    }
+    text += '\n';
+  }
+  const bool written = WriteWholeFile("QntyErrorBars.dat", text);
+
+  fit.list.terms.back().weight = weight;
+  fit.options.MaxIterations = maxIterations;
+  dataset->points = points;
+  dataset->CutMin = cutMin;
+  dataset->CutMax = cutMax;
+  ComputeActiveRange(*dataset);
+  Rebuild(fit, eval);
+  tellGraphs();
+  return written ? 0 : -1;
+}
+
+int WriteDerivativeDump(EvalContext& eval) {
+  std::array<Model*, 4> models{};
+  for (std::uint32_t i = 0; i < models.size(); ++i) {
+    models[i] = GetModelByNumber(*eval.params, i + 1);
+    if (!models[i]) return -1;
+  }
+  std::string text;
+  const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
+    const int at = FindVdfInterval(row.x, models[0]->vdf);
+    if (at < 0 || at >= static_cast<int>(models[1]->vdf.mesh.size())) return;
+    AppendUpperG(text, row.x);
+    for (Model* const measured : {models[2], models[3]}) {
+      EvaluateConductivity(eval, *measured, row.x);
+      for (const int quantity : {kS1, kS2}) {
+        for (const Model* const owner : {models[0], models[1]}) {
+          const PointSlopes slopes = SlopesAt(*owner, at, quantity);
+          for (const double slope : {slopes.e1, slopes.e2}) {
+            text += ' ';
+            AppendUpperG(text, slope);
+          }
+        }
+      }
+    }
+    text += '\n';
+  });
+  return loaded && WriteWholeFile("Jakob.dat", text) ? 0 : -1;
+}
+
+int WriteSensitivityDump(EvalContext& eval) {
+  std::array<Model*, 3> models{};
+  for (std::uint32_t i = 0; i < models.size(); ++i) {
+    models[i] = GetModelByNumber(*eval.params, i + 1);
+    if (!models[i]) return -1;
+  }
+  std::string text;
+  const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
+    const int at = FindVdfInterval(row.x, models[0]->vdf);
+    if (at < 0) return;
+    EvaluateConductivity(eval, *models[2], row.x);
+    const auto [a, b] = SlopesAt(*models[0], at, kS1);
+    const auto [c, d] = SlopesAt(*models[0], at, kS2);
+    const double det = a * d - b * c;
+    const bool regular = std::fabs(det) > kTinyNorm;
+    AppendUpperG(text, row.x);
+    text += ' ';
+    AppendUpperG(text, regular ? std::fabs(d / det) + std::fabs(b / det) : 2 * kNoValue);
+    text += ' ';
+    AppendUpperG(text, regular ? std::fabs(c / det) + std::fabs(a / det) : 2 * kNoValue);
+    text += '\n';
+  });
+  return loaded && WriteWholeFile("Jakob2.dat", text) ? 0 : -1;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,55 @@
+#include "fit/fit_log.h"
+
+#include <string>
+
+#include "core/text.h"
+
+namespace kalvex {
+namespace {
+
+void AppendField(std::string& line, double value) {
+  AppendG(line, value);
+  line += ' ';
+}
+
+std::string HeadLine(const FitState& fit) {
+  std::string line = "IterNo Time Lambda ChiSq ";
+  for (std::size_t t = 1; t <= fit.list.terms.size(); ++t) line += "ChiSq" + std::to_string(t) + ' ';
+  for (int p = 1; p <= fit.NumFreeParams; ++p) {
+    line += 'P' + std::to_string(p) + " Perr" + std::to_string(p) + ' ';
+  }
+  return line + '\n';
+}
+
+std::string Row(const FitState& fit) {
+  std::string line = std::to_string(fit.IterationCount) + ' ' + std::to_string(fit.ElapsedSeconds) + ' ';
+  AppendField(line, fit.Lambda);
+  AppendField(line, fit.TotalChiSq);
+  for (const ChiSqTerm& term : fit.list.terms) AppendField(line, term.termChiSq);
+  for (std::size_t p = 0; p < static_cast<std::size_t>(fit.NumFreeParams); ++p) {
+    AppendField(line, fit.params[p].cell->value);
+    AppendField(line, fit.params[p].cell->error);
+  }
+  return line + '\n';
+}
+
+}  // namespace
+
+void FitLog::Begin(const FitState& fit) {
+  file_.reset(std::fopen("Fitlog.dat", "ab"));
+  if (!file_) return;
+  WriteLine(HeadLine(fit));
+  WriteRow(fit);
+}
+
+void FitLog::WriteRow(const FitState& fit) {
+  if (file_) WriteLine(Row(fit));
+}
+
+void FitLog::WriteLine(std::string_view line) {
+  if (!file_) return;
+  std::fwrite(line.data(), 1, line.size(), file_.get());
+  std::fflush(file_.get());
+}
+
+}  // namespace kalvex

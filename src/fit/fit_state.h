@@ -1,0 +1,109 @@
+// The fit's state: which dataset is held against which model, every measured point in use, every parameter that
+// influences one, and where a run stands.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "models/model.h"
+#include "models/param_place.h"
+#include "models/quantity.h"
+
+namespace kalvex {
+
+// One dataset held against one model.
+struct ChiSqTerm {
+  int id = 0;
+  std::uint32_t datasetId = 0;
+  std::uint32_t modelId = 0;
+  double weight = 1.0;      // 0 takes the term out of the fit; it stays in the list
+  double termChiSq = 0;     // without the weight
+  double prevChiSq = 0;     // of the derivative test
+  bool selected = false;    // in the list of the fit window
+  std::vector<int> params;  // indices of the FitParams on which it depends
+};
+
+// The id counter is the program's, so that the ids of the fit's list and of a list of candidates never meet.
+struct ChiSqTermList {
+  std::vector<ChiSqTerm> terms;
+};
+
+struct FitPoint {
+  double x = 0;  // cm-1
+  double y = 0;
+  double sigma = 0;
+  int quantity = 0;
+  std::uint32_t modelId = 0;
+  int term = 0;
+};
+
+// A run of points that one evaluation serves.
+struct FitGroup {
+  double x = 0;  // that of the first point
+  std::uint32_t modelId = 0;
+  int first = 0;
+  int end = 0;
+};
+
+struct FitParam {
+  ParamPlace place;
+  ModelParam* cell = nullptr;  // where the value lives; found anew whenever that may have moved
+  std::vector<char> termUse;   // one flag a term: the parameter influences it
+  bool used = false;           // it influences at least one term
+  bool isMaster = true;        // no earlier used parameter is of the same coupling group
+  int master = 0;              // the parameter whose row and column of the matrices serves this one
+  double startValue = 0;       // before the run; the swap partner of Undo
+};
+
+struct FitOptions {
+  bool StopOnIterations = false;
+  int MaxIterations = 1000;
+  bool StopOnTime = false;
+  int MaxSeconds = 100;
+  bool StopOnReduction = true;
+  int ReductionIterations = 3;
+  double ReductionAmount = 0.001;  // of ChiSq itself, no ratio
+  bool StopOnOutOfRange = false;   // kept, without effect
+  bool StopOnLambda = true;
+  double MaxLambda = 1e20;
+  bool CalcConfidence = false;
+  double DeltaChiSq = 100.0;
+  bool LogFit = false;
+  double SingularDet = 1e-30;  // kept and shown; the solver has its own test
+  int ScreenUpdateEvery = 1;   // kept and shown; the screen follows every accepted iteration
+  double InitialLambda = 0.001;
+};
+
+// What the caller of a run may like to know about its end.
+struct FitReport {
+  std::string stop;  // which rule ended it
+  double startChiSq = 0;
+  std::vector<int> withoutInfluence;  // masters whose diagonal of alpha was 0 when no step could be taken
+};
+
+struct FitState {
+  ChiSqTermList list;
+  int nextTermId = 0;
+  std::vector<FitPoint> points;
+  std::vector<FitGroup> groups;
+  std::vector<double> groupX;  // frequency of each group, and the Quantities that it needs
+  std::vector<QuantitySet> groupWanted;
+  std::vector<FitParam> params;  // the masters first
+
+  int NumFitParams = 0;
+  int NumFreeParams = 0;  // masters: the size of the matrices
+  double TotalChiSq = 0;
+  double Lambda = 0;
+  int IterationCount = 0;
+  int ElapsedSeconds = 0;
+  double ChiSqChange = 0;  // ChiSq at the start of the run minus the present one
+  bool FitRunning = false;
+  bool UndoAvailable = false;
+  bool StopRequested = false;
+
+  FitOptions options;
+  FitReport report;
+};
+
+}  // namespace kalvex

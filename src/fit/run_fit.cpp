@@ -1,0 +1,218 @@
+#include "fit/run_fit.h"
+
+#include <cmath>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "core/limits.h"
+#include "core/text.h"
+#include "fit/confidence.h"
+#include "fit/fit_coordinate.h"
+#include "fit/fit_lists.h"
+#include "fit/fit_log.h"
+#include "fit/normal_equations.h"
+#include "models/param_value.h"
+
+namespace kalvex {
+namespace {
+
+struct Run {
+  FitState& fit;
+  EvalContext& eval;
+  const Platform& platform;
+  const FitHooks& hooks;
+  NormalEquations equations;
+  std::vector<double> diagonal;  // of alpha, without damping
+  std::vector<double> inverseDiagonal, delta, saved;
+  std::vector<double> history;  // ChiSq at the start of each iteration
+  bool limitHit = false;
+  FitLog log;
+  std::int64_t startTime = 0;
+
+  Run(FitState& state, EvalContext& context, const Platform& machine, const FitHooks& around)
+      : fit(state),
+        eval(context),
+        platform(machine),
+        hooks(around),
+        equations(static_cast<std::size_t>(state.NumFreeParams)),
+        diagonal(equations.beta.size()),
+        inverseDiagonal(equations.beta.size()),
+        delta(equations.beta.size()),
+        saved(equations.beta.size()) {}
+
+  std::size_t Masters() const { return equations.beta.size(); }
+  ModelParam& CellOf(std::size_t i) const { return *fit.params[i].cell; }
+};
+
+void BeginIteration(Run& run) {
+  for (const FitParam& param : run.fit.params) FitSetCoord(*param.cell);
+  AccumulateNormalEquations(run.fit, run.eval, run.equations);
+  const SquareMatrix alpha = run.equations.Alpha();
+  for (std::size_t i = 0; i < run.Masters(); ++i) run.diagonal[i] = alpha(i, i);
+  run.history.push_back(run.fit.TotalChiSq);
+}
+
+void SetDamping(Run& run, double factor) {
+  const SquareMatrix alpha = run.equations.Alpha();
+  for (std::size_t i = 0; i < run.Masters(); ++i) alpha(i, i) = run.diagonal[i] * factor;
+}
+
+// Coupled parameters are written one by one too: their masters' groups reach them, but a limit of their own may hold.
+void SetCoupledOnes(Run& run) {
+  for (std::size_t i = run.Masters(); i < run.fit.params.size(); ++i) {
+    const auto master = static_cast<std::size_t>(run.fit.params[i].master);
+    SetValue(*run.eval.params, run.CellOf(i), run.CellOf(master).value);
+  }
+}
+
+void TakeStep(Run& run) {
+  run.limitHit = false;
+  for (std::size_t i = 0; i < run.Masters(); ++i) {
+    ModelParam& cell = run.CellOf(i);
+    const double candidate =
+        HasLimit(cell) ? FitCoordToValue(cell, cell.fitCoord - run.delta[i]) : cell.value - run.delta[i];
+    run.saved[i] = cell.value;
+    if (SetValue(*run.eval.params, cell, candidate) < 0) run.limitHit = true;
+  }
+  SetCoupledOnes(run);
+}
+
+void TakeBack(Run& run) {
+  for (std::size_t i = 0; i < run.Masters(); ++i) run.CellOf(i).value = run.saved[i];
+  SetCoupledOnes(run);
+  run.fit.TotalChiSq = run.history.back();
+}
+
+// Raises Lambda until a step lowers ChiSq, or ends for a limit. False if Lambda leaves its range first.
+bool FindDownhillStep(Run& run) {
+  while (true) {
+    SetDamping(run, 1 + run.fit.Lambda);
+    if (SolveBanded(run.equations.Alpha(), run.inverseDiagonal, run.equations.beta, run.delta, true) == 0) {
+      TakeStep(run);
+      ComputeChiSq(run.fit, run.eval);
+      if (!(run.fit.TotalChiSq >= run.history.back())) return true;
+      TakeBack(run);
+      if (run.limitHit) return true;
+    }
+    run.fit.Lambda *= kLambdaFactor;
+    // Without the rule an endless Lambda is the end all the same: no step can differ from the one before.
+    if (run.fit.options.StopOnLambda ? run.fit.Lambda > run.fit.options.MaxLambda : std::isinf(run.fit.Lambda)) {
+      return false;
+    }
+  }
+}
+
+void NoteParamsWithoutInfluence(Run& run) {
+  for (std::size_t i = 0; i < run.Masters(); ++i) {
+    if (run.diagonal[i] == 0) run.fit.report.withoutInfluence.push_back(static_cast<int>(i));
+  }
+}
+
+void FinishIteration(Run& run) {
+  FitState& fit = run.fit;
+  if (fit.options.CalcConfidence) {
+    SetDamping(run, 1);
+    WriteConfidence(fit, run.equations.Alpha(), run.inverseDiagonal);
+  }
+  fit.IterationCount = static_cast<int>(run.history.size());
+  fit.ElapsedSeconds = static_cast<int>(run.platform.clockSeconds(run.platform.self) - run.startTime);
+  fit.ChiSqChange = run.history.front() - fit.TotalChiSq;
+  if (run.hooks.iterationDone) run.hooks.iterationDone(run.hooks.self);
+  run.log.WriteRow(fit);
+}
+
+void ShowLimitMessage(const Run& run) {
+  std::string text = "One or more parameters run out of limits:\n [";
+  AppendG(text, -kValueClamp);
+  text += ", ";
+  AppendG(text, kValueClamp);
+  text += "].\n\nThe fitting routine is stopped.";
+  run.platform.showMessage(run.platform.self, "Attention", text);
+}
+
+bool ReductionTooSmall(const Run& run) {
+  const FitOptions& options = run.fit.options;
+  const int from = run.fit.IterationCount - options.ReductionIterations;
+  if (from < 0 || from >= run.fit.IterationCount) return false;
+  return run.history[static_cast<std::size_t>(from)] - run.fit.TotalChiSq < options.ReductionAmount;
+}
+
+// The first stop rule that holds, in words, or null.
+const char* StopRuleThatHolds(Run& run) {
+  const FitState& fit = run.fit;
+  const FitOptions& options = fit.options;
+  if (run.limitHit) {
+    ShowLimitMessage(run);
+    return "a parameter ran out of limits";
+  }
+  if (fit.IterationCount >= kMostIterations) return "the most iterations that a run may take";
+  if (options.StopOnIterations && fit.IterationCount >= options.MaxIterations) return "number of iterations";
+  if (options.StopOnTime && fit.ElapsedSeconds >= options.MaxSeconds) return "time";
+  if (options.StopOnReduction && ReductionTooSmall(run)) return "ChiSq no longer falls";
+  if (run.hooks.poll) run.hooks.poll(run.hooks.self);
+  return fit.StopRequested ? "stopped by the user" : nullptr;
+}
+
+const char* Iterate(Run& run) {
+  while (true) {
+    BeginIteration(run);
+    if (!FindDownhillStep(run)) {
+      NoteParamsWithoutInfluence(run);
+      return "Lambda above its limit: no step lowers ChiSq";
+    }
+    FinishIteration(run);
+    if (const char* const why = StopRuleThatHolds(run)) return why;
+    run.fit.Lambda /= kLambdaFactor;
+  }
+}
+
+void RunToItsEnd(Run& run) {
+  FitState& fit = run.fit;
+  run.startTime = run.platform.clockSeconds(run.platform.self);
+  fit.Lambda = fit.options.InitialLambda;
+  fit.IterationCount = fit.ElapsedSeconds = 0;
+  fit.ChiSqChange = 0;
+  ComputeChiSq(fit, run.eval);
+  fit.report.startChiSq = fit.TotalChiSq;
+  if (fit.options.LogFit) run.log.Begin(fit);
+  fit.report.stop = Iterate(run);
+}
+
+}  // namespace
+
+int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const FitHooks& hooks) {
+  fit.report = {};
+  if (fit.NumFitParams < 1) {
+    fit.report.stop = "no parameter to fit";
+    fit.report.startChiSq = fit.TotalChiSq;
+    return 0;
+  }
+  fit.FitRunning = true;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFreeParams); ++i) {
+    fit.params[i].startValue = fit.params[i].cell->value;
+  }
+  int status = 0;
+  try {
+    Run run(fit, eval, platform, hooks);
+    RunToItsEnd(run);
+  } catch (const std::bad_alloc&) {
+    fit.report.stop = "not enough memory";
+    status = -1;
+  }
+  fit.FitRunning = false;
+  return status;
+}
+
+void StoreStartValues(FitState& fit) {
+  for (FitParam& param : fit.params) param.startValue = param.cell->value;
+}
+
+void UndoFit(FitState& fit, EvalContext& eval) {
+  if (!fit.UndoAvailable) return;
+  for (FitParam& param : fit.params) std::swap(param.cell->value, param.startValue);
+  ComputeChiSq(fit, eval);
+}
+
+}  // namespace kalvex

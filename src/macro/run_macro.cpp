@@ -1,0 +1,154 @@
+#include "macro/run_macro.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "macro/clean.h"
+#include "macro/command_table.h"
+#include "macro/loop_file.h"
+#include "macro/parse.h"
+
+namespace kalvex {
+namespace {
+
+std::string_view WithoutQuotes(std::string_view name) {
+  const bool quoted = name.size() >= 2 && name.front() == '"' && name.back() == '"';
+  return quoted ? name.substr(1, name.size() - 2) : name;
+}
+
+struct Macro {
+  std::string fileName;
+  std::string text;
+  std::string compact;
+  std::vector<MacroStatement> statements;
+};
+
+// Line and column of a place in the compact text; its end stands for the end of the file.
+TextPlace SourcePlace(const Macro& macro, std::size_t at) {
+  std::vector<std::uint32_t> sources;
+  CleanMacro(macro.text, &sources);
+  return PlaceOf(macro.text, at < sources.size() ? sources[at] : macro.text.size());
+}
+
+std::optional<Macro> ReadMacro(Program& program, std::string_view fileName) {
+  Macro macro;
+  macro.fileName = WithoutQuotes(fileName);
+  std::string& fault = program.macro.fault;
+  fault.clear();
+  if (macro.fileName.empty()) {
+    fault = "no macro file is named";
+    return std::nullopt;
+  }
+  if (!ReadTextFile(macro.fileName, macro.text)) {
+    fault = macro.fileName + ": cannot be opened, a macro file was expected";
+    return std::nullopt;
+  }
+  macro.compact = CleanMacro(macro.text);
+  MacroFault found;
+  if (ParseMacro(macro.compact, macro.statements, found)) return macro;
+  const TextPlace place = SourcePlace(macro, found.at);
+  fault =
+      macro.fileName + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + ": " + found.description;
+  return std::nullopt;
+}
+
+class Executor {
+ public:
+  Executor(Program& program, const Macro& macro) : program_(program), macro_(macro) {
+    if (!program.macro.verbose) return;
+    std::vector<std::uint32_t> sources;
+    CleanMacro(macro.text, &sources);
+    std::size_t from = 0;
+    int line = 1;
+    for (const MacroStatement& statement : macro.statements) {
+      for (; from < sources[statement.at]; ++from) line += macro.text[from] == '\n';
+      lines_.push_back(line);
+    }
+  }
+
+  int Run() {
+    while (pc_ < macro_.statements.size()) {
+      switch (Execute(macro_.statements[pc_])) {
+        case MacroResult::kNext:
+          ++pc_;
+          break;
+        case MacroResult::kBeginLoop:
+          if (!BeginLoop()) return kMacroFailed;
+          break;
+        case MacroResult::kEndLoop:
+          EndLoop();
+          break;
+        case MacroResult::kQuit:
+          return kMacroQuit;
+        case MacroResult::kStop:
+          return kMacroEnded;
+      }
+    }
+    return kMacroEnded;
+  }
+
+ private:
+  MacroResult Execute(const MacroStatement& statement) {
+    MacroBlock block = statement.block;
+    if (inLoop_) SubstituteLoopValues(*statement.command, program_.macro.loopRows[loopRow_], block);
+    MacroCall call{program_, *statement.command, block, {}};
+    const MacroResult result = statement.command->handler(call);
+    if (program_.macro.verbose) {
+      std::fprintf(stderr, "%s:%d: %s: %s\n", macro_.fileName.c_str(), lines_[pc_], statement.command->name,
+                   call.said.c_str());
+    }
+    return result;
+  }
+
+  bool BeginLoop() {
+    const std::string& file = program_.macro.loopFile;
+    if (!ReadLoopFile(file, program_.macro.loopRows)) {
+      const TextPlace place = SourcePlace(macro_, macro_.statements[pc_].at);
+      program_.macro.fault = macro_.fileName + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) +
+                             ": the loop file '" + file +
+                             "' cannot be opened or is empty, a file with a line for each pass was expected";
+      return false;
+    }
+    inLoop_ = true;
+    loopRow_ = 0;
+    loopStart_ = pc_++;
+    return true;
+  }
+
+  void EndLoop() {
+    if (inLoop_ && ++loopRow_ < program_.macro.loopRows.size()) {
+      pc_ = loopStart_ + 1;
+      return;
+    }
+    inLoop_ = false;
+    ++pc_;
+  }
+
+  Program& program_;
+  const Macro& macro_;
+  std::vector<int> lines_;  // of each statement, for verbose output
+  std::size_t pc_ = 0;
+  bool inLoop_ = false;
+  std::size_t loopStart_ = 0;
+  std::size_t loopRow_ = 0;
+};
+
+}  // namespace
+
+int RunMacro(Program& program, std::string_view fileName) {
+  if (program.macro.running) return kMacroAlreadyRunning;
+  program.macro.running = true;
+  const std::optional<Macro> macro = ReadMacro(program, fileName);
+  const int result = macro ? Executor(program, *macro).Run() : kMacroFailed;
+  program.macro.running = false;
+  return result;
+}
+
+int CheckMacro(Program& program, std::string_view fileName) {
+  return ReadMacro(program, fileName) ? kMacroEnded : kMacroFailed;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,82 @@
+// Model: one sample, a leading parameter and rows of three; and ParamTables, the model table together with the block of
+// experimental parameters, which coupling groups tie to each other.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/limits.h"
+#include "models/model_param.h"
+#include "vdf/var_diel_func.h"
+
+namespace kalvex {
+
+enum Column : int { Wo = 0, Wp = 1, G = 2 };
+inline constexpr int kColumns = 3;
+
+// Place and selection of a model's window, kept with the model whether or not there is a screen.
+struct ModelWindow {
+  int x = 50;
+  int y = 100;
+  int width = 293;
+  int height = 250;
+  bool vdfShown = false;
+  bool rowSelected = false;
+  int curRow = 0;
+  int topRow = 0;
+};
+
+struct Model {
+  std::uint32_t number = 0;  // unique for the run; 0 marks a free entry of the table
+  std::string name;
+  ModelParam epsInf;             // for a special model the negated type code
+  std::vector<ModelParam> rows;  // row r, column c at c + 3 r
+  VarDielFunc vdf;
+  ModelWindow window;
+  bool dirty = false;  // a parameter was overwritten through coupling, the window does not show it yet
+};
+
+inline int RowCount(const Model& model) { return static_cast<int>(model.rows.size()) / kColumns; }
+
+inline ModelParam& Cell(Model& model, int row, int column) {
+  return model.rows[static_cast<std::size_t>(row * kColumns + column)];
+}
+inline const ModelParam& Cell(const Model& model, int row, int column) {
+  return model.rows[static_cast<std::size_t>(row * kColumns + column)];
+}
+
+enum ExpParam : int {
+  kSampleThickness = 0,  // cm
+  kThicknessSpread = 1,
+  kAngleOfIncidence = 2,  // degrees
+  kAngleSpread = 3,
+  kScalingFactorOfR = 4,
+  kScalingFactorOfT = 5,
+};
+
+struct ParamTables {
+  std::array<Model, kMaxModels> models;
+  std::uint32_t nextModelNumber = 1;
+  std::array<ModelParam, kExpParamCount> ExpParams;
+  bool expParamsDirty = false;  // as Model::dirty
+};
+
+// The six experimental parameters with their names and default values.
+std::array<ModelParam, kExpParamCount> DefaultExpParams();
+
+// Calls visit on epsInf, on every element of the rows and, while the variational function is on, on both parameters of
+// every mesh point, in this order.
+template <class ModelType, class Visit>
+void ForEachParam(ModelType& model, Visit&& visit) {
+  visit(model.epsInf);
+  for (auto& param : model.rows) visit(param);
+  if (!model.vdf.On) return;
+  for (auto& point : model.vdf.mesh) {
+    visit(point.e1);
+    visit(point.e2);
+  }
+}
+
+}  // namespace kalvex

@@ -1,0 +1,47 @@
+// ModelParam: the one record for every number that a person or the fit can change.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "core/limits.h"
+
+namespace kalvex {
+
+inline constexpr std::size_t kParamNameSize = 50;
+
+struct ModelParam {
+  double value = 0;
+  double error = 0;              // left by the fit
+  std::uint32_t adjustable = 0;  // the fit may vary it, and derivatives are wanted for it
+  double min = 0;                // in force only with useMin
+  double max = 0;                // in force only with useMax
+  std::uint32_t useMin = 0;
+  std::uint32_t useMax = 0;
+  std::array<char, kParamNameSize> name{};  // no terminator of its own when full
+  std::uint32_t coupling = 0;               // coupling group, 0 for none
+
+  // Scratch of the evaluation, written only where adjustable is set.
+  double dEpsRe = 0;  // derivative of the complex response by value
+  double dEpsIm = 0;
+  double dScalar = 0;  // derivative of the real row sum by value
+  std::array<double, kQuantityCount> dQuantity{};
+
+  std::uint32_t reserved = 0;  // no meaning; kept in the model file
+  double fitCoord = 0;         // the fit's coordinate, and the derivative of value by it
+  double fitScale = 0;
+};
+
+inline std::string_view NameOf(const ModelParam& param) {
+  const auto end = std::find(param.name.begin(), param.name.end(), '\0');
+  return {param.name.data(), static_cast<std::size_t>(end - param.name.begin())};
+}
+
+inline void SetName(ModelParam& param, std::string_view name) {
+  param.name.fill('\0');
+  std::copy_n(name.begin(), std::min(name.size(), kParamNameSize), param.name.begin());
+}
+
+}  // namespace kalvex

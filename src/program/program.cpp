@@ -1,0 +1,60 @@
+#include "program/program.h"
+
+#include <cstdio>
+
+#include "core/text.h"
+#include "models/model_table.h"
+#include "models/types/types.h"
+#include "windows/model_window.h"
+
+namespace kalvex {
+namespace {
+
+Program& ProgramOf(void* self) { return *static_cast<Program*>(self); }
+
+void PrintProgress(const FitState& fit) {
+  std::fprintf(stderr, "iteration %d: ChiSq %s, Lambda %s, %d s\n", fit.IterationCount,
+               TextG(fit.TotalChiSq, 8).c_str(), TextG(fit.Lambda).c_str(), fit.ElapsedSeconds);
+}
+
+void FollowIteration(void* self) {
+  Program& program = ProgramOf(self);
+  for (Model& model : program.params.models) {
+    if (model.number != 0) RefreshModelWindow(program.notices, model, true);
+  }
+  if (program.showProgress) PrintProgress(program.fit);
+}
+
+}  // namespace
+
+Program::Program() {
+  SeedNoise(noise, static_cast<std::uint32_t>(platform.clockSeconds(platform.self)));
+  params.ExpParams = DefaultExpParams();
+  eval.params = &params;
+  eval.datasets = &datasets;
+  eval.types = ModelTypeTable;
+  notices.owner = this;
+  notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
+    AnswerFitNotice(DeskOf(ProgramOf(self)), notice, id);
+  };
+}
+
+FitDesk DeskOf(Program& program) { return {program.fitWindow, program.fit, program.eval, program.AutoScreenUpdate}; }
+
+FitHooks HooksOf(Program& program) {
+  return {&program, FollowIteration, [](void* self) {
+            const Platform& platform = ProgramOf(self).platform;
+            platform.pumpEvents(platform.self);
+          }};
+}
+
+bool CloseModel(Program& program, std::uint32_t number) {
+  Model* const model = GetModelByNumber(program.params, number);
+  if (!model) return false;
+  CloseModelRecord(*model);
+  NotifyGraphs(program.notices, GraphEvent::kModelClosed, number);
+  NotifyFit(program.notices, FitNotice::kModelGone, number);
+  return true;
+}
+
+}  // namespace kalvex

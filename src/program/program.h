@@ -1,0 +1,66 @@
+// Program: all state of a running program in one record, made once and handed on by reference. Two of them can live
+// side by side.
+#pragma once
+
+#include <string>
+
+#include "core/noise.h"
+#include "core/notices.h"
+#include "core/platform.h"
+#include "datasets/dataset.h"
+#include "fit/fit_state.h"
+#include "fit/run_fit.h"
+#include "macro/macro_state.h"
+#include "models/eval_context.h"
+#include "models/model.h"
+#include "windows/fit_window.h"
+
+namespace kalvex {
+
+struct PlacedWindow {
+  bool open = false;
+  int x = 0;
+  int y = 0;
+};
+
+struct MainWindow {
+  int x = 0;
+  int y = 0;
+  int width = 640;
+  int height = 80;
+  std::string title = "Kalvex";
+};
+
+struct Program {
+  Platform platform = HeadlessPlatform();
+  Notices notices;
+  NoiseGenerator noise;
+
+  bool AutoScreenUpdate = true;  // graphs and ChiSq follow each change of a parameter
+  bool showProgress = false;     // a line on standard error for each iteration of a fit
+
+  ParamTables params;
+  DatasetTable datasets;
+  EvalContext eval;
+  FitState fit;
+  MacroState macro;
+
+  MainWindow mainWindow;
+  PlacedWindow datasetManager;
+  PlacedWindow expParamsWindow{false, 400, 300};
+  FitWindow fitWindow;
+
+  // Seeds the noise with the clock, sets the defaults and connects the notices.
+  Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+};
+
+FitDesk DeskOf(Program& program);
+// Around a run of the fit: the model windows follow each accepted iteration, and progress is told if wanted.
+FitHooks HooksOf(Program& program);
+
+// Closes a model: its curves leave the graphs and its terms the fit. False if there is no such model.
+bool CloseModel(Program& program, std::uint32_t number);
+
+}  // namespace kalvex

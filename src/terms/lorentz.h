@@ -1,0 +1,36 @@
+// The plain Lorentzian: what a row without a code means. All frequencies, widths and plasma frequencies in cm-1.
+#pragma once
+
+#include "terms/term_table.h"
+
+namespace kalvex {
+
+// D(W, G) = W^2 - w^2 - i w G; a positive width gives a positive imaginary part of the dielectric function.
+inline Cplx OscillatorDenominator(double w, double W, double G) { return {W * W - w * w, -w * G}; }
+
+// eps = Wp^2/D(Wo, G); inputs Wo, Wp, G. The marker (1e30, 1e30) with derivatives 0 where |D|^2 is below 1e-30.
+int CalcLorentz(const TermCall& call, Cplx& result);
+
+// Partial spectral weight of a Lorentzian of unit plasma frequency,
+//     F(w, W, G) = integral from 0 to w of G x^2/((W^2 - x^2)^2 + G^2 x^2) dx,   pi/2 for w -> infinity,
+// with its derivatives by W and G. G >= 0, w >= 0.
+struct PartialWeight {
+  double F = 0;
+  double dW = 0;
+  double dG = 0;
+};
+PartialWeight PartialWeightOf(double w, double W, double G);
+
+// Wp^2 F(w, Wo, G)/(4 pi), which tends to Wp^2/8; inputs Wo, Wp, G. 0 where w or G is negative.
+int ScalarLorentz(const TermCall& call, double& result);
+
+// What a calculator does where a denominator fails: the marker for the value, 0 for every derivative asked for.
+void GiveMarker(const TermCall& call, Cplx& result);
+// Writes a derivative if the input wants it.
+inline void PutSlope(const TermInput& input, const Cplx& slope) {
+  if (!input.adjustable) return;
+  *input.outRe = slope.re;
+  *input.outIm = slope.im;
+}
+
+}  // namespace kalvex

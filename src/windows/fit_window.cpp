@@ -1,0 +1,264 @@
+#include "windows/fit_window.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "fit/fit_lists.h"
+#include "models/model_table.h"
+
+namespace kalvex {
+namespace {
+
+constexpr int kUnfoldedHeight = 282, kFoldedHeight = 139, kFoldThreshold = 201;
+
+void RefreshLines(FitDesk desk) {
+  desk.window.lines.clear();
+  for (const ChiSqTerm& term : desk.fit.list.terms) desk.window.lines.push_back(TermLine(desk, term));
+  desk.window.topLine = std::clamp(desk.window.topLine, 0, static_cast<int>(desk.window.lines.size()));
+}
+
+void AfterDatasetChange(FitDesk desk) {
+  RebuildFitParams(desk.fit, desk.eval);
+  RebuildFitPoints(desk.fit, desk.eval);
+  ComputeChiSq(desk.fit, desk.eval);
+  RefreshLines(desk);
+}
+
+void AfterParamChange(FitDesk desk, bool compute) {
+  RebuildFitParams(desk.fit, desk.eval);
+  if (compute) ComputeChiSq(desk.fit, desk.eval);
+  RefreshLines(desk);
+}
+
+template <class Matches>
+void RemoveTermsIf(FitDesk desk, Matches matches) {
+  std::erase_if(desk.fit.list.terms, matches);
+  RebuildAfterTermChange(desk);
+  SelectionChanged(desk);
+}
+
+const char* RunTexts(bool running) { return running ? "STOP" : "START"; }
+
+int RunWithBusyWindow(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
+  desk.fit.StopRequested = false;
+  desk.window.startButton = RunTexts(true);
+  const int status = RunFit(desk.fit, desk.eval, platform, hooks);
+  desk.window.startButton = RunTexts(false);
+  RefreshLines(desk);
+  return status;
+}
+
+}  // namespace
+
+void OpenFitWindow(FitDesk desk) {
+  if (desk.window.open) return;
+  desk.window.open = true;
+  RebuildAfterTermChange(desk);
+}
+
+void AnswerFitNotice(FitDesk desk, FitNotice notice, std::uint32_t id) {
+  if (!desk.window.open) return;
+  switch (notice) {
+    case FitNotice::kDatasetGone:
+      return RemoveTermsIf(desk, [&](const ChiSqTerm& term) { return term.datasetId == id; });
+    case FitNotice::kModelGone:
+      return RemoveTermsIf(desk, [&](const ChiSqTerm& term) { return term.modelId == id; });
+    case FitNotice::kDatasetChanged:
+      return AfterDatasetChange(desk);
+    case FitNotice::kModelParamsChanged:
+    case FitNotice::kExpParamsChanged:
+      return AfterParamChange(desk, desk.autoScreenUpdate);
+    case FitNotice::kRecompute:
+      return AfterParamChange(desk, true);
+  }
+}
+
+FitLabels FitLabelsOf(const FitState& fit) {
+  FitLabels labels;
+  labels.points = std::to_string(fit.points.size());
+  labels.params = std::to_string(fit.NumFreeParams);
+  labels.chiSq = TextG(fit.TotalChiSq);
+  if (fit.FitRunning) {
+    labels.change = TextG(fit.ChiSqChange);
+    labels.iteration = std::to_string(fit.IterationCount);
+    labels.seconds = std::to_string(fit.ElapsedSeconds);
+  }
+  return labels;
+}
+
+std::string CandidateLine(const FitDesk& desk, const ChiSqTerm& term) {
+  const Dataset* const dataset = GetDatasetById(*desk.eval.datasets, term.datasetId);
+  const Model* const model = GetModelByNumber(*desk.eval.params, term.modelId);
+  std::string line = "[";
+  line += kQuantityNames[static_cast<std::size_t>(dataset ? dataset->Quantity : 0)].shortName;
+  line += "] \"" + (dataset ? dataset->name : "") + "\" - \"" + (model ? model->name : "") + "\"";
+  return line;
+}
+
+std::string TermLine(const FitDesk& desk, const ChiSqTerm& term) {
+  return CandidateLine(desk, term) + '\t' + TextG(term.weight) + '\t' + TextG(term.termChiSq);
+}
+
+void RebuildAfterTermChange(FitDesk desk) {
+  RebuildFitPoints(desk.fit, desk.eval);
+  RebuildFitParams(desk.fit, desk.eval);
+  ComputeChiSq(desk.fit, desk.eval);
+  RefreshLines(desk);
+}
+
+bool AddTerm(FitDesk desk, int datasetSlot, std::uint32_t modelNumber, std::optional<double> weight) {
+  const Dataset* const dataset = DatasetInSlot(*desk.eval.datasets, datasetSlot);
+  if (!dataset || !GetModelByNumber(*desk.eval.params, modelNumber)) return false;
+  ChiSqTerm& term = InsertChiSqTerm(desk.fit, desk.fit.list, static_cast<int>(desk.fit.list.terms.size()));
+  term.datasetId = dataset->id;
+  term.modelId = modelNumber;
+  term.weight = weight.value_or(1.0);
+  RebuildAfterTermChange(desk);
+  return true;
+}
+
+bool DeleteTerm(FitDesk desk, int datasetSlot, int modelSlot) {
+  const Dataset* const dataset = DatasetInSlot(*desk.eval.datasets, datasetSlot);
+  bool found = false;
+  if (dataset && modelSlot >= 1 && modelSlot <= kMaxModels) {
+    const std::uint32_t number = desk.eval.params->models[static_cast<std::size_t>(modelSlot - 1)].number;
+    auto& terms = desk.fit.list.terms;
+    const auto match = std::find_if(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
+      return term.datasetId == dataset->id && term.modelId == number;
+    });
+    found = match != terms.end();
+    if (found) RemoveChiSqTerm(desk.fit.list, static_cast<int>(match - terms.begin()));
+  }
+  RebuildAfterTermChange(desk);
+  return found;
+}
+
+void SelectionChanged(FitDesk desk) {
+  const ChiSqTerm* first = nullptr;
+  desk.window.weightText.clear();
+  for (const ChiSqTerm& term : desk.fit.list.terms) {
+    if (!term.selected) continue;
+    if (first && first->weight != term.weight) return;
+    first = &term;
+  }
+  if (first) desk.window.weightText = TextG(first->weight);
+}
+
+void WeightEdited(FitDesk desk, std::string_view text) {
+  if (text.empty()) return;
+  desk.window.weightText = text;
+  for (ChiSqTerm& term : desk.fit.list.terms) {
+    if (term.selected) term.weight = RealOf(text);
+  }
+  RebuildAfterTermChange(desk);
+}
+
+void RemoveSelectedTerms(FitDesk desk) {
+  RemoveTermsIf(desk, [](const ChiSqTerm& term) { return term.selected; });
+}
+
+void ToggleFold(FitWindow& window) {
+  const bool grow = window.height < kFoldThreshold;
+  window.height = grow ? kUnfoldedHeight : kFoldedHeight;
+  window.foldButton = grow ? "<< ChiSw details" : "ChiSq details >>";
+}
+
+ChiSqTermList CandidateTerms(FitDesk desk, std::optional<std::uint32_t> datasetId,
+                             std::optional<std::uint32_t> modelId) {
+  const auto datasets = datasetId ? std::vector{*datasetId} : ListDatasetIds(*desk.eval.datasets);
+  const auto models = modelId ? std::vector{*modelId} : ListModelNumbers(*desk.eval.params);
+  ChiSqTermList candidates;
+  for (const std::uint32_t dataset : datasets) {
+    for (const std::uint32_t model : models) {
+      ChiSqTerm& term = InsertChiSqTerm(desk.fit, candidates, static_cast<int>(candidates.terms.size()));
+      term.datasetId = dataset;
+      term.modelId = model;
+    }
+  }
+  return candidates;
+}
+
+void AddChosenTerms(FitDesk desk, const ChiSqTermList& candidates, const std::vector<int>& chosenIds) {
+  auto& terms = desk.fit.list.terms;
+  for (const ChiSqTerm& candidate : candidates.terms) {
+    const bool chosen = std::find(chosenIds.begin(), chosenIds.end(), candidate.id) != chosenIds.end();
+    const bool present = std::any_of(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
+      return term.datasetId == candidate.datasetId && term.modelId == candidate.modelId;
+    });
+    if (chosen && !present) terms.push_back(candidate);
+  }
+  RebuildAfterTermChange(desk);
+}
+
+int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
+  if (desk.fit.FitRunning) {
+    desk.fit.StopRequested = true;
+    return 0;
+  }
+  StoreStartValues(desk.fit);
+  const int status = RunWithBusyWindow(desk, platform, hooks);
+  desk.fit.UndoAvailable = true;
+  return status;
+}
+
+int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, std::optional<int> iterations) {
+  FitOptions& options = desk.fit.options;
+  const FitOptions before = options;
+  if (iterations) {
+    options.MaxIterations = *iterations;
+    options.StopOnIterations = true;
+  }
+  if (desk.fit.FitRunning) {
+    desk.fit.StopRequested = true;
+    return 0;
+  }
+  const int status = RunWithBusyWindow(desk, platform, hooks);
+  options.MaxIterations = before.MaxIterations;
+  options.StopOnIterations = before.StopOnIterations;
+  return status;
+}
+
+void PressUndo(FitDesk desk) {
+  if (!desk.fit.UndoAvailable) return;
+  UndoFit(desk.fit, desk.eval);
+  RefreshLines(desk);
+}
+
+FitOptionsForm FormOf(const FitOptions& options) {
+  return {options.StopOnIterations,
+          options.StopOnTime,
+          options.StopOnReduction,
+          options.StopOnOutOfRange,
+          options.StopOnLambda,
+          options.CalcConfidence,
+          options.LogFit,
+          std::to_string(options.MaxIterations),
+          std::to_string(options.MaxSeconds),
+          std::to_string(options.ReductionIterations),
+          TextG(options.ReductionAmount),
+          TextG(options.MaxLambda),
+          TextG(options.DeltaChiSq),
+          TextG(options.SingularDet),
+          std::to_string(options.ScreenUpdateEvery),
+          TextG(options.InitialLambda)};
+}
+
+void ReadForm(const FitOptionsForm& form, FitOptions& options) {
+  options.StopOnIterations = form.stopOnIterations;
+  options.StopOnTime = form.stopOnTime;
+  options.StopOnReduction = form.stopOnReduction;
+  options.StopOnLambda = form.stopOnLambda;
+  options.CalcConfidence = form.calcConfidence;
+  options.LogFit = form.logFit;
+  options.MaxIterations = IntegerOf(form.maxIterations);
+  options.MaxSeconds = IntegerOf(form.maxSeconds);
+  options.ReductionIterations = IntegerOf(form.reductionIterations);
+  options.ReductionAmount = RealOf(form.reductionAmount);
+  options.MaxLambda = RealOf(form.maxLambda);
+  options.DeltaChiSq = RealOf(form.deltaChiSq);
+  options.SingularDet = RealOf(form.singularDet);
+  options.ScreenUpdateEvery = IntegerOf(form.screenUpdateEvery);
+  options.InitialLambda = RealOf(form.initialLambda);
+}
+
+}  // namespace kalvex

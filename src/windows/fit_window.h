@@ -1,0 +1,97 @@
+// The fit window without a screen: what it shows, what its controls do, and how it answers a change elsewhere. While it
+// is closed, changes do not reach the fit's lists.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/notices.h"
+#include "core/platform.h"
+#include "datasets/dataset.h"
+#include "fit/fit_state.h"
+#include "fit/run_fit.h"
+#include "models/eval_context.h"
+
+namespace kalvex {
+
+struct FitWindow {
+  bool open = false;
+  int x = 0;
+  int y = 0;
+  int height = 282;
+  std::string startButton = "START";
+  std::string foldButton = "<< ChiSq details";
+  std::string weightText;          // the field for the weight of the selected terms
+  std::vector<std::string> lines;  // one for each term
+  int topLine = 0;                 // first line shown
+};
+
+// Everything that the window works on.
+struct FitDesk {
+  FitWindow& window;
+  FitState& fit;
+  EvalContext& eval;
+  const bool& autoScreenUpdate;
+};
+
+void OpenFitWindow(FitDesk desk);
+// Does nothing while the window is closed.
+void AnswerFitNotice(FitDesk desk, FitNotice notice, std::uint32_t id);
+
+// Texts of the six value labels; the last three are empty unless a run is in progress.
+struct FitLabels {
+  std::string points, params, chiSq, change, iteration, seconds;
+};
+FitLabels FitLabelsOf(const FitState& fit);
+
+// [Quantity] "dataset" - "model", tab, weight, tab, ChiSq.
+std::string TermLine(const FitDesk& desk, const ChiSqTerm& term);
+// A line of the dialog "Add ChiSq term(s)": the same without the numbers.
+std::string CandidateLine(const FitDesk& desk, const ChiSqTerm& term);
+
+// After terms were added, removed or weighted anew: the lists, ChiSq and the lines.
+void RebuildAfterTermChange(FitDesk desk);
+
+// AddChiSqTerm of the macro language: a term at the end of the list, for a dataset slot and a model number. False, with
+// nothing done, if the slot or the model does not exist.
+bool AddTerm(FitDesk desk, int datasetSlot, std::uint32_t modelNumber, std::optional<double> weight);
+// DeleteChiSqTerm: the first term of the dataset in one slot and the model in the other, both from 1. False if no term
+// matches; the lists are rebuilt all the same.
+bool DeleteTerm(FitDesk desk, int datasetSlot, int modelSlot);
+
+// The common weight of the selected terms with six digits; empty if they differ or none is selected.
+void SelectionChanged(FitDesk desk);
+// An edit of the weight field: a number, for every selected term. An empty text does nothing.
+void WeightEdited(FitDesk desk, std::string_view text);
+void RemoveSelectedTerms(FitDesk desk);
+// Grows a folded window, folds a grown one.
+void ToggleFold(FitWindow& window);
+
+// The terms that "Add ChiSq term(s)" offers for a choice of dataset and model, where no choice means all; and the
+// adding of those chosen, by their ids, without the pairs that the fit has already.
+ChiSqTermList CandidateTerms(FitDesk desk, std::optional<std::uint32_t> datasetId,
+                             std::optional<std::uint32_t> modelId);
+void AddChosenTerms(FitDesk desk, const ChiSqTermList& candidates, const std::vector<int>& chosenIds);
+
+// The "START" button: a run that Undo can take back; during a run it asks the run to stop.
+int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks);
+// Fit of the macro language: no Undo for all parameters, and with a number of iterations that one limit holds for this
+// run.
+int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, std::optional<int> iterations);
+// The "Undo" button. The caller refreshes the model windows.
+void PressUndo(FitDesk desk);
+
+// The fields of the dialog "Fitting options" as texts and ticks.
+struct FitOptionsForm {
+  bool stopOnIterations, stopOnTime, stopOnReduction, stopOnOutOfRange, stopOnLambda, calcConfidence, logFit;
+  std::string maxIterations, maxSeconds, reductionIterations, reductionAmount, maxLambda, deltaChiSq, singularDet,
+      screenUpdateEvery, initialLambda;
+};
+FitOptionsForm FormOf(const FitOptions& options);
+// Reads all fields, without a check of range; unreadable text reads as 0. StopOnOutOfRange stays.
+void ReadForm(const FitOptionsForm& form, FitOptions& options);
+
+}  // namespace kalvex

@@ -1,0 +1,47 @@
+// A folder of its own for a test that works with files.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kalvex {
+
+// Makes an empty folder, with a blank in its name, and removes it and its content at the end.
+class ScratchFolder {
+ public:
+  ScratchFolder();
+  ~ScratchFolder();
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  // The path of a file in the folder.
+  std::string Path(std::string_view name) const;
+  std::string Write(std::string_view name, std::string_view content) const;  // gives the path
+  std::string Read(std::string_view name) const;                             // fails the test if there is no such file
+  bool Has(std::string_view name) const;
+  const std::string& Name() const { return name_; }
+
+ private:
+  std::string name_;
+};
+
+// The folder as the current directory, as long as this lives.
+class InFolder {
+ public:
+  explicit InFolder(const std::string& folder);
+  ~InFolder();
+  InFolder(const InFolder&) = delete;
+  InFolder& operator=(const InFolder&) = delete;
+
+ private:
+  std::string before_;
+};
+
+// The numbers of a text, line by line; a line that does not start with a number is left out.
+std::vector<std::vector<double>> NumbersOf(std::string_view text);
+
+// The path of a file of the project, from its top folder.
+std::string ProjectFile(std::string_view name);
+
+}  // namespace kalvex

@@ -1,0 +1,25 @@
+// The ladder of tolerances. A wider rung is only for a test that says which operation loses the digits.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace kalvex {
+
+inline constexpr double kEps = std::numeric_limits<double>::epsilon();
+inline constexpr double kRound = 16 * kEps;    // a handful of operations, none of which cancels
+inline constexpr double kChain = 2048 * kEps;  // a long sum or product
+
+// |a - b| within tolerance times the larger magnitude; equal values, infinite ones too, always pass.
+inline testing::AssertionResult CloseTo(double value, double expected, double tolerance) {
+  const double allowed = tolerance * std::fmax(std::fabs(value), std::fabs(expected));
+  if (value == expected || std::fabs(value - expected) <= allowed) return testing::AssertionSuccess();
+  return testing::AssertionFailure().operator<<(std::to_string(value))
+         << " (" << value << ") is not " << expected << ": off by " << value - expected << ", allowed " << allowed;
+}
+
+#define EXPECT_CLOSE(value, expected, tolerance) EXPECT_TRUE(::kalvex::CloseTo((value), (expected), (tolerance)))
+
+}  // namespace kalvex
