@@ -7,6 +7,7 @@
 #include "fit/fit_lists.h"
 #include "models/eval_spectrum.h"
 #include "models/model_table.h"
+#include "numeric/rank_update.h"
 
 namespace kalvex {
 namespace {
@@ -46,6 +47,39 @@ void AddOuterProduct(const Gradient& gradient, const SquareMatrix& alpha) {
   }
 }
 
+// Sums the gradients of the points into the equations. Points that depend on most parameters are collected and added
+// many at a time. A point of few parameters goes in by itself, and so does one with a derivative that is not finite,
+// since that must not reach the parameters on which the point does not depend.
+class EquationSum {
+ public:
+  explicit EquationSum(NormalEquations& equations)
+      : alpha_(equations.Alpha()), beta_(equations.beta), panel_(equations.beta.size()) {}
+  EquationSum(const EquationSum&) = delete;
+  EquationSum& operator=(const EquationSum&) = delete;
+  ~EquationSum() { AddPanel(); }
+
+  void Add(const Gradient& gradient, double residual) {
+    const std::size_t count = gradient.idx.size();
+    for (std::size_t a = 0; a < count; ++a) beta_[gradient.idx[a]] += residual * gradient.grad[a];
+    const bool finite =
+        std::all_of(gradient.grad.begin(), gradient.grad.end(), [](double g) { return std::isfinite(g); });
+    if (2 * count < beta_.size() || !finite) return AddOuterProduct(gradient, alpha_);
+    if (panel_.IsFull()) AddPanel();
+    const std::span<double> row = panel_.Add();
+    for (std::size_t a = 0; a < count; ++a) row[gradient.idx[a]] += gradient.grad[a];
+  }
+
+ private:
+  void AddPanel() {
+    if (panel_.Count() > 0) AddOuterProducts(panel_, alpha_);
+    panel_.Clear();
+  }
+
+  SquareMatrix alpha_;
+  std::vector<double>& beta_;
+  VectorPanel panel_;
+};
+
 }  // namespace
 
 void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations& equations) {
@@ -54,7 +88,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   fit.TotalChiSq = 0;
   std::vector<ParamPlace> places;
   for (const FitParam& param : fit.params) places.push_back(param.place);
-  const SquareMatrix alpha = equations.Alpha();
+  EquationSum sum(equations);
   Gradient gradient;
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
@@ -75,10 +109,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
           fit.TotalChiSq += weight * w * r * r;
           const double s = std::sqrt(2 * weight * w);
           GatherSlopes(fit, block, i, point, s, gradient);
-          AddOuterProduct(gradient, alpha);
-          for (std::size_t a = 0; a < gradient.idx.size(); ++a) {
-            equations.beta[gradient.idx[a]] += s * r * gradient.grad[a];
-          }
+          sum.Add(gradient, s * r);
         }
       }
     });

@@ -2,6 +2,7 @@
 // blocks, so that whatever does not depend on the frequency can be done once for a spectrum.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <span>
 #include <vector>
@@ -28,15 +29,18 @@ class SpectrumBlock {
 
   double Value(int quantity, std::size_t i) const { return values_[Index(quantity, i)]; }
   // Derivative of the Quantity by parameter number k of the request.
-  double Slope(std::size_t k, int quantity, std::size_t i) const { return slopes_[k * kPerParam + Index(quantity, i)]; }
+  double Slope(std::size_t k, int quantity, std::size_t i) const {
+    return slopes_[k * values_.size() + Index(quantity, i)];
+  }
 
  private:
   friend int EvalSpectrum(EvalContext&, Model&, const SpectrumRequest&,
                           const std::function<void(const SpectrumBlock&)>&);
-  static constexpr std::size_t kPerParam = kQuantityCount * kSpectrumBlock;
-  static std::size_t Index(int quantity, std::size_t i) {
-    return static_cast<std::size_t>(quantity) * kSpectrumBlock + i;
+  void MakeRoom(const SpectrumRequest& request);
+  std::size_t Index(int quantity, std::size_t i) const {
+    return column_[static_cast<std::size_t>(quantity)] * kSpectrumBlock + i;
   }
+  std::array<std::size_t, kQuantityCount> column_{};  // of each Quantity that is wanted anywhere in the request
   std::vector<double> values_;
   std::vector<double> slopes_;
 };

@@ -1,0 +1,82 @@
+// A fit with all 76 parameters of 25 oscillators free, on 5000 points of R from 20 to 20000 cm-1.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <random>
+
+#include "fit/fit_lists.h"
+#include "fit/run_fit.h"
+#include "models/eval_model.h"
+#include "models/model_rows.h"
+#include "models/model_table.h"
+#include "program/program.h"
+
+namespace {
+
+constexpr int kOscillators = 25;
+constexpr int kPoints = 5000;
+
+void SetRow(kalvex::Model& model, int row, double wo, double wp, double g) {
+  kalvex::Cell(model, row, kalvex::Wo).value = wo;
+  kalvex::Cell(model, row, kalvex::Wp).value = wp;
+  kalvex::Cell(model, row, kalvex::G).value = g;
+}
+
+// off: how far Wp, G and epsInf stand from the truth, as a part of themselves.
+void SetModel(kalvex::Model& model, double off) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> spread(-1, 1);
+  model.epsInf.value = 4 * (1 + off * spread(random));
+  for (int row = 0; row < kOscillators; ++row) {
+    if (kalvex::RowCount(model) <= row) kalvex::InsertRow(&model, row);
+    const double wo = 40 * std::pow(400.0, row / 24.0);
+    SetRow(model, row, wo * (1 + 0.1 * off * spread(random)), 0.8 * wo * (1 + off * spread(random)),
+           0.1 * wo * (1 + off * spread(random)));
+  }
+}
+
+void MakeProblem(kalvex::Program& program) {
+  kalvex::Model& model = *kalvex::CreateModel(program.params);
+  SetModel(model, 0);
+  kalvex::Dataset& dataset = program.datasets.slots[0];
+  dataset.id = program.datasets.nextId++;
+  std::mt19937 random(2);
+  std::normal_distribution<double> noise(0, 0.002);
+  kalvex::WantOnly(program.eval.quantities, kalvex::SetOf(kalvex::kRefl));
+  for (int i = 0; i < kPoints; ++i) {
+    const double x = 20 * std::pow(1000.0, i / (kPoints - 1.0));
+    kalvex::EvalModel(program.eval, model, x, false);
+    dataset.points.push_back({x, program.eval.quantities[kalvex::kRefl].value + noise(random), 0.002});
+  }
+  dataset.firstActive = 0;
+  dataset.lastActive = kPoints - 1;
+  kalvex::OpenFitWindow(kalvex::DeskOf(program));
+  kalvex::AddTerm(kalvex::DeskOf(program), 1, 1, {});
+}
+
+void FitOf76Parameters(benchmark::State& state) {
+  kalvex::Program program;
+  MakeProblem(program);
+  kalvex::FitOptions& options = program.fit.options;
+  options.StopOnIterations = true;
+  options.MaxIterations = static_cast<int>(state.range(0));
+  options.StopOnReduction = false;
+  for (auto _ : state) {
+    state.PauseTiming();
+    SetModel(program.params.models[0], 0.1);
+    state.ResumeTiming();
+    kalvex::RunFit(program.fit, program.eval, program.platform, {});
+  }
+  state.counters["ChiSq"] = program.fit.TotalChiSq;
+  state.counters["iterations"] = program.fit.IterationCount;
+}
+BENCHMARK(FitOf76Parameters)->Arg(5)->Arg(20)->Unit(benchmark::kMillisecond);
+
+void ChiSqOf5000Points(benchmark::State& state) {
+  kalvex::Program program;
+  MakeProblem(program);
+  for (auto _ : state) kalvex::ComputeChiSq(program.fit, program.eval);
+}
+BENCHMARK(ChiSqOf5000Points)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,165 @@
+// Every reader of the program against thousands of damaged files: whatever comes, it ends soon, in a told status. Run
+// under the sanitizers this finds what reads or writes past an end. The damage is the same in every run.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "datasets/load_dataset.h"
+#include "datasets/read_dataset.h"
+#include "files/model_file.h"
+#include "macro/clean.h"
+#include "macro/loop_file.h"
+#include "macro/parse.h"
+#include "macro/run_macro.h"
+#include "models/model_table.h"
+#include "program/program.h"
+#include "support/scratch_folder.h"
+
+namespace kalvex {
+namespace {
+
+constexpr int kRounds = 2000;
+
+class Damage {
+ public:
+  explicit Damage(std::string dictionary) : dictionary_(std::move(dictionary)) {}
+
+  // A copy of the text with a few bytes changed, removed, doubled or put in.
+  std::string Of(std::string text) {
+    for (int i = Below(6); i >= 0; --i) Once(text);
+    return text;
+  }
+
+ private:
+  int Below(std::size_t limit) { return static_cast<int>(random_() % limit); }
+
+  void Once(std::string& text) {
+    const auto at = static_cast<std::size_t>(Below(text.size() + 1));
+    const auto length = static_cast<std::size_t>(1 + Below(40));
+    switch (Below(6)) {
+      case 0:
+        if (at < text.size()) text[at] = static_cast<char>(Below(256));
+        break;
+      case 1:
+        text.erase(at, length);
+        break;
+      case 2:
+        text.insert(at, text.substr(at, length));
+        break;
+      case 3:
+        text.insert(at, 1, dictionary_[static_cast<std::size_t>(Below(dictionary_.size()))]);
+        break;
+      case 4:
+        text.insert(at, std::string(length * 60, dictionary_[static_cast<std::size_t>(Below(dictionary_.size()))]));
+        break;
+      default:
+        text.resize(at);
+    }
+  }
+
+  std::string dictionary_;
+  std::mt19937 random_{20260401};
+};
+
+const char* const kMacro =
+    "# loads, fits and writes\n"
+    "NewModel(XPos=10, YPos=20, VarDielFuncSeen=1);\n"
+    "SetModelParam(ModelNo=1, ParamName=\"Wo\", LorNo=1, Value=268.7, MinLimit=1, MinOn=1, CoupledTo=3);\n"
+    "LoadDataset(DatasetNo=%1, MasterFile=\"%2.dat\", XMethod=3, XMin=1e2, XMax=500., XPts=20, YVal=-.5);\n"
+    "BeginLoop(LoopFile=\"loop file\");\nFit(NumIters=%3);\nEndLoop();\nExit(QuitApp=1);\n";
+
+TEST(DamagedFiles, MacrosParseOrNameAFaultInsideTheText) {
+  Damage damage("%\"#;(),=\n\t +-.eE09aZ");
+  for (int i = 0; i < kRounds; ++i) {
+    const std::string text = damage.Of(kMacro);
+    std::vector<std::uint32_t> sources;
+    const std::string compact = CleanMacro(text, &sources);
+    ASSERT_EQ(sources.size(), compact.size());
+    std::vector<MacroStatement> statements;
+    MacroFault fault;
+    if (!ParseMacro(compact, statements, fault)) {
+      ASSERT_LE(fault.at, compact.size());
+      ASSERT_FALSE(fault.description.empty());
+    }
+  }
+}
+
+// Statements that touch no file, with damaged numbers: whatever they ask for, the program goes on.
+TEST(DamagedFiles, StatementsWithAnyNumbersRun) {
+  const ScratchFolder folder;
+  const InFolder inside(folder.Name());
+  const std::string text =
+      "NewModel();NewModel();SetModelParam(ModelNo=1,ParamName=\"G\",LorNo=1,Value=1,MinOn=1,MaxOn=1,CoupledTo=1);"
+      "SetModelParam(ModelNo=2,ParamName=\"Wo\",LorNo=1,Value=-1,FitActive=0,CoupledTo=2);"
+      "InsertModelRow(ModelNo=1,LorNo=1);SortModelRows(ModelNo=1,Key=4);MoveModelRow(ModelNo=1,LorNo=1,Up=1);"
+      "CopyModelParam(DestModelNo=1,DestParamName=\"Wo\",DestLorNo=1,SourceModelNo=2,SourceParamName=\"G\",SourceLorNo="
+      "1);"
+      "AddChiSqTerm(DatasetNo=1,ModelNo=1,Weight=1);WindowFit();FixAllModelParams(ModelNo=2);"
+      "SetExpParam(ParamName=\"Angle of\",Value=45,FitActive=1,CoupledTo=1);CutDataset(DatasetNo=1,XMin=3,XMax=7);"
+      "TransformDataset(DatasetNo=1,Scale=2,Shift=1);AddNoise(DatasetNo=1,Sigma=0.1);Fit(NumIters=2);"
+      "RemoveModelRow(ModelNo=1,LorNo=1);CloseModel(ModelNo=2);UnloadDataset(DatasetNo=1);Fit(NumIters=2);";
+  std::mt19937 random(7);
+  for (int i = 0; i < 300; ++i) {
+    std::string damaged = text;
+    for (int k = 0; k < 12; ++k) {
+      const std::size_t at = damaged.find_first_of("0123456789", random() % damaged.size());
+      if (at != std::string::npos) damaged.replace(at, 1, std::to_string(random() % 200));
+    }
+    folder.Write("numbers.kvs", damaged);
+    folder.Write("ten.dat", "1 .1\n2 .2\n3 .3\n4 .4\n5 .5\n6 .6\n7 .7\n8 .8\n9 .9\n10 1\n");
+    Program program;
+    program.platform.showMessage = [](void*, std::string_view, std::string_view) {};
+    LoadDatasetArgs args;
+    args.MasterFile = "ten.dat";
+    ASSERT_EQ(LoadDatasetFromMacro(program.datasets, args), nullptr);
+    ASSERT_EQ(RunMacro(program, "numbers.kvs"), kMacroEnded) << program.macro.fault;
+  }
+}
+
+TEST(DamagedFiles, DatasetsLoadSortedOrGiveAStatus) {
+  const ScratchFolder folder;
+  Damage damage("0123456789.eE+-xX \t\n\r,#ninfa");
+  const std::string good = "Wavenumber R\n100 0.5 0.01\n200.5 4e-1\n3e2 .3 0.02 7\n\n400\n0x1p9 0.1\n500,0.2\n";
+  for (int i = 0; i < kRounds; ++i) {
+    const std::string path = folder.Write("R.dat", damage.Of(good));
+    std::vector<DataRow> rows;
+    if (ReadDatasetFile(path, rows) != ReadStatus::kRead) continue;
+    ASSERT_FALSE(rows.empty());
+    for (std::size_t k = 1; k < rows.size(); ++k) ASSERT_LE(rows[k - 1].x, rows[k].x);
+  }
+}
+
+TEST(DamagedFiles, LoopFilesGiveRowsInsideTheirLimits) {
+  const ScratchFolder folder;
+  Damage damage("% \t\nabc019");
+  for (int i = 0; i < kRounds; ++i) {
+    const std::string path = folder.Write("loop", damage.Of("a 1 2.5\n\nlonger-than-twenty-characters b c\nlast 7"));
+    std::vector<LoopRow> rows;
+    if (!ReadLoopFile(path, rows)) continue;
+    ASSERT_LE(rows.size(), kMaxLoopRows);
+    for (const LoopRow& row : rows) {
+      ASSERT_LE(row.TokenCount(), kMaxLoopTokens);
+      for (std::size_t c = 0; c < row.TokenCount(); ++c) ASSERT_LE(LoopToken(row, c).size(), row.fields.size());
+    }
+  }
+}
+
+TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
+  const ScratchFolder folder;
+  Program program;
+  Model& model = *CreateModel(program.params);
+  ASSERT_EQ(SaveModel(program.eval, model, 0, folder.Path("good.kvm")), 0);
+  const std::string good = folder.Read("good.kvm");
+  Damage damage(std::string("\0\x01\x7f\xff", 4));
+  for (int i = 0; i < kRounds; ++i) {
+    const std::string path = folder.Write("bad.kvm", damage.Of(good));
+    LoadModel(model, path);
+    ASSERT_LE(RowCount(model), 10000);
+    ASSERT_EQ(model.rows.size() % kColumns, 0u);
+  }
+}
+
+}  // namespace
+}  // namespace kalvex
