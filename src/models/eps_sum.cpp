@@ -108,7 +108,7 @@ Cplx EpsSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   const auto plain = [&](int row) {
     const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
                                 InputOf(Cell(model, row, G))};
-    CalcLorentz({w, derivatives, inputs}, term);
+    CalcLorentz({w, derivatives, inputs, nullptr}, term);
     sum += term;
   };
   const auto special = [&](int row, std::int32_t code) {
@@ -120,7 +120,8 @@ Cplx EpsSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     if (!record.calc) return true;
     CollectInputs(ctx, model, number);
-    record.calc({w, derivatives, ctx.termScratch}, term);
+    ctx.termEnvironment.dcFlag = ctx.DcFlag;
+    record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     if (number == kRealPartRecord) sum.re = term.re;
     return true;
@@ -158,7 +159,7 @@ double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   const auto plain = [&](int row) {
     const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
                                 InputOf(Cell(model, row, G))};
-    ScalarLorentz({x, derivatives, inputs}, term);
+    ScalarLorentz({x, derivatives, inputs, nullptr}, term);
     sum += term;
   };
   const auto special = [&](int row, std::int32_t) {
@@ -168,7 +169,7 @@ double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   const bool allHaveWeights = ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     if (!record.scalarCalc) return false;
     CollectInputs(ctx, model, number);
-    record.scalarCalc({x, derivatives, ctx.termScratch}, term);
+    record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     return true;
   });

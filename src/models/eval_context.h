@@ -10,6 +10,7 @@
 #include "models/model.h"
 #include "models/quantity.h"
 #include "models/row_code.h"
+#include "terms/term_environment.h"
 #include "terms/term_table.h"
 
 namespace kalvex {
@@ -24,6 +25,7 @@ struct EvalContext {
   QuantityTable quantities{};
   TermSlots slots;
   std::vector<TermInput> termScratch;
+  TermEnvironment termEnvironment;
 
   bool DcFlag = false;                 // Quantities are computed at the frequency kDcFrequency
   bool FrequencyOverrideFlag = false;  // the sum of a model's rows is taken at the value of "Scaling factor of T"

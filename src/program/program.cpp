@@ -32,6 +32,7 @@ Program::Program() {
   params.ExpParams = DefaultExpParams();
   eval.params = &params;
   eval.datasets = &datasets;
+  eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
   notices.owner = this;
   notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {

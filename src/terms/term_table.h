@@ -10,6 +10,8 @@
 
 namespace kalvex {
 
+struct TermEnvironment;
+
 inline constexpr int kTermRecords = 72;
 inline constexpr int kMaxTermIds = 41;
 inline constexpr int kMaxTermInputs = 82;
@@ -28,6 +30,7 @@ struct TermCall {
   double w = 0;  // frequency, cm-1
   bool derivatives = false;
   std::span<const TermInput> inputs;
+  TermEnvironment* environment = nullptr;  // never null for a composite term
 };
 
 // Writes the term's complex value and, on request, its derivatives. A negative status means that nothing was written.

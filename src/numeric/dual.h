@@ -1,0 +1,120 @@
+// Dual numbers: a value together with its derivatives in N directions, for exact derivatives of a formula written once.
+//     f(a + h) = f(a) + f'(a) h,   h h = 0
+#pragma once
+
+#include <array>
+#include <cmath>
+
+#include "numeric/complex.h"
+
+namespace kalvex {
+
+template <int N>
+struct Dual {
+  double a = 0;               // value
+  std::array<double, N> v{};  // derivatives
+
+  Dual() = default;
+  Dual(double value) : a(value) {}  // NOLINT(google-explicit-constructor): constants mix with duals in every formula
+  Dual(double value, int direction) : a(value) { v[static_cast<std::size_t>(direction)] = 1; }
+
+  Dual& operator+=(const Dual& b) { return *this = *this + b; }
+  Dual& operator-=(const Dual& b) { return *this = *this - b; }
+  Dual& operator*=(const Dual& b) { return *this = *this * b; }
+
+  // Value f, derivatives slope times those of x.
+  static Dual Along(double f, double slope, const Dual& x) {
+    Dual out(f);
+    for (std::size_t k = 0; k < N; ++k) out.v[k] = slope * x.v[k];
+    return out;
+  }
+  // Value f, derivatives slopeA da + slopeB db.
+  static Dual Along(double f, double slopeA, const Dual& x, double slopeB, const Dual& y) {
+    Dual out(f);
+    for (std::size_t k = 0; k < N; ++k) out.v[k] = slopeA * x.v[k] + slopeB * y.v[k];
+    return out;
+  }
+
+  friend Dual operator-(const Dual& x) { return Along(-x.a, -1, x); }
+  friend Dual operator+(const Dual& x, const Dual& y) { return Along(x.a + y.a, 1, x, 1, y); }
+  friend Dual operator-(const Dual& x, const Dual& y) { return Along(x.a - y.a, 1, x, -1, y); }
+  friend Dual operator*(const Dual& x, const Dual& y) { return Along(x.a * y.a, y.a, x, x.a, y); }
+  friend Dual operator/(const Dual& x, const Dual& y) {
+    const double q = x.a / y.a;
+    return Along(q, 1 / y.a, x, -q / y.a, y);
+  }
+  friend bool operator<(const Dual& x, const Dual& y) { return x.a < y.a; }
+  friend bool operator>(const Dual& x, const Dual& y) { return x.a > y.a; }
+  friend bool operator==(const Dual& x, const Dual& y) { return x.a == y.a; }
+};
+
+inline double ValueOf(double x) { return x; }
+template <int N>
+double ValueOf(const Dual<N>& x) {
+  return x.a;
+}
+inline Cplx ValueOf(const Cplx& z) { return z; }
+template <int N>
+Cplx ValueOf(const Complex<Dual<N>>& z) {
+  return {z.re.a, z.im.a};
+}
+
+// Real functions, for double and dual alike.
+inline double Sqrt(double x) { return std::sqrt(x); }
+inline double Exp(double x) { return std::exp(x); }
+inline double Log(double x) { return std::log(x); }
+inline double Sin(double x) { return std::sin(x); }
+inline double Cos(double x) { return std::cos(x); }
+inline double Tanh(double x) { return std::tanh(x); }
+
+template <int N>
+Dual<N> Sqrt(const Dual<N>& x) {
+  const double r = std::sqrt(x.a);
+  return Dual<N>::Along(r, 0.5 / r, x);
+}
+template <int N>
+Dual<N> Exp(const Dual<N>& x) {
+  const double e = std::exp(x.a);
+  return Dual<N>::Along(e, e, x);
+}
+template <int N>
+Dual<N> Log(const Dual<N>& x) {
+  return Dual<N>::Along(std::log(x.a), 1 / x.a, x);
+}
+template <int N>
+Dual<N> Sin(const Dual<N>& x) {
+  return Dual<N>::Along(std::sin(x.a), std::cos(x.a), x);
+}
+template <int N>
+Dual<N> Cos(const Dual<N>& x) {
+  return Dual<N>::Along(std::cos(x.a), -std::sin(x.a), x);
+}
+template <int N>
+Dual<N> Tanh(const Dual<N>& x) {
+  const double t = std::tanh(x.a);
+  return Dual<N>::Along(t, 1 - t * t, x);
+}
+
+// A function of one complex variable that is analytic there: value f, derivative slope. Its derivatives are slope dz.
+template <int N>
+Complex<Dual<N>> Analytic(const Complex<Dual<N>>& z, const Cplx& f, const Cplx& slope) {
+  return {Dual<N>::Along(f.re, slope.re, z.re, -slope.im, z.im), Dual<N>::Along(f.im, slope.im, z.re, slope.re, z.im)};
+}
+inline Cplx Analytic(const Cplx&, const Cplx& f, const Cplx&) { return f; }
+
+template <int N>
+Complex<Dual<N>> Sqrt(const Complex<Dual<N>>& z) {
+  const Cplx r = Sqrt(ValueOf(z));
+  return Analytic(z, r, Cplx{0.5, 0} / r);
+}
+template <int N>
+Complex<Dual<N>> Exp(const Complex<Dual<N>>& z) {
+  const Cplx e = Exp(ValueOf(z));
+  return Analytic(z, e, e);
+}
+template <int N>
+Complex<Dual<N>> Log(const Complex<Dual<N>>& z) {
+  return Analytic(z, Log(ValueOf(z)), Cplx{1, 0} / ValueOf(z));
+}
+
+}  // namespace kalvex
