@@ -80,13 +80,13 @@ constexpr MacroCommand kCommands[] = {
     {"NewModel", NewModelCommand, kNewModel},
     {"SaveModel", SaveModelCommand, kModelFile},
     {"LoadModel", LoadModelCommand, kModelFile},
-    {"SaveVarDielFunc", LaterCommand, kModelFile},
-    {"LoadVarDielFunc", LaterCommand, kModelFile},
+    {"SaveVarDielFunc", SaveVarDielFuncCommand, kModelFile},
+    {"LoadVarDielFunc", LoadVarDielFuncCommand, kModelFile},
     {"SetModelParam", SetModelParamCommand, kSetModelParam},
     {"CopyModelParam", CopyModelParamCommand, kCopyModelParam},
     {"FixAllModelParams", FixAllModelParamsCommand, kModelNo},
-    {"FreeShape", LaterCommand, kFreeShape},
-    {"VarDielFunc", LaterCommand, kVarDielFunc},
+    {"FreeShape", FreeShapeCommand, kFreeShape},
+    {"VarDielFunc", VarDielFuncCommand, kVarDielFunc},
     {"NewGraph", LaterCommand, kNewGraph},
     {"GraphProperties", LaterCommand, kGraphProperties},
     {"AddDataCurve", LaterCommand, kAddDataCurve},
@@ -125,6 +125,7 @@ constexpr MacroCommand kExtraCommands[] = {
     {"DumpDerivatives", DumpDerivativesCommand, {}},
     {"DumpSensitivity", DumpSensitivityCommand, {}},
     {"Echo", EchoCommand, kEcho},
+    {"MakeVarDielFuncPositive", MakeVarDielFuncPositiveCommand, kModelNo},
 };
 
 }  // namespace

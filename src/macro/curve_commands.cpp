@@ -1,6 +1,6 @@
 #include "files/curve_file.h"
 #include "macro/handlers.h"
-#include "models/model_table.h"
+#include "macro/named_model.h"
 #include "program/program.h"
 
 namespace kalvex {
@@ -27,7 +27,7 @@ MacroResult ExportModelCurveCommand(MacroCall& call) {
 
   const std::string file = *call.Text("File");
   const int number = *call.Int("ModelNo");
-  Model* const model = number > 0 ? GetModelByNumber(call.program.params, static_cast<std::uint32_t>(number)) : nullptr;
+  Model* const model = ModelOf(call, number);
   if (ExportModelCurve(call.program.eval, model, what, file) != 0)
     return call.Nothing("'" + file + "' cannot be written");
   const std::string empty = ", so '" + file + "' is empty";

@@ -54,6 +54,13 @@ MacroResult QuantityErrorBarsCommand(MacroCall& call);
 MacroResult DumpDerivativesCommand(MacroCall& call);
 MacroResult DumpSensitivityCommand(MacroCall& call);
 
+// vdf_commands.cpp
+MacroResult SaveVarDielFuncCommand(MacroCall& call);
+MacroResult LoadVarDielFuncCommand(MacroCall& call);
+MacroResult FreeShapeCommand(MacroCall& call);
+MacroResult VarDielFuncCommand(MacroCall& call);
+MacroResult MakeVarDielFuncPositiveCommand(MacroCall& call);
+
 // later_commands.cpp
 MacroResult LaterCommand(MacroCall& call);
 

@@ -3,6 +3,7 @@
 #include "core/text.h"
 #include "files/model_file.h"
 #include "macro/handlers.h"
+#include "macro/named_model.h"
 #include "macro/param_fields.h"
 #include "models/model_rows.h"
 #include "models/model_table.h"
@@ -12,14 +13,6 @@
 
 namespace kalvex {
 namespace {
-
-std::string ModelText(int number) { return "model " + std::to_string(number); }
-
-Model* ModelOf(const MacroCall& call, int number) {
-  return number > 0 ? GetModelByNumber(call.program.params, static_cast<std::uint32_t>(number)) : nullptr;
-}
-
-MacroResult NoModel(MacroCall& call, int number) { return call.Nothing(ModelText(number) + " does not exist"); }
 
 // "Einf", or a column and a row number from 1, as the commands name a parameter.
 struct NamedParam {
@@ -44,18 +37,6 @@ NamedParam FindParamByName(Model& model, const std::string& name, std::optional<
 
 std::string RowsText(const Model& model) {
   return ModelText(static_cast<int>(model.number)) + " has " + std::to_string(RowCount(model)) + " rows";
-}
-
-// The model named by ModelNo, which must be given and exist; otherwise what to say instead.
-Model* NeededModel(MacroCall& call) {
-  const auto number = call.Int("ModelNo");
-  if (!number) {
-    call.Nothing("ModelNo is missing");
-    return nullptr;
-  }
-  Model* const model = ModelOf(call, *number);
-  if (!model) NoModel(call, *number);
-  return model;
 }
 
 // The row number from 1 in LorNo, which must be given and exist.

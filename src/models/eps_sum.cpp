@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "terms/lorentz.h"
+#include "vdf/vdf_eval.h"
 
 namespace kalvex {
 namespace {
@@ -96,8 +97,18 @@ bool ForEachCompleteTerm(const EvalContext& ctx, Visit visit) {
 
 }  // namespace
 
+double SumFrequency(const EvalContext& ctx, double x) {
+  return ctx.FrequencyOverrideFlag ? ctx.params->ExpParams[kScalingFactorOfT].value : x;
+}
+
 Cplx EpsSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
-  const double w = ctx.FrequencyOverrideFlag ? ctx.params->ExpParams[kScalingFactorOfT].value : x;
+  const Cplx sum = RowSum(ctx, model, x, derivatives);
+  if (!HasVdf(model)) return sum;
+  return sum + EvalVdf(model.vdf, SumFrequency(ctx, x), derivatives);
+}
+
+Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+  const double w = SumFrequency(ctx, x);
   Cplx sum{model.epsInf.value, 0};
   if (derivatives && model.epsInf.adjustable) {
     model.epsInf.dEpsRe = 1;
@@ -137,9 +148,11 @@ void SeedDependencies(EvalContext& ctx, Model& model) {
   const auto set = [&](int row, double value) {
     ForEachColumn(model, row, [&](ModelParam& param) { SetEpsSlopes(param, value); });
   };
-  if (!WalkRows(
-          ctx, model, [&](int row) { set(row, 1); }, [&](int row, std::int32_t) { set(row, 0); }))
-    return;
+  const auto plain = [&](int row) { set(row, 1); };
+  const auto special = [&](int row, std::int32_t) { set(row, 0); };
+  const bool anySpecial = WalkRows(ctx, model, plain, special);
+  if (model.vdf.On) VdfGradient(model.vdf);
+  if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     if (!record.calc) return true;
     for (const InputPair& input : record.Inputs()) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
@@ -154,6 +167,14 @@ void SeedDependencies(EvalContext& ctx, Model& model) {
   });
 }
 
+void MakeVdfPositive(EvalContext& ctx, Model& model) {
+  constexpr double kLeast = 1e-7;
+  for (VdfMeshPoint& point : model.vdf.mesh) {
+    const double imaginary = EpsSum(ctx, model, point.x, false).im;
+    if (imaginary < 0) point.e2.value -= imaginary - kLeast;
+  }
+}
+
 double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   double sum = 0, term = 0;
   const auto plain = [&](int row) {
@@ -165,24 +186,27 @@ double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   const auto special = [&](int row, std::int32_t) {
     if (derivatives) ForEachColumn(model, row, [](ModelParam& param) { SetScalarSlope(param, 0); });
   };
-  if (!WalkRows(ctx, model, plain, special)) return sum;
-  const bool allHaveWeights = ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
+  const bool anySpecial = WalkRows(ctx, model, plain, special);
+  const bool allHaveWeights = !anySpecial || ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     if (!record.scalarCalc) return false;
     CollectInputs(ctx, model, number);
     record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     return true;
   });
-  return allHaveWeights ? sum : 0;
+  if (!allHaveWeights) return 0;
+  return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, derivatives) : sum;
 }
 
 void SeedScalarDependencies(EvalContext& ctx, Model& model) {
   const auto set = [&](int row, double value) {
     ForEachColumn(model, row, [&](ModelParam& param) { SetScalarSlope(param, value); });
   };
-  if (!WalkRows(
-          ctx, model, [&](int row) { set(row, 1); }, [&](int row, std::int32_t) { set(row, 0); }))
-    return;
+  const auto plain = [&](int row) { set(row, 1); };
+  const auto special = [&](int row, std::int32_t) { set(row, 0); };
+  const bool anySpecial = WalkRows(ctx, model, plain, special);
+  if (model.vdf.On) VdfScalarGradient(model.vdf);
+  if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     for (const InputPair& input : record.Inputs()) SetScalarSlope(NamedParam(ctx, model, number, input), 1);
     return true;
