@@ -65,8 +65,8 @@ class EquationSum {
         std::all_of(gradient.grad.begin(), gradient.grad.end(), [](double g) { return std::isfinite(g); });
     if (2 * count < beta_.size() || !finite) return AddOuterProduct(gradient, alpha_);
     if (panel_.IsFull()) AddPanel();
-    const std::span<double> row = panel_.Add();
-    for (std::size_t a = 0; a < count; ++a) row[gradient.idx[a]] += gradient.grad[a];
+    panel_.Begin();
+    for (std::size_t a = 0; a < count; ++a) panel_[gradient.idx[a]] += gradient.grad[a];
   }
 
  private:

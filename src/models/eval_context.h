@@ -12,6 +12,7 @@
 #include "models/row_code.h"
 #include "terms/term_environment.h"
 #include "terms/term_table.h"
+#include "vdf/vdf_kernel_cache.h"
 
 namespace kalvex {
 
@@ -26,6 +27,7 @@ struct EvalContext {
   TermSlots slots;
   std::vector<TermInput> termScratch;
   TermEnvironment termEnvironment;
+  VdfKernelCache vdfKernels;
 
   bool DcFlag = false;                 // Quantities are computed at the frequency kDcFrequency
   bool FrequencyOverrideFlag = false;  // the sum of a model's rows is taken at the value of "Scaling factor of T"

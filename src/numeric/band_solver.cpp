@@ -2,63 +2,229 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
+
+#include "core/vector_clones.h"
 
 namespace kalvex {
 namespace {
 
-// Dot product in four independent partial sums, so that the additions do not wait for each other.
-double Dot(const double* a, const double* b, std::size_t count) {
-  double sum[4] = {};
+constexpr std::size_t kLanes = 8;
+constexpr std::size_t kBlock = 64;
+constexpr std::size_t kMostBorder = 256;
+
+KALVEX_VECTOR_CLONES double Dot(const double* a, const double* b, std::size_t count) {
+  double sum[kLanes] = {};
   std::size_t i = 0;
-  for (; i + 4 <= count; i += 4) {
-    for (std::size_t k = 0; k < 4; ++k) sum[k] += a[i + k] * b[i + k];
+  for (; i + kLanes <= count; i += kLanes) {
+    for (std::size_t k = 0; k < kLanes; ++k) sum[k] += a[i + k] * b[i + k];
   }
-  for (; i < count; ++i) sum[0] += a[i] * b[i];
-  return (sum[0] + sum[1]) + (sum[2] + sum[3]);
+  double rest = 0;
+  for (; i < count; ++i) rest += a[i] * b[i];
+  return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7])) + rest;
 }
 
-int Decompose(const SquareMatrix& a, std::span<double> inverseDiagonal, std::size_t half) {
-  for (std::size_t i = 0; i < a.size; ++i) {
-    const std::size_t end = std::min(a.size, i + half + 1);
+// Dot products of four rows with two others, so that each number read serves several products.
+KALVEX_VECTOR_CLONES void DotTile(const double* rows, const double* others, std::size_t stride, std::size_t count,
+                                  double* out) {
+  double sum[4][2][kLanes] = {};
+  std::size_t k = 0;
+  for (; k + kLanes <= count; k += kLanes) {
+    for (std::size_t r = 0; r < 4; ++r) {
+      for (std::size_t c = 0; c < 2; ++c) {
+        for (std::size_t l = 0; l < kLanes; ++l) sum[r][c][l] += rows[r * stride + k + l] * others[c * stride + k + l];
+      }
+    }
+  }
+  for (std::size_t r = 0; r < 4; ++r) {
+    for (std::size_t c = 0; c < 2; ++c) {
+      double total = 0;
+      for (std::size_t l = 0; l < kLanes; ++l) total += sum[r][c][l];
+      for (std::size_t i = k; i < count; ++i) total += rows[r * stride + i] * others[c * stride + i];
+      out[r * 2 + c] = total;
+    }
+  }
+}
+
+// How the matrix is to be taken apart: the first border rows by themselves, the rest as a band.
+struct Shape {
+  std::size_t border = 0;
+  std::size_t half = 1;
+};
+
+std::size_t LengthOfRow(const SquareMatrix& a, std::size_t i) {
+  std::size_t j = a.size - 1;
+  while (j > i && a(i, j) == 0) --j;
+  return j - i;
+}
+
+// The border that makes the least work, which is about (n - d) (h + d)^2 for a border of d rows before a band of h.
+Shape ShapeOf(const SquareMatrix& a) {
+  std::vector<std::size_t> length(a.size);
+  for (std::size_t i = 0; i < a.size; ++i) length[i] = LengthOfRow(a, i);
+  for (std::size_t i = a.size; i-- > 1;) length[i - 1] = std::max(length[i - 1], length[i]);
+  Shape best{0, std::max<std::size_t>(1, length.empty() ? 0 : length[0])};
+  const auto work = [&](std::size_t d, std::size_t half) {
+    return static_cast<double>(a.size - d) * std::pow(static_cast<double>(half + d), 2);
+  };
+  double least = work(0, best.half);
+  for (std::size_t d = 1; d < std::min(a.size, kMostBorder); ++d) {
+    const std::size_t half = std::max<std::size_t>(1, length[d]);
+    if (2 * work(d, half) < least) {
+      least = 2 * work(d, half);
+      best = {d, half};
+    }
+  }
+  return best;
+}
+
+// The part of a matrix from row and column `first` on, with its inverse diagonal.
+struct Band {
+  const SquareMatrix& a;
+  std::span<double> inverseDiagonal;
+  std::size_t first;
+  std::size_t half;
+
+  std::size_t Low(std::size_t i) const { return i > first + half ? i - half : first; }
+};
+
+int DecomposeNarrow(const Band& band) {
+  const SquareMatrix& a = band.a;
+  for (std::size_t i = band.first; i < a.size; ++i) {
+    const std::size_t end = std::min(a.size, i + band.half + 1);
     for (std::size_t j = i; j < end; ++j) {
-      const std::size_t low = j > half ? j - half : 0;
-      const std::size_t count = i > low ? i - low : 0;
-      const double sum = a(i, j) - Dot(a.Row(i) + low, a.Row(j) + low, count);
+      const std::size_t low = band.Low(j);
+      const double sum = a(i, j) - Dot(a.Row(i) + low, a.Row(j) + low, i > low ? i - low : 0);
       if (j > i) {
-        a(j, i) = sum * inverseDiagonal[i];
+        a(j, i) = sum * band.inverseDiagonal[i];
       } else {
         if (!(sum > 0)) return -1;
-        inverseDiagonal[i] = 1 / std::sqrt(sum);
+        band.inverseDiagonal[i] = 1 / std::sqrt(sum);
       }
     }
   }
   return 0;
 }
 
-}  // namespace
-
-std::size_t HalfBandwidth(const SquareMatrix& a) {
-  std::size_t half = 1;
-  for (std::size_t i = 0; i + half < a.size; ++i) {
-    for (std::size_t j = a.size - 1; j > i + half; --j) {
-      if (a(i, j) != 0) half = j - i;
+// A wide band counts as a full matrix, in blocks of columns: first what the finished columns contribute to the block,
+// tile by tile, then the block itself.
+void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::span<double> diagonal) {
+  const SquareMatrix& a = band.a;
+  const std::size_t count = from - band.first;
+  const auto put = [&](std::size_t i, std::size_t j, double dot) {
+    if (i > j) a(i, j) = a(j, i) - dot;
+    if (i == j) diagonal[j - from] = a(j, j) - dot;
+  };
+  for (std::size_t i = from; i < a.size; i += 4) {
+    for (std::size_t j = from; j < to && j <= i + 3; j += 2) {
+      if (i + 4 <= a.size && j + 2 <= to) {
+        double dots[8];
+        DotTile(a.Row(i) + band.first, a.Row(j) + band.first, a.size, count, dots);
+        for (std::size_t r = 0; r < 4; ++r) {
+          for (std::size_t c = 0; c < 2; ++c) put(i + r, j + c, dots[r * 2 + c]);
+        }
+        continue;
+      }
+      for (std::size_t r = i; r < std::min(i + 4, a.size); ++r) {
+        for (std::size_t c = j; c < std::min(j + 2, to); ++c) {
+          put(r, c, Dot(a.Row(r) + band.first, a.Row(c) + band.first, count));
+        }
+      }
     }
   }
-  return half;
 }
+
+int DecomposeWide(const Band& band) {
+  const SquareMatrix& a = band.a;
+  double diagonal[kBlock];
+  for (std::size_t from = band.first; from < a.size; from += kBlock) {
+    const std::size_t to = std::min(a.size, from + kBlock);
+    SubtractFinished(band, from, to, diagonal);
+    for (std::size_t j = from; j < to; ++j) {
+      const double pivot = diagonal[j - from] - Dot(a.Row(j) + from, a.Row(j) + from, j - from);
+      if (!(pivot > 0)) return -1;
+      band.inverseDiagonal[j] = 1 / std::sqrt(pivot);
+      for (std::size_t i = j + 1; i < a.size; ++i) {
+        a(i, j) = (a(i, j) - Dot(a.Row(i) + from, a.Row(j) + from, j - from)) * band.inverseDiagonal[j];
+      }
+    }
+  }
+  return 0;
+}
+
+int Decompose(const Band& band) {
+  const bool wide = 3 * band.half > band.a.size - band.first;
+  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size}) : DecomposeNarrow(band);
+}
+
+// x from first on becomes the solution of L L^T x = x.
+void Substitute(const Band& band, double* x) {
+  const SquareMatrix& a = band.a;
+  for (std::size_t i = band.first; i < a.size; ++i) {
+    const std::size_t low = band.Low(i);
+    x[i] = (x[i] - Dot(a.Row(i) + low, x + low, i - low)) * band.inverseDiagonal[i];
+  }
+  for (std::size_t i = a.size; i-- > band.first;) {  // row by row of L, so that memory is read in order
+    x[i] *= band.inverseDiagonal[i];
+    for (std::size_t k = band.Low(i); k < i; ++k) x[k] -= a(i, k) * x[i];
+  }
+}
+
+// A border of d rows before a band:  A = [D C; C^T B],  Z = B^-1 C^T,  S = D - C Z.  Z goes below D, and the factor of
+// S into the lower triangle of D.
+int DecomposeBorder(const Band& band) {
+  const SquareMatrix& a = band.a;
+  const std::size_t d = band.first;
+  std::vector<double> z(a.size);
+  for (std::size_t c = 0; c < d; ++c) {
+    std::copy(a.Row(c) + d, a.Row(c) + a.size, z.begin() + static_cast<std::ptrdiff_t>(d));
+    Substitute(band, z.data());
+    for (std::size_t i = d; i < a.size; ++i) a(i, c) = z[i];
+  }
+  std::vector<double> schur(d * d);
+  for (std::size_t i = d; i < a.size; ++i) {
+    for (std::size_t r = 0; r < d; ++r) {
+      if (a(r, i) == 0) continue;
+      for (std::size_t c = r; c < d; ++c) schur[r * d + c] += a(r, i) * a(i, c);
+    }
+  }
+  for (std::size_t r = 0; r < d; ++r) {
+    for (std::size_t c = r; c < d; ++c) schur[r * d + c] = a(r, c) - schur[r * d + c];
+  }
+  const SquareMatrix s{schur.data(), d};
+  if (Decompose({s, band.inverseDiagonal, 0, d}) != 0) return -1;
+  for (std::size_t r = 1; r < d; ++r) std::copy(s.Row(r), s.Row(r) + r, a.Row(r));
+  return 0;
+}
+
+void SubstituteBorder(const Band& band, std::span<const double> b, std::span<double> x) {
+  const SquareMatrix& a = band.a;
+  const std::size_t d = band.first;
+  std::vector<double> factor(d * d), head(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(d));
+  const SquareMatrix s{factor.data(), d};
+  for (std::size_t r = 1; r < d; ++r) std::copy(a.Row(r), a.Row(r) + r, s.Row(r));
+  for (std::size_t i = d; i < a.size; ++i) {
+    for (std::size_t c = 0; c < d; ++c) head[c] -= a(i, c) * b[i];
+  }
+  Substitute({s, band.inverseDiagonal, 0, d}, head.data());
+  for (std::size_t i = d; i < a.size; ++i) x[i] -= Dot(a.Row(i), head.data(), d);
+  std::copy(head.begin(), head.end(), x.begin());
+}
+
+}  // namespace
 
 int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,
                 std::span<double> x, bool decompose) {
-  const std::size_t half = HalfBandwidth(a);
-  if (decompose && Decompose(a, inverseDiagonal, half) != 0) return -1;
-  for (std::size_t i = 0; i < a.size; ++i) {
-    const std::size_t low = i > half ? i - half : 0;
-    x[i] = (b[i] - Dot(a.Row(i) + low, x.data() + low, i - low)) * inverseDiagonal[i];
+  const Shape shape = ShapeOf(a);
+  const bool wide = 3 * shape.half > a.size - shape.border;
+  const Band band{a, inverseDiagonal, shape.border, wide ? a.size : shape.half};
+  if (decompose) {
+    if (Decompose(band) != 0) return -1;
+    if (shape.border > 0 && DecomposeBorder(band) != 0) return -1;
   }
-  for (std::size_t i = a.size; i-- > 0;) {  // row by row of L, so that memory is read in order
-    x[i] *= inverseDiagonal[i];
-    for (std::size_t k = i > half ? i - half : 0; k < i; ++k) x[k] -= a(i, k) * x[i];
-  }
+  std::copy(b.begin(), b.end(), x.begin());
+  Substitute(band, x.data());
+  if (shape.border > 0) SubstituteBorder(band, b, x);
   return 0;
 }
 

@@ -1,4 +1,5 @@
-// Cholesky solution of a symmetric, positive definite system whose matrix may be banded.
+// Cholesky solution of a symmetric, positive definite system whose matrix may be banded, or banded but for a few
+// leading unknowns that meet all the others.
 #pragma once
 
 #include <cstddef>
@@ -14,14 +15,11 @@ struct SquareMatrix {
   double* Row(std::size_t i) const { return data + i * size; }
 };
 
-// Half-bandwidth: the largest j - i with a non-zero entry (i, j) above the diagonal, at least 1.
-std::size_t HalfBandwidth(const SquareMatrix& a);
-
-// Solves A x = b by A = L L^T inside the band that A itself shows.
-//   a                reads the diagonal and the upper triangle, which stay as they are; L goes below the diagonal
-//   inverseDiagonal  1/L(i, i), size entries
-//   decompose        false: L and inverseDiagonal are those of an earlier call
-//   gives            0, or -1 if A is not positive definite (x is then untouched); allocates nothing
+// Solves A x = b by A = L L^T inside the band that A itself shows. Leading rows that are much longer than the rest are
+// kept out of the band and eliminated last, so that a band with a few full rows costs what a band costs.
+//   a                reads the diagonal and the upper triangle, which stay as they are; the factors go below the
+//   diagonal inverseDiagonal  of the factors, size entries decompose        false: the factors are those of an earlier
+//   call gives            0, or -1 if A is not positive definite (x is then untouched)
 int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,
                 std::span<double> x, bool decompose);
 

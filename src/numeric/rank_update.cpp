@@ -1,55 +1,55 @@
 #include "numeric/rank_update.h"
 
 #include <algorithm>
+#include <cstring>
 
-// One binary for every x86-64: the kernel is compiled for each width of the vector units, and the best one is taken
-// when the program starts.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
-#define KALVEX_VECTOR_CLONES __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default")))
-#else
-#define KALVEX_VECTOR_CLONES
-#endif
+#include "core/vector_clones.h"
 
 namespace kalvex {
 namespace {
 
-// A tile of the matrix that the registers of a vector unit can hold: 4 x 16 doubles.
-constexpr std::size_t kTileRows = 4;
-constexpr std::size_t kTileColumns = 16;
+// A tile of the matrix that the registers of a wide vector unit can hold: 8 rows of two packs of 8.
+constexpr std::size_t kTileRows = 8;
+constexpr std::size_t kPack = 8;
+typedef double Pack __attribute__((vector_size(kPack * sizeof(double))));
 
-KALVEX_VECTOR_CLONES void AddTile(const double* rows, const double* columns, std::size_t stride, std::size_t count,
-                                  double* tile) {
-  double sum[kTileRows][kTileColumns] = {};
-  for (std::size_t p = 0; p < count; ++p, rows += stride, columns += stride) {
+// tile = sum over the vectors of rows times columns; both point at their entries in the first vector.
+KALVEX_VECTOR_CLONES void SumTile(const double* rows, const double* columns, std::size_t count, double* tile) {
+  Pack sum[kTileRows][2] = {};
+  for (std::size_t p = 0; p < count; ++p, rows += VectorPanel::kStrip, columns += VectorPanel::kStrip) {
+    Pack b[2];
+    std::memcpy(b, columns, sizeof(b));
+#pragma GCC unroll 8
     for (std::size_t r = 0; r < kTileRows; ++r) {
-      for (std::size_t c = 0; c < kTileColumns; ++c) sum[r][c] += rows[r] * columns[c];
+      sum[r][0] += rows[r] * b[0];
+      sum[r][1] += rows[r] * b[1];
     }
   }
-  for (std::size_t r = 0; r < kTileRows; ++r) {
-    for (std::size_t c = 0; c < kTileColumns; ++c) tile[r * kTileColumns + c] = sum[r][c];
-  }
+  std::memcpy(tile, sum, sizeof(sum));
 }
 
 }  // namespace
 
-VectorPanel::VectorPanel(std::size_t length)
-    : length_(length), stride_((length + kTileColumns - 1) / kTileColumns * kTileColumns), data_(kMost * stride_) {}
+VectorPanel::VectorPanel(std::size_t length) : data_((length + kStrip - 1) / kStrip * kStrip * kMost) {}
 
-std::span<double> VectorPanel::Add() {
-  double* const row = data_.data() + count_++ * stride_;
-  std::fill_n(row, stride_, 0.0);
-  return {row, length_};
+void VectorPanel::Begin() {
+  double* entry = data_.data() + count_++ * kStrip;
+  for (std::size_t done = 0; done < data_.size(); done += kMost * kStrip, entry += kMost * kStrip) {
+    std::fill_n(entry, kStrip, 0.0);
+  }
 }
 
 void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a) {
-  double tile[kTileRows * kTileColumns];
-  for (std::size_t i = 0; i < a.size; i += kTileRows) {
-    const std::size_t rows = std::min(kTileRows, a.size - i);
-    for (std::size_t j = i / kTileColumns * kTileColumns; j < a.size; j += kTileColumns) {
-      AddTile(panel.Row(0) + i, panel.Row(0) + j, panel.Stride(), panel.Count(), tile);
-      const std::size_t columns = std::min(kTileColumns, a.size - j);
+  constexpr std::size_t kStrip = VectorPanel::kStrip;
+  double tile[kTileRows * kStrip];
+  for (std::size_t j = 0; j < a.size; j += kStrip) {
+    const std::size_t columns = std::min(kStrip, a.size - j);
+    for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
+      SumTile(panel.Strip(i) + i % kStrip, panel.Strip(j), panel.Count(), tile);
+      const std::size_t rows = std::min(kTileRows, a.size - i);
       for (std::size_t r = 0; r < rows; ++r) {
-        for (std::size_t c = 0; c < columns; ++c) a(i + r, j + c) += tile[r * kTileColumns + c];
+        double* const out = a.Row(i + r) + j;
+        for (std::size_t c = 0; c < columns; ++c) out[c] += tile[r * kStrip + c];
       }
     }
   }

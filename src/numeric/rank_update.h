@@ -2,31 +2,33 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <vector>
 
 #include "numeric/band_solver.h"
 
 namespace kalvex {
 
-// Vectors of one length, one behind the other, waiting to be added as outer products. Their length is padded with zeros
-// to full vector units.
+// Vectors of one length, waiting to be added as outer products. They are kept in strips of 16 entries, each strip
+// holding its entries of all vectors one vector behind the other, so that a tile of the matrix reads memory in order.
 class VectorPanel {
  public:
+  static constexpr std::size_t kMost = 64;
+  static constexpr std::size_t kStrip = 16;
+
   explicit VectorPanel(std::size_t length);
 
   std::size_t Count() const { return count_; }
-  std::size_t Stride() const { return stride_; }
-  const double* Row(std::size_t i) const { return data_.data() + i * stride_; }
   bool IsFull() const { return count_ == kMost; }
-  // The next vector, all zero.
-  std::span<double> Add();
+  // Begins the next vector, all zero.
+  void Begin();
+  // Entry i of the vector begun last.
+  double& operator[](std::size_t i) {
+    return data_[i / kStrip * (kMost * kStrip) + (count_ - 1) * kStrip + i % kStrip];
+  }
   void Clear() { count_ = 0; }
+  const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
 
  private:
-  static constexpr std::size_t kMost = 64;
-  std::size_t length_;
-  std::size_t stride_;
   std::size_t count_ = 0;
   std::vector<double> data_;
 };

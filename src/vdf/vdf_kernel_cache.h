@@ -1,0 +1,37 @@
+// The Kramers-Kronig kernels of a mesh for a whole list of frequencies, kept as long as mesh and frequencies stay the
+// same: between the iterations of a fit only the values change.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "vdf/var_diel_func.h"
+
+namespace kalvex {
+
+inline constexpr std::size_t kKernelBlock = 64;
+
+class VdfKernelCache {
+ public:
+  // Gets ready for blocks of these frequencies and this mesh, of the model of that number.
+  void Prepare(std::uint32_t model, const VarDielFunc& vdf, std::span<const double> x);
+  // The kernels of the block of frequencies that starts at `first`, a multiple of kKernelBlock: that of mesh point j at
+  // frequency first + i stands at [j*kKernelBlock + i]. Holds until the next call.
+  const double* Block(const VarDielFunc& vdf, std::size_t first);
+
+  std::size_t mostBytes = std::size_t{256} << 20;  // what is kept; beyond it blocks are computed anew each time
+
+ private:
+  struct Entry {
+    std::uint32_t model = 0;
+    std::vector<double> mesh, x;
+    std::vector<double> kernels;     // of all blocks, or of one
+    std::vector<char> blockIsReady;  // empty where only one block is kept
+  };
+  std::size_t BytesOfOthers(const Entry& entry) const;
+  std::vector<Entry> entries_;
+  std::size_t current_ = 0;
+};
+
+}  // namespace kalvex
