@@ -110,6 +110,7 @@ constexpr MacroParam kFitOptions[] = {
     I("StopOnIterations"),    I("MaxIterations"),   I("StopOnTime"),   I("MaxSeconds"), I("StopOnReduction"),
     I("ReductionIterations"), R("ReductionAmount"), I("StopOnLambda"), R("MaxLambda"),  R("InitialLambda"),
     I("CalcConfidence"),      R("DeltaChiSq"),      I("LogFit")};
+constexpr MacroParam kParamFile[] = {S("File", 200)};
 constexpr MacroParam kEcho[] = {S("Text", 200)};
 
 constexpr MacroCommand kExtraCommands[] = {
@@ -126,6 +127,11 @@ constexpr MacroCommand kExtraCommands[] = {
     {"DumpSensitivity", DumpSensitivityCommand, {}},
     {"Echo", EchoCommand, kEcho},
     {"MakeVarDielFuncPositive", MakeVarDielFuncPositiveCommand, kModelNo},
+    {"SaveParams", SaveParamsCommand, kParamFile},
+    {"LoadParams", LoadParamsCommand, kParamFile},
+    {"SaveParamsSpecial", SaveParamsSpecialCommand, {}},
+    {"TestDerivatives", TestDerivativesCommand, {}},
+    {"TestQuantityDerivatives", TestQuantityDerivativesCommand, {}},
 };
 
 }  // namespace

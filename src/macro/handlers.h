@@ -61,6 +61,13 @@ MacroResult FreeShapeCommand(MacroCall& call);
 MacroResult VarDielFuncCommand(MacroCall& call);
 MacroResult MakeVarDielFuncPositiveCommand(MacroCall& call);
 
+// tool_commands.cpp
+MacroResult SaveParamsCommand(MacroCall& call);
+MacroResult LoadParamsCommand(MacroCall& call);
+MacroResult SaveParamsSpecialCommand(MacroCall& call);
+MacroResult TestDerivativesCommand(MacroCall& call);
+MacroResult TestQuantityDerivativesCommand(MacroCall& call);
+
 // later_commands.cpp
 MacroResult LaterCommand(MacroCall& call);
 

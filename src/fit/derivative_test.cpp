@@ -1,0 +1,153 @@
+#include "fit/derivative_test.h"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/files.h"
+#include "core/text.h"
+#include "fit/fit_lists.h"
+#include "models/eval_model.h"
+#include "models/eval_spectrum.h"
+#include "models/model_table.h"
+#include "models/param_value.h"
+
+namespace kalvex {
+namespace {
+
+constexpr double kDefaultStep = 1e-5;
+constexpr double kRelativeStepSignal = 777;
+constexpr double kTestFrequency = 100.0;  // cm-1
+
+double StepFromFile() {
+  std::string text;
+  double step = kDefaultStep;
+  if (ReadTextFile("DELTA.DAT", text)) ParseReal(text.data(), text.data() + text.size(), step);
+  return step;
+}
+
+double StepFor(double wanted, double value) {
+  if (wanted != kRelativeStepSignal) return wanted;
+  return value == 0 ? kDefaultStep : kDefaultStep * value;
+}
+
+// %+11.4E
+void AppendSigned(std::string& text, double value) {
+  std::string number = std::signbit(value) ? "" : "+";
+  AppendScientific(number, value, 4, 0);
+  text.append(number.size() < 11 ? 11 - number.size() : 0, ' ');
+  text += number;
+}
+
+std::string Heading(const ParamPlace& at) {
+  const std::string stars = std::string(54, '*') + '\n';
+  const auto field = [](const char* name, int value) {
+    return std::string(", ") + name + " = " + std::to_string(value);
+  };
+  return stars + KindText(at.Where) + field("nm", at.nm) + field("nl", at.nl) + field("nc", at.nc) +
+         field("nep", at.nep) + field("nen", at.nen) + '\n' + stars;
+}
+
+void AppendComparison(std::string& text, double analytic, double numeric) {
+  const double size = std::fabs(analytic) + std::fabs(numeric);
+  const double difference = size < 1e-10 ? 1.0 : std::fabs(analytic - numeric) / size;
+  AppendSigned(text, analytic);
+  text += ' ';
+  AppendSigned(text, numeric);
+  text += "        ";
+  AppendScientific(text, difference, 1, 11);
+  text += difference >= 0.01 ? " (!!!)\n" : "      \n";
+}
+
+// d(sum of squares)/d(parameter): a row for each term, a column for each fit parameter, coupled ones under their
+// master.
+std::vector<std::vector<double>> AnalyticGradients(FitState& fit, EvalContext& eval) {
+  std::vector<std::vector<double>> gradients(fit.list.terms.size(), std::vector<double>(fit.params.size()));
+  for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
+  for (std::size_t g = 0; g < fit.groups.size(); ++g) {
+    const FitGroup& group = fit.groups[g];
+    Model* const model = GetModelByNumber(*eval.params, group.modelId);
+    if (!model) continue;
+    WantOnly(eval.quantities, fit.groupWanted[g]);
+    EvalModel(eval, *model, group.x, true);
+    for (int p = group.first; p < group.end; ++p) {
+      const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
+      const auto q = static_cast<std::size_t>(point.quantity), t = static_cast<std::size_t>(point.term);
+      const double d = (point.y - eval.quantities[q].value) / point.sigma;
+      fit.list.terms[t].termChiSq += d * d;
+      for (const int j : fit.list.terms[t].params) {
+        const FitParam& param = fit.params[static_cast<std::size_t>(j)];
+        gradients[t][static_cast<std::size_t>(param.master)] += -2 * d * param.cell->dQuantity[q] / point.sigma;
+      }
+    }
+  }
+  return gradients;
+}
+
+}  // namespace
+
+int TestDerivatives(FitState& fit, EvalContext& eval) {
+  const double wantedStep = StepFromFile();
+  const auto gradients = AnalyticGradients(fit, eval);
+  ComputeChiSq(fit, eval);
+  for (ChiSqTerm& term : fit.list.terms) term.prevChiSq = term.termChiSq;
+  std::string text = "NumParams = " + std::to_string(fit.NumFitParams) + '\n';
+  for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFreeParams); ++i) {
+    ModelParam& cell = *fit.params[i].cell;
+    const double h = StepFor(wantedStep, cell.value);
+    SetValue(*eval.params, cell, cell.value + h);
+    ComputeChiSq(fit, eval);
+    SetValue(*eval.params, cell, cell.value - h);
+    text += Heading(fit.params[i].place);
+    double analyticSum = 0, numericSum = 0;
+    for (std::size_t t = 0; t < fit.list.terms.size(); ++t) {
+      const ChiSqTerm& term = fit.list.terms[t];
+      const double numeric = (term.termChiSq - term.prevChiSq) / h;
+      analyticSum += gradients[t][i];
+      numericSum += numeric;
+      text += "ChiSq=" + std::to_string(t) + " : ";
+      AppendComparison(text, gradients[t][i], numeric);
+    }
+    text += "\nChiSqTot: ";
+    AppendComparison(text, analyticSum, numericSum);
+  }
+  ComputeChiSq(fit, eval);
+  return WriteWholeFile("TestDeriv1.txt", text) ? 0 : -1;
+}
+
+int TestQuantityDerivatives(FitState& fit, EvalContext& eval) {
+  const double step = StepFromFile();
+  const auto values = [&](Model& model, bool derivatives) {
+    EvalModel(eval, model, kTestFrequency, derivatives);
+    return eval.quantities;
+  };
+  std::string text;
+  for (const ChiSqTerm& term : fit.list.terms) {
+    Model* const model = GetModelByNumber(*eval.params, term.modelId);
+    if (!model) continue;
+    WantOnly(eval.quantities, static_cast<QuantitySet>(SetOf(kQuantityCount) - 1));
+    const QuantityTable before = values(*model, false);
+    values(*model, true);
+    for (const FitParam& param : fit.params) {
+      const auto analytic = param.cell->dQuantity;
+      const double value = param.cell->value;
+      param.cell->value += step;
+      const QuantityTable after = values(*model, false);
+      param.cell->value = value;
+      text += Heading(param.place);
+      for (std::size_t q = 0; q < analytic.size(); ++q) {
+        const double numeric = (after[q].value - before[q].value) / step;
+        const std::string name = kQuantityNames[q].shortName;
+        text += std::string(name.size() < 3 ? 3 - name.size() : 0, ' ') + name + " : ";
+        AppendSigned(text, analytic[q]);
+        text += ' ';
+        AppendSigned(text, numeric);
+        const bool wrong = std::fabs(analytic[q] - numeric) > 0.01 * std::fabs(analytic[q] + numeric);
+        text += std::string("         ") + (wrong ? "FALSE" : "     ") + '\n';
+      }
+    }
+  }
+  return WriteWholeFile("TestDeriv.txt", text) ? 0 : -1;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,18 @@
+// The analytic derivatives beside difference quotients, for those who work on the models: tables for a person to read.
+#pragma once
+
+#include "fit/fit_state.h"
+#include "models/eval_context.h"
+
+namespace kalvex {
+
+// "TestDeriv1.txt": the derivative of each term's sum of squares by each master parameter. The step is the number in
+// "DELTA.DAT" of the current directory, or 1e-5; 777 there means 1e-5 of the value. Rows that differ by 1 % carry
+// "(!!!)". 0, or -1 if the file cannot be written.
+int TestDerivatives(FitState& fit, EvalContext& eval);
+
+// "TestDeriv.txt": the derivative of each Quantity of each term's model at 100 cm-1 by each fit parameter, with an
+// absolute step. Rows that differ by 1 % carry "FALSE". 0, or -1 if the file cannot be written.
+int TestQuantityDerivatives(FitState& fit, EvalContext& eval);
+
+}  // namespace kalvex
