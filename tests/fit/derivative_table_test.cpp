@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "fit/derivative_test.h"
+#include "models/eval_model.h"
+#include "models/model_table.h"
+#include "program/program.h"
+#include "support/scratch_folder.h"
+
+namespace kalvex {
+namespace {
+
+class DerivativeTables : public testing::Test {
+ protected:
+  DerivativeTables() : inside(folder.Name()), model(*CreateModel(program.params)) {
+    Dataset& dataset = program.datasets.slots[0];
+    dataset.id = program.datasets.nextId++;
+    for (int i = 0; i < 20; ++i) dataset.points.push_back({40.0 + 10 * i, 0.4 + 0.01 * i, 0.02});
+    dataset.firstActive = 0;
+    dataset.lastActive = 19;
+    OpenFitWindow(DeskOf(program));
+    AddTerm(DeskOf(program), 1, 1, 2.5);
+  }
+
+  std::vector<std::string> Lines(const char* name) const {
+    std::istringstream text(folder.Read(name));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    return lines;
+  }
+
+  ScratchFolder folder;
+  InFolder inside;
+  Program program;
+  Model& model;
+};
+
+TEST_F(DerivativeTables, EachParameterHasItsHeadingARowATermAndTheSum) {
+  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  const auto lines = Lines("TestDeriv1.txt");
+  ASSERT_EQ(lines.size(), 1u + 4 * 6);  // epsInf and three columns: stars, place, stars, term, blank line, sum
+  EXPECT_EQ(lines[0], "NumParams = 4");
+  EXPECT_EQ(lines[1], std::string(54, '*'));
+  EXPECT_EQ(lines[2], "EIN, nm = 0, nl = 0, nc = 0, nep = 0, nen = 0");
+  EXPECT_EQ(lines[3], lines[1]);
+  EXPECT_EQ(lines[5], "");
+  EXPECT_EQ(lines[14], "LOR, nm = 0, nl = 0, nc = 1, nep = 0, nen = 0");
+  EXPECT_EQ(lines[4].substr(0, 10), "ChiSq=0 : ");
+  EXPECT_EQ(lines[6].substr(0, 10), "ChiSqTot: ");
+  EXPECT_EQ(lines[4].substr(10), lines[6].substr(10));  // one term: its row is the sum
+  EXPECT_EQ(lines[4].size(), 10u + 11 + 1 + 11 + 8 + 11 + 1 + 5);
+}
+
+TEST_F(DerivativeTables, CorrectDerivativesCarryNoMark) {
+  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  EXPECT_EQ(folder.Read("TestDeriv1.txt").find("(!!!)"), std::string::npos);
+}
+
+TEST_F(DerivativeTables, TheAnalyticColumnIsTheDerivativeOfTheUnweightedSum) {
+  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  const double analytic = std::stod(Lines("TestDeriv1.txt")[4].substr(10, 11));
+  const auto sumOfSquares = [&](double epsInf) {
+    model.epsInf.value = epsInf;
+    double sum = 0;
+    WantOnly(program.eval.quantities, SetOf(kRefl));
+    for (const DataRow& row : program.datasets.slots[0].points) {
+      EvalModel(program.eval, model, row.x, false);
+      const double d = (row.y - program.eval.quantities[kRefl].value) / row.sigma;
+      sum += d * d;
+    }
+    return sum;
+  };
+  const double numeric = (sumOfSquares(3 + 1e-4) - sumOfSquares(3 - 1e-4)) / 2e-4;
+  EXPECT_NEAR(analytic, numeric, 1e-3 * std::abs(numeric));
+}
+
+TEST_F(DerivativeTables, ATermOfWeightZeroComparesNothingAndIsMarked) {
+  AddTerm(DeskOf(program), 1, 1, 0.0);
+  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  EXPECT_EQ(Lines("TestDeriv1.txt")[5], "ChiSq=1 : +0.0000E+00 +0.0000E+00            1.0E+00 (!!!)");
+}
+
+TEST_F(DerivativeTables, TheValuesAreBackAfterwards) {
+  const double before = program.fit.TotalChiSq;
+  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  ASSERT_EQ(TestQuantityDerivatives(program.fit, program.eval), 0);
+  EXPECT_NEAR(model.epsInf.value, 3.0, 1e-12);
+  EXPECT_NEAR(program.fit.TotalChiSq, before, 1e-6 * before);
+}
+
+TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
+  // With a step h the numeric column is off by h f''/2, so that the step shows in the column of differences.
+  const auto difference = [&](const char* step) {
+    constexpr std::size_t kRowOfWo = 10;
+    folder.Write("DELTA.DAT", step);
+    EXPECT_EQ(TestDerivatives(program.fit, program.eval), 0);
+    return std::stod(Lines("TestDeriv1.txt")[kRowOfWo].substr(10 + 11 + 1 + 11 + 8, 11));
+  };
+  const double absolute = difference("1e-3"), relative = difference("777");
+  EXPECT_GT(absolute, 0);
+  EXPECT_NEAR(absolute, relative, 0.2 * absolute);  // Wo is 100: 777 means 1e-5 times 100
+  EXPECT_GT(difference("1e-1"), 30 * absolute);
+}
+
+TEST_F(DerivativeTables, QuantitiesHaveARowEach) {
+  ASSERT_EQ(TestQuantityDerivatives(program.fit, program.eval), 0);
+  const auto lines = Lines("TestDeriv.txt");
+  ASSERT_EQ(lines.size(), 4u * (3 + 15));
+  EXPECT_EQ(lines[1], "EIN, nm = 0, nl = 0, nc = 0, nep = 0, nen = 0");
+  EXPECT_EQ(lines[3].substr(0, 6), "  R : ");
+  EXPECT_EQ(lines[7].substr(0, 6), "Rps : ");
+  EXPECT_EQ(lines[3].size(), 6u + 11 + 1 + 11 + 9 + 5);
+  EXPECT_EQ(lines[8].substr(6, 23), "+1.0000E+00 +1.0000E+00");  // dE1/d(epsInf) is 1
+}
+
+TEST_F(DerivativeTables, AQuantityFarFromItsQuotientIsCalledFalse) {
+  folder.Write("DELTA.DAT", "50");  // a step so long that the quotient is no derivative
+  ASSERT_EQ(TestQuantityDerivatives(program.fit, program.eval), 0);
+  EXPECT_NE(folder.Read("TestDeriv.txt").find("FALSE"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kalvex

@@ -1,0 +1,109 @@
+// The factorisation by blocks, the border before a band, and the sum of outer products.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "numeric/band_solver.h"
+#include "numeric/rank_update.h"
+
+namespace kalvex {
+namespace {
+
+// A random matrix that is positive definite by its heavy diagonal: a band of half-width h behind a border of d full
+// rows.
+struct System {
+  std::size_t n;
+  std::vector<double> data, b;
+
+  System(std::size_t size, std::size_t border, std::size_t half) : n(size), data(size * size), b(size) {
+    std::mt19937 random(static_cast<unsigned>(size + 7 * border + 31 * half));
+    std::uniform_real_distribution<double> value(-1, 1);
+    for (std::size_t i = 0; i < n; ++i) {
+      b[i] = value(random);
+      for (std::size_t j = i + 1; j < n; ++j) {
+        if (i < border || j - i <= half) data[i * n + j] = value(random);
+      }
+      data[i * n + i] = 2.0 * static_cast<double>(n);
+      for (std::size_t j = 0; j < i; ++j) data[i * n + j] = 1e300;  // what stands there must not matter
+    }
+  }
+
+  double At(std::size_t i, std::size_t j) const { return i <= j ? data[i * n + j] : data[j * n + i]; }
+};
+
+void ExpectSolved(const System& system, const std::vector<double>& b, const std::vector<double>& x) {
+  for (std::size_t i = 0; i < system.n; ++i) {
+    double sum = 0;
+    for (std::size_t j = 0; j < system.n; ++j) sum += system.At(i, j) * x[j];
+    ASSERT_NEAR(sum, b[i], 1e-12) << i;
+  }
+}
+
+TEST(SolveBanded, AnyShapeIsSolvedAndItsUpperTriangleStays) {
+  for (const std::size_t n : {1, 2, 3, 5, 63, 64, 65, 130, 201}) {
+    for (const std::size_t border : {0, 1, 3, 9}) {
+      for (const std::size_t half : {1, 2, 5, 40, 300}) {
+        if (border >= n) continue;
+        System system(n, border, half);
+        const std::vector<double> before = system.data;
+        std::vector<double> inverse(n), x(n), other(n, 1.0);
+        const SquareMatrix a{system.data.data(), n};
+        ASSERT_EQ(SolveBanded(a, inverse, system.b, x, true), 0) << n << ' ' << border << ' ' << half;
+        ExpectSolved(system, system.b, x);
+        ASSERT_EQ(SolveBanded(a, inverse, other, x, false), 0);
+        ExpectSolved(system, other, x);
+        for (std::size_t i = 0; i < n; ++i) {
+          for (std::size_t j = i; j < n; ++j) ASSERT_EQ(system.data[i * n + j], before[i * n + j]);
+        }
+      }
+    }
+  }
+}
+
+TEST(SolveBanded, ABadPivotAnywhereIsFoundInAnyShape) {
+  for (const std::size_t border : {0, 2}) {
+    for (const std::size_t half : {2, 300}) {
+      for (const std::size_t bad : {0, 1, 70, 149}) {
+        for (const double pivot : {0.0, -1e6, std::nan("")}) {
+          System system(150, border, half);
+          system.data[bad * 150 + bad] = pivot;
+          std::vector<double> inverse(150), x(150, 7.0);
+          EXPECT_EQ(SolveBanded({system.data.data(), 150}, inverse, system.b, x, true), -1)
+              << border << ' ' << half << ' ' << bad;
+          EXPECT_EQ(x[3], 7.0);
+        }
+      }
+    }
+  }
+}
+
+TEST(OuterProducts, EqualThePlainSumsForEveryLengthAndCount) {
+  std::mt19937 random(9);
+  std::uniform_real_distribution<double> value(-1, 1);
+  for (const std::size_t n : {1, 7, 8, 15, 16, 17, 33, 76}) {
+    for (const std::size_t count : {1, 5, 64}) {
+      std::vector<double> sums(n * n), matrix(n * n, 0.5), v(n);
+      VectorPanel panel(n);
+      for (int round = 0; round < 2; ++round) {
+        panel.Clear();
+        for (std::size_t p = 0; p < count; ++p) {
+          panel.Begin();
+          for (std::size_t i = 0; i < n; ++i) panel[i] = v[i] = value(random);
+          for (std::size_t i = 0; i < n; ++i) {
+            for (std::size_t j = i; j < n; ++j) sums[i * n + j] += v[i] * v[j];
+          }
+        }
+        EXPECT_EQ(panel.IsFull(), count == 64);
+        AddOuterProducts(panel, {matrix.data(), n});
+      }
+      for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = i; j < n; ++j) ASSERT_NEAR(matrix[i * n + j], 0.5 + sums[i * n + j], 1e-12);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kalvex
