@@ -1,0 +1,131 @@
+// Fits of a variational dielectric function: the constrained mesh, which is full, and the free one, which is a band
+// behind a few full rows. 2000 points of R; the free mesh has 2000 points of each of two Quantities.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+
+#include "fit/fit_coordinate.h"
+#include "fit/fit_lists.h"
+#include "fit/normal_equations.h"
+#include "fit/run_fit.h"
+#include "models/eval_model.h"
+#include "models/model_rows.h"
+#include "models/model_table.h"
+#include "program/program.h"
+#include "vdf/vdf_mesh.h"
+
+namespace {
+
+constexpr int kPoints = 2000;
+
+double Frequency(int i, int count) { return 20 * std::pow(1000.0, i / (count - 1.0)); }
+
+void SetRow(kalvex::Model& model, int row, double wo, double wp, double g) {
+  kalvex::Cell(model, row, kalvex::Wo).value = wo;
+  kalvex::Cell(model, row, kalvex::Wp).value = wp;
+  kalvex::Cell(model, row, kalvex::G).value = g;
+}
+
+// A spectrum of three oscillators and a bump of E2, to be followed by a mesh on two of the oscillators.
+struct Problem {
+  kalvex::Program program;
+  kalvex::Model& model;
+
+  Problem(int meshPoints, bool kk, bool twoQuantities) : model(*kalvex::CreateModel(program.params)) {
+    kalvex::InsertRow(&model, 1);
+    kalvex::InsertRow(&model, 2);
+    SetRow(model, 0, 300, 500, 30);
+    SetRow(model, 1, 1200, 900, 200);
+    SetRow(model, 2, 5000, 2500, 2000);
+    Measure(1, kalvex::kRefl);
+    if (twoQuantities) Measure(2, kalvex::kE2);
+    kalvex::Cell(model, 2, kalvex::Wp).value = 2000;
+    kalvex::FixAll(&model, !twoQuantities);
+    kalvex::Dataset& mesh = Slot(10);
+    for (int i = 0; i < meshPoints; ++i) mesh.points.push_back({Frequency(i, meshPoints), 0, 1});
+    mesh.firstActive = 0;
+    mesh.lastActive = meshPoints - 1;
+    kalvex::VarDielFunc& vdf = model.vdf;
+    vdf.source[0].datasetId = mesh.id;
+    vdf.initOn = vdf.initFitActive = 1;
+    vdf.initKK = kk ? 1 : 0;
+    kalvex::InitVdfMesh(vdf, program.datasets);
+    const kalvex::FitDesk desk = kalvex::DeskOf(program);
+    kalvex::OpenFitWindow(desk);
+    kalvex::AddTerm(desk, 1, 1, {});
+    if (twoQuantities) kalvex::AddTerm(desk, 2, 1, {});
+  }
+
+  kalvex::Dataset& Slot(int slot) {
+    kalvex::Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
+    dataset.id = program.datasets.nextId++;
+    return dataset;
+  }
+
+  void Measure(int slot, int quantity) {
+    kalvex::Dataset& dataset = Slot(slot);
+    dataset.Quantity = quantity;
+    kalvex::WantOnly(program.eval.quantities, kalvex::SetOf(quantity));
+    for (int i = 0; i < kPoints; ++i) {
+      const double x = Frequency(i, kPoints);
+      kalvex::EvalModel(program.eval, model, x, false);
+      dataset.points.push_back({x, program.eval.quantities[static_cast<std::size_t>(quantity)].value, 0.005});
+    }
+    dataset.firstActive = 0;
+    dataset.lastActive = kPoints - 1;
+  }
+};
+
+void RunFits(benchmark::State& state, Problem& problem) {
+  kalvex::Program& program = problem.program;
+  program.fit.options.StopOnIterations = true;
+  program.fit.options.StopOnReduction = false;
+  program.fit.options.MaxIterations = 5;
+  int iterations = 0;
+  for (auto _ : state) {
+    for (kalvex::VdfMeshPoint& point : problem.model.vdf.mesh) point.e1.value = point.e2.value = 0;
+    kalvex::RunFit(program.fit, program.eval, program.platform, {});
+    iterations += program.fit.IterationCount;
+  }
+  state.counters["unknowns"] = program.fit.NumFreeParams;
+  state.counters["iteration_s"] =
+      benchmark::Counter(iterations, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+void ConstrainedMesh(benchmark::State& state) {
+  Problem problem(static_cast<int>(state.range(0)), true, false);
+  RunFits(state, problem);
+}
+BENCHMARK(ConstrainedMesh)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+
+void FreeMesh(benchmark::State& state) {
+  Problem problem(static_cast<int>(state.range(0)), false, true);
+  RunFits(state, problem);
+}
+BENCHMARK(FreeMesh)->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
+
+// The shares of an iteration: evaluation with kernels at hand and alpha together, and the solution alone.
+void ConstrainedMeshAlpha(benchmark::State& state) {
+  Problem problem(static_cast<int>(state.range(0)), true, false);
+  kalvex::FitState& fit = problem.program.fit;
+  for (const kalvex::FitParam& param : fit.params) kalvex::FitSetCoord(*param.cell);
+  kalvex::NormalEquations equations(static_cast<std::size_t>(fit.NumFreeParams));
+  for (auto _ : state) kalvex::AccumulateNormalEquations(fit, problem.program.eval, equations);
+}
+BENCHMARK(ConstrainedMeshAlpha)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+
+void ConstrainedMeshEvaluation(benchmark::State& state) {
+  Problem problem(static_cast<int>(state.range(0)), true, false);
+  for (auto _ : state) kalvex::ComputeChiSq(problem.program.fit, problem.program.eval);
+}
+BENCHMARK(ConstrainedMeshEvaluation)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+
+void FullSolution(benchmark::State& state) {
+  const auto n = static_cast<std::size_t>(state.range(0));
+  std::vector<double> data(n * n, 1.0), inverse(n), b(n, 1.0), x(n);
+  for (std::size_t i = 0; i < n; ++i) data[i * n + i] = 2.0 * static_cast<double>(n);
+  for (auto _ : state) kalvex::SolveBanded({data.data(), n}, inverse, b, x, true);
+}
+BENCHMARK(FullSolution)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+
+}  // namespace
