@@ -21,8 +21,7 @@ double Difference(const Table& a, const Table& b) {
 
 TEST(SilicaExample, ReflectivityAloneGivesTheTabulatedDielectricFunction) {
   const ScratchFolder folder;
-  std::filesystem::copy(ProjectFile("examples/silica"), folder.Name(),
-                        std::filesystem::copy_options::overwrite_existing);
+  std::filesystem::copy(ProjectFile("examples/silica"), folder.Name(), std::filesystem::copy_options::recursive);
   const ProgramRun run = RunProgram(folder, {"fit.kvs"});
   ASSERT_EQ(run.status, 0) << run.err;
   // The tables were computed from one published set of n and k (D. Franta et al., 2016), so that a perfect transform of

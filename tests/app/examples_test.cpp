@@ -1,0 +1,140 @@
+// The examples as a newcomer runs them, on measured spectra. Two kinds of numbers judge the results: where an
+// independent least-squares program ends from the same start (numpy and scipy, sharing no code with this one), with its
+// standard errors; and published parameters of the material.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <numbers>
+
+#include "core/bytes.h"
+#include "support/run_program.h"
+
+namespace kalvex {
+namespace {
+
+class Example {
+ public:
+  explicit Example(const std::string& name) {
+    std::filesystem::copy(ProjectFile("examples/" + name), folder.Name(), std::filesystem::copy_options::recursive);
+    run = RunProgram(folder, {"fit.kvs"});
+    EXPECT_EQ(run.status, 0) << run.err;
+  }
+
+  // Values of a model file: epsInf, then the elements row by row.
+  std::vector<double> Values(const std::string& file) const {
+    constexpr std::size_t kRecord = 218, kCount = 4;
+    const std::string bytes = folder.Read(file);
+    const std::string_view view(bytes);
+    std::vector<double> values = {ByteReader(view).F64()};
+    const int rows = ByteReader(view.substr(kRecord)).I32();
+    for (int i = 0; i < 3 * rows; ++i) {
+      values.push_back(ByteReader(view.substr(kRecord + kCount + kRecord * static_cast<std::size_t>(i))).F64());
+    }
+    return values;
+  }
+
+  // The ChiSq of the summary beside the model file.
+  double ChiSq(const std::string& summary) const { return std::stod(folder.Read(summary).substr(8)); }
+
+  ScratchFolder folder;
+  ProgramRun run;
+};
+
+void ExpectWithin(double value, double expected, double allowed, const char* what) {
+  EXPECT_NEAR(value, expected, allowed) << what;
+}
+
+TEST(Examples, GalliumArsenideHasItsPhonon) {
+  const Example example("gaas");
+  EXPECT_NEAR(example.ChiSq("gaas.asc"), 30.12, 0.3);
+  const auto v = example.Values("gaas.kvm");
+  ExpectWithin(v[0], 10.8744, 3 * 0.0021, "epsInf");
+  ExpectWithin(v[1], 268.095, 3 * 0.005, "TO frequency");
+  ExpectWithin(v[2], 377.21, 3 * 0.05, "plasma frequency");
+  ExpectWithin(v[3], 2.281, 3 * 0.003, "linewidth");
+  // Handbook of Optical Constants (E. D. Palik, ed.): 11.0, TO 268.7, LO 292.1, width 2.4
+  const double lo = std::sqrt(v[1] * v[1] + v[2] * v[2] / v[0]);
+  ExpectWithin(v[1], 268.7, 0.003 * 268.7, "published TO");
+  ExpectWithin(lo, 292.1, 0.003 * 292.1, "published LO");
+  ExpectWithin(v[0], 11.0, 0.015 * 11.0, "published epsInf");
+  ExpectWithin(v[3], 2.4, 0.08 * 2.4, "published width");
+}
+
+TEST(Examples, TheLossFunctionOfTheReflectivityFitMeetsTheMeasuredOne) {
+  const Example example("gaas");
+  double peak = 0, at = 0;
+  for (const auto& line : NumbersOf(example.folder.Read("model_LF.dat"))) {
+    if (line[1] <= peak) continue;
+    peak = line[1];
+    at = line[0];
+  }
+  EXPECT_NEAR(at, 291.4, 0.5);  // the measured peak, and its height
+  EXPECT_NEAR(peak, 1.935, 0.08 * 1.935);
+}
+
+TEST(Examples, SapphireHasFourPairsOfModes) {
+  const Example example("sapphire");
+  EXPECT_NEAR(example.ChiSq("sapphire.asc"), 59.16, 0.6);
+  const auto v = example.Values("sapphire.kvm");
+  const auto frequency = [&](std::size_t row) { return v[1 + 3 * row + 1]; };
+  const auto width = [&](std::size_t row) { return v[1 + 3 * row + 2]; };
+  EXPECT_EQ(v[0], 0);
+  ExpectWithin(frequency(0), 3.130, 3 * 0.027, "A");
+  const struct {
+    double frequency, frequencyError, width, widthError, published;
+  } kModes[] = {{385.95, 0.40, 3.1, 0, 387.60},   {480.83, 0.21, 2.08, 0.43, 481.68}, {630.71, 0.69, 13.6, 0.7, 629.50},
+                {905.31, 0.34, 16.7, 0.4, 906.6}, {383.43, 0.38, 3.3, 0, 384.99},     {437.13, 0.38, 8.2, 0.5, 439.1},
+                {566.33, 0.46, 16.2, 0.7, 569.0}, {635.00, 0.61, 10.4, 0.7, 633.63}};
+  for (std::size_t i = 0; i < std::size(kModes); ++i) {
+    ExpectWithin(frequency(i + 1), kModes[i].frequency, 3 * kModes[i].frequencyError, "frequency");
+    ExpectWithin(width(i + 1), kModes[i].width, 3 * kModes[i].widthError + 0.05, "width");
+    // Schubert et al., Phys. Rev. B 61, 8187 (2000)
+    ExpectWithin(frequency(i + 1), kModes[i].published, 0.006 * kModes[i].published, "published frequency");
+  }
+  ExpectWithin(frequency(0), 3.077, 0.02 * 3.077, "published A");
+}
+
+TEST(Examples, GoldHasItsFreeElectrons) {
+  const Example example("gold");
+  EXPECT_NEAR(example.ChiSq("gold.asc"), 434.16, 4.3);
+  const auto v = example.Values("gold.kvm");
+  ExpectWithin(v[2], 68920, 3 * 33, "plasma frequency");
+  ExpectWithin(v[3], 341.0, 3 * 1.5, "relaxation rate");
+  // R. L. Olmon et al., Phys. Rev. B 86, 235147 (2012): 8.45 eV, relaxation time 14 +- 3 fs
+  ExpectWithin(v[2], 68153.8, 0.012 * 68153.8, "published plasma frequency");
+  const double relaxationFs = 1e15 / (2 * std::numbers::pi * 2.99792458e10 * v[3]);
+  ExpectWithin(relaxationFs, 14, 3, "published relaxation time");
+}
+
+TEST(Examples, TheErrorBarsAreTheUsualStandardErrors) {
+  const Example example("gold");
+  const std::string text = example.folder.Read("Params.dat");
+  const auto lastNumber = [&](std::size_t lineStart) {
+    const std::size_t end = text.find('\n', lineStart);
+    return std::stod(text.substr(text.rfind(' ', end)));
+  };
+  const std::size_t first = text.find('\n') + 1, second = text.find('\n', first) + 1;
+  // The independent program gives 33 and 1.5 scaled by the residual, the square root of 434.16/634.
+  const double scale = std::sqrt(434.16 / 634);
+  EXPECT_NEAR(lastNumber(first) * scale, 33, 1);
+  EXPECT_NEAR(lastNumber(second) * scale, 1.5, 0.05);
+}
+
+TEST(Examples, CalciumFluorideFindsItsMinimumFromThreeOfFourStarts) {
+  const Example example("caf2");
+  for (const char* const start : {"near", "far", "narrow"}) {
+    EXPECT_NEAR(example.ChiSq(std::string(start) + ".asc"), 0.0026, 0.0001) << start;
+    const auto v = example.Values(std::string(start) + ".kvm");
+    // W. Kaiser et al., Phys. Rev. 127, 1950 (1962): strengths 4.20 and 0.40, relative widths 0.018 and 0.35
+    const double published[] = {2.045, 257, 526.69, 4.626, 328, 207.45, 114.8};
+    for (std::size_t i = 0; i < v.size(); ++i) ExpectWithin(v[i], published[i], 0.0005 * published[i], start);
+  }
+  EXPECT_GT(example.ChiSq("broad.asc"), 1000);
+  EXPECT_EQ(example.run.out,
+            "start near is done, see near.asc\nstart far is done, see far.asc\n"
+            "start narrow is done, see narrow.asc\nstart broad is done, see broad.asc\n");
+}
+
+}  // namespace
+}  // namespace kalvex
