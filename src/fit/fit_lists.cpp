@@ -181,7 +181,7 @@ void RebuildFitParams(FitState& fit, EvalContext& eval) {
       if (fit.params[j].termUse[t]) term.params.push_back(static_cast<int>(j));
     }
   }
-  fit.UndoAvailable = false;
+  fit.UndoAvailable = fit.startValuesStored = false;
 }
 
 void ComputeChiSq(FitState& fit, EvalContext& eval) {

@@ -99,7 +99,8 @@ struct FitState {
   int ElapsedSeconds = 0;
   double ChiSqChange = 0;  // ChiSq at the start of the run minus the present one
   bool FitRunning = false;
-  bool UndoAvailable = false;
+  bool UndoAvailable = false;      // the Undo button: a run started by hand can be taken back
+  bool startValuesStored = false;  // the last run can be taken back, whoever started it
   bool StopRequested = false;
 
   FitOptions options;

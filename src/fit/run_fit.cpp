@@ -207,10 +207,11 @@ int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const Fit
 
 void StoreStartValues(FitState& fit) {
   for (FitParam& param : fit.params) param.startValue = param.cell->value;
+  fit.startValuesStored = true;
 }
 
 void UndoFit(FitState& fit, EvalContext& eval) {
-  if (!fit.UndoAvailable) return;
+  if (!fit.startValuesStored) return;
   for (FitParam& param : fit.params) std::swap(param.cell->value, param.startValue);
   ComputeChiSq(fit, eval);
 }

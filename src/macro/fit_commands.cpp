@@ -131,7 +131,7 @@ MacroResult FitCommand(MacroCall& call) {
   const auto start = std::chrono::steady_clock::now();
   RunMacroFit(DeskOf(program), program.platform, HooksOf(program), call.Int("NumIters"));
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-  RedrawDirty(program.notices, program.params);
+  ShowValues(program);
   const std::string summary = Summary(program, took.count());
   if (program.showProgress && !program.macro.verbose) std::fprintf(stderr, "fit: %s\n", summary.c_str());
   return call.Done(summary);
@@ -157,11 +157,9 @@ MacroResult FitOptionsCommand(MacroCall& call) {
 
 MacroResult UndoFitCommand(MacroCall& call) {
   Program& program = call.program;
-  if (!program.fitWindow.open || !program.fit.UndoAvailable) return call.Nothing("there is no run to undo");
-  PressUndo(DeskOf(program));
-  for (Model& model : program.params.models) {
-    if (model.number != 0) RefreshModelWindow(program.notices, model, true);
-  }
+  if (!program.fitWindow.open || !program.fit.startValuesStored) return call.Nothing("there is no run to undo");
+  TakeBackLastRun(DeskOf(program));
+  ShowValues(program);
   return call.Done("ChiSq is " + TextG(program.fit.TotalChiSq));
 }
 

@@ -18,10 +18,8 @@ void PrintProgress(const FitState& fit) {
 }
 
 void FollowIteration(void* self) {
-  Program& program = ProgramOf(self);
-  for (Model& model : program.params.models) {
-    if (model.number != 0) RefreshModelWindow(program.notices, model, true);
-  }
+  const Program& program = ProgramOf(self);
+  ShowValues(ProgramOf(self));
   if (program.showProgress) PrintProgress(program.fit);
 }
 
@@ -47,6 +45,12 @@ FitHooks HooksOf(Program& program) {
             const Platform& platform = ProgramOf(self).platform;
             platform.pumpEvents(platform.self);
           }};
+}
+
+void ShowValues(Program& program) {
+  for (Model& model : program.params.models) {
+    if (model.number != 0) RefreshModelWindow(program.notices, model, true);
+  }
 }
 
 bool CloseModel(Program& program, std::uint32_t number) {

@@ -60,6 +60,9 @@ FitDesk DeskOf(Program& program);
 // Around a run of the fit: the model windows follow each accepted iteration, and progress is told if wanted.
 FitHooks HooksOf(Program& program);
 
+// The model windows show their values anew; the fit, which has set them, is not told.
+void ShowValues(Program& program);
+
 // Closes a model: its curves leave the graphs and its terms the fit. False if there is no such model.
 bool CloseModel(Program& program, std::uint32_t number);
 

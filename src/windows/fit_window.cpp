@@ -212,6 +212,7 @@ int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, s
     desk.fit.StopRequested = true;
     return 0;
   }
+  StoreStartValues(desk.fit);
   const int status = RunWithBusyWindow(desk, platform, hooks);
   options.MaxIterations = before.MaxIterations;
   options.StopOnIterations = before.StopOnIterations;
@@ -219,7 +220,10 @@ int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, s
 }
 
 void PressUndo(FitDesk desk) {
-  if (!desk.fit.UndoAvailable) return;
+  if (desk.fit.UndoAvailable) TakeBackLastRun(desk);
+}
+
+void TakeBackLastRun(FitDesk desk) {
   UndoFit(desk.fit, desk.eval);
   RefreshLines(desk);
 }

@@ -83,6 +83,8 @@ int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks);
 int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, std::optional<int> iterations);
 // The "Undo" button. The caller refreshes the model windows.
 void PressUndo(FitDesk desk);
+// Undo of the macro language: the last run, whoever started it.
+void TakeBackLastRun(FitDesk desk);
 
 // The fields of the dialog "Fitting options" as texts and ticks.
 struct FitOptionsForm {
