@@ -11,10 +11,12 @@ SlopeEstimate RiddersSlope(const std::function<double(double)>& f, double x, dou
   constexpr std::size_t kSteps = 10;
   constexpr double kShrink = 1.4;
   std::array<std::array<double, kSteps>, kSteps> table{};
-  double h = scale / 8;
+  double h = scale / 8, largest = 0;
   const auto quotient = [&] {
     const double above = x + h, below = x - h;
-    return (f(above) - f(below)) / (above - below);
+    const double high = f(above), low = f(below);
+    largest = std::fmax(largest, std::fmax(std::fabs(high), std::fabs(low)));
+    return (high - low) / (above - below);
   };
   SlopeEstimate best{quotient(), std::numeric_limits<double>::infinity()};
   table[0][0] = best.value;
@@ -31,6 +33,8 @@ SlopeEstimate RiddersSlope(const std::function<double(double)>& f, double x, dou
     }
     if (std::fabs(table[i][i] - table[i - 1][i - 1]) >= 4 * best.error) break;
   }
+  // What the rounding of f alone makes of the shortest step.
+  best.error += std::numeric_limits<double>::epsilon() * largest / h;
   return best;
 }
 

@@ -1,0 +1,33 @@
+// Models for the tests of evaluation.
+#pragma once
+
+#include <initializer_list>
+
+#include "models/eval_model.h"
+#include "models/model_rows.h"
+#include "models/model_table.h"
+#include "program/program.h"
+
+namespace kalvex {
+
+// A new model with these rows, all free; a negative Wo is a code and held.
+inline Model& NewModel(Program& program, std::initializer_list<std::array<double, 3>> rows, double epsInf = 3) {
+  Model& model = *CreateModel(program.params);
+  model.epsInf.value = epsInf;
+  ClearRows(&model);
+  for (const auto& row : rows) {
+    const int r = RowCount(model);
+    InsertRow(&model, r);
+    for (int c = 0; c < kColumns; ++c) Cell(model, r, c).value = row[static_cast<std::size_t>(c)];
+    if (row[0] < 0) Cell(model, r, Wo).adjustable = 0;
+  }
+  return model;
+}
+
+inline double QuantityAt(Program& program, Model& model, int quantity, double x, bool derivatives = false) {
+  WantOnly(program.eval.quantities, SetOf(quantity));
+  EvalModel(program.eval, model, x, derivatives);
+  return program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+}
+
+}  // namespace kalvex
