@@ -76,21 +76,17 @@ Cplx EvalVdf(VarDielFunc& vdf, double X, bool derivatives) {
 }
 
 void VdfGradient(VarDielFunc& vdf) {
+  const auto mark = [](ModelParam& param, double re, double im) {
+    if (!param.adjustable) return;
+    param.dEpsRe = re;
+    param.dEpsIm = im;
+  };
   for (std::size_t j = 0; j < vdf.mesh.size(); ++j) {
     VdfMeshPoint& point = vdf.mesh[j];
     const bool end = j == 0 || j + 1 == vdf.mesh.size();
-    if (vdf.KK) {
-      if (!end && point.e2.adjustable) point.e2.dEpsRe = point.e2.dEpsIm = 1;
-      continue;
-    }
-    if (point.e1.adjustable) {
-      point.e1.dEpsRe = 1;
-      point.e1.dEpsIm = 0;
-    }
-    if (point.e2.adjustable) {
-      point.e2.dEpsRe = 0;
-      point.e2.dEpsIm = 1;
-    }
+    const double inner = vdf.KK && end ? 0 : 1;  // the ends of a constrained mesh have no triangle
+    mark(point.e1, vdf.KK ? 0 : 1, 0);
+    mark(point.e2, vdf.KK ? inner : 0, inner);
   }
 }
 

@@ -1,0 +1,69 @@
+// A program with a spectrum and a model, ready to be fitted.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "fit/fit_lists.h"
+#include "fit/run_fit.h"
+#include "models/eval_model.h"
+#include "models/model_rows.h"
+#include "models/model_table.h"
+#include "program/program.h"
+
+namespace kalvex {
+
+struct SampleFit {
+  Program program;
+  std::vector<std::string> messages;
+
+  SampleFit() {
+    program.platform.self = this;
+    program.platform.showMessage = [](void* self, std::string_view title, std::string_view text) {
+      static_cast<SampleFit*>(self)->messages.push_back(std::string(title) + ": " + std::string(text));
+    };
+    program.platform.clockSeconds = [](void*) { return std::int64_t{0}; };
+    OpenFitWindow(DeskOf(program));
+  }
+
+  FitState& fit() { return program.fit; }
+  Model& model(std::uint32_t number) { return *GetModelByNumber(program.params, number); }
+
+  Model& AddModel(double epsInf, double wo, double wp, double g) {
+    Model& made = *CreateModel(program.params);
+    Set(made, epsInf, wo, wp, g);
+    return made;
+  }
+
+  static void Set(Model& of, double epsInf, double wo, double wp, double g) {
+    of.epsInf.value = epsInf;
+    Cell(of, 0, Wo).value = wo;
+    Cell(of, 0, Wp).value = wp;
+    Cell(of, 0, G).value = g;
+  }
+
+  // Fills a slot with a Quantity of the model as it stands, plus a bend that no model follows.
+  void Measure(int slot, Model& of, int quantity, double sigma = 0.01, double bend = 0, int points = 60) {
+    Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
+    dataset = Dataset{};
+    dataset.id = program.datasets.nextId++;
+    dataset.Quantity = quantity;
+    WantOnly(program.eval.quantities, SetOf(quantity));
+    for (int i = 0; i < points; ++i) {
+      const double x = 30 + 4.0 * i;
+      EvalModel(program.eval, of, x, false);
+      const double value = program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+      dataset.points.push_back({x, value + bend * (i % 3 - 1), sigma});
+    }
+    dataset.firstActive = 0;
+    dataset.lastActive = points - 1;
+    dataset.nActive = points;
+  }
+
+  void Term(int slot, std::uint32_t number, double weight = 1) { AddTerm(DeskOf(program), slot, number, weight); }
+  void Rebuild() { RebuildAfterTermChange(DeskOf(program)); }
+  int Run(const FitHooks& hooks = {}) { return RunFit(program.fit, program.eval, program.platform, hooks); }
+};
+
+}  // namespace kalvex
