@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,15 @@ bool ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
   if (dataset.id == 0) return false;
   const ActiveRows active = ActiveRowsOf(dataset);
   for (int i = active.from; i < active.to; ++i) visit(dataset.points[static_cast<std::size_t>(i)]);
+  return true;
+}
+
+// The models number 1, 2, ...; false if one does not exist.
+bool FindModelsFromOne(const EvalContext& eval, std::span<Model*> models) {
+  for (std::uint32_t i = 0; i < models.size(); ++i) {
+    models[i] = GetModelByNumber(*eval.params, i + 1);
+    if (!models[i]) return false;
+  }
   return true;
 }
 
@@ -134,10 +144,7 @@ int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datas
 
 int WriteDerivativeDump(EvalContext& eval) {
   std::array<Model*, 4> models{};
-  for (std::uint32_t i = 0; i < models.size(); ++i) {
-    models[i] = GetModelByNumber(*eval.params, i + 1);
-    if (!models[i]) return -1;
-  }
+  if (!FindModelsFromOne(eval, models)) return -1;
   std::string text;
   const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);
@@ -162,10 +169,7 @@ int WriteDerivativeDump(EvalContext& eval) {
 
 int WriteSensitivityDump(EvalContext& eval) {
   std::array<Model*, 3> models{};
-  for (std::uint32_t i = 0; i < models.size(); ++i) {
-    models[i] = GetModelByNumber(*eval.params, i + 1);
-    if (!models[i]) return -1;
-  }
+  if (!FindModelsFromOne(eval, models)) return -1;
   std::string text;
   const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);

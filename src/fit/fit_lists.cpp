@@ -184,16 +184,20 @@ void RebuildFitParams(FitState& fit, EvalContext& eval) {
   fit.UndoAvailable = fit.startValuesStored = false;
 }
 
+SpectrumRequest RequestOf(const FitState& fit, std::size_t first, std::size_t end) {
+  SpectrumRequest request;
+  request.x = std::span(fit.groupX).subspan(first, end - first);
+  request.wanted = std::span(fit.groupWanted).subspan(first, end - first);
+  return request;
+}
+
 void ComputeChiSq(FitState& fit, EvalContext& eval) {
   fit.TotalChiSq = 0;
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;
-    SpectrumRequest request;
-    request.x = std::span(fit.groupX).subspan(first, end - first);
-    request.wanted = std::span(fit.groupWanted).subspan(first, end - first);
-    EvalSpectrum(eval, *model, request, [&](const SpectrumBlock& block) {
+    EvalSpectrum(eval, *model, RequestOf(fit, first, end), [&](const SpectrumBlock& block) {
       for (std::size_t i = 0; i < block.count; ++i) {
         const FitGroup& group = fit.groups[first + block.first + i];
         for (int p = group.first; p < group.end; ++p) {

@@ -5,6 +5,7 @@
 
 #include "fit/fit_state.h"
 #include "models/eval_context.h"
+#include "models/spectrum_block.h"
 
 namespace kalvex {
 
@@ -24,6 +25,9 @@ void RebuildFitParams(FitState& fit, EvalContext& eval);
 
 // ((y - Q)/sigma)^2 summed over the points of each term, and the weighted total. Not divided by anything.
 void ComputeChiSq(FitState& fit, EvalContext& eval);
+
+// What a run of groups asks of its model, without derivatives.
+SpectrumRequest RequestOf(const FitState& fit, std::size_t first, std::size_t end);
 
 // Calls visit(first, end) for each run of groups with one model.
 template <class Visit>

@@ -93,9 +93,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;
-    SpectrumRequest request;
-    request.x = std::span(fit.groupX).subspan(first, end - first);
-    request.wanted = std::span(fit.groupWanted).subspan(first, end - first);
+    SpectrumRequest request = RequestOf(fit, first, end);
     request.derivatives = true;
     request.slopesOf = places;
     EvalSpectrum(eval, *model, request, [&](const SpectrumBlock& block) {

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
+#include "files/bytes_of.h"
 #include "files/curve_file.h"
 #include "models/model_rows.h"
 #include "models/model_table.h"
@@ -13,14 +12,6 @@
 
 namespace kalvex {
 namespace {
-
-// The bytes of a number as they stand in memory: the tests run on little-endian machines only.
-template <class T>
-std::string Bytes(T value) {
-  std::string bytes(sizeof(value), '\0');
-  std::memcpy(bytes.data(), &value, sizeof(value));
-  return bytes;
-}
 
 std::string Record(double value, double error, std::uint32_t free, double min, double max, std::string name,
                    double slope = 0) {

@@ -3,21 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 
+#include "files/bytes_of.h"
 #include "support/scratch_folder.h"
 #include "vdf/mesh_samples.h"
 
 namespace kalvex {
 namespace {
-
-// The bytes of a number as they stand in memory: the tests run on little-endian machines only.
-template <class T>
-std::string Bytes(T value) {
-  std::string bytes(sizeof(value), '\0');
-  std::memcpy(bytes.data(), &value, sizeof(value));
-  return bytes;
-}
 
 VarDielFunc SampleMesh(bool kk) {
   VarDielFunc vdf = MeshAt({100, 200, 350}, kk);

@@ -9,10 +9,13 @@
 #include "datasets/load_dataset.h"
 #include "datasets/read_dataset.h"
 #include "files/model_file.h"
+#include "files/param_file.h"
+#include "files/vdf_file.h"
 #include "macro/clean.h"
 #include "macro/loop_file.h"
 #include "macro/parse.h"
 #include "macro/run_macro.h"
+#include "models/eval_model.h"
 #include "models/model_table.h"
 #include "program/program.h"
 #include "support/scratch_folder.h"
@@ -158,6 +161,25 @@ TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
     LoadModel(model, path);
     ASSERT_LE(RowCount(model), 10000);
     ASSERT_EQ(model.rows.size() % kColumns, 0u);
+  }
+}
+
+TEST(DamagedFiles, MeshAndParameterFilesLoadOrLeaveThingsAlone) {
+  const ScratchFolder folder;
+  Program program;
+  Model& model = *CreateModel(program.params);
+  model.vdf.mesh.resize(6);
+  for (std::size_t i = 0; i < 6; ++i) model.vdf.mesh[i].x = 100.0 * static_cast<double>(i + 1);
+  model.vdf.On = model.vdf.KK = 1;
+  ASSERT_EQ(SaveVdf(model.vdf, folder.Path("good.kvv")), 0);
+  ASSERT_EQ(SaveParams(program.params, folder.Path("good.kvp")), 0);
+  Damage damage(std::string("\0\x01\x7f\xff", 4));
+  for (int i = 0; i < kRounds; ++i) {
+    LoadVdf(model.vdf, folder.Write("bad.kvv", damage.Of(folder.Read("good.kvv"))));
+    LoadParams(program.params, program.notices, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp"))));
+    // Whatever the mesh is now, it must be possible to ask for its value.
+    EvalModel(program.eval, model, 250, true);
+    ASSERT_LE(model.vdf.mesh.size(), 400u);
   }
 }
 
