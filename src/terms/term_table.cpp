@@ -2,7 +2,11 @@
 
 #include <algorithm>
 
+#include "terms/carrier_terms.h"
+#include "terms/coupled_terms.h"
 #include "terms/factorised.h"
+#include "terms/interband_terms.h"
+#include "terms/simple_terms.h"
 
 namespace kalvex {
 namespace {
@@ -41,53 +45,55 @@ constexpr InputPair kWeightWidthCentre[] = {{0, 1}, {0, 2}, {1, 1}};
 constexpr std::array<TermRecord, kTermRecords> MakeTable() {
   std::array<TermRecord, kTermRecords> table{};
   table[0] = Record(1000, 1, kBase, CalcFactorised);
-  table[1] = Record(1, 2, kCrosswise);
-  table[2] = Record(3, 2, kThreeOfTwo);
-  table[3] = Record(5, 2, kThreeOfTwo);
-  table[4] = Record(11, 2, kThreeOfTwo);
-  table[5] = Record(13, 2, kThreeOfTwo);
+  table[1] = Record(1, 2, kCrosswise, CalcPair1);
+  table[2] = Record(3, 2, kThreeOfTwo, CalcPair3);
+  table[3] = Record(5, 2, kThreeOfTwo, CalcFamily5);
+  table[4] = Record(11, 2, kThreeOfTwo, CalcFamily5);
+  table[5] = Record(13, 2, kThreeOfTwo, CalcFamily5);
   table[6] = InOrder(20, 3);
   table[7] = InOrder(7, 2);
   table[8] = InOrder(23, 2);
-  table[9] = InOrder(9, 1);
-  table[10] = InOrder(10, 1);
-  table[11] = InOrder(15, 1);
-  table[12] = Record(25, 2, kWeightWidthCentre);
-  table[13] = Record(29, 2, kWeightWidthCentre);
-  table[14] = InOrder(27, 2);
-  table[15] = InOrder(31, 2);
-  table[16] = Record(33, 2, kCrosswise);
-  table[17] = Record(35, 2, kWeightWidthCentre);
-  table[18] = Record(37, 2, kWeightWidthCentre);
-  table[19] = Record(39, 2, kWeightWidthCentre);
+  table[9] = InOrder(9, 1, kAllColumns, CalcSingle9, ScalarSingle9);
+  table[10] = InOrder(10, 1, kAllColumns, CalcSingle10);
+  table[11] = InOrder(15, 1, kAllColumns, CalcSingle15);
+  table[12] = Record(25, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
+  table[13] = Record(29, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
+  table[14] = InOrder(27, 2, kAllColumns, CalcPair27, ScalarPair27);
+  table[15] = InOrder(31, 2, kAllColumns, CalcFamily31);
+  table[16] = Record(33, 2, kCrosswise, CalcPair33);
+  table[17] = Record(35, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
+  table[18] = Record(37, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
+  table[19] = Record(39, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
   table[20] = InOrder(41, 3);
   table[21] = InOrder(44, 3);
-  table[22] = InOrder(47, 2);
-  table[23] = InOrder(49, 2);
-  table[24] = InOrder(51, 4);
-  table[25] = InOrder(55, 2);
-  table[26] = InOrder(57, 2);
-  table[27] = InOrder(59, 2);
-  table[28] = InOrder(61, 2);
-  table[29] = InOrder(63, 2);
-  table[30] = InOrder(65, 2);
-  table[31] = InOrder(67, 2);
-  table[32] = InOrder(69, 2);
-  table[33] = InOrder(71, 2);
-  table[34] = InOrder(80, 5);
-  table[35] = InOrder(90, 2);
-  for (int i = 0; i < 20; ++i) table[static_cast<std::size_t>(36 + i)] = InOrder(100 + 2 * i, 2);
-  table[56] = InOrder(140, 3, 5);
-  for (int i = 0; i < 6; ++i) table[static_cast<std::size_t>(57 + i)] = InOrder(200 + 2 * i, 2);
-  table[63] = InOrder(220, 11, 16);
-  table[64] = InOrder(240, 12, 18);
-  table[65] = InOrder(260, 4, 7);
-  table[66] = InOrder(270, 7);
-  table[67] = InOrder(287, 17, 31);
-  table[68] = InOrder(60, 2);
-  table[69] = InOrder(400, 22, 34);
-  table[70] = InOrder(500, 13);
-  table[71] = InOrder(600, 41);
+  table[22] = InOrder(47, 2, kAllColumns, CalcFamily47, ScalarFamily47);
+  table[23] = InOrder(49, 2, kAllColumns, CalcFamily47, ScalarFamily47);
+  table[24] = InOrder(51, 4, kAllColumns, CalcQuad51);
+  table[25] = InOrder(55, 2, kAllColumns, CalcFamily55);
+  table[26] = InOrder(57, 2, kAllColumns, CalcFamily55);
+  table[27] = InOrder(59, 2, kAllColumns, CalcFamily55);
+  table[28] = InOrder(61, 2, kAllColumns, CalcPair61);
+  table[29] = InOrder(63, 2, kAllColumns, CalcPair63);
+  table[30] = InOrder(65, 2, kAllColumns, CalcFamily31);
+  table[31] = InOrder(67, 2, kAllColumns, CalcFamily31);
+  table[32] = InOrder(69, 2, kAllColumns, CalcFamily31);
+  table[33] = InOrder(71, 2, kAllColumns, CalcFamily31);
+  table[34] = InOrder(80, 5, kAllColumns, CalcPenta80);
+  table[35] = InOrder(90, 2, kAllColumns, CalcPair90);
+  for (int i = 0; i < 20; ++i)
+    table[static_cast<std::size_t>(36 + i)] = InOrder(100 + 2 * i, 2, kAllColumns, CalcFamily100, ScalarFamily100);
+  table[56] = InOrder(140, 3, 5, CalcTriple140);
+  for (int i = 0; i < 6; ++i)
+    table[static_cast<std::size_t>(57 + i)] = InOrder(200 + 2 * i, 2, kAllColumns, CalcFamily200);
+  table[63] = InOrder(220, 11, 16, CalcGauss220);
+  table[64] = InOrder(240, 12, 18, CalcBands);
+  table[65] = InOrder(260, 4, 7, CalcBands);
+  table[66] = InOrder(270, 7, kAllColumns, CalcBands);
+  table[67] = InOrder(287, 17, 31, CalcBands);
+  table[68] = InOrder(60, 2, kAllColumns, CalcPair60);
+  table[69] = InOrder(400, 22, 34, CalcBands);
+  table[70] = InOrder(500, 13, kAllColumns, CalcBands);
+  table[71] = InOrder(600, 41, kAllColumns, CalcBands);
   return table;
 }
 
