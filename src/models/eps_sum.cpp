@@ -129,7 +129,6 @@ Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    if (!record.calc) return true;
     CollectInputs(ctx, model, number);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
     record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
@@ -154,7 +153,6 @@ void SeedDependencies(EvalContext& ctx, Model& model) {
   if (model.vdf.On) VdfGradient(model.vdf);
   if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    if (!record.calc) return true;
     for (const InputPair& input : record.Inputs()) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
     if (number != kFactorisedRecord) return true;
     for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {

@@ -62,6 +62,7 @@ Cplx ValueOf(const Complex<Dual<N>>& z) {
 // Real functions, for double and dual alike.
 inline double Sqrt(double x) { return std::sqrt(x); }
 inline double Exp(double x) { return std::exp(x); }
+inline double Expm1(double x) { return std::expm1(x); }
 inline double Log(double x) { return std::log(x); }
 inline double Sin(double x) { return std::sin(x); }
 inline double Cos(double x) { return std::cos(x); }
@@ -76,6 +77,10 @@ template <int N>
 Dual<N> Exp(const Dual<N>& x) {
   const double e = std::exp(x.a);
   return Dual<N>::Along(e, e, x);
+}
+template <int N>
+Dual<N> Expm1(const Dual<N>& x) {
+  return Dual<N>::Along(std::expm1(x.a), std::exp(x.a), x);
 }
 template <int N>
 Dual<N> Log(const Dual<N>& x) {

@@ -7,8 +7,6 @@
 namespace kalvex {
 namespace {
 
-bool SquareIsZero(double x) { return x * x < kTinyNorm; }
-
 template <class T>
 Complex<T> Phase(const T& p) {
   return {Cos(p), Sin(p)};
@@ -19,7 +17,7 @@ struct Family31 {
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const double w = call.w;
-    if (SquareIsZero(w) || SquareIsZero(ValueOf(in[2]))) return false;
+    if (IsTiny(w) || IsTiny(ValueOf(in[2]))) return false;
     const Complex<T> rate{T(w), in[1]};
     Complex<T> mode;
     if (!Divide(rate * rate, -DenominatorOf(w, in[2], in[3]), mode)) return false;
@@ -44,7 +42,7 @@ struct Family55 {
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const double w = call.w;
-    if (SquareIsZero(w) || SquareIsZero(ValueOf(in[2]))) return false;
+    if (IsTiny(w) || IsTiny(ValueOf(in[2]))) return false;
     const Complex<T> bend{T(1), in[3] / T(w)};
     const T tail = in[0] * in[3] / (T(w) * in[2]);
     Complex<T> line;
@@ -59,7 +57,7 @@ struct Pair61 {
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const double w = call.w;
-    if (SquareIsZero(w) || SquareIsZero(ValueOf(in[2]))) return false;
+    if (IsTiny(w) || IsTiny(ValueOf(in[2]))) return false;
     return Divide((-in[0] / T(w * w)) * Phase(in[1]), Complex<T>{T(w) - in[2], in[3]}, eps);
   }
 };
@@ -69,7 +67,7 @@ struct Pair63 {
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const double w = call.w;
-    if (SquareIsZero(w) || SquareIsZero(ValueOf(in[2])) || ValueOf(in[3]) == 0) return false;
+    if (IsTiny(w) || IsTiny(ValueOf(in[2])) || ValueOf(in[3]) == 0) return false;
     const T u = T(2) * (T(w) - in[2]) / in[3];
     const Complex<T> bend{T(1), in[1]};
     Complex<T> sigma;

@@ -41,6 +41,9 @@ int CalcFormula(const TermCall& call, Cplx& result) {
   return 0;
 }
 
+// Whether the square of a frequency is below what counts as zero.
+inline bool IsTiny(double x) { return x * x < kTinyNorm; }
+
 // D(W, G) = W^2 - w^2 - i w G over any number type.
 template <class T>
 Complex<T> DenominatorOf(double w, const T& W, const T& G) {

@@ -119,7 +119,6 @@ int CalcFamily200(const TermCall& call, Cplx& result) { return CalcFormula<Famil
 int CalcGauss220(const TermCall& call, Cplx& result) { return CalcFormula<Gauss220>(call, result); }
 
 int ScalarFamily47(const TermCall& call, double& result) {
-  constexpr double kWeightUnit = 1 / (4 * std::numbers::pi);
   const double A = call.inputs[0].value, G = call.inputs[1].value, W = call.inputs[2].value, S = call.inputs[3].value;
   PartialWeight mean;
   double dS = 0;
@@ -136,12 +135,8 @@ int ScalarFamily47(const TermCall& call, double& result) {
     }
   }
   result = kWeightUnit * A * mean.F;
-  if (call.derivatives) {
-    const double slopes[] = {mean.F, A * mean.dG, A * mean.dW, A * dS};
-    for (std::size_t i = 0; i < std::size(slopes); ++i) {
-      if (call.inputs[i].adjustable) *call.inputs[i].outScalar = kWeightUnit * slopes[i];
-    }
-  }
+  const double slopes[] = {mean.F, A * mean.dG, A * mean.dW, A * dS};
+  for (std::size_t i = 0; i < std::size(slopes); ++i) PutScalarSlope(call, i, kWeightUnit * slopes[i]);
   return 0;
 }
 

@@ -8,8 +8,6 @@
 namespace kalvex {
 namespace {
 
-constexpr double kWeightUnit = 1 / (4 * std::numbers::pi);
-
 // 1/D(x) = -1/((x - a)(x - b)) with the roots a, b = (-i G +- s)/2, s = sqrt(4 W^2 - G^2), so that the integral of x/D
 // is
 // -(a log(1 - w/a) - b log(1 - w/b))/s, and F its imaginary part. Both roots lie below the real axis, hence 1 - w/a
@@ -79,11 +77,9 @@ int ScalarLorentz(const TermCall& call, double& result) {
   const PartialWeight weight = defined ? PartialWeightOf(call.w, inWo.value, inG.value) : PartialWeight{};
   const double scale = kWeightUnit * inWp.value * inWp.value;
   result = scale * weight.F;
-  if (call.derivatives) {
-    if (inWo.adjustable) *inWo.outScalar = scale * weight.dW;
-    if (inWp.adjustable) *inWp.outScalar = 2 * kWeightUnit * inWp.value * weight.F;
-    if (inG.adjustable) *inG.outScalar = scale * weight.dG;
-  }
+  PutScalarSlope(call, 0, scale * weight.dW);
+  PutScalarSlope(call, 1, 2 * kWeightUnit * inWp.value * weight.F);
+  PutScalarSlope(call, 2, scale * weight.dG);
   return 0;
 }
 

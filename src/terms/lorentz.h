@@ -1,6 +1,8 @@
 // The plain Lorentzian: what a row without a code means. All frequencies, widths and plasma frequencies in cm-1.
 #pragma once
 
+#include <numbers>
+
 #include "terms/term_table.h"
 
 namespace kalvex {
@@ -24,6 +26,9 @@ PartialWeight PartialWeightOf(double w, double W, double G);
 // Wp^2 F(w, Wo, G)/(4 pi), which tends to Wp^2/8; inputs Wo, Wp, G. 0 where w or G is negative.
 int ScalarLorentz(const TermCall& call, double& result);
 
+// What a partial weight F is multiplied by, beside the squared plasma frequency, in the sum of spectral weights.
+inline constexpr double kWeightUnit = 0.25 / std::numbers::pi;
+
 // What a calculator does where a denominator fails: the marker for the value, 0 for every derivative asked for.
 void GiveMarker(const TermCall& call, Cplx& result);
 // Writes a derivative if the input wants it.
@@ -31,6 +36,11 @@ inline void PutSlope(const TermInput& input, const Cplx& slope) {
   if (!input.adjustable) return;
   *input.outRe = slope.re;
   *input.outIm = slope.im;
+}
+
+// The same for the real row sum.
+inline void PutScalarSlope(const TermCall& call, std::size_t i, double slope) {
+  if (call.derivatives && call.inputs[i].adjustable) *call.inputs[i].outScalar = slope;
 }
 
 }  // namespace kalvex

@@ -1,13 +1,9 @@
 #include "terms/simple_terms.h"
 
-#include <numbers>
-
 #include "terms/formula.h"
 
 namespace kalvex {
 namespace {
-
-constexpr double kWeightUnit = 1 / (4 * std::numbers::pi);
 
 struct Single9 {
   static constexpr int kInputs = 2;
@@ -55,10 +51,6 @@ struct Family100 {
   }
 };
 
-void PutScalar(const TermCall& call, std::size_t i, double slope) {
-  if (call.derivatives && call.inputs[i].adjustable) *call.inputs[i].outScalar = slope;
-}
-
 }  // namespace
 
 int CalcSingle9(const TermCall& call, Cplx& result) { return CalcFormula<Single9>(call, result); }
@@ -76,8 +68,8 @@ int ScalarSingle9(const TermCall& call, double& result) {
   const double in0 = call.inputs[0].value;
   const PartialWeight weight = PartialWeightOf(call.w, 0, call.inputs[1].value);
   result = kWeightUnit * in0 * weight.F;
-  PutScalar(call, 0, kWeightUnit * weight.F);
-  PutScalar(call, 1, kWeightUnit * in0 * weight.dG);
+  PutScalarSlope(call, 0, kWeightUnit * weight.F);
+  PutScalarSlope(call, 1, kWeightUnit * in0 * weight.dG);
   return 0;
 }
 
@@ -85,9 +77,9 @@ int ScalarFamily25(const TermCall& call, double& result) {
   const double in0 = call.inputs[0].value;
   const PartialWeight weight = PartialWeightOf(call.w, call.inputs[2].value, call.inputs[1].value);
   result = kWeightUnit * in0 * weight.F;
-  PutScalar(call, 0, kWeightUnit * weight.F);
-  PutScalar(call, 1, kWeightUnit * in0 * weight.dG);
-  PutScalar(call, 2, kWeightUnit * in0 * weight.dW);
+  PutScalarSlope(call, 0, kWeightUnit * weight.F);
+  PutScalarSlope(call, 1, kWeightUnit * in0 * weight.dG);
+  PutScalarSlope(call, 2, kWeightUnit * in0 * weight.dW);
   return 0;
 }
 
@@ -96,10 +88,10 @@ int ScalarPair27(const TermCall& call, double& result) {
   const PartialWeight to = PartialWeightOf(call.w, call.inputs[0].value, in3);
   const PartialWeight from = PartialWeightOf(call.w, call.inputs[1].value, in3);
   result = kWeightUnit * in2 * (to.F - from.F);
-  PutScalar(call, 0, kWeightUnit * in2 * to.dW);
-  PutScalar(call, 1, -kWeightUnit * in2 * from.dW);
-  PutScalar(call, 2, kWeightUnit * (to.F - from.F));
-  PutScalar(call, 3, kWeightUnit * in2 * (to.dG - from.dG));
+  PutScalarSlope(call, 0, kWeightUnit * in2 * to.dW);
+  PutScalarSlope(call, 1, -kWeightUnit * in2 * from.dW);
+  PutScalarSlope(call, 2, kWeightUnit * (to.F - from.F));
+  PutScalarSlope(call, 3, kWeightUnit * in2 * (to.dG - from.dG));
   return 0;
 }
 
@@ -107,9 +99,9 @@ int ScalarFamily100(const TermCall& call, double& result) {
   const double in0 = call.inputs[0].value, in1 = call.inputs[1].value;
   const PartialWeight weight = PartialWeightOf(call.w, call.inputs[2].value, in1 * in1);
   result = kWeightUnit * in0 * weight.F;
-  PutScalar(call, 0, kWeightUnit * weight.F);
-  PutScalar(call, 1, kWeightUnit * in0 * weight.dG * 2 * in1);
-  PutScalar(call, 2, kWeightUnit * in0 * weight.dW);
+  PutScalarSlope(call, 0, kWeightUnit * weight.F);
+  PutScalarSlope(call, 1, kWeightUnit * in0 * weight.dG * 2 * in1);
+  PutScalarSlope(call, 2, kWeightUnit * in0 * weight.dW);
   return 0;
 }
 

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "terms/boson_coupling.h"
 #include "terms/carrier_terms.h"
 #include "terms/coupled_terms.h"
 #include "terms/factorised.h"
 #include "terms/interband_terms.h"
 #include "terms/simple_terms.h"
+#include "terms/superconductor.h"
 
 namespace kalvex {
 namespace {
@@ -50,9 +52,9 @@ constexpr std::array<TermRecord, kTermRecords> MakeTable() {
   table[3] = Record(5, 2, kThreeOfTwo, CalcFamily5);
   table[4] = Record(11, 2, kThreeOfTwo, CalcFamily5);
   table[5] = Record(13, 2, kThreeOfTwo, CalcFamily5);
-  table[6] = InOrder(20, 3);
-  table[7] = InOrder(7, 2);
-  table[8] = InOrder(23, 2);
+  table[6] = InOrder(20, 3, kAllColumns, CalcTwoFluidSuperconductor);
+  table[7] = InOrder(7, 2, kAllColumns, CalcSuperconductorOfTc);
+  table[8] = InOrder(23, 2, kAllColumns, CalcSuperconductorOfGap);
   table[9] = InOrder(9, 1, kAllColumns, CalcSingle9, ScalarSingle9);
   table[10] = InOrder(10, 1, kAllColumns, CalcSingle10);
   table[11] = InOrder(15, 1, kAllColumns, CalcSingle15);
@@ -64,8 +66,8 @@ constexpr std::array<TermRecord, kTermRecords> MakeTable() {
   table[17] = Record(35, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
   table[18] = Record(37, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
   table[19] = Record(39, 2, kWeightWidthCentre, CalcFamily25, ScalarFamily25);
-  table[20] = InOrder(41, 3);
-  table[21] = InOrder(44, 3);
+  table[20] = InOrder(41, 3, kAllColumns, CalcBosonCoupling);
+  table[21] = InOrder(44, 3, kAllColumns, CalcBosonCoupling);
   table[22] = InOrder(47, 2, kAllColumns, CalcFamily47, ScalarFamily47);
   table[23] = InOrder(49, 2, kAllColumns, CalcFamily47, ScalarFamily47);
   table[24] = InOrder(51, 4, kAllColumns, CalcQuad51);

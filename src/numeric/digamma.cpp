@@ -1,0 +1,91 @@
+#include "numeric/digamma.h"
+
+#include <array>
+#include <numbers>
+
+namespace kalvex {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+// Bernoulli numbers B_2, B_4, ..., B_20.
+constexpr double kBernoulli[] = {1.0 / 6,       -1.0 / 30, 1.0 / 42,      -1.0 / 30,     5.0 / 66,
+                                 -691.0 / 2730, 7.0 / 6,   -3617.0 / 510, 43867.0 / 798, -174611.0 / 330};
+
+// From this modulus on the asymptotic series reaches rounding: up to which derivative, with all ten terms.
+constexpr double kFarNorm = 15 * 15;
+
+Cplx Inverse(const Cplx& z) { return Conj(z) / Norm(z); }
+
+// psi(z) - log z = -1/(2z) - sum B_2k/(2k z^2k), and its n-th derivative
+//     (-1)^(n+1) [(n-1)!/z^n + n!/(2 z^(n+1)) + sum B_2k (2k+n-1)!/((2k)! z^(2k+n))]
+// The first term belongs to the logarithm.                              Abramowitz and Stegun, 6.3.18 and 6.4.11
+Cplx Asymptotic(int n, const Cplx& z, const Cplx& inverse) {
+  Cplx power{1, 0};      // z^-n
+  double factorial = 1;  // n!
+  for (int k = 1; k <= n; ++k) {
+    power *= inverse;
+    factorial *= k;
+  }
+  Cplx sum = n == 0 ? -Log(z) : power * (factorial / n);
+  sum += power * inverse * (0.5 * factorial);
+  const Cplx square = inverse * inverse;
+  double ratio = factorial / 2 * (n + 1);  // (2k+n-1)!/(2k)! for k = 1
+  for (int k = 1; const double bernoulli : kBernoulli) {
+    power *= square;
+    sum += power * (bernoulli * ratio);
+    ratio *= double(2 * k + n) * (2 * k + n + 1) / (double(2 * k + 1) * (2 * k + 2));
+    ++k;
+  }
+  return n % 2 == 0 ? -sum : sum;
+}
+
+// pi cot(pi z) without overflow: with q = exp(2 pi i z) for Im z >= 0, cot(pi z) = -i (1 + q)/(1 - q).
+Cplx PiCotangent(const Cplx& z) {
+  if (z.im < 0) return Conj(PiCotangent(Conj(z)));
+  const Cplx q = Exp({-2 * kPi * z.im, 2 * kPi * z.re});
+  return -TimesI((1.0 + q) / (1.0 - q)) * kPi;
+}
+
+}  // namespace
+
+// Recurrence psi(z) = psi(z + 1) - 1/z up to the asymptotic series.
+void Polygammas(const Cplx& z, std::span<Cplx> out) {
+  for (Cplx& value : out) value = {};
+  Cplx far = z;
+  for (; Norm(far) < kFarNorm; far.re += 1) {
+    const Cplx inverse = Inverse(far);
+    Cplx power{1, 0};
+    for (Cplx& value : out) {
+      power *= inverse;
+      value += power;
+    }
+  }
+  const Cplx inverse = Inverse(far);
+  double signedFactorial = -1;  // (-1)^(n+1) n!
+  for (int n = 0; Cplx & value : out) {
+    value = Asymptotic(n, far, inverse) + signedFactorial * value;
+    ++n;
+    signedFactorial *= -n;
+  }
+}
+
+// Reflection: psi(1 - z) - psi(z) = pi cot(pi z), psi'(1 - z) + psi'(z) = pi^2/sin^2(pi z) = pi^2 + (pi cot(pi z))^2
+Cplx Digamma(const Cplx& z) {
+  if (z.re < 0.5) return Digamma(1.0 - z) - PiCotangent(z);
+  std::array<Cplx, 1> out;
+  Polygammas(z, out);
+  return out[0];
+}
+
+Cplx Trigamma(const Cplx& z) {
+  if (z.re < 0.5) {
+    const Cplx cotangent = PiCotangent(z);
+    return kPi * kPi + cotangent * cotangent - Trigamma(1.0 - z);
+  }
+  std::array<Cplx, 2> out;
+  Polygammas(z, out);
+  return out[1];
+}
+
+}  // namespace kalvex

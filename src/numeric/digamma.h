@@ -1,0 +1,19 @@
+// The digamma function psi = (log Gamma)' and its derivatives for a complex argument.
+#pragma once
+
+#include <span>
+
+#include "numeric/complex.h"
+
+namespace kalvex {
+
+// psi(z) and psi'(z) to some 1e-13; a pole, at 0 and the negative integers, gives a value that is not finite.
+Cplx Digamma(const Cplx& z);
+Cplx Trigamma(const Cplx& z);
+
+inline constexpr int kMostPolygammas = 8;
+
+// psi, psi', psi'', ... at once, at most kMostPolygammas of them, for Re z > 0; out[n] is the n-th derivative.
+void Polygammas(const Cplx& z, std::span<Cplx> out);
+
+}  // namespace kalvex

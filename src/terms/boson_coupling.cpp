@@ -1,0 +1,195 @@
+#include "terms/boson_coupling.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "core/limits.h"
+#include "datasets/interpolation.h"
+#include "numeric/digamma.h"
+#include "terms/formula.h"
+#include "terms/term_tables.h"
+#include "terms/units.h"
+
+namespace kalvex {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+constexpr double kFloor = 1e-10;  // cm-1
+constexpr std::size_t kMostTables = 8;
+
+// ---- Re K = [g(y - x) - 2 g(y) + g(y + x)]/x with g(u) = u R(u), R = Re psi(1 + i u)
+// Its slope under scaling is the same difference with u g'(u) - g(u) = u^2 R'(u) in place of g(u).
+
+struct ValueAndSlope {
+  double value = 0;
+  double slope = 0;
+};
+
+ValueAndSlope DirectDifference(double x, double y) {
+  ValueAndSlope sum;
+  const auto add = [&](double factor, double u) {
+    std::array<Cplx, 2> psi;
+    Polygammas({1, u}, psi);
+    sum.value += factor * u * psi[0].re;
+    sum.slope -= factor * u * u * psi[1].im;  // R' = Re(i psi')
+  };
+  add(1, y - x);
+  add(-2, y);
+  add(1, y + x);
+  return {sum.value / x, sum.slope / x};
+}
+
+// The same by its series x g'' + x^3 g''''/12 + x^5 g''''''/360, where the difference would cancel. The next term is
+// smaller than the first by some (x/|1 + i y|)^6.
+constexpr double kSeriesRadius = 0.015;
+
+ValueAndSlope SeriesDifference(double x, double y) {
+  std::array<Cplx, 8> psi;
+  Polygammas({1, y}, psi);
+  std::array<double, 8> R;  // derivatives of R: Re(i^n psi^(n))
+  for (std::size_t n = 0; n < R.size(); ++n) {
+    const double part = n % 2 == 0 ? psi[n].re : -psi[n].im;
+    R[n] = n % 4 < 2 ? part : -part;
+  }
+  ValueAndSlope sum;
+  const double factors[] = {x, x * x * x / 12, x * x * x * x * x / 360};
+  for (std::size_t n = 2; const double factor : factors) {
+    const auto order = static_cast<double>(n);
+    sum.value += factor * (y * R[n] + order * R[n - 1]);
+    sum.slope += factor * (y * (y * R[n + 1] + 2 * order * R[n]) + order * (order - 1) * R[n - 1]);
+    n += 2;
+  }
+  return sum;
+}
+
+// ---- Im K = (pi/2x) [2 x coth(pi y) - c(y + x) + c(y - x)] with c(u) = u coth(pi u)
+// One direction: that of the common scale of x and y.
+
+using Scaled = Dual<1>;
+
+// 1 - exp(-2 pi u)
+Scaled Rest(const Scaled& u) { return -Expm1(-2 * kPi * u); }
+Scaled Coth(const Scaled& u) { return 2.0 / Rest(u) - 1.0; }
+// Number of thermal bosons, (coth(pi u) - 1)/2
+Scaled Bose(const Scaled& u) { return Exp(-2 * kPi * u) / Rest(u); }
+// c(u) for u >= 0
+Scaled TimesCoth(const Scaled& u) { return u.a == 0 ? Scaled(1 / kPi) : u * Coth(u); }
+
+Scaled ImaginaryPart(const Scaled& x, const Scaled& y) {
+  const Scaled sum = y + x;
+  if (2 * x.a >= y.a) {
+    const Scaled difference = x > y ? x - y : y - x;
+    return kPi * Coth(y) - 0.5 * kPi * (TimesCoth(sum) - TimesCoth(difference)) / x;
+  }
+  // coth a - coth b = -sinh(a - b)/(sinh a sinh b); without thermal bosons nothing is left.
+  const Scaled difference = y - x;
+  const Scaled fall = Exp(-2 * kPi * difference) * Rest(2.0 * x) / (Rest(sum) * Rest(difference));
+  return kPi * (2.0 * Bose(y) - Bose(sum) - Bose(difference) + y / x * fall);
+}
+
+double AtLeast(double x, double floor) { return x > floor ? x : floor; }
+
+const Dataset* DatasetOf(const TermCall& call, double number) {
+  if (!call.environment->datasets || !(number >= 1 && number <= kMaxDatasets)) return nullptr;
+  const Dataset* dataset = DatasetInSlot(*call.environment->datasets, static_cast<int>(number));
+  return dataset && dataset->id != 0 ? dataset : nullptr;
+}
+
+const std::vector<CouplingNode>& NodesOf(TermEnvironment& environment, const Dataset& dataset, double meshCount) {
+  auto& tables = TablesOf(environment).couplings;
+  for (const CouplingNodes& table : tables) {
+    if (table.datasetId == dataset.id && table.meshCount == meshCount) return table.nodes;
+  }
+  if (tables.size() == kMostTables) tables.erase(tables.begin());
+  tables.push_back({dataset.id, meshCount, MakeCouplingNodes(dataset, meshCount)});
+  return tables.back().nodes;
+}
+
+// The memory function and its derivative by T.
+struct Memory {
+  Cplx value;
+  Cplx slope;
+};
+
+Memory MemoryOf(const std::vector<CouplingNode>& nodes, double w, double kelvins) {
+  const double t = kKelvin * kelvins;
+  const double unit = 2 * kPi * AtLeast(t, kFloor);
+  Cplx value, slope;
+  for (const CouplingNode& node : nodes) {
+    const BosonKernel K = BosonKernelAt(w / unit, node.W / unit);
+    value += node.weight * K.value;
+    slope += node.weight * K.slope;
+  }
+  Memory memory{TimesI(value) * -2.0, {}};
+  if (t > kFloor) memory.slope = TimesI(slope) * (2 / kelvins);
+  return memory;
+}
+
+}  // namespace
+
+BosonKernel BosonKernelAt(double x, double y) {
+  const bool series = x * x < kSeriesRadius * kSeriesRadius * (1 + y * y);
+  const ValueAndSlope real = series ? SeriesDifference(x, y) : DirectDifference(x, y);
+  Scaled scaledX(x), scaledY(y);
+  scaledX.v[0] = x;
+  scaledY.v[0] = y;
+  const Scaled imaginary = ImaginaryPart(scaledX, scaledY);
+  return {{real.value, imaginary.a}, {real.slope, imaginary.v[0]}};
+}
+
+std::vector<CouplingNode> MakeCouplingNodes(const Dataset& dataset, double meshCount) {
+  std::vector<CouplingNode> nodes;
+  const auto& points = dataset.points;
+  const auto keep = [&](double W, double weight) {
+    if (W > 0) nodes.push_back({W, weight});
+  };
+  if (!(meshCount >= 1)) {
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      const double left = points[i == 0 ? 0 : i - 1].x, right = points[std::min(i + 1, points.size() - 1)].x;
+      keep(points[i].x, points[i].y * 0.5 * (right - left));
+    }
+    return nodes;
+  }
+  if (points.size() < 2) return nodes;
+  const double from = points[1].x, to = points[points.size() - 2].x;
+  const auto count = static_cast<int>(std::min(meshCount, kMostCouplingNodes));
+  const double step = (to - from) / count;
+  if (!(step > 0)) return nodes;
+  for (int i = 0; i < count; ++i) {
+    const double W = from + (i + 0.5) * step;
+    keep(W, InterpolateY(points, W) * step);
+  }
+  return nodes;
+}
+
+int CalcBosonCoupling(const TermCall& call, Cplx& result) {
+  enum Input { kWp, kG, kT, kDataset, kMesh, kMixing };
+  const auto value = [&](Input i) { return call.inputs[i].value; };
+  const double w = AtLeast(call.environment->dcFlag ? kFloor : call.w, kFloor);
+  const double share = 1 - value(kMixing), squared = value(kWp) * value(kWp);
+
+  Memory memory;
+  if (const Dataset* dataset = DatasetOf(call, value(kDataset))) {
+    memory = MemoryOf(NodesOf(*call.environment, *dataset, value(kMesh)), w, value(kT));
+  }
+  const Cplx D = w * (w + TimesI(value(kG) + share * memory.value));
+  Cplx inverse;
+  if (!Divide(Cplx{1, 0}, D, inverse)) {
+    GiveMarker(call, result);
+    return 0;
+  }
+  result = -squared * inverse;
+  if (!call.derivatives) return 0;
+  const Cplx byRate = -w * TimesI(result * inverse);  // d eps/dG
+  PutSlope(call.inputs[kWp], -2 * value(kWp) * inverse);
+  PutSlope(call.inputs[kG], byRate);
+  PutSlope(call.inputs[kT], byRate * memory.slope * share);
+  PutSlope(call.inputs[kDataset], {0, 0});
+  PutSlope(call.inputs[kMesh], {0, 0});
+  PutSlope(call.inputs[kMixing], -(byRate * memory.value));
+  return 0;
+}
+
+}  // namespace kalvex

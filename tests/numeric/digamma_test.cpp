@@ -1,0 +1,53 @@
+#include "numeric/digamma.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "support/tolerances.h"
+
+namespace kalvex {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+TEST(Digamma, HasItsKnownValues) {
+  EXPECT_CLOSE(Digamma({1, 0}).re, -std::numbers::egamma, 1e-13);
+  EXPECT_CLOSE(Digamma({0.5, 0}).re, -std::numbers::egamma - 2 * std::numbers::ln2, 1e-13);
+  EXPECT_CLOSE(Trigamma({1, 0}).re, kPi * kPi / 6, 1e-13);
+  EXPECT_CLOSE(Trigamma({0.5, 0}).re, kPi * kPi / 2, 1e-13);
+  for (const double y : {0.01, 0.7, 3.0, 40.0}) {
+    EXPECT_CLOSE(Digamma({1, y}).im, -1 / (2 * y) + kPi / 2 / std::tanh(kPi * y), 1e-11) << y;
+  }
+}
+
+TEST(Digamma, ObeysItsRecurrenceAndReflection) {
+  for (double x = -3.3; x < 6; x += 0.71) {
+    for (const double y : {-2.0, 0.3, 5.0}) {
+      const Cplx z{x, y}, inverse = Cplx{1, 0} / z;
+      const Cplx step = Digamma(z + 1.0) - Digamma(z), step2 = Trigamma(z + 1.0) - Trigamma(z);
+      EXPECT_NEAR(step.re, inverse.re, 1e-12);
+      EXPECT_NEAR(step.im, inverse.im, 1e-12);
+      EXPECT_NEAR(step2.re, -(inverse * inverse).re, 1e-12);
+      EXPECT_NEAR(step2.im, -(inverse * inverse).im, 1e-12);
+    }
+  }
+}
+
+TEST(Digamma, HigherOnesAreDerivativesOfTheLower) {
+  const double h = 1e-3;
+  std::array<Cplx, kMostPolygammas> at, high, low;
+  Polygammas({1.7, 0.8}, at);
+  Polygammas({1.7 + h, 0.8}, high);
+  Polygammas({1.7 - h, 0.8}, low);
+  for (std::size_t n = 0; n + 1 < at.size(); ++n) {
+    const Cplx slope = (high[n] - low[n]) / (2 * h);
+    EXPECT_NEAR(at[n + 1].re, slope.re, 1e-5 * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
+    EXPECT_NEAR(at[n + 1].im, slope.im, 1e-5 * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
+  }
+}
+
+}  // namespace
+}  // namespace kalvex
