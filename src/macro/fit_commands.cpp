@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
@@ -138,6 +139,9 @@ MacroResult FitCommand(MacroCall& call) {
 }
 
 MacroResult FitOptionsCommand(MacroCall& call) {
+  if (std::none_of(call.block.begin(), call.block.end(), [](const MacroSlot& slot) { return slot.given; })) {
+    return call.Nothing("no option is given");
+  }
   FitOptions& options = call.program.fit.options;
   SetFlagIfGiven(options.StopOnIterations, call.Int("StopOnIterations"));
   SetIfGiven(options.MaxIterations, call.Int("MaxIterations"));

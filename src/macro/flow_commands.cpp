@@ -14,10 +14,7 @@ MacroResult BeginLoopCommand(MacroCall& call) {
   return MacroResult::kBeginLoop;
 }
 
-MacroResult EndLoopCommand(MacroCall& call) {
-  call.Done("next pass, if there is one");
-  return MacroResult::kEndLoop;
-}
+MacroResult EndLoopCommand(MacroCall&) { return MacroResult::kEndLoop; }
 
 MacroResult MainWindowCommand(MacroCall& call) {
   MainWindow& window = call.program.mainWindow;

@@ -162,6 +162,8 @@ MacroResult MoveModelRowCommand(MacroCall& call) {
   int row = 0;
   if (!model || !NeededRow(call, *model, row)) return MacroResult::kNext;
   const bool up = call.Int("Up").value_or(0) != 0;
+  if (up && row == 0) return call.Nothing("row 1 is the first");
+  if (!up && row + 1 == RowCount(*model)) return call.Nothing("row " + std::to_string(row + 1) + " is the last");
   up ? MoveRowUp(model, row) : MoveRowDown(model, row);
   RefreshModelRows(call.program.notices, *model);
   return call.Done("row " + std::to_string(row + 1) + (up ? " moved up" : " moved down"));

@@ -97,10 +97,19 @@ class Executor {
     MacroCall call{program_, *statement.command, block, {}};
     const MacroResult result = statement.command->handler(call);
     if (program_.macro.verbose) {
+      const std::string said = result == MacroResult::kEndLoop ? EndLoopText() : call.said;
       std::fprintf(stderr, "%s:%d: %s: %s\n", macro_.fileName.c_str(), lines_[pc_], statement.command->name,
-                   call.said.c_str());
+                   said.c_str());
     }
     return result;
+  }
+
+  // What the end of a loop will come to, which its handler cannot know.
+  std::string EndLoopText() const {
+    if (!inLoop_) return "nothing done: there is no loop";
+    const std::size_t passes = program_.macro.loopRows.size();
+    if (loopRow_ + 1 == passes) return "the loop is done, passes: " + std::to_string(passes);
+    return "on to pass " + std::to_string(loopRow_ + 2) + " of " + std::to_string(passes);
   }
 
   bool BeginLoop() {

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <numbers>
 
-#include "core/bytes.h"
+#include "app/saved_model.h"
 #include "support/run_program.h"
 
 namespace kalvex {
@@ -23,14 +23,9 @@ class Example {
 
   // Values of a model file: epsInf, then the elements row by row.
   std::vector<double> Values(const std::string& file) const {
-    constexpr std::size_t kRecord = 218, kCount = 4;
-    const std::string bytes = folder.Read(file);
-    const std::string_view view(bytes);
-    std::vector<double> values = {ByteReader(view).F64()};
-    const int rows = ByteReader(view.substr(kRecord)).I32();
-    for (int i = 0; i < 3 * rows; ++i) {
-      values.push_back(ByteReader(view.substr(kRecord + kCount + kRecord * static_cast<std::size_t>(i))).F64());
-    }
+    const SavedModel model = SavedModelOf(folder.Read(file));
+    std::vector<double> values = {model.epsInf.value};
+    for (const SavedParam& param : model.elements) values.push_back(param.value);
     return values;
   }
 

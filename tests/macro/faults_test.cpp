@@ -14,7 +14,8 @@ TEST_F(Faults, CommentsBlanksAndTabsCountInLinesAndColumns) {
             "m.kvs:4:3: unknown command 'Foo', a command name was expected");
   EXPECT_EQ(FaultIn("New Model(\n  XPos = 1,\n  Y Pos = x);\n"),
             "m.kvs:3:11: found 'x', an integer or a loop column for YPos was expected");
-  EXPECT_EQ(FaultIn("Wait();  New Moddel ( );"), "m.kvs:1:10: unknown command 'NewModdel', a command name was expected");
+  EXPECT_EQ(FaultIn("Wait();  New Moddel ( );"),
+            "m.kvs:1:10: unknown command 'NewModdel', a command name was expected");
 }
 
 TEST_F(Faults, EachKindHasItsPlace) {

@@ -77,6 +77,8 @@ constexpr Signature kOwn[] = {
     {"Echo", "Text:200"},
 };
 
+const std::span<const Signature> kTables[] = {kFormat, kOwn};
+
 std::string ParamsOf(const MacroCommand& command) {
   std::string params;
   for (const MacroParam& param : command.params) {
@@ -120,7 +122,7 @@ TEST(CommandTables, NamesAndBlocksKeepTheSizesOfTheFormat) {
 
 // What a text means, worked out from the typed tables: the first name that it begins.
 std::string Meaning(const std::string& text) {
-  for (const std::span<const Signature> table : {std::span(kFormat), std::span(kOwn)}) {
+  for (const std::span<const Signature> table : kTables) {
     for (const Signature& row : table) {
       const std::string name = row.name;
       if (name.size() >= text.size() && EqualsIgnoringCase(name.substr(0, text.size()), text)) return name;
@@ -130,7 +132,7 @@ std::string Meaning(const std::string& text) {
 }
 
 TEST(Names, EveryBeginningOfANameMeansTheFirstRowThatItBegins) {
-  for (const std::span<const Signature> table : {std::span(kFormat), std::span(kOwn)}) {
+  for (const std::span<const Signature> table : kTables) {
     for (const Signature& row : table) {
       const std::string name = row.name;
       for (std::size_t n = 1; n <= name.size(); ++n) {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "macro/clean.h"
-#include "parsed.h"
+#include "macro/parsed.h"
 
 namespace kalvex {
 namespace {

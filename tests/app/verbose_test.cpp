@@ -1,0 +1,102 @@
+// Verbose output: for each statement that ran, its place and what it did or why it did nothing.
+#include "app/kalvex_run.h"
+#include "macro/command_table.h"
+
+namespace kalvex {
+namespace {
+
+class Verbose : public Kalvex {
+ protected:
+  std::vector<std::string> Lines() const {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < run.err.size();) {
+      const std::size_t end = run.err.find('\n', at);
+      lines.push_back(run.err.substr(at, end - at));
+      at = end + 1;
+    }
+    return lines;
+  }
+};
+using Texts = std::vector<std::string>;
+
+TEST_F(Verbose, EveryCommandSaysSomethingOnALineOfItsOwn) {
+  std::string macro = "# all of them without parameters\n";
+  Texts names;
+  for (const auto table : {MacroCommandTable(), MacroExtraTable()}) {
+    for (const MacroCommand& command : table) {
+      if (std::string(command.name) == "Exit" || std::string(command.name) == "LoadDataset") continue;
+      names.emplace_back(command.name);
+      macro += std::string(command.name) + "();\n";
+    }
+  }
+  Run(macro + "Exit();\n");
+  names.emplace_back("Exit");
+  const Texts lines = Lines();
+  ASSERT_EQ(lines.size(), names.size()) << run.err;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::string start = "macro.kvs:" + std::to_string(i + 2) + ": " + names[i] + ": ";
+    EXPECT_EQ(lines[i].substr(0, start.size()), start);
+    EXPECT_GT(lines[i].size(), start.size()) << lines[i];
+  }
+}
+
+TEST_F(Verbose, WithoutItNothingIsSaid) {
+  folder.Write("m.kvs", "NewModel();SaveModel(ModelNo=9);NewGraph();AddNoise();Fit();");
+  const ProgramRun quiet = RunProgram(folder, {"m.kvs"});
+  EXPECT_EQ(quiet.status, 0);
+  EXPECT_EQ(quiet.out + quiet.err, "");
+}
+
+TEST_F(Verbose, APassOfALoopIsToldEachTime) {
+  folder.Write("loop", "5\n6\n");
+  Run("EndLoop();\nBeginLoop(LoopFile=\"loop\");\n  Wait(\n  Time=%1);\nEndLoop();\nEndLoop();\nBeginLoop();\n");
+  EXPECT_EQ(Lines(), (Texts{"macro.kvs:1: EndLoop: nothing done: there is no loop",
+                            "macro.kvs:2: BeginLoop: loop over the lines of 'loop'", "macro.kvs:3: Wait: waited 5 ms",
+                            "macro.kvs:5: EndLoop: on to pass 2 of 2", "macro.kvs:3: Wait: waited 6 ms",
+                            "macro.kvs:5: EndLoop: the loop is done, passes: 2",
+                            "macro.kvs:6: EndLoop: nothing done: there is no loop",
+                            "macro.kvs:7: BeginLoop: nothing done: LoopFile is missing, so there is no loop"}));
+}
+
+TEST_F(Verbose, FlowCommandsTellWhatTheyDid) {
+  Run("MainWindow(Title=\"x\");Wait();Suspend();Exit(QuitApp=1);");
+  EXPECT_EQ(Lines(), (Texts{"macro.kvs:1: MainWindow: main window 'Kalvex x'", "macro.kvs:1: Wait: events delivered",
+                            "macro.kvs:1: Suspend: goes on", "macro.kvs:1: Exit: macro ended, program quits"}));
+  EXPECT_EQ(SaidLast("Exit();"), "macro ended");
+  EXPECT_EQ(SaidLast("DatasetManager(XPos=3,YPos=4);"), "open");
+  EXPECT_EQ(SaidLast("ExpParams(XPos=1,YPos=2);"), "open");
+  EXPECT_EQ(SaidLast("WindowFit(XPos=1,YPos=2);"), "open, 0 ChiSq terms");
+}
+
+TEST_F(Verbose, LinesAreThoseOfTheFileAlsoWhereTheFirstIsLost) {
+  Run("NewModel();\n\n  NewModel(); NewModel();\n# end");
+  EXPECT_EQ(Lines(), (Texts{"macro.kvs:3: NewModel: model 1 created", "macro.kvs:3: NewModel: model 2 created"}));
+}
+
+TEST_F(Verbose, AbbreviationsAreToldByTheirWholeName) {
+  Run("newm(w=5); ec(t=\"x\");");
+  EXPECT_EQ(Lines(), (Texts{"macro.kvs:1: NewModel: model 1 created", "macro.kvs:1: Echo: one line printed"}));
+}
+
+TEST_F(Verbose, GraphCommandsParseDoNothingAndSaySo) {
+  Run("NewGraph(XPos=1,YPos=2,Width=3,Height=4);"
+      "GraphProperties(GraphNo=1,Xmin=1,Xmax=2,Xlog=0,XTitle=\"x\",Ymin=0,Ymax=1,Ylog=0,YTitle=\"y\",ShowFitted=1);"
+      "AddDataCurve(GraphNo=1,DatasetNo=1,nColor=1,ShowLine=1,ShowSymbol=1,ShowError=1,nSymbolSize=1,nSymbolShape=1,"
+      "SymbolOpen=1,Scale=1,Shift=0);AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\",nColor=1,Scale=1,Shift=0);"
+      "AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"Refl\");"
+      "DeleteDataCurve(GraphNo=1,DatasetNo=1);DeleteModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");");
+  const Texts lines = Lines();
+  ASSERT_EQ(lines.size(), 7u);
+  for (const std::string& line : lines) {
+    EXPECT_EQ(line.substr(line.find(": ", line.find(": ") + 2) + 2), "nothing done: this version does not have it yet");
+  }
+}
+
+TEST_F(Verbose, AFaultIsNoStatementAndNothingIsToldOfThoseBeforeIt) {
+  folder.Write("m.kvs", "NewModel();\nFoo();");
+  const ProgramRun bad = RunProgram(folder, {"--verbose", "m.kvs"});
+  EXPECT_EQ(bad.err, "m.kvs:2:1: unknown command 'Foo', a command name was expected\n");
+}
+
+}  // namespace
+}  // namespace kalvex
