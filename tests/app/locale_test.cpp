@@ -1,6 +1,5 @@
 // The program in an environment that asks for a decimal comma.
-#include <locale.h>
-
+#include <clocale>
 #include <optional>
 
 #include "app/fit_data.h"
@@ -11,12 +10,8 @@ namespace {
 // A locale with a decimal comma that this machine has.
 std::optional<std::string> CommaLocale() {
   for (const char* const name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "nl_NL.UTF-8"}) {
-    const locale_t found = newlocale(LC_ALL_MASK, name, nullptr);
-    if (!found) continue;
-    const locale_t before = uselocale(found);
-    const bool comma = localeconv()->decimal_point[0] == ',';
-    uselocale(before);
-    freelocale(found);
+    const bool comma = std::setlocale(LC_ALL, name) && std::localeconv()->decimal_point[0] == ',';
+    std::setlocale(LC_ALL, "C");
     if (comma) return name;
   }
   return std::nullopt;
