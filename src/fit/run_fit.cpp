@@ -96,11 +96,11 @@ bool FindDownhillStep(Run& run) {
       TakeBack(run);
       if (run.limitHit) return true;
     }
+    const double before = run.fit.Lambda;
     run.fit.Lambda *= kLambdaFactor;
-    // Without the rule an endless Lambda is the end all the same: no step can differ from the one before.
-    if (run.fit.options.StopOnLambda ? run.fit.Lambda > run.fit.options.MaxLambda : std::isinf(run.fit.Lambda)) {
-      return false;
-    }
+    // A Lambda that is endless, or 0, can only repeat the step, and is the end with and without the rule.
+    if (!std::isfinite(run.fit.Lambda) || run.fit.Lambda == before) return false;
+    if (run.fit.options.StopOnLambda && run.fit.Lambda > run.fit.options.MaxLambda) return false;
   }
 }
 
@@ -134,9 +134,9 @@ void ShowLimitMessage(const Run& run) {
 
 bool ReductionTooSmall(const Run& run) {
   const FitOptions& options = run.fit.options;
-  const int from = run.fit.IterationCount - options.ReductionIterations;
-  if (from < 0 || from >= run.fit.IterationCount) return false;
-  return run.history[static_cast<std::size_t>(from)] - run.fit.TotalChiSq < options.ReductionAmount;
+  if (options.ReductionIterations < 1 || options.ReductionIterations > run.fit.IterationCount) return false;
+  const auto from = static_cast<std::size_t>(run.fit.IterationCount - options.ReductionIterations);
+  return run.history[from] - run.fit.TotalChiSq < options.ReductionAmount;
 }
 
 // The first stop rule that holds, in words, or null.
