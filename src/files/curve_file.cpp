@@ -13,30 +13,29 @@ namespace {
 
 constexpr std::size_t kChunk = 4096;
 
-// Walks start, start + step, ... up to end. Rounding may add or lose a point; one more than wanted is the most, so that
-// a step too small to move x ends too.
+// Walks start, start + step, ... up to end. Rounding may add or lose points. A step too small to move the sum ends the
+// walk.
 class GridWalk {
  public:
   GridWalk(const CurveExport& what)
       : logarithmic_(what.grid == 2),
         at_(logarithmic_ ? LogOf(what.xMin) : what.xMin),
         end_(logarithmic_ ? LogOf(what.xMax) : what.xMax),
-        step_((end_ - at_) / (what.points - 1)),
-        left_(static_cast<std::size_t>(what.points) + 1) {}
+        step_((end_ - at_) / (what.points - 1)) {}
 
-  bool HasPoint() const { return at_ <= end_ && left_ > 0; }
+  bool HasPoint() const { return at_ <= end_ && moves_; }
   double Take() {
-    const double x = logarithmic_ ? std::pow(10.0, at_) : at_;
+    const double before = at_;
     at_ += step_;
-    --left_;
-    return x;
+    moves_ = at_ > before;
+    return logarithmic_ ? std::pow(10.0, before) : before;
   }
 
  private:
   static double LogOf(double x) { return x <= 1e-300 ? -300 : std::log10(x); }
   bool logarithmic_;
   double at_, end_, step_;
-  std::size_t left_;
+  bool moves_ = true;
 };
 
 void AppendLine(std::string& text, std::initializer_list<double> numbers) {

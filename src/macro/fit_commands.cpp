@@ -42,9 +42,10 @@ std::string PlaceText(const Program& program, const FitParam& param) {
 
 std::string Summary(const Program& program, double seconds) {
   const FitState& fit = program.fit;
-  std::string text = std::to_string(fit.IterationCount) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) +
-                     " -> " + TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) +
-                     " s";
+  // Without a parameter there was no run, and the count is still that of the one before.
+  const int iterations = fit.NumFitParams < 1 ? 0 : fit.IterationCount;
+  std::string text = std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) + " -> " +
+                     TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";
   if (fit.report.withoutInfluence.empty()) return text;
   text += "; without influence at their present values:";
   const char* separator = " ";

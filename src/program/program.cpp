@@ -20,6 +20,7 @@ void PrintProgress(const FitState& fit) {
 void FollowIteration(void* self) {
   const Program& program = ProgramOf(self);
   ShowValues(ProgramOf(self));
+  RefreshTermLines(DeskOf(ProgramOf(self)));
   if (program.showProgress) PrintProgress(program.fit);
 }
 
@@ -48,6 +49,7 @@ FitHooks HooksOf(Program& program) {
 }
 
 void ShowValues(Program& program) {
+  if (program.expParamsWindow.open) RefreshExpParams(program.notices, program.params, true);
   for (Model& model : program.params.models) {
     if (model.number != 0) RefreshModelWindow(program.notices, model, true);
   }

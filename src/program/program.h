@@ -57,10 +57,12 @@ struct Program {
 };
 
 FitDesk DeskOf(Program& program);
-// Around a run of the fit: the model windows follow each accepted iteration, and progress is told if wanted.
+// Around a run of the fit: the list of the fit window and the model windows follow each accepted iteration, and
+// progress is told if wanted.
 FitHooks HooksOf(Program& program);
 
-// The model windows show their values anew; the fit, which has set them, is not told.
+// The model windows, and that of the experimental parameters if it is open, show their values anew; the fit, which has
+// set them, is not told.
 void ShowValues(Program& program);
 
 // Closes a model: its curves leave the graphs and its terms the fit. False if there is no such model.

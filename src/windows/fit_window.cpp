@@ -11,23 +11,17 @@ namespace {
 
 constexpr int kUnfoldedHeight = 282, kFoldedHeight = 139, kFoldThreshold = 201;
 
-void RefreshLines(FitDesk desk) {
-  desk.window.lines.clear();
-  for (const ChiSqTerm& term : desk.fit.list.terms) desk.window.lines.push_back(TermLine(desk, term));
-  desk.window.topLine = std::clamp(desk.window.topLine, 0, static_cast<int>(desk.window.lines.size()));
-}
-
 void AfterDatasetChange(FitDesk desk) {
   RebuildFitParams(desk.fit, desk.eval);
   RebuildFitPoints(desk.fit, desk.eval);
   ComputeChiSq(desk.fit, desk.eval);
-  RefreshLines(desk);
+  RefreshTermLines(desk);
 }
 
 void AfterParamChange(FitDesk desk, bool compute) {
   RebuildFitParams(desk.fit, desk.eval);
   if (compute) ComputeChiSq(desk.fit, desk.eval);
-  RefreshLines(desk);
+  RefreshTermLines(desk);
 }
 
 template <class Matches>
@@ -44,7 +38,7 @@ int RunWithBusyWindow(FitDesk desk, const Platform& platform, const FitHooks& ho
   desk.window.startButton = RunTexts(true);
   const int status = RunFit(desk.fit, desk.eval, platform, hooks);
   desk.window.startButton = RunTexts(false);
-  RefreshLines(desk);
+  RefreshTermLines(desk);
   return status;
 }
 
@@ -99,11 +93,17 @@ std::string TermLine(const FitDesk& desk, const ChiSqTerm& term) {
   return CandidateLine(desk, term) + '\t' + TextG(term.weight) + '\t' + TextG(term.termChiSq);
 }
 
+void RefreshTermLines(FitDesk desk) {
+  desk.window.lines.clear();
+  for (const ChiSqTerm& term : desk.fit.list.terms) desk.window.lines.push_back(TermLine(desk, term));
+  desk.window.topLine = std::clamp(desk.window.topLine, 0, static_cast<int>(desk.window.lines.size()));
+}
+
 void RebuildAfterTermChange(FitDesk desk) {
   RebuildFitPoints(desk.fit, desk.eval);
   RebuildFitParams(desk.fit, desk.eval);
   ComputeChiSq(desk.fit, desk.eval);
-  RefreshLines(desk);
+  RefreshTermLines(desk);
 }
 
 bool AddTerm(FitDesk desk, int datasetSlot, std::uint32_t modelNumber, std::optional<double> weight) {
@@ -225,7 +225,7 @@ void PressUndo(FitDesk desk) {
 
 void TakeBackLastRun(FitDesk desk) {
   UndoFit(desk.fit, desk.eval);
-  RefreshLines(desk);
+  RefreshTermLines(desk);
 }
 
 FitOptionsForm FormOf(const FitOptions& options) {

@@ -52,6 +52,8 @@ std::string TermLine(const FitDesk& desk, const ChiSqTerm& term);
 // A line of the dialog "Add ChiSq term(s)": the same without the numbers.
 std::string CandidateLine(const FitDesk& desk, const ChiSqTerm& term);
 
+// The lines of the list, as they are after each iteration of a run too.
+void RefreshTermLines(FitDesk desk);
 // After terms were added, removed or weighted anew: the lists, ChiSq and the lines.
 void RebuildAfterTermChange(FitDesk desk);
 

@@ -13,9 +13,9 @@ void RefreshModelRows(const Notices& notices, Model& model) {
   RefreshModelWindow(notices, model);
 }
 
-void RefreshExpParams(const Notices& notices, ParamTables& tables) {
+void RefreshExpParams(const Notices& notices, ParamTables& tables, bool quiet) {
   NotifyGraphs(notices, GraphEvent::kExpParamChanged, -1);
-  NotifyFit(notices, FitNotice::kExpParamsChanged);
+  if (!quiet) NotifyFit(notices, FitNotice::kExpParamsChanged);
   tables.expParamsDirty = false;
 }
 

@@ -14,6 +14,6 @@ void RefreshModelRows(const Notices& notices, Model& model);
 void RedrawDirty(const Notices& notices, ParamTables& tables);
 
 // The same for the window of experimental parameters.
-void RefreshExpParams(const Notices& notices, ParamTables& tables);
+void RefreshExpParams(const Notices& notices, ParamTables& tables, bool quiet = false);
 
 }  // namespace kalvex
