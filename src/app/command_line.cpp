@@ -15,7 +15,7 @@ constinit const char* const kUsage =
     "  --check       read and parse the macro, but run nothing\n"
     "  --verbose     tell on standard error what each statement did, or why it did nothing\n"
     "  --progress    tell on standard error how a fit proceeds (done anyway on a terminal)\n"
-    "  --threads N   use N threads\n"
+    "  --threads N   accepted; a run uses one thread for now\n"
     "  --help        show this text\n"
     "  --version     show the version\n"
     "\n"

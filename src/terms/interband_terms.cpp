@@ -70,6 +70,7 @@ struct Family200 {
       for (const Complex<T>& p : {root, -root}) sum += numerator(p) / (p * rest) * Log(Eg - p);
     }
     eps = T(-2 / std::numbers::pi) * sum;
+    if (w <= ValueOf(Eg)) eps.im = T(0);  // exactly: the roots leave their rounding
     if (call.w < 0) eps.im = -eps.im;
     return true;
   }
