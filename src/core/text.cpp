@@ -16,12 +16,25 @@ const char* SkipSpace(const char* first, const char* last) {
   return first;
 }
 
-// from_chars refuses a number outside the range of a double. Only its size is left to decide: a negative exponent, or
-// leading zeros, make it too small, anything else too large.
-double OutOfRangeValue(const char* first, const char* last) {
-  const char* const e = std::find_if(first, last, [](char c) { return c == 'e' || c == 'E' || c == 'p' || c == 'P'; });
-  const bool tiny = e != last ? (e + 1 != last && e[1] == '-') : (*first == '0' || *first == '.');
-  return tiny ? 0.0 : std::numeric_limits<double>::infinity();
+bool IsHexDigit(char c) { return IsAsciiDigit(c) || (LowerAscii(c) >= 'a' && LowerAscii(c) <= 'f'); }
+
+// from_chars refuses a number outside the range of a double, without saying on which side. The place of the first digit
+// that is not 0, before the point or behind it, and the exponent decide.
+double OutOfRangeValue(const char* first, const char* last, bool hex) {
+  std::int64_t place = 0;
+  bool started = false, behindPoint = false;
+  const char* at = first;
+  for (; at != last && (*at == '.' || (hex ? IsHexDigit(*at) : IsAsciiDigit(*at))); ++at) {
+    if (*at == '.') {
+      behindPoint = true;
+      continue;
+    }
+    started = started || *at != '0';
+    if (started != behindPoint) place += started ? 1 : -1;
+  }
+  std::int32_t exponent = 0;
+  if (at != last) ParseInteger(at + 1, last, exponent);
+  return (hex ? 4 * place : place) + exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
 struct Number {
@@ -30,15 +43,20 @@ struct Number {
 };
 
 Number ParseMagnitude(const char* first, const char* last) {
-  const bool hex = last - first > 2 && first[0] == '0' && LowerAscii(first[1]) == 'x';
+  // from_chars would take a sign or a word behind "0x".
+  const bool hex =
+      last - first > 2 && first[0] == '0' && LowerAscii(first[1]) == 'x' && (IsHexDigit(first[2]) || first[2] == '.');
   double value = 0;
   if (hex) {
     const auto [end, error] = std::from_chars(first + 2, last, value, std::chars_format::hex);
-    if (error == std::errc::result_out_of_range) return {end, OutOfRangeValue(first + 2, end)};
+    // libstdc++ reads the exponent of "0x1p+-3" as -3.
+    const std::size_t signs = std::string_view(first, static_cast<std::size_t>(end - first)).find("+-");
+    if (signs != std::string_view::npos) return ParseMagnitude(first, first + signs);
+    if (error == std::errc::result_out_of_range) return {end, OutOfRangeValue(first + 2, end, true)};
     if (error == std::errc{}) return {end, value};
   }
   const auto [end, error] = std::from_chars(first, last, value, std::chars_format::general);
-  if (error == std::errc::result_out_of_range) return {end, OutOfRangeValue(first, end)};
+  if (error == std::errc::result_out_of_range) return {end, OutOfRangeValue(first, end, false)};
   return {error == std::errc{} ? end : first, value};
 }
 

@@ -17,9 +17,14 @@ struct SquareMatrix {
 
 // Solves A x = b by A = L L^T inside the band that A itself shows. Leading rows that are much longer than the rest are
 // kept out of the band and eliminated last, so that a band with a few full rows costs what a band costs.
-//   a                reads the diagonal and the upper triangle, which stay as they are; the factors go below the
-//   diagonal inverseDiagonal  of the factors, size entries decompose        false: the factors are those of an earlier
-//   call gives            0, or -1 if A is not positive definite (x is then untouched)
+//
+//   a                read on the diagonal and above, which stay as they are; the factors go below
+//
+//   inverseDiagonal  of the factors, size entries
+//
+//   decompose        false: the factors are those of an earlier call with the same a
+//
+//   gives            0, or -1 if A is not positive definite (x is then untouched)
 int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,
                 std::span<double> x, bool decompose);
 

@@ -60,7 +60,8 @@ inline double Arg(const Cplx& z) { return std::atan2(z.im, z.re); }
 // imaginary part is a negative zero.
 inline Cplx Sqrt(const Cplx& z) {
   if (z.im == 0) return z.re >= 0 ? Cplx{std::sqrt(z.re), 0} : Cplx{0, std::sqrt(-z.re)};
-  const double modulus = std::sqrt(Norm(z));
+  const double norm = Norm(z);  // far from 1 it leaves the range of a double long before the root does
+  const double modulus = norm > 1e-290 && norm < 1e290 ? std::sqrt(norm) : Abs(z);
   if (z.re >= 0) {
     const double re = std::sqrt(0.5 * (modulus + z.re));
     return {re, 0.5 * z.im / re};

@@ -2,35 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "fit/sample_fit.h"
-#include "support/scratch_folder.h"
-#include "windows/model_window.h"
+#include <algorithm>
+#include <optional>
+
+#include "windows/fit_windows.h"
 
 namespace kalvex {
 namespace {
-
-using Texts = std::vector<std::string>;
-
-class FitWindows : public testing::Test {
- protected:
-  FitWindows() {
-    Model& a = s.AddModel(3, 100, 200, 10);
-    s.AddModel(3, 100, 200, 10);
-    s.AddModel(3, 100, 200, 10);
-    s.Measure(1, a, kRefl);
-    s.Measure(2, a, kE1);
-    s.program.datasets.slots[0].name = "R.dat";
-    s.program.datasets.slots[1].name = "E1.dat";
-  }
-  FitDesk desk() { return DeskOf(s.program); }
-  std::vector<ChiSqTerm>& terms() { return s.fit().list.terms; }
-  void Select(std::initializer_list<std::size_t> rows) {
-    for (ChiSqTerm& term : terms()) term.selected = false;
-    for (const std::size_t row : rows) terms()[row].selected = true;
-    SelectionChanged(desk());
-  }
-  SampleFit s;
-};
 
 TEST_F(FitWindows, LinesNameQuantityDatasetModelWeightAndSum) {
   s.Term(1, 2, 0.5);
@@ -103,17 +81,6 @@ TEST_F(FitWindows, TheWeightFieldShowsTheCommonWeight) {
   EXPECT_EQ(terms()[2].weight, 1);
 }
 
-TEST_F(FitWindows, SelectedTermsAreRemoved) {
-  s.Term(1, 1);
-  s.Term(1, 2);
-  s.Term(2, 2);
-  Select({0, 2});
-  RemoveSelectedTerms(desk());
-  ASSERT_EQ(terms().size(), 1u);
-  EXPECT_EQ(terms()[0].modelId, 2u);
-  EXPECT_EQ(s.program.fitWindow.lines.size(), 1u);
-}
-
 TEST_F(FitWindows, TheFoldButtonHasItsTwoHeights) {
   FitWindow& window = s.program.fitWindow;
   EXPECT_EQ(window.foldButton, "<< ChiSq details");
@@ -125,130 +92,218 @@ TEST_F(FitWindows, TheFoldButtonHasItsTwoHeights) {
   EXPECT_EQ(window.foldButton, "<< ChiSw details");
 }
 
-TEST_F(FitWindows, StartRunsAndBecomesStopMeanwhile) {
-  Cell(s.model(1), 0, Wo).value = 110;
+TEST_F(FitWindows, SelectedTermsAreRemoved) {
   s.Term(1, 1);
-  struct Around {
-    FitDesk desk;
-    const Platform& platform;
-    Texts seen;
-  } around{desk(), s.program.platform, {}};
-  StartFit(desk(), s.program.platform, {&around, nullptr, [](void* self) {
-                                          auto& a = *static_cast<Around*>(self);
-                                          a.seen.push_back(a.desk.window.startButton);
-                                          StartFit(a.desk, a.platform, {});  // the same button during the run
-                                        }});
-  EXPECT_EQ(around.seen, Texts{"STOP"});
-  EXPECT_EQ(s.fit().report.stop, "stopped by the user");
-  EXPECT_EQ(s.program.fitWindow.startButton, "START");
+  s.Term(1, 2);
+  s.Term(2, 2);
+  Select({0, 2});
+  RemoveSelectedTerms(desk());
+  ASSERT_EQ(terms().size(), 1u);
+  EXPECT_EQ(terms()[0].modelId, 2u);
+  EXPECT_EQ(s.program.fitWindow.lines.size(), 1u);
+}
+
+using Pairs = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
+Pairs PairsOf(const ChiSqTermList& list) {
+  Pairs pairs;
+  for (const ChiSqTerm& term : list.terms) pairs.push_back({term.datasetId, term.modelId});
+  return pairs;
+}
+
+std::vector<int> IdsOf(const ChiSqTermList& list) {
+  std::vector<int> ids;
+  for (const ChiSqTerm& term : list.terms) ids.push_back(term.id);
+  return ids;
+}
+
+TEST_F(FitWindows, CandidatesGoByDatasetAndThenByModel) {
+  const ChiSqTermList all = CandidateTerms(desk(), {}, {});
+  EXPECT_EQ(PairsOf(all), (Pairs{{1, 1}, {1, 2}, {1, 3}, {2, 1}, {2, 2}, {2, 3}}));
+  EXPECT_EQ(PairsOf(CandidateTerms(desk(), 2, {})), (Pairs{{2, 1}, {2, 2}, {2, 3}}));
+  EXPECT_EQ(PairsOf(CandidateTerms(desk(), {}, 3)), (Pairs{{1, 3}, {2, 3}}));
+  for (const ChiSqTerm& term : all.terms) EXPECT_EQ(term.weight, 1);
+}
+
+TEST_F(FitWindows, CandidatesOfClosedModelsAndUnloadedDatasetsAreNone) {
+  CloseModel(s.program, 2);
+  UnloadDataset(s.program.datasets.slots[0]);
+  EXPECT_EQ(PairsOf(CandidateTerms(desk(), {}, {})), (Pairs{{2, 1}, {2, 3}}));
+  UnloadDataset(s.program.datasets.slots[1]);
+  EXPECT_TRUE(CandidateTerms(desk(), {}, {}).terms.empty());
+}
+
+TEST_F(FitWindows, EachCandidateHasANumberOfItsOwn) {
+  s.Term(1, 1);
+  const ChiSqTermList first = CandidateTerms(desk(), {}, {}), second = CandidateTerms(desk(), {}, {});
+  std::vector<int> ids = IdsOf(first);
+  for (const int id : IdsOf(second)) ids.push_back(id);
+  ids.push_back(terms()[0].id);
+  std::sort(ids.begin(), ids.end());
+  EXPECT_EQ(std::adjacent_find(ids.begin(), ids.end()), ids.end());
+}
+
+TEST_F(FitWindows, OfferingCandidatesLeavesTheFitAlone) {
+  s.Term(1, 1);
+  s.fit().UndoAvailable = true;
+  CandidateTerms(desk(), {}, {});
+  EXPECT_EQ(terms().size(), 1u);
   EXPECT_TRUE(s.fit().UndoAvailable);
-  PressUndo(desk());
-  EXPECT_EQ(Cell(s.model(1), 0, Wo).value, 110);
 }
 
-TEST_F(FitWindows, ARunOfAMacroLeavesTheUndoButtonOffAndRestoresItsOptions) {
+TEST_F(FitWindows, OnlyTheChosenCandidatesAreAddedBehindTheOthers) {
+  s.Term(2, 3, 0.5);
+  const ChiSqTermList all = CandidateTerms(desk(), {}, {});
+  AddChosenTerms(desk(), all, {all.terms[4].id, all.terms[1].id});
+  EXPECT_EQ(PairsOf(s.fit().list), (Pairs{{2, 3}, {1, 2}, {2, 2}}));
+  EXPECT_EQ(terms()[0].weight, 0.5);
+  EXPECT_EQ(s.program.fitWindow.lines.size(), 3u);
+  EXPECT_EQ(FitLabelsOf(s.fit()).points, "180");  // the lists are those of the new terms
+}
+
+TEST_F(FitWindows, AllAgainstAllSkipsThePairsThatAreThere) {
+  s.Term(1, 2, 0.5);
+  s.Term(2, 1, 0.25);
+  const ChiSqTermList all = CandidateTerms(desk(), {}, {});
+  AddChosenTerms(desk(), all, IdsOf(all));
+  EXPECT_EQ(PairsOf(s.fit().list), (Pairs{{1, 2}, {2, 1}, {1, 1}, {1, 3}, {2, 2}, {2, 3}}));
+  EXPECT_EQ(terms()[0].weight, 0.5);
+}
+
+TEST_F(FitWindows, WithNothingChosenNothingIsAdded) {
+  AddChosenTerms(desk(), CandidateTerms(desk(), {}, {}), {});
+  EXPECT_TRUE(terms().empty());
+}
+
+TEST_F(FitWindows, LinesHaveSixDigitsAndFollowTheSum) {
+  s.Term(2, 3, 1.0 / 3);
+  for (DataRow& row : s.program.datasets.slots[1].points) row.y += 1234.5 * row.sigma;
+  s.Rebuild();
+  const double sum = 60 * 1234.5 * 1234.5;
+  char expected[100];
+  std::snprintf(expected, sizeof(expected), "[E1] \"E1.dat\" - \"M3\"\t0.333333\t%.6g", sum);
+  EXPECT_EQ(s.program.fitWindow.lines, Texts{expected});
+}
+
+TEST_F(FitWindows, ALineFollowsTheDatasetsQuantity) {
   s.Term(1, 1);
-  RunMacroFit(desk(), s.program.platform, {}, 2);
+  s.program.datasets.slots[0].Quantity = kDefringed;
+  RefreshTermLines(desk());
+  EXPECT_EQ(s.program.fitWindow.lines[0].substr(0, 22), "[TT] \"R.dat\" - \"M1\"\t1");
+}
+
+TEST_F(FitWindows, TheFirstLineShownAndTheSelectionStayThroughARefresh) {
+  for (const std::uint32_t model : {1u, 2u, 3u}) s.Term(1, model);
+  Select({1, 2});
+  s.program.fitWindow.topLine = 2;
+  NotifyFit(s.program.notices, FitNotice::kRecompute);
+  EXPECT_EQ(s.program.fitWindow.topLine, 2);
+  EXPECT_TRUE(!terms()[0].selected && terms()[1].selected && terms()[2].selected);
+  EXPECT_EQ(s.program.fitWindow.weightText, "1");
+  RemoveSelectedTerms(desk());
+  EXPECT_LE(s.program.fitWindow.topLine, 1);
+}
+
+TEST_F(FitWindows, WithoutASelectionTheWeightFieldIsEmptyAndTypingChangesNothing) {
+  s.Term(1, 1, 2);
+  Select({});
+  EXPECT_EQ(s.program.fitWindow.weightText, "");
+  WeightEdited(desk(), "7");
+  EXPECT_EQ(terms()[0].weight, 2);
+}
+
+TEST_F(FitWindows, AWeightIsReadAsFarAsItIsANumber) {
+  s.Term(1, 1, 2);
+  Select({0});
+  EXPECT_EQ(s.program.fitWindow.weightText, "2");
+  WeightEdited(desk(), "2.5e-1x");
+  EXPECT_EQ(terms()[0].weight, 0.25);
+  WeightEdited(desk(), "-4");
+  EXPECT_EQ(terms()[0].weight, -4);
+  WeightEdited(desk(), "words");
+  EXPECT_EQ(terms()[0].weight, 0);
+  EXPECT_EQ(FitLabelsOf(s.fit()).points, "0");
+  EXPECT_EQ(FitLabelsOf(s.fit()).params, "0");
+}
+
+TEST_F(FitWindows, AWeightChangesChiSqAndEndsUndo) {
+  s.Term(1, 1);
+  s.model(1).epsInf.value = 5;
+  s.Rebuild();
+  const double before = s.fit().TotalChiSq;
+  Select({0});
+  s.fit().UndoAvailable = true;
+  WeightEdited(desk(), "3");
+  EXPECT_DOUBLE_EQ(s.fit().TotalChiSq, 3 * before);
   EXPECT_FALSE(s.fit().UndoAvailable);
-  EXPECT_EQ(s.fit().options.MaxIterations, 1000);
-  EXPECT_FALSE(s.fit().options.StopOnIterations);
-  s.fit().FitRunning = true;
-  RunMacroFit(desk(), s.program.platform, {}, 2);
-  EXPECT_TRUE(s.fit().StopRequested);
-  EXPECT_EQ(s.fit().options.MaxIterations, 2);  // what was set for the running fit stays
+  EXPECT_EQ(s.program.fitWindow.lines[0].substr(0, 23), "[R] \"R.dat\" - \"M1\"\t3\t");
 }
 
-TEST_F(FitWindows, TheOptionsFormShowsAndReadsEveryField) {
-  FitOptions options;
-  FitOptionsForm form = FormOf(options);
-  EXPECT_EQ(form.maxIterations, "1000");
-  EXPECT_EQ(form.maxSeconds, "100");
-  EXPECT_EQ(form.reductionIterations, "3");
-  EXPECT_EQ(form.reductionAmount, "0.001");
-  EXPECT_EQ(form.maxLambda, "1e+20");
-  EXPECT_EQ(form.deltaChiSq, "100");
-  EXPECT_EQ(form.singularDet, "1e-30");
-  EXPECT_EQ(form.initialLambda, "0.001");
-  EXPECT_TRUE(form.stopOnReduction && form.stopOnLambda);
-  form.stopOnIterations = form.logFit = form.stopOnOutOfRange = true;
-  form.maxIterations = "12x";
-  form.maxLambda = "words";
-  form.deltaChiSq = "-2.5";
-  ReadForm(form, options);
-  EXPECT_TRUE(options.StopOnIterations && options.LogFit);
-  EXPECT_FALSE(options.StopOnOutOfRange);
-  EXPECT_EQ(options.MaxIterations, 12);
-  EXPECT_EQ(options.MaxLambda, 0);
-  EXPECT_EQ(options.DeltaChiSq, -2.5);
+TEST_F(FitWindows, AnEmptyWeightIsNoEdit) {
+  s.Term(1, 1, 2);
+  Select({0});
+  s.fit().UndoAvailable = true;
+  WeightEdited(desk(), "");
+  EXPECT_EQ(terms()[0].weight, 2);
+  EXPECT_TRUE(s.fit().UndoAvailable);
 }
 
-TEST_F(FitWindows, NoticesRemoveTermsAndRebuildTheLists) {
+TEST_F(FitWindows, WithNothingSelectedNothingIsRemoved) {
+  s.Term(1, 1);
+  s.Term(1, 2);
+  Select({});
+  RemoveSelectedTerms(desk());
+  EXPECT_EQ(terms().size(), 2u);
+}
+
+TEST_F(FitWindows, RemovingTermsRebuildsTheListsAndEmptiesTheWeightField) {
   s.Term(1, 1);
   s.Term(2, 2);
-  s.Term(2, 3);
-  NotifyFit(s.program.notices, FitNotice::kDatasetGone, 1);
-  EXPECT_EQ(terms().size(), 2u);
-  CloseModel(s.program, 3);
-  EXPECT_EQ(terms().size(), 1u);
-  s.program.datasets.slots[1].lastActive = 9;
-  NotifyFit(s.program.notices, FitNotice::kDatasetChanged, 2);
+  Select({0});
+  EXPECT_EQ(s.program.fitWindow.weightText, "1");
+  RemoveSelectedTerms(desk());
+  EXPECT_EQ(FitLabelsOf(s.fit()).points, "60");
+  EXPECT_EQ(s.program.fitWindow.lines, Texts{"[E1] \"E1.dat\" - \"M2\"\t1\t0"});
+  EXPECT_EQ(s.program.fitWindow.weightText, "");
+}
+
+TEST_F(FitWindows, TheFoldButtonGoesByTheHeight) {
+  FitWindow& window = s.program.fitWindow;
+  window.height = 201;
+  ToggleFold(window);
+  EXPECT_EQ(window.height, 139);
+  window.height = 200;
+  ToggleFold(window);
+  EXPECT_EQ(window.height, 282);
+}
+
+TEST_F(FitWindows, ATermIsAddedAtTheEndByTheModelsNumberAndDeletedByItsPlace) {
+  CloseModel(s.program, 1);  // model 2 stands in place 2 still, place 1 is free
+  Model& fresh = *CreateModel(s.program.params);
+  ASSERT_EQ(fresh.number, 4u);
+  EXPECT_TRUE(AddTerm(desk(), 1, 2, {}));
+  EXPECT_TRUE(AddTerm(desk(), 1, 4, 0.5));
+  EXPECT_TRUE(AddTerm(desk(), 1, 4, 0.25));  // a second time
+  EXPECT_FALSE(AddTerm(desk(), 1, 1, {}));
+  EXPECT_FALSE(AddTerm(desk(), 0, 2, {}));
+  EXPECT_FALSE(AddTerm(desk(), 101, 2, {}));
+  EXPECT_EQ(PairsOf(s.fit().list), (Pairs{{1, 2}, {1, 4}, {1, 4}}));
+  EXPECT_EQ(terms()[0].weight, 1);
+  EXPECT_EQ(terms()[1].weight, 0.5);
+  EXPECT_FALSE(DeleteTerm(desk(), 1, 4));  // place 4 is free
+  EXPECT_TRUE(DeleteTerm(desk(), 1, 1));   // model 4 stands in place 1; its first term goes
+  ASSERT_EQ(PairsOf(s.fit().list), (Pairs{{1, 2}, {1, 4}}));
+  EXPECT_EQ(terms()[1].weight, 0.25);
+}
+
+TEST_F(FitWindows, DeletingATermThatIsNotThereRebuildsTheLists) {
+  s.Term(1, 1);
+  s.program.datasets.slots[0].lastActive = 9;
+  s.fit().UndoAvailable = true;
+  EXPECT_FALSE(DeleteTerm(desk(), 2, 1));
+  EXPECT_FALSE(DeleteTerm(desk(), 1, 0));
+  EXPECT_FALSE(DeleteTerm(desk(), 1, 101));
   EXPECT_EQ(s.fit().points.size(), 10u);
-  FixAll(&s.model(2), true);
-  NotifyFit(s.program.notices, FitNotice::kModelParamsChanged);
-  EXPECT_EQ(s.fit().NumFitParams, 0);
-}
-
-TEST_F(FitWindows, ChiSqFollowsAParameterOnlyWithAutoUpdateButAlwaysARequest) {
-  s.Term(1, 1);
-  EXPECT_EQ(s.fit().TotalChiSq, 0);
-  s.program.AutoScreenUpdate = false;
-  s.model(1).epsInf.value = 5;
-  RefreshModelWindow(s.program.notices, s.model(1));
-  EXPECT_EQ(s.fit().TotalChiSq, 0);
-  NotifyFit(s.program.notices, FitNotice::kRecompute);
-  const double now = s.fit().TotalChiSq;
-  EXPECT_GT(now, 0);
-  s.program.AutoScreenUpdate = true;
-  s.model(1).epsInf.value = 9;
-  RefreshModelWindow(s.program.notices, s.model(1), true);  // quiet
-  EXPECT_EQ(s.fit().TotalChiSq, now);
-  NotifyFit(s.program.notices, FitNotice::kExpParamsChanged);
-  EXPECT_NE(s.fit().TotalChiSq, now);
-}
-
-TEST_F(FitWindows, WhileClosedNothingArrives) {
-  s.Term(1, 1);
-  s.program.fitWindow.open = false;
-  NotifyFit(s.program.notices, FitNotice::kDatasetGone, 1);
-  EXPECT_EQ(terms().size(), 1u);
-  OpenFitWindow(desk());
-  EXPECT_TRUE(s.program.fitWindow.open);
-}
-
-TEST(ModelWindow, GraphsHearBeforeTheFitAndRowsBeforeValues) {
-  std::vector<int> heard;
-  Notices notices;
-  notices.owner = &heard;
-  notices.graphs = [](void* self, GraphEvent event, std::int64_t) {
-    static_cast<std::vector<int>*>(self)->push_back(static_cast<int>(event));
-  };
-  notices.fit = [](void* self, FitNotice, std::uint32_t) { static_cast<std::vector<int>*>(self)->push_back(-1); };
-  ParamTables tables;
-  Model& model = *CreateModel(tables);
-  Model& other = *CreateModel(tables);
-  model.dirty = true;
-  RefreshModelRows(notices, model);
-  EXPECT_EQ(heard, (std::vector<int>{3, 4, -1}));
-  EXPECT_FALSE(model.dirty);
-  heard.clear();
-  RefreshModelWindow(notices, model, true);
-  EXPECT_EQ(heard, std::vector<int>{4});
-  heard.clear();
-  other.dirty = true;
-  tables.expParamsDirty = true;
-  RedrawDirty(notices, tables);
-  EXPECT_EQ(heard, (std::vector<int>{4, -1, 5, -1}));
-  EXPECT_FALSE(tables.expParamsDirty);
+  EXPECT_FALSE(s.fit().UndoAvailable);
 }
 
 }  // namespace

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "fit/running.h"
+#include "models/param_value.h"
+
+namespace kalvex {
+namespace {
+
+// printf's own opinion of a number.
+std::string G6(double value) {
+  char text[40];
+  std::snprintf(text, sizeof(text), "%.6g", value);
+  return text;
+}
+
+// The row of the present state.
+std::string RowOf(const FitState& fit) {
+  std::string row = std::to_string(fit.IterationCount) + ' ' + std::to_string(fit.ElapsedSeconds) + ' ' +
+                    G6(fit.Lambda) + ' ' + G6(fit.TotalChiSq) + ' ';
+  for (const ChiSqTerm& term : fit.list.terms) row += G6(term.termChiSq) + ' ';
+  for (int p = 0; p < fit.NumFreeParams; ++p) {
+    const ModelParam& cell = *fit.params[static_cast<std::size_t>(p)].cell;
+    row += G6(cell.value) + ' ' + G6(cell.error) + ' ';
+  }
+  return row + '\n';
+}
+
+TEST_F(Running, TheLogHasAHeadAndARowAnIterationForEachRun) {
+  Prepare(0.02);
+  Cell(model, 0, Wo).adjustable = 0;
+  model.epsInf.adjustable = 0;
+  s.Term(1, 1, 2);
+  options().LogFit = true;
+  options().StopOnIterations = true;
+  options().MaxIterations = 2;
+  s.Run();
+  s.Run();
+  const std::vector<std::string> lines = LinesOf(folder.Read("Fitlog.dat"));
+  ASSERT_EQ(lines.size(), 8u);
+  EXPECT_EQ(lines[0], "IterNo Time Lambda ChiSq ChiSq1 ChiSq2 P1 Perr1 P2 Perr2 ");
+  EXPECT_EQ(lines[4], lines[0]);
+  EXPECT_EQ(lines[1].substr(0, 10), "0 0 0.001 ");
+  EXPECT_EQ(lines[1].back(), ' ');
+  EXPECT_EQ(lines[2].substr(0, 2), "1 ");
+  const auto numbers = NumbersOf(lines[2])[0];
+  EXPECT_NEAR(numbers[3], numbers[4] + 2 * numbers[5], 1e-4 * numbers[3]);  // the terms' own sums carry no weight
+}
+
+TEST_F(Running, EveryRowOfTheLogIsInTheFileBeforeTheNextIteration) {
+  Prepare(0.02);
+  s.Measure(2, model, kE1, 0.5);
+  Cell(model, 0, Wp).error = 0.125;
+  s.Term(2, 1, 0.25);
+  options().LogFit = true;
+  std::string expected = "IterNo Time Lambda ChiSq ChiSq1 ChiSq2 P1 Perr1 P2 Perr2 P3 Perr3 P4 Perr4 \n";
+  fit().IterationCount = fit().ElapsedSeconds = 0;
+  fit().Lambda = 0.001;
+  expected += RowOf(fit());  // the lists are fresh: this is the state at the start
+  RunWatch watch;
+  watch.iterationDone = [&] {
+    EXPECT_EQ(folder.Read("Fitlog.dat"), expected);
+    expected += RowOf(fit());
+  };
+  watch.poll = [&] { EXPECT_EQ(folder.Read("Fitlog.dat"), expected); };
+  s.Run(watch.Hooks());
+  EXPECT_GE(fit().IterationCount, 3);
+  EXPECT_EQ(folder.Read("Fitlog.dat"), expected);
+}
+
+TEST_F(Running, ARunWithoutAStepLeavesAHeadAndTheRowOfTheStart) {
+  Prepare();
+  SampleFit::Set(model, 4, 120, 250, 8);
+  s.Rebuild();
+  options().LogFit = true;
+  options().MaxLambda = 0.001;
+  s.Run();
+  EXPECT_EQ(folder.Read("Fitlog.dat"),
+            "IterNo Time Lambda ChiSq ChiSq1 P1 Perr1 P2 Perr2 P3 Perr3 P4 Perr4 \n"
+            "0 0 0.001 0 0 4 0 120 0 250 0 8 0 \n");
+}
+
+TEST_F(Running, TheColumnsOfTheLogFollowTheRun) {
+  Prepare();
+  SampleFit::Set(model, 4, 120, 250, 8);
+  FixAll(&model, true);
+  model.epsInf.adjustable = 1;
+  s.Rebuild();
+  options().LogFit = true;
+  s.Run();
+  Cell(model, 0, G).adjustable = 1;
+  s.Term(1, 1, 0);  // shown, though it weighs nothing
+  s.Run();
+  EXPECT_EQ(folder.Read("Fitlog.dat"),
+            "IterNo Time Lambda ChiSq ChiSq1 P1 Perr1 \n"
+            "0 0 0.001 0 0 4 0 \n"
+            "IterNo Time Lambda ChiSq ChiSq1 ChiSq2 P1 Perr1 P2 Perr2 \n"
+            "0 0 0.001 0 0 0 4 0 8 0 \n");
+}
+
+TEST_F(Running, CoupledParametersHaveNoColumnOfTheirOwn) {
+  Prepare(0.02);
+  InsertRow(&model, 1);
+  SetCoupling(s.program.params, Cell(model, 0, G), 2);
+  SetCoupling(s.program.params, Cell(model, 1, G), 2);
+  s.Rebuild();
+  options().LogFit = true;
+  s.Run();
+  const std::vector<std::string> lines = LinesOf(folder.Read("Fitlog.dat"));
+  EXPECT_EQ(lines[0], "IterNo Time Lambda ChiSq ChiSq1 P1 Perr1 P2 Perr2 P3 Perr3 P4 Perr4 P5 Perr5 P6 Perr6 ");
+  EXPECT_EQ(NumbersOf(lines[1])[0].size(), 5u + 12);
+}
+
+TEST_F(Running, WhatTheLogHeldBeforeStays) {
+  Prepare(0.02);
+  folder.Write("Fitlog.dat", "a line of my own\n");
+  options().LogFit = true;
+  s.Run();
+  EXPECT_EQ(LinesOf(folder.Read("Fitlog.dat"))[0], "a line of my own");
+}
+
+TEST_F(Running, WithTheLogOffThereIsNoFile) {
+  Prepare(0.02);
+  s.Run();
+  EXPECT_FALSE(folder.Has("Fitlog.dat"));
+}
+
+TEST_F(Running, ALogThatCannotBeOpenedDoesNotStopTheRun) {
+  Prepare(0.02);
+  std::filesystem::create_directory(folder.Path("Fitlog.dat"));
+  options().LogFit = true;
+  EXPECT_EQ(s.Run(), 0);
+  EXPECT_GE(fit().IterationCount, 3);
+  EXPECT_TRUE(s.messages.empty());
+}
+
+}  // namespace
+}  // namespace kalvex
