@@ -2,33 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "files/bytes_of.h"
-#include "files/curve_file.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
+#include <filesystem>
+
+#include "files/model_files.h"
 #include "models/quantity.h"
-#include "program/program.h"
-#include "support/scratch_folder.h"
 
 namespace kalvex {
 namespace {
-
-std::string Record(double value, double error, std::uint32_t free, double min, double max, std::string name,
-                   double slope = 0) {
-  name.resize(50, '\0');
-  std::string bytes = Bytes(value) + Bytes(error) + Bytes(free) + Bytes(min) + Bytes(max) + name;
-  for (int i = 0; i < 16; ++i) bytes += Bytes(slope);
-  return bytes + Bytes(std::uint32_t{0});
-}
-
-class ModelFiles : public testing::Test {
- protected:
-  ModelFiles() : model(*CreateModel(program.params)) {}
-  int Save(const std::string& name) { return SaveModel(program.eval, model, 12.5, folder.Path(name)); }
-  ScratchFolder folder;
-  Program program;
-  Model& model;
-};
 
 TEST_F(ModelFiles, BytesAreAsLaidOut) {
   Cell(model, 0, Wp).error = 0.5;
@@ -95,35 +75,6 @@ TEST_F(ModelFiles, TheOlderFormHasNoLimits) {
   EXPECT_EQ(Cell(model, 0, G).useMin + Cell(model, 0, G).coupling, 0u);
 }
 
-TEST_F(ModelFiles, ACutFileRepeatsItsLastRecordOrIsRefusedWithoutAHead) {
-  InsertRow(&model, 1);
-  Cell(model, 1, Wo).value = 555;
-  Save("a.kvm");
-  const std::string whole = folder.Read("a.kvm");
-  for (std::size_t size = 0; size < whole.size(); size += 3) {
-    folder.Write("cut.kvm", whole.substr(0, size));
-    Model& other = *CreateModel(program.params);
-    EXPECT_EQ(LoadModel(other, folder.Path("cut.kvm")), size < 222 ? -1 : 0) << size;
-    EXPECT_EQ(RowCount(other), size < 222 ? 1 : 2) << size;
-    CloseModelRecord(other);
-  }
-  folder.Write("cut.kvm", whole.substr(0, 222 + 4 * 218));  // ends behind the first element of the second row
-  LoadModel(model, folder.Path("cut.kvm"));
-  EXPECT_EQ(Cell(model, 1, Wo).value, 555);
-  EXPECT_EQ(Cell(model, 1, G).value, 555);
-}
-
-TEST_F(ModelFiles, HostileCountsEndSoon) {
-  Save("a.kvm");
-  std::string bytes = folder.Read("a.kvm");
-  for (const std::int32_t count : {-1, -2147483647, 0, 5000, 2147483647}) {
-    bytes.replace(218, 4, Bytes(count));
-    folder.Write("b.kvm", bytes);
-    ASSERT_EQ(LoadModel(model, folder.Path("b.kvm")), 0);
-    EXPECT_EQ(RowCount(model), count == 5000 ? 5000 : count > 0 ? 2 : 0) << count;
-  }
-}
-
 TEST_F(ModelFiles, WhatCannotBeOpenedFails) {
   EXPECT_EQ(Save("no folder/a.kvm"), -1);
   EXPECT_EQ(LoadModel(model, folder.Path("none")), -1);
@@ -167,52 +118,173 @@ TEST(ModelFileNames, FollowTheFolderAndTheLastDot) {
   EXPECT_EQ(TableNameOf("x"), "Par.dat");
 }
 
-TEST_F(ModelFiles, CurvesWalkTheirGridByARunningSum) {
-  ClearRows(&model);
-  CurveExport what;
-  what.quantity = kE1;
-  what.xMin = 0;
-  what.xMax = 1;
-  what.points = 11;
-  ASSERT_EQ(ExportModelCurve(program.eval, &model, what, folder.Path("a")), 0);
-  std::size_t expected = 0;
-  for (double x = 0; x <= 1; x += 1.0 / 10) ++expected;  // ten steps of 0.1 end beside 1
-  EXPECT_EQ(NumbersOf(folder.Read("a")).size(), expected);
-  EXPECT_EQ(folder.Read("a").substr(0, 10), "0 3\n0.1 3\n");
-  what.points = 1;
-  ExportModelCurve(program.eval, &model, what, folder.Path("a"));
-  EXPECT_EQ(folder.Read("a"), "0 3\n");
-  what.points = 5;
-  what.grid = 3;
-  ExportModelCurve(program.eval, &model, what, folder.Path("a"));
-  EXPECT_EQ(folder.Read("a"), "");
-}
-
-TEST_F(ModelFiles, AStepTooSmallToMoveEndsToo) {
-  CurveExport what;
-  what.quantity = kE1;
-  what.xMin = 1;
-  what.xMax = 1 + 2.3e-16;
-  what.points = 1000;
-  ASSERT_EQ(ExportModelCurve(program.eval, &model, what, folder.Path("a")), 0);
-  EXPECT_LE(NumbersOf(folder.Read("a")).size(), 1001u);
-}
-
-TEST_F(ModelFiles, CurvesOnTheMeshTakeItsPoints) {
-  ClearRows(&model);
-  model.vdf.mesh.resize(3);
-  for (std::size_t i = 0; i < 3; ++i) {
-    model.vdf.mesh[i].x = 10.0 * static_cast<double>(i + 1);
-    model.vdf.mesh[i].e1.value = static_cast<double>(i);
+TEST_F(ModelFiles, EveryFieldHasItsPlace) {
+  model.rows.resize(0);
+  InsertRow(&model, 0);
+  InsertRow(&model, 1);
+  const auto fill = [](ModelParam& param, double seed) {
+    param = ModelParam{};
+    param.value = seed + 0.5;
+    param.error = -seed;
+    param.adjustable = static_cast<std::uint32_t>(seed);
+    param.min = seed - 1e300;
+    param.max = seed + 1e-300;
+    SetName(param, "parameter");
+    param.dEpsRe = seed + 20;
+    param.dEpsIm = seed + 21;
+    for (std::size_t q = 0; q < param.dQuantity.size(); ++q) param.dQuantity[q] = seed + 22 + static_cast<double>(q);
+    param.reserved = 0xA1B2C3D4;
+    param.useMin = 5;
+    param.useMax = 6;
+    param.coupling = static_cast<std::uint32_t>(seed) + 7;
+    param.dScalar = param.fitCoord = param.fitScale = 1e99;  // not kept
+  };
+  const auto record = [](double seed) {
+    std::string name = "parameter";
+    name.resize(50, '\0');
+    std::string bytes = Bytes(seed + 0.5) + Bytes(-seed) + Bytes(static_cast<std::uint32_t>(seed)) +
+                        Bytes(seed - 1e300) + Bytes(seed + 1e-300) + name;
+    for (int i = 0; i < 16; ++i) bytes += Bytes(seed + 20 + i);  // the last Quantity is not kept
+    return bytes + "\xD4\xC3\xB2\xA1";
+  };
+  fill(model.epsInf, 1);
+  std::string records, limits;
+  for (int i = 0; i < 6; ++i) {
+    const double seed = 10.0 * (i + 1);
+    fill(model.rows[static_cast<std::size_t>(i)], seed);
+    records += record(seed);
+    limits += Limits(5, 6, static_cast<std::uint32_t>(seed) + 7);
   }
-  CurveExport what;
-  what.quantity = kE1;
-  what.onMesh = true;
-  ExportModelCurve(program.eval, &model, what, folder.Path("a"));
-  EXPECT_EQ(folder.Read("a"), "");  // the function is off
-  model.vdf.On = 1;
-  ExportModelCurve(program.eval, &model, what, folder.Path("a"));
-  EXPECT_EQ(folder.Read("a"), "10 3\n20 4\n30 5\n");
+  // The weight at zero frequency of such rows does not matter here.
+  ASSERT_EQ(Save("a.kvm"), 0);
+  const std::string bytes = folder.Read("a.kvm");
+  EXPECT_EQ(bytes.size(), 226u + 2 * 3 * (218 + 12));
+  EXPECT_EQ(bytes, record(1) + std::string("\x02\0\0\0", 4) + records + std::string("\x01\0\0\0", 4) + limits);
+}
+
+TEST_F(ModelFiles, BytesWrittenByHandLoad) {
+  folder.Write("a.kvm", Record(2.5, 0.25, 0, -1, 8, "constant", 3) + Bytes(1) + Record(50, 1, 1, 2, 3, "first", 4) +
+                            Record(60, 2, 0, 4, 5, "second") + Record(70, 3, 7, 6, 8, "third") + Bytes(99) +
+                            Limits(1, 0, 3) + Limits(0, 1, 0) + Limits(2, 2, 24));
+  ASSERT_EQ(LoadModel(model, folder.Path("a.kvm")), 0);  // nobody reads the marker's value
+  EXPECT_EQ(model.epsInf.value, 2.5);
+  EXPECT_EQ(model.epsInf.error, 0.25);
+  EXPECT_EQ(model.epsInf.adjustable, 0u);
+  EXPECT_EQ(model.epsInf.min, -1);
+  EXPECT_EQ(model.epsInf.max, 8);
+  EXPECT_EQ(NameOf(model.epsInf), "constant");
+  EXPECT_EQ(model.epsInf.dQuantity[13], 3);
+  ASSERT_EQ(RowCount(model), 1);
+  EXPECT_EQ(Cell(model, 0, Wo).value, 50);
+  EXPECT_EQ(Cell(model, 0, Wo).useMin, 1u);
+  EXPECT_EQ(Cell(model, 0, Wo).coupling, 3u);
+  EXPECT_EQ(Cell(model, 0, Wp).useMax, 1u);
+  EXPECT_EQ(Cell(model, 0, Wp).adjustable, 0u);
+  EXPECT_EQ(NameOf(Cell(model, 0, Wp)), "second");
+  EXPECT_EQ(Cell(model, 0, G).adjustable, 7u);
+  EXPECT_EQ(Cell(model, 0, G).useMin + Cell(model, 0, G).useMax, 4u);
+  EXPECT_EQ(Cell(model, 0, G).coupling, 24u);
+}
+
+TEST_F(ModelFiles, NumberNameAndMeshOfTheModelStay) {
+  Save("a.kvm");
+  Model& other = *CreateModel(program.params);
+  other.name = "mine";
+  other.vdf.On = 1;
+  other.vdf.mesh.resize(4);
+  LoadModel(other, folder.Path("a.kvm"));
+  EXPECT_EQ(other.number, 2u);
+  EXPECT_EQ(other.name, "mine");
+  EXPECT_EQ(other.vdf.mesh.size(), 4u);
+}
+
+TEST_F(ModelFiles, AGroupInAFileIsNotJoined) {
+  Cell(model, 0, G).coupling = 2;
+  Cell(model, 0, G).value = 5;
+  Save("a.kvm");
+  Model& other = *CreateModel(program.params);
+  Cell(model, 0, G).value = 9;
+  LoadModel(other, folder.Path("a.kvm"));
+  EXPECT_EQ(Cell(other, 0, G).coupling, 2u);
+  EXPECT_EQ(Cell(other, 0, G).value, 5);
+  EXPECT_EQ(Cell(model, 0, G).value, 9);
+  EXPECT_FALSE(model.dirty);
+}
+
+TEST_F(ModelFiles, TheSummaryNumbersItsRowsFromZero) {
+  InsertRow(&model, 1);
+  Cell(model, 1, Wp).value = -1.5;
+  Cell(model, 1, Wp).error = 1e7;
+  Cell(model, 1, Wo).value = 1e-7;
+  ASSERT_EQ(SaveModel(program.eval, model, -0.000123456, folder.Path("a.kvm")), 0);
+  EXPECT_EQ(folder.Read("a.asc"),
+            "ChiSq = -1.2346E-04\n\nEinf = 3.000000 \xB1 0.000000\n\n"
+            "Wo[0] = 100.000000 \xB1 0.000000\nWp[0] = 100.000000 \xB1 0.000000\nG [0] = 10.000000 \xB1 0.000000\n\n"
+            "Wo[1] = 0.000000 \xB1 0.000000\nWp[1] = -1.500000 \xB1 10000000.000000\n"
+            "G [1] = 10.000000 \xB1 0.000000\n\n");
+}
+
+TEST_F(ModelFiles, TheTableEndsWithTheWeightAtZeroFrequency) {
+  // A carrier of no width: eps1 = epsInf - Wp^2/w^2, and -eps1 w^2 at w = 1e-5 is Wp^2 but for epsInf 1e-10.
+  const auto weight = [&] {
+    folder.Write("Par.dat", "");
+    Save("a.kvm");
+    const std::string line = folder.Read("Par.dat");
+    return line.substr(0, line.size() - 2).substr(line.size() - 12);
+  };
+  Cell(model, 0, Wo).value = Cell(model, 0, G).value = 0;
+  Cell(model, 0, Wp).value = 1234;
+  EXPECT_EQ(weight(), "1.5228E+06");
+  // Two of them add up.
+  InsertRow(&model, 1);
+  Cell(model, 1, Wo).value = Cell(model, 1, G).value = 0;
+  Cell(model, 1, Wp).value = 1000;
+  EXPECT_EQ(weight(), "2.5228E+06");
+  // With a width of 1e-5 half of the weight is left at that frequency: w^2/(w^2 + G^2) = 1/2.
+  RemoveRow(&model, 1);
+  Cell(model, 0, G).value = 1e-5;
+  EXPECT_EQ(weight(), "7.6138E+05");
+  // An oscillator has none: -(epsInf + 1) 1e-10.
+  Cell(model, 0, Wo).value = Cell(model, 0, Wp).value = 100;
+  EXPECT_EQ(weight(), "4.0000E-10");
+  EXPECT_EQ(folder.Read("Par.dat").substr(folder.Read("Par.dat").size() - 14), " -4.0000E-10 \n");
+}
+
+TEST_F(ModelFiles, LinesOfTheTableAreAsLongAsTheirModels) {
+  Save("one.kvm");
+  ClearRows(&model);
+  model.epsInf.value = -2.25;
+  Save("none.kvm");
+  const std::string text = folder.Read("Par.dat");
+  EXPECT_EQ(text.substr(text.find('\n') + 1), "none.kvm 1.2500E+01 -2.250000 2.2500E-10 \n");
+}
+
+TEST_F(ModelFiles, ASaveReplacesTheFileAndTheSummary) {
+  Save("a.kvm");
+  ClearRows(&model);
+  Save("a.kvm");
+  EXPECT_EQ(folder.Read("a.kvm").size(), 226u);
+  EXPECT_EQ(folder.Read("a.asc"), "ChiSq = 1.2500E+01\n\nEinf = 3.000000 \xB1 0.000000\n\n");
+}
+
+TEST_F(ModelFiles, ASummaryOrTableThatCannotBeWrittenIsNoFailure) {
+  std::filesystem::create_directory(folder.Path("a.asc"));
+  std::filesystem::create_directory(folder.Path("Par.dat"));
+  EXPECT_EQ(Save("a.kvm"), 0);
+  EXPECT_EQ(LoadModel(model, folder.Path("a.kvm")), 0);
+}
+
+TEST(ModelFileNames, ADotInTheFolderAloneIsTheLastDotAllTheSame) {
+  EXPECT_EQ(SummaryNameOf("out.d/x"), "out.asc");
+  EXPECT_EQ(TableNameOf("out.d/x"), "out.d/Par.dat");
+  EXPECT_EQ(SummaryNameOf(".kvm"), ".asc");
+  EXPECT_EQ(SummaryNameOf("x."), "x.asc");
+  EXPECT_EQ(SummaryNameOf(""), "asc");
+}
+
+TEST(ModelFileNames, ADriveAloneIsAFolder) {
+  EXPECT_EQ(TableNameOf("C:x.kvm"), "C:Par.dat");
+  EXPECT_EQ(TableNameOf("C:\\x"), "C:\\Par.dat");
 }
 
 }  // namespace

@@ -1,0 +1,40 @@
+// The parts of a model file laid out by hand, and a folder with a model to save.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "files/bytes_of.h"
+#include "files/model_file.h"
+#include "models/model_rows.h"
+#include "models/model_table.h"
+#include "program/program.h"
+#include "support/scratch_folder.h"
+
+namespace kalvex {
+
+// 218 bytes; slope fills all derivatives.
+inline std::string Record(double value, double error, std::uint32_t free, double min, double max, std::string name,
+                          double slope = 0) {
+  name.resize(50, '\0');
+  std::string bytes = Bytes(value) + Bytes(error) + Bytes(free) + Bytes(min) + Bytes(max) + name;
+  for (int i = 0; i < 16; ++i) bytes += Bytes(slope);
+  return bytes + Bytes(std::uint32_t{0});
+}
+
+// 12 bytes.
+inline std::string Limits(std::uint32_t useMin, std::uint32_t useMax, std::uint32_t coupling) {
+  return Bytes(useMin) + Bytes(useMax) + Bytes(coupling);
+}
+
+class ModelFiles : public testing::Test {
+ protected:
+  ModelFiles() : model(*CreateModel(program.params)) {}
+  int Save(const std::string& name) { return SaveModel(program.eval, model, 12.5, folder.Path(name)); }
+  ScratchFolder folder;
+  Program program;
+  Model& model;
+};
+
+}  // namespace kalvex
