@@ -50,16 +50,35 @@ std::string RandomText(std::mt19937_64& random, const std::string& characters) {
 }
 
 TEST(ReadReal, DecimalNumbers) {
-  for (const char* const text :
-       {"0", "-0", "1", "12.5", "-.5", ".5", "5.", "5.e3", ".e3", "+3e2", "1E5", "1e-7", "1d5", "00012", "1.2.3", "1,5",
-        "3.141592653589793238462643383279", "0.0000000000000000000000000000001", "9007199254740993", "1e22", "1e23"}) {
+  for (const char* const text : {"0",
+                                 "-0",
+                                 "1",
+                                 "12.5",
+                                 "-.5",
+                                 ".5",
+                                 "5.",
+                                 "5.e3",
+                                 ".e3",
+                                 "+3e2",
+                                 "1E5",
+                                 "1e-7",
+                                 "1d5",
+                                 "00012",
+                                 "1.2.3",
+                                 "1,5",
+                                 "3.141592653589793238462643383279",
+                                 "0.0000000000000000000000000000001",
+                                 "9007199254740993",
+                                 "1e22",
+                                 "1e23"}) {
     ExpectReadsLikeStrtod(text);
   }
 }
 
 TEST(ReadReal, WhiteSpaceIsAllowedBeforeTheNumberOnly) {
-  for (const char* const text : {"  7", "\t-8 ", "\v\f\r\n 3", " .5 6", "- 1", "1 2", "1e 5", "\xa0"
-                                                                                             "1"}) {
+  for (const char* const text : {"  7", "\t-8 ", "\v\f\r\n 3", " .5 6", "- 1", "1 2", "1e 5",
+                                 "\xa0"
+                                 "1"}) {
     ExpectReadsLikeStrtod(text);
   }
 }
@@ -95,8 +114,8 @@ TEST(ReadReal, ASignOrAWordBehindThePrefixIsNoHexadecimalNumber) {
 
 TEST(ReadReal, InfinityAndNotANumber) {
   for (const char* const text :
-       {"inf", "-INF", "+inf", "infinity", "iNfInItY", "infinit", "infinity1", "inf.", "-infi", "nan", "NaN", "-nan",
-        "nano", "nan(", "nan()", "nan(12)", "nan(ab_c)x", "nan(a-)", "in", "na"}) {
+       {"inf", "-INF", "+inf", "infinity", "iNfInItY", "infinit", "infinity1",  "inf.",    "-infi", "nan",
+        "NaN", "-nan", "nano", "nan(",     "nan()",    "nan(12)", "nan(ab_c)x", "nan(a-)", "in",    "na"}) {
     ExpectReadsLikeStrtod(text);
   }
 }

@@ -38,10 +38,12 @@ std::string Made(Append append, double value, More... more) {
 std::vector<double> SampleValues(int random) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-  std::vector<double> values = {0,        -0.0,     1,         -1,      0.1,      0.5,       1.5,       2.5,
-                                123456,   1234567,  999999.5,  1e-4,    1e-5,     9.9999e-5, 9.99999e-5, 99999.95,
-                                0.000125, 1e22,     1e300,     -1e-300, 5e-324,   1e70,      -7.77777e77, 7.77777e77,
-                                1e30,     kInfinity, -kInfinity, kNan,  -kNan,    std::numeric_limits<double>::max()};
+  std::vector<double> values = {0,         -0.0,       1,           -1,         0.1,
+                                0.5,       1.5,        2.5,         123456,     1234567,
+                                999999.5,  1e-4,       1e-5,        9.9999e-5,  9.99999e-5,
+                                99999.95,  0.000125,   1e22,        1e300,      -1e-300,
+                                5e-324,    1e70,       -7.77777e77, 7.77777e77, 1e30,
+                                kInfinity, -kInfinity, kNan,        -kNan,      std::numeric_limits<double>::max()};
   std::mt19937_64 bits(4);
   std::uniform_real_distribution<double> exponent(-12, 12);
   for (int i = 0; i < random; ++i) {
@@ -138,12 +140,21 @@ TEST(Text, NamesIgnoreTheCaseOfLetters) {
 }
 
 TEST(Text, PathsFallApartAtTheirLastSeparator) {
-  const char* const cases[][3] = {
-      {"a/b/c.dat", "a/b/", "c.dat"}, {"c.dat", "", "c.dat"}, {"C:\\a.b\\x.kvm", "C:\\a.b\\", "x.kvm"},
-      {"C:x.kvm", "C:", "x.kvm"},     {"a/", "a/", ""},       {"", "", ""},
-      {"run:1.dat", "", "run:1.dat"}, {"/", "/", ""},         {"/x", "/", "x"},
-      {"a\\b/c", "a\\b/", "c"},       {"a/b\\c", "a/b\\", "c"}, {"1:x", "", "1:x"},
-      {":x", "", ":x"},               {"C:", "C:", ""},       {"a b/c d", "a b/", "c d"}};
+  const char* const cases[][3] = {{"a/b/c.dat", "a/b/", "c.dat"},
+                                  {"c.dat", "", "c.dat"},
+                                  {"C:\\a.b\\x.kvm", "C:\\a.b\\", "x.kvm"},
+                                  {"C:x.kvm", "C:", "x.kvm"},
+                                  {"a/", "a/", ""},
+                                  {"", "", ""},
+                                  {"run:1.dat", "", "run:1.dat"},
+                                  {"/", "/", ""},
+                                  {"/x", "/", "x"},
+                                  {"a\\b/c", "a\\b/", "c"},
+                                  {"a/b\\c", "a/b\\", "c"},
+                                  {"1:x", "", "1:x"},
+                                  {":x", "", ":x"},
+                                  {"C:", "C:", ""},
+                                  {"a b/c d", "a b/", "c d"}};
   for (const auto& [path, folder, name] : cases) {
     EXPECT_EQ(DirectoryOf(path), folder) << path;
     EXPECT_EQ(FileNameOf(path), name) << path;
