@@ -1,0 +1,40 @@
+// A master file of three rows and the slot it is loaded into.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "datasets/load_dataset.h"
+#include "support/scratch_folder.h"
+
+namespace kalvex {
+
+using Rows = std::vector<std::array<double, 3>>;
+
+inline Rows Plain(const std::vector<DataRow>& rows) {
+  Rows plain;
+  for (const DataRow& row : rows) plain.push_back({row.x, row.y, row.sigma});
+  return plain;
+}
+
+class Loading : public testing::Test {
+ protected:
+  Loading() { args.MasterFile = folder.Write("T_sample.dat", "10 1 0.1\n20 2 0.2\n40 4 0.4\n"); }
+
+  // What the user is told, empty after a success.
+  std::string Load() {
+    const char* const message = LoadDatasetFromMacro(table, args);
+    return message ? message : "";
+  }
+  Dataset& Slot() { return table.slots[static_cast<std::size_t>(args.DatasetNo.value_or(1) - 1)]; }
+  Rows Points() { return Plain(Slot().points); }
+
+  ScratchFolder folder;
+  DatasetTable table;
+  LoadDatasetArgs args;
+};
+
+}  // namespace kalvex
