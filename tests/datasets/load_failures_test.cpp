@@ -35,7 +35,9 @@ TEST_F(Failure, AMasterFileThatCannotBeOpened) {
 }
 
 TEST_F(Failure, AMasterFileIsNeededEvenForAGeneratedDataset) {
-  args = {.XMethod = 3, .YMethod = 2};
+  args = {};
+  args.XMethod = 3;
+  args.YMethod = 2;
   EXPECT_EQ(Load(), "Cannot open master file.");
 }
 
