@@ -92,7 +92,9 @@ MacroResult ExportDatasetCommand(MacroCall& call) {
   const bool written = ExportDatasetNo(call.program.datasets, *slot, *file, call.Int("ExportFitted").value_or(0) != 0,
                                        call.Int("ExportErrorBars").value_or(0) != 0);
   if (!written) return call.Nothing("'" + *file + "' cannot be written");
-  return Outcome(call, *slot, LoadedDataset(call, *slot) != nullptr, "written to '" + *file + "'");
+  const bool loaded = LoadedDataset(call, *slot) != nullptr;
+  return call.Done(SlotText(*slot) + (loaded ? " written to '" : " is not loaded; an empty file is at '") + *file +
+                   "'");
 }
 
 MacroResult AddNoiseCommand(MacroCall& call) {

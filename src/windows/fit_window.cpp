@@ -24,20 +24,37 @@ void AfterParamChange(FitDesk desk, bool compute) {
   RefreshTermLines(desk);
 }
 
-template <class Matches>
-void RemoveTermsIf(FitDesk desk, Matches matches) {
-  std::erase_if(desk.fit.list.terms, matches);
+std::string PairText(const FitDesk& desk, const ChiSqTerm& term) {
+  const Dataset* const dataset = GetDatasetById(*desk.eval.datasets, term.datasetId);
+  const Model* const model = GetModelByNumber(*desk.eval.params, term.modelId);
+  std::string text = "[";
+  text += kQuantityNames[static_cast<std::size_t>(dataset ? dataset->Quantity : 0)].shortName;
+  text += "] \"" + (dataset ? dataset->name : "") + "\" - \"" + (model ? model->name : "") + "\"";
+  return text;
+}
+
+// A list of terms that has become another one is filled from its first line, with nothing selected.
+void FillTermLines(FitDesk desk) {
+  for (ChiSqTerm& term : desk.fit.list.terms) term.selected = false;
+  desk.window.topLine = 0;
   RebuildAfterTermChange(desk);
   SelectionChanged(desk);
 }
 
-const char* RunTexts(bool running) { return running ? "STOP" : "START"; }
+std::vector<std::uint32_t> Chosen(const std::vector<std::uint32_t>& ids, std::size_t choice) {
+  if (choice == 0) return ids;
+  return choice <= ids.size() ? std::vector{ids[choice - 1]} : std::vector<std::uint32_t>{};
+}
 
-int RunWithBusyWindow(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
+template <class Matches>
+void RemoveTermsIf(FitDesk desk, Matches matches) {
+  std::erase_if(desk.fit.list.terms, matches);
+  FillTermLines(desk);
+}
+
+int RunAndRefresh(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
   desk.fit.StopRequested = false;
-  desk.window.startButton = RunTexts(true);
   const int status = RunFit(desk.fit, desk.eval, platform, hooks);
-  desk.window.startButton = RunTexts(false);
   RefreshTermLines(desk);
   return status;
 }
@@ -80,17 +97,13 @@ FitLabels FitLabelsOf(const FitState& fit) {
   return labels;
 }
 
-std::string CandidateLine(const FitDesk& desk, const ChiSqTerm& term) {
-  const Dataset* const dataset = GetDatasetById(*desk.eval.datasets, term.datasetId);
-  const Model* const model = GetModelByNumber(*desk.eval.params, term.modelId);
-  std::string line = "[";
-  line += kQuantityNames[static_cast<std::size_t>(dataset ? dataset->Quantity : 0)].shortName;
-  line += "] \"" + (dataset ? dataset->name : "") + "\" - \"" + (model ? model->name : "") + "\"";
-  return line;
+FitControls FitControlsOf(const FitState& fit) {
+  const bool idle = !fit.FitRunning;
+  return {idle ? "START" : "STOP", idle && fit.UndoAvailable, idle, idle, idle, idle, !idle};
 }
 
 std::string TermLine(const FitDesk& desk, const ChiSqTerm& term) {
-  return CandidateLine(desk, term) + '\t' + TextG(term.weight) + '\t' + TextG(term.termChiSq);
+  return PairText(desk, term) + '\t' + TextG(term.weight) + '\t' + TextG(term.termChiSq);
 }
 
 void RefreshTermLines(FitDesk desk) {
@@ -113,7 +126,7 @@ bool AddTerm(FitDesk desk, int datasetSlot, std::uint32_t modelNumber, std::opti
   term.datasetId = dataset->id;
   term.modelId = modelNumber;
   term.weight = weight.value_or(1.0);
-  RebuildAfterTermChange(desk);
+  FillTermLines(desk);
   return true;
 }
 
@@ -129,7 +142,7 @@ bool DeleteTerm(FitDesk desk, int datasetSlot, int modelSlot) {
     found = match != terms.end();
     if (found) RemoveChiSqTerm(desk.fit.list, static_cast<int>(match - terms.begin()));
   }
-  RebuildAfterTermChange(desk);
+  FillTermLines(desk);
   return found;
 }
 
@@ -163,31 +176,50 @@ void ToggleFold(FitWindow& window) {
   window.foldButton = grow ? "<< ChiSw details" : "ChiSq details >>";
 }
 
-ChiSqTermList CandidateTerms(FitDesk desk, std::optional<std::uint32_t> datasetId,
-                             std::optional<std::uint32_t> modelId) {
-  const auto datasets = datasetId ? std::vector{*datasetId} : ListDatasetIds(*desk.eval.datasets);
-  const auto models = modelId ? std::vector{*modelId} : ListModelNumbers(*desk.eval.params);
-  ChiSqTermList candidates;
-  for (const std::uint32_t dataset : datasets) {
-    for (const std::uint32_t model : models) {
-      ChiSqTerm& term = InsertChiSqTerm(desk.fit, candidates, static_cast<int>(candidates.terms.size()));
-      term.datasetId = dataset;
-      term.modelId = model;
-    }
+std::vector<std::string> DatasetChoices(const FitDesk& desk) {
+  std::vector<std::string> choices{"All"};
+  for (const std::uint32_t id : ListDatasetIds(*desk.eval.datasets)) {
+    choices.push_back(GetDatasetById(*desk.eval.datasets, id)->name);
   }
-  return candidates;
+  return choices;
 }
 
-void AddChosenTerms(FitDesk desk, const ChiSqTermList& candidates, const std::vector<int>& chosenIds) {
+std::vector<std::string> ModelChoices(const FitDesk& desk) {
+  std::vector<std::string> choices{"All"};
+  for (const std::uint32_t number : ListModelNumbers(*desk.eval.params)) {
+    choices.push_back(GetModelByNumber(*desk.eval.params, number)->name);
+  }
+  return choices;
+}
+
+void OfferCandidates(FitDesk desk, AddTermsDialog& dialog, std::size_t datasetChoice, std::size_t modelChoice) {
+  const auto datasets = Chosen(ListDatasetIds(*desk.eval.datasets), datasetChoice);
+  const auto models = Chosen(ListModelNumbers(*desk.eval.params), modelChoice);
+  dialog = {};
+  for (const std::uint32_t dataset : datasets) {
+    for (const std::uint32_t model : models) {
+      auto& terms = dialog.candidates.terms;
+      ChiSqTerm& term = InsertChiSqTerm(desk.fit, dialog.candidates, static_cast<int>(terms.size()));
+      term.datasetId = dataset;
+      term.modelId = model;
+      dialog.lines.insert(dialog.lines.begin(), {term.id, PairText(desk, term)});
+    }
+  }
+}
+
+void AddSelectedCandidates(FitDesk desk, AddTermsDialog& dialog) {
+  std::erase_if(dialog.candidates.terms, [&](const ChiSqTerm& candidate) {
+    return std::none_of(dialog.lines.begin(), dialog.lines.end(),
+                        [&](const CandidateLine& line) { return line.selected && line.id == candidate.id; });
+  });
   auto& terms = desk.fit.list.terms;
-  for (const ChiSqTerm& candidate : candidates.terms) {
-    const bool chosen = std::find(chosenIds.begin(), chosenIds.end(), candidate.id) != chosenIds.end();
+  for (const ChiSqTerm& candidate : dialog.candidates.terms) {
     const bool present = std::any_of(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
       return term.datasetId == candidate.datasetId && term.modelId == candidate.modelId;
     });
-    if (chosen && !present) terms.push_back(candidate);
+    if (!present) terms.push_back(candidate);
   }
-  RebuildAfterTermChange(desk);
+  FillTermLines(desk);
 }
 
 int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
@@ -196,7 +228,7 @@ int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
     return 0;
   }
   StoreStartValues(desk.fit);
-  const int status = RunWithBusyWindow(desk, platform, hooks);
+  const int status = RunAndRefresh(desk, platform, hooks);
   desk.fit.UndoAvailable = true;
   return status;
 }
@@ -213,7 +245,7 @@ int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, s
     return 0;
   }
   StoreStartValues(desk.fit);
-  const int status = RunWithBusyWindow(desk, platform, hooks);
+  const int status = RunAndRefresh(desk, platform, hooks);
   options.MaxIterations = before.MaxIterations;
   options.StopOnIterations = before.StopOnIterations;
   return status;
@@ -245,6 +277,16 @@ FitOptionsForm FormOf(const FitOptions& options) {
           TextG(options.SingularDet),
           std::to_string(options.ScreenUpdateEvery),
           TextG(options.InitialLambda)};
+}
+
+FitOptionsEnabled EnabledFieldsOf(const FitOptionsForm& form) {
+  return {form.stopOnIterations,
+          form.stopOnTime,
+          form.stopOnReduction,
+          form.stopOnReduction,
+          form.stopOnLambda,
+          form.calcConfidence,
+          false};
 }
 
 void ReadForm(const FitOptionsForm& form, FitOptions& options) {

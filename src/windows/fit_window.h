@@ -22,7 +22,6 @@ struct FitWindow {
   int x = 0;
   int y = 0;
   int height = 282;
-  std::string startButton = "START";
   std::string foldButton = "<< ChiSq details";
   std::string weightText;          // the field for the weight of the selected terms
   std::vector<std::string> lines;  // one for each term
@@ -47,12 +46,18 @@ struct FitLabels {
 };
 FitLabels FitLabelsOf(const FitState& fit);
 
+// What the controls of the dialog "Fit" allow. During a run only the start button answers, and it stops the run.
+struct FitControls {
+  const char* startButton;
+  bool undo, options, add, remove, weight;
+  bool busyCursor;
+};
+FitControls FitControlsOf(const FitState& fit);
+
 // [Quantity] "dataset" - "model", tab, weight, tab, ChiSq.
 std::string TermLine(const FitDesk& desk, const ChiSqTerm& term);
-// A line of the dialog "Add ChiSq term(s)": the same without the numbers.
-std::string CandidateLine(const FitDesk& desk, const ChiSqTerm& term);
 
-// The lines of the list, as they are after each iteration of a run too.
+// The lines of the list, as they are after each iteration of a run too; the selection and the first line shown stay.
 void RefreshTermLines(FitDesk desk);
 // After terms were added, removed or weighted anew: the lists, ChiSq and the lines.
 void RebuildAfterTermChange(FitDesk desk);
@@ -72,11 +77,23 @@ void RemoveSelectedTerms(FitDesk desk);
 // Grows a folded window, folds a grown one.
 void ToggleFold(FitWindow& window);
 
-// The terms that "Add ChiSq term(s)" offers for a choice of dataset and model, where no choice means all; and the
-// adding of those chosen, by their ids, without the pairs that the fit has already.
-ChiSqTermList CandidateTerms(FitDesk desk, std::optional<std::uint32_t> datasetId,
-                             std::optional<std::uint32_t> modelId);
-void AddChosenTerms(FitDesk desk, const ChiSqTermList& candidates, const std::vector<int>& chosenIds);
+// The dialog "Add ChiSq term(s)": pairs of a dataset and a model, of which the user selects some.
+struct CandidateLine {
+  int id = 0;  // of the candidate
+  std::string text;
+  bool selected = false;
+};
+struct AddTermsDialog {
+  ChiSqTermList candidates;
+  std::vector<CandidateLine> lines;  // the last candidate first
+};
+// The entries of the two drop-down lists: "All", then the names.
+std::vector<std::string> DatasetChoices(const FitDesk& desk);
+std::vector<std::string> ModelChoices(const FitDesk& desk);
+// Offers all pairs that agree with the choices, which count those entries from 0.
+void OfferCandidates(FitDesk desk, AddTermsDialog& dialog, std::size_t datasetChoice, std::size_t modelChoice);
+// "OK", or a double click: the selected candidates go to the end of the fit's list, but for pairs that it has already.
+void AddSelectedCandidates(FitDesk desk, AddTermsDialog& dialog);
 
 // The "START" button: a run that Undo can take back; during a run it asks the run to stop.
 int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks);
@@ -95,6 +112,11 @@ struct FitOptionsForm {
       screenUpdateEvery, initialLambda;
 };
 FitOptionsForm FormOf(const FitOptions& options);
+// Which fields can be edited: those whose check box is ticked. That of the rule for parameters out of range never can.
+struct FitOptionsEnabled {
+  bool maxIterations, maxSeconds, reductionIterations, reductionAmount, maxLambda, deltaChiSq, stopOnOutOfRange;
+};
+FitOptionsEnabled EnabledFieldsOf(const FitOptionsForm& form);
 // Reads all fields, without a check of range; unreadable text reads as 0. StopOnOutOfRange stays.
 void ReadForm(const FitOptionsForm& form, FitOptions& options);
 

@@ -191,7 +191,7 @@ TEST_F(DatasetCommands, ExportingNeedsSlotAndFileAndALoadedSlotToFillIt) {
   EXPECT_FALSE(folder.Has("out"));
   EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1);"), "nothing done: File is missing");
   EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"no/out\");"), "nothing done: 'no/out' cannot be written");
-  EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"out\");"), "nothing done: dataset 1 is not loaded");
+  EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"out\");"), "dataset 1 is not loaded; an empty file is at 'out'");
   EXPECT_EQ(folder.Read("out"), "");
 }
 

@@ -17,12 +17,12 @@ TEST_F(FitWindows, StartRunsAndBecomesStopMeanwhile) {
   } around{desk(), s.program.platform, {}};
   StartFit(desk(), s.program.platform, {&around, nullptr, [](void* self) {
                                           auto& a = *static_cast<Around*>(self);
-                                          a.seen.push_back(a.desk.window.startButton);
+                                          a.seen.push_back(FitControlsOf(a.desk.fit).startButton);
                                           StartFit(a.desk, a.platform, {});  // the same button during the run
                                         }});
   EXPECT_EQ(around.seen, Texts{"STOP"});
   EXPECT_EQ(s.fit().report.stop, "stopped by the user");
-  EXPECT_EQ(s.program.fitWindow.startButton, "START");
+  EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
   EXPECT_TRUE(s.fit().UndoAvailable);
   PressUndo(desk());
   EXPECT_EQ(Cell(s.model(1), 0, Wo).value, 110);
@@ -74,6 +74,29 @@ class FitWindowRuns : public FitWindows {
   int Start(const FitHooks& hooks = {}) { return StartFit(desk(), s.program.platform, hooks); }
 };
 
+TEST_F(FitWindowRuns, DuringARunOnlyTheStartButtonAnswers) {
+  const auto enabled = [&] {
+    const FitControls c = FitControlsOf(s.fit());
+    return std::vector<bool>{c.undo, c.options, c.add, c.remove, c.weight, c.busyCursor};
+  };
+  EXPECT_EQ(enabled(), (std::vector<bool>{false, true, true, true, true, false}));
+  struct Around {
+    const decltype(enabled)& look;
+    std::vector<bool> seen;
+  } around{enabled, {}};
+  Start({&around, nullptr, [](void* self) {
+           auto& a = *static_cast<Around*>(self);
+           a.seen = a.look();
+         }});
+  EXPECT_EQ(around.seen, (std::vector<bool>{false, false, false, false, false, true}));
+  EXPECT_EQ(enabled(), (std::vector<bool>{true, true, true, true, true, false}));
+  Start({&around, nullptr, [](void* self) {
+           auto& a = *static_cast<Around*>(self);
+           a.seen = a.look();
+         }});
+  EXPECT_FALSE(around.seen[0]);  // a run can be undone, but not while the next one lasts
+}
+
 TEST_F(FitWindowRuns, UndoIsOffUntilARunHasEnded) {
   EXPECT_FALSE(s.fit().UndoAvailable);
   PressUndo(desk());
@@ -118,7 +141,7 @@ TEST_F(FitWindowRuns, WithNothingToFitTheButtonsComeBackAndUndoIsOn) {
   FixAll(&s.model(1), true);
   s.Rebuild();
   EXPECT_EQ(Start(), 0);
-  EXPECT_EQ(s.program.fitWindow.startButton, "START");
+  EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
   EXPECT_TRUE(s.fit().UndoAvailable);
   EXPECT_FALSE(s.fit().FitRunning);
 }
@@ -187,7 +210,7 @@ TEST_F(FitWindowRuns, OfAMacroWithoutANumberKeepTheOptions) {
   RunMacroFit(desk(), s.program.platform, {}, {});
   EXPECT_EQ(s.fit().IterationCount, 1);
   EXPECT_TRUE(s.fit().options.StopOnIterations);
-  EXPECT_EQ(s.program.fitWindow.startButton, "START");
+  EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
 }
 
 TEST(FitOptionsForms, AFirstOpeningShowsTheDefaults) {
@@ -236,6 +259,19 @@ TEST(FitOptionsForms, AFormThatWasOnlyOpenedChangesNothing) {
   EXPECT_TRUE(read.StopOnOutOfRange);
   EXPECT_EQ(read.DeltaChiSq, 0.5);
   EXPECT_EQ(read.MaxLambda, options.MaxLambda);
+}
+
+TEST(FitOptionsForms, AFieldFollowsItsCheckBox) {
+  const auto enabled = [](const FitOptionsForm& form) {
+    const FitOptionsEnabled e = EnabledFieldsOf(form);
+    return std::vector<bool>{e.maxIterations, e.maxSeconds, e.reductionIterations, e.reductionAmount,
+                             e.maxLambda,     e.deltaChiSq, e.stopOnOutOfRange};
+  };
+  FitOptionsForm form = FormOf(FitOptions{});
+  EXPECT_EQ(enabled(form), (std::vector<bool>{false, false, true, true, true, false, false}));
+  form.stopOnIterations = form.stopOnTime = form.calcConfidence = form.stopOnOutOfRange = true;
+  form.stopOnReduction = form.stopOnLambda = false;
+  EXPECT_EQ(enabled(form), (std::vector<bool>{true, true, false, false, false, true, false}));
 }
 
 TEST(FitOptionsForms, WhatCannotBeReadIsZero) {

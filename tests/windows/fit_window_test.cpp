@@ -15,7 +15,6 @@ TEST_F(FitWindows, LinesNameQuantityDatasetModelWeightAndSum) {
   s.program.datasets.slots[0].points[0].y += 0.02;  // two sigma
   s.Rebuild();
   EXPECT_EQ(s.program.fitWindow.lines, Texts{"[R] \"R.dat\" - \"M2\"\t0.5\t4"});
-  EXPECT_EQ(CandidateLine(desk(), terms()[0]), "[R] \"R.dat\" - \"M2\"");
 }
 
 TEST_F(FitWindows, LabelsCountPointsAndParametersAndFillTheRestOnlyDuringARun) {
@@ -34,28 +33,6 @@ TEST_F(FitWindows, LabelsCountPointsAndParametersAndFillTheRestOnlyDuringARun) {
   EXPECT_EQ(labels.seconds, "3");
   EXPECT_EQ(labels.change, "0.25");
   EXPECT_EQ(labels.chiSq, "1.23457e+06");
-}
-
-TEST_F(FitWindows, CandidatesAreAllPairsOrThoseOfTheChoice) {
-  EXPECT_EQ(CandidateTerms(desk(), {}, {}).terms.size(), 6u);
-  EXPECT_EQ(CandidateTerms(desk(), 1, {}).terms.size(), 3u);
-  EXPECT_EQ(CandidateTerms(desk(), {}, 2).terms.size(), 2u);
-  const auto one = CandidateTerms(desk(), 2, 3);
-  ASSERT_EQ(one.terms.size(), 1u);
-  EXPECT_EQ(one.terms[0].datasetId, 2u);
-  EXPECT_EQ(one.terms[0].modelId, 3u);
-  EXPECT_EQ(one.terms[0].weight, 1);
-}
-
-TEST_F(FitWindows, ChosenCandidatesAreAddedButForPairsThatAreThere) {
-  s.Term(1, 1);
-  const auto candidates = CandidateTerms(desk(), {}, {});
-  std::vector<int> ids;
-  for (const ChiSqTerm& term : candidates.terms) ids.push_back(term.id);
-  AddChosenTerms(desk(), candidates, ids);
-  EXPECT_EQ(terms().size(), 6u);
-  AddChosenTerms(desk(), candidates, ids);
-  EXPECT_EQ(terms().size(), 6u);
 }
 
 TEST_F(FitWindows, TheWeightFieldShowsTheCommonWeight) {
@@ -110,68 +87,120 @@ Pairs PairsOf(const ChiSqTermList& list) {
   return pairs;
 }
 
-std::vector<int> IdsOf(const ChiSqTermList& list) {
-  std::vector<int> ids;
-  for (const ChiSqTerm& term : list.terms) ids.push_back(term.id);
-  return ids;
+// The dialog "Add ChiSq term(s)" over the fit window.
+class AddingTerms : public FitWindows {
+ protected:
+  AddingTerms() { Offer(0, 0); }
+  void Offer(std::size_t dataset, std::size_t model) { OfferCandidates(desk(), dialog, dataset, model); }
+  Pairs Offered() { return PairsOf(dialog.candidates); }
+  Texts Lines() {
+    Texts texts;
+    for (const CandidateLine& line : dialog.lines) texts.push_back(line.text);
+    return texts;
+  }
+  void SelectAll() {
+    for (CandidateLine& line : dialog.lines) line.selected = true;
+  }
+  Pairs Terms() { return PairsOf(s.fit().list); }
+
+  AddTermsDialog dialog;
+};
+
+TEST_F(AddingTerms, TheChoicesAreAllAndTheNames) {
+  EXPECT_EQ(DatasetChoices(desk()), (Texts{"All", "R.dat", "E1.dat"}));
+  EXPECT_EQ(ModelChoices(desk()), (Texts{"All", "M1", "M2", "M3"}));
 }
 
-TEST_F(FitWindows, CandidatesGoByDatasetAndThenByModel) {
-  const ChiSqTermList all = CandidateTerms(desk(), {}, {});
-  EXPECT_EQ(PairsOf(all), (Pairs{{1, 1}, {1, 2}, {1, 3}, {2, 1}, {2, 2}, {2, 3}}));
-  EXPECT_EQ(PairsOf(CandidateTerms(desk(), 2, {})), (Pairs{{2, 1}, {2, 2}, {2, 3}}));
-  EXPECT_EQ(PairsOf(CandidateTerms(desk(), {}, 3)), (Pairs{{1, 3}, {2, 3}}));
-  for (const ChiSqTerm& term : all.terms) EXPECT_EQ(term.weight, 1);
+TEST_F(AddingTerms, AllAgainstAllGoesByDatasetAndThenByModel) {
+  EXPECT_EQ(Offered(), (Pairs{{1, 1}, {1, 2}, {1, 3}, {2, 1}, {2, 2}, {2, 3}}));
+  for (const ChiSqTerm& term : dialog.candidates.terms) EXPECT_EQ(term.weight, 1);
 }
 
-TEST_F(FitWindows, CandidatesOfClosedModelsAndUnloadedDatasetsAreNone) {
+TEST_F(AddingTerms, AChoiceLeavesItsPairs) {
+  Offer(2, 0);
+  EXPECT_EQ(Offered(), (Pairs{{2, 1}, {2, 2}, {2, 3}}));
+  Offer(0, 3);
+  EXPECT_EQ(Offered(), (Pairs{{1, 3}, {2, 3}}));
+  Offer(2, 3);
+  EXPECT_EQ(Offered(), (Pairs{{2, 3}}));
+  Offer(3, 0);
+  EXPECT_EQ(Offered(), Pairs{});
+}
+
+TEST_F(AddingTerms, TheLastCandidateIsListedFirstAndEachLineKnowsItsOwn) {
+  Offer(1, 0);
+  EXPECT_EQ(Lines(), (Texts{"[R] \"R.dat\" - \"M3\"", "[R] \"R.dat\" - \"M2\"", "[R] \"R.dat\" - \"M1\""}));
+  EXPECT_EQ(dialog.lines[0].id, dialog.candidates.terms[2].id);
+  EXPECT_EQ(dialog.lines[2].id, dialog.candidates.terms[0].id);
+}
+
+TEST_F(AddingTerms, ClosedModelsAndUnloadedDatasetsAreNoCandidates) {
   CloseModel(s.program, 2);
   UnloadDataset(s.program.datasets.slots[0]);
-  EXPECT_EQ(PairsOf(CandidateTerms(desk(), {}, {})), (Pairs{{2, 1}, {2, 3}}));
+  Offer(0, 0);
+  EXPECT_EQ(Offered(), (Pairs{{2, 1}, {2, 3}}));
   UnloadDataset(s.program.datasets.slots[1]);
-  EXPECT_TRUE(CandidateTerms(desk(), {}, {}).terms.empty());
+  Offer(0, 0);
+  EXPECT_EQ(Offered(), Pairs{});
+  EXPECT_EQ(DatasetChoices(desk()), Texts{"All"});
 }
 
-TEST_F(FitWindows, EachCandidateHasANumberOfItsOwn) {
+TEST_F(AddingTerms, EachCandidateHasANumberOfItsOwn) {
   s.Term(1, 1);
-  const ChiSqTermList first = CandidateTerms(desk(), {}, {}), second = CandidateTerms(desk(), {}, {});
-  std::vector<int> ids = IdsOf(first);
-  for (const int id : IdsOf(second)) ids.push_back(id);
-  ids.push_back(terms()[0].id);
+  std::vector<int> ids{terms()[0].id};
+  for (int time = 0; time < 2; ++time) {
+    for (const ChiSqTerm& term : dialog.candidates.terms) ids.push_back(term.id);
+    Offer(0, 0);
+  }
   std::sort(ids.begin(), ids.end());
   EXPECT_EQ(std::adjacent_find(ids.begin(), ids.end()), ids.end());
 }
 
-TEST_F(FitWindows, OfferingCandidatesLeavesTheFitAlone) {
+TEST_F(AddingTerms, OfferingCandidatesLeavesTheFitAlone) {
   s.Term(1, 1);
   s.fit().UndoAvailable = true;
-  CandidateTerms(desk(), {}, {});
+  Offer(0, 0);
   EXPECT_EQ(terms().size(), 1u);
   EXPECT_TRUE(s.fit().UndoAvailable);
 }
 
-TEST_F(FitWindows, OnlyTheChosenCandidatesAreAddedBehindTheOthers) {
+TEST_F(AddingTerms, OnlyTheSelectedOnesAreAddedBehindTheOthersInTheirOwnOrder) {
   s.Term(2, 3, 0.5);
-  const ChiSqTermList all = CandidateTerms(desk(), {}, {});
-  AddChosenTerms(desk(), all, {all.terms[4].id, all.terms[1].id});
-  EXPECT_EQ(PairsOf(s.fit().list), (Pairs{{2, 3}, {1, 2}, {2, 2}}));
+  dialog.lines[1].selected = dialog.lines[4].selected = true;
+  AddSelectedCandidates(desk(), dialog);
+  EXPECT_EQ(Offered(), (Pairs{{1, 2}, {2, 2}}));  // the others have left the list of candidates
+  EXPECT_EQ(Terms(), (Pairs{{2, 3}, {1, 2}, {2, 2}}));
   EXPECT_EQ(terms()[0].weight, 0.5);
   EXPECT_EQ(s.program.fitWindow.lines.size(), 3u);
   EXPECT_EQ(FitLabelsOf(s.fit()).points, "180");  // the lists are those of the new terms
 }
 
-TEST_F(FitWindows, AllAgainstAllSkipsThePairsThatAreThere) {
+TEST_F(AddingTerms, PairsThatAreThereAreSkipped) {
   s.Term(1, 2, 0.5);
   s.Term(2, 1, 0.25);
-  const ChiSqTermList all = CandidateTerms(desk(), {}, {});
-  AddChosenTerms(desk(), all, IdsOf(all));
-  EXPECT_EQ(PairsOf(s.fit().list), (Pairs{{1, 2}, {2, 1}, {1, 1}, {1, 3}, {2, 2}, {2, 3}}));
+  SelectAll();
+  AddSelectedCandidates(desk(), dialog);
+  EXPECT_EQ(Terms(), (Pairs{{1, 2}, {2, 1}, {1, 1}, {1, 3}, {2, 2}, {2, 3}}));
   EXPECT_EQ(terms()[0].weight, 0.5);
+  AddSelectedCandidates(desk(), dialog);
+  EXPECT_EQ(terms().size(), 6u);
 }
 
-TEST_F(FitWindows, WithNothingChosenNothingIsAdded) {
-  AddChosenTerms(desk(), CandidateTerms(desk(), {}, {}), {});
+TEST_F(AddingTerms, WithNothingSelectedNothingIsAdded) {
+  AddSelectedCandidates(desk(), dialog);
   EXPECT_TRUE(terms().empty());
+  EXPECT_TRUE(dialog.candidates.terms.empty());
+}
+
+TEST_F(AddingTerms, AFreshListHasNoSelectionAndAnEmptyWeight) {
+  s.Term(1, 1, 2);
+  Select({0});
+  s.program.fitWindow.topLine = 1;
+  SelectAll();
+  AddSelectedCandidates(desk(), dialog);
+  EXPECT_FALSE(terms()[0].selected);
+  EXPECT_EQ(s.program.fitWindow.weightText, "");
+  EXPECT_EQ(s.program.fitWindow.topLine, 0);
 }
 
 TEST_F(FitWindows, LinesHaveSixDigitsAndFollowTheSum) {
@@ -200,7 +229,7 @@ TEST_F(FitWindows, TheFirstLineShownAndTheSelectionStayThroughARefresh) {
   EXPECT_TRUE(!terms()[0].selected && terms()[1].selected && terms()[2].selected);
   EXPECT_EQ(s.program.fitWindow.weightText, "1");
   RemoveSelectedTerms(desk());
-  EXPECT_LE(s.program.fitWindow.topLine, 1);
+  EXPECT_EQ(s.program.fitWindow.topLine, 0);
 }
 
 TEST_F(FitWindows, WithoutASelectionTheWeightFieldIsEmptyAndTypingChangesNothing) {
