@@ -132,6 +132,7 @@ constexpr MacroCommand kExtraCommands[] = {
     {"SaveParamsSpecial", SaveParamsSpecialCommand, {}},
     {"TestDerivatives", TestDerivativesCommand, {}},
     {"TestQuantityDerivatives", TestQuantityDerivativesCommand, {}},
+    {"WriteGapTable", WriteGapTableCommand, {}},
 };
 
 }  // namespace

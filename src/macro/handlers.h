@@ -67,6 +67,7 @@ MacroResult LoadParamsCommand(MacroCall& call);
 MacroResult SaveParamsSpecialCommand(MacroCall& call);
 MacroResult TestDerivativesCommand(MacroCall& call);
 MacroResult TestQuantityDerivativesCommand(MacroCall& call);
+MacroResult WriteGapTableCommand(MacroCall& call);
 
 // later_commands.cpp
 MacroResult LaterCommand(MacroCall& call);

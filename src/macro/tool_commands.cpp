@@ -2,6 +2,7 @@
 #include "fit/derivative_test.h"
 #include "macro/handlers.h"
 #include "program/program.h"
+#include "terms/term_tables.h"
 
 namespace kalvex {
 
@@ -37,6 +38,13 @@ MacroResult TestQuantityDerivativesCommand(MacroCall& call) {
     return call.Nothing("'TestDeriv.txt' cannot be written");
   }
   return call.Done("written to 'TestDeriv.txt'");
+}
+
+MacroResult WriteGapTableCommand(MacroCall& call) {
+  if (!WriteGapTable(GapTableOf(call.program.eval.termEnvironment))) {
+    return call.Nothing("'Tab.dat' cannot be written");
+  }
+  return call.Done("written to 'Tab.dat'");
 }
 
 }  // namespace kalvex

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "core/files.h"
+#include "core/text.h"
 #include "numeric/quadrature.h"
 
 namespace kalvex {
@@ -60,6 +62,17 @@ GapTable MakeGapTable() {
   constexpr double kZeta3 = 1.2020569031595943;
   table.slope[kLast] = -8 * std::pow(std::numbers::pi * kTcOfGap, 2) / (7 * kZeta3);
   return table;
+}
+
+bool WriteGapTable(const GapTable& table) {
+  std::string text;
+  for (std::size_t i = 0; i < GapTable::kPoints; ++i) {
+    AppendG(text, static_cast<double>(i) * GapTable::kSpacing);
+    text += ' ';
+    AppendG(text, std::sqrt(table.square[i]));
+    text += '\n';
+  }
+  return WriteWholeFile("Tab.dat", text);
 }
 
 }  // namespace kalvex

@@ -6,6 +6,7 @@
 
 #include "numeric/faddeeva.h"
 #include "terms/formula.h"
+#include "terms/term_tables.h"
 
 namespace kalvex {
 namespace {
@@ -108,11 +109,6 @@ struct Gauss220 {
   }
 };
 
-// The points and weights of the mean over a Gaussian.
-constexpr int kGaussPoints = 121;
-double GaussPoint(int k) { return -3 + 0.05 * k; }
-double GaussWeight(double x) { return std::exp(-x * x) * 0.05 / std::sqrt(std::numbers::pi); }
-
 }  // namespace
 
 int CalcFamily47(const TermCall& call, Cplx& result) { return CalcFormula<Family47>(call, result); }
@@ -126,8 +122,7 @@ int ScalarFamily47(const TermCall& call, double& result) {
   if (S < kNoSpread) {
     mean = PartialWeightOf(call.w, W, G);
   } else {
-    for (int k = 0; k < kGaussPoints; ++k) {
-      const double x = GaussPoint(k), weight = GaussWeight(x);
+    for (const auto& [x, weight] : GaussianNodesOf(*call.environment)) {
       const PartialWeight at = PartialWeightOf(call.w, W + std::numbers::sqrt2 * S * x, G);
       mean.F += weight * at.F;
       mean.dW += weight * at.dW;

@@ -45,5 +45,19 @@ TEST_F(Kalvex, ToolsWriteTheirFiles) {
   }
 }
 
+// Delta(T)/Delta(0) of weak coupling at T/Tc of 0.5 and 0.9, Muehlschlegel, Z. Physik 155, 313 (1959), table 1.
+TEST_F(Kalvex, TheGapOfASuperconductorGoesIntoItsFileWhenAskedFor) {
+  Run("NewModel();");
+  EXPECT_FALSE(folder.Has("Tab.dat"));
+  Run("WriteGapTable();");
+  EXPECT_EQ(Said("WriteGapTable"), "written to 'Tab.dat'");
+  const Table lines = Written("Tab.dat");
+  ASSERT_EQ(lines.size(), 101u);
+  EXPECT_EQ(lines[0], (std::vector<double>{0, 1}));
+  EXPECT_EQ(lines[100], (std::vector<double>{1, 0}));
+  EXPECT_NEAR(lines[50][1], 0.9569, 5e-5);
+  EXPECT_NEAR(lines[90][1], 0.5263, 5e-5);
+}
+
 }  // namespace
 }  // namespace kalvex
