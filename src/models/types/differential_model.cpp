@@ -1,8 +1,5 @@
-// "Differential model": the linear change of a Quantity about a reference, caused by a small additional response.
-//     Q = dRe(epsA) Re(epsB) + dIm(epsA) Im(epsB),   dRe, dIm the derivatives of the Quantity at the reference
-//     row   Wo
-//     0     A, the reference (model)        1     B, the change (model)        fills all 15 Quantities
-// A is a fixed reference: no parameter of A gets a derivative, nor does a row of this model.
+// The linear change of a Quantity about a reference, caused by a small additional response. The reference is fixed: no
+// parameter of it gets a derivative.
 #include "models/chains.h"
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
@@ -14,6 +11,7 @@ namespace kalvex {
 namespace {
 
 constexpr RowRule kRows = AtLeast(2, 0);  // too few rows are no failure, and leave the Quantities as they stand
+constexpr RowCell kHead[] = {{0, Wo, CellUse::kReference, "A, the reference"}, Partner(1, Wo, "B, the change")};
 
 int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
   if (!kRows.Admits(RowCount(model))) return kRows.failure;
@@ -42,6 +40,16 @@ int After(EvalContext& ctx, Model& model) {
 
 }  // namespace
 
-constinit const ModelType kDifferentialModel = {1, "Differential model", Evaluate, After};
+constinit const ModelType kDifferentialModel = {
+    .code = 1,
+    .name = "Differential model",
+    .evaluate = Evaluate,
+    .after = After,
+    .fitted = true,
+    .material = true,
+    .map = {.rows = kRows, .head = kHead},
+    .page = {.sample = "a small change of a known sample: a difference or modulation spectrum",
+             .formula = "Q = (dQ/dRe eps)(A) Re eps(B) + (dQ/dIm eps)(A) Im eps(B), for each of the 15 Quantities",
+             .source = "first order of the Taylor expansion about A, whose parameters are not fitted"}};
 
 }  // namespace kalvex

@@ -1,21 +1,308 @@
-// What every special model has in common: the test of its number of rows and the models that its rows name.
+// What every special model has in common. A type is its row map and its formula:
+//
+//     struct SampleInMedium {
+//       enum Input { kMedium, kSample, kScale };
+//       static constexpr RowCell kHead[] = {Partner(0, Wo, "medium"), Partner(0, Wp, "sample"), Own(0, G, "scale", 1)};
+//       static constexpr SlotUse kFills[] = {{kRefl, "reflectivity"}};
+//       template <class T> static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
+//         const Complex<T> n1 = Sqrt(in.eps(kMedium)), n2 = Sqrt(in.eps(kSample));
+//         q[kRefl] = in[kScale] * Norm(Quotient(n2 - n1, n2 + n1));
+//       }
+//     };
+//     constinit const ModelType kSampleInMedium = FittedType<SampleInMedium, Exactly(1)>(17, "...", {page});
+//
+// With double the formula gives values, with dual numbers exact derivatives by the responses of the partners and by the
+// type's own numbers; TypeRun carries them on to the parameters. A material gives in the place of Fill
+// `Complex<T> Response(const TypeInputs<T>& in)`, a dielectric function from which all 15 Quantities follow. Either
+// may be given a `bool&` as last argument: false there ends the evaluation with -1. Groups of rows that repeat stand in
+// kGroup, kGroupStart and kGroupRows. `double FrequencyOf(const TypeInputs<double>&, int input)`, where there is one,
+// is the frequency at which a partner is asked.
 #pragma once
 
+#include <concepts>
+
 #include "models/eval_context.h"
+#include "models/quantity_formulas.h"
 
 namespace kalvex {
 
-// How many rows a type takes, and the status that another number gives.
-struct RowRule {
-  int least = 0;
-  int most = 0;
-  int failure = -1;
-  constexpr bool Admits(int rows) const { return rows >= least && rows <= most; }
-};
-constexpr RowRule Exactly(int rows, int failure = -1) { return {rows, rows, failure}; }
-constexpr RowRule AtLeast(int rows, int failure = -1) { return {rows, 2147483647, failure}; }
+template <class T>
+using Slots = std::array<T, kQuantityCount>;
 
-// The model named by an element of the rows, null if there is none of that number.
+// The inputs of one evaluation, numbered as the cells of the row map: those of the head, then group by group.
+template <class T>
+class TypeInputs {
+ public:
+  TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency);
+
+  double x;
+  // Response of a partner.
+  const Complex<T>& eps(int i) const { return values_[static_cast<std::size_t>(i)]; }
+  // A number that can be fitted.
+  const T& operator[](int i) const { return values_[static_cast<std::size_t>(i)].re; }
+  // A Quantity of an evaluated partner.
+  const T& quantity(int i, int q) const {
+    return quantities_[static_cast<std::size_t>(i)][static_cast<std::size_t>(q)];
+  }
+  // The value of a dataset at x.
+  double data(int i) const { return scratch_.at[static_cast<std::size_t>(i)].re; }
+  // What stands in the cell, and the same truncated to an integer.
+  double value(int i) const { return scratch_.raw[static_cast<std::size_t>(i)]; }
+  int setting(int i) const { return TruncatedSetting(value(i)); }
+  // Whether an optional partner is there.
+  bool has(int i) const { return scratch_.partner[static_cast<std::size_t>(i)] != nullptr; }
+  int groups() const { return groups_; }
+  // The input that is cell j of group k.
+  int Of(int k, int j) const { return head_ + k * group_ + j; }
+
+ private:
+  static int TruncatedSetting(double value);
+  const TypeScratch& scratch_;
+  const Complex<T>* values_;
+  const Slots<T>* quantities_;
+  int head_, group_, groups_;
+};
+
+// a/b, with the norm of the denominator taken as at least 1e-30.
+template <class T>
+Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
+  if (Norm(ValueOf(b)) < kTinyNorm) return a * Conj(b) / T(kTinyNorm);
+  return a / b;
+}
+
+// exp(z), and exactly 1 where a gain would make the real part exceed the limit.
+inline constexpr double kGainLimit = 20;
+template <class T>
+Complex<T> GuardedExp(const Complex<T>& z, double limit = kGainLimit) {
+  if (ValueOf(z).re > limit) return {T(1), T(0)};
+  return Exp(z);
+}
+
+// Degree of coherence between 0 and 1.
+template <class T>
+T Clipped01(const T& c) {
+  return ValueOf(c) < 0 ? T(0) : ValueOf(c) > 1 ? T(1) : c;
+}
+
+inline constexpr double kDegreesPerRadian = 57.29577951308232;
+
+// One evaluation: reads the rows, and carries values and derivatives to where they belong. Types with a formula use it
+// through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
+class TypeRun {
+ public:
+  TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills);
+  TypeRun(const TypeRun&) = delete;
+  TypeRun& operator=(const TypeRun&) = delete;
+  ~TypeRun();
+
+  // Tests the number of rows, finds the partners, reads the numbers. 0, or the status with which the evaluation ends.
+  int ReadRows();
+  // Asks partner and dataset number i at a frequency; with derivatives its parameters keep those of its response.
+  void Ask(int i, double x, bool derivatives);
+  // The same for all of them; -1 if an evaluated partner fails.
+  int AskAll(double x, bool derivatives);
+  // Numbers the directions in which derivatives are wanted, and makes room for them.
+  void CountDirections();
+
+  int Directions() const { return directions_; }
+  double& Slope(int quantity, int direction) {
+    return scratch_.slopes[static_cast<std::size_t>(quantity * directions_ + direction)];
+  }
+  // The inputs as dual numbers whose lanes are the directions from `first` on.
+  void MakeDuals(int first);
+
+  // Stores the wanted values; then, with derivatives, the chain from the slopes to the parameters.
+  void Store(const Slots<double>& values);
+  void Chain();
+  // Stores the wanted Quantities of a dielectric function, leaving their derivatives by it for ChainOfMaterial.
+  void StoreMaterial(const Cplx& eps, double x, bool derivatives);
+  // The derivative of the dielectric function by one direction.
+  void SetEpsSlope(int direction, const Cplx& slope) {
+    scratch_.epsSlopes[static_cast<std::size_t>(direction)] = slope;
+  }
+  void ChainOfMaterial();
+
+  TypeScratch& scratch() { return scratch_; }
+  std::size_t InputCount() const { return scratch_.raw.size(); }
+
+ private:
+  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, bool);
+  int SeedEvaluated(int i);
+  void SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs);
+  template <class Visit>
+  void ForEachWanted(Visit visit);
+  const RowCell& CellOf(int i) const;
+  double* ColumnOf(int i, int slot);
+  void ClearColumns(int quantity);
+  int AskEvaluated(int i, double x, bool derivatives);
+  void AddEvaluated(int quantity);
+  void ChainQuantity(int quantity, const std::array<double, kExpParamCount>& dExp);
+
+  EvalContext& ctx_;
+  Model& model_;
+  const RowMap& map_;
+  std::span<const SlotUse> fills_;
+  TypeScratch& scratch_;
+  double x_ = 0;
+  bool derivatives_ = false;
+  int directions_ = 0;
+};
+
+// The after-step: what each wanted Quantity depends on.
+int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills, bool material);
+
+// The model that an element of the rows names, null if there is none of that number.
 Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
+
+template <class Type>
+constexpr RowMap MapOf(RowRule rows) {
+  RowMap map{.rows = rows, .head = {}, .group = {}, .groupStart = 0, .groupRows = 1};
+  if constexpr (requires { Type::kHead; }) map.head = Type::kHead;
+  if constexpr (requires { Type::kGroup; }) {
+    map.group = Type::kGroup;
+    map.groupStart = Type::kGroupStart;
+    map.groupRows = Type::kGroupRows;
+  }
+  return map;
+}
+
+template <class Type, RowRule kRows>
+inline constexpr RowMap kMapOf = MapOf<Type>(kRows);
+
+template <class Type>
+constexpr std::span<const SlotUse> FillsOf() {
+  if constexpr (requires { Type::kFills; }) {
+    return Type::kFills;
+  } else {
+    return {};
+  }
+}
+
+template <class Type, class T>
+bool CallFormula(const TypeInputs<T>& in, Slots<T>& q, Complex<T>& eps) {
+  bool holds = true;
+  if constexpr (requires { Type::Response(in, holds); }) {
+    eps = Type::Response(in, holds);
+  } else if constexpr (requires { Type::Response(in); }) {
+    eps = Type::Response(in);
+  } else if constexpr (requires { Type::Fill(in, q, holds); }) {
+    Type::Fill(in, q, holds);
+  } else {
+    Type::Fill(in, q);
+  }
+  return holds;
+}
+
+template <class Type>
+inline constexpr bool kIsMaterial = !requires {
+  Type::kFills;
+};
+
+template <class Type>
+int AskPartners(TypeRun& run, const RowMap& map, double x, bool derivatives) {
+  if constexpr (requires(const TypeInputs<double>& in) { Type::FrequencyOf(in, 0); }) {
+    const TypeInputs<double> in(run.scratch(), map, x);
+    for (std::size_t i = 0; i < run.InputCount(); ++i) {
+      run.Ask(static_cast<int>(i), Type::FrequencyOf(in, static_cast<int>(i)), derivatives);
+    }
+    return 0;
+  } else {
+    return run.AskAll(x, derivatives);
+  }
+}
+
+// The slopes of what the formula gives by every direction, in passes of a few directions each.
+template <class Type>
+void FillSlopes(TypeRun& run, const RowMap& map, double x) {
+  run.CountDirections();
+  for (int first = 0; first < run.Directions(); first += kTypeLanes) {
+    run.MakeDuals(first);
+    Slots<TypeDual> values{};
+    Complex<TypeDual> eps;
+    CallFormula<Type>(TypeInputs<TypeDual>(run.scratch(), map, x), values, eps);
+    for (int lane = 0; lane < kTypeLanes && first + lane < run.Directions(); ++lane) {
+      const auto l = static_cast<std::size_t>(lane);
+      if constexpr (kIsMaterial<Type>) {
+        run.SetEpsSlope(first + lane, {eps.re.v[l], eps.im.v[l]});
+      } else {
+        for (const SlotUse& slot : FillsOf<Type>()) {
+          run.Slope(slot.quantity, first + lane) = values[static_cast<std::size_t>(slot.quantity)].v[l];
+        }
+      }
+    }
+  }
+}
+
+template <class Type, RowRule kRows, bool kFitted>
+int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
+  const RowMap& map = kMapOf<Type, kRows>;
+  TypeRun run(ctx, model, map, FillsOf<Type>());
+  if (const int status = run.ReadRows()) return status;
+  const bool slopes = derivatives && kFitted;
+  if constexpr (requires(const TypeInputs<double>& in) { Type::Admits(in); }) {
+    if (!Type::Admits(TypeInputs<double>(run.scratch(), map, x))) return -1;
+  }
+  if (AskPartners<Type>(run, map, x, slopes) != 0) return -1;
+  Slots<double> values{};
+  Cplx eps;
+  if (!CallFormula<Type>(TypeInputs<double>(run.scratch(), map, x), values, eps)) return -1;
+  if constexpr (kIsMaterial<Type>) {
+    run.StoreMaterial(eps, x, slopes);
+  } else {
+    run.Store(values);
+  }
+  if (slopes) {
+    FillSlopes<Type>(run, map, x);
+    if constexpr (kIsMaterial<Type>) {
+      run.ChainOfMaterial();
+    } else {
+      run.Chain();
+    }
+  }
+  return 0;
+}
+
+template <class Type, RowRule kRows>
+int AfterType(EvalContext& ctx, Model& model) {
+  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), kIsMaterial<Type>);
+}
+
+inline int AfterNothing(EvalContext&, Model&) { return 0; }
+
+// A type whose parameters, and those of its partners, can be fitted.
+template <class Type, RowRule kRows>
+constexpr ModelType FittedType(int code, const char* name, const TypePage& page) {
+  return {code,
+          name,
+          EvaluateType<Type, kRows, true>,
+          AfterType<Type, kRows>,
+          true,
+          kIsMaterial<Type>,
+          kMapOf<Type, kRows>,
+          FillsOf<Type>(),
+          page};
+}
+
+// A type to look at, of which nothing reaches the fit.
+template <class Type, RowRule kRows>
+constexpr ModelType ShownType(int code, const char* name, const TypePage& page) {
+  return {code,
+          name,
+          EvaluateType<Type, kRows, false>,
+          AfterNothing,
+          false,
+          kIsMaterial<Type>,
+          kMapOf<Type, kRows>,
+          FillsOf<Type>(),
+          page};
+}
+
+// What a type keeps between its evaluations for one model, in the context of the evaluation.
+template <class Cache>
+Cache& CacheOf(EvalContext& ctx, const Model& model) {
+  std::any& cache = ctx.typeScratch.caches[model.number];
+  if (!cache.has_value() || cache.type() != typeid(Cache)) cache = Cache{};
+  return *std::any_cast<Cache>(&cache);
+}
 
 }  // namespace kalvex

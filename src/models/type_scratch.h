@@ -1,0 +1,47 @@
+// Room for the evaluation of special models, kept between calls so that nothing is allocated from frequency to
+// frequency: one set for each level of models within models, and what a model's type keeps for it.
+#pragma once
+
+#include <any>
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <vector>
+
+#include "core/limits.h"
+#include "numeric/complex.h"
+#include "numeric/dual.h"
+
+namespace kalvex {
+
+struct Model;
+struct ModelParam;
+
+// Directions in which a pass over a type's formula carries derivatives.
+inline constexpr int kTypeLanes = 8;
+using TypeDual = Dual<kTypeLanes>;
+
+struct TypeScratch {
+  std::vector<double> raw;         // of each input: the number in its cell
+  std::vector<Cplx> at;            // the response, the number itself, or the value of the dataset
+  std::vector<Model*> partner;     // null where the input is no model
+  std::vector<double> partnerX;    // frequency at which the partner is asked
+  std::vector<ModelParam*> param;  // of a number that can be fitted, else null
+  std::vector<int> direction;      // the first of the input's directions, -1 if nothing can vary it
+  std::vector<std::array<double, kQuantityCount>> quantities;  // of an evaluated partner
+  std::vector<Complex<TypeDual>> dual;
+  std::vector<std::array<TypeDual, kQuantityCount>> dualQuantities;
+  std::vector<double> slopes;     // of each Quantity by each direction
+  std::vector<Cplx> epsSlopes;    // of a material's dielectric function by each direction
+  std::vector<ModelParam*> free;  // every adjustable parameter of the tables
+  std::vector<double> columns;    // of evaluated partners: dQuantity of each Quantity by each of these
+};
+
+struct TypeScratchStack {
+  std::deque<TypeScratch> levels;  // a deque, since an evaluation holds on to its level while deeper ones are added
+  std::size_t depth = 0;
+  std::map<std::uint32_t, std::any> caches;  // by the model's number
+};
+
+}  // namespace kalvex

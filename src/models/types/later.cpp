@@ -1,0 +1,125 @@
+// Types that stand in the table already, and do nothing yet.
+#include "models/types/types.h"
+
+namespace kalvex {
+namespace {
+
+int Fail(EvalContext&, Model&, double, bool) { return -1; }
+int FailAfter(EvalContext&, Model&) { return -1; }
+constexpr ModelType Later(int code, const char* name) {
+  ModelType type;
+  type.code = code;
+  type.name = name;
+  type.evaluate = Fail;
+  type.after = FailAfter;
+  return type;
+}
+
+}  // namespace
+
+constinit const ModelType kMultilayerSample = Later(2, "Multilayer sample");
+constinit const ModelType kOrthorhombicSample = Later(3, "Orthorhombic sample");
+constinit const ModelType kDiffOrthoSample = Later(4, "Diff.-ortho. sample");
+constinit const ModelType kOrthoTwoLayers = Later(5, "Ortho. - 2 layers");
+constinit const ModelType kExtendedDrude = Later(6, "Extended Drude");
+constinit const ModelType kBilayerLocalField = Later(7, "Bilayer-local field");
+constinit const ModelType kSerialResistor = Later(8, "Serial resistor");
+constinit const ModelType kEpsilonMu = Later(9, "Epsilon+Mu");
+constinit const ModelType kSpectralWeight = Later(10, "Spectral Weight");
+constinit const ModelType kUniversalOmegaT = Later(11, "Universal omega/T");
+constinit const ModelType kElectronPhonon = Later(12, "EPI (adjustable a2F)");
+constinit const ModelType kPlate = Later(13, "Plate");
+constinit const ModelType kFilmSubstrateEllips = Later(14, "Film-substrate ellips");
+constinit const ModelType kEmaPowder = Later(15, "EMA - powder");
+constinit const ModelType kOrthoTilted = Later(16, "Ortho-tilted");
+constinit const ModelType kMagneticFilm = Later(18, "Magn. film - substr.");
+constinit const ModelType kMiscutVelmont = Later(19, "Miscut Velmont");
+constinit const ModelType kTimeDomain = Later(20, "Time-domain");
+constinit const ModelType kSampleOnMirror = Later(21, "Thin sample on mirror");
+constinit const ModelType kTimeDomain2 = Later(22, "Time-domain - 2");
+constinit const ModelType kEllipsometer = Later(23, "Ellipsometer");
+constinit const ModelType kThermalRelaxation = Later(24, "TP-thermo1");
+constinit const ModelType kRxdSorvald = Later(25, "RXD (Sorvald)");
+constinit const ModelType kStmTarneck = Later(26, "STM (Tarneck)");
+constinit const ModelType kStmBandStructure = Later(27, "STM (band structure)");
+constinit const ModelType kDiffModelGeneral = Later(28, "Diff. model (general)");
+constinit const ModelType kFaraday = Later(29, "Faraday");
+constinit const ModelType kBandsCondBilayer = Later(31, "Bands+Cond Bilayer");
+constinit const ModelType kMultilayerSample2 = Later(32, "Multilayer sample - 2");
+constinit const ModelType kFilmSubstrateNoFringes = Later(33, "Film-Subst, no Fab-Per");
+constinit const ModelType kDfBilayer = Later(34, "DF bilayer");
+constinit const ModelType kDfBilayerDifference = Later(35, "DF bilayer");
+constinit const ModelType kDfBilayer2 = Later(36, "DF bilayer - 2");
+constinit const ModelType kDfBilayer2Difference = Later(37, "DF bilayer - 2");
+constinit const ModelType kDfBilayerPhonon = Later(38, "DF bilayer + phonon");
+constinit const ModelType kFano = Later(39, "Fano");
+constinit const ModelType kEmaTwoComponents = Later(40, "EMA - 2 components");
+constinit const ModelType kGrapheneMagnetooptics = Later(41, "Graphene-magnetooptics");
+constinit const ModelType kFanoOriginal = Later(42, "Fano-original");
+constinit const ModelType kLorentzTest = Later(43, "Lorentz-test");
+constinit const ModelType kVeskFaraday = Later(44, "Vesk-Faraday");
+constinit const ModelType kMagnetoDrude = Later(45, "Magneto-Drude");
+constinit const ModelType kFano2Original = Later(46, "Fano2-original");
+constinit const ModelType kElectronGasFaraday = Later(47, "2DEG - Faraday");
+constinit const ModelType kMagnetooptics = Later(48, "Magnetooptics");
+constinit const ModelType kMagnetoopticsEpsSigma = Later(49, "Magnetooptics-eps/sig");
+constinit const ModelType kMagnetoopticsReflTrans = Later(50, "Magnetooptics-ref/tran");
+constinit const ModelType kTimeDomainEpsMu = Later(51, "Time-domain - eps/mu");
+constinit const ModelType kGrapheneCircular = Later(52, "Graphene-circular");
+constinit const ModelType kVoigtDl = Later(53, "Voigt-DL");
+constinit const ModelType kOskelPhase = Later(54, "Oskel-phase");
+constinit const ModelType kGraphiteMagnetooptics = Later(55, "Graphite-magnetooptics");
+constinit const ModelType kGraphiteMagnetooptics2 = Later(56, "Graphite-magnetoopt.-2");
+constinit const ModelType kRenvikDalmor = Later(57, "Renvik-Dalmor model");
+constinit const ModelType kIntrinsicKerr = Later(58, "Intrinsic Kerr");
+constinit const ModelType kGraphiteMagnetooptics3 = Later(60, "Graphite-magnetoopt.-3");
+constinit const ModelType kGraphiteMagnetooptics4 = Later(61, "Graphite-magnetoopt.-4");
+constinit const ModelType kBilayerGrapheneMagnetooptics = Later(62, "2L graph. - magn.opt.");
+constinit const ModelType kBilayerGrapheneBands = Later(63, "2L graph. - bands");
+constinit const ModelType kDfTrilayer = Later(66, "DF trilayer");
+constinit const ModelType kMagnetoplasmonStripes = Later(70, "Magnetoplasmon stripes");
+constinit const ModelType kFilmSubstrateBetterPsiDelta = Later(71, "Like 33, better psidel");
+constinit const ModelType kSurfacePlasmon = Later(72, "SPP");
+constinit const ModelType kNearFieldReflection = Later(73, "Rp(q,w) - near field");
+constinit const ModelType kBismuthMagnetooptics = Later(74, "Bismuth-magnetoopt");
+constinit const ModelType kBismuthBands = Later(75, "Bismuth-bands");
+constinit const ModelType kGrapheneRibbons = Later(76, "Graphene-ribbons");
+constinit const ModelType kNearFieldAnisotropicSubstrate = Later(77, "Rp(q,w) anis. substr");
+constinit const ModelType kSlabWithSheet = Later(78, "Rp(q,w) anis. substr");
+constinit const ModelType kFaradayCheck = Later(79, "Faraday_check1");
+constinit const ModelType kNearFieldTip = Later(80, "sSNOM");
+constinit const ModelType kRatioOfFilmSubstrate = Later(81, "Ratio for -33");
+constinit const ModelType kGappedBilayerKerr = Later(82, "Gapped bilayer - Kerr");
+constinit const ModelType kNearFieldTip2 = Later(83, "sSNOM-2");
+constinit const ModelType kGrapheneEma = Later(84, "Graphene-EMA");
+constinit const ModelType kComplexWaveplates = Later(85, "Complex waveplates");
+constinit const ModelType kGrapheneCavity = Later(86, "Graphene-cavity");
+constinit const ModelType kModelMinusModel = Later(87, "Model1 minus Model2");
+constinit const ModelType kPressureCell = Later(88, "R and T in pressure");
+constinit const ModelType kMagnetoopticsDichroism = Later(89, "Magneto-optics-dichro");
+constinit const ModelType kPhotocurrent = Later(90, "Photocurrent");
+constinit const ModelType kTimeDomain3 = Later(91, "Time-domain - 3");
+constinit const ModelType kMultilayer3 = Later(92, "Multilayer - 3");
+constinit const ModelType kWeylKubo = Later(93, "Weyl-Kubo");
+constinit const ModelType kWeylBands = Later(94, "Weyl-bands");
+constinit const ModelType kRatioOfMagnetooptics = Later(95, "Ratio for -50");
+constinit const ModelType kMagnetotransport = Later(96, "Magnetotrans. for -49");
+constinit const ModelType kGrapheneMagnetoConductivity = Later(97, "Graphene MO cond.");
+constinit const ModelType kGrapheneDevice = Later(98, "Graphene MO device");
+constinit const ModelType kRatioOfGrapheneDevice = Later(99, "Ratio for -98");
+constinit const ModelType kMagnetoopticsOfDevice = Later(100, "MO device from -98");
+constinit const ModelType kMagnetoopticsExtendedDrude = Later(101, "MO-ext. Drude");
+constinit const ModelType kSpecialStrain = Later(102, "Special-Strain");
+constinit const ModelType kGasCorrection = Later(103, "Gas Corr.");
+constinit const ModelType kMagnetoplasmon = Later(104, "Magnetoplasmon-97");
+constinit const ModelType kNearFieldTip3 = Later(105, "sSNOM-3");
+constinit const ModelType kMultilayerFiniteQ = Later(106, "Multilayer-finite Q");
+constinit const ModelType kNearFieldTip4 = Later(107, "sSNOM-4");
+constinit const ModelType kTiltedReflection = Later(108, "refl. tilted");
+constinit const ModelType kAnisotropicMagnetic = Later(109, "Anisotr. magnetic");
+constinit const ModelType kNearFieldTip5 = Later(110, "sSNOM-5");
+constinit const ModelType kBlgMagnetooptics = Later(111, "BLG-magnetooptics");
+constinit const ModelType kBlgLevels = Later(112, "BLG-LLs");
+constinit const ModelType kRaman = Later(113, "Raman");
+
+}  // namespace kalvex
