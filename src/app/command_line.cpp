@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "core/text.h"
+#include "models/types/describe.h"
 
 namespace kalvex {
 
@@ -16,6 +17,8 @@ constinit const char* const kUsage =
     "  --verbose     tell on standard error what each statement did, or why it did nothing\n"
     "  --progress    tell on standard error how a fit proceeds (done anyway on a terminal)\n"
     "  --threads N   accepted; a run uses one thread for now\n"
+    "  --list-types  list the special models: code, name, for what sample\n"
+    "  --describe-type N  show the page of the special model with code N\n"
     "  --help        show this text\n"
     "  --version     show the version\n"
     "\n"
@@ -45,6 +48,15 @@ bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::
       line.help = true;
     } else if (arg == "--version") {
       line.version = true;
+    } else if (arg == "--list-types") {
+      line.listTypes = true;
+    } else if (arg == "--describe-type") {
+      const std::string_view code = i + 1 < args.size() ? args[++i] : "";
+      line.describeType = IntegerOf(code);
+      if (!TypeOfCode(line.describeType) || std::to_string(line.describeType) != code) {
+        fault = "--describe-type needs the code of a special model; --list-types shows them";
+        return false;
+      }
     } else if (arg == "--threads") {
       const std::string_view number = i + 1 < args.size() ? args[++i] : "";
       line.threads = IntegerOf(number);

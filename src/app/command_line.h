@@ -14,7 +14,9 @@ struct CommandLine {
   bool progress = false;
   bool help = false;
   bool version = false;
-  int threads = 0;  // 0: as many as the machine has
+  bool listTypes = false;
+  int describeType = 0;  // code of the special model whose page is wanted
+  int threads = 0;       // 0: as many as the machine has
   std::string macroFile;
 };
 

@@ -6,6 +6,7 @@
 
 #include "app/command_line.h"
 #include "macro/run_macro.h"
+#include "models/types/describe.h"
 #include "program/program.h"
 
 namespace {
@@ -39,6 +40,14 @@ int main(int argc, char** argv) {
   }
   if (line.version) {
     std::puts("Kalvex " KALVEX_VERSION);
+    return kRan;
+  }
+  if (line.listTypes) {
+    std::fputs(kalvex::ListOfTypes().c_str(), stdout);
+    return kRan;
+  }
+  if (line.describeType != 0) {
+    std::fputs(kalvex::PageOf(*kalvex::TypeOfCode(line.describeType)).c_str(), stdout);
     return kRan;
   }
   if (line.macroFile.empty()) {

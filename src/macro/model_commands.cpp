@@ -8,6 +8,7 @@
 #include "models/model_rows.h"
 #include "models/model_table.h"
 #include "models/param_value.h"
+#include "models/types/describe.h"
 #include "program/program.h"
 #include "windows/model_window.h"
 
@@ -22,10 +23,9 @@ struct NamedParam {
 };
 
 NamedParam FindParamByName(Model& model, const std::string& name, std::optional<int> lorNo, const char* lorNoName) {
-  constexpr std::array<const char*, kColumns> kNames = {"Wo", "Wp", "G"};
   if (EqualsIgnoringCase(name, "Einf")) return {&model.epsInf, true, {}};
   for (int column = 0; column < kColumns; ++column) {
-    if (!EqualsIgnoringCase(name, kNames[static_cast<std::size_t>(column)])) continue;
+    if (!EqualsIgnoringCase(name, kColumnNames[static_cast<std::size_t>(column)])) continue;
     if (!lorNo) return {nullptr, false, std::string(lorNoName) + " is missing"};
     if (*lorNo < 1 || *lorNo > RowCount(model)) {
       return {nullptr, false, ModelText(static_cast<int>(model.number)) + " has no row " + std::to_string(*lorNo)};
@@ -33,6 +33,19 @@ NamedParam FindParamByName(Model& model, const std::string& name, std::optional<
     return {&Cell(model, *lorNo - 1, column), false, {}};
   }
   return {nullptr, false, "'" + name + "' is none of Einf, Wo, Wp, G"};
+}
+
+// "Wp" of a plain model, "Wp (thickness, cm)" of a special one, whose leading value names the type.
+std::string ParamLabel(const MacroCall& call, const Model& model, const std::string& name, std::optional<int> lorNo) {
+  const ModelType* const type = TypeOf(call.program.eval, model);
+  if (!type) return name;
+  if (EqualsIgnoringCase(name, "Einf")) return name + " (" + type->name + ')';
+  for (int column = 0; column < kColumns; ++column) {
+    if (!EqualsIgnoringCase(name, kColumnNames[static_cast<std::size_t>(column)])) continue;
+    const RowCell* const cell = CellAt(type->map, lorNo.value_or(0) - 1, column);
+    return name + " (" + (cell ? cell->meaning : "not used") + ')';
+  }
+  return name;
 }
 
 std::string RowsText(const Model& model) {
@@ -103,7 +116,8 @@ MacroResult SetModelParamCommand(MacroCall& call) {
   RedrawDirty(call.program.notices, call.program.params);
   SetCouplingIfGiven(call, *named.param);
   if (call.Int("Update").value_or(1) != 0) RefreshModelWindow(call.program.notices, *model);
-  return call.Done(ModelText(static_cast<int>(model->number)) + ' ' + *name + " = " + ParamText(*named.param));
+  return call.Done(ModelText(static_cast<int>(model->number)) + ' ' +
+                   ParamLabel(call, *model, *name, call.Int("LorNo")) + " = " + ParamText(*named.param));
 }
 
 MacroResult CopyModelParamCommand(MacroCall& call) {

@@ -15,6 +15,7 @@ namespace kalvex {
 
 enum Column : int { Wo = 0, Wp = 1, G = 2 };
 inline constexpr int kColumns = 3;
+inline constexpr std::array<const char*, kColumns> kColumnNames = {"Wo", "Wp", "G"};
 
 // Place and selection of a model's window, kept with the model whether or not there is a screen.
 struct ModelWindow {

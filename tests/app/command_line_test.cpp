@@ -1,4 +1,6 @@
 // The command line: options, exit statuses, and what stands on which stream.
+#include <algorithm>
+
 #include "app/kalvex_run.h"
 
 namespace kalvex {
@@ -114,6 +116,7 @@ TEST_F(CommandLines, VerboseTellsOfEachStatement) {
 }
 
 TEST_F(CommandLines, AWrongCommandLineGivesTwoAndRunsNothing) {
+  constexpr auto kNoType = "--describe-type needs the code of a special model; --list-types shows them";
   const struct {
     Args args;
     const char* fault;
@@ -128,6 +131,11 @@ TEST_F(CommandLines, AWrongCommandLineGivesTwoAndRunsNothing) {
                 {{"--threads", "good one.kvs"}, "--threads needs a number of at least 1"},
                 {{"good one.kvs", "b.kvs"}, "a second macro file, 'b.kvs'"},
                 {{"--check"}, "--check needs a macro file"},
+                {{"--describe-type"}, kNoType},
+                {{"--describe-type", "30"}, kNoType},
+                {{"--describe-type", "114"}, kNoType},
+                {{"--describe-type", "-17"}, kNoType},
+                {{"--describe-type", "17x"}, kNoType},
                 {{"--help", "--frobnicate"}, "unknown option '--frobnicate'"}};
   for (const auto& c : kCases) {
     const ProgramRun refused = With(c.args);
@@ -142,8 +150,8 @@ TEST_F(CommandLines, HelpNamesEveryOptionAndVersionTheProgram) {
   const ProgramRun help = With({"--help"});
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");
-  for (const char* const option :
-       {"--headless", "--check", "--verbose", "--progress", "--threads N", "--help", "--version"}) {
+  for (const char* const option : {"--headless", "--check", "--verbose", "--progress", "--threads N", "--list-types",
+                                   "--describe-type N", "--help", "--version"}) {
     EXPECT_NE(help.out.find(option), std::string::npos) << option;
   }
   EXPECT_EQ(With({"--help", "good one.kvs"}).out, help.out);
@@ -151,6 +159,18 @@ TEST_F(CommandLines, HelpNamesEveryOptionAndVersionTheProgram) {
   EXPECT_EQ(version.status, 0);
   EXPECT_EQ(version.out.substr(0, 7), "Kalvex ");
   EXPECT_EQ(version.out.back(), '\n');
+}
+
+TEST_F(CommandLines, SpecialModelsAreListedAndDescribed) {
+  const ProgramRun list = With({"--list-types"});
+  EXPECT_EQ(list.status, 0);
+  EXPECT_EQ(std::count(list.out.begin(), list.out.end(), '\n'), 106);
+  EXPECT_NE(list.out.find("\n17\tRefl. sample in medium\t"), std::string::npos);
+  const ProgramRun page = With({"--describe-type", "17"});
+  EXPECT_EQ(page.status, 0);
+  EXPECT_EQ(page.out.substr(0, page.out.find('\n')), "# 17: Refl. sample in medium");
+  EXPECT_NE(page.out.find("| 1 | Wp | model | sample |"), std::string::npos);
+  EXPECT_EQ(list.err + page.err, "");
 }
 
 TEST_F(CommandLines, AMissingLoopFileGivesOneAndKeepsTheEffectsBeforeIt) {

@@ -47,6 +47,22 @@ TEST_F(Verbose, WithoutItNothingIsSaid) {
   EXPECT_EQ(quiet.out + quiet.err, "");
 }
 
+TEST_F(Verbose, RowsOfASpecialModelAreCalledByWhatTheyMean) {
+  Run("NewModel();\nSetModelParam(ModelNo=1,ParamName=\"Einf\",Value=-17,FitActive=0);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"wo\",LorNo=1,Value=2,FitActive=0);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"G\",LorNo=1,Value=0.5,FitActive=0);\nInsertModelRow(ModelNo=1);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"G\",LorNo=2,Value=3,FitActive=0);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"Einf\",Value=1,FitActive=0);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"G\",LorNo=1,Value=4,FitActive=0);\n");
+  const Texts lines = Lines();
+  ASSERT_EQ(lines.size(), 8U);
+  EXPECT_EQ(lines[1], "macro.kvs:2: SetModelParam: model 1 Einf (Refl. sample in medium) = -17, fixed");
+  EXPECT_EQ(lines[2], "macro.kvs:3: SetModelParam: model 1 wo (medium) = 2, fixed");
+  EXPECT_EQ(lines[3], "macro.kvs:4: SetModelParam: model 1 G (scale) = 0.5, fixed");
+  EXPECT_EQ(lines[5], "macro.kvs:6: SetModelParam: model 1 G (not used) = 3, fixed");
+  EXPECT_EQ(lines[7], "macro.kvs:8: SetModelParam: model 1 G = 4, fixed");
+}
+
 TEST_F(Verbose, APassOfALoopIsToldEachTime) {
   folder.Write("loop", "5\n6\n");
   Run("EndLoop();\nBeginLoop(LoopFile=\"loop\");\n  Wait(\n  Time=%1);\nEndLoop();\nEndLoop();\nBeginLoop();\n");

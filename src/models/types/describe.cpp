@@ -1,7 +1,6 @@
 #include "models/types/describe.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "core/text.h"
@@ -10,8 +9,6 @@
 
 namespace kalvex {
 namespace {
-
-constexpr std::array<const char*, kColumns> kColumnNames = {"Wo", "Wp", "G"};
 
 const char* UseText(CellUse use) {
   switch (use) {
