@@ -44,6 +44,7 @@ struct RowCell {
   const char* meaning = "";  // with its unit
   double typical = 0;        // a sensible value: for examples, and for the tests that every type undergoes
   double absent = 0;         // what counts where the model has too few rows for it
+  int demanded = 0;          // of a partner: the code that its leading value must name
 };
 constexpr RowCell Partner(int row, int column, const char* meaning) {
   return {row, column, CellUse::kPartner, meaning};
@@ -53,6 +54,10 @@ constexpr RowCell OptionalPartner(int row, int column, const char* meaning) {
 }
 constexpr RowCell Evaluated(int row, int column, const char* meaning) {
   return {row, column, CellUse::kEvaluated, meaning};
+}
+// A partner that must be of one type.
+constexpr RowCell EvaluatedType(int row, int column, const char* meaning, int code) {
+  return {row, column, CellUse::kEvaluated, meaning, static_cast<double>(code), 0, code};
 }
 constexpr RowCell DatasetSlot(int row, int column, const char* meaning) {
   return {row, column, CellUse::kDataset, meaning};

@@ -88,8 +88,9 @@ int TypeInputs<T>::TruncatedSetting(double value) {
 template class TypeInputs<double>;
 template class TypeInputs<TypeDual>;
 
-TypeRun::TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills)
-    : ctx_(ctx), model_(model), map_(map), fills_(fills), scratch_(NextLevel(ctx)) {}
+TypeRun::TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+                 std::span<const int> asked)
+    : ctx_(ctx), model_(model), map_(map), fills_(fills), asked_(asked), scratch_(NextLevel(ctx)) {}
 
 TypeRun::~TypeRun() { --ctx_.typeScratch.depth; }
 
@@ -138,6 +139,7 @@ int TypeRun::ReadRows() {
     scratch_.partner[i] = GetModelByReal(*ctx_.params, scratch_.raw[i]);
     const bool vacuum = cell.use == CellUse::kOptional && scratch_.raw[i] == 0;
     if (!scratch_.partner[i] && !vacuum) return -1;
+    if (cell.demanded != 0 && scratch_.partner[i]->epsInf.value != -cell.demanded) return -1;
   }
   return 0;
 }
@@ -169,7 +171,7 @@ int TypeRun::AskAll(double x, bool derivatives) {
 }
 
 double* TypeRun::ColumnOf(int i, int slot) {
-  const std::size_t column = static_cast<std::size_t>(i) * fills_.size() + static_cast<std::size_t>(slot);
+  const std::size_t column = static_cast<std::size_t>(i) * AskedCount() + static_cast<std::size_t>(slot);
   return scratch_.columns.data() + column * scratch_.free.size();
 }
 
@@ -177,15 +179,15 @@ int TypeRun::AskEvaluated(int i, double x, bool derivatives) {
   if (derivatives) {
     scratch_.free.clear();
     ForEachFreeParam(*ctx_.params, [&](ModelParam& param) { scratch_.free.push_back(&param); });
-    scratch_.columns.resize(InputCount() * fills_.size() * scratch_.free.size());
-    for (const SlotUse& slot : fills_) ClearColumns(slot.quantity);
+    scratch_.columns.resize(InputCount() * AskedCount() * scratch_.free.size());
+    for (std::size_t s = 0; s < AskedCount(); ++s) ClearColumns(Asked(s));
   }
   QuantitySet set = 0;
-  for (const SlotUse& slot : fills_) set = static_cast<QuantitySet>(set | SetOf(slot.quantity));
+  for (std::size_t s = 0; s < AskedCount(); ++s) set = static_cast<QuantitySet>(set | SetOf(Asked(s)));
   const WantedForPartner wanted(ctx_.quantities, set);
   if (EvalModel(ctx_, *scratch_.partner[static_cast<std::size_t>(i)], x, derivatives) != 0) return -1;
-  for (std::size_t s = 0; s < fills_.size(); ++s) {
-    const auto q = static_cast<std::size_t>(fills_[s].quantity);
+  for (std::size_t s = 0; s < AskedCount(); ++s) {
+    const auto q = static_cast<std::size_t>(Asked(s));
     scratch_.quantities[static_cast<std::size_t>(i)][q] = ctx_.quantities[q].value;
     if (!derivatives) continue;
     double* const column = ColumnOf(i, static_cast<int>(s));
@@ -201,7 +203,7 @@ void TypeRun::CountDirections() {
     const CellUse use = CellOf(static_cast<int>(i)).use;
     int count = 0;
     if (use == CellUse::kEvaluated) {
-      count = static_cast<int>(fills_.size());
+      count = static_cast<int>(AskedCount());
     } else if (scratch_.partner[i] && use != CellUse::kReference) {
       count = HasFreeParam(*scratch_.partner[i]) ? 2 : 0;
     } else if (scratch_.param[i]) {
@@ -231,8 +233,8 @@ void TypeRun::MakeDuals(int first) {
       if (scratch_.partner[i]) vary(scratch_.dual[i].im, direction + 1);
       continue;
     }
-    for (std::size_t s = 0; s < fills_.size(); ++s) {
-      const auto q = static_cast<std::size_t>(fills_[s].quantity);
+    for (std::size_t s = 0; s < AskedCount(); ++s) {
+      const auto q = static_cast<std::size_t>(Asked(s));
       scratch_.dualQuantities[i][q] = TypeDual(scratch_.quantities[i][q]);
       vary(scratch_.dualQuantities[i][q], direction + static_cast<int>(s));
     }
@@ -282,7 +284,7 @@ void TypeRun::ClearColumns(int quantity) {
 void TypeRun::AddEvaluated(int quantity) {
   for (std::size_t i = 0; i < InputCount(); ++i) {
     if (CellOf(static_cast<int>(i)).use != CellUse::kEvaluated) continue;
-    for (std::size_t s = 0; s < fills_.size(); ++s) {
+    for (std::size_t s = 0; s < AskedCount(); ++s) {
       const double slope = Slope(quantity, scratch_.direction[i] + static_cast<int>(s));
       if (slope == 0) continue;
       const double* const column = ColumnOf(static_cast<int>(i), static_cast<int>(s));
@@ -330,8 +332,8 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
 
 // Notes which parameters the Quantities of an evaluated partner depend on.
 int TypeRun::SeedEvaluated(int i) {
-  for (std::size_t s = 0; s < fills_.size(); ++s) {
-    const int quantity = fills_[s].quantity;
+  for (std::size_t s = 0; s < AskedCount(); ++s) {
+    const int quantity = Asked(s);
     const WantedForPartner wanted(ctx_.quantities, SetOf(quantity));
     ClearColumns(quantity);
     if (EvalModelAfter(ctx_, *scratch_.partner[static_cast<std::size_t>(i)]) != 0) return -1;
@@ -343,7 +345,8 @@ int TypeRun::SeedEvaluated(int i) {
   return 0;
 }
 
-// Slopes of 1 by all directions of the inputs in a set; of an evaluated partner, by the Quantity of the same number.
+// Slopes of 1 by all directions of the inputs in a set; of an evaluated partner by all that is asked of it, and where
+// the type does not say what it asks, by the Quantity of the same number.
 void TypeRun::SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs) {
   const int head = static_cast<int>(map_.head.size()), group = static_cast<int>(map_.group.size());
   for (int i = 0; i < static_cast<int>(InputCount()); ++i) {
@@ -351,17 +354,19 @@ void TypeRun::SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs) {
     const int bit = i < head ? i : head + (i - head) % group;
     if (direction < 0 || !(inputs >> bit & 1)) continue;
     const CellUse use = CellOf(i).use;
-    Slope(quantity, direction + (use == CellUse::kEvaluated ? static_cast<int>(slot) : 0)) = 1;
-    if (IsResponse(use)) Slope(quantity, direction + 1) = 1;
+    const bool byEach = use == CellUse::kEvaluated && asked_.empty();
+    const int count = use == CellUse::kEvaluated && !byEach ? static_cast<int>(asked_.size()) : IsResponse(use) ? 2 : 1;
+    for (int k = 0; k < count; ++k) Slope(quantity, direction + (byEach ? static_cast<int>(slot) : k)) = 1;
   }
 }
 
-int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills, bool material) {
-  TypeRun run(ctx, model, map, fills);
+int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+                     std::span<const int> asked, bool material) {
+  TypeRun run(ctx, model, map, fills, asked);
   if (const int status = run.ReadRows()) return status;
   TypeScratch& scratch = run.scratch_;
   ForEachFreeParam(*ctx.params, [&](ModelParam& param) { scratch.free.push_back(&param); });
-  scratch.columns.assign(run.InputCount() * fills.size() * scratch.free.size(), 0);
+  scratch.columns.assign(run.InputCount() * run.AskedCount() * scratch.free.size(), 0);
   const int count = static_cast<int>(run.InputCount());
   for (int i = 0; i < count; ++i) {
     if (run.CellOf(i).use == CellUse::kEvaluated && run.SeedEvaluated(i) != 0) return -1;

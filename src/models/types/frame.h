@@ -16,10 +16,21 @@
 // `Complex<T> Response(const TypeInputs<T>& in)`, a dielectric function from which all 15 Quantities follow. Either
 // may be given a `bool&` as last argument: false there ends the evaluation with -1. Groups of rows that repeat stand in
 // kGroup, kGroupStart and kGroupRows. `double FrequencyOf(const TypeInputs<double>&, int input)`, where there is one,
-// is the frequency at which a partner is asked.
+// is the frequency at which a partner is asked. Evaluated partners are asked for the Quantities that the type fills, or
+// for those of `kAsked`, an array of their numbers.
+//
+// What does not depend on the frequency is made once for a spectrum:
+//     template <class T> struct Table { ... };
+//     template <class T> static void Prepare(const TypeInputs<T>& in, Table<T>& table);
+//     template <class T> static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q);
+// Prepare reads own numbers and settings only, no partner and no frequency. The frame keeps its table, also those of
+// the passes over the directions of derivatives, until one of them changes.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
+#include <type_traits>
+#include <vector>
 
 #include "models/eval_context.h"
 #include "models/quantity_formulas.h"
@@ -90,7 +101,8 @@ inline constexpr double kDegreesPerRadian = 57.29577951308232;
 // through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
 class TypeRun {
  public:
-  TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills);
+  TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+          std::span<const int> asked = {});
   TypeRun(const TypeRun&) = delete;
   TypeRun& operator=(const TypeRun&) = delete;
   ~TypeRun();
@@ -123,10 +135,15 @@ class TypeRun {
   void ChainOfMaterial();
 
   TypeScratch& scratch() { return scratch_; }
+  EvalContext& context() { return ctx_; }
+  Model& model() { return model_; }
   std::size_t InputCount() const { return scratch_.raw.size(); }
 
  private:
-  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, bool);
+  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
+                              bool);
+  std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
+  int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
   int SeedEvaluated(int i);
   void SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs);
   template <class Visit>
@@ -142,6 +159,7 @@ class TypeRun {
   Model& model_;
   const RowMap& map_;
   std::span<const SlotUse> fills_;
+  std::span<const int> asked_;  // Quantities of evaluated partners; empty: those of the fills, each by each
   TypeScratch& scratch_;
   double x_ = 0;
   bool derivatives_ = false;
@@ -149,7 +167,8 @@ class TypeRun {
 };
 
 // The after-step: what each wanted Quantity depends on.
-int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills, bool material);
+int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+                     std::span<const int> asked, bool material);
 
 // The model that an element of the rows names, null if there is none of that number.
 Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
@@ -178,10 +197,96 @@ constexpr std::span<const SlotUse> FillsOf() {
   }
 }
 
+template <class Type>
+constexpr std::span<const int> AskedOf() {
+  if constexpr (requires { Type::kAsked; }) {
+    return Type::kAsked;
+  } else {
+    return {};
+  }
+}
+
+// What a type keeps between its evaluations for one model, in the context of the evaluation.
+template <class Cache>
+Cache& CacheOf(EvalContext& ctx, const Model& model) {
+  std::any& cache = ctx.typeScratch.caches[model.number];
+  if (!cache.has_value() || cache.type() != typeid(Cache)) cache = Cache{};
+  return *std::any_cast<Cache>(&cache);
+}
+
+// The tables of a type that prepares: of values, and of each pass over the directions.
+template <class Type>
+struct PreparedTables {
+  template <class T>
+  using Table = typename Type::template Table<T>;
+
+  std::vector<double> numbers;  // for which they were made
+  std::vector<int> directions;
+  bool valuesHold = false;
+  std::size_t passesHold = 0;
+  Table<double> values{};
+  std::vector<Table<TypeDual>> passes{};
+};
+
+template <class Type>
+concept Prepares = requires {
+  typename Type::template Table<double>;
+};
+
+template <class Type>
+PreparedTables<Type>& TablesOf(TypeRun& run) {
+  auto& tables = CacheOf<PreparedTables<Type>>(run.context(), run.model());
+  if (tables.numbers != run.scratch().raw) {
+    tables.numbers = run.scratch().raw;
+    tables.valuesHold = false;
+    tables.passesHold = 0;
+  }
+  return tables;
+}
+
+template <class Type>
+const typename Type::template Table<double>& ValueTable(TypeRun& run, const TypeInputs<double>& in) {
+  auto& tables = TablesOf<Type>(run);
+  if (!tables.valuesHold) Type::Prepare(in, tables.values);
+  tables.valuesHold = true;
+  return tables.values;
+}
+
+// Passes are asked for in order.
+template <class Type>
+const typename Type::template Table<TypeDual>& PassTable(TypeRun& run, const TypeInputs<TypeDual>& in,
+                                                         std::size_t pass) {
+  auto& tables = TablesOf<Type>(run);
+  if (tables.directions != run.scratch().direction) {
+    tables.directions = run.scratch().direction;
+    tables.passesHold = 0;
+  }
+  if (tables.passes.size() <= pass) tables.passes.resize(pass + 1);
+  if (tables.passesHold <= pass) Type::Prepare(in, tables.passes[pass]);
+  tables.passesHold = std::max(tables.passesHold, pass + 1);
+  return tables.passes[pass];
+}
+
 template <class Type, class T>
-bool CallFormula(const TypeInputs<T>& in, Slots<T>& q, Complex<T>& eps) {
+bool CallFormula(TypeRun& run, const TypeInputs<T>& in, std::size_t pass, Slots<T>& q, Complex<T>& eps) {
   bool holds = true;
-  if constexpr (requires { Type::Response(in, holds); }) {
+  if constexpr (Prepares<Type>) {
+    const auto& table = [&]() -> const auto& {
+      if constexpr (std::is_same_v<T, double>) {
+        return ValueTable<Type>(run, in);
+      } else {
+        return PassTable<Type>(run, in, pass);
+      }
+    }
+    ();
+    if constexpr (requires { Type::Response(in, table); }) {
+      eps = Type::Response(in, table);
+    } else if constexpr (requires { Type::Fill(in, table, q, holds); }) {
+      Type::Fill(in, table, q, holds);
+    } else {
+      Type::Fill(in, table, q);
+    }
+  } else if constexpr (requires { Type::Response(in, holds); }) {
     eps = Type::Response(in, holds);
   } else if constexpr (requires { Type::Response(in); }) {
     eps = Type::Response(in);
@@ -219,7 +324,8 @@ void FillSlopes(TypeRun& run, const RowMap& map, double x) {
     run.MakeDuals(first);
     Slots<TypeDual> values{};
     Complex<TypeDual> eps;
-    CallFormula<Type>(TypeInputs<TypeDual>(run.scratch(), map, x), values, eps);
+    CallFormula<Type>(run, TypeInputs<TypeDual>(run.scratch(), map, x), static_cast<std::size_t>(first / kTypeLanes),
+                      values, eps);
     for (int lane = 0; lane < kTypeLanes && first + lane < run.Directions(); ++lane) {
       const auto l = static_cast<std::size_t>(lane);
       if constexpr (kIsMaterial<Type>) {
@@ -236,7 +342,7 @@ void FillSlopes(TypeRun& run, const RowMap& map, double x) {
 template <class Type, RowRule kRows, bool kFitted>
 int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
   const RowMap& map = kMapOf<Type, kRows>;
-  TypeRun run(ctx, model, map, FillsOf<Type>());
+  TypeRun run(ctx, model, map, FillsOf<Type>(), AskedOf<Type>());
   if (const int status = run.ReadRows()) return status;
   const bool slopes = derivatives && kFitted;
   if constexpr (requires(const TypeInputs<double>& in) { Type::Admits(in); }) {
@@ -245,7 +351,7 @@ int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
   if (AskPartners<Type>(run, map, x, slopes) != 0) return -1;
   Slots<double> values{};
   Cplx eps;
-  if (!CallFormula<Type>(TypeInputs<double>(run.scratch(), map, x), values, eps)) return -1;
+  if (!CallFormula<Type>(run, TypeInputs<double>(run.scratch(), map, x), 0, values, eps)) return -1;
   if constexpr (kIsMaterial<Type>) {
     run.StoreMaterial(eps, x, slopes);
   } else {
@@ -264,7 +370,7 @@ int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
 
 template <class Type, RowRule kRows>
 int AfterType(EvalContext& ctx, Model& model) {
-  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), kIsMaterial<Type>);
+  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), kIsMaterial<Type>);
 }
 
 inline int AfterNothing(EvalContext&, Model&) { return 0; }
@@ -295,14 +401,6 @@ constexpr ModelType ShownType(int code, const char* name, const TypePage& page) 
           kMapOf<Type, kRows>,
           FillsOf<Type>(),
           page};
-}
-
-// What a type keeps between its evaluations for one model, in the context of the evaluation.
-template <class Cache>
-Cache& CacheOf(EvalContext& ctx, const Model& model) {
-  std::any& cache = ctx.typeScratch.caches[model.number];
-  if (!cache.has_value() || cache.type() != typeid(Cache)) cache = Cache{};
-  return *std::any_cast<Cache>(&cache);
 }
 
 }  // namespace kalvex

@@ -1,0 +1,118 @@
+// Conductivity of electrons in Landau levels: one sum for all Hamiltonians that are linear in the ladder operator.
+//
+// With eps = sqrt(2 hbar e v^2 |B|) and A = dH/d(eps a+), a transition i -> f in which the level index grows by one
+// adds to the circular conductivities, in units of a layer of 3.35 A and for four flavours of electrons,
+//     sigma_+-(E) = (14532/pi) eps^2 sum |A_fi|^2 (f_i - f_f)/D i/(E -+ D + ig),   D = E_f - E_i,
+// all pairs of bands taken, so that resonant and antiresonant parts are both in. With Z = E + ig both tensor elements
+// are sums over 1/(D^2 - Z^2):
+//     sigma_xx = -i (14532/pi) Z sum w/(D^2 - Z^2),  sigma_xy = -(14532/pi) sum w D/(D^2 - Z^2),
+//     w = eps^2 |A_fi|^2 (f_i - f_f)/D.
+// V. P. Gusynin, S. G. Sharapov, J. P. Carbotte, J. Phys.: Condens. Matter 19, 026222 (2007), Kubo formula.
+#pragma once
+
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "numeric/complex.h"
+#include "numeric/dual.h"
+#include "numeric/fermi.h"
+
+namespace kalvex {
+
+inline constexpr double kElectronvoltPerWavenumber = 0.00012399256044637322;
+inline constexpr double kElectronvoltPerKelvin = 8.617346718945237e-05;
+// 2 hbar e in eV^2 s^2/(m^2 T): eps^2 = kLadderScale v^2 |B|.
+inline constexpr double kLadderScale = 2 * 6.577e-16;
+// Eight times e^2/(4 hbar) over 3.35 A, in Ohm^-1 cm^-1.
+inline constexpr double kLadderConductivity = 14532;
+
+// The transitions of a spectrum.
+template <class T>
+struct LadderTable {
+  std::vector<T> square;    // D^2
+  std::vector<T> diagonal;  // what stands above D^2 - Z^2 in sigma_xx
+  std::vector<T> hall;      // and in sigma_xy
+
+  void Clear() {
+    square.clear();
+    diagonal.clear();
+    hall.clear();
+  }
+  void Add(const T& squareOfStep, const T& ofDiagonal, const T& ofHall) {
+    square.push_back(squareOfStep);
+    diagonal.push_back(ofDiagonal);
+    hall.push_back(ofHall);
+  }
+};
+
+// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential.
+template <class T>
+void AddTransition(LadderTable<T>& table, const T& weight, const T& from, const T& to, const T& kT) {
+  const T step = to - from;
+  // Within a band at vanishing field the quotient of differences becomes the slope.
+  const bool same = std::fabs(ValueOf(step)) < 1e-12;
+  const T w = same ? -weight * FermiSlope(from, kT) : weight * (Fermi(from, kT) - Fermi(to, kT)) / step;
+  table.Add(step * step, w, w * step);
+}
+
+template <class T>
+struct LadderSums {
+  Complex<T> diagonal;
+  Complex<T> hall;
+};
+
+inline LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx& z) {
+  const Cplx z2 = z * z;
+  LadderSums<double> sums;
+  for (std::size_t k = 0; k < table.square.size(); ++k) {
+    const Cplx u = Cplx{1, 0} / (table.square[k] - z2);
+    sums.diagonal += u * table.diagonal[k];
+    sums.hall += u * table.hall[k];
+  }
+  return sums;
+}
+
+// The same with derivatives: only the weights of a transition are carried in all directions, its denominator is made
+// once.
+template <int N>
+LadderSums<Dual<N>> SumLadder(const LadderTable<Dual<N>>& table, const Complex<Dual<N>>& z) {
+  const Complex<Dual<N>> square = z * z;
+  const Cplx z2 = ValueOf(square);
+  LadderSums<Dual<N>> sums;
+  Cplx bySquare[2];  // derivatives of the sums by Z^2
+  for (std::size_t k = 0; k < table.square.size(); ++k) {
+    const Cplx u = Cplx{1, 0} / (table.square[k].a - z2), u2 = u * u;
+    const auto add = [&](const Dual<N>& weight, Complex<Dual<N>>& sum, Cplx& slope) {
+      const Cplx au2 = u2 * weight.a;
+      sum.re.a += weight.a * u.re;
+      sum.im.a += weight.a * u.im;
+      slope += au2;
+      for (std::size_t l = 0; l < N; ++l) {
+        sum.re.v[l] += weight.v[l] * u.re - table.square[k].v[l] * au2.re;
+        sum.im.v[l] += weight.v[l] * u.im - table.square[k].v[l] * au2.im;
+      }
+    };
+    add(table.diagonal[k], sums.diagonal, bySquare[0]);
+    add(table.hall[k], sums.hall, bySquare[1]);
+  }
+  sums.diagonal += Analytic(square, {}, bySquare[0]);
+  sums.hall += Analytic(square, {}, bySquare[1]);
+  return sums;
+}
+
+template <class T>
+struct SheetTensor {
+  Complex<T> xx;
+  Complex<T> xy;
+};
+
+// sigma_xx and sigma_xy in Ohm^-1 cm^-1 of a layer at Z = E + ig in eV; reversed is the sign of the field.
+template <class T>
+SheetTensor<T> LadderTensor(const LadderTable<T>& table, const Complex<T>& z, bool reversed) {
+  const LadderSums<T> sums = SumLadder(table, z);
+  const T scale(kLadderConductivity / std::numbers::pi);
+  return {-TimesI(z * sums.diagonal * scale), sums.hall * (reversed ? scale : -scale)};
+}
+
+}  // namespace kalvex
