@@ -31,6 +31,7 @@ enum class CellUse : std::uint8_t {
   kOptional,      // as kPartner; 0 stands for vacuum
   kEvaluated,     // number of the model whose Quantities are read
   kDataset,       // slot of a dataset that is read at the frequency; an empty one reads as 0
+  kOwnMesh,       // a switch: other than 0, the model's own variational dielectric function is read
   kOwn,           // a number that can be fitted
   kSetting,       // a number that cannot: a switch, a count, an end of a range
   kExperimental,  // not an element of the rows: an experimental parameter, whose index stands for the row
@@ -61,6 +62,9 @@ constexpr RowCell EvaluatedType(int row, int column, const char* meaning, int co
 }
 constexpr RowCell DatasetSlot(int row, int column, const char* meaning) {
   return {row, column, CellUse::kDataset, meaning};
+}
+constexpr RowCell OwnMesh(int row, int column, const char* meaning) {
+  return {row, column, CellUse::kOwnMesh, meaning};
 }
 constexpr RowCell Own(int row, int column, const char* meaning, double typical, double absent = 0) {
   return {row, column, CellUse::kOwn, meaning, typical, absent};

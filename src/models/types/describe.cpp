@@ -22,6 +22,8 @@ const char* UseText(CellUse use) {
       return "model, its Quantities";
     case CellUse::kDataset:
       return "dataset";
+    case CellUse::kOwnMesh:
+      return "switch";
     case CellUse::kOwn:
       return "number";
     case CellUse::kSetting:

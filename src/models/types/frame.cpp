@@ -8,6 +8,7 @@
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
 #include "models/model_table.h"
+#include "vdf/vdf_eval.h"
 
 namespace kalvex {
 namespace {
@@ -27,7 +28,15 @@ bool HasFreeParam(Model& model) {
 }
 
 bool IsResponse(CellUse use) {
-  return use == CellUse::kPartner || use == CellUse::kOptional || use == CellUse::kReference;
+  return use == CellUse::kPartner || use == CellUse::kOptional || use == CellUse::kReference ||
+         use == CellUse::kOwnMesh;
+}
+
+bool NamesModel(CellUse use) { return use == CellUse::kEvaluated || (IsResponse(use) && use != CellUse::kOwnMesh); }
+
+// Rows of a special model have no part in its own mesh.
+void ClearRowSlopes(Model& model) {
+  ForEachParam(model, [](ModelParam& param) { param.dEpsRe = param.dEpsIm = 0; });
 }
 
 template <class Visit>
@@ -123,7 +132,8 @@ int TypeRun::ReadRows() {
   scratch_.param.assign(count, nullptr);
   scratch_.quantities.resize(count);
   for (std::size_t i = 0; i < count; ++i) {
-    const RowCell& cell = CellOf(static_cast<int>(i));
+    const int index = static_cast<int>(i);
+    const RowCell& cell = CellOf(index);
     if (cell.use == CellUse::kExperimental) {
       scratch_.param[i] = &ctx_.params->ExpParams[static_cast<std::size_t>(cell.row)];
       scratch_.raw[i] = scratch_.param[i]->value;
@@ -135,7 +145,10 @@ int TypeRun::ReadRows() {
     ModelParam* const param = row < rows ? &Cell(model_, row, cell.column) : nullptr;
     scratch_.raw[i] = param ? param->value : cell.absent;
     if (cell.use == CellUse::kOwn) scratch_.param[i] = param;
-    if (!IsResponse(cell.use) && cell.use != CellUse::kEvaluated) continue;
+    if (cell.use == CellUse::kOwnMesh && HasVdf(model_) && TypeInputs<double>(scratch_, map_, 0).setting(index) != 0) {
+      scratch_.partner[i] = &model_;
+    }
+    if (!NamesModel(cell.use)) continue;
     scratch_.partner[i] = GetModelByReal(*ctx_.params, scratch_.raw[i]);
     const bool vacuum = cell.use == CellUse::kOptional && scratch_.raw[i] == 0;
     if (!scratch_.partner[i] && !vacuum) return -1;
@@ -152,6 +165,11 @@ void TypeRun::Ask(int i, double x, bool derivatives) {
   if (use == CellUse::kDataset) {
     const Dataset* const dataset = DatasetInSlot(*ctx_.datasets, TypeInputs<double>(scratch_, map_, x).setting(i));
     scratch_.at[at] = {dataset && dataset->id != 0 ? DatasetValueAt(*dataset, x) : 0, 0};
+  } else if (use == CellUse::kOwnMesh) {
+    scratch_.at[at] = {};
+    if (!scratch_.partner[at]) return;
+    if (derivatives) ClearRowSlopes(model_);
+    scratch_.at[at] = EvalVdf(model_.vdf, x, derivatives);
   } else if (IsResponse(use)) {
     Model* const partner = scratch_.partner[at];
     scratch_.at[at] = partner ? EpsSum(ctx_, *partner, x, derivatives && use != CellUse::kReference) : Cplx{1, 0};
@@ -373,7 +391,13 @@ int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::spa
   }
   for (int i = 0; i < count; ++i) {
     Model* const partner = scratch.partner[static_cast<std::size_t>(i)];
-    if (partner && IsResponse(run.CellOf(i).use)) SeedDependencies(ctx, *partner);
+    if (!partner || !IsResponse(run.CellOf(i).use)) continue;
+    if (run.CellOf(i).use == CellUse::kOwnMesh) {
+      ClearRowSlopes(model);
+      VdfGradient(model.vdf);
+    } else {
+      SeedDependencies(ctx, *partner);
+    }
   }
   run.CountDirections();
   run.ForEachWanted([&](int q, Quantity& quantity) {

@@ -357,7 +357,8 @@ int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
   } else {
     run.Store(values);
   }
-  if (slopes) {
+  if constexpr (kFitted) {
+    if (!slopes) return 0;
     FillSlopes<Type>(run, map, x);
     if constexpr (kIsMaterial<Type>) {
       run.ChainOfMaterial();

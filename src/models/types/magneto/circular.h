@@ -76,19 +76,24 @@ void FillMagnetised(const Circular<T>& eps, double x, Slots<T>& q) {
   q[kDepth] = perEps * xy.im;
   q[kLoss] = -(perEps * xy.re);
 }
-inline constexpr SlotUse kMagnetisedFills[] = {{kRefl, "reflectivity, mean of both circular ones"},
-                                               {kRp, "Kerr rotation, radians"},
-                                               {kRs, "Kerr ellipticity"},
-                                               {kRps, "reflectivity of +"},
-                                               {kE1, "Re eps_xx"},
-                                               {kE2, "Im eps_xx"},
-                                               {kS1, "Re sigma_xx, Ohm^-1 cm^-1"},
-                                               {kS2, "Im sigma_xx, Ohm^-1 cm^-1"},
-                                               {kN1, "Re eps_xy"},
-                                               {kN2, "Im eps_xy"},
-                                               {kDepth, "Re sigma_xy, Ohm^-1 cm^-1"},
-                                               {kLoss, "Im sigma_xy, Ohm^-1 cm^-1"},
-                                               {kDefringed, "reflectivity of -"}};
+// What the reading fills, given the inputs on which Im eps_xx and eps_xy depend; Quantity 1 is the type's own.
+constexpr std::array<SlotUse, 14> MagnetisedFills(const char* transmission, std::uint64_t imaginary,
+                                                  std::uint64_t hall) {
+  return {{{kRefl, "reflectivity, mean of both circular ones"},
+           {kTrans, transmission},
+           {kRp, "Kerr rotation, radians"},
+           {kRs, "Kerr ellipticity"},
+           {kRps, "reflectivity of +"},
+           {kE1, "Re eps_xx"},
+           {kE2, "Im eps_xx", imaginary},
+           {kS1, "Re sigma_xx, Ohm^-1 cm^-1", imaginary},
+           {kS2, "Im sigma_xx, Ohm^-1 cm^-1"},
+           {kN1, "Re eps_xy", hall},
+           {kN2, "Im eps_xy", hall},
+           {kDepth, "Re sigma_xy, Ohm^-1 cm^-1", hall},
+           {kLoss, "Im sigma_xy, Ohm^-1 cm^-1", hall},
+           {kDefringed, "reflectivity of -"}}};
+}
 
 // The reading of a sheet on a thick substrate: the conductivities of a layer in a field, and without it.
 template <class T>
