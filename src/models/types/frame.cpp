@@ -379,7 +379,7 @@ void TypeRun::SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs) {
 }
 
 int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                     std::span<const int> asked, bool material) {
+                     std::span<const int> asked, bool material, IdleInputs idle) {
   TypeRun run(ctx, model, map, fills, asked);
   if (const int status = run.ReadRows()) return status;
   TypeScratch& scratch = run.scratch_;
@@ -400,14 +400,15 @@ int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::spa
     }
   }
   run.CountDirections();
+  const std::uint64_t counting = idle ? ~idle(TypeInputs<double>(scratch, map, 0)) : kAllInputs;
   run.ForEachWanted([&](int q, Quantity& quantity) {
     quantity.dExp.fill(0);
     if (material) {
       DependencyStub(q, quantity);
-      run.SeedSlopes(q, 0, kAllInputs);
+      run.SeedSlopes(q, 0, counting);
     }
     for (std::size_t s = 0; s < fills.size(); ++s) {
-      if (fills[s].quantity == q) run.SeedSlopes(q, s, fills[s].inputs);
+      if (fills[s].quantity == q) run.SeedSlopes(q, s, fills[s].inputs & counting);
     }
   });
   run.Chain();

@@ -16,8 +16,9 @@
 // `Complex<T> Response(const TypeInputs<T>& in)`, a dielectric function from which all 15 Quantities follow. Either
 // may be given a `bool&` as last argument: false there ends the evaluation with -1. Groups of rows that repeat stand in
 // kGroup, kGroupStart and kGroupRows. `double FrequencyOf(const TypeInputs<double>&, int input)`, where there is one,
-// is the frequency at which a partner is asked. Evaluated partners are asked for the Quantities that the type fills, or
-// for those of `kAsked`, an array of their numbers.
+// is the frequency at which a partner is asked. `std::uint64_t Idle(const TypeInputs<double>&)`, where there is one,
+// are the inputs (InputBits) that do not count with the settings as they are. Evaluated partners are asked for the
+// Quantities that the type fills, or for those of `kAsked`, an array of their numbers.
 //
 // What does not depend on the frequency is made once for a spectrum:
 //     template <class T> struct Table { ... };
@@ -97,6 +98,8 @@ T Clipped01(const T& c) {
 
 inline constexpr double kDegreesPerRadian = 57.29577951308232;
 
+using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
+
 // One evaluation: reads the rows, and carries values and derivatives to where they belong. Types with a formula use it
 // through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
 class TypeRun {
@@ -140,8 +143,8 @@ class TypeRun {
   std::size_t InputCount() const { return scratch_.raw.size(); }
 
  private:
-  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
-                              bool);
+  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>, bool,
+                              IdleInputs);
   std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
   int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
   int SeedEvaluated(int i);
@@ -168,7 +171,7 @@ class TypeRun {
 
 // The after-step: what each wanted Quantity depends on.
 int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                     std::span<const int> asked, bool material);
+                     std::span<const int> asked, bool material, IdleInputs idle);
 
 // The model that an element of the rows names, null if there is none of that number.
 Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
@@ -203,6 +206,15 @@ constexpr std::span<const int> AskedOf() {
     return Type::kAsked;
   } else {
     return {};
+  }
+}
+
+template <class Type>
+constexpr IdleInputs IdleOf() {
+  if constexpr (requires(const TypeInputs<double>& in) { Type::Idle(in); }) {
+    return Type::Idle;
+  } else {
+    return nullptr;
   }
 }
 
@@ -371,7 +383,8 @@ int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
 
 template <class Type, RowRule kRows>
 int AfterType(EvalContext& ctx, Model& model) {
-  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), kIsMaterial<Type>);
+  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), kIsMaterial<Type>,
+                          IdleOf<Type>());
 }
 
 inline int AfterNothing(EvalContext&, Model&) { return 0; }
