@@ -11,18 +11,19 @@ namespace kalvex {
 
 struct EvalContext;
 
-// How many rows a type takes, and the status that another number gives.
+// How many rows a type takes, and the status that another number gives: -1, or of its own with too few.
 struct RowRule {
   int least = 0;
   int most = 0;
-  int step = 1;  // the rows above the least come in groups of so many
-  int failure = -1;
+  int step = 1;      // the rows above the least come in groups of so many
+  int failure = -1;  // with fewer
   constexpr bool Admits(int rows) const { return rows >= least && rows <= most && (rows - least) % step == 0; }
+  constexpr int FailureOf(int rows) const { return rows < least ? failure : -1; }
 };
 inline constexpr int kAnyNumber = 2147483647;
 constexpr RowRule Exactly(int rows, int failure = -1) { return {rows, rows, 1, failure}; }
 constexpr RowRule AtLeast(int rows, int failure = -1) { return {rows, kAnyNumber, 1, failure}; }
-constexpr RowRule Between(int least, int most) { return {least, most, 1, -1}; }
+constexpr RowRule Between(int least, int most, int failure = -1) { return {least, most, 1, failure}; }
 constexpr RowRule InGroups(int least, int step) { return {least, kAnyNumber, step, -1}; }
 
 enum class CellUse : std::uint8_t {
@@ -30,6 +31,8 @@ enum class CellUse : std::uint8_t {
   kReference,     // the same, held fixed: nothing of it is fitted through this type
   kOptional,      // as kPartner; 0 stands for vacuum
   kEvaluated,     // number of the model whose Quantities are read
+  kEvaluatedIf,   // the same; 0 for none
+  kMeshPartner,   // number of the model whose variational dielectric function the type reads itself
   kDataset,       // slot of a dataset that is read at the frequency; an empty one reads as 0
   kOwnMesh,       // a switch: other than 0, the model's own variational dielectric function is read
   kOwn,           // a number that can be fitted
@@ -56,9 +59,19 @@ constexpr RowCell OptionalPartner(int row, int column, const char* meaning) {
 constexpr RowCell Evaluated(int row, int column, const char* meaning) {
   return {row, column, CellUse::kEvaluated, meaning};
 }
+constexpr RowCell MeshPartner(int row, int column, const char* meaning) {
+  return {row, column, CellUse::kMeshPartner, meaning};
+}
 // A partner that must be of one type.
 constexpr RowCell EvaluatedType(int row, int column, const char* meaning, int code) {
   return {row, column, CellUse::kEvaluated, meaning, static_cast<double>(code), 0, code};
+}
+// A partner that the type is made for, and one of these that may be missing.
+constexpr RowCell EvaluatedLike(int row, int column, const char* meaning, int code) {
+  return {row, column, CellUse::kEvaluated, meaning, static_cast<double>(code)};
+}
+constexpr RowCell EvaluatedIf(int row, int column, const char* meaning, int code) {
+  return {row, column, CellUse::kEvaluatedIf, meaning, static_cast<double>(code)};
 }
 constexpr RowCell DatasetSlot(int row, int column, const char* meaning) {
   return {row, column, CellUse::kDataset, meaning};

@@ -20,6 +20,10 @@ const char* UseText(CellUse use) {
       return "model, 0 for vacuum";
     case CellUse::kEvaluated:
       return "model, its Quantities";
+    case CellUse::kEvaluatedIf:
+      return "model, its Quantities; 0 for none";
+    case CellUse::kMeshPartner:
+      return "model, the mesh of its variational dielectric function";
     case CellUse::kDataset:
       return "dataset";
     case CellUse::kOwnMesh:
@@ -45,7 +49,7 @@ std::string RowsText(const RowRule& rule) {
 
 bool IsModel(CellUse use) {
   return use == CellUse::kPartner || use == CellUse::kReference || use == CellUse::kOptional ||
-         use == CellUse::kEvaluated;
+         use == CellUse::kEvaluated || use == CellUse::kEvaluatedIf || use == CellUse::kMeshPartner;
 }
 
 // A cell of the rows that the page's macro sets up.

@@ -32,7 +32,10 @@ bool IsResponse(CellUse use) {
          use == CellUse::kOwnMesh;
 }
 
-bool NamesModel(CellUse use) { return use == CellUse::kEvaluated || (IsResponse(use) && use != CellUse::kOwnMesh); }
+bool IsEvaluated(CellUse use) { return use == CellUse::kEvaluated || use == CellUse::kEvaluatedIf; }
+bool NamesModel(CellUse use) {
+  return IsEvaluated(use) || use == CellUse::kMeshPartner || (IsResponse(use) && use != CellUse::kOwnMesh);
+}
 
 // Rows of a special model have no part in its own mesh.
 void ClearRowSlopes(Model& model) {
@@ -117,9 +120,13 @@ const RowCell& TypeRun::CellOf(int i) const {
   return map_.group[(at - map_.head.size()) % map_.group.size()];
 }
 
+bool TypeRun::IsEvaluatedPartner(int i) const {
+  return IsEvaluated(CellOf(i).use) && scratch_.partner[static_cast<std::size_t>(i)];
+}
+
 int TypeRun::ReadRows() {
   const int rows = RowCount(model_);
-  if (!map_.rows.Admits(rows)) return map_.rows.failure;
+  if (!map_.rows.Admits(rows)) return map_.rows.FailureOf(rows);
   // A chain of partners longer than the table of models comes back to where it began.
   if (ctx_.typeScratch.depth > static_cast<std::size_t>(kMaxModels)) return -1;
   const int groups = map_.group.empty() ? 0 : std::max(0, rows - map_.groupStart) / map_.groupRows;
@@ -150,8 +157,8 @@ int TypeRun::ReadRows() {
     }
     if (!NamesModel(cell.use)) continue;
     scratch_.partner[i] = GetModelByReal(*ctx_.params, scratch_.raw[i]);
-    const bool vacuum = cell.use == CellUse::kOptional && scratch_.raw[i] == 0;
-    if (!scratch_.partner[i] && !vacuum) return -1;
+    const bool none = (cell.use == CellUse::kOptional || cell.use == CellUse::kEvaluatedIf) && scratch_.raw[i] == 0;
+    if (!scratch_.partner[i] && !none) return -1;
     if (cell.demanded != 0 && scratch_.partner[i]->epsInf.value != -cell.demanded) return -1;
   }
   return 0;
@@ -182,7 +189,7 @@ int TypeRun::AskAll(double x, bool derivatives) {
   const int count = static_cast<int>(InputCount());
   // The Quantities come first: what their evaluation leaves in other models would overwrite the responses' slopes.
   for (int i = 0; i < count; ++i) {
-    if (CellOf(i).use == CellUse::kEvaluated && AskEvaluated(i, x, derivatives) != 0) return -1;
+    if (IsEvaluatedPartner(i) && AskEvaluated(i, x, derivatives) != 0) return -1;
   }
   for (int i = 0; i < count; ++i) Ask(i, x, derivatives);
   return 0;
@@ -220,9 +227,9 @@ void TypeRun::CountDirections() {
   for (std::size_t i = 0; i < InputCount(); ++i) {
     const CellUse use = CellOf(static_cast<int>(i)).use;
     int count = 0;
-    if (use == CellUse::kEvaluated) {
-      count = static_cast<int>(AskedCount());
-    } else if (scratch_.partner[i] && use != CellUse::kReference) {
+    if (IsEvaluated(use)) {
+      count = scratch_.partner[i] ? static_cast<int>(AskedCount()) : 0;
+    } else if (scratch_.partner[i] && IsResponse(use) && use != CellUse::kReference) {
       count = HasFreeParam(*scratch_.partner[i]) ? 2 : 0;
     } else if (scratch_.param[i]) {
       count = scratch_.param[i]->adjustable ? 1 : 0;
@@ -246,7 +253,7 @@ void TypeRun::MakeDuals(int first) {
     scratch_.dual[i] = {TypeDual(scratch_.at[i].re), TypeDual(scratch_.at[i].im)};
     const int direction = scratch_.direction[i];
     if (direction < 0) continue;
-    if (CellOf(static_cast<int>(i)).use != CellUse::kEvaluated) {
+    if (!IsEvaluated(CellOf(static_cast<int>(i)).use)) {
       vary(scratch_.dual[i].re, direction);
       if (scratch_.partner[i]) vary(scratch_.dual[i].im, direction + 1);
       continue;
@@ -301,7 +308,7 @@ void TypeRun::ClearColumns(int quantity) {
 
 void TypeRun::AddEvaluated(int quantity) {
   for (std::size_t i = 0; i < InputCount(); ++i) {
-    if (CellOf(static_cast<int>(i)).use != CellUse::kEvaluated) continue;
+    if (!IsEvaluatedPartner(static_cast<int>(i))) continue;
     for (std::size_t s = 0; s < AskedCount(); ++s) {
       const double slope = Slope(quantity, scratch_.direction[i] + static_cast<int>(s));
       if (slope == 0) continue;
@@ -372,8 +379,8 @@ void TypeRun::SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs) {
     const int bit = i < head ? i : head + (i - head) % group;
     if (direction < 0 || !(inputs >> bit & 1)) continue;
     const CellUse use = CellOf(i).use;
-    const bool byEach = use == CellUse::kEvaluated && asked_.empty();
-    const int count = use == CellUse::kEvaluated && !byEach ? static_cast<int>(asked_.size()) : IsResponse(use) ? 2 : 1;
+    const bool byEach = IsEvaluated(use) && asked_.empty();
+    const int count = IsEvaluated(use) && !byEach ? static_cast<int>(asked_.size()) : IsResponse(use) ? 2 : 1;
     for (int k = 0; k < count; ++k) Slope(quantity, direction + (byEach ? static_cast<int>(slot) : k)) = 1;
   }
 }
@@ -387,7 +394,7 @@ int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::spa
   scratch.columns.assign(run.InputCount() * run.AskedCount() * scratch.free.size(), 0);
   const int count = static_cast<int>(run.InputCount());
   for (int i = 0; i < count; ++i) {
-    if (run.CellOf(i).use == CellUse::kEvaluated && run.SeedEvaluated(i) != 0) return -1;
+    if (run.IsEvaluatedPartner(i) && run.SeedEvaluated(i) != 0) return -1;
   }
   for (int i = 0; i < count; ++i) {
     Model* const partner = scratch.partner[static_cast<std::size_t>(i)];

@@ -63,6 +63,7 @@ class TypeInputs {
   int setting(int i) const { return TruncatedSetting(value(i)); }
   // Whether an optional partner is there.
   bool has(int i) const { return scratch_.partner[static_cast<std::size_t>(i)] != nullptr; }
+  const Model& partner(int i) const { return *scratch_.partner[static_cast<std::size_t>(i)]; }
   int groups() const { return groups_; }
   // The input that is cell j of group k.
   int Of(int k, int j) const { return head_ + k * group_ + j; }
@@ -152,6 +153,7 @@ class TypeRun {
   template <class Visit>
   void ForEachWanted(Visit visit);
   const RowCell& CellOf(int i) const;
+  bool IsEvaluatedPartner(int i) const;
   double* ColumnOf(int i, int slot);
   void ClearColumns(int quantity);
   int AskEvaluated(int i, double x, bool derivatives);

@@ -43,6 +43,15 @@ void TypeSample::LoadData(int slot) {
   dataset.id = static_cast<std::uint32_t>(slot);
 }
 
+void TypeSample::AddMesh(Model& model) {
+  model.vdf.On = true;
+  for (const double at : {30.0, 80.0, 150.0, 240.0, 400.0}) {
+    model.vdf.mesh.push_back({at, {}, {}});
+    model.vdf.mesh.back().e2.value = Near(0.5);
+    model.vdf.mesh.back().e2.adjustable = 1;
+  }
+}
+
 void TypeSample::Set(Model& owner, const RowCell& cell, int row) {
   double value = cell.typical;
   switch (cell.use) {
@@ -51,7 +60,12 @@ void TypeSample::Set(Model& owner, const RowCell& cell, int row) {
     case CellUse::kOptional:
       value = MakePlain();
       break;
+    case CellUse::kMeshPartner:
+      value = MakePlain();
+      AddMesh(*GetModelByNumber(static_cast<std::uint32_t>(value)));
+      break;
     case CellUse::kEvaluated:
+    case CellUse::kEvaluatedIf:
       value = MakeModel(static_cast<int>(cell.typical));
       break;
     case CellUse::kDataset:

@@ -42,6 +42,7 @@ class TypeSample {
   // A model of a type, or with code 0 a plain one; gives its number.
   std::uint32_t MakeModel(int code);
   std::uint32_t MakePlain();
+  void AddMesh(Model& model);
   void LoadData(int slot);
   void Set(Model& model, const RowCell& cell, int row);
   double Near(double typical);

@@ -14,7 +14,7 @@ constexpr RowRule kRows = AtLeast(2, 0);  // too few rows are no failure, and le
 constexpr RowCell kHead[] = {{0, Wo, CellUse::kReference, "A, the reference"}, Partner(1, Wo, "B, the change")};
 
 int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
-  if (!kRows.Admits(RowCount(model))) return kRows.failure;
+  if (!kRows.Admits(RowCount(model))) return kRows.FailureOf(RowCount(model));
   Model* const reference = PartnerAt(ctx, model, 0, Wo);
   Model* const change = PartnerAt(ctx, model, 1, Wo);
   if (!reference || !change) return -1;
@@ -32,7 +32,7 @@ int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
 }
 
 int After(EvalContext& ctx, Model& model) {
-  if (!kRows.Admits(RowCount(model))) return kRows.failure;
+  if (!kRows.Admits(RowCount(model))) return kRows.FailureOf(RowCount(model));
   Model* const change = PartnerAt(ctx, model, 1, Wo);
   if (!PartnerAt(ctx, model, 0, Wo) || !change) return -1;
   return StdEvalAfter(ctx, *change);
