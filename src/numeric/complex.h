@@ -32,6 +32,7 @@ struct Complex {
   friend Complex operator*(const Complex& z, const T& x) { return {z.re * x, z.im * x}; }
   friend Complex operator*(const T& x, const Complex& z) { return {z.re * x, z.im * x}; }
   friend Complex operator/(const Complex& z, const T& x) { return {z.re / x, z.im / x}; }
+  friend Complex operator/(const T& x, const Complex& z) { return Complex{x, T(0)} / z; }
   friend bool operator==(const Complex& a, const Complex& b) { return a.re == b.re && a.im == b.im; }
 };
 

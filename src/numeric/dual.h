@@ -67,6 +67,7 @@ inline double Log(double x) { return std::log(x); }
 inline double Sin(double x) { return std::sin(x); }
 inline double Cos(double x) { return std::cos(x); }
 inline double Tanh(double x) { return std::tanh(x); }
+inline double Atan(double x) { return std::atan(x); }
 
 template <int N>
 Dual<N> Sqrt(const Dual<N>& x) {
@@ -98,6 +99,11 @@ template <int N>
 Dual<N> Tanh(const Dual<N>& x) {
   const double t = std::tanh(x.a);
   return Dual<N>::Along(t, 1 - t * t, x);
+}
+
+template <int N>
+Dual<N> Atan(const Dual<N>& x) {
+  return Dual<N>::Along(std::atan(x.a), 1 / (1 + x.a * x.a), x);
 }
 
 // A function of one complex variable that is analytic there: value f, derivative slope. Its derivatives are slope dz.

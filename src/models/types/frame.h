@@ -16,7 +16,8 @@
 // `Complex<T> Response(const TypeInputs<T>& in)`, a dielectric function from which all 15 Quantities follow. Either
 // may be given a `bool&` as last argument: false there ends the evaluation with -1. Groups of rows that repeat stand in
 // kGroup, kGroupStart and kGroupRows. `double FrequencyOf(const TypeInputs<double>&, int input)`, where there is one,
-// is the frequency at which a partner is asked. `std::uint64_t Idle(const TypeInputs<double>&)`, where there is one,
+// is the frequency at which a partner is asked. `void Keep(TypeRun&, const TypeInputs<double>&)` leaves further results
+// in the context after an evaluation. `std::uint64_t Idle(const TypeInputs<double>&)`, where there is one,
 // are the inputs (InputBits) that do not count with the settings as they are. Evaluated partners are asked for the
 // Quantities that the type fills, or for those of `kAsked`, an array of their numbers.
 //
@@ -370,6 +371,9 @@ int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
     run.StoreMaterial(eps, x, slopes);
   } else {
     run.Store(values);
+  }
+  if constexpr (requires(const TypeInputs<double>& in) { Type::Keep(run, in); }) {
+    Type::Keep(run, TypeInputs<double>(run.scratch(), map, x));
   }
   if constexpr (kFitted) {
     if (!slopes) return 0;

@@ -18,18 +18,10 @@ constexpr ModelType Later(int code, const char* name) {
 }  // namespace
 
 constinit const ModelType kMultilayerSample = Later(2, "Multilayer sample");
-constinit const ModelType kOrthorhombicSample = Later(3, "Orthorhombic sample");
-constinit const ModelType kDiffOrthoSample = Later(4, "Diff.-ortho. sample");
-constinit const ModelType kOrthoTwoLayers = Later(5, "Ortho. - 2 layers");
-constinit const ModelType kPlate = Later(13, "Plate");
-constinit const ModelType kFilmSubstrateEllips = Later(14, "Film-substrate ellips");
-constinit const ModelType kOrthoTilted = Later(16, "Ortho-tilted");
 constinit const ModelType kMagneticFilm = Later(18, "Magn. film - substr.");
-constinit const ModelType kMiscutVelmont = Later(19, "Miscut Velmont");
 constinit const ModelType kTimeDomain = Later(20, "Time-domain");
 constinit const ModelType kSampleOnMirror = Later(21, "Thin sample on mirror");
 constinit const ModelType kTimeDomain2 = Later(22, "Time-domain - 2");
-constinit const ModelType kEllipsometer = Later(23, "Ellipsometer");
 constinit const ModelType kStmTarneck = Later(26, "STM (Tarneck)");
 constinit const ModelType kStmBandStructure = Later(27, "STM (band structure)");
 constinit const ModelType kBandsCondBilayer = Later(31, "Bands+Cond Bilayer");
@@ -72,8 +64,6 @@ constinit const ModelType kMagnetoplasmon = Later(104, "Magnetoplasmon-97");
 constinit const ModelType kNearFieldTip3 = Later(105, "sSNOM-3");
 constinit const ModelType kMultilayerFiniteQ = Later(106, "Multilayer-finite Q");
 constinit const ModelType kNearFieldTip4 = Later(107, "sSNOM-4");
-constinit const ModelType kTiltedReflection = Later(108, "refl. tilted");
-constinit const ModelType kAnisotropicMagnetic = Later(109, "Anisotr. magnetic");
 constinit const ModelType kNearFieldTip5 = Later(110, "sSNOM-5");
 constinit const ModelType kBlgMagnetooptics = Later(111, "BLG-magnetooptics");
 constinit const ModelType kBlgLevels = Later(112, "BLG-LLs");

@@ -13,10 +13,10 @@ template <int kCode, int kFirst, int kSecond, int kTypicalMode>
 struct RatioOfFour {
   enum Input { kMode, kA, kB, kC, kD };
   enum Mode { kRatio = 1, kRatioDifference, kDifference, kDoubleRatio };
-  static constexpr RowCell kHead[] = {
-      Setting(0, Wo, "mode: 1 A/B, 2 A/B - C/D, 3 A - B, 4 (A/B)/(C/D)", kTypicalMode),
-      EvaluatedLike(0, Wp, "model A", kCode), EvaluatedLike(0, G, "model B", kCode),
-      EvaluatedIf(1, Wo, "model C, of modes 2 and 4", kCode), EvaluatedIf(1, Wp, "model D, of modes 2 and 4", kCode)};
+  static constexpr RowCell kHead[] = {Setting(0, Wo, "mode: 1 A/B, 2 A/B - C/D, 3 A - B, 4 (A/B)/(C/D)", kTypicalMode),
+                                      EvaluatedLike(0, Wp, "model A", kCode), EvaluatedLike(0, G, "model B", kCode),
+                                      EvaluatedIf(1, Wo, "model C, of modes 2 and 4", kCode),
+                                      EvaluatedIf(1, Wp, "model D, of modes 2 and 4", kCode)};
   static constexpr SlotUse kFills[] = {{kFirst, "the combination of this Quantity of the models"},
                                        {kSecond, "the combination of this Quantity of the models"}};
 
