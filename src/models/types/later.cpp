@@ -17,7 +17,6 @@ constexpr ModelType Later(int code, const char* name) {
 
 }  // namespace
 
-constinit const ModelType kMultilayerSample = Later(2, "Multilayer sample");
 constinit const ModelType kMagneticFilm = Later(18, "Magn. film - substr.");
 constinit const ModelType kTimeDomain = Later(20, "Time-domain");
 constinit const ModelType kSampleOnMirror = Later(21, "Thin sample on mirror");
@@ -25,7 +24,6 @@ constinit const ModelType kTimeDomain2 = Later(22, "Time-domain - 2");
 constinit const ModelType kStmTarneck = Later(26, "STM (Tarneck)");
 constinit const ModelType kStmBandStructure = Later(27, "STM (band structure)");
 constinit const ModelType kBandsCondBilayer = Later(31, "Bands+Cond Bilayer");
-constinit const ModelType kMultilayerSample2 = Later(32, "Multilayer sample - 2");
 constinit const ModelType kFilmSubstrateNoFringes = Later(33, "Film-Subst, no Fab-Per");
 constinit const ModelType kDfBilayer = Later(34, "DF bilayer");
 constinit const ModelType kDfBilayerDifference = Later(35, "DF bilayer");
@@ -54,7 +52,6 @@ constinit const ModelType kNearFieldTip2 = Later(83, "sSNOM-2");
 constinit const ModelType kGrapheneEma = Later(84, "Graphene-EMA");
 constinit const ModelType kPressureCell = Later(88, "R and T in pressure");
 constinit const ModelType kTimeDomain3 = Later(91, "Time-domain - 3");
-constinit const ModelType kMultilayer3 = Later(92, "Multilayer - 3");
 constinit const ModelType kWeylKubo = Later(93, "Weyl-Kubo");
 constinit const ModelType kWeylBands = Later(94, "Weyl-bands");
 constinit const ModelType kGrapheneMagnetoConductivity = Later(97, "Graphene MO cond.");
@@ -62,7 +59,6 @@ constinit const ModelType kGrapheneDevice = Later(98, "Graphene MO device");
 constinit const ModelType kMagnetoopticsOfDevice = Later(100, "MO device from -98");
 constinit const ModelType kMagnetoplasmon = Later(104, "Magnetoplasmon-97");
 constinit const ModelType kNearFieldTip3 = Later(105, "sSNOM-3");
-constinit const ModelType kMultilayerFiniteQ = Later(106, "Multilayer-finite Q");
 constinit const ModelType kNearFieldTip4 = Later(107, "sSNOM-4");
 constinit const ModelType kNearFieldTip5 = Later(110, "sSNOM-5");
 constinit const ModelType kBlgMagnetooptics = Later(111, "BLG-magnetooptics");

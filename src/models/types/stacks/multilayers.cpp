@@ -1,0 +1,364 @@
+// Stacks of layers in vacuum: coherent, with thicknesses that spread, at an angle, or for evanescent waves.
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "models/chains.h"
+#include "models/eps_sum.h"
+#include "models/stack_optics.h"
+#include "models/types/frame.h"
+#include "models/types/types.h"
+
+namespace kalvex {
+namespace {
+
+// Quantities of the six results.
+constexpr int kSlots[kStackResults] = {kRefl, kTrans, kE1, kE2, kS1, kS2};
+constexpr std::array<SlotUse, kStackResults> kFills = {{{kRefl, "reflectivity |r|^2"},
+                                                        {kTrans, "transmission |t|^2"},
+                                                        {kE1, "Re r"},
+                                                        {kE2, "Im r"},
+                                                        {kS1, "Re t, relative to the empty path"},
+                                                        {kS2, "Im t, relative to the empty path"}}};
+constexpr RowCell kSpreadLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thickness, cm", 0.0005),
+                                    Own(0, G, "relative spread of the thickness, 0 for none", 0.2)};
+constexpr RowCell kPlainLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thickness, cm", 0.0005)};
+
+// One evaluation of a stack, kept for its model.
+struct StackRun {
+  std::vector<Model*> models;  // of the layers
+  std::vector<Cplx> eps;
+  std::vector<Cplx> yByEps, kByEps;          // of each medium, the half-spaces too
+  std::vector<Cplx> yByHead[2], kByHead[2];  // by the numbers of the head row
+  double emptyByHead[2] = {};
+  Stack stack;
+};
+
+// What tells one type from another: how the media follow from the dielectric functions, and the nodes of a layer.
+struct StackType {
+  RowMap map;
+  int firstLayer = 0;
+  int heads = 0;  // numbers of the head row that can be fitted, in columns headColumn[i]
+  int headColumn[2] = {};
+  bool (*admits)(const Model&) = nullptr;
+  void (*prepare)(const Model&, double x, StackRun&) = nullptr;
+  void (*setNodes)(const Model&, int row, std::vector<ThicknessNode>&) = nullptr;
+  bool clearsWhileWanted =
+      false;  // the other Quantities become 0 only from the first one on, as long as they are wanted
+};
+
+double ValueAt(const Model& model, int row, int column) { return Cell(model, row, column).value; }
+
+// The layers' models, their dielectric functions, and room for the rest; false if a model is missing.
+bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run) {
+  const int layers = std::max(0, RowCount(model) - type.firstLayer);
+  run.models.resize(static_cast<std::size_t>(layers));
+  for (int j = 0; j < layers; ++j) {
+    Model* const partner = PartnerAt(ctx, model, type.firstLayer + j, Wo);
+    if (!partner) return false;
+    run.models[static_cast<std::size_t>(j)] = partner;
+  }
+  return true;
+}
+
+void MakeRoom(StackRun& run) {
+  const std::size_t media = run.models.size() + 2;
+  run.eps.assign(media, {1, 0});
+  run.stack.media.resize(media);
+  for (auto* const slopes :
+       {&run.yByEps, &run.kByEps, &run.yByHead[0], &run.yByHead[1], &run.kByHead[0], &run.kByHead[1]}) {
+    slopes->assign(media, {});
+  }
+}
+
+// A layer whose model stands in the stack already has its response, and its slopes.
+void AskLayers(EvalContext& ctx, double x, bool derivatives, StackRun& run) {
+  for (std::size_t j = 0; j < run.models.size(); ++j) {
+    const auto first = std::find(run.models.begin(), run.models.end(), run.models[j]);
+    const auto same = static_cast<std::size_t>(first - run.models.begin());
+    run.eps[j + 1] = same < j ? run.eps[same + 1] : EpsSum(ctx, *run.models[j], x, derivatives);
+  }
+}
+
+void StoreResults(EvalContext& ctx, const StackType& type, const StackRun& run) {
+  bool clearing = true;
+  for (Quantity& quantity : ctx.quantities) {
+    clearing = clearing && quantity.wanted;
+    if (type.clearsWhileWanted ? clearing : quantity.wanted != 0) quantity.value = 0;
+  }
+  for (int i = 0; i < kStackResults; ++i) {
+    ctx.quantities[static_cast<std::size_t>(kSlots[i])].value = run.stack.value[static_cast<std::size_t>(i)];
+  }
+}
+
+int ResultOf(int quantity) {
+  const auto found = std::find(std::begin(kSlots), std::end(kSlots), quantity);
+  return found == std::end(kSlots) ? -1 : static_cast<int>(found - std::begin(kSlots));
+}
+
+// Puts slopes(layer) by Re and Im eps through the chain of each layer's model, and own(row, column, slope) of the rows.
+template <class ByEps, class ByRow, class ByHead>
+void ChainStack(EvalContext& ctx, Model& model, const StackType& type, StackRun& run, ByEps byEps, ByRow byRow,
+                ByHead byHead) {
+  for (int q = 0; q < kQuantityCount; ++q) {
+    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+    if (!quantity.wanted) continue;
+    quantity.dExp.fill(0);
+    quantity.dRe = quantity.dIm = 0;
+    for (Model* const layer : run.models) ClearDerivativeColumn(ctx, *layer, q);
+    const int result = ResultOf(q);
+    const auto put = [&](int row, int column, double slope) {
+      ModelParam& param = Cell(model, row, column);
+      if (param.adjustable) param.dQuantity[static_cast<std::size_t>(q)] = result < 0 ? 0 : slope;
+    };
+    for (std::size_t j = 0; j < run.models.size(); ++j) {
+      if (result >= 0) {
+        byEps(j + 1, static_cast<std::size_t>(result), quantity.dRe, quantity.dIm);
+        AddChain(ctx, *run.models[j], q);
+      }
+      const int row = type.firstLayer + static_cast<int>(j);
+      put(row, Wp, result < 0 ? 0 : byRow(j + 1, Wp, static_cast<std::size_t>(result)));
+      if (type.map.group.size() > 2) put(row, G, result < 0 ? 0 : byRow(j + 1, G, static_cast<std::size_t>(result)));
+    }
+    for (int i = 0; i < type.heads; ++i) {
+      put(0, type.headColumn[i], result < 0 ? 0 : byHead(i, static_cast<std::size_t>(result)));
+    }
+  }
+}
+
+int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, const StackType& type) {
+  const int rows = RowCount(model);
+  if (!type.map.rows.Admits(rows)) return type.map.rows.FailureOf(rows);
+  if (type.admits && !type.admits(model)) return -1;
+  auto& run = CacheOf<StackRun>(ctx, model);
+  if (!FindLayers(ctx, model, type, run)) return -1;
+  MakeRoom(run);
+  AskLayers(ctx, x, derivatives, run);
+  type.prepare(model, x, run);
+  for (std::size_t j = 0; j < run.models.size(); ++j) {
+    type.setNodes(model, type.firstLayer + static_cast<int>(j), run.stack.media[j + 1].nodes);
+  }
+  AverageStack(run.stack, derivatives);
+  StoreResults(ctx, type, run);
+  if (!derivatives) return 0;
+
+  const Stack& stack = run.stack;
+  const auto byEps = [&](std::size_t j, std::size_t result, double& dRe, double& dIm) {
+    const auto along = [&](const Cplx& dEps) {
+      return stack.byY[j].Along(run.yByEps[j] * dEps)[result] + stack.byK[j].Along(run.kByEps[j] * dEps)[result];
+    };
+    dRe = along({1, 0});
+    dIm = along({0, 1});
+  };
+  const auto byRow = [&](std::size_t j, int column, std::size_t result) {
+    return (column == Wp ? stack.byThickness : stack.bySpread)[j][result];
+  };
+  const auto byHead = [&](int i, std::size_t result) {
+    double slope = stack.byEmptyPath.Along({run.emptyByHead[i], 0})[result];
+    for (std::size_t j = 0; j < stack.media.size(); ++j) {
+      slope += stack.byY[j].Along(run.yByHead[i][j])[result] + stack.byK[j].Along(run.kByHead[i][j])[result];
+    }
+    return slope;
+  };
+  ChainStack(ctx, model, type, run, byEps, byRow, byHead);
+  return 0;
+}
+
+int AfterStack(EvalContext& ctx, Model& model, const StackType& type) {
+  const int rows = RowCount(model);
+  if (!type.map.rows.Admits(rows)) return type.map.rows.FailureOf(rows);
+  if (type.admits && !type.admits(model)) return -1;
+  auto& run = CacheOf<StackRun>(ctx, model);
+  if (!FindLayers(ctx, model, type, run)) return -1;
+  for (Model* const layer : run.models) SeedDependencies(ctx, *layer);
+  ChainStack(
+      ctx, model, type, run, [](std::size_t, std::size_t, double& dRe, double& dIm) { dRe = dIm = 1; },
+      [](std::size_t, int, std::size_t) { return 1.0; }, [](int, std::size_t) { return 1.0; });
+  return 0;
+}
+
+// ---- normal incidence
+
+// Index of refraction, held away from 0, with its derivative by eps.
+struct Index {
+  Cplx n;
+  Cplx byEps;
+};
+Index IndexOf(const Cplx& eps) {
+  constexpr double kLeast = 1e-10;
+  const Cplx n = Sqrt(eps);
+  if (Norm(n) < kLeast) return {{kLeast, 0}, {}};
+  return {n, Cplx{0.5, 0} / n};
+}
+
+void PrepareNormal(const Model&, double x, StackRun& run) {
+  const double k0 = 2 * std::numbers::pi * x;
+  run.stack.emptyPath = k0;
+  for (std::size_t j = 0; j < run.eps.size(); ++j) {
+    const Index index = IndexOf(run.eps[j]);
+    run.stack.media[j].y = index.n;
+    run.stack.media[j].k = index.n * k0;
+    run.yByEps[j] = index.byEps;
+    run.kByEps[j] = index.byEps * k0;
+  }
+}
+
+void SetSpreadNodes(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
+  SetAveragingNodes(nodes, ValueAt(model, row, Wp), ValueAt(model, row, G));
+}
+
+constexpr StackType kNormal = {
+    .map = {.rows = AtLeast(0), .head = {}, .group = kSpreadLayer, .groupStart = 0, .groupRows = 1},
+    .prepare = PrepareNormal,
+    .setNodes = SetSpreadNodes,
+    .clearsWhileWanted = true};
+
+// ---- the same with nodes of equal weight
+
+constexpr RowCell kNodesHead[] = {Setting(0, Wp, "number of nodes of each layer that has a spread", 4)};
+
+void SetEqualNodes(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
+  constexpr double kMostNodes = 10000;
+  const double d = ValueAt(model, row, Wp), spread = ValueAt(model, row, G);
+  if (spread == 0) return SetSingleNode(nodes, d);
+  const int count = static_cast<int>(std::clamp(ValueAt(model, 0, Wp), 1.0, kMostNodes));
+  nodes.clear();
+  for (int k = 0; k < count; ++k) {
+    const double u = 2.0 * k / count - 1, factor = u * spread + 1;
+    nodes.push_back({std::max(d * factor, 0.0), 1.0 / count, factor, u * d});
+  }
+}
+
+constexpr StackType kEqualNodes = {
+    .map = {.rows = AtLeast(2), .head = kNodesHead, .group = kSpreadLayer, .groupStart = 1, .groupRows = 1},
+    .firstLayer = 1,
+    .prepare = PrepareNormal,
+    .setNodes = SetEqualNodes};
+
+void SetOneNode(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
+  SetSingleNode(nodes, ValueAt(model, row, Wp));
+}
+
+// ---- oblique incidence
+
+constexpr RowCell kObliqueHead[] = {Own(0, Wp, "angle of incidence, between 0 and 90 degrees", 50),
+                                    Setting(0, G, "polarisation: 0 for p, 1 for s", 0)};
+
+bool AdmitsOblique(const Model& model) { return ValueAt(model, 0, Wp) > 0 && ValueAt(model, 0, Wp) < 90; }
+
+void PrepareOblique(const Model& model, double x, StackRun& run) {
+  constexpr double kLeastAbsorption = 1e-05;
+  const double k0 = 2 * std::numbers::pi * x, angle = ValueAt(model, 0, Wp) * kRadiansPerDegree;
+  const double sine = std::sin(angle), bySine = std::cos(angle) * kRadiansPerDegree;
+  const bool s = static_cast<int>(ValueAt(model, 0, G)) == 1;
+  run.stack.emptyPath = k0;
+  for (std::size_t j = 0; j < run.eps.size(); ++j) {
+    const bool gain = run.eps[j].im < 0;
+    const Cplx eps = gain ? Cplx{run.eps[j].re, kLeastAbsorption} : run.eps[j];
+    const Index m = IndexOf(eps - sine * sine);
+    // y = eps/m for p, m for s; m depends on the angle through its sine.
+    const Cplx mByAngle = m.byEps * (-2 * sine * bySine), byM = s ? Cplx{1, 0} : -(eps / (m.n * m.n));
+    StackMedium& medium = run.stack.media[j];
+    medium.y = s ? m.n : eps / m.n;
+    medium.k = m.n * k0;
+    run.yByEps[j] = byM * m.byEps + (s ? Cplx{} : Cplx{1, 0} / m.n);
+    run.kByEps[j] = m.byEps * k0;
+    run.yByHead[0][j] = byM * mByAngle;
+    run.kByHead[0][j] = mByAngle * k0;
+  }
+}
+
+constexpr StackType kOblique = {
+    .map = {.rows = AtLeast(2), .head = kObliqueHead, .group = kPlainLayer, .groupStart = 1, .groupRows = 1},
+    .firstLayer = 1,
+    .heads = 1,
+    .headColumn = {Wp, Wp},
+    .admits = AdmitsOblique,
+    .prepare = PrepareOblique,
+    .setNodes = SetOneNode};
+
+// ---- a given wavelength along the layers
+
+constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
+                                   Own(0, Wp, "wavelength along the layers, cm", 0.03)};
+
+void PrepareFinite(const Model& model, double x, StackRun& run) {
+  const double perScale = 2 * std::numbers::pi * x, k0 = perScale * ValueAt(model, 0, Wo);
+  const double wavelength = ValueAt(model, 0, Wp), q = 2 * std::numbers::pi / wavelength;
+  run.stack.emptyPath = k0;
+  run.emptyByHead[0] = perScale;
+  for (std::size_t j = 0; j < run.eps.size(); ++j) {
+    const Cplx &eps = run.eps[j], square = eps * (k0 * k0) - q * q;
+    const Cplx root = Sqrt(square), k = Norm(root) < kTinyNorm ? Cplx{1e-15, 0} : root;
+    const Cplx perK = Cplx{0.5, 0} / k;
+    const Cplx kByScale = perK * eps * (2 * k0 * perScale), kByWavelength = perK * (2 * q * q / wavelength);
+    const Cplx byK = -(eps / (k * k));
+    StackMedium& medium = run.stack.media[j];
+    medium.y = eps / k;
+    medium.k = k;
+    run.kByEps[j] = perK * (k0 * k0);
+    run.yByEps[j] = Cplx{1, 0} / k + byK * run.kByEps[j];
+    run.kByHead[0][j] = kByScale;
+    run.yByHead[0][j] = byK * kByScale;
+    run.kByHead[1][j] = kByWavelength;
+    run.yByHead[1][j] = byK * kByWavelength;
+  }
+}
+
+constexpr StackType kFinite = {
+    .map = {.rows = AtLeast(2), .head = kFiniteHead, .group = kPlainLayer, .groupStart = 1, .groupRows = 1},
+    .firstLayer = 1,
+    .heads = 2,
+    .headColumn = {Wo, Wp},
+    .prepare = PrepareFinite,
+    .setNodes = SetOneNode};
+
+template <const StackType& kType>
+int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
+  return EvaluateStack(ctx, model, x, derivatives, kType);
+}
+template <const StackType& kType>
+int After(EvalContext& ctx, Model& model) {
+  return AfterStack(ctx, model, kType);
+}
+template <const StackType& kType>
+constexpr ModelType Make(int code, const char* name, const TypePage& page) {
+  return {code, name, Evaluate<kType>, After<kType>, true, false, kType.map, kFills, page};
+}
+
+}  // namespace
+
+constinit const ModelType kMultilayerSample = Make<kNormal>(
+    2, "Multilayer sample",
+    {.sample = "a stack of layers in vacuum at normal incidence, each with a thickness that may spread",
+     .formula =
+         "rho = (N_b - N_a)/(N_b + N_a) at each interface, matrices [[1, rho], [rho E, E]], E = exp(4 pi i x N d)\n"
+         "of the layer in front; their product P gives r = P10/P00, t = product of (1 + rho) exp(2 pi i x N d)/P00\n"
+         "times exp(-2 pi i x D), D the whole thickness\n"
+         "spread s: ten nodes d (1 + (2u - 1) s), those of the averages over the thickness of a bulk sample, whose\n"
+         "weights sum to 1.000074; results are averages over all combinations of nodes",
+     .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.6"});
+
+constinit const ModelType kMultilayerSample2 = Make<kEqualNodes>(
+    32, "Multilayer sample - 2",
+    {.sample = "a stack of layers in vacuum at normal incidence, the average over thicknesses with a number of nodes",
+     .formula = "as type 2; spread s: m nodes d (1 + (2k/m - 1) s), k = 0 ... m - 1, of equal weight",
+     .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.6"});
+
+constinit const ModelType kMultilayer3 = Make<kOblique>(
+    92, "Multilayer - 3",
+    {.sample = "a stack of layers in vacuum at oblique incidence, p- or s-polarised",
+     .formula =
+         "m = sqrt(e - sin^2); p: y = e/m, s: y = m; rho = (y_b - y_a)/(y_b + y_a), E = exp(4 pi i x m d), else as\n"
+         "type 2. A layer with gain counts with Im e = 1e-5.",
+     .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.6; the switch for s is a choice of this program"});
+
+constinit const ModelType kMultilayerFiniteQ = Make<kFinite>(
+    106, "Multilayer-finite Q",
+    {.sample = "a stack of layers in vacuum for waves of a given wavelength along the layers, evanescent ones too",
+     .formula =
+         "k0 = 2 pi x scale, q = 2 pi/wavelength, k = sqrt(e k0^2 - q^2), y = e/k, rho = (y_b - y_a)/(y_b + y_a),\n"
+         "E = exp(2ikd), t relative to exp(i k0 D), else as type 2",
+     .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.6"});
+
+}  // namespace kalvex
