@@ -29,6 +29,11 @@ struct EvalContext {
   VdfKernelCache vdfKernels;
   TypeScratchStack typeScratch;
 
+  // Number of the spectrum that is being evaluated, 0 outside of one: while it is the same no parameter, dataset or
+  // setting changes, so that a type may keep what it made for the frequency before.
+  std::uint64_t spectrum = 0;
+  std::uint64_t spectraBefore = 0;
+
   bool DcFlag = false;                 // Quantities are computed at the frequency kDcFrequency
   bool FrequencyOverrideFlag = false;  // the sum of a model's rows is taken at the value of "Scaling factor of T"
 };

@@ -27,6 +27,21 @@ int FillBlock(EvalContext& ctx, Model& model, const SpectrumRequest& request, st
   return status;
 }
 
+// Within a spectrum within a spectrum the outer one goes on to be the one that counts.
+class SpectrumNumber {
+ public:
+  explicit SpectrumNumber(EvalContext& ctx) : ctx_(ctx), before_(ctx.spectrum) {
+    if (before_ == 0) ctx_.spectrum = ++ctx_.spectraBefore;
+  }
+  SpectrumNumber(const SpectrumNumber&) = delete;
+  SpectrumNumber& operator=(const SpectrumNumber&) = delete;
+  ~SpectrumNumber() { ctx_.spectrum = before_; }
+
+ private:
+  EvalContext& ctx_;
+  std::uint64_t before_;
+};
+
 }  // namespace
 
 int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
@@ -35,6 +50,7 @@ int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
   if (request.derivatives) {
     for (const ParamPlace& place : request.slopesOf) params.push_back(&ParamAt(*ctx.params, place));
   }
+  const SpectrumNumber number(ctx);
   MeshSpectrum mesh(ctx, model, request);
   SpectrumBlock block(request);
   int status = 0;

@@ -42,38 +42,16 @@ void ClearRowSlopes(Model& model) {
   ForEachParam(model, [](ModelParam& param) { param.dEpsRe = param.dEpsIm = 0; });
 }
 
-template <class Visit>
-void ForEachFreeParam(ParamTables& tables, Visit visit) {
-  for (Model& model : tables.models) {
-    if (model.number == 0) continue;
-    ForEachParam(model, [&](ModelParam& param) {
-      if (param.adjustable) visit(param);
-    });
-  }
-  for (ModelParam& param : tables.ExpParams) {
-    if (param.adjustable) visit(param);
-  }
+}  // namespace
+
+WantedForPartner::WantedForPartner(QuantityTable& table, QuantitySet set) : table_(table) {
+  for (std::size_t q = 0; q < kSlots; ++q) before_[q] = table[q].wanted;
+  WantOnly(table, set);
 }
 
-// An evaluation of a partner asks for Quantities of its own; afterwards those of the caller are wanted again.
-class WantedForPartner {
- public:
-  WantedForPartner(QuantityTable& table, QuantitySet set) : table_(table) {
-    for (std::size_t q = 0; q < kSlots; ++q) before_[q] = table[q].wanted;
-    WantOnly(table, set);
-  }
-  WantedForPartner(const WantedForPartner&) = delete;
-  WantedForPartner& operator=(const WantedForPartner&) = delete;
-  ~WantedForPartner() {
-    for (std::size_t q = 0; q < kSlots; ++q) table_[q].wanted = before_[q];
-  }
-
- private:
-  QuantityTable& table_;
-  std::array<std::uint32_t, kSlots> before_{};
-};
-
-}  // namespace
+WantedForPartner::~WantedForPartner() {
+  for (std::size_t q = 0; q < kSlots; ++q) table_[q].wanted = before_[q];
+}
 
 template <class T>
 TypeInputs<T>::TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency)

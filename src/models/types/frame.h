@@ -176,6 +176,33 @@ class TypeRun {
 int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, bool material, IdleInputs idle);
 
+// An evaluation of a partner asks for Quantities of its own; afterwards those of the caller are wanted again.
+class WantedForPartner {
+ public:
+  WantedForPartner(QuantityTable& table, QuantitySet set);
+  WantedForPartner(const WantedForPartner&) = delete;
+  WantedForPartner& operator=(const WantedForPartner&) = delete;
+  ~WantedForPartner();
+
+ private:
+  QuantityTable& table_;
+  std::array<std::uint32_t, kQuantityCount> before_{};
+};
+
+// Calls visit on every adjustable parameter of the tables.
+template <class Visit>
+void ForEachFreeParam(ParamTables& tables, Visit visit) {
+  for (Model& model : tables.models) {
+    if (model.number == 0) continue;
+    ForEachParam(model, [&](ModelParam& param) {
+      if (param.adjustable) visit(param);
+    });
+  }
+  for (ModelParam& param : tables.ExpParams) {
+    if (param.adjustable) visit(param);
+  }
+}
+
 // The model that an element of the rows names, null if there is none of that number.
 Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
 

@@ -17,21 +17,14 @@ constexpr ModelType Later(int code, const char* name) {
 
 }  // namespace
 
-constinit const ModelType kMagneticFilm = Later(18, "Magn. film - substr.");
-constinit const ModelType kTimeDomain = Later(20, "Time-domain");
-constinit const ModelType kSampleOnMirror = Later(21, "Thin sample on mirror");
-constinit const ModelType kTimeDomain2 = Later(22, "Time-domain - 2");
 constinit const ModelType kStmTarneck = Later(26, "STM (Tarneck)");
 constinit const ModelType kStmBandStructure = Later(27, "STM (band structure)");
 constinit const ModelType kBandsCondBilayer = Later(31, "Bands+Cond Bilayer");
-constinit const ModelType kFilmSubstrateNoFringes = Later(33, "Film-Subst, no Fab-Per");
 constinit const ModelType kDfBilayer = Later(34, "DF bilayer");
 constinit const ModelType kDfBilayerDifference = Later(35, "DF bilayer");
 constinit const ModelType kDfBilayer2 = Later(36, "DF bilayer - 2");
 constinit const ModelType kDfBilayer2Difference = Later(37, "DF bilayer - 2");
 constinit const ModelType kDfBilayerPhonon = Later(38, "DF bilayer + phonon");
-constinit const ModelType kTimeDomainEpsMu = Later(51, "Time-domain - eps/mu");
-constinit const ModelType kOskelPhase = Later(54, "Oskel-phase");
 constinit const ModelType kGraphiteMagnetooptics = Later(55, "Graphite-magnetooptics");
 constinit const ModelType kGraphiteMagnetooptics2 = Later(56, "Graphite-magnetoopt.-2");
 constinit const ModelType kGraphiteMagnetooptics3 = Later(60, "Graphite-magnetoopt.-3");
@@ -39,8 +32,6 @@ constinit const ModelType kGraphiteMagnetooptics4 = Later(61, "Graphite-magnetoo
 constinit const ModelType kBilayerGrapheneMagnetooptics = Later(62, "2L graph. - magn.opt.");
 constinit const ModelType kBilayerGrapheneBands = Later(63, "2L graph. - bands");
 constinit const ModelType kDfTrilayer = Later(66, "DF trilayer");
-constinit const ModelType kFilmSubstrateBetterPsiDelta = Later(71, "Like 33, better psidel");
-constinit const ModelType kSurfacePlasmon = Later(72, "SPP");
 constinit const ModelType kNearFieldReflection = Later(73, "Rp(q,w) - near field");
 constinit const ModelType kBismuthMagnetooptics = Later(74, "Bismuth-magnetoopt");
 constinit const ModelType kBismuthBands = Later(75, "Bismuth-bands");
@@ -50,8 +41,6 @@ constinit const ModelType kSlabWithSheet = Later(78, "Rp(q,w) anis. substr");
 constinit const ModelType kNearFieldTip = Later(80, "sSNOM");
 constinit const ModelType kNearFieldTip2 = Later(83, "sSNOM-2");
 constinit const ModelType kGrapheneEma = Later(84, "Graphene-EMA");
-constinit const ModelType kPressureCell = Later(88, "R and T in pressure");
-constinit const ModelType kTimeDomain3 = Later(91, "Time-domain - 3");
 constinit const ModelType kWeylKubo = Later(93, "Weyl-Kubo");
 constinit const ModelType kWeylBands = Later(94, "Weyl-bands");
 constinit const ModelType kGrapheneMagnetoConductivity = Later(97, "Graphene MO cond.");

@@ -2,18 +2,11 @@
 #include <cmath>
 
 #include "models/types/crystals/normal_modes.h"
-#include "models/types/frame.h"
+#include "models/types/stacks/film_optics.h"
 #include "models/types/types.h"
 
 namespace kalvex {
 namespace {
-
-// |(1 - n)/(1 + n)|^2 of a thick sample.
-template <class T>
-T NormalReflectivity(const Complex<T>& eps) {
-  const Complex<T> n = Sqrt(eps);
-  return Norm(Quotient(T(1) - n, T(1) + n));
-}
 
 // Turns a symmetric tensor about the axis w by an angle from u to v.
 template <class T>

@@ -3,9 +3,7 @@
 //     layer [[cos p, -i sin p/n], [-i n sin p, cos p]], p = 2 pi x n d;  sheet [[1, 0], [s, 1]].
 #pragma once
 
-#include <numbers>
-
-#include "models/types/frame.h"
+#include "models/types/stacks/film_optics.h"
 
 namespace kalvex {
 
@@ -16,7 +14,7 @@ struct FieldMatrix {
   Complex<T> passed{T(1), T(0)};  // product of the exp(ip)
 
   void AddLayer(const Complex<T>& n, const T& thickness, double x) {
-    const Complex<T> e = GuardedExp(TimesI(n) * (thickness * T(2 * std::numbers::pi * x)));
+    const Complex<T> e = PassageFactor(n, thickness, x);
     const Complex<T> cosine = T(0.5) * (e * e + T(1)), sine = T(0.5) * (e * e - T(1));  // times e: cos p, i sin p
     MultiplyBy(cosine, -sine / n, -(sine * n), cosine);
     passed *= e;

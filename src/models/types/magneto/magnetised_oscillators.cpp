@@ -1,7 +1,6 @@
 // Thick samples whose oscillators feel a magnetic field along the beam.
-#include <numbers>
-
 #include "models/types/magneto/oscillator_pairs.h"
+#include "models/types/stacks/film_optics.h"
 #include "models/types/types.h"
 
 namespace kalvex {
@@ -115,7 +114,7 @@ struct Faraday {
   template <class T>
   static Complex<T> Amplitude(const TypeInputs<T>& in, const Complex<T>& eps) {
     const Complex<T> r = FaceReflection(eps);
-    const Complex<T> e = GuardedExp(TimesI(Sqrt(eps)) * (in[kThickness] * T(2 * std::numbers::pi * in.x)));
+    const Complex<T> e = PassageFactor(Sqrt(eps), in[kThickness], in.x);
     return (T(1) - r * r) * e;
   }
 };
@@ -163,7 +162,7 @@ struct MagneticSlab {
     }
     if (Norm(ValueOf(eps)) < 1e-20 || Norm(ValueOf(mu)) < 1e-20) return {};
     const Complex<T> Z = Sqrt(eps / mu);
-    const Complex<T> e = GuardedExp(TimesI(Sqrt(eps) * Sqrt(mu)) * (in[kThickness] * T(2 * std::numbers::pi * in.x)));
+    const Complex<T> e = PassageFactor(Sqrt(eps) * Sqrt(mu), in[kThickness], in.x);
     const Complex<T> sum = T(1) + Z, difference = T(1) - Z;
     return Quotient(T(4) * Z * e, sum * sum - difference * difference * e * e);
   }

@@ -1,7 +1,6 @@
 // Types whose partner is a magnetised sample of type 49: other geometries and readings of the same oscillators.
-#include <numbers>
-
 #include "models/types/magneto/circular.h"
+#include "models/types/stacks/film_optics.h"
 #include "models/types/types.h"
 
 namespace kalvex {
@@ -24,15 +23,6 @@ struct SigmaOfPartner {
         xy{in.quantity(partner, kDepth), in.quantity(partner, kLoss)} {}
   Complex<T> xx, xy;
 };
-
-template <class T>
-Complex<T> PhaseFactor(const Complex<T>& n, const T& thickness, double x) {
-  return GuardedExp(TimesI(n) * (thickness * T(2 * std::numbers::pi * x)));
-}
-template <class T>
-Complex<T> Interface(const Complex<T>& na, const Complex<T>& nb) {
-  return Quotient(na - nb, na + nb);
-}
 
 // Vacuum, magnetised layer, film, and a substrate that is a half-space or a slab without fringes.
 struct LayersInField {
@@ -81,8 +71,9 @@ struct LayersInField {
   static void AddAmplitudes(const TypeInputs<T>& in, const Complex<T>& eps, const Complex<T>& ns, Complex<T>& r,
                             Complex<T>& t) {
     const Complex<T> one{T(1), T(0)}, n1 = Sqrt(eps), n2 = Sqrt(in.eps(kFilm));
-    const Complex<T> r01 = Interface(one, n1), r12 = Interface(n1, n2), r23 = Interface(n2, ns);
-    const Complex<T> e1 = PhaseFactor(n1, in[kThickness], in.x), e2 = PhaseFactor(n2, in[kFilmThickness], in.x);
+    const Complex<T> r01 = InterfaceReflection(n1, one), r12 = InterfaceReflection(n2, n1),
+                     r23 = InterfaceReflection(ns, n2);
+    const Complex<T> e1 = PassageFactor(n1, in[kThickness], in.x), e2 = PassageFactor(n2, in[kFilmThickness], in.x);
     const Complex<T> film = T(1) + r12 * r23 * e2 * e2;
     const Complex<T> behind = Quotient(r12 + r23 * e2 * e2, film);
     const Complex<T> layer = T(1) + r01 * behind * e1 * e1;
@@ -93,7 +84,7 @@ struct LayersInField {
   template <class T>
   static T ThroughSubstrate(const TypeInputs<T>& in, const Complex<T>& ns) {
     if (!(ValueOf(in[kSlab]) > 0)) return ns.re;
-    return Norm(PhaseFactor(ns, in[kSlab], in.x) * Quotient(T(2) * ns, ns + T(1)));
+    return Norm(PassageFactor(ns, in[kSlab], in.x) * Quotient(T(2) * ns, ns + T(1)));
   }
 };
 
@@ -167,7 +158,7 @@ struct Dichroism {
     const SigmaOfPartner<T> tensor(in, kMagnetised);
     const Circular<T> sigma = CircularOf(tensor.xx, tensor.xy);
     const Complex<T> one{T(1), T(0)}, n = Sqrt(in.eps(kSubstrate));
-    const Complex<T> slab = PhaseFactor(n, in[kThickness], in.x) * Quotient(T(2) * n, n + T(1));
+    const Complex<T> slab = PassageFactor(n, in[kThickness], in.x) * Quotient(T(2) * n, n + T(1));
     const T perSigma = T(kSheetOfLayer) * in[kScale];
     const Complex<T> plus = SheetTransmission(one, n, sigma.plus * perSigma) * slab,
                      minus = SheetTransmission(one, n, sigma.minus * perSigma) * slab;

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "models/types/frame.h"
+#include "models/types/stacks/film_optics.h"
 #include "models/types/types.h"
 
 namespace kalvex {
@@ -62,7 +62,7 @@ struct Plate {
       const Faces<T> faces(in.eps(kSample), angle);
       for (int i = 0; i < thicknesses; ++i) {
         const T d = in[kThickness] * (T(1) + in[kThicknessSpread] * T(NodeOf(i, thicknesses)));
-        const Complex<T> once = GuardedExp(TimesI(faces.q) * (d * T(2 * std::numbers::pi * in.x)));
+        const Complex<T> once = PassageFactor(faces.q, d, in.x);
         mean.Add(faces, once * once, coherence, weight);
       }
     }
