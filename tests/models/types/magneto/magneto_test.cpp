@@ -1,41 +1,18 @@
 // Magnetised oscillators and what is built on them, against sums in std::complex, Fresnel and Airy formulas written
 // here, and the limits without field.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <complex>
-#include <numbers>
-
-#include "models/eval_model.h"
 #include "models/model_rows.h"
-#include "models/sample_models.h"
-#include "models/types/type_sample.h"
-#include "models/types/types.h"
+#include "models/types/type_fixture.h"
 #include "support/difference_quotient.h"
-#include "vdf/vdf_mesh.h"
 
 namespace kalvex {
 namespace {
 
-using C = std::complex<double>;
-constexpr C kI{0, 1};
-
-class Magneto : public testing::Test {
+class Magneto : public TypeFixture {
  protected:
-  // A model of a type with these rows; codes of models are their numbers.
-  Model& Make(int code, std::initializer_list<std::array<double, 3>> rows) {
-    Model& model = NewModel(program, rows, -code);
-    model.epsInf.adjustable = 0;
-    return model;
-  }
-  double At(Model& model, int quantity, double x) { return QuantityAt(program, model, quantity, x); }
-  C Pair(Model& model, int quantity, double x) { return {At(model, quantity, x), At(model, quantity + 1, x)}; }
   // A type 49 with two oscillators, a Drude one among them; factor multiplies the shifts.
   Model& Magnetised(double factor = 1) {
     return Make(49, {{4, 0, 0}, {150, 300, 20}, {12 * factor, 0, 0}, {0, 500, 15}, {25 * factor, 0, 0}});
   }
-  Model& Medium(double epsInf) { return NewModel(program, {}, epsInf); }
-  Program program;
 };
 
 C EpsOf(double x, double side, double factor = 1) {
@@ -154,58 +131,44 @@ TEST_F(Magneto, TheModelsOwnMeshAddsToBothSensesWithItsDerivatives) {
 }
 
 TEST_F(Magneto, APartnerOfAnotherKindIsRefused) {
-  Model& plain = Medium(3);
-  const std::uint32_t substrate = Medium(2).number, wrong = plain.number;
+  const double substrate = Medium(2), wrong = Medium(3);
   for (const auto& [code, rows] :
        {std::pair(50, 3), std::pair(53, 1), std::pair(96, 2), std::pair(89, 2), std::pair(58, 2)}) {
     Model& model = Make(code, {});
     for (int r = 0; r < rows; ++r) InsertRow(&model, r);
     Cell(model, 0, Wo).value = wrong;
     Cell(model, 0, Wp).value = Cell(model, 0, G).value = substrate;
-    for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
-    EXPECT_EQ(EvalModel(program.eval, model, 100, false), -1) << code;
-    EXPECT_EQ(program.eval.quantities[0].value, 77);
-    GetModelByNumber(program.params, wrong)->epsInf.value = -49;
-    while (RowCount(*GetModelByNumber(program.params, wrong)) < 3)
-      InsertRow(GetModelByNumber(program.params, wrong), 0);
-    EXPECT_EQ(EvalModel(program.eval, model, 100, false), 0) << code;
-    GetModelByNumber(program.params, wrong)->epsInf.value = 3;
+    EXPECT_EQ(Status(model, 100), -1) << code;
+    EXPECT_EQ(Left(kRefl), 77);
+    ModelOf(wrong).epsInf.value = -49;
+    while (RowCount(ModelOf(wrong)) < 3) InsertRow(&ModelOf(wrong), 0);
+    EXPECT_EQ(Status(model, 100), 0) << code;
+    ModelOf(wrong).epsInf.value = 3;
   }
 }
 
 class LayersOnMagnetised : public Magneto {
  protected:
   Model& Stack(double thickness, double film, double slab, double factor = 1) {
-    const double sample = Magnetised(factor).number, filmModel = Medium(2.1).number;
+    const double sample = Magnetised(factor).number, filmModel = Medium(2.1);
     Model& substrate = NewModel(program, {{400, 300, 50}}, 5);
     substrateNumber = substrate.number;
     return Make(50, {{sample, filmModel, static_cast<double>(substrate.number)}, {thickness, film, 0}, {slab, 0, 0}});
   }
-  C SubstrateIndex(double x) {
-    Model& substrate = *GetModelByNumber(program.params, substrateNumber);
-    return std::sqrt(Pair(substrate, kE1, x));
+  C SubstrateIndex(double x) { return Index(substrateNumber, x); }
+  std::pair<C, C> Slow(double x, double side) {
+    const C n = std::sqrt(EpsOf(x, side)), film = std::sqrt(2.1);
+    return SlowStack({{n, n, 0.0007}, {film, film, 0.0011}}, 1, SubstrateIndex(x), x);
   }
   std::uint32_t substrateNumber = 0;
 };
-
-// Characteristic matrices of the tangential fields, for a stack on a half-space.
-std::pair<C, C> SlowStack(const std::vector<std::pair<C, double>>& layers, C back, double x) {
-  C E = 1, H = back;
-  for (std::size_t k = layers.size(); k-- > 0;) {
-    const C n = layers[k].first, p = 2 * std::numbers::pi * x * n * layers[k].second;
-    const C e = std::cos(p) * E - kI * std::sin(p) / n * H, h = -kI * n * std::sin(p) * E + std::cos(p) * H;
-    E = e;
-    H = h;
-  }
-  return {(E - H) / (E + H), 2.0 / (E + H)};
-}
 
 TEST_F(LayersOnMagnetised, AgreeWithCharacteristicMatrices) {
   Model& model = Stack(0.0007, 0.0011, 0);
   for (const double x : {60.0, 145.0, 320.0}) {
     const C ns = SubstrateIndex(x);
-    const auto [rPlus, tPlus] = SlowStack({{std::sqrt(EpsOf(x, -1)), 0.0007}, {std::sqrt(2.1), 0.0011}}, ns, x);
-    const auto [rMinus, tMinus] = SlowStack({{std::sqrt(EpsOf(x, 1)), 0.0007}, {std::sqrt(2.1), 0.0011}}, ns, x);
+    const auto [rPlus, tPlus] = Slow(x, -1);
+    const auto [rMinus, tMinus] = Slow(x, 1);
     EXPECT_NEAR(At(model, kRefl, x), 0.5 * (std::norm(rPlus) + std::norm(rMinus)), 1e-12);
     EXPECT_NEAR(At(model, kTrans, x), 0.5 * (std::norm(tPlus) + std::norm(tMinus)) * ns.real(), 1e-12);
     EXPECT_NEAR(At(model, kRp, x), 0.5 * std::log(rMinus / rPlus).imag(), 1e-11);
@@ -268,7 +231,7 @@ TEST_F(Magneto, ExtendedDrudeOfFreeCarriersHasTheirRateAndTheirShiftedFrequency)
 
 TEST_F(Magneto, IntrinsicKerrIsTheFirstOrderOfTheWholeAngle) {
   const double sample = Magnetised(1e-3).number;
-  Model& whole = *GetModelByNumber(program.params, static_cast<std::uint32_t>(sample));
+  Model& whole = ModelOf(sample);
   Model& model = Make(58, {{sample, 1e-7, 0}, {0, 0, 0}});
   for (const double x : {40.0, 250.0}) {
     EXPECT_NEAR(At(model, kE1, x), At(whole, kRp, x), 2e-3 * std::fabs(At(whole, kRp, x)));
@@ -277,7 +240,7 @@ TEST_F(Magneto, IntrinsicKerrIsTheFirstOrderOfTheWholeAngle) {
 }
 
 TEST_F(Magneto, DichroismVanishesWithoutFieldAndKeepsTheLightWithAnAnalyserAveraged) {
-  const double glass = Medium(4).number;
+  const double glass = Medium(4);
   Model& still = Make(89, {{static_cast<double>(Magnetised(0).number), glass, 0}, {50, 0.001, 20}});
   EXPECT_EQ(At(still, kTrans, 100), 0);
   Model& model = Make(89, {{static_cast<double>(Magnetised().number), glass, 0}, {50, 0.001, 20}});
@@ -363,11 +326,10 @@ class Gas2D : public Magneto {
 
 TEST_F(Gas2D, AtAFrequencyOfZeroFillsNothing) {
   Model& model = Make2D(5);
-  for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
-  EXPECT_EQ(EvalModel(program.eval, model, 0, false), 0);
-  for (const Quantity& quantity : program.eval.quantities) EXPECT_EQ(quantity.value, 77);
+  EXPECT_EQ(Status(model, 0), 0);
+  for (int q = 0; q < kQuantityCount; ++q) EXPECT_EQ(Left(q), 77);
   RemoveRow(&model, 2);
-  EXPECT_EQ(EvalModel(program.eval, model, 0, false), -1);
+  EXPECT_EQ(Status(model, 0), -1);
 }
 
 TEST_F(Gas2D, ResonatesAtTheCyclotronEnergyOfItsMass) {

@@ -1,38 +1,19 @@
 // Sheets in a field and piles of plates, against slabs with echoes, bare substrates, first orders and quantised values.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <complex>
-#include <numbers>
-
-#include "models/eval_model.h"
-#include "models/sample_models.h"
-#include "models/types/types.h"
+#include "models/types/type_fixture.h"
 
 namespace kalvex {
 namespace {
 
-using C = std::complex<double>;
-constexpr C kI{0, 1};
 constexpr double kUniversal = 1816.5;
 constexpr double kSheet = 1.2619984361819279e-05;
 
-class Sheets : public testing::Test {
+class Sheets : public TypeFixture {
  protected:
-  Model& Make(int code, std::initializer_list<std::array<double, 3>> rows) {
-    Model& model = NewModel(program, rows, -code);
-    model.epsInf.adjustable = 0;
-    return model;
-  }
-  double At(Model& model, int quantity, double x) { return QuantityAt(program, model, quantity, x); }
-  C Pair(Model& model, int quantity, double x) { return {At(model, quantity, x), At(model, quantity + 1, x)}; }
-  double Medium(double epsInf) { return NewModel(program, {}, epsInf).number; }
   // Reflection and transmission of a slab with all echoes.
   static std::pair<C, C> Slab(C n, double d, double x) {
     const C r = (1.0 - n) / (1.0 + n), e = std::exp(2 * std::numbers::pi * kI * x * n * d);
     return {r * (1.0 - e * e) / (1.0 - r * r * e * e), (1.0 - r * r) * e / (1.0 - r * r * e * e)};
   }
-  Program program;
 };
 
 TEST_F(Sheets, OfFaradayCheckTendToTheirFirstOrderAndDoNotTurnWithoutField) {
