@@ -188,6 +188,10 @@ void HoldWithoutInfluence(TypeSample& s, const std::vector<int>& quantities) {
     }
   }
   for (const auto& free : s.FreeParams()) free.param->adjustable = influential.count(free.param) != 0;
+  // Nor does he fit all of a chain of models at once.
+  constexpr std::size_t kMost = 30;
+  const auto free = s.FreeParams();
+  for (std::size_t k = kMost; k < free.size(); ++k) free[k].param->adjustable = 0;
 }
 
 // The data are the model's own values; the fit starts with every number 1 % away.

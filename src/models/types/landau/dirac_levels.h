@@ -35,6 +35,28 @@ void AddDiracTransitions(LadderTable<T>& table, const T& weight, const T& eps2, 
   }
 }
 
+// The same without a field: the sum over levels is the integral of 2 E dE from the gap to the largest energy, taken in
+// steps that are small beside the broadening `width` and kT.
+template <class T>
+void AddDiracContinuum(LadderTable<T>& table, const T& weight, const T& gap, const T& mu, const T& kT, double largest,
+                       double width) {
+  constexpr int kLeast = 400, kMost = 40000;
+  const T from = Magnitude(gap);
+  const double range = largest - ValueOf(from);
+  if (!(range > 0)) return;
+  const double thermal = ValueOf(kT) > 0 ? ValueOf(kT) / 2 : range;
+  const double finest = std::fmax(std::fmin(std::fabs(width) / 4, thermal), 1e-12);
+  const int count = static_cast<int>(std::fmin(kMost, std::fmax(kLeast, range / finest)));
+  const T step = (T(largest) - from) / T(count);
+  for (int i = 0; i < count; ++i) {
+    const T E = from + step * T(i + 0.5), part = T(0.5) * weight * E * step, ratio = gap * gap / (E * E);
+    AddTransition(table, part * (T(1) + ratio), -E - mu, E - mu, kT);
+    AddTransition(table, part * (T(1) + ratio), E - mu, -E - mu, kT);
+    AddTransition(table, part * (T(1) - ratio), E - mu, E - mu, kT);
+    AddTransition(table, part * (T(1) - ratio), -E - mu, -E - mu, kT);
+  }
+}
+
 // A chiral band of winding J (1 for a single layer, 2 for two) with half gap D, without field and at T = 0, for one
 // flavour: z = E + ig in eV, results in layer units. J = 1: the four flavours give 1816.5 far above the gap.
 //     sigma_xx = (u/4) J [(1 + 4 D^2/z^2) ln((2c + z)/(2c - z)) - 4 D^2/(c z)]/(i pi) + (u/pi) J i (mu^2 - D^2)/(c z),

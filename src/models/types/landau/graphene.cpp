@@ -53,7 +53,7 @@ struct GrapheneMagnetooptics {
         carriers.perHall = -(half * B);
         continue;
       }
-      carriers.perDiagonal = T(0.25 * kLadderConductivity / std::numbers::pi);
+      carriers.perDiagonal = T(kLadderConductivity / std::numbers::pi);
       carriers.perHall = T(0);
     }
   }
@@ -109,7 +109,7 @@ struct GrapheneMagnetooptics {
     const double largest = 0.5 * in.value(kCutoff);
     const double count = (largest * largest - gap * gap) / unit;
     if (!(unit > 0) || count > kMostLevels) {
-      AddContinuum(ladder, D, mu, kT, largest, ValueOf(in[in.Of(k, kBroadening)]));
+      AddDiracContinuum(ladder, T(1), D, mu, kT, largest, ValueOf(in[in.Of(k, kBroadening)]));
       return true;
     }
     const Occupations<T> f{mu, kT, PlaceOf(ValueOf(mu) - window, gap, unit), PlaceOf(ValueOf(mu) + window, gap, unit)};
@@ -126,26 +126,6 @@ struct GrapheneMagnetooptics {
       E1 = E2;
     }
     return false;
-  }
-
-  // Without a field sums over levels are integrals 2 E dE from the gap to the largest energy, taken in steps that are
-  // small beside the broadening and kT.
-  template <class T>
-  static void AddContinuum(LadderTable<T>& ladder, const T& D, const T& mu, const T& kT, double largest, double width) {
-    constexpr int kLeast = 400, kMost = 40000;
-    const T from = Magnitude(D);
-    const double range = largest - ValueOf(from);
-    if (!(range > 0)) return;
-    const double finest = std::fmax(std::fmin(std::fabs(width) / 4, ValueOf(kT) > 0 ? ValueOf(kT) / 2 : range), 1e-12);
-    const int count = static_cast<int>(std::fmin(kMost, std::fmax(kLeast, range / finest)));
-    const T step = (T(largest) - from) / T(count);
-    for (int i = 0; i < count; ++i) {
-      const T E = from + step * T(i + 0.5), weight = T(2) * E * step, ratio = D * D / (E * E);
-      AddTransition(ladder, weight * (T(1) + ratio), -E - mu, E - mu, kT);
-      AddTransition(ladder, weight * (T(1) + ratio), E - mu, -E - mu, kT);
-      AddTransition(ladder, weight * (T(1) - ratio), E - mu, E - mu, kT);
-      AddTransition(ladder, weight * (T(1) - ratio), -E - mu, -E - mu, kT);
-    }
   }
 };
 

@@ -37,11 +37,11 @@ struct Amplitudes {
   Complex<T> t;
 };
 
-// Amplitudes of a stack in vacuum on a half-space of index `back`.
+// Amplitudes of a stack between half-spaces of the indices `front` and `back`.
 template <class T>
-Amplitudes<T> AmplitudesOf(const FieldMatrix<T>& m, const Complex<T>& back) {
-  const Complex<T> e = m.ee + m.eh * back, h = m.he + m.hh * back;
-  return {Quotient(e - h, e + h), Quotient(T(2) * m.passed, e + h)};
+Amplitudes<T> AmplitudesOf(const FieldMatrix<T>& m, const Complex<T>& front, const Complex<T>& back) {
+  const Complex<T> e = (m.ee + m.eh * back) * front, h = m.he + m.hh * back;
+  return {Quotient(e - h, e + h), Quotient(T(2) * front * m.passed, e + h)};
 }
 
 }  // namespace kalvex

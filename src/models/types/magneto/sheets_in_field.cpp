@@ -199,7 +199,7 @@ struct Cavity {
     fields.AddLayer(n, in[kThickness] * in[kPlace], in.x);
     fields.AddSheet(s);
     fields.AddLayer(n, in[kThickness] * (T(1) - in[kPlace]), in.x);
-    return AmplitudesOf(fields, back);
+    return AmplitudesOf(fields, Complex<T>{T(1), T(0)}, back);
   }
 };
 
