@@ -18,7 +18,7 @@ constinit const char* const kUsage =
     "  --progress    tell on standard error how a fit proceeds (done anyway on a terminal)\n"
     "  --threads N   accepted; a run uses one thread for now\n"
     "  --list-types  list the special models: code, name, for what sample\n"
-    "  --describe-type N  show the page of the special model with code N\n"
+    "  --describe-type N  show the page of the special model with code N; 0 shows the page of all\n"
     "  --help        show this text\n"
     "  --version     show the version\n"
     "\n"
@@ -53,7 +53,8 @@ bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::
     } else if (arg == "--describe-type") {
       const std::string_view code = i + 1 < args.size() ? args[++i] : "";
       line.describeType = IntegerOf(code);
-      if (!TypeOfCode(line.describeType) || std::to_string(line.describeType) != code) {
+      const bool known = line.describeType == 0 || TypeOfCode(line.describeType);
+      if (!known || std::to_string(line.describeType) != code) {
         fault = "--describe-type needs the code of a special model; --list-types shows them";
         return false;
       }

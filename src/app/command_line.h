@@ -15,8 +15,8 @@ struct CommandLine {
   bool help = false;
   bool version = false;
   bool listTypes = false;
-  int describeType = 0;  // code of the special model whose page is wanted
-  int threads = 0;       // 0: as many as the machine has
+  int describeType = -1;  // code of the special model whose page is wanted, 0 for the page of all
+  int threads = 0;        // 0: as many as the machine has
   std::string macroFile;
 };
 

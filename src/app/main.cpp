@@ -46,8 +46,9 @@ int main(int argc, char** argv) {
     std::fputs(kalvex::ListOfTypes().c_str(), stdout);
     return kRan;
   }
-  if (line.describeType != 0) {
-    std::fputs(kalvex::PageOf(*kalvex::TypeOfCode(line.describeType)).c_str(), stdout);
+  if (line.describeType >= 0) {
+    const kalvex::ModelType* const type = kalvex::TypeOfCode(line.describeType);
+    std::fputs((type ? kalvex::PageOf(*type) : kalvex::IndexOfTypes()).c_str(), stdout);
     return kRan;
   }
   if (line.macroFile.empty()) {

@@ -38,6 +38,8 @@ const char* UseText(CellUse use) {
   return "";
 }
 
+bool HasNumber(CellUse use) { return use == CellUse::kOwn || use == CellUse::kSetting || use == CellUse::kOwnMesh; }
+
 std::string RowsText(const RowRule& rule) {
   if (rule.least == rule.most) return std::to_string(rule.least);
   if (rule.most != kAnyNumber) return std::to_string(rule.least) + " to " + std::to_string(rule.most);
@@ -81,7 +83,8 @@ void AppendCells(const RowMap& map, std::span<const RowCell> cells, bool inGroup
     const bool experimental = cell.use == CellUse::kExperimental;
     text += "| " + RowLabel(map, cell, inGroup) + " | ";
     text += experimental ? "" : kColumnNames[static_cast<std::size_t>(cell.column)];
-    text += std::string(" | ") + UseText(cell.use) + " | " + cell.meaning + " |\n";
+    text += std::string(" | ") + UseText(cell.use) + " | " + cell.meaning + " | ";
+    text += (HasNumber(cell.use) ? TextG(cell.typical) : "") + " |\n";
   }
 }
 
@@ -104,33 +107,48 @@ void AppendSetting(int model, const char* name, int row, double value, bool fixe
   text += ",Value=" + TextG(value) + (fixed ? ",FitActive=0" : "") + ");\n";
 }
 
-// The models that the cells name get the numbers from 1 on, in the order of the cells; the model itself comes last.
-void AppendMacro(const ModelType& type, std::string& text) {
-  const std::vector<PlacedCell> cells = PlacedCells(type.map);
-  int partners = 0, datasets = 0;
-  for (const PlacedCell& placed : cells) {
-    const CellUse use = placed.cell->use;
-    if (IsModel(use)) {
-      text += "NewModel(); # " + std::to_string(++partners) + ": " + placed.cell->meaning + "\n";
-    } else if (use == CellUse::kDataset) {
-      const std::string number = std::to_string(++datasets);
-      text += "LoadDataset(DatasetNo=" + number + ",MasterFile=\"data" + number + ".dat\"); # " + placed.cell->meaning +
-              "\n";
-    }
+// The numbers that a macro has given away.
+struct Numbers {
+  int models = 0;
+  int datasets = 0;
+};
+
+int AppendModel(const ModelType& type, const char* meaning, Numbers& numbers, std::string& text);
+
+// What an element names comes before the model itself; gives its number, or the number itself.
+double AppendNamed(const RowCell& cell, Numbers& numbers, std::string& text) {
+  if (cell.use == CellUse::kDataset) {
+    const std::string number = std::to_string(++numbers.datasets);
+    text += "LoadDataset(DatasetNo=" + number + ",MasterFile=\"data" + number + ".dat\"); # " + cell.meaning + "\n";
+    return numbers.datasets;
   }
-  const int own = partners + 1, rows = TypicalRows(type.map);
-  text += "NewModel();\n";
+  if (!IsModel(cell.use)) return cell.typical;
+  const bool evaluated = cell.use == CellUse::kEvaluated || cell.use == CellUse::kEvaluatedIf;
+  if (const ModelType* const type = evaluated ? TypeOfCode(static_cast<int>(cell.typical)) : nullptr) {
+    return AppendModel(*type, cell.meaning, numbers, text);
+  }
+  const std::string number = std::to_string(++numbers.models);
+  text += "NewModel(); # " + number + ": " + cell.meaning + "\n";
+  if (cell.use == CellUse::kMeshPartner) text += "LoadVarDielFunc(ModelNo=" + number + ",File=\"mesh.kvv\");\n";
+  return numbers.models;
+}
+
+// A model of a type with everything that it names; gives its number.
+int AppendModel(const ModelType& type, const char* meaning, Numbers& numbers, std::string& text) {
+  const std::vector<PlacedCell> cells = PlacedCells(type.map);
+  std::vector<double> values;
+  for (const PlacedCell& placed : cells) values.push_back(AppendNamed(*placed.cell, numbers, text));
+  const int own = ++numbers.models, rows = TypicalRows(type.map);
+  text += "NewModel(); # " + std::to_string(own) + ": " + meaning + "\n";
   if (rows == 0) text += "RemoveModelRow(ModelNo=" + std::to_string(own) + ",LorNo=1);\n";
   for (int row = 1; row < rows; ++row) text += "InsertModelRow(ModelNo=" + std::to_string(own) + ");\n";
   AppendSetting(own, "Einf", -1, -type.code, true, text);
-  partners = datasets = 0;
-  for (const auto& [row, cell] : cells) {
-    const char* const name = kColumnNames[static_cast<std::size_t>(cell->column)];
-    double value = cell->typical;
-    if (IsModel(cell->use)) value = ++partners;
-    if (cell->use == CellUse::kDataset) value = ++datasets;
-    AppendSetting(own, name, row, value, cell->use != CellUse::kOwn, text);
+  for (std::size_t k = 0; k < cells.size(); ++k) {
+    const RowCell& cell = *cells[k].cell;
+    const char* const name = kColumnNames[static_cast<std::size_t>(cell.column)];
+    AppendSetting(own, name, cells[k].row, values[k], cell.use != CellUse::kOwn, text);
   }
+  return own;
 }
 
 }  // namespace
@@ -173,6 +191,21 @@ std::string ListOfTypes() {
   return text;
 }
 
+std::string IndexOfTypes() {
+  std::string text =
+      "# Special models\n\nA model becomes a special one by the negative of a code in its `Einf`, held fixed; its rows "
+      "are "
+      "then the arguments of the\ntype. The pages are made by the program: `kalvex --describe-type N` prints one, "
+      "`kalvex --list-types` this list.\n\n| code | name | for |\n|---|---|---|\n";
+  for (const ModelType* const type : ModelTypeTable) {
+    const std::string code = std::to_string(type->code);
+    const bool computed = *type->page.sample != 0;
+    text += "| " + (computed ? '[' + code + "](" + code + ".md)" : code) + " | " + type->name + " | " +
+            (computed ? type->page.sample : "not computed yet") + " |\n";
+  }
+  return text;
+}
+
 std::string PageOf(const ModelType& type) {
   std::string text = "# " + std::to_string(type.code) + ": " + type.name + "\n\n";
   if (!*type.page.sample) return text + "Not computed yet.\n";
@@ -180,14 +213,15 @@ std::string PageOf(const ModelType& type) {
           ". Rows: " + RowsText(type.map.rows) + ". " +
           (type.fitted ? "Its numbers and those of its models can be fitted."
                        : "It is for looking at: neither its numbers nor those of its models reach the fit.") +
-          "\n\n## Rows\n\n| row | column | what | meaning |\n|---|---|---|---|\n";
+          "\n\n## Rows\n\n| row | column | what | meaning | for example |\n|---|---|---|---|---|\n";
   AppendCells(type.map, type.map.head, false, text);
   AppendCells(type.map, type.map.group, true, text);
   text += std::string("\n## Formula\n\n```\n") + type.page.formula + "\n```\n\nSource: " + type.page.source +
           ".\n\n## Results\n\n";
   AppendFills(type, text);
   text += "\n## Macro\n\n```\n";
-  AppendMacro(type, text);
+  Numbers numbers;
+  AppendModel(type, type.name, numbers, text);
   return text + "```\n";
 }
 

@@ -12,7 +12,8 @@ const ModelType* TypeOfCode(int code);
 
 // A line "code name: sample" for each type.
 std::string ListOfTypes();
-// The page of one type, in Markdown.
+// The same as a page with links, and the page of one type, in Markdown.
+std::string IndexOfTypes();
 std::string PageOf(const ModelType& type);
 
 // What an element of the rows means in a model of this type, null if the type does not read it.

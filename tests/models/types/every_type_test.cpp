@@ -189,7 +189,7 @@ void HoldWithoutInfluence(TypeSample& s, const std::vector<int>& quantities) {
   }
   for (const auto& free : s.FreeParams()) free.param->adjustable = influential.count(free.param) != 0;
   // Nor does he fit all of a chain of models at once.
-  constexpr std::size_t kMost = 30;
+  constexpr std::size_t kMost = 12;
   const auto free = s.FreeParams();
   for (std::size_t k = kMost; k < free.size(); ++k) free[k].param->adjustable = 0;
 }
