@@ -216,5 +216,70 @@ TEST(Examples, CalciumFluorideFindsItsMinimumFromThreeOfFourStarts) {
             "start narrow is done, see narrow.asc\nstart broad is done, see broad.asc\n");
 }
 
+TEST(Examples, ATerahertzPulseIsFittedAsTransmissionAndAsTrace) {
+  const Example example("terahertz");
+  EXPECT_NEAR(example.ChiSq("transmission.asc"), 313.0, 3.1);
+  struct Expected {
+    double value, error;
+  };
+  const Expected kTransmission[] = {{1.987, 0.016}, {53.60, 0.24}, {9.59, 0.38}, {10.5, 1.0},
+                                    {1000, 0},      {573.4, 5.8},  {22270, 610}};
+  const auto v = example.Values("transmission.kvm");
+  ASSERT_EQ(v.size(), std::size(kTransmission));
+  for (std::size_t i = 0; i < v.size(); ++i) ExpectWithin(v[i], kTransmission[i].value, kTransmission[i].error, "T");
+  ExpectWithin(v[1], 53, 0.02 * 53, "lattice mode of alpha-PVDF");
+  // The same plate fitted to the trace by the independent program.
+  const double kTrace[] = {2.109, 52.94, 8.38, 8.36, 1000, 598.7, 19777};
+  const auto pulse = example.Values("pulse.kvm");
+  for (std::size_t i = 0; i < pulse.size(); ++i) ExpectWithin(pulse[i], kTrace[i], 0.001 * kTrace[i], "trace");
+  const Table model = NumbersOf(example.folder.Read("model_trace.dat"));
+  const Table measured = [&] {
+    const std::string text = example.folder.Read("Rp_thz_sam.dat");
+    return NumbersOf(text.substr(text.find("\n-0.92") + 1));
+  }();
+  ASSERT_EQ(model.size(), 2048u);
+  ASSERT_EQ(measured.size(), 2048u);
+  double sum = 0, largest = 0, peak = 0;
+  for (std::size_t i = 0; i < model.size(); ++i) {
+    const double difference = model[i][1] - measured[i][1];
+    sum += difference * difference;
+    largest = std::fmax(largest, std::fabs(difference));
+    peak = std::fmax(peak, measured[i][1]);
+  }
+  EXPECT_NEAR(std::sqrt(sum / 2048) / peak, 0.011, 0.0005);
+  EXPECT_NEAR(largest / peak, 0.04, 0.002);
+}
+
+TEST(Examples, ACoatedWaferShowsItsFilm) {
+  const Example example("coated");
+  EXPECT_NEAR(example.ChiSq("silicon.asc"), 0.0275, 0.0003);
+  const auto silicon = example.Values("silicon.kvm");
+  ExpectWithin(silicon[1], 32886, 39, "silicon, frequency");
+  ExpectWithin(silicon[2], 107339, 130, "silicon, plasma frequency");
+  // 1812 points with the noise that they are weighted with, one free parameter; five standard deviations.
+  EXPECT_NEAR(example.ChiSq("coated.asc"), 1811, 5 * std::sqrt(2 * 1811.0));
+  ExpectWithin(example.Values("coated.kvm")[2], 1e-4, 5 * 1.2e-9, "thickness");
+  // Far above the phonons the film is a lossless layer: its fringes stay between the bare wafer and the quarter wave.
+  const Table R = NumbersOf(example.folder.Read("R_coated.dat")), T = NumbersOf(example.folder.Read("T_coated.dat"));
+  ASSERT_EQ(R.size(), 453u);
+  for (std::size_t i = 0; i < R.size(); ++i) {
+    EXPECT_LE(R[i][1] + T[i][1], 1 + 1e-6) << R[i][0];
+    EXPECT_GE(T[i][1], 0) << R[i][0];
+  }
+}
+
+TEST(Examples, ACrystalsExtraordinaryModesAreFoundFromPsi) {
+  const Example example("crystal");
+  const auto v = example.Values("extraordinary.kvm");
+  // M. Schubert, T. E. Tiwald, C. M. Herzinger, Phys. Rev. B 61, 8187 (2000); five of the fit's errors.
+  const struct {
+    std::size_t at;
+    double value, error;
+  } kPublished[] = {
+      {2, 3.072, 0.0012}, {5, 510.87, 0.0028}, {8, 881.1, 0.047}, {11, 397.52, 0.022}, {14, 582.41, 0.015}};
+  for (const auto& p : kPublished) ExpectWithin(v[p.at], p.value, 5 * p.error, "mode");
+  EXPECT_NEAR(example.ChiSq("extraordinary.asc"), 1293, 5 * std::sqrt(2 * 1293.0));
+}
+
 }  // namespace
 }  // namespace kalvex
