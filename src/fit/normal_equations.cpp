@@ -7,6 +7,7 @@
 #include "fit/fit_lists.h"
 #include "models/eval_spectrum.h"
 #include "models/model_table.h"
+#include "models/spectrum_workers.h"
 #include "numeric/rank_update.h"
 
 namespace kalvex {
@@ -52,8 +53,8 @@ void AddOuterProduct(const Gradient& gradient, const SquareMatrix& alpha) {
 // since that must not reach the parameters on which the point does not depend.
 class EquationSum {
  public:
-  explicit EquationSum(NormalEquations& equations)
-      : alpha_(equations.Alpha()), beta_(equations.beta), panel_(equations.beta.size()) {}
+  EquationSum(NormalEquations& equations, ThreadPool* pool)
+      : alpha_(equations.Alpha()), beta_(equations.beta), panel_(equations.beta.size()), pool_(pool) {}
   EquationSum(const EquationSum&) = delete;
   EquationSum& operator=(const EquationSum&) = delete;
   ~EquationSum() { AddPanel(); }
@@ -71,13 +72,14 @@ class EquationSum {
 
  private:
   void AddPanel() {
-    if (panel_.Count() > 0) AddOuterProducts(panel_, alpha_);
+    if (panel_.Count() > 0) AddOuterProducts(panel_, alpha_, pool_);
     panel_.Clear();
   }
 
   SquareMatrix alpha_;
   std::vector<double>& beta_;
   VectorPanel panel_;
+  ThreadPool* pool_;
 };
 
 }  // namespace
@@ -88,7 +90,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   fit.TotalChiSq = 0;
   std::vector<ParamPlace> places;
   for (const FitParam& param : fit.params) places.push_back(param.place);
-  EquationSum sum(equations);
+  EquationSum sum(equations, PoolOf(eval));
   Gradient gradient;
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);

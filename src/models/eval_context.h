@@ -17,6 +17,8 @@
 
 namespace kalvex {
 
+class SpectrumWorkers;
+
 struct EvalContext {
   ParamTables* params = nullptr;
   const DatasetTable* datasets = nullptr;
@@ -28,6 +30,8 @@ struct EvalContext {
   TermEnvironment termEnvironment;
   VdfKernelCache vdfKernels;
   TypeScratchStack typeScratch;
+
+  SpectrumWorkers* workers = nullptr;  // threads to share a spectrum with; null: none
 
   // Number of the spectrum that is being evaluated, 0 outside of one: while it is the same no parameter, dataset or
   // setting changes, so that a type may keep what it made for the frequency before.

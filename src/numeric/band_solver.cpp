@@ -84,6 +84,7 @@ struct Band {
   std::span<double> inverseDiagonal;
   std::size_t first;
   std::size_t half;
+  ThreadPool* pool = nullptr;
 
   std::size_t Low(std::size_t i) const { return i > first + half ? i - half : first; }
 };
@@ -108,16 +109,17 @@ int DecomposeNarrow(const Band& band) {
 
 // A wide band counts as a full matrix, in blocks of columns: first what the finished columns contribute to the block,
 // tile by tile, then the block itself.
-void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::span<double> diagonal) {
+void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::size_t firstRow, std::size_t endRow,
+                      std::span<double> diagonal) {
   const SquareMatrix& a = band.a;
   const std::size_t count = from - band.first;
   const auto put = [&](std::size_t i, std::size_t j, double dot) {
     if (i > j) a(i, j) = a(j, i) - dot;
     if (i == j) diagonal[j - from] = a(j, j) - dot;
   };
-  for (std::size_t i = from; i < a.size; i += 4) {
+  for (std::size_t i = firstRow; i < endRow; i += 4) {
     for (std::size_t j = from; j < to && j <= i + 3; j += 2) {
-      if (i + 4 <= a.size && j + 2 <= to) {
+      if (i + 4 <= endRow && j + 2 <= to) {
         double dots[8];
         DotTile(a.Row(i) + band.first, a.Row(j) + band.first, a.size, count, dots);
         for (std::size_t r = 0; r < 4; ++r) {
@@ -125,7 +127,7 @@ void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::s
         }
         continue;
       }
-      for (std::size_t r = i; r < std::min(i + 4, a.size); ++r) {
+      for (std::size_t r = i; r < std::min(i + 4, endRow); ++r) {
         for (std::size_t c = j; c < std::min(j + 2, to); ++c) {
           put(r, c, Dot(a.Row(r) + band.first, a.Row(c) + band.first, count));
         }
@@ -134,27 +136,40 @@ void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::s
   }
 }
 
+// Column j of the factor in rows first to end, from the block that starts at `from`.
+void FinishColumn(const Band& band, std::size_t from, std::size_t j, std::size_t firstRow, std::size_t endRow) {
+  const SquareMatrix& a = band.a;
+  for (std::size_t i = firstRow; i < endRow; ++i) {
+    a(i, j) = (a(i, j) - Dot(a.Row(i) + from, a.Row(j) + from, j - from)) * band.inverseDiagonal[j];
+  }
+}
+
+// The rows below a block stand by themselves once the block is done, and are shared in parts.
 int DecomposeWide(const Band& band) {
   const SquareMatrix& a = band.a;
   double diagonal[kBlock];
   for (std::size_t from = band.first; from < a.size; from += kBlock) {
     const std::size_t to = std::min(a.size, from + kBlock);
-    SubtractFinished(band, from, to, diagonal);
+    SubtractFinished(band, from, to, from, to, diagonal);
     for (std::size_t j = from; j < to; ++j) {
       const double pivot = diagonal[j - from] - Dot(a.Row(j) + from, a.Row(j) + from, j - from);
       if (!(pivot > 0)) return -1;
       band.inverseDiagonal[j] = 1 / std::sqrt(pivot);
-      for (std::size_t i = j + 1; i < a.size; ++i) {
-        a(i, j) = (a(i, j) - Dot(a.Row(i) + from, a.Row(j) + from, j - from)) * band.inverseDiagonal[j];
-      }
+      FinishColumn(band, from, j, j + 1, to);
     }
+    ForEachPart(band.pool, (a.size - to + kBlock - 1) / kBlock, [&](std::size_t part) {
+      const std::size_t firstRow = to + part * kBlock, endRow = std::min(a.size, firstRow + kBlock);
+      SubtractFinished(band, from, to, firstRow, endRow, diagonal);
+      for (std::size_t j = from; j < to; ++j) FinishColumn(band, from, j, firstRow, endRow);
+    });
   }
   return 0;
 }
 
 int Decompose(const Band& band) {
   const bool wide = 3 * band.half > band.a.size - band.first;
-  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size}) : DecomposeNarrow(band);
+  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size, band.pool})
+              : DecomposeNarrow(band);
 }
 
 // x from first on becomes the solution of L L^T x = x.
@@ -214,10 +229,10 @@ void SubstituteBorder(const Band& band, std::span<const double> b, std::span<dou
 }  // namespace
 
 int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,
-                std::span<double> x, bool decompose) {
+                std::span<double> x, bool decompose, ThreadPool* pool) {
   const Shape shape = ShapeOf(a);
   const bool wide = 3 * shape.half > a.size - shape.border;
-  const Band band{a, inverseDiagonal, shape.border, wide ? a.size : shape.half};
+  const Band band{a, inverseDiagonal, shape.border, wide ? a.size : shape.half, pool};
   if (decompose) {
     if (Decompose(band) != 0) return -1;
     if (shape.border > 0 && DecomposeBorder(band) != 0) return -1;

@@ -39,20 +39,31 @@ void VectorPanel::Begin() {
   }
 }
 
-void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a) {
+namespace {
+
+// The strip of columns from j on.
+void AddStrip(const VectorPanel& panel, const SquareMatrix& a, std::size_t j) {
   constexpr std::size_t kStrip = VectorPanel::kStrip;
   double tile[kTileRows * kStrip];
-  for (std::size_t j = 0; j < a.size; j += kStrip) {
-    const std::size_t columns = std::min(kStrip, a.size - j);
-    for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
-      SumTile(panel.Strip(i) + i % kStrip, panel.Strip(j), panel.Count(), tile);
-      const std::size_t rows = std::min(kTileRows, a.size - i);
-      for (std::size_t r = 0; r < rows; ++r) {
-        double* const out = a.Row(i + r) + j;
-        for (std::size_t c = 0; c < columns; ++c) out[c] += tile[r * kStrip + c];
-      }
+  const std::size_t columns = std::min(kStrip, a.size - j);
+  for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
+    SumTile(panel.Strip(i) + i % kStrip, panel.Strip(j), panel.Count(), tile);
+    const std::size_t rows = std::min(kTileRows, a.size - i);
+    for (std::size_t r = 0; r < rows; ++r) {
+      double* const out = a.Row(i + r) + j;
+      for (std::size_t c = 0; c < columns; ++c) out[c] += tile[r * kStrip + c];
     }
   }
+}
+
+}  // namespace
+
+void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a, ThreadPool* pool) {
+  constexpr std::size_t kStrip = VectorPanel::kStrip, kLeastShared = 160;
+  const std::size_t strips = (a.size + kStrip - 1) / kStrip;
+  // The longest strips first, so that no thread is left with one at the end.
+  ForEachPart(a.size < kLeastShared ? nullptr : pool, strips,
+              [&](std::size_t k) { AddStrip(panel, a, (strips - 1 - k) * kStrip); });
 }
 
 }  // namespace kalvex

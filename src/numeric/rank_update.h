@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "numeric/band_solver.h"
+#include "numeric/thread_pool.h"
 
 namespace kalvex {
 
@@ -34,6 +35,6 @@ class VectorPanel {
 };
 
 // a(i, j) += sum over the panel of v_i v_j, for i <= j. What stands below the diagonal near it is overwritten.
-void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a);
+void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a, ThreadPool* pool = nullptr);
 
 }  // namespace kalvex

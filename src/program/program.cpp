@@ -39,6 +39,11 @@ Program::Program() {
   };
 }
 
+void UseThreads(Program& program, int threads) {
+  program.workers = threads > 1 ? std::make_unique<SpectrumWorkers>(threads) : nullptr;
+  program.eval.workers = program.workers.get();
+}
+
 FitDesk DeskOf(Program& program) { return {program.fitWindow, program.fit, program.eval, program.AutoScreenUpdate}; }
 
 FitHooks HooksOf(Program& program) {

@@ -2,6 +2,7 @@
 // side by side.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "core/noise.h"
@@ -13,6 +14,7 @@
 #include "macro/macro_state.h"
 #include "models/eval_context.h"
 #include "models/model.h"
+#include "models/spectrum_workers.h"
 #include "windows/fit_window.h"
 
 namespace kalvex {
@@ -42,6 +44,7 @@ struct Program {
   ParamTables params;
   DatasetTable datasets;
   EvalContext eval;
+  std::unique_ptr<SpectrumWorkers> workers;
   FitState fit;
   MacroState macro;
 
@@ -55,6 +58,9 @@ struct Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 };
+
+// Lets evaluations and fits share their work between so many threads, 1 for none. Results do not depend on it.
+void UseThreads(Program& program, int threads);
 
 FitDesk DeskOf(Program& program);
 // Around a run of the fit: the list of the fit window and the model windows follow each accepted iteration, and
