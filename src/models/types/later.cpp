@@ -25,12 +25,6 @@ constinit const ModelType kDfBilayerDifference = Later(35, "DF bilayer");
 constinit const ModelType kDfBilayer2 = Later(36, "DF bilayer - 2");
 constinit const ModelType kDfBilayer2Difference = Later(37, "DF bilayer - 2");
 constinit const ModelType kDfBilayerPhonon = Later(38, "DF bilayer + phonon");
-constinit const ModelType kGraphiteMagnetooptics = Later(55, "Graphite-magnetooptics");
-constinit const ModelType kGraphiteMagnetooptics2 = Later(56, "Graphite-magnetoopt.-2");
-constinit const ModelType kGraphiteMagnetooptics3 = Later(60, "Graphite-magnetoopt.-3");
-constinit const ModelType kGraphiteMagnetooptics4 = Later(61, "Graphite-magnetoopt.-4");
-constinit const ModelType kBilayerGrapheneMagnetooptics = Later(62, "2L graph. - magn.opt.");
-constinit const ModelType kBilayerGrapheneBands = Later(63, "2L graph. - bands");
 constinit const ModelType kDfTrilayer = Later(66, "DF trilayer");
 constinit const ModelType kBismuthMagnetooptics = Later(74, "Bismuth-magnetoopt");
 constinit const ModelType kBismuthBands = Later(75, "Bismuth-bands");
@@ -38,7 +32,5 @@ constinit const ModelType kGrapheneRibbons = Later(76, "Graphene-ribbons");
 constinit const ModelType kGrapheneEma = Later(84, "Graphene-EMA");
 constinit const ModelType kWeylKubo = Later(93, "Weyl-Kubo");
 constinit const ModelType kWeylBands = Later(94, "Weyl-bands");
-constinit const ModelType kBlgMagnetooptics = Later(111, "BLG-magnetooptics");
-constinit const ModelType kBlgLevels = Later(112, "BLG-LLs");
 
 }  // namespace kalvex
