@@ -26,11 +26,5 @@ constinit const ModelType kDfBilayer2 = Later(36, "DF bilayer - 2");
 constinit const ModelType kDfBilayer2Difference = Later(37, "DF bilayer - 2");
 constinit const ModelType kDfBilayerPhonon = Later(38, "DF bilayer + phonon");
 constinit const ModelType kDfTrilayer = Later(66, "DF trilayer");
-constinit const ModelType kBismuthMagnetooptics = Later(74, "Bismuth-magnetoopt");
-constinit const ModelType kBismuthBands = Later(75, "Bismuth-bands");
-constinit const ModelType kGrapheneRibbons = Later(76, "Graphene-ribbons");
-constinit const ModelType kGrapheneEma = Later(84, "Graphene-EMA");
-constinit const ModelType kWeylKubo = Later(93, "Weyl-Kubo");
-constinit const ModelType kWeylBands = Later(94, "Weyl-bands");
 
 }  // namespace kalvex
