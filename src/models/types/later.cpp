@@ -17,8 +17,6 @@ constexpr ModelType Later(int code, const char* name) {
 
 }  // namespace
 
-constinit const ModelType kStmTarneck = Later(26, "STM (Tarneck)");
-constinit const ModelType kStmBandStructure = Later(27, "STM (band structure)");
 constinit const ModelType kBandsCondBilayer = Later(31, "Bands+Cond Bilayer");
 constinit const ModelType kDfBilayer = Later(34, "DF bilayer");
 constinit const ModelType kDfBilayerDifference = Later(35, "DF bilayer");
