@@ -256,5 +256,16 @@ TEST(TypeTable, HoldsTheCodesInOrderWithNamesOfAtMost49Letters) {
   }
 }
 
+TEST(TypeTable, LeavesAModelWithACodeOfNoTypePlain) {
+  Program program;
+  Model& model = *CreateModel(program.params);
+  model.epsInf.value = -30;
+  model.epsInf.adjustable = 0;
+  WantOnly(program.eval.quantities, SetOf(kE1));
+  ASSERT_EQ(EvalModel(program.eval, model, 100, false), 0);
+  EXPECT_EQ(program.eval.quantities[kE1].value, -30);
+  EXPECT_STREQ(TypeNameOf(program.eval, model), "Diel. function");
+}
+
 }  // namespace
 }  // namespace kalvex

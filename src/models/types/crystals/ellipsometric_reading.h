@@ -6,12 +6,13 @@
 
 namespace kalvex {
 
-// Sine squared and cosine of an angle of incidence in degrees, their ratio 0 at grazing incidence.
+// Sine squared and cosine of an angle of incidence in degrees; their ratio counts as 0 at grazing incidence, where the
+// cosine of 90 degrees is no more than its rounding.
 template <class T>
 struct Incidence {
   explicit Incidence(const T& degrees)
       : cosine(Cos(degrees * T(kRadiansPerDegree))), sine2(T(1) - cosine * cosine), tangent2(T(0)) {
-    if (ValueOf(cosine) != 0) tangent2 = sine2 / (cosine * cosine);
+    if (ValueOf(cosine * cosine) > kTinyNorm) tangent2 = sine2 / (cosine * cosine);
   }
   T cosine, sine2, tangent2;
 };

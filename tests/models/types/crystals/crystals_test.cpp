@@ -1,6 +1,7 @@
 // Crystals at oblique incidence against Fresnel formulas, turned tensors against matrix products, an ellipsometer
 // against products of Jones matrices.
 #include "models/model_rows.h"
+#include "models/types/crystals/ellipsometric_reading.h"
 #include "models/types/crystals/normal_modes.h"
 #include "models/types/frame.h"
 #include "models/types/type_fixture.h"
@@ -104,9 +105,19 @@ TEST_F(Crystals, WhereAFilmWouldAmplifyItsPhaseIsExactly1) {
   EXPECT_GT(std::fabs(At(wide, kE1, x) - At(model, kE1, x)), 1e-3);
 }
 
-TEST_F(Crystals, AtGrazingIncidenceShowTheSineAlone) {
-  Model& model = Make(5, {{a, 90, 40}, {b, 0.0005, 0}, {c, 0, 0}, {a, 0, 0}, {b, 0, 0}, {c, 0, 0}});
-  EXPECT_TRUE(std::isfinite(At(model, kN1, 190)));
+TEST(IncidenceTest, AtExactlyGrazingIncidenceHasNoTangent) {
+  EXPECT_EQ(Incidence<double>(90.0).tangent2, 0);
+  EXPECT_NEAR(Incidence<double>(60.0).tangent2, 3, 1e-14);
+  EXPECT_NEAR(Incidence<double>(60.0).sine2, 0.75, 1e-15);
+}
+
+TEST_F(Crystals, AtGrazingIncidenceReflectEverything) {
+  for (const int code : {5, 14}) {
+    Model& model = Make(code, {{a, 90, 40}, {b, 0.0005, 0}, {c, 0, 0}, {a, 0, 0}, {b, 0, 0}, {c, 0, 0}});
+    EXPECT_NEAR(At(model, kE1, 190), 45, 1e-6) << code;
+    EXPECT_NEAR(At(model, kRs, 190), code == 5 ? 1 : 0, 1e-12) << code;
+    EXPECT_EQ(Pair(model, kN1, 190), C(1, 0)) << code;
+  }
 }
 
 class Turned : public Crystals {
