@@ -14,7 +14,7 @@ namespace {
 enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2 };
 
 int RunOrCheck(const kalvex::CommandLine& line) {
-  const auto program = std::make_unique<kalvex::Program>();
+  const auto program = std::make_unique<kalvex::Program>(line.threads > 0 ? line.threads : kalvex::ProcessorsAtHand());
   program->macro.verbose = line.verbose;
   program->showProgress = line.progress || isatty(STDERR_FILENO) != 0;
   const int result =

@@ -2,30 +2,10 @@
 
 #include <algorithm>
 
-#include "models/eval_model.h"
-#include "models/mesh_spectrum.h"
+#include "models/block_filler.h"
 
 namespace kalvex {
 namespace {
-
-// Frequency by frequency, for any model.
-int FillBlock(EvalContext& ctx, Model& model, const SpectrumRequest& request, std::span<const ModelParam* const> params,
-              SpectrumBlock& block) {
-  int status = 0;
-  for (std::size_t i = 0; i < block.count; ++i) {
-    const QuantitySet wanted = request.wanted[block.first + i];
-    WantOnly(ctx.quantities, wanted);
-    if (const int failed = EvalModel(ctx, model, request.x[block.first + i], request.derivatives)) status = failed;
-    for (int q = 0; q < kQuantityCount; ++q) {
-      if (!Contains(wanted, q)) continue;
-      block.Values(q)[i] = ctx.quantities[static_cast<std::size_t>(q)].value;
-      for (std::size_t k = 0; k < params.size(); ++k) {
-        block.Slopes(k, q)[i] = params[k]->dQuantity[static_cast<std::size_t>(q)];
-      }
-    }
-  }
-  return status;
-}
 
 // Within a spectrum within a spectrum the outer one goes on to be the one that counts.
 class SpectrumNumber {
@@ -42,28 +22,55 @@ class SpectrumNumber {
   std::uint64_t before_;
 };
 
+// The blocks, in order, in which a Quantity is wanted for the last time, and the last one. After them the caller's
+// tables hold what they would hold after the whole spectrum.
+std::vector<std::size_t> LastBlocks(const SpectrumRequest& request) {
+  std::vector<std::size_t> blocks;
+  QuantitySet seen = 0;
+  for (std::size_t i = request.x.size(); i-- > 0;) {
+    const std::size_t first = i / kSpectrumBlock * kSpectrumBlock;
+    const bool isNew = (request.wanted[i] & ~seen) != 0 || i + 1 == request.x.size();
+    seen |= request.wanted[i];
+    if (isNew && (blocks.empty() || blocks.back() != first)) blocks.push_back(first);
+  }
+  std::reverse(blocks.begin(), blocks.end());
+  return blocks;
+}
+
+void FillAt(BlockFiller& filler, const SpectrumRequest& request, std::size_t first, SpectrumBlock& block, int& status) {
+  block.first = first;
+  block.count = std::min(kSpectrumBlock, request.x.size() - first);
+  if (const int failed = filler.Fill(block)) status = failed;
+}
+
 }  // namespace
+
+int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink) {
+  const SpectrumNumber number(ctx);
+  if (model.vdf.KK && MeshSpectrum::AppliesTo(ctx, model)) {
+    ctx.vdfKernels.Prepare(model.number, model.vdf, request.x);
+  }
+  const std::size_t done = PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0;
+  BlockFiller filler(ctx, model, request, ctx.vdfKernels);
+  SpectrumBlock block(request);
+  int status = 0;
+  if (done > 0 && done == request.x.size()) {
+    for (const std::size_t first : LastBlocks(request)) FillAt(filler, request, first, block, status);
+    return status;
+  }
+  // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
+  for (std::size_t first = 0; first < request.x.size(); first += kSpectrumBlock) {
+    FillAt(filler, request, first, block, status);
+    if (first >= done) sink({&block, 1});
+  }
+  return status;
+}
 
 int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink) {
-  std::vector<const ModelParam*> params;
-  if (request.derivatives) {
-    for (const ParamPlace& place : request.slopesOf) params.push_back(&ParamAt(*ctx.params, place));
-  }
-  const SpectrumNumber number(ctx);
-  MeshSpectrum mesh(ctx, model, request);
-  SpectrumBlock block(request);
-  int status = 0;
-  for (; block.first < request.x.size(); block.first += block.count) {
-    block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
-    if (mesh.Applies()) {
-      mesh.FillBlock(block);
-    } else if (const int failed = FillBlock(ctx, model, request, params, block)) {
-      status = failed;
-    }
-    sink(block);
-  }
-  return status;
+  return EvalSpectrumInBatches(ctx, model, request, [&](std::span<const SpectrumBlock> blocks) {
+    for (const SpectrumBlock& block : blocks) sink(block);
+  });
 }
 
 }  // namespace kalvex

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <span>
 
+#include "numeric/thread_pool.h"
+
 namespace kalvex {
 
 // A square matrix in row order: entry (i, j) at data[i*size + j].
@@ -24,8 +26,10 @@ struct SquareMatrix {
 //
 //   decompose        false: the factors are those of an earlier call with the same a
 //
+//   pool             shares the decomposition of a wide band; what comes out does not depend on it
+//
 //   gives            0, or -1 if A is not positive definite (x is then untouched)
 int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,
-                std::span<double> x, bool decompose);
+                std::span<double> x, bool decompose, ThreadPool* pool = nullptr);
 
 }  // namespace kalvex

@@ -39,20 +39,35 @@ void VectorPanel::Begin() {
   }
 }
 
-void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a) {
+namespace {
+
+// The columns of one strip.
+void AddToStrip(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::size_t j) {
   constexpr std::size_t kStrip = VectorPanel::kStrip;
   double tile[kTileRows * kStrip];
-  for (std::size_t j = 0; j < a.size; j += kStrip) {
-    const std::size_t columns = std::min(kStrip, a.size - j);
-    for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
-      SumTile(panel.Strip(i) + i % kStrip, panel.Strip(j), panel.Count(), tile);
-      const std::size_t rows = std::min(kTileRows, a.size - i);
+  const std::size_t columns = std::min(kStrip, a.size - j);
+  for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
+    const std::size_t rows = std::min(kTileRows, a.size - i);
+    for (const VectorPanel* const panel : panels) {
+      SumTile(panel->Strip(i) + i % kStrip, panel->Strip(j), panel->Count(), tile);
       for (std::size_t r = 0; r < rows; ++r) {
         double* const out = a.Row(i + r) + j;
         for (std::size_t c = 0; c < columns; ++c) out[c] += tile[r * kStrip + c];
       }
     }
   }
+}
+
+}  // namespace
+
+void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, ThreadPool* pool) {
+  constexpr std::size_t kStrip = VectorPanel::kStrip;
+  constexpr std::size_t kLeastWork = 1000000;  // products that are worth waking a thread
+  const std::size_t strips = (a.size + kStrip - 1) / kStrip;
+  const bool pays = panels.size() * VectorPanel::kMost * a.size * a.size >= kLeastWork;
+  // The longest strips first, so that no thread is left alone with one at the end.
+  ParallelFor(pays ? pool : nullptr, strips,
+              [&](std::size_t task, std::size_t) { AddToStrip(panels, a, (strips - 1 - task) * kStrip); });
 }
 
 }  // namespace kalvex

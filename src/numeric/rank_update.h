@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "numeric/band_solver.h"
+#include "numeric/thread_pool.h"
 
 namespace kalvex {
 
@@ -33,7 +35,8 @@ class VectorPanel {
   std::vector<double> data_;
 };
 
-// a(i, j) += sum over the panel of v_i v_j, for i <= j. What stands below the diagonal near it is overwritten.
-void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a);
+// a(i, j) += sum over a panel of v_i v_j, for i <= j, panel after panel. What stands below the diagonal near it is
+// overwritten. All panels are of vectors of the matrix's size.
+void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, ThreadPool* pool = nullptr);
 
 }  // namespace kalvex

@@ -26,11 +26,12 @@ void FollowIteration(void* self) {
 
 }  // namespace
 
-Program::Program() {
+Program::Program(int threads) : pool(threads) {
   SeedNoise(noise, static_cast<std::uint32_t>(platform.clockSeconds(platform.self)));
   params.ExpParams = DefaultExpParams();
   eval.params = &params;
   eval.datasets = &datasets;
+  eval.pool = &pool;
   eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
   notices.owner = this;

@@ -13,6 +13,7 @@
 #include "macro/macro_state.h"
 #include "models/eval_context.h"
 #include "models/model.h"
+#include "numeric/thread_pool.h"
 #include "windows/fit_window.h"
 
 namespace kalvex {
@@ -39,6 +40,7 @@ struct Program {
   bool AutoScreenUpdate = true;  // graphs and ChiSq follow each change of a parameter
   bool showProgress = false;     // a line on standard error for each iteration of a fit
 
+  ThreadPool pool;
   ParamTables params;
   DatasetTable datasets;
   EvalContext eval;
@@ -50,8 +52,8 @@ struct Program {
   PlacedWindow expParamsWindow{false, 400, 300};
   FitWindow fitWindow;
 
-  // Seeds the noise with the clock, sets the defaults and connects the notices.
-  Program();
+  // Seeds the noise with the clock, sets the defaults and connects the notices. threads: how many may compute at once.
+  explicit Program(int threads = 1);
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 };

@@ -96,7 +96,8 @@ TEST(OuterProducts, EqualThePlainSumsForEveryLengthAndCount) {
           }
         }
         EXPECT_EQ(panel.IsFull(), count == 64);
-        AddOuterProducts(panel, {matrix.data(), n});
+        const VectorPanel* const panels[] = {&panel};
+        AddOuterProducts(panels, {matrix.data(), n});
       }
       for (std::size_t i = 0; i < n; ++i) {
         for (std::size_t j = i; j < n; ++j) ASSERT_NEAR(matrix[i * n + j], 0.5 + sums[i * n + j], 1e-12);

@@ -372,7 +372,7 @@ int After(EvalContext& ctx, Model& model) {
 
 template <PulseKind kKind>
 constexpr ModelType Make(int code, const char* name, const TypePage& page) {
-  return {code, name, Evaluate<kKind>, After<kKind>, true, false, kMap<kKind>, kFills, page};
+  return {code, name, Evaluate<kKind>, After<kKind>, true, false, kMap<kKind>, kFills, page, true};
 }
 
 }  // namespace
