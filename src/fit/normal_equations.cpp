@@ -50,18 +50,17 @@ std::vector<SlopeColumn> ColumnsOf(const FitState& fit, std::size_t first, std::
 }
 
 // The gradients of the points of a block, ready to be added. Points that depend on most parameters are collected and
-// added many at a time. A point of few parameters is added by itself, and so is one with a derivative that is not
-// finite, since that must not reach the parameters on which the point does not depend.
+// added many at a time. A point of few parameters is added by itself, and so is one with a number that is not finite,
+// since that must not reach the parameters on which the point does not depend.
 class BlockGradients {
  public:
-  explicit BlockGradients(std::size_t size) : beta_(size) {}
+  explicit BlockGradients(std::size_t size) : size_(size) {}
 
   void Clear() {
     panelsInUse_ = 0;
-    std::fill(beta_.begin(), beta_.end(), 0.0);
     idx_.clear();
     grad_.clear();
-    ends_.clear();
+    single_.clear();
   }
 
   // The next derivative of the point that is being gathered.
@@ -72,56 +71,59 @@ class BlockGradients {
 
   // All derivatives of the point have been put.
   void EndPoint(double residual) {
-    const std::size_t from = ends_.empty() ? 0 : ends_.back(), count = idx_.size() - from;
-    bool finite = true;
-    for (std::size_t a = from; a < idx_.size(); ++a) {
-      beta_[idx_[a]] += residual * grad_[a];
-      finite = finite && std::isfinite(grad_[a]);
-    }
-    if (2 * count < beta_.size() || !finite) {
-      ends_.push_back(idx_.size());
+    const std::size_t from = single_.empty() ? 0 : single_.back().end, count = idx_.size() - from;
+    bool finite = std::isfinite(residual);
+    for (std::size_t a = from; a < idx_.size(); ++a) finite = finite && std::isfinite(grad_[a]);
+    if (2 * count < size_ || !finite) {
+      single_.push_back({idx_.size(), residual});
       return;
     }
     VectorPanel& panel = PanelWithRoom();
-    panel.Begin();
+    panel.Begin(residual);
     for (std::size_t a = from; a < idx_.size(); ++a) panel[idx_[a]] += grad_[a];
     idx_.resize(from);
     grad_.resize(from);
   }
 
-  const std::vector<double>& Beta() const { return beta_; }
   std::span<const VectorPanel> Panels() const { return std::span(panels_).first(panelsInUse_); }
-  bool HasSinglePoints() const { return !ends_.empty(); }
+  bool HasSinglePoints() const { return !single_.empty(); }
 
-  // Adds the outer products of the points that are in no panel. Two entries with one master meet on the diagonal in
-  // both orders, which gives the square of their sum.
-  void AddSinglePoints(const SquareMatrix& alpha) const {
+  // Adds the points that are in no panel. Two entries with one master meet on the diagonal in both orders, which gives
+  // the square of their sum.
+  void AddSinglePoints(NormalEquations& equations) const {
+    const SquareMatrix alpha = equations.Alpha();
     std::size_t from = 0;
-    for (const std::size_t end : ends_) {
-      for (std::size_t a = from; a < end; ++a) {
+    for (const SinglePoint& point : single_) {
+      for (std::size_t a = from; a < point.end; ++a) {
+        equations.beta[idx_[a]] += point.residual * grad_[a];
         double* const row = alpha.Row(idx_[a]);
-        for (std::size_t b = from; b < end; ++b) {
+        for (std::size_t b = from; b < point.end; ++b) {
           if (idx_[a] <= idx_[b]) row[idx_[b]] += grad_[a] * grad_[b];
         }
       }
-      from = end;
+      from = point.end;
     }
   }
 
  private:
   VectorPanel& PanelWithRoom() {
     if (panelsInUse_ > 0 && !panels_[panelsInUse_ - 1].IsFull()) return panels_[panelsInUse_ - 1];
-    if (panelsInUse_ == panels_.size()) panels_.emplace_back(beta_.size());
+    if (panelsInUse_ == panels_.size()) panels_.emplace_back(size_);
     panels_[panelsInUse_].Clear();
     return panels_[panelsInUse_++];
   }
 
-  std::vector<double> beta_;
+  struct SinglePoint {
+    std::size_t end;  // of its derivatives
+    double residual;
+  };
+
+  std::size_t size_;
   std::vector<VectorPanel> panels_;
   std::size_t panelsInUse_ = 0;
-  std::vector<std::size_t> idx_;  // of the points by themselves, one behind the other
+  std::vector<std::size_t> idx_;  // of the points in no panel, one behind the other
   std::vector<double> grad_;
-  std::vector<std::size_t> ends_;
+  std::vector<SinglePoint> single_;
 };
 
 // Calls visit(point, term, i) for the points of a block, i being their frequency's place in it.
@@ -164,14 +166,13 @@ void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block)
 void AddGradients(std::span<const BlockGradients> gradients, NormalEquations& equations, ThreadPool* pool) {
   std::vector<const VectorPanel*> panels;
   const auto addPanels = [&] {
-    if (!panels.empty()) AddOuterProducts(panels, equations.Alpha(), pool);
+    if (!panels.empty()) AddOuterProducts(panels, equations.Alpha(), equations.beta, pool);
     panels.clear();
   };
   for (const BlockGradients& block : gradients) {
-    for (std::size_t i = 0; i < equations.beta.size(); ++i) equations.beta[i] += block.Beta()[i];
     if (block.HasSinglePoints()) {
       addPanels();
-      block.AddSinglePoints(equations.Alpha());
+      block.AddSinglePoints(equations);
     }
     for (const VectorPanel& panel : block.Panels()) panels.push_back(&panel);
   }

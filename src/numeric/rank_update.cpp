@@ -32,7 +32,8 @@ KALVEX_VECTOR_CLONES void SumTile(const double* rows, const double* columns, std
 
 VectorPanel::VectorPanel(std::size_t length) : data_((length + kStrip - 1) / kStrip * kStrip * kMost) {}
 
-void VectorPanel::Begin() {
+void VectorPanel::Begin(double weight) {
+  weight_[count_] = weight;
   double* entry = data_.data() + count_++ * kStrip;
   for (std::size_t done = 0; done < data_.size(); done += kMost * kStrip, entry += kMost * kStrip) {
     std::fill_n(entry, kStrip, 0.0);
@@ -41,9 +42,10 @@ void VectorPanel::Begin() {
 
 namespace {
 
-// The columns of one strip.
+constexpr std::size_t kStrip = VectorPanel::kStrip;
+
+// The columns of one strip of the matrix.
 void AddToStrip(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::size_t j) {
-  constexpr std::size_t kStrip = VectorPanel::kStrip;
   double tile[kTileRows * kStrip];
   const std::size_t columns = std::min(kStrip, a.size - j);
   for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
@@ -58,16 +60,33 @@ void AddToStrip(std::span<const VectorPanel* const> panels, const SquareMatrix& 
   }
 }
 
+// The entries of one strip of the weighted sum.
+void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, std::size_t j) {
+  double sum[kStrip] = {};
+  const std::size_t columns = std::min(kStrip, b.size() - j);
+  std::copy_n(b.data() + j, columns, sum);
+  for (const VectorPanel* const panel : panels) {
+    const double* v = panel->Strip(j);
+    for (std::size_t p = 0; p < panel->Count(); ++p, v += kStrip) {
+      for (std::size_t c = 0; c < kStrip; ++c) sum[c] += panel->Weight(p) * v[c];
+    }
+  }
+  std::copy_n(sum, columns, b.data() + j);
+}
+
 }  // namespace
 
-void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, ThreadPool* pool) {
-  constexpr std::size_t kStrip = VectorPanel::kStrip;
+void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
+                      ThreadPool* pool) {
   constexpr std::size_t kLeastWork = 1000000;  // products that are worth waking a thread
   const std::size_t strips = (a.size + kStrip - 1) / kStrip;
   const bool pays = panels.size() * VectorPanel::kMost * a.size * a.size >= kLeastWork;
   // The longest strips first, so that no thread is left alone with one at the end.
-  ParallelFor(pays ? pool : nullptr, strips,
-              [&](std::size_t task, std::size_t) { AddToStrip(panels, a, (strips - 1 - task) * kStrip); });
+  ParallelFor(pays ? pool : nullptr, strips, [&](std::size_t task, std::size_t) {
+    const std::size_t j = (strips - 1 - task) * kStrip;
+    AddToStrip(panels, a, j);
+    AddToSum(panels, b, j);
+  });
 }
 
 }  // namespace kalvex
