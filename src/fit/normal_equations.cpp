@@ -9,7 +9,6 @@
 #include "fit/fit_lists.h"
 #include "models/eval_spectrum.h"
 #include "models/model_table.h"
-#include "numeric/rank_update.h"
 
 namespace kalvex {
 namespace {
@@ -48,83 +47,6 @@ std::vector<SlopeColumn> ColumnsOf(const FitState& fit, std::size_t first, std::
   }
   return columns;
 }
-
-// The gradients of the points of a block, ready to be added. Points that depend on most parameters are collected and
-// added many at a time. A point of few parameters is added by itself, and so is one with a number that is not finite,
-// since that must not reach the parameters on which the point does not depend.
-class BlockGradients {
- public:
-  explicit BlockGradients(std::size_t size) : size_(size) {}
-
-  void Clear() {
-    panelsInUse_ = 0;
-    idx_.clear();
-    grad_.clear();
-    single_.clear();
-  }
-
-  // The next derivative of the point that is being gathered.
-  void Put(std::size_t master, double slope) {
-    idx_.push_back(master);
-    grad_.push_back(slope);
-  }
-
-  // All derivatives of the point have been put.
-  void EndPoint(double residual) {
-    const std::size_t from = single_.empty() ? 0 : single_.back().end, count = idx_.size() - from;
-    bool finite = std::isfinite(residual);
-    for (std::size_t a = from; a < idx_.size(); ++a) finite = finite && std::isfinite(grad_[a]);
-    if (2 * count < size_ || !finite) {
-      single_.push_back({idx_.size(), residual});
-      return;
-    }
-    VectorPanel& panel = PanelWithRoom();
-    panel.Begin(residual);
-    for (std::size_t a = from; a < idx_.size(); ++a) panel[idx_[a]] += grad_[a];
-    idx_.resize(from);
-    grad_.resize(from);
-  }
-
-  std::span<const VectorPanel> Panels() const { return std::span(panels_).first(panelsInUse_); }
-  bool HasSinglePoints() const { return !single_.empty(); }
-
-  // Adds the points that are in no panel. Two entries with one master meet on the diagonal in both orders, which gives
-  // the square of their sum.
-  void AddSinglePoints(NormalEquations& equations) const {
-    const SquareMatrix alpha = equations.Alpha();
-    std::size_t from = 0;
-    for (const SinglePoint& point : single_) {
-      for (std::size_t a = from; a < point.end; ++a) {
-        equations.beta[idx_[a]] += point.residual * grad_[a];
-        double* const row = alpha.Row(idx_[a]);
-        for (std::size_t b = from; b < point.end; ++b) {
-          if (idx_[a] <= idx_[b]) row[idx_[b]] += grad_[a] * grad_[b];
-        }
-      }
-      from = point.end;
-    }
-  }
-
- private:
-  VectorPanel& PanelWithRoom() {
-    if (panelsInUse_ > 0 && !panels_[panelsInUse_ - 1].IsFull()) return panels_[panelsInUse_ - 1];
-    if (panelsInUse_ == panels_.size()) panels_.emplace_back(size_);
-    panels_[panelsInUse_].Clear();
-    return panels_[panelsInUse_++];
-  }
-
-  struct SinglePoint {
-    std::size_t end;  // of its derivatives
-    double residual;
-  };
-
-  std::size_t size_;
-  std::vector<VectorPanel> panels_;
-  std::size_t panelsInUse_ = 0;
-  std::vector<std::size_t> idx_;  // of the points in no panel, one behind the other
-  std::vector<double> grad_;
-  std::vector<SinglePoint> single_;
-};
 
 // Calls visit(point, term, i) for the points of a block, i being their frequency's place in it.
 template <class Fit, class Visit>
@@ -172,7 +94,7 @@ void AddGradients(std::span<const BlockGradients> gradients, NormalEquations& eq
   for (const BlockGradients& block : gradients) {
     if (block.HasSinglePoints()) {
       addPanels();
-      block.AddSinglePoints(equations);
+      block.AddSinglePoints(equations.Alpha(), equations.beta);
     }
     for (const VectorPanel& panel : block.Panels()) panels.push_back(&panel);
   }
@@ -185,7 +107,8 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
-  std::vector<BlockGradients> gradients;
+  std::vector<BlockGradients>& gradients = equations.gradients;
+  if (gradients.empty()) gradients.resize(MostBlocksOfBatch(eval), BlockGradients(equations.beta.size()));
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;
@@ -194,13 +117,14 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
     SpectrumRequest request = RequestOf(fit, first, end);
     request.derivatives = true;
     request.slopesOf = places;
-    EvalSpectrumInBatches(eval, *model, request, [&](std::span<const SpectrumBlock> blocks) {
-      while (gradients.size() < blocks.size()) gradients.emplace_back(equations.beta.size());
-      ParallelFor(eval.pool, blocks.size(),
-                  [&](std::size_t task, std::size_t) { Gather(fit, first, columns, blocks[task], gradients[task]); });
-      for (const SpectrumBlock& block : blocks) AddChiSq(fit, first, block);
-      AddGradients(std::span(gradients).first(blocks.size()), equations, eval.pool);
-    });
+    const auto gather = [&](const SpectrumBlock& block, std::size_t place) {
+      Gather(fit, first, columns, block, gradients[place]);
+    };
+    const auto add = [&](std::span<const SpectrumBlock> batch) {
+      for (const SpectrumBlock& block : batch) AddChiSq(fit, first, block);
+      AddGradients(std::span(gradients).first(batch.size()), equations, eval.pool);
+    };
+    EvalSpectrumInBatches(eval, *model, request, {gather, add});
   });
 }
 

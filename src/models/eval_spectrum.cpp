@@ -61,16 +61,19 @@ int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest&
   // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
   for (std::size_t first = 0; first < request.x.size(); first += kSpectrumBlock) {
     FillAt(filler, request, first, block, status);
-    if (first >= done) sink({&block, 1});
+    if (first < done) continue;
+    sink.work(block, 0);
+    sink.take({&block, 1});
   }
   return status;
 }
 
 int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink) {
-  return EvalSpectrumInBatches(ctx, model, request, [&](std::span<const SpectrumBlock> blocks) {
-    for (const SpectrumBlock& block : blocks) sink(block);
-  });
+  const auto handOver = [&](std::span<const SpectrumBlock> batch) {
+    for (const SpectrumBlock& block : batch) sink(block);
+  };
+  return EvalSpectrumInBatches(ctx, model, request, {[](const SpectrumBlock&, std::size_t) {}, handOver});
 }
 
 }  // namespace kalvex

@@ -16,7 +16,7 @@ namespace kalvex {
 int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink);
 
-// The same with one or more consecutive blocks at a time, for a sink that can share its own work out.
+// The same in batches of one or more consecutive blocks, for a sink whose own work can be shared out.
 int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

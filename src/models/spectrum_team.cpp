@@ -1,6 +1,7 @@
 #include "models/spectrum_team.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <optional>
 
@@ -101,10 +102,12 @@ void Forget(SpectrumWorker& worker, bool derivatives) {
 
 // ---- batches
 
+constexpr std::size_t kMostBlocks = 16;  // of a batch for each thread
+
 bool AnyNaN(const double* numbers, std::size_t count) {
-  bool any = false;
-  for (std::size_t i = 0; i < count; ++i) any |= numbers[i] != numbers[i];
-  return any;
+  std::int64_t any = 0;  // as wide as the numbers, so that many are tried at once
+  for (std::size_t i = 0; i < count; ++i) any |= numbers[i] != numbers[i] ? 1 : 0;
+  return any != 0;
 }
 
 bool IsWhole(SpectrumBlock& block, const SpectrumRequest& request) {
@@ -123,9 +126,9 @@ bool IsWhole(SpectrumBlock& block, const SpectrumRequest& request) {
 
 // Blocks that are in the making at the same time: enough to keep all threads busy, and no more memory than that.
 std::size_t BlocksOfBatch(std::size_t threads, const SpectrumRequest& request) {
-  constexpr std::size_t kNumbers = std::size_t{1} << 20;
+  constexpr std::size_t kNumbers = std::size_t{1} << 19;
   const std::size_t block = kSpectrumBlock * (1 + (request.derivatives ? request.slopesOf.size() : 0));
-  return threads * std::clamp<std::size_t>(kNumbers / block, 2, 8);
+  return threads * std::clamp<std::size_t>(kNumbers / block, 1, kMostBlocks);
 }
 
 }  // namespace
@@ -140,33 +143,41 @@ bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumReque
   return points * CostOf(ctx, model) >= kLeastCost;
 }
 
+std::size_t MostBlocksOfBatch(const EvalContext& ctx) { return ctx.pool ? ctx.pool->Threads() * kMostBlocks : 1; }
+
 std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink) {
   ThreadPool& pool = *ctx.pool;
   if (!ctx.team) ctx.team = std::make_shared<SpectrumTeam>(pool.Threads());
-  std::vector<SpectrumBlock> blocks(BlocksOfBatch(pool.Threads(), request), SpectrumBlock(request));
-  std::vector<char> trusted(blocks.size());
+  const std::size_t most = BlocksOfBatch(pool.Threads(), request);
+  std::vector<SpectrumBlock>& blocks = ctx.team->blocks;
+  if (blocks.size() < most) blocks.resize(most);
+  std::vector<char> trusted(most);
   std::vector<char> ready(ctx.team->workers.size());
   std::size_t next = 0;
   while (next < request.x.size()) {
     const std::size_t left = (request.x.size() - next + kSpectrumBlock - 1) / kSpectrumBlock;
-    const std::size_t count = std::min(blocks.size(), left);
+    const std::size_t count = std::min(most, left);
     pool.Run(count, [&](std::size_t task, std::size_t thread) {
       SpectrumWorker& worker = *ctx.team->workers[thread];
       if (!ready[thread]) Prepare(worker, ctx, model, request);
       ready[thread] = 1;
       SpectrumBlock& block = blocks[task];
+      block.MakeRoomFor(request);
       block.first = next + task * kSpectrumBlock;
       block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
       Forget(worker, request.derivatives);
       trusted[task] = worker.filler->Fill(block) == 0 && IsWhole(block, request);
+      if (trusted[task]) sink.work(block, task);
     });
     const auto good = static_cast<std::size_t>(
         std::find(trusted.begin(), trusted.begin() + static_cast<std::ptrdiff_t>(count), 0) - trusted.begin());
     if (good > 0) {
-      sink(std::span<const SpectrumBlock>(blocks).first(good));
+      sink.take(std::span<const SpectrumBlock>(blocks).first(good));
       next = blocks[good - 1].first + blocks[good - 1].count;
     }
-    if (good < count) break;
+    if (good == count) continue;
+    blocks.clear();
+    break;
   }
   return next;
 }

@@ -18,11 +18,17 @@
 
 namespace kalvex {
 
-using BatchSink = std::function<void(std::span<const SpectrumBlock>)>;
+// What becomes of blocks of results. One block after the other, or several consecutive ones at the same time on any
+// threads, go through `work`, with their place in the batch; then the caller's thread gets the batch in `take`.
+struct BatchSink {
+  std::function<void(const SpectrumBlock& block, std::size_t place)> work;
+  std::function<void(std::span<const SpectrumBlock> batch)> take;
+};
 
 struct SpectrumWorker;
 struct SpectrumTeam {
   std::vector<std::unique_ptr<SpectrumWorker>> workers;  // one for each thread of the pool
+  std::vector<SpectrumBlock> blocks;                     // of the batch in the making; no unused number in them is NaN
 
   explicit SpectrumTeam(std::size_t threads);
   ~SpectrumTeam();
@@ -32,6 +38,9 @@ struct SpectrumTeam {
 
 // Whether the threads of ctx can gain by sharing out this spectrum.
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
+
+// No batch of a spectrum in this context has more blocks.
+std::size_t MostBlocksOfBatch(const EvalContext& ctx);
 
 // Evaluates the spectrum in the team of ctx and hands over batches of blocks until one is not trusted; the caller's
 // tables and results are only read. Gives the number of frequencies that were handed over.

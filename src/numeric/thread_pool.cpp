@@ -9,6 +9,16 @@ namespace {
 
 constexpr std::uint32_t kOpen = std::uint32_t{1} << 31;
 
+// Waits until the number is another. Work often comes in short pieces one after the other: looking a little while is
+// cheaper than to be woken up.
+void WaitForOther(const std::atomic<std::uint32_t>& number, std::uint32_t old) {
+  constexpr int kLooks = 10000;
+  for (int i = 0; i < kLooks; ++i) {
+    if (number.load(std::memory_order_acquire) != old) return;
+  }
+  number.wait(old);
+}
+
 }  // namespace
 
 int ProcessorsAtHand() { return std::max(1, static_cast<int>(std::thread::hardware_concurrency())); }
@@ -43,7 +53,7 @@ void ThreadPool::DoTasks(std::size_t thread) {
 void ThreadPool::Serve(std::size_t thread) {
   std::uint32_t seen = 0;
   while (true) {
-    round_.wait(seen);
+    WaitForOther(round_, seen);
     seen = round_;
     if (ends_) return;
     std::uint32_t gate = gate_;
@@ -66,7 +76,7 @@ void ThreadPool::Run(std::size_t count, const Work& work) {
   round_.notify_all();
   DoTasks(0);
   gate_ &= ~kOpen;
-  for (std::uint32_t inside = gate_; inside != 0; inside = gate_) gate_.wait(inside);
+  for (std::uint32_t inside = gate_; inside != 0; inside = gate_) WaitForOther(gate_, inside);
   if (!failed_.exchange(false)) return;
   std::rethrow_exception(std::exchange(failure_, nullptr));
 }
