@@ -16,7 +16,7 @@ constinit const char* const kUsage =
     "  --check       read and parse the macro, but run nothing\n"
     "  --verbose     tell on standard error what each statement did, or why it did nothing\n"
     "  --progress    tell on standard error how a fit proceeds (done anyway on a terminal)\n"
-    "  --threads N   accepted; a run uses one thread for now\n"
+    "  --threads N   compute with N threads; without it with as many as there are processors\n"
     "  --list-types  list the special models: code, name, for what sample\n"
     "  --describe-type N  show the page of the special model with code N; 0 shows the page of all\n"
     "  --help        show this text\n"
