@@ -132,7 +132,8 @@ struct ModelType {
   RowMap map{};
   std::span<const SlotUse> fills{};
   TypePage page{};
-  bool wholeSpectrum = false;  // an evaluation computes all frequencies at once, so that sharing them out is no use
+  // It makes a whole spectrum at once, or writes files: its frequencies are not to be shared between threads.
+  bool whole = false;
 };
 
 // The type of a model, null for a plain one. Unlike a row's code, a type code is only truncated: -2.7 is type 2.

@@ -45,6 +45,13 @@ double CostOf(const EvalContext& ctx, const Model& model) {
   return cost + kCostOfType;
 }
 
+bool AnyWhole(const EvalContext& ctx) {
+  return std::any_of(ctx.params->models.begin(), ctx.params->models.end(), [&](const Model& model) {
+    const ModelType* const type = model.number != 0 ? TypeOf(ctx, model) : nullptr;
+    return type && type->whole;
+  });
+}
+
 // ---- a worker
 
 // A plain model reads nothing of other models.
@@ -137,8 +144,7 @@ bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumReque
   constexpr double kLeastCost = 20000;
   constexpr double kCostOfSlopes = 4;
   if (!ctx.pool || ctx.pool->Threads() < 2 || request.x.size() < 4 * kSpectrumBlock) return false;
-  const ModelType* const type = TypeOf(ctx, model);
-  if (type && type->wholeSpectrum) return false;
+  if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
   const double points = static_cast<double>(request.x.size()) * (request.derivatives ? kCostOfSlopes : 1);
   return points * CostOf(ctx, model) >= kLeastCost;
 }

@@ -55,10 +55,12 @@ TEST_F(Threads, FitsAndExportsAreTheSameByteForByte) {
       ");\n"
       "VarDielFunc(ModelNo=1,Source1DatasetNo=2,KK=1,On=1,FitActive=1);\nFit(NumIters=3);\n"
       "SaveModel(ModelNo=1,File=\"mesh.kvm\");\nSaveVarDielFunc(ModelNo=1,File=\"mesh.kvv\");\n"
+      "VarDielFunc(ModelNo=1,Source1DatasetNo=2,KK=0);\nFit(NumIters=3);\n"
+      "SaveVarDielFunc(ModelNo=1,File=\"free.kvv\");\n"
       "ExportModelCurve(File=\"E1.curve\",ModelNo=1,Quantity=\"E1\"" +
       grid + ");\n";
-  const std::vector<std::string> names = {"plain.kvm", "mesh.kvm",   "mesh.kvv",    "R.curve",
-                                          "E1.curve",  "Params.dat", "ParCorrs.dat"};
+  const std::vector<std::string> names = {"plain.kvm", "mesh.kvm", "mesh.kvv",   "free.kvv",
+                                          "R.curve",   "E1.curve", "Params.dat", "ParCorrs.dat"};
   const auto alone = FilesWith(1, macro, names);
   for (const int threads : {2, 7, 0}) {
     const auto files = FilesWith(threads, macro, names);

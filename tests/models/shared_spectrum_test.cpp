@@ -220,17 +220,51 @@ TEST(SharedSpectra, AMissingPartnerFailsAsEver) {
 
 // ---- what is not shared
 
-TEST(SharedSpectra, AShortSpectrumAndOneThatIsComputedAsAWholeAreNotShared) {
+TEST(SharedSpectra, AShortSpectrumIsNotShared) {
   Program program(4);
   Model& model = PlainModel(program);
   const std::vector<double> x(100, 50.0);
   const std::vector<QuantitySet> wanted(100, SetOf(kRefl));
   EvalSpectrum(program.eval, model, {x, wanted, true, {}}, [](const SpectrumBlock&) {});
   EXPECT_EQ(program.eval.team, nullptr);
-  for (const ModelType* type : program.eval.types) {
-    const bool isPulse = type->code == 20 || type->code == 22 || type->code == 51 || type->code == 91;
-    EXPECT_EQ(type->wholeSpectrum, isPulse) << type->code;
+}
+
+// A pulse is made for all times and frequencies at once.
+TEST(SharedSpectra, NoSpecialModelIsSharedWhileThereIsOneThatIsComputedAsAWhole) {
+  const Spectrum spectrum = EvenSpectrum(kReflAndTrans);
+  const auto build = [](Program& program, bool reflection) -> Model& {
+    Dataset& reference = program.datasets.slots[0];
+    reference.id = program.datasets.nextId++;
+    for (int i = 0; i < 50; ++i) reference.points.push_back({14.0 * i, std::sin(i * 0.7), 0});
+    Model& sample = PlainModel(program);
+    Model& pulse = NewModel(program, {{1, 1, 0}, {20, 700, 64}, {0, 0, 0}, {3, 0, 1}}, -20);
+    pulse.epsInf.adjustable = 0;
+    if (!reflection) return pulse;
+    Model& special = NewModel(program, {{static_cast<double>(sample.number), 1, 1}}, -17);
+    special.epsInf.adjustable = 0;
+    return special;
+  };
+  for (const bool reflection : {false, true}) {
+    const auto make = [&](Program& program) -> Model& { return build(program, reflection); };
+    const Outcome alone = Evaluate(1, spectrum, make), several = Evaluate(4, spectrum, make);
+    EXPECT_TRUE(SameBits(alone.numbers, several.numbers));
+    EXPECT_FALSE(several.shared);
   }
+}
+
+// Levels that a type keeps from frequency to frequency, and layers with a spread.
+TEST(SharedSpectra, TypesThatKeepTables) {
+  ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Program& program) -> Model& {
+    Model& levels = NewModel(program, {{50, 7, 40}, {1, 0, 0}, {0.01, 0.1, 0.01}, {1e6, 1, 0}}, -41);
+    levels.epsInf.adjustable = 0;
+    return levels;
+  });
+  ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Program& program) -> Model& {
+    const double a = NewModel(program, {{100, 200, 10}}).number, b = NewModel(program, {{0, 900, 40}}, 2).number;
+    Model& stack = NewModel(program, {{a, 0.001, 0.2}, {b, 0.0001, 0}, {a, 0.0005, 0}}, -2);
+    stack.epsInf.adjustable = 0;
+    return stack;
+  });
 }
 
 }  // namespace
