@@ -23,7 +23,11 @@ struct SpectrumRequest {
 // The results at the frequencies first to first + count - 1. A value or slope that was not asked for has no meaning.
 class SpectrumBlock {
  public:
-  explicit SpectrumBlock(const SpectrumRequest& request) {
+  SpectrumBlock() = default;
+  explicit SpectrumBlock(const SpectrumRequest& request) { MakeRoomFor(request); }
+
+  // What stands in the block loses its meaning.
+  void MakeRoomFor(const SpectrumRequest& request) {
     QuantitySet anywhere = 0;
     for (const QuantitySet wanted : request.wanted) anywhere |= wanted;
     std::size_t columns = 0;
