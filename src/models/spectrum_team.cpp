@@ -155,6 +155,7 @@ std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumReque
   ThreadPool& pool = *ctx.pool;
   if (!ctx.team) ctx.team = std::make_shared<SpectrumTeam>(pool.Threads());
   const std::size_t most = BlocksOfBatch(pool.Threads(), request);
+  const QuantitySet anywhere = WantedAnywhere(request);
   std::vector<SpectrumBlock>& blocks = ctx.team->blocks;
   if (blocks.size() < most) blocks.resize(most);
   std::vector<char> trusted(most);
@@ -168,7 +169,7 @@ std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumReque
       if (!ready[thread]) Prepare(worker, ctx, model, request);
       ready[thread] = 1;
       SpectrumBlock& block = blocks[task];
-      block.MakeRoomFor(request);
+      block.MakeRoomFor(request, anywhere);
       block.first = next + task * kSpectrumBlock;
       block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
       Forget(worker, request.derivatives);
