@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "core/platform.h"
 #include "datasets/dataset.h"
 #include "models/model_type.h"
 #include "models/quantity.h"
@@ -30,6 +31,8 @@ struct EvalContext {
   TermEnvironment termEnvironment;
   VdfKernelCache vdfKernels;
   TypeScratchStack typeScratch;
+
+  const Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
 
   SpectrumWorkers* workers = nullptr;  // threads to share a spectrum with; null: none
 

@@ -33,6 +33,7 @@ Program::Program() {
   eval.datasets = &datasets;
   eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
+  eval.platform = &platform;
   notices.owner = this;
   notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
     AnswerFitNotice(DeskOf(ProgramOf(self)), notice, id);

@@ -17,7 +17,6 @@ constexpr ModelType Later(int code, const char* name) {
 
 }  // namespace
 
-constinit const ModelType kBandsCondBilayer = Later(31, "Bands+Cond Bilayer");
 constinit const ModelType kDfBilayer = Later(34, "DF bilayer");
 constinit const ModelType kDfBilayerDifference = Later(35, "DF bilayer");
 constinit const ModelType kDfBilayer2 = Later(36, "DF bilayer - 2");
