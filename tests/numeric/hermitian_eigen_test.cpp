@@ -3,48 +3,18 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <complex>
 #include <numbers>
 #include <random>
 
+#include "support/jacobi.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
 
 using C = std::complex<double>;
-using Matrix = std::vector<std::vector<C>>;
-
-// Unitary rotations that take one element after the other away, until none is left.
-std::vector<double> JacobiLevels(Matrix a) {
-  const std::size_t n = a.size();
-  for (int sweep = 0; sweep < 100; ++sweep) {
-    for (std::size_t p = 0; p < n; ++p) {
-      for (std::size_t q = p + 1; q < n; ++q) {
-        if (std::abs(a[p][q]) == 0) continue;
-        const C phase = a[p][q] / std::abs(a[p][q]);
-        const double angle = 0.5 * std::atan2(2 * std::abs(a[p][q]), a[p][p].real() - a[q][q].real());
-        const double c = std::cos(angle);
-        const C s = std::sin(angle) * phase;
-        for (std::size_t k = 0; k < n; ++k) {
-          const C x = a[k][p], y = a[k][q];
-          a[k][p] = c * x + std::conj(s) * y;
-          a[k][q] = -s * x + c * y;
-        }
-        for (std::size_t k = 0; k < n; ++k) {
-          const C x = a[p][k], y = a[q][k];
-          a[p][k] = c * x + s * y;
-          a[q][k] = -std::conj(s) * x + c * y;
-        }
-      }
-    }
-  }
-  std::vector<double> levels;
-  for (std::size_t k = 0; k < n; ++k) levels.push_back(a[k][k].real());
-  std::sort(levels.begin(), levels.end());
-  return levels;
-}
+using Matrix = ComplexMatrix;
 
 std::vector<Cplx> Flat(const Matrix& a) {
   std::vector<Cplx> flat;
@@ -94,7 +64,7 @@ TEST(HermitianEigen, AgreesWithJacobiOnRandomMatricesOfAllSizesUpToTwelve) {
     for (unsigned seed = 1; seed <= 10; ++seed) {
       const Matrix a = RandomHermitian(n, seed);
       ASSERT_TRUE(HermitianEigen(Flat(a), n, true, scratch));
-      const auto expected = JacobiLevels(a);
+      const auto expected = SolveByJacobi(a).level;
       for (std::size_t k = 0; k < n; ++k) EXPECT_NEAR(scratch.levels[k], expected[k], kChain * 10) << n << ' ' << seed;
       ExpectEigenvectors(a, scratch, 10);
       const std::vector<double> withVectors(scratch.levels.begin(), scratch.levels.begin() + static_cast<long>(n));
