@@ -97,6 +97,7 @@ TypeDual BandPoint<TypeDual>::LevelFor(std::size_t i, std::size_t j) const {
   const std::size_t n = size();
   TypeDual level = Level(i);
   const Cplx v = scratch_.v[i * n + j];
+  if (Norm(v) == 0) return level;  // rounding may leave one of v_ij and v_ji without a trace
   for (std::size_t k = 0; k < n; ++k) {
     if (k == i || std::fabs(Gap(i, k)) >= kLevelsApart) continue;
     const Cplx part = scratch_.v[k * n + j] * Conj(v) / Norm(v);

@@ -22,7 +22,7 @@ struct Layers {
 
 class LayeredGraphene : public TypeFixture {
  protected:
-  // A model with nine rows, its row 7 and the last column of row 9's first element as given.
+  // A model with nine rows: the common ones, the hoppings of the seventh, the option of the ninth.
   Model& MakeLayers(int code, const Layers& l, double g2 = 0, double g5 = 0, double option = 0) {
     return Make(code, {{l.g0, l.g1, l.g3},
                        {l.g4, l.siteA, l.U},
@@ -241,9 +241,8 @@ TEST_F(LayeredGraphene, OfTwoCoupledLayersHasAPeakAtTheirCoupling) {
 
 TEST_F(LayeredGraphene, UndopedStartsItsSecondStepAtTheCoupling) {
   Model& model = MakeLayers(36, {.g1 = 0.4, .T = 30, .cells = 800, .broadening = 0.003, .radius = 0.1}, 0, 0, 1);
-  // Low to low alone below g1: E. J. Nicol, J. P. Carbotte, Phys. Rev. B 77, 155409 (2008), their equation for mu = 0,
-  //     sigma/sigma0 = (E + 2 g1)/(2 (E + g1)) for two layers in the unit of 2 sigma0 above, and behind the step
-  //     g1^2/(2 E^2) ... more.
+  // Below g1 from low to low alone, in the unit of two layers (E + 2 g1)/(2 (E + g1)):
+  // E. J. Nicol, J. P. Carbotte, Phys. Rev. B 77, 155409 (2008)
   for (const double eV : {0.15, 0.25}) {
     const double expected = kLayerValue * (eV + 0.8) / (2 * (eV + 0.4));
     EXPECT_NEAR(SigmaAt(model, eV), expected, 0.05 * expected) << eV;
