@@ -101,6 +101,7 @@ struct SlotUse {
   int quantity = 0;
   const char* meaning = "";  // with its unit
   std::uint64_t inputs = kAllInputs;
+  std::uint64_t asked = kAllInputs;  // bit s: on Quantity number s of those that evaluated partners are asked for
 };
 
 // The rows of a type: a head, and behind it any number of groups of rows that are read alike.

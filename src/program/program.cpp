@@ -34,6 +34,7 @@ Program::Program(int threads) : pool(threads) {
   eval.pool = &pool;
   eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
+  eval.platform = &platform;
   notices.owner = this;
   notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
     AnswerFitNotice(DeskOf(ProgramOf(self)), notice, id);

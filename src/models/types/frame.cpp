@@ -359,7 +359,10 @@ void TypeRun::SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs) {
     const CellUse use = CellOf(i).use;
     const bool byEach = IsEvaluated(use) && asked_.empty();
     const int count = IsEvaluated(use) && !byEach ? static_cast<int>(asked_.size()) : IsResponse(use) ? 2 : 1;
-    for (int k = 0; k < count; ++k) Slope(quantity, direction + (byEach ? static_cast<int>(slot) : k)) = 1;
+    const std::uint64_t asked = IsEvaluated(use) && !byEach && !fills_.empty() ? fills_[slot].asked : kAllInputs;
+    for (int k = 0; k < count; ++k) {
+      if (asked >> k & 1) Slope(quantity, direction + (byEach ? static_cast<int>(slot) : k)) = 1;
+    }
   }
 }
 

@@ -242,6 +242,14 @@ Cache& CacheOf(EvalContext& ctx, const Model& model) {
   return *std::any_cast<Cache>(&cache);
 }
 
+// What all models of a type share, in the same place.
+template <class Shared>
+Shared& SharedOf(EvalContext& ctx) {
+  std::any& shared = ctx.typeScratch.shared[typeid(Shared)];
+  if (!shared.has_value()) shared = Shared{};
+  return *std::any_cast<Shared>(&shared);
+}
+
 // The tables of a type that prepares: of values, and of each pass over the directions.
 template <class Type>
 struct PreparedTables {

@@ -13,6 +13,7 @@
 #include "models/types/type_sample.h"
 #include "models/types/types.h"
 #include "support/difference_quotient.h"
+#include "support/scratch_folder.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
@@ -29,6 +30,11 @@ std::vector<const ModelType*> ComputedTypes() {
 class EveryType : public testing::TestWithParam<const ModelType*> {
  protected:
   const ModelType& type() { return *GetParam(); }
+
+ private:
+  // Some types write files into the current directory.
+  ScratchFolder folder_;
+  InFolder inside_{folder_.Name()};
 };
 class EveryFittedType : public EveryType {};
 

@@ -32,7 +32,7 @@ template <class T>
 struct LadderTable {
   std::vector<T> square;    // D^2
   std::vector<T> diagonal;  // what stands above D^2 - Z^2 in sigma_xx
-  std::vector<T> hall;      // and in sigma_xy
+  std::vector<T> hall;      // and in sigma_xy; empty without a field
 
   void Clear() {
     square.clear();
@@ -43,6 +43,10 @@ struct LadderTable {
     square.push_back(squareOfStep);
     diagonal.push_back(ofDiagonal);
     hall.push_back(ofHall);
+  }
+  void Add(const T& squareOfStep, const T& ofDiagonal) {
+    square.push_back(squareOfStep);
+    diagonal.push_back(ofDiagonal);
   }
 };
 
@@ -64,11 +68,12 @@ struct LadderSums {
 
 inline LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx& z) {
   const Cplx z2 = z * z;
+  const bool hasHall = !table.hall.empty();
   LadderSums<double> sums;
   for (std::size_t k = 0; k < table.square.size(); ++k) {
     const Cplx u = Cplx{1, 0} / (table.square[k] - z2);
     sums.diagonal += u * table.diagonal[k];
-    sums.hall += u * table.hall[k];
+    if (hasHall) sums.hall += u * table.hall[k];
   }
   return sums;
 }
@@ -79,6 +84,7 @@ template <int N>
 LadderSums<Dual<N>> SumLadder(const LadderTable<Dual<N>>& table, const Complex<Dual<N>>& z) {
   const Complex<Dual<N>> square = z * z;
   const Cplx z2 = ValueOf(square);
+  const bool hasHall = !table.hall.empty();
   LadderSums<Dual<N>> sums;
   Cplx bySquare[2];  // derivatives of the sums by Z^2
   for (std::size_t k = 0; k < table.square.size(); ++k) {
@@ -94,7 +100,7 @@ LadderSums<Dual<N>> SumLadder(const LadderTable<Dual<N>>& table, const Complex<D
       }
     };
     add(table.diagonal[k], sums.diagonal, bySquare[0]);
-    add(table.hall[k], sums.hall, bySquare[1]);
+    if (hasHall) add(table.hall[k], sums.hall, bySquare[1]);
   }
   sums.diagonal += Analytic(square, {}, bySquare[0]);
   sums.hall += Analytic(square, {}, bySquare[1]);
