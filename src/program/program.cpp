@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "core/text.h"
+#include "graphs/graph_table.h"
 #include "models/model_table.h"
 #include "models/types/types.h"
 #include "windows/model_window.h"
@@ -36,6 +37,9 @@ Program::Program(int threads) : pool(threads) {
   eval.types = ModelTypeTable;
   eval.platform = &platform;
   notices.owner = this;
+  notices.graphs = [](void* self, GraphEvent event, std::int64_t id) {
+    AnswerGraphEvent(ProgramOf(self).graphs, event, id, ProgramOf(self).AutoScreenUpdate);
+  };
   notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
     AnswerFitNotice(DeskOf(ProgramOf(self)), notice, id);
   };
