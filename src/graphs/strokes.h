@@ -41,8 +41,8 @@ void ForEachLineStroke(std::span<const Point> places, PlotSize size, Visit visit
   for (std::size_t i = 0; i + 1 < places.size(); ++i) {
     const Point from = places[i], to = places[i + 1];
     if (!HasPlace(from) || !HasPlace(to) || AreBeyondOneSide(from, to, size)) continue;
-    const auto [low, high] = std::minmax(Rounded(from.x), Rounded(to.x));
-    for (int column = std::max(low, 0); column <= std::min(high, size.width - 1); ++column) {
+    const int first = Rounded(std::min(from.x, to.x)), last = Rounded(std::max(from.x, to.x));
+    for (int column = std::max(first, 0); column <= std::min(last, size.width - 1); ++column) {
       if (const auto rows = StrokeForColumn(from, to, column, size)) visit(i, column, *rows);
     }
   }
