@@ -218,8 +218,7 @@ void BuildReaderStrokes(Graph& graph, const EvalContext& ctx) {
 std::vector<Curve*> InBuildingOrder(Graph& graph) {
   std::vector<Curve*> curves;
   for (Curve& curve : graph.curves) curves.push_back(&curve);
-  std::stable_sort(curves.begin(), curves.end(),
-                   [](const Curve* a, const Curve* b) { return IsBuiltBefore(*a, *b); });
+  std::stable_sort(curves.begin(), curves.end(), [](const Curve* a, const Curve* b) { return IsBuiltBefore(*a, *b); });
   return curves;
 }
 

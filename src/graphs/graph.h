@@ -47,7 +47,7 @@ struct Curve {
 
   StrokeBuffer strokes{};
   StrokeBuffer oldStrokes{};  // what was painted last, if `changed`
-  bool changed = false;     // the strokes are not those that were painted last
+  bool changed = false;       // the strokes are not those that were painted last
 };
 
 struct Axis {
@@ -94,8 +94,8 @@ struct Graph {
 
   int plotWidth = 0;  // pixels
   int plotHeight = 0;
-  std::vector<double> columnX;  // value of each column of pixels
-  std::vector<double> rowY;     // and of each row, from the bottom
+  std::vector<double> columnX;                     // value of each column of pixels
+  std::vector<double> rowY;                        // and of each row, from the bottom
   std::vector<std::uint8_t> columnNew, columnOld;  // colours of one column
 
   bool readerActive = false;

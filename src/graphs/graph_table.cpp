@@ -175,8 +175,7 @@ std::string CurveText(const Curve& curve, const DatasetTable& datasets, const Pa
   const std::string ofDataset = quoted(dataset ? dataset->name : ""), ofModel = quoted(model ? model->name : "");
   const std::string word = kCurveKindNames[static_cast<std::size_t>(curve.kind)];
   if (curve.kind == CurveKind::kFreq) return word + ofModel;
-  const std::string named =
-      word + " [" + kQuantityNames[static_cast<std::size_t>(curve.quantity)].shortName + ']';
+  const std::string named = word + " [" + kQuantityNames[static_cast<std::size_t>(curve.quantity)].shortName + ']';
   if (curve.kind == CurveKind::kData) return named + ofDataset;
   if (curve.kind == CurveKind::kChiSq) return named + ofDataset + " -" + ofModel;
   return named + ofModel;

@@ -34,8 +34,8 @@ inline bool HasPlace(Point p) { return p.x != kMissing && p.y != kMissing; }
 // Both beyond the same side of the plot.
 bool AreBeyondOneSide(Point a, Point b, PlotSize size);
 
-// Calls visit(number of the segment, column, RowRun) for what each pair of consecutive places covers, in pairs that have
-// places and do not lie beyond one side of the plot.
+// Calls visit(number of the segment, column, RowRun) for what each pair of consecutive places covers, in pairs that
+// have places and do not lie beyond one side of the plot.
 template <class Visit>
 void ForEachLineStroke(std::span<const Point> places, PlotSize size, Visit visit) {
   for (std::size_t i = 0; i + 1 < places.size(); ++i) {

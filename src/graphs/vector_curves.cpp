@@ -47,9 +47,7 @@ class Paper {
   Point PlaceOfPoint(const Curve& curve, double x, double y) const {
     return {PlaceOf(graph_.X, graph_.plotWidth, x), PlaceOf(graph_.Y, graph_.plotHeight, ShownValue(curve, y))};
   }
-  Point OnCanvas(Point place) const {
-    return {graph_.frame.left + place.x + 0.5, graph_.frame.bottom - place.y + 0.5};
-  }
+  Point OnCanvas(Point place) const { return {graph_.frame.left + place.x + 0.5, graph_.frame.bottom - place.y + 0.5}; }
 
   // The part of a segment within a margin around the plot: a line may leave it by any number of pixels, which no viewer
   // of pictures can be trusted with. False if there is none.

@@ -136,9 +136,8 @@ void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const Pa
     forEachModel([&](const Model& model) { forEachQuantity([&](int q) { offer(ModelCurve(model, q)); }); });
   }
   if (isTicked(CurveKind::kChiSq)) {
-    forEachDataset([&](const Dataset& dataset) {
-      forEachModel([&](const Model& model) { offer(ChiSqCurve(dataset, model)); });
-    });
+    forEachDataset(
+        [&](const Dataset& dataset) { forEachModel([&](const Model& model) { offer(ChiSqCurve(dataset, model)); }); });
   }
   if (isTicked(CurveKind::kMulti)) {
     forEachModel([&](const Model& model) {

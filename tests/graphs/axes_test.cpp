@@ -86,8 +86,8 @@ TEST(Axes, HaveDecadesAndTheirMultiplesOnLogarithms) {
   Axis axis = AxisOf(30, 2500, true);
   axis.tick = 1;
   EXPECT_EQ(Labels(TicksOf(axis)), (std::vector<std::string>{"100", "1000"}));
-  EXPECT_EQ(Minor(TicksOf(axis)), (std::vector<double>{30, 40, 50, 60, 70, 80, 90, 200, 300, 400, 500, 600, 700, 800, 900,
-                                                       2000}));
+  EXPECT_EQ(Minor(TicksOf(axis)),
+            (std::vector<double>{30, 40, 50, 60, 70, 80, 90, 200, 300, 400, 500, 600, 700, 800, 900, 2000}));
   axis = AxisOf(1, 1e6, true);
   axis.tick = 2;
   EXPECT_EQ(Labels(TicksOf(axis)), (std::vector<std::string>{"1", "100", "10000", "1e+06"}));

@@ -190,7 +190,7 @@ TEST_F(Curves, OfAModelHaveAGapWhereTheLogarithmHasNoValue) {
 
 TEST_F(Curves, OfAModelAreItsDcValuesUnderTheTitleThatAsksForThem) {
   Model& model = NewModel();
-  SetPlot(graph, 10, 500, -1, 1, 300, 200);
+  SetPlot(graph, 10, 500, -1, 2, 300, 200);
   graph.X.title = "PlotDCvsT";
   InsertRow(&model, 0);
   Add(ModelCurve(model, kS2));
@@ -205,7 +205,7 @@ TEST_F(Curves, OfAModelAreItsDcValuesUnderTheTitleThatAsksForThem) {
     EvalModel(program.eval, model, x, false);
     program.eval.DcFlag = false;
     atZero += program.eval.quantities[kS2].value;
-    const double place = 199 * (program.eval.quantities[kS2].value + 1) / 2;
+    const double place = 199 * (program.eval.quantities[kS2].value + 1) / 3;
     EXPECT_EQ(pixels.count({column, static_cast<int>(std::floor(place + 0.5))}), 1u) << column;
   }
   EXPECT_NE(usual, atZero);

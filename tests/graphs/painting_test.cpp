@@ -84,7 +84,9 @@ TEST_F(Painting, NothingIsPaintedWhereNothingHasChanged) {
 // What can happen to a graph and to what it shows, in any order.
 TEST_F(Painting, ByComparisonLeavesTheSamePixelsAsPaintingEverything) {
   std::mt19937 random(3);
-  const auto number = [&](double low, double high) { return std::uniform_real_distribution<double>(low, high)(random); };
+  const auto number = [&](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
   const auto die = [&](int sides) { return std::uniform_int_distribution<int>(0, sides - 1)(random); };
   const auto addData = [&] {
     Curve curve = DataCurve(dataset);

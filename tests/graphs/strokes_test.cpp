@@ -56,9 +56,8 @@ TEST(Lines, AreConnectedFromColumnToColumn) {
   for (int k = 0; k < 500; ++k) {
     const std::vector<Point> line = {{x(random), y(random)}, {x(random), y(random)}};
     std::vector<RowRun> rows(100, {-1, -1});
-    ForEachLineStroke(line, kPlot, [&](std::size_t, int column, RowRun run) {
-      rows[static_cast<std::size_t>(column)] = run;
-    });
+    ForEachLineStroke(line, kPlot,
+                      [&](std::size_t, int column, RowRun run) { rows[static_cast<std::size_t>(column)] = run; });
     const int low = Rounded(std::min(line[0].x, line[1].x)), high = Rounded(std::max(line[0].x, line[1].x));
     for (int c = low; c <= high; ++c) {
       const RowRun run = rows[static_cast<std::size_t>(c)];
@@ -121,8 +120,16 @@ TEST(Symbols, OfTheLargestCircleIsRound) {
 TEST(StrokeBuffers, AreCutSortedAndMerged) {
   StrokeBuffer buffer;
   Restart(buffer, 20);
-  for (const Stroke& s : {Stroke{3, 5, 9}, {1, -4, 2}, {3, 10, 12}, {3, 0, 1}, {3, 6, 7}, {1, 70, 200}, {7, -9, -1},
-                          {7, 80, 90}, {-1, 3, 4}, {100, 3, 4}}) {
+  for (const Stroke& s : {Stroke{3, 5, 9},
+                          {1, -4, 2},
+                          {3, 10, 12},
+                          {3, 0, 1},
+                          {3, 6, 7},
+                          {1, 70, 200},
+                          {7, -9, -1},
+                          {7, 80, 90},
+                          {-1, 3, 4},
+                          {100, 3, 4}}) {
     EXPECT_TRUE(AddStroke(buffer, s.column, {s.first, s.last}));
   }
   IndexStrokes(buffer, kPlot);
