@@ -16,7 +16,7 @@ inline constexpr int kTicks[] = {20, 40, 60};
 // no centre: then the whole range is swept, exponentially.
 double Map(int n, double base, double lo, double hi);
 
-// The lower tail, from 0 at t = 0 to 1 at t = 1: exponential, then a cubic that ends with the slope of the middle part.
+// The lower tail, from 0 at t = 0 to 1 at t = 1: exponential up to t = 0.3, then a cubic that goes on from there.
 double H(double t);
 // The upper tail, (L^t - 1)/(L - 1); t itself for L not above 1.
 double E(double L, double t);
