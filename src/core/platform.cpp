@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
+#include <system_error>
 #include <thread>
 
 namespace kalvex {
@@ -18,6 +20,13 @@ Platform HeadlessPlatform() {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
   };
   platform.askSuspend = [](void*) { return SuspendAnswer::kContinue; };
+  platform.askFile = [](void*, const FileQuestion&, const std::string&) { return std::optional<std::string>(); };
+  platform.programFolder = [](void*) {
+    std::error_code failure;
+    const std::filesystem::path file = std::filesystem::read_symlink("/proc/self/exe", failure);
+    return failure ? std::string() : (file.parent_path() / "").string();
+  };
+  platform.openDocument = [](void*, const std::string&) {};
   platform.clockSeconds = [](void*) { return static_cast<std::int64_t>(std::time(nullptr)); };
   return platform;
 }

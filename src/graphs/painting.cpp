@@ -153,9 +153,14 @@ void RepaintGraph(Graph& graph, EvalContext& ctx, const Canvas& canvas) {
   SetPainted(graph);
 }
 
-void MoveReader(Graph& graph, int x, int y) {
+bool IsInFrame(const Graph& graph, int x, int y) {
   const PlotFrame& f = graph.frame;
-  if (x < f.left || x > f.right || y < f.top || y > f.bottom) return HideReader(graph);
+  return x >= f.left && x <= f.right && y >= f.top && y <= f.bottom;
+}
+
+void MoveReader(Graph& graph, int x, int y) {
+  if (!IsInFrame(graph, x, y)) return HideReader(graph);
+  const PlotFrame& f = graph.frame;
   graph.readerActive = true;
   graph.readerColumn = x - f.left;
   graph.readerRow = f.bottom - y;

@@ -24,6 +24,9 @@ struct AxisColors {
 };
 void PaintAxes(Graph& graph, const Canvas& canvas, const AxisColors& colors);
 
+// Whether a pixel of the window belongs to the plot.
+bool IsInFrame(const Graph& graph, int x, int y);
+
 // Shows or moves the reader's cross: to a pixel of the window, if it lies within the frame, else it vanishes. The
 // window's title follows.
 void MoveReader(Graph& graph, int x, int y);

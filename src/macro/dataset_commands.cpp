@@ -20,6 +20,10 @@ MacroResult Outcome(MacroCall& call, int slot, bool wasLoaded, const std::string
   return wasLoaded ? call.Done(SlotText(slot) + ' ' + done) : call.Nothing(SlotText(slot) + " is not loaded");
 }
 
+void ShowDatasets(const MacroCall& call) {
+  RefreshDatasetManager(call.program.datasetManager, call.program.datasets);
+}
+
 std::string RangeText(const Dataset& dataset) {
   return std::to_string(dataset.nActive) + " of " + std::to_string(dataset.points.size()) + " points from " +
          TextG(dataset.CutMin) + " to " + TextG(dataset.CutMax);
@@ -28,8 +32,8 @@ std::string RangeText(const Dataset& dataset) {
 }  // namespace
 
 MacroResult DatasetManagerCommand(MacroCall& call) {
-  PlacedWindow& window = call.program.datasetManager;
-  window.open = true;
+  DatasetManager& window = call.program.datasetManager;
+  OpenDatasetManager(window, call.program.datasets);
   const auto x = call.Int("XPos"), y = call.Int("YPos");
   if (x && y) {
     window.x = *x;
@@ -58,9 +62,10 @@ MacroResult LoadDatasetCommand(MacroCall& call) {
   const int slot = args.DatasetNo.value_or(1);
   if (const char* const message = LoadDatasetFromMacro(call.program.datasets, args)) {
     const Platform& platform = call.program.platform;
-    platform.showMessage(platform.self, "Error", message);
+    platform.showMessage(platform.self, texts::kErrorTitle, message);
     return call.Nothing("'" + args.MasterFile.value_or("") + "': " + message);
   }
+  ShowDatasets(call);
   const Dataset& dataset = *LoadedDataset(call, slot);
   std::string said = SlotText(slot) + " is '" + dataset.name + "', " +
                      kQuantityNames[static_cast<std::size_t>(dataset.Quantity)].shortName + ", " + RangeText(dataset);
@@ -74,6 +79,7 @@ MacroResult UnloadDatasetCommand(MacroCall& call) {
   const int slot = call.Int("DatasetNo").value_or(1);
   const bool loaded = LoadedDataset(call, slot) != nullptr;
   UnloadDatasetNo(call.program.datasets, call.program.notices, slot);
+  ShowDatasets(call);
   return Outcome(call, slot, loaded, "unloaded");
 }
 
@@ -108,6 +114,7 @@ MacroResult AddNoiseCommand(MacroCall& call) {
 MacroResult CutDatasetCommand(MacroCall& call) {
   const int slot = call.Int("DatasetNo").value_or(1);
   CutDatasetNo(call.program.datasets, slot, call.Real("XMin"), call.Real("XMax"));
+  ShowActivePoints(call.program.datasetManager, call.program.datasets, slot);
   const Dataset* const dataset = LoadedDataset(call, slot);
   return Outcome(call, slot, dataset != nullptr, dataset ? "cut to " + RangeText(*dataset) : "");
 }
@@ -122,6 +129,7 @@ MacroResult SetDatasetQuantityCommand(MacroCall& call) {
   if (!LoadedDataset(call, *slot)) return Outcome(call, *slot, false, "");
   Dataset& dataset = *DatasetInSlot(call.program.datasets, *slot);
   dataset.Quantity = *quantity;
+  ShowDatasets(call);
   NotifyGraphs(call.program.notices, GraphEvent::kDatasetChanged, dataset.id);
   NotifyFit(call.program.notices, FitNotice::kDatasetChanged, dataset.id);
   return call.Done(SlotText(*slot) + " is now " + kQuantityNames[static_cast<std::size_t>(*quantity)].shortName);

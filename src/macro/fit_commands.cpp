@@ -9,7 +9,7 @@
 #include "models/model_table.h"
 #include "program/program.h"
 #include "windows/fit_window.h"
-#include "windows/model_window.h"
+#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {
@@ -72,8 +72,8 @@ MacroResult Written(MacroCall& call, int status, const char* file, const char* n
 }  // namespace
 
 MacroResult ExpParamsCommand(MacroCall& call) {
-  PlacedWindow& window = call.program.expParamsWindow;
-  window.open = true;
+  ExpParamsWindow& window = call.program.expParamsWindow;
+  OpenExpParams(WindowDeskOf(call.program));
   MoveIfGiven(call, window.x, window.y);
   RefreshExpParams(call.program.notices, call.program.params);
   return call.Done("open");

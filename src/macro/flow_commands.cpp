@@ -25,7 +25,8 @@ MacroResult MainWindowCommand(MacroCall& call) {
     window.width = call.Int("Width").value_or(window.width);
     window.height = call.Int("Height").value_or(window.height);
   }
-  if (const auto title = call.Text("Title")) window.title = title->empty() ? "Kalvex" : "Kalvex " + *title;
+  if (const auto title = call.Text("Title"))
+    window.title = title->empty() ? texts::kMainTitle : texts::kMainTitle + (' ' + *title);
   return call.Done("main window '" + window.title + "'");
 }
 

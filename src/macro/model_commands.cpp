@@ -10,7 +10,7 @@
 #include "models/param_value.h"
 #include "models/types/describe.h"
 #include "program/program.h"
-#include "windows/model_window.h"
+#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {

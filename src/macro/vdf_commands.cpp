@@ -7,7 +7,7 @@
 #include "models/eps_sum.h"
 #include "program/program.h"
 #include "vdf/vdf_mesh.h"
-#include "windows/model_window.h"
+#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {

@@ -17,16 +17,29 @@ enum Column : int { Wo = 0, Wp = 1, G = 2 };
 inline constexpr int kColumns = 3;
 inline constexpr std::array<const char*, kColumns> kColumnNames = {"Wo", "Wp", "G"};
 
+// The field in which a person types a parameter's value, in the parameter's own place.
+struct CellEditor {
+  bool open = false;
+  std::string text;
+  std::size_t caret = 0;
+};
+
 // Place and selection of a model's window, kept with the model whether or not there is a screen.
 struct ModelWindow {
   int x = 50;
   int y = 100;
   int width = 293;
   int height = 250;
+  std::array<int, 6> columnWidths = {22, 50, 50, 50, 50, 50};
   bool vdfShown = false;
-  bool rowSelected = false;
+  bool windowShown = false;    // the window is the active one, and has the keys
+  bool paramSelected = false;  // the parameter control shows the parameter under this window's cursor
+  bool rowSelected = false;    // the cursor is on a row; otherwise it is on epsInf
   int curRow = 0;
+  int curColumn = 1;  // of the window's table; those of the parameters are 1 to 3
   int topRow = 0;
+  int visibleRows = 5;  // how many fit into the window, as the screen finds when it lays the window out
+  CellEditor editor;
 };
 
 struct Model {

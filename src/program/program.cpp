@@ -7,6 +7,7 @@
 #include "models/model_table.h"
 #include "models/types/types.h"
 #include "windows/model_window.h"
+#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {
@@ -47,6 +48,12 @@ Program::Program(int threads) : pool(threads) {
 
 FitDesk DeskOf(Program& program) { return {program.fitWindow, program.fit, program.eval, program.AutoScreenUpdate}; }
 
+WindowDesk WindowDeskOf(Program& program) {
+  return {program.params,       program.datasets,  program.eval,           program.fit,         program.graphs,
+          program.notices,      program.platform,  program.datasetManager, program.loadDialog,  program.expParamsWindow,
+          program.paramControl, program.vdfDialog, program.graphDialogs,   program.GraphReader, program.fileFolder};
+}
+
 FitHooks HooksOf(Program& program) {
   return {&program, FollowIteration, [](void* self) {
             const Platform& platform = ProgramOf(self).platform;
@@ -64,9 +71,7 @@ void ShowValues(Program& program) {
 bool CloseModel(Program& program, std::uint32_t number) {
   Model* const model = GetModelByNumber(program.params, number);
   if (!model) return false;
-  CloseModelRecord(*model);
-  NotifyGraphs(program.notices, GraphEvent::kModelClosed, number);
-  NotifyFit(program.notices, FitNotice::kModelGone, number);
+  CloseModelWindow(WindowDeskOf(program), *model);
   return true;
 }
 

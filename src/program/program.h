@@ -15,22 +15,21 @@
 #include "models/eval_context.h"
 #include "models/model.h"
 #include "numeric/thread_pool.h"
+#include "windows/desk.h"
 #include "windows/fit_window.h"
+#include "windows/suspend_dialog.h"
+#include "windows/window_texts.h"
 
 namespace kalvex {
-
-struct PlacedWindow {
-  bool open = false;
-  int x = 0;
-  int y = 0;
-};
 
 struct MainWindow {
   int x = 0;
   int y = 0;
   int width = 640;
   int height = 80;
-  std::string title = "Kalvex";
+  std::string title = texts::kMainTitle;
+  bool quit = false;   // it is closed: the program ends
+  bool about = false;  // the About box is open
 };
 
 struct Program {
@@ -39,6 +38,7 @@ struct Program {
   NoiseGenerator noise;
 
   bool AutoScreenUpdate = true;  // graphs and ChiSq follow each change of a parameter
+  bool GraphReader = false;      // graphs show the crosshair
   bool showProgress = false;     // a line on standard error for each iteration of a fit
 
   ThreadPool pool;
@@ -50,9 +50,15 @@ struct Program {
   MacroState macro;
 
   MainWindow mainWindow;
-  PlacedWindow datasetManager;
-  PlacedWindow expParamsWindow{false, 400, 300};
+  DatasetManager datasetManager;
+  LoadDialog loadDialog;
+  ParamControl paramControl;
+  ExpParamsWindow expParamsWindow;
+  VdfDialog vdfDialog;
+  GraphDialogs graphDialogs;
   FitWindow fitWindow;
+  SuspendDialog suspendDialog;
+  std::string fileFolder;  // where the last file dialog of this run ended
 
   // Seeds the noise with the clock, sets the defaults and connects the notices. threads: how many may compute at once.
   explicit Program(int threads = 1);
@@ -61,6 +67,7 @@ struct Program {
 };
 
 FitDesk DeskOf(Program& program);
+WindowDesk WindowDeskOf(Program& program);
 // Around a run of the fit: the list of the fit window and the model windows follow each accepted iteration, and
 // progress is told if wanted.
 FitHooks HooksOf(Program& program);

@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "fit/fit_lists.h"
 #include "models/model_table.h"
+#include "windows/window_texts.h"
 
 namespace kalvex {
 namespace {
@@ -62,9 +63,17 @@ int RunAndRefresh(FitDesk desk, const Platform& platform, const FitHooks& hooks)
 }  // namespace
 
 void OpenFitWindow(FitDesk desk) {
+  desk.window.wantsFront = true;
   if (desk.window.open) return;
   desk.window.open = true;
   RebuildAfterTermChange(desk);
+}
+
+void CloseFitWindow(FitDesk desk) {
+  if (desk.fit.FitRunning) desk.fit.StopRequested = true;
+  desk.window.open = false;
+  desk.window.optionsOpen = false;
+  desk.window.addTerms = {};
 }
 
 void AnswerFitNotice(FitDesk desk, FitNotice notice, std::uint32_t id) {
@@ -99,7 +108,7 @@ FitLabels FitLabelsOf(const FitState& fit) {
 
 FitControls FitControlsOf(const FitState& fit) {
   const bool idle = !fit.FitRunning;
-  return {idle ? "START" : "STOP", idle && fit.UndoAvailable, idle, idle, idle, idle, !idle};
+  return {idle ? texts::kFitStart : texts::kFitStop, idle && fit.UndoAvailable, idle, idle, idle, idle, !idle};
 }
 
 std::string TermLine(const FitDesk& desk, const ChiSqTerm& term) {
@@ -157,8 +166,18 @@ void SelectionChanged(FitDesk desk) {
   if (first) desk.window.weightText = TextG(first->weight);
 }
 
+void SelectTermLine(FitDesk desk, std::size_t line, bool selected) {
+  if (line >= desk.fit.list.terms.size()) return;
+  desk.fit.list.terms[line].selected = selected;
+  SelectionChanged(desk);
+}
+
+void ScrollTermLines(FitWindow& window, int topLine) {
+  window.topLine = std::clamp(topLine, 0, static_cast<int>(window.lines.size()));
+}
+
 void WeightEdited(FitDesk desk, std::string_view text) {
-  if (text.empty()) return;
+  if (text.empty() || text == desk.window.weightText || desk.fit.FitRunning) return;
   desk.window.weightText = text;
   for (ChiSqTerm& term : desk.fit.list.terms) {
     if (term.selected) term.weight = RealOf(text);
@@ -167,17 +186,18 @@ void WeightEdited(FitDesk desk, std::string_view text) {
 }
 
 void RemoveSelectedTerms(FitDesk desk) {
+  if (desk.fit.FitRunning) return;
   RemoveTermsIf(desk, [](const ChiSqTerm& term) { return term.selected; });
 }
 
 void ToggleFold(FitWindow& window) {
   const bool grow = window.height < kFoldThreshold;
   window.height = grow ? kUnfoldedHeight : kFoldedHeight;
-  window.foldButton = grow ? "<< ChiSw details" : "ChiSq details >>";
+  window.foldButton = grow ? texts::kFoldGrown : texts::kFoldFolded;
 }
 
 std::vector<std::string> DatasetChoices(const FitDesk& desk) {
-  std::vector<std::string> choices{"All"};
+  std::vector<std::string> choices{texts::kAddTermsAll};
   for (const std::uint32_t id : ListDatasetIds(*desk.eval.datasets)) {
     choices.push_back(GetDatasetById(*desk.eval.datasets, id)->name);
   }
@@ -185,7 +205,7 @@ std::vector<std::string> DatasetChoices(const FitDesk& desk) {
 }
 
 std::vector<std::string> ModelChoices(const FitDesk& desk) {
-  std::vector<std::string> choices{"All"};
+  std::vector<std::string> choices{texts::kAddTermsAll};
   for (const std::uint32_t number : ListModelNumbers(*desk.eval.params)) {
     choices.push_back(GetModelByNumber(*desk.eval.params, number)->name);
   }
@@ -195,7 +215,10 @@ std::vector<std::string> ModelChoices(const FitDesk& desk) {
 void OfferCandidates(FitDesk desk, AddTermsDialog& dialog, std::size_t datasetChoice, std::size_t modelChoice) {
   const auto datasets = Chosen(ListDatasetIds(*desk.eval.datasets), datasetChoice);
   const auto models = Chosen(ListModelNumbers(*desk.eval.params), modelChoice);
-  dialog = {};
+  dialog.candidates.terms.clear();
+  dialog.lines.clear();
+  dialog.datasetChoice = datasetChoice;
+  dialog.modelChoice = modelChoice;
   for (const std::uint32_t dataset : datasets) {
     for (const std::uint32_t model : models) {
       auto& terms = dialog.candidates.terms;
@@ -221,6 +244,20 @@ void AddSelectedCandidates(FitDesk desk, AddTermsDialog& dialog) {
   }
   FillTermLines(desk);
 }
+
+void OpenAddTerms(FitDesk desk) {
+  if (desk.fit.FitRunning) return;
+  desk.window.addTerms.open = true;
+  OfferCandidates(desk, desk.window.addTerms, 0, 0);
+}
+
+void AcceptAddTerms(FitDesk desk) {
+  if (!desk.window.addTerms.open) return;
+  AddSelectedCandidates(desk, desk.window.addTerms);
+  desk.window.addTerms = {};
+}
+
+void CancelAddTerms(FitDesk desk) { desk.window.addTerms = {}; }
 
 int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
   if (desk.fit.FitRunning) {
@@ -252,7 +289,7 @@ int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, s
 }
 
 void PressUndo(FitDesk desk) {
-  if (desk.fit.UndoAvailable) TakeBackLastRun(desk);
+  if (desk.fit.UndoAvailable && !desk.fit.FitRunning) TakeBackLastRun(desk);
 }
 
 void TakeBackLastRun(FitDesk desk) {
@@ -306,5 +343,18 @@ void ReadForm(const FitOptionsForm& form, FitOptions& options) {
   options.ScreenUpdateEvery = IntegerOf(form.screenUpdateEvery);
   options.InitialLambda = RealOf(form.initialLambda);
 }
+
+void OpenFitOptions(FitDesk desk) {
+  if (desk.fit.FitRunning) return;
+  desk.window.optionsOpen = true;
+  desk.window.options = FormOf(desk.fit.options);
+}
+
+void AcceptFitOptions(FitDesk desk) {
+  if (desk.window.optionsOpen) ReadForm(desk.window.options, desk.fit.options);
+  desk.window.optionsOpen = false;
+}
+
+void CancelFitOptions(FitDesk desk) { desk.window.optionsOpen = false; }
 
 }  // namespace kalvex

@@ -14,18 +14,45 @@
 #include "fit/fit_state.h"
 #include "fit/run_fit.h"
 #include "models/eval_context.h"
+#include "windows/window_texts.h"
 
 namespace kalvex {
+
+// The dialog "Add ChiSq term(s)": pairs of a dataset and a model, of which the user selects some.
+struct CandidateLine {
+  int id = 0;  // of the candidate
+  std::string text;
+  bool selected = false;
+};
+struct AddTermsDialog {
+  bool open = false;
+  std::size_t datasetChoice = 0;
+  std::size_t modelChoice = 0;
+  ChiSqTermList candidates;
+  std::vector<CandidateLine> lines;  // the last candidate first
+};
+
+// The fields of the dialog "Fitting options" as texts and ticks.
+struct FitOptionsForm {
+  bool stopOnIterations = false, stopOnTime = false, stopOnReduction = false, stopOnOutOfRange = false,
+       stopOnLambda = false, calcConfidence = false, logFit = false;
+  std::string maxIterations, maxSeconds, reductionIterations, reductionAmount, maxLambda, deltaChiSq, singularDet,
+      screenUpdateEvery, initialLambda;
+};
 
 struct FitWindow {
   bool open = false;
   int x = 0;
   int y = 0;
   int height = 282;
-  std::string foldButton = "<< ChiSq details";
+  bool wantsFront = false;  // a screen brings the window to the front, and clears this
+  std::string foldButton = texts::kFoldAtStart;
   std::string weightText;          // the field for the weight of the selected terms
   std::vector<std::string> lines;  // one for each term
   int topLine = 0;                 // first line shown
+  AddTermsDialog addTerms;
+  bool optionsOpen = false;
+  FitOptionsForm options;  // of the dialog, while it is open
 };
 
 // Everything that the window works on.
@@ -37,6 +64,8 @@ struct FitDesk {
 };
 
 void OpenFitWindow(FitDesk desk);
+// Changes elsewhere no longer reach the fit's lists. A run that is in progress is asked to stop.
+void CloseFitWindow(FitDesk desk);
 // Does nothing while the window is closed.
 void AnswerFitNotice(FitDesk desk, FitNotice notice, std::uint32_t id);
 
@@ -71,22 +100,16 @@ bool DeleteTerm(FitDesk desk, int datasetSlot, int modelSlot);
 
 // The common weight of the selected terms with six digits; empty if they differ or none is selected.
 void SelectionChanged(FitDesk desk);
-// An edit of the weight field: a number, for every selected term. An empty text does nothing.
+// A line of the list is selected or no longer; several can be at a time.
+void SelectTermLine(FitDesk desk, std::size_t line, bool selected);
+void ScrollTermLines(FitWindow& window, int topLine);
+// An edit of the weight field: a number, for every selected term. An empty text does nothing, nor does what the field
+// shows already, since filling it is no edit.
 void WeightEdited(FitDesk desk, std::string_view text);
 void RemoveSelectedTerms(FitDesk desk);
 // Grows a folded window, folds a grown one.
 void ToggleFold(FitWindow& window);
 
-// The dialog "Add ChiSq term(s)": pairs of a dataset and a model, of which the user selects some.
-struct CandidateLine {
-  int id = 0;  // of the candidate
-  std::string text;
-  bool selected = false;
-};
-struct AddTermsDialog {
-  ChiSqTermList candidates;
-  std::vector<CandidateLine> lines;  // the last candidate first
-};
 // The entries of the two drop-down lists: "All", then the names.
 std::vector<std::string> DatasetChoices(const FitDesk& desk);
 std::vector<std::string> ModelChoices(const FitDesk& desk);
@@ -94,6 +117,11 @@ std::vector<std::string> ModelChoices(const FitDesk& desk);
 void OfferCandidates(FitDesk desk, AddTermsDialog& dialog, std::size_t datasetChoice, std::size_t modelChoice);
 // "OK", or a double click: the selected candidates go to the end of the fit's list, but for pairs that it has already.
 void AddSelectedCandidates(FitDesk desk, AddTermsDialog& dialog);
+
+// The dialog over the fit window: "Add " opens it with "All" against "All"; "OK" or a double click in the list adds.
+void OpenAddTerms(FitDesk desk);
+void AcceptAddTerms(FitDesk desk);
+void CancelAddTerms(FitDesk desk);
 
 // The "START" button: a run that Undo can take back; during a run it asks the run to stop.
 int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks);
@@ -105,12 +133,6 @@ void PressUndo(FitDesk desk);
 // Undo of the macro language: the last run, whoever started it.
 void TakeBackLastRun(FitDesk desk);
 
-// The fields of the dialog "Fitting options" as texts and ticks.
-struct FitOptionsForm {
-  bool stopOnIterations, stopOnTime, stopOnReduction, stopOnOutOfRange, stopOnLambda, calcConfidence, logFit;
-  std::string maxIterations, maxSeconds, reductionIterations, reductionAmount, maxLambda, deltaChiSq, singularDet,
-      screenUpdateEvery, initialLambda;
-};
 FitOptionsForm FormOf(const FitOptions& options);
 // Which fields can be edited: those whose check box is ticked. That of the rule for parameters out of range never can.
 struct FitOptionsEnabled {
@@ -119,5 +141,9 @@ struct FitOptionsEnabled {
 FitOptionsEnabled EnabledFieldsOf(const FitOptionsForm& form);
 // Reads all fields, without a check of range; unreadable text reads as 0. StopOnOutOfRange stays.
 void ReadForm(const FitOptionsForm& form, FitOptions& options);
+// "Options" fills the form from the options, "OK" reads it back.
+void OpenFitOptions(FitDesk desk);
+void AcceptFitOptions(FitDesk desk);
+void CancelFitOptions(FitDesk desk);
 
 }  // namespace kalvex

@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "graphs/curve_samples.h"
 #include "graphs/graph_table.h"
+#include "windows/window_texts.h"
 
 namespace kalvex {
 namespace {
@@ -87,7 +88,7 @@ void SetIfKnown(T& field, const std::optional<T>& value) {
 }  // namespace
 
 GraphPropertiesForm PropertiesOf(const Graph& graph) {
-  return {graph.name + " - properties", FormOf(graph.X), FormOf(graph.Y), graph.ShowFitted};
+  return {graph.name + texts::kPropertiesTitle, FormOf(graph.X), FormOf(graph.Y), graph.ShowFitted};
 }
 
 void StoreProperties(const GraphPropertiesForm& form, Graph& graph) {
@@ -99,7 +100,7 @@ void StoreProperties(const GraphPropertiesForm& form, Graph& graph) {
 
 GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const ParamTables& params) {
   GraphContents contents;
-  contents.caption = graph.name + " - contents";
+  contents.caption = graph.name + texts::kContentsTitle;
   contents.kinds.fill(true);
   contents.quantities.fill(true);
   for (const Curve& curve : graph.curves) contents.chosen.push_back({curve, false});

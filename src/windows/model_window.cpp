@@ -1,29 +1,358 @@
 #include "windows/model_window.h"
 
+#include "core/text.h"
+#include "files/model_file.h"
+#include "files/vdf_file.h"
+#include "models/eps_sum.h"
+#include "models/model_rows.h"
+#include "models/model_table.h"
+#include "models/model_type.h"
+#include "models/param_value.h"
+#include "vdf/vdf_mesh.h"
+#include "windows/ask_file.h"
+#include "windows/cell_editor.h"
+#include "windows/desk.h"
+#include "windows/redraw.h"
+#include "windows/window_texts.h"
+
 namespace kalvex {
+namespace {
 
-void RefreshModelWindow(const Notices& notices, Model& model, bool quiet) {
-  NotifyGraphs(notices, GraphEvent::kModelParamChanged, model.number);
-  if (!quiet) NotifyFit(notices, FitNotice::kModelParamsChanged);
-  model.dirty = false;
+constexpr int kStoredDigits = 5, kShortDigits = 3;
+
+bool IsColumn(int column) { return column >= 0 && column < static_cast<int>(kModelColumnKinds.size()); }
+const ModelColumn& ColumnAt(int column) { return kModelColumnKinds[static_cast<std::size_t>(column)]; }
+
+int ParamOfColumn(int column) { return ColumnAt(column).index; }
+
+std::string NumberText(double value, int digits) {
+  return value == kUndefined ? texts::kUndefinedCell : TextG(value, digits) + ' ';
 }
 
-void RefreshModelRows(const Notices& notices, Model& model) {
-  NotifyGraphs(notices, GraphEvent::kModelRowsChanged, model.number);
-  RefreshModelWindow(notices, model);
+bool ShowsMark(const ModelWindow& window) { return window.windowShown || window.paramSelected; }
+
+bool IsUnderCursor(const ModelWindow& window, int row, int column) {
+  return window.rowSelected && row == window.curRow && column == window.curColumn;
 }
 
-void RefreshExpParams(const Notices& notices, ParamTables& tables, bool quiet) {
-  NotifyGraphs(notices, GraphEvent::kExpParamChanged, -1);
-  if (!quiet) NotifyFit(notices, FitNotice::kExpParamsChanged);
-  tables.expParamsDirty = false;
+ModelCell CellOfParam(const ModelParam& param, int digits, bool marked) {
+  return {NumberText(param.value, digits), ColourOfParam(param.adjustable != 0), param.coupling > 0, marked};
 }
 
-void RedrawDirty(const Notices& notices, ParamTables& tables) {
-  for (Model& model : tables.models) {
-    if (model.number != 0 && model.dirty) RefreshModelWindow(notices, model);
+int MostTopRow(const Model& model) { return std::max(0, RowCount(model) - model.window.visibleRows); }
+
+void ScrollTo(Model& model, int row) { model.window.topRow = std::clamp(row, 0, MostTopRow(model)); }
+
+ParamPlace PlaceUnderCursor(const WindowDesk& desk, const Model& model) {
+  ParamPlace place;
+  place.nm = SlotOf(desk.params, model);
+  if (!model.window.rowSelected) return place;
+  place.Where = ParamKind::kRow;
+  place.nl = model.window.curRow;
+  place.nc = ParamOfColumn(model.window.curColumn);
+  return place;
+}
+
+void SelectUnderCursor(const WindowDesk& desk, Model& model) {
+  HoldCursor(model);
+  if (SelectParam(desk, OwnerOf(model), PlaceUnderCursor(desk, model))) model.window.paramSelected = true;
+}
+
+// The element of the rows that a field shows, null if it shows none.
+ModelParam* ParamOfField(Model& model, const ModelField& field) {
+  if (field.epsInf) return &model.epsInf;
+  const int row = model.window.topRow + field.line;
+  if (field.line < 0 || row >= RowCount(model)) return nullptr;
+  if (field.column < kFirstParamColumn || field.column > kLastParamColumn) return nullptr;
+  return &Cell(model, row, ParamOfColumn(field.column));
+}
+
+std::string VdfGroupText(const VarDielFunc& vdf) {
+  std::string text = texts::kVdfGroupStart;
+  if (vdf.mesh.empty()) return text + texts::kVdfGroupWithout;
+  return text + std::to_string(vdf.mesh.size()) + texts::kVdfGroupPoints;
+}
+
+std::string VdfRangeText(const VarDielFunc& vdf) {
+  if (vdf.mesh.empty()) return {};
+  std::string text = "[";
+  AppendUpperG(text, vdf.mesh.front().x);
+  text += " - ";
+  AppendUpperG(text, vdf.mesh.back().x);
+  return text + ']';
+}
+
+void SaveByDialog(const WindowDesk& desk, Model& model) {
+  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kSaveModelFile);
+  if (file) SaveModel(desk.eval, model, desk.fit.TotalChiSq, *file);
+}
+
+void LoadByDialog(const WindowDesk& desk, Model& model) {
+  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kLoadModelFile);
+  if (file && LoadModel(model, *file) == 0) RefreshRowsAndSelect(desk, model);
+}
+
+void SaveVdfByDialog(const WindowDesk& desk, const Model& model) {
+  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kSaveVdfFile);
+  if (file) SaveVdf(model.vdf, *file);
+}
+
+void LoadVdfByDialog(const WindowDesk& desk, Model& model) {
+  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kLoadVdfFile);
+  if (file && LoadVdf(model.vdf, *file) == 0) RefreshAndSelect(desk, model);
+}
+
+void AddRow(const WindowDesk& desk, Model& model) {
+  InsertRow(&model, model.window.curRow);
+  model.window.rowSelected = true;
+  RefreshRowsAndSelect(desk, model);
+}
+
+void RemoveRowUnderCursor(const WindowDesk& desk, Model& model) {
+  if (!model.window.rowSelected) {
+    model.window.rowSelected = true;
+    ShowCursor(desk, model);
+    return;
   }
-  if (tables.expParamsDirty) RefreshExpParams(notices, tables);
+  RemoveRow(&model, model.window.curRow);
+  RefreshRowsAndSelect(desk, model);
 }
+
+void MoveRow(const WindowDesk& desk, Model& model, bool up) {
+  up ? MoveRowUp(&model, model.window.curRow) : MoveRowDown(&model, model.window.curRow);
+  model.window.curRow += up ? -1 : 1;
+  RefreshRowsAndSelect(desk, model);
+}
+
+bool Answers(const ModelControls& controls, ModelButton button) {
+  switch (button) {
+    case ModelButton::kRemove:
+      return controls.remove;
+    case ModelButton::kUp:
+      return controls.up;
+    case ModelButton::kDown:
+      return controls.down;
+    case ModelButton::kVdfSave:
+    case ModelButton::kVdfKK:
+    case ModelButton::kVdfOn:
+    case ModelButton::kVdfFit:
+    case ModelButton::kVdfPositive:
+      return controls.vdf;
+    default:
+      return true;
+  }
+}
+
+// Puts the cursor on a field that holds a parameter.
+void MoveCursorTo(Model& model, const ModelField& field) {
+  model.window.rowSelected = !field.epsInf;
+  if (field.epsInf) return;
+  model.window.curRow = model.window.topRow + field.line;
+  model.window.curColumn = field.column;
+}
+
+}  // namespace
+
+ModelCell EpsInfCell(const Model& model) {
+  return CellOfParam(model.epsInf, kShortDigits, !model.window.rowSelected && ShowsMark(model.window));
+}
+
+ModelCell CellOfLine(const Model& model, int line, int column) {
+  const int row = model.window.topRow + line;
+  if (line < 0 || row >= RowCount(model) || !IsColumn(column)) return {};
+  const int index = ColumnAt(column).index;
+  switch (ColumnAt(column).kind) {
+    case CellKind::kRowNumber:
+      return {std::to_string(row + 1) + ' '};
+    case CellKind::kComputed:
+      return {NumberText(ComputedValue(&model, row, index), kShortDigits)};
+    case CellKind::kStored:
+      break;
+  }
+  const bool marked = IsUnderCursor(model.window, row, column) && ShowsMark(model.window);
+  return CellOfParam(Cell(model, row, index), kStoredDigits, marked);
+}
+
+ModelControls ModelControlsOf(const EvalContext& eval, const Model& model) {
+  const ModelWindow& window = model.window;
+  const bool special = TypeOf(eval, model) != nullptr;
+  ModelControls controls;
+  controls.vdfButton = window.vdfShown ? texts::kVdfCloses : texts::kVdfOpens;
+  controls.einfGroup = special ? texts::kCodeGroup : texts::kEinfGroup;
+  controls.rowsGroup = special ? texts::kSpecialRowsGroup : texts::kPlainRowsGroup;
+  controls.vdfGroup = VdfGroupText(model.vdf);
+  controls.vdfRange = VdfRangeText(model.vdf);
+  controls.remove = RowCount(model) > 0;
+  controls.up = window.rowSelected && window.curRow > 0;
+  controls.down = window.rowSelected && window.curRow + 1 < RowCount(model);
+  controls.vdf = !model.vdf.mesh.empty();
+  controls.kk = model.vdf.KK != 0;
+  controls.on = model.vdf.On != 0;
+  controls.fitActive = model.vdf.FitActive != 0;
+  return controls;
+}
+
+Model* NewModelWindow(const WindowDesk& desk) {
+  if (IsFrozen(desk)) return nullptr;
+  Model* const model = CreateModel(desk.params);
+  if (model) RefreshAndSelect(desk, *model);
+  return model;
+}
+
+void CloseModelWindow(const WindowDesk& desk, Model& model) {
+  if (IsFrozen(desk)) return;
+  const std::uint32_t number = model.number;
+  DeselectParam(desk, OwnerOf(model));
+  if (desk.vdfDialog.model == number) desk.vdfDialog.open = false;
+  CloseModelRecord(model);
+  NotifyGraphs(desk.notices, GraphEvent::kModelClosed, number);
+  NotifyFit(desk.notices, FitNotice::kModelGone, number);
+}
+
+void ActivateModelWindow(const WindowDesk& desk, Model& model, bool active) {
+  if (!active) CommitEdit(desk, model);
+  model.window.windowShown = active;
+}
+
+void RefreshAndSelect(const WindowDesk& desk, Model& model) {
+  SelectUnderCursor(desk, model);
+  RefreshModelWindow(desk.notices, model);
+}
+
+void RefreshRowsAndSelect(const WindowDesk& desk, Model& model) {
+  SelectUnderCursor(desk, model);
+  RefreshModelRows(desk.notices, model);
+}
+
+void ShowCursor(const WindowDesk& desk, Model& model) {
+  SelectUnderCursor(desk, model);
+  RefreshModelWindow(desk.notices, model, true);
+}
+
+void HoldCursor(Model& model) {
+  ModelWindow& window = model.window;
+  const int rows = RowCount(model);
+  if (rows == 0) window.rowSelected = false;
+  window.curRow = std::clamp(window.curRow, 0, std::max(0, rows - 1));
+  if (window.rowSelected) {
+    window.topRow = std::clamp(window.topRow, window.curRow - std::max(1, window.visibleRows) + 1, window.curRow);
+  }
+  ScrollTo(model, window.topRow);
+}
+
+ModelParam& ParamUnderCursor(Model& model) {
+  HoldCursor(model);
+  if (!model.window.rowSelected) return model.epsInf;
+  return Cell(model, model.window.curRow, ParamOfColumn(model.window.curColumn));
+}
+
+void EditParam(Model& model) { OpenEditor(model.window.editor, ParamUnderCursor(model).value); }
+
+void CommitEdit(const WindowDesk& desk, Model& model) {
+  if (!model.window.editor.open) return;
+  const auto number = TakeNumber(model.window.editor);
+  if (!number || IsFrozen(desk)) return ShowCursor(desk, model);
+  SetValue(desk.params, ParamUnderCursor(model), *number);
+  RedrawDirty(desk.notices, desk.params);
+  RefreshAndSelect(desk, model);
+}
+
+void PressModelButton(const WindowDesk& desk, Model& model, ModelButton button) {
+  if (IsFrozen(desk)) return;
+  CommitEdit(desk, model);
+  HoldCursor(model);
+  if (!Answers(ModelControlsOf(desk.eval, model), button)) return;
+  switch (button) {
+    case ModelButton::kFixAll:
+      FixAll(&model, model.epsInf.adjustable != 0);
+      return RefreshAndSelect(desk, model);
+    case ModelButton::kVdfPanel:
+      model.window.vdfShown = !model.window.vdfShown;
+      return;
+    case ModelButton::kSave:
+      return SaveByDialog(desk, model);
+    case ModelButton::kLoad:
+      return LoadByDialog(desk, model);
+    case ModelButton::kAdd:
+      return AddRow(desk, model);
+    case ModelButton::kRemove:
+      return RemoveRowUnderCursor(desk, model);
+    case ModelButton::kUp:
+    case ModelButton::kDown:
+      return MoveRow(desk, model, button == ModelButton::kUp);
+    case ModelButton::kVdfInit:
+      return OpenVdfDialog(desk, model);
+    case ModelButton::kVdfSave:
+      return SaveVdfByDialog(desk, model);
+    case ModelButton::kVdfLoad:
+      return LoadVdfByDialog(desk, model);
+    case ModelButton::kVdfKK:
+      ToggleVdfKK(model.vdf);
+      return RefreshAndSelect(desk, model);
+    case ModelButton::kVdfOn:
+      ToggleVdfOn(model.vdf);
+      return RefreshAndSelect(desk, model);
+    case ModelButton::kVdfFit:
+      ToggleVdfFitActive(model.vdf);
+      return RefreshAndSelect(desk, model);
+    case ModelButton::kVdfPositive:
+      MakeVdfPositive(desk.eval, model);
+      return RefreshAndSelect(desk, model);
+  }
+}
+
+void PressModelField(const WindowDesk& desk, Model& model, const ModelField& field) {
+  if (IsFrozen(desk) || !ParamOfField(model, field)) return;
+  CommitEdit(desk, model);
+  MoveCursorTo(model, field);
+  ShowCursor(desk, model);
+}
+
+void DoublePressModelField(const WindowDesk& desk, Model& model, const ModelField& field) {
+  if (IsFrozen(desk) || !ParamOfField(model, field)) return;
+  PressModelField(desk, model, field);
+  EditParam(model);
+}
+
+void RightPressModelField(const WindowDesk& desk, Model& model, const ModelField& field) {
+  if (IsFrozen(desk) || !ParamOfField(model, field)) return;
+  CommitEdit(desk, model);
+  FlipAdjustable(desk, model, *ParamOfField(model, field));
+}
+
+void FlipAdjustable(const WindowDesk& desk, Model& model, ModelParam& param) {
+  SetAdjustable(desk.params, param, param.adjustable ? 0 : 1);
+  RedrawDirty(desk.notices, desk.params);
+  RefreshAndSelect(desk, model);
+}
+
+void PressModelHeader(const WindowDesk& desk, Model& model, int column) {
+  if (IsFrozen(desk)) return;
+  CommitEdit(desk, model);
+  SortRows(&model, column);
+  RefreshRowsAndSelect(desk, model);
+}
+
+void SetColumnWidth(Model& model, int column, int width) {
+  if (IsColumn(column)) model.window.columnWidths[static_cast<std::size_t>(column)] = width;
+}
+
+ModelScrollBar ScrollBarOf(const Model& model) {
+  const ModelWindow& window = model.window;
+  return {1, RowCount(model), window.visibleRows, window.topRow + 1, RowCount(model) > window.visibleRows};
+}
+
+void SetVisibleRows(Model& model, int rows) {
+  model.window.visibleRows = std::max(1, rows);
+  ScrollTo(model, model.window.topRow);
+}
+
+void ScrollByLines(Model& model, int lines) { ScrollTo(model, model.window.topRow + lines); }
+
+void ScrollByPages(Model& model, int pages) {
+  ScrollTo(model, model.window.topRow + pages * (model.window.visibleRows - 1));
+}
+
+void ScrollToPosition(Model& model, int position) { ScrollTo(model, position - 1); }
 
 }  // namespace kalvex

@@ -1,19 +1,138 @@
-// What the window of a model does when its model has changed: who hears of it, and in which order.
+// The window of a model: a table of its rows with the leading parameter above and the panel of the variational
+// dielectric function below. A cursor stands on the leading parameter or on an element of a row.
 #pragma once
 
-#include "core/notices.h"
+#include <algorithm>
+#include <array>
+#include <string>
+
 #include "models/model.h"
+#include "windows/colours.h"
 
 namespace kalvex {
 
-// After a change of parameters: tells the graphs and, unless quiet, the fit; the model is no longer dirty.
-void RefreshModelWindow(const Notices& notices, Model& model, bool quiet = false);
-// After a change of the number or order of rows: the graphs hear of that first.
-void RefreshModelRows(const Notices& notices, Model& model);
-// Refreshes every model, and the experimental parameters, that coupling has overwritten.
-void RedrawDirty(const Notices& notices, ParamTables& tables);
+struct EvalContext;
+struct WindowDesk;
 
-// The same for the window of experimental parameters.
-void RefreshExpParams(const Notices& notices, ParamTables& tables, bool quiet = false);
+inline constexpr int kModelWindowMinWidth = 215, kModelWindowMinHeight = 225;
+
+// The table shows the row's number, the three stored parameters, and two numbers that are computed.
+enum class CellKind { kRowNumber, kStored, kComputed };
+struct ModelColumn {
+  CellKind kind;
+  int index;  // of the parameter, or of the computed number
+};
+inline constexpr std::array<ModelColumn, 6> kModelColumnKinds = {{{CellKind::kRowNumber, 0},
+                                                                  {CellKind::kStored, Wo},
+                                                                  {CellKind::kStored, Wp},
+                                                                  {CellKind::kStored, G},
+                                                                  {CellKind::kComputed, 0},
+                                                                  {CellKind::kComputed, 1}}};
+inline constexpr int kFirstParamColumn = 1, kLastParamColumn = 3;
+
+// What a field of the window shows.
+struct ModelCell {
+  std::string text;
+  Colour colour = kBlack;
+  bool coupled = false;  // shown in a font of its own
+  bool marked = false;   // on the marked background
+};
+ModelCell EpsInfCell(const Model& model);
+// Empty below the last row.
+ModelCell CellOfLine(const Model& model, int line, int column);
+
+// What the controls show, and which of them answer.
+struct ModelControls {
+  std::string vdfButton, einfGroup, rowsGroup, vdfGroup, vdfRange;
+  bool remove = false, up = false, down = false;
+  bool vdf = false;  // a mesh exists: "Save" of the panel and the three check boxes answer
+  bool kk = false, on = false, fitActive = false;
+};
+ModelControls ModelControlsOf(const EvalContext& eval, const Model& model);
+
+// A model with a window; null if all places are taken.
+Model* NewModelWindow(const WindowDesk& desk);
+// Closes the window and with it the model: its curves leave the graphs and its terms the fit.
+void CloseModelWindow(const WindowDesk& desk, Model& model);
+// The window becomes the active one or stops being it, which commits what is typed.
+void ActivateModelWindow(const WindowDesk& desk, Model& model, bool active);
+
+// After a change of the parameters: the one under the cursor goes to the parameter control, then graphs and fit hear.
+void RefreshAndSelect(const WindowDesk& desk, Model& model);
+// After a change of the number or order of rows. The cursor is held inside.
+void RefreshRowsAndSelect(const WindowDesk& desk, Model& model);
+// After a move of the cursor, of which the fit need not hear: no value has changed.
+void ShowCursor(const WindowDesk& desk, Model& model);
+// Holds the cursor inside the rows and scrolls just so far that its row is shown.
+void HoldCursor(Model& model);
+// The parameter under the cursor.
+ModelParam& ParamUnderCursor(Model& model);
+
+// The editor: opening it on the parameter under the cursor, and taking what was typed. A text that is no number changes
+// nothing.
+void EditParam(Model& model);
+void CommitEdit(const WindowDesk& desk, Model& model);
+
+enum class ModelButton {
+  kFixAll,    // or free all, if the leading parameter is fixed
+  kVdfPanel,  // opens and closes the panel
+  kSave,
+  kLoad,
+  kAdd,
+  kRemove,  // while the cursor is on the leading parameter, it only moves to the rows
+  kUp,
+  kDown,
+  kVdfInit,
+  kVdfSave,
+  kVdfLoad,
+  kVdfKK,
+  kVdfOn,
+  kVdfFit,
+  kVdfPositive,  // by key only
+};
+// A button that does not answer does nothing.
+void PressModelButton(const WindowDesk& desk, Model& model, ModelButton button);
+
+// A field of the window under the mouse: the leading parameter, or a column of a line.
+struct ModelField {
+  bool epsInf = false;
+  int line = 0;
+  int column = 0;
+};
+// The left button once and twice, and the right one; only fields that hold a parameter answer.
+void PressModelField(const WindowDesk& desk, Model& model, const ModelField& field);
+void DoublePressModelField(const WindowDesk& desk, Model& model, const ModelField& field);
+void RightPressModelField(const WindowDesk& desk, Model& model, const ModelField& field);
+// Flips whether the fit may vary a parameter of the model.
+void FlipAdjustable(const WindowDesk& desk, Model& model, ModelParam& param);
+
+// The header: a click sorts the rows by that column, or turns their order around.
+void PressModelHeader(const WindowDesk& desk, Model& model, int column);
+// The end of a drag at a column's divider, pixels.
+void SetColumnWidth(Model& model, int column, int width);
+// A double click on a divider: one pixel wider than the widest text shown. measure gives the width of a text in pixels.
+template <class Measure>
+void FitColumnWidth(Model& model, int column, Measure&& measure) {
+  int widest = 0;
+  for (int line = 0; line < model.window.visibleRows; ++line) {
+    widest = std::max(widest, static_cast<int>(measure(CellOfLine(model, line, column).text)));
+  }
+  SetColumnWidth(model, column, widest + 1);
+}
+
+// The scroll bar: its positions count rows from 1.
+struct ModelScrollBar {
+  int from = 1;
+  int to = 0;
+  int page = 0;
+  int position = 1;
+  bool shown = false;
+};
+ModelScrollBar ScrollBarOf(const Model& model);
+// How many rows fit into the window now.
+void SetVisibleRows(Model& model, int rows);
+void ScrollByLines(Model& model, int lines);
+void ScrollByPages(Model& model, int pages);
+void ScrollToPosition(Model& model, int position);
 
 }  // namespace kalvex

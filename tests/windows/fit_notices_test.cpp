@@ -2,7 +2,7 @@
 
 #include "windows/fit_window.h"
 #include "windows/fit_windows.h"
-#include "windows/model_window.h"
+#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {

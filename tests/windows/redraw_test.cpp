@@ -1,4 +1,4 @@
-#include "windows/model_window.h"
+#include "windows/redraw.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +12,9 @@ namespace kalvex {
 namespace {
 
 // Two models and a pair of ears: "4:1" is graph event 4 about model 1, "fit 3" a notice to the fit.
-class ModelWindows : public testing::Test {
+class Redrawing : public testing::Test {
  protected:
-  ModelWindows() : first(*CreateModel(tables)), second(*CreateModel(tables)) {
+  Redrawing() : first(*CreateModel(tables)), second(*CreateModel(tables)) {
     notices.owner = &heard;
     notices.graphs = [](void* self, GraphEvent event, std::int64_t id) {
       static_cast<std::vector<std::string>*>(self)->push_back(std::to_string(static_cast<int>(event)) + ':' +
@@ -35,28 +35,28 @@ class ModelWindows : public testing::Test {
   Model& second;
 };
 
-TEST_F(ModelWindows, GraphsHearOfAParameterBeforeTheFit) {
+TEST_F(Redrawing, GraphsHearOfAParameterBeforeTheFit) {
   second.dirty = true;
   RefreshModelWindow(notices, second);
   EXPECT_EQ(heard, (Heard{"4:2", "fit hears of a model"}));
   EXPECT_FALSE(second.dirty);
 }
 
-TEST_F(ModelWindows, AQuietRefreshSparesTheFit) {
+TEST_F(Redrawing, AQuietRefreshSparesTheFit) {
   first.dirty = true;
   RefreshModelWindow(notices, first, true);
   EXPECT_EQ(heard, Heard{"4:1"});
   EXPECT_FALSE(first.dirty);
 }
 
-TEST_F(ModelWindows, OfRowsTheGraphsHearBeforeTheValues) {
+TEST_F(Redrawing, OfRowsTheGraphsHearBeforeTheValues) {
   first.dirty = true;
   RefreshModelRows(notices, first);
   EXPECT_EQ(heard, (Heard{"3:1", "4:1", "fit hears of a model"}));
   EXPECT_FALSE(first.dirty);
 }
 
-TEST_F(ModelWindows, TheExperimentIsToldToGraphsAndThenToTheFit) {
+TEST_F(Redrawing, TheExperimentIsToldToGraphsAndThenToTheFit) {
   tables.expParamsDirty = true;
   RefreshExpParams(notices, tables);
   EXPECT_EQ(heard, (Heard{"5:-1", "fit hears of the experiment"}));
@@ -66,7 +66,7 @@ TEST_F(ModelWindows, TheExperimentIsToldToGraphsAndThenToTheFit) {
   EXPECT_EQ(heard, Heard{"5:-1"});
 }
 
-TEST_F(ModelWindows, OnlyWhatIsDirtyIsDrawnAnewAndTheExperimentLast) {
+TEST_F(Redrawing, OnlyWhatIsDirtyIsDrawnAnewAndTheExperimentLast) {
   RedrawDirty(notices, tables);
   EXPECT_TRUE(heard.empty());
   first.dirty = second.dirty = tables.expParamsDirty = true;
@@ -78,7 +78,7 @@ TEST_F(ModelWindows, OnlyWhatIsDirtyIsDrawnAnewAndTheExperimentLast) {
   EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(ModelWindows, AValueSetInOneModelDrawsTheCoupledOneAnew) {
+TEST_F(Redrawing, AValueSetInOneModelDrawsTheCoupledOneAnew) {
   tables.ExpParams = DefaultExpParams();
   SetCoupling(tables, Cell(first, 0, G), 1);
   SetCoupling(tables, Cell(second, 0, G), 1);
@@ -89,7 +89,7 @@ TEST_F(ModelWindows, AValueSetInOneModelDrawsTheCoupledOneAnew) {
   EXPECT_EQ(Cell(second, 0, G).value, 33);
 }
 
-TEST_F(ModelWindows, AClosedModelIsNotDrawn) {
+TEST_F(Redrawing, AClosedModelIsNotDrawn) {
   second.dirty = true;
   CloseModelRecord(second);
   second.dirty = true;
@@ -97,7 +97,7 @@ TEST_F(ModelWindows, AClosedModelIsNotDrawn) {
   EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(ModelWindows, WithoutListenersNothingIsTold) {
+TEST_F(Redrawing, WithoutListenersNothingIsTold) {
   first.dirty = tables.expParamsDirty = true;
   RedrawDirty({}, tables);
   EXPECT_FALSE(first.dirty);

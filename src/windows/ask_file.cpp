@@ -1,0 +1,18 @@
+#include "windows/ask_file.h"
+
+#include "core/text.h"
+
+namespace kalvex {
+
+std::optional<std::string> AskFile(const Platform& platform, std::string& folder, const FileQuestion& question) {
+  std::optional<std::string> file = platform.askFile(platform.self, question, folder);
+  if (!file || file->empty()) return std::nullopt;
+  folder = DirectoryOf(*file);
+  if (question.forSaving && FileNameOf(*file).find('.') == std::string_view::npos) {
+    *file += '.';
+    *file += question.defaultExtension;
+  }
+  return file;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,33 @@
+#include "windows/cell_editor.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+
+namespace kalvex {
+
+void OpenEditor(CellEditor& editor, double value) { editor = {true, TextG(value, 10), 0}; }
+
+void OpenEditorWith(CellEditor& editor, char digit) { editor = {true, std::string(1, digit), 1}; }
+
+void TypeIntoEditor(CellEditor& editor, std::string_view text, std::size_t caret) {
+  if (!editor.open) return;
+  editor.text = text;
+  editor.caret = std::min(caret, text.size());
+}
+
+bool MoveCaret(CellEditor& editor, bool right) {
+  if (editor.caret == (right ? editor.text.size() : 0)) return false;
+  right ? ++editor.caret : --editor.caret;
+  return true;
+}
+
+std::optional<double> TakeNumber(CellEditor& editor) {
+  // Whoever types the mark of a missing value means no number either.
+  double number = kMissing;
+  ParseReal(editor.text.data(), editor.text.data() + editor.text.size(), number);
+  editor = {};
+  return number == kMissing ? std::nullopt : std::optional(number);
+}
+
+}  // namespace kalvex

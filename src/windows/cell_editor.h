@@ -1,0 +1,21 @@
+// Typing into a parameter in its place, as the model window and that of the experimental parameters do.
+#pragma once
+
+#include <optional>
+
+#include "models/model.h"
+
+namespace kalvex {
+
+// Opens on a value, shown with ten digits, with the caret before it.
+void OpenEditor(CellEditor& editor, double value);
+// Opens with one digit in the place of the value, and the caret behind it.
+void OpenEditorWith(CellEditor& editor, char digit);
+// What the field holds after a person has typed into it.
+void TypeIntoEditor(CellEditor& editor, std::string_view text, std::size_t caret);
+// Moves the caret by one to the right or to the left. False, with nothing moved, at that end of the text.
+bool MoveCaret(CellEditor& editor, bool right);
+// Closes the editor and gives the number in it, nothing for a text that is none.
+std::optional<double> TakeNumber(CellEditor& editor);
+
+}  // namespace kalvex

@@ -1,0 +1,52 @@
+// The dataset manager: a row of controls for each of the first ten datasets. Its fields hold what a person types, so
+// they are filled from the datasets only where that is told.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "datasets/dataset.h"
+
+namespace kalvex {
+
+struct WindowDesk;
+
+inline constexpr int kManagerRows = 10;
+
+struct ManagerRow {
+  std::string button;  // what it does to the slot
+  std::string name;
+  int quantity = -1;  // entry of the list of short names; -1 for none
+  std::string cutMin, cutMax;
+  std::string points;
+  bool enabled = false;  // of all controls but the button
+};
+
+struct DatasetManager {
+  bool open = false;
+  int x = 0;
+  int y = 0;
+  bool wantsFront = false;  // a screen brings the window to the front, and clears this
+  std::array<ManagerRow, kManagerRows> rows;
+  bool unloadAll = false;  // that button answers
+};
+
+void OpenDatasetManager(DatasetManager& manager, const DatasetTable& datasets);
+void CloseDatasetManager(const WindowDesk& desk);
+
+// Fills all rows, if the window is open.
+void RefreshDatasetManager(DatasetManager& manager, const DatasetTable& datasets);
+// Fills the number of points of one slot, which may be any.
+void ShowActivePoints(DatasetManager& manager, const DatasetTable& datasets, int slot);
+
+// The button of a slot: opens the load dialog for a free one, unloads the other.
+void PressDatasetButton(const WindowDesk& desk, int slot);
+void PressUnloadAll(const WindowDesk& desk);
+// Curves and terms of the fit take the new Quantity when they are next rebuilt.
+void ChooseQuantity(const WindowDesk& desk, int slot, int quantity);
+// Every change of the text, with each character typed. What the field shows already is no change.
+void TypeCutMin(const WindowDesk& desk, int slot, std::string_view text);
+void TypeCutMax(const WindowDesk& desk, int slot, std::string_view text);
+
+}  // namespace kalvex

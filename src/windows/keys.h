@@ -1,0 +1,33 @@
+// The keys that the windows of parameters take while they are active.
+#pragma once
+
+namespace kalvex {
+
+enum class Key {
+  kEnter,
+  kUp,
+  kDown,
+  kLeft,
+  kRight,
+  kPageUp,
+  kPageDown,
+  kTab,
+  kEscape,
+  kF2,
+  kF3,
+  kF4,
+  kF5,
+  kF6,
+  kF7,
+  kF8,
+  kF9,
+  kF10,
+  kSpace,
+  kInsert,
+  kDelete,
+};
+
+// These three go to the editor while it is open; all others go to the window even then.
+constexpr bool BelongsToEditor(Key key) { return key == Key::kSpace || key == Key::kInsert || key == Key::kDelete; }
+
+}  // namespace kalvex

@@ -1,0 +1,67 @@
+// The main window: a menu and a toolbar, whose commands open the other windows and start what has no window.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "program/program.h"
+
+namespace kalvex {
+
+// The commands of the toolbar and of the menu, by their numbers.
+enum class MainCommand : int {
+  kNewModel = 1,
+  kNewGraph = 2,
+  kFitWindow = 3,
+  kParamControl = 4,
+  kExpParams = 5,
+  kDatasetManager = 6,
+  kAutoUpdate = 7,
+  kUpdateNow = 8,
+  kGraphReader = 9,
+  kFileNew = 100,
+  kFileOpen = 101,
+  kFileSave = 102,
+  kFileSaveAs = 103,
+  kFileClose = 104,
+  kExit = 105,
+  kMenuFit = 200,
+  kMenuModel = 201,
+  kMenuGraph = 202,
+  kMenuDatasetManager = 203,
+  kMenuExpParams = 204,
+  kRunMacro = 304,
+  kSaveParams = 401,
+  kLoadParams = 402,
+  kSaveParamsSpecial = 403,
+  kTestDerivatives = 404,
+  kManual = 500,
+  kAbout = 501,
+};
+
+// Whether a button or a menu entry answers, and whether it is shown as switched on.
+bool CommandAnswers(const Program& program, MainCommand command);
+bool CommandIsOn(const Program& program, MainCommand command);
+
+// A button of the toolbar or an entry of the menu. One that does not answer does nothing.
+void ChooseCommand(Program& program, MainCommand command);
+
+// Closing the main window ends the program, with nothing saved and nothing asked. A run of the fit ends first, after
+// the iteration that is in progress.
+void CloseMainWindow(Program& program);
+
+// The lines of the About box.
+std::array<std::string, 3> AboutLines(std::string_view version, std::string_view updated);
+void CloseAbout(Program& program);
+
+// A macro file chosen by the user, run at once. A macro that ends the program when it is named on the command line only
+// ends itself here. Gives the result of RunMacro, which has no further meaning, or -1 if the dialog was cancelled.
+int RunMacroDialog(Program& program);
+
+// The "Undo" button of the fit window: the values of the run before, in all windows.
+void PressFitUndo(Program& program);
+// The "START" button: a run with all windows following it, or, during a run, its stop.
+int PressFitStart(Program& program);
+
+}  // namespace kalvex

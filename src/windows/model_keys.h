@@ -1,0 +1,16 @@
+// The keys of a model's window. It has them only while it is the active one.
+#pragma once
+
+#include "models/model.h"
+#include "windows/keys.h"
+
+namespace kalvex {
+
+struct WindowDesk;
+
+// False if the window does not take the key, so that it goes to the editor, if that is open.
+bool PressModelKey(const WindowDesk& desk, Model& model, Key key);
+// A digit opens the editor, unless it is open.
+bool PressModelDigit(const WindowDesk& desk, Model& model, char digit);
+
+}  // namespace kalvex

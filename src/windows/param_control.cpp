@@ -1,0 +1,209 @@
+#include "windows/param_control.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "models/model_table.h"
+#include "models/model_type.h"
+#include "models/param_value.h"
+#include "windows/desk.h"
+#include "windows/redraw.h"
+#include "windows/window_texts.h"
+
+namespace kalvex {
+namespace {
+
+constexpr int kFieldDigits = 5;
+constexpr int kCouplingEntries = kMaxCouplingGroup + 1;  // one more than there are groups
+
+std::string FieldText(double value) { return TextG(value, kFieldDigits); }
+
+// The window that owned the selection takes its mark away. Nothing of what it shows has changed: the fit is not told.
+void DropMark(const WindowDesk& desk, ParamOwner owner) {
+  if (owner.kind == ParamOwner::Kind::kExpParams) {
+    desk.expParams.paramSelected = false;
+    RefreshExpParams(desk.notices, desk.params, true);
+  } else if (Model* const model = GetModelByNumber(desk.params, owner.number)) {
+    model->window.paramSelected = false;
+    RefreshModelWindow(desk.notices, *model, true);
+  }
+}
+
+void TellOwner(const WindowDesk& desk) {
+  const ParamOwner owner = desk.paramControl.owner;
+  if (owner.kind == ParamOwner::Kind::kExpParams) {
+    RefreshExpParams(desk.notices, desk.params);
+  } else if (Model* const model = GetModelByNumber(desk.params, owner.number)) {
+    RefreshModelWindow(desk.notices, *model);
+  }
+}
+
+// The parameter that the user may change now, null if there is none.
+ModelParam* ParamToEdit(const WindowDesk& desk) { return IsFrozen(desk) ? nullptr : SelectedParam(desk); }
+
+void AfterEdit(const WindowDesk& desk, const ModelParam& param) {
+  Propagate(desk.params, param);
+  TellOwner(desk);
+  RedrawDirty(desk.notices, desk.params);
+  SettleSlider(desk);
+}
+
+// The slider at an end where the value stands on a stored limit, whether or not the limit is in force.
+void CentreSlider(ParamControl& control, const ModelParam& param) {
+  control.dragging = false;
+  control.baseValue = param.value;
+  control.marksShown = param.value != param.min && param.value != param.max;
+  control.position = param.value == param.min   ? slider::kBottom
+                     : param.value == param.max ? slider::kTop
+                                                : slider::kCentre;
+}
+
+}  // namespace
+
+void OpenParamControl(const WindowDesk& desk) {
+  desk.paramControl.wantsFront = true;
+  if (desk.paramControl.open) return;
+  desk.paramControl.open = true;
+  desk.paramControl.position = slider::kCentre;
+  desk.paramControl.marksShown = true;
+  SettleSlider(desk);
+}
+
+void CloseParamControl(const WindowDesk& desk) {
+  if (!desk.paramControl.open) return;
+  desk.paramControl.open = false;
+  desk.paramControl.dragging = false;
+  DropMark(desk, desk.paramControl.owner);
+}
+
+bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& place) {
+  ParamControl& control = desk.paramControl;
+  if (control.owner != owner) DropMark(desk, control.owner);
+  control.owner = owner;
+  control.selected = place;
+  SettleSlider(desk);
+  return control.open;
+}
+
+bool DeselectParam(const WindowDesk& desk, ParamOwner owner) {
+  ParamControl& control = desk.paramControl;
+  if (control.owner == owner) {
+    control.owner = {};
+    control.selected.reset();
+  }
+  return control.open;
+}
+
+ModelParam* SelectedParam(const WindowDesk& desk) {
+  const ParamControl& control = desk.paramControl;
+  if (!control.selected) return nullptr;
+  const ParamPlace& place = *control.selected;
+  if (place.Where != ParamKind::kExp) {
+    const Model& model = desk.params.models[static_cast<std::size_t>(place.nm)];
+    if (model.number == 0 || OwnerOf(model) != control.owner) return nullptr;
+    if (place.Where == ParamKind::kRow && place.nl >= RowCount(model)) return nullptr;
+  }
+  return &ParamAt(desk.params, place);
+}
+
+ParamFields ParamFieldsOf(const WindowDesk& desk) {
+  const ModelParam* const param = SelectedParam(desk);
+  if (!param) return {texts::kNoParam, kBlack, {}, {}, {}};
+  const Model* const model = GetModelByNumber(desk.params, desk.paramControl.owner.number);
+  const bool special = model && TypeOf(desk.eval, *model);
+  ParamFields fields;
+  fields.header = special ? texts::kSpecialParam : std::string(NameOf(*param));
+  fields.headerColour = ColourOfParam(param->adjustable != 0);
+  fields.value = FieldText(param->value);
+  fields.min = FieldText(param->min);
+  fields.max = FieldText(param->max);
+  fields.useMin = param->useMin != 0;
+  fields.useMax = param->useMax != 0;
+  fields.adjustable = param->adjustable != 0;
+  fields.coupling = static_cast<int>(std::min<std::uint32_t>(param->coupling, kCouplingEntries));
+  fields.enabled = true;
+  return fields;
+}
+
+std::vector<std::string> CouplingChoices() {
+  std::vector<std::string> choices{""};
+  for (int group = 1; group <= kCouplingEntries; ++group)
+    choices.push_back(texts::kGroupLetter + std::to_string(group));
+  return choices;
+}
+
+void DragSlider(const WindowDesk& desk, int position) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param) return;
+  ParamControl& control = desk.paramControl;
+  // The value may have become another one since the slider was centred, by a fit or a macro.
+  if (!control.dragging) control.baseValue = param->value;
+  control.dragging = true;
+  control.position = std::clamp(position, slider::kTop, slider::kBottom);
+  SetValue(desk.params, *param,
+           slider::Map(slider::kBottom - control.position, control.baseValue, param->min, param->max));
+  TellOwner(desk);
+  RedrawDirty(desk.notices, desk.params);
+}
+
+void SettleSlider(const WindowDesk& desk) {
+  if (const ModelParam* const param = SelectedParam(desk)) CentreSlider(desk.paramControl, *param);
+}
+
+void CommitValue(const WindowDesk& desk, std::string_view text) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param || text == FieldText(param->value)) return;
+  SetValue(desk.params, *param, RealOf(text));
+  AfterEdit(desk, *param);
+}
+
+void CommitMin(const WindowDesk& desk, std::string_view text) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param || text == FieldText(param->min)) return;
+  const double limit = RealOf(text);
+  param->min = limit > param->max ? param->max : limit;
+  SetValue(desk.params, *param, param->value);
+  AfterEdit(desk, *param);
+}
+
+void CommitMax(const WindowDesk& desk, std::string_view text) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param || text == FieldText(param->max)) return;
+  const double limit = RealOf(text);
+  param->max = limit < param->min ? param->min : limit;
+  SetValue(desk.params, *param, param->value);
+  AfterEdit(desk, *param);
+}
+
+void CheckUseMin(const WindowDesk& desk, bool on) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param) return;
+  param->useMin = on ? 1 : 0;
+  SetValue(desk.params, *param, param->value);
+  AfterEdit(desk, *param);
+}
+
+void CheckUseMax(const WindowDesk& desk, bool on) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param) return;
+  param->useMax = on ? 1 : 0;
+  SetValue(desk.params, *param, param->value);
+  AfterEdit(desk, *param);
+}
+
+void CheckAdjustable(const WindowDesk& desk, bool on) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param) return;
+  param->adjustable = on ? 1 : 0;
+  AfterEdit(desk, *param);
+}
+
+void ChooseCoupling(const WindowDesk& desk, int entry) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param) return;
+  SetCoupling(desk.params, *param, entry);
+  TellOwner(desk);
+  SettleSlider(desk);
+}
+
+}  // namespace kalvex

@@ -1,0 +1,85 @@
+// The parameter control: one small window for the one parameter that is selected in a model window or in the window of
+// experimental parameters. It shows and edits all fields, and sweeps the value with a slider.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "models/param_place.h"
+#include "windows/colours.h"
+#include "windows/slider_map.h"
+
+namespace kalvex {
+
+struct WindowDesk;
+
+// The window that has selected a parameter: that of a model, by the model's number, or of the experimental parameters.
+struct ParamOwner {
+  enum class Kind { kNone, kModel, kExpParams };
+  Kind kind = Kind::kNone;
+  std::uint32_t number = 0;
+  friend bool operator==(const ParamOwner&, const ParamOwner&) = default;
+};
+inline ParamOwner OwnerOf(const Model& model) { return {ParamOwner::Kind::kModel, model.number}; }
+inline constexpr ParamOwner kExpParamsOwner = {ParamOwner::Kind::kExpParams, 0};
+
+struct ParamControl {
+  bool open = false;
+  bool wantsFront = false;  // a screen brings the window to the front, and clears this
+  int x = 400;
+  int y = 100;
+  int width = 190;
+  int height = 160;
+  ParamOwner owner;
+  std::optional<ParamPlace> selected;  // by place: rows may move, or go, behind this window's back
+  double baseValue = 0;                // the value around which the slider is centred
+  int position = slider::kCentre;
+  bool marksShown = true;  // the labels for 20 % below and above the centre
+  bool dragging = false;
+};
+
+void OpenParamControl(const WindowDesk& desk);
+// The window that had the selection drops its mark; the selection itself stays for the next opening.
+void CloseParamControl(const WindowDesk& desk);
+
+// Takes the parameter of a window; the window that had one before drops its mark. True if the parameter control is
+// open: otherwise the selection is only remembered.
+bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& place);
+// Lets the selection go, if it is this window's. True if the parameter control is open.
+bool DeselectParam(const WindowDesk& desk, ParamOwner owner);
+// The selected parameter; null if there is none, or no longer.
+ModelParam* SelectedParam(const WindowDesk& desk);
+
+// What the controls show. Without a parameter all but the header is empty and disabled, the slider too.
+struct ParamFields {
+  std::string header;
+  Colour headerColour;
+  std::string value, min, max;
+  bool useMin = false, useMax = false, adjustable = false;
+  int coupling = 0;  // entry of the list of groups
+  bool enabled = false;
+};
+ParamFields ParamFieldsOf(const WindowDesk& desk);
+// The list of coupling groups: an empty entry, then one more than there are groups; the last acts as no group.
+std::vector<std::string> CouplingChoices();
+
+// The thumb has been dragged to a position, 0 at the top to 80.
+void DragSlider(const WindowDesk& desk, int position);
+// The thumb is let go, or anything else was done to the slider: it is centred on the present value.
+void SettleSlider(const WindowDesk& desk);
+
+// A field loses the focus with this text in it. A text that is as the field showed it is no edit. A lower limit above
+// the upper one becomes the upper one, and the other way round.
+void CommitValue(const WindowDesk& desk, std::string_view text);
+void CommitMin(const WindowDesk& desk, std::string_view text);
+void CommitMax(const WindowDesk& desk, std::string_view text);
+
+void CheckUseMin(const WindowDesk& desk, bool on);
+void CheckUseMax(const WindowDesk& desk, bool on);
+void CheckAdjustable(const WindowDesk& desk, bool on);
+void ChooseCoupling(const WindowDesk& desk, int entry);
+
+}  // namespace kalvex

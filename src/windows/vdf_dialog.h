@@ -1,0 +1,30 @@
+// The dialog that makes the mesh of a variational dielectric function from datasets.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kalvex {
+
+struct Model;
+struct WindowDesk;
+
+struct VdfDialog {
+  bool open = false;
+  std::uint32_t model = 0;  // number of the model
+  std::vector<std::string> entries;
+  std::vector<std::uint32_t> datasets;     // ids of the entries behind the first, which is empty
+  std::array<std::size_t, 3> choice = {};  // in each drop-down list; 0 is the empty entry
+  std::array<bool, 3> every2nd = {};       // the check box beside it
+  bool kk = true, on = true, active = true;
+};
+
+// It starts alike each time: the first list on the first dataset, the others empty, all switches on.
+void OpenVdfDialog(const WindowDesk& desk, const Model& model);
+// "OK" makes the mesh. After either button the model's window is refreshed and the fit hears of the model.
+void AcceptVdfDialog(const WindowDesk& desk);
+void CancelVdfDialog(const WindowDesk& desk);
+
+}  // namespace kalvex
