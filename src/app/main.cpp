@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "app/window_layer.h"
 #include "macro/run_macro.h"
 #include "models/types/describe.h"
 #include "program/program.h"
@@ -13,10 +14,19 @@ namespace {
 
 enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2 };
 
-int RunOrCheck(const kalvex::CommandLine& line) {
+int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   const auto program = std::make_unique<kalvex::Program>(line.threads > 0 ? line.threads : kalvex::ProcessorsAtHand());
   program->macro.verbose = line.verbose;
   program->showProgress = line.progress || isatty(STDERR_FILENO) != 0;
+  if (!line.headless && !line.check) {
+    std::string fault;
+    if (const auto status = kalvex::RunInWindows(*program, line.macroFile, argc, argv, fault)) return *status;
+    if (!fault.empty()) std::fprintf(stderr, "kalvex: %s\n", fault.c_str());
+  }
+  if (line.macroFile.empty()) {
+    std::fputs("kalvex: no macro file is named, and there are no windows\n", stderr);
+    return kRan;
+  }
   const int result =
       line.check ? kalvex::CheckMacro(*program, line.macroFile) : kalvex::RunMacro(*program, line.macroFile);
   if (result >= 0) return kRan;
@@ -51,9 +61,5 @@ int main(int argc, char** argv) {
     std::fputs((type ? kalvex::PageOf(*type) : kalvex::IndexOfTypes()).c_str(), stdout);
     return kRan;
   }
-  if (line.macroFile.empty()) {
-    std::fputs("kalvex: no macro file is named, and there are no windows\n", stderr);
-    return kRan;
-  }
-  return RunOrCheck(line);
+  return RunOrCheck(line, argc, argv);
 }

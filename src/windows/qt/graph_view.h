@@ -1,0 +1,41 @@
+// The window of a graph: its picture, which follows by comparison, and its mouse and keys.
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+
+#include "graphs/graph.h"
+
+namespace kalvex {
+
+class Keeper;
+
+class GraphView : public QWidget {
+ public:
+  GraphView(Keeper& keeper, std::uint32_t number);
+
+  // Shows the graph as it is now.
+  void Refresh();
+  const QImage& picture() const { return picture_; }
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
+  void moveEvent(QMoveEvent*) override;
+  void closeEvent(QCloseEvent*) override;
+  void mouseDoubleClickEvent(QMouseEvent*) override;
+  void mouseMoveEvent(QMouseEvent*) override;
+  void leaveEvent(QEvent*) override;
+  void keyPressEvent(QKeyEvent*) override;
+  void changeEvent(QEvent*) override;
+
+ private:
+  Graph* graph() const;
+  void MakePicture(const Graph& of);
+
+  Keeper& keeper_;
+  std::uint32_t number_;
+  QImage picture_;
+};
+
+}  // namespace kalvex

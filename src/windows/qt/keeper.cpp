@@ -1,0 +1,47 @@
+#include "windows/qt/keeper.h"
+
+#include "graphs/graph_table.h"
+#include "windows/qt/graph_view.h"
+#include "windows/qt/main_view.h"
+
+namespace kalvex {
+
+Keeper::Keeper(Program& program) : program_(program), main_(std::make_unique<MainView>(*this)) {
+  sinceLast_.start();
+  Reconcile();
+}
+
+Keeper::~Keeper() = default;
+
+QWidget* Keeper::mainWidget() const { return main_.get(); }
+QWidget* Keeper::graphWidget(std::uint32_t number) const {
+  const auto found = graphs_.find(number);
+  return found == graphs_.end() ? nullptr : found->second.get();
+}
+
+void Keeper::ReconcileGraphs() {
+  std::erase_if(graphs_, [&](const auto& entry) { return !GetGraphByNumber(program_.graphs, entry.first); });
+  for (Graph& graph : program_.graphs.slots) {
+    if (graph.number == 0) continue;
+    auto& view = graphs_[graph.number];
+    if (!view) view = std::make_unique<GraphView>(*this, graph.number);
+    view->Refresh();
+  }
+}
+
+void Keeper::Reconcile() {
+  // Showing a widget may send it events, whose handlers come here again.
+  if (reconciling_) return;
+  reconciling_ = true;
+  main_->Refresh();
+  ReconcileGraphs();
+  reconciling_ = false;
+  sinceLast_.restart();
+}
+
+void Keeper::ReconcileNowAndThen() {
+  constexpr qint64 kPause = 15;  // ms, about a picture of the screen
+  if (sinceLast_.elapsed() >= kPause) Reconcile();
+}
+
+}  // namespace kalvex

@@ -1,0 +1,77 @@
+#include "windows/qt/main_view.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QToolBar>
+
+#include "windows/main_window.h"
+#include "windows/qt/icons.h"
+#include "windows/qt/keeper.h"
+#include "windows/window_texts.h"
+
+namespace kalvex {
+
+MainView::MainView(Keeper& keeper) : keeper_(keeper) {
+  std::map<std::string, QMenu*> menus;
+  for (const texts::MenuItemText& item : texts::kMenuItems) {
+    QMenu*& menu = menus[item.menu];
+    if (!menu) menu = menuBar()->addMenu(item.menu);
+    AddCommand(menu->addAction(item.item), item.command);
+  }
+  QToolBar* const bar = addToolBar(texts::kMainTitle);
+  bar->setMovable(false);
+  for (const texts::ToolButtonText& button : texts::kToolButtons) {
+    AddCommand(bar->addAction(ToolIcon(button.bitmap), button.tip), button.command);
+  }
+  const MainWindow& record = keeper_.program().mainWindow;
+  resize(record.width, record.height);
+  show();
+}
+
+void MainView::AddCommand(QAction* action, int command) {
+  actions_.emplace(command, action);
+  const auto of = static_cast<MainCommand>(command);
+  action->setCheckable(of == MainCommand::kAutoUpdate || of == MainCommand::kGraphReader);
+  QObject::connect(action, &QAction::triggered, this, [this, of] {
+    ChooseCommand(keeper_.program(), of);
+    keeper_.Reconcile();
+  });
+}
+
+QAction* MainView::actionOf(int command) const {
+  const auto found = actions_.find(command);
+  return found == actions_.end() ? nullptr : found->second;
+}
+
+void MainView::ShowAbout() {
+  const auto lines = AboutLines(KALVEX_VERSION, KALVEX_UPDATED);
+  QMessageBox::about(this, texts::kAboutTitle,
+                     QString::fromStdString(lines[0] + "<br>" + lines[1] + "<br>" + lines[2]));
+  CloseAbout(keeper_.program());
+  aboutShown_ = false;
+}
+
+void MainView::Refresh() {
+  const Program& program = keeper_.program();
+  setWindowTitle(QString::fromStdString(program.mainWindow.title));
+  for (const auto& [command, action] : actions_) {
+    action->setEnabled(CommandAnswers(program, static_cast<MainCommand>(command)));
+    if (action->isCheckable()) action->setChecked(CommandIsOn(program, static_cast<MainCommand>(command)));
+  }
+  if (program.mainWindow.about && !aboutShown_) {
+    aboutShown_ = true;  // once, from the event loop: the box has one of its own
+    QMetaObject::invokeMethod(
+        this, [this] { ShowAbout(); }, Qt::QueuedConnection);
+  }
+  if (program.mainWindow.quit) QApplication::quit();
+}
+
+void MainView::closeEvent(QCloseEvent* event) {
+  event->accept();
+  CloseMainWindow(keeper_.program());
+  keeper_.Reconcile();
+}
+
+}  // namespace kalvex

@@ -1,0 +1,122 @@
+#include "windows/qt/qt_platform.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QThread>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "windows/qt/keeper.h"
+#include "windows/suspend_dialog.h"
+#include "windows/window_texts.h"
+
+namespace kalvex {
+namespace {
+
+Keeper& KeeperOf(void* self) { return *static_cast<Keeper*>(self); }
+
+QString Text(std::string_view utf8) { return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())); }
+
+void ShowMessage(void* self, std::string_view title, std::string_view text) {
+  KeeperOf(self).Reconcile();
+  QMessageBox(QMessageBox::Warning, Text(title), Text(text), QMessageBox::Ok, KeeperOf(self).mainWidget()).exec();
+}
+
+void PumpEvents(void* self) {
+  KeeperOf(self).ReconcileNowAndThen();
+  QCoreApplication::processEvents();
+}
+
+// The windows stay alive while a macro waits.
+void Sleep(void* self, int milliseconds) {
+  KeeperOf(self).Reconcile();
+  QElapsedTimer timer;
+  timer.start();
+  while (timer.elapsed() < milliseconds && !KeeperOf(self).program().mainWindow.quit) {
+    const qint64 left = milliseconds - timer.elapsed();
+    QCoreApplication::processEvents(QEventLoop::AllEvents, static_cast<int>(left));
+    QThread::msleep(static_cast<unsigned long>(std::clamp<qint64>(left, 0, 10)));
+  }
+}
+
+SuspendAnswer AskSuspend(void* self) {
+  Keeper& keeper = KeeperOf(self);
+  keeper.Reconcile();
+  SuspendDialog& record = keeper.program().suspendDialog;
+  OpenSuspendDialog(record);
+  QDialog dialog(keeper.mainWidget());
+  dialog.setObjectName("suspend");
+  dialog.setWindowTitle(texts::kSuspendTitle);
+  auto* const layout = new QVBoxLayout(&dialog);
+  layout->addWidget(new QLabel(texts::kSuspendQuestion));
+  auto* const goOn = new QPushButton(texts::kSuspendContinue);
+  auto* const leave = new QPushButton(texts::kSuspendExit);
+  auto* const never = new QCheckBox(texts::kSuspendNever);
+  for (QWidget* const widget :
+       {static_cast<QWidget*>(goOn), static_cast<QWidget*>(leave), static_cast<QWidget*>(never)}) {
+    layout->addWidget(widget);
+  }
+  QObject::connect(goOn, &QPushButton::clicked, [&] {
+    record.neverAgain = never->isChecked();
+    PressContinue(record);
+  });
+  QObject::connect(leave, &QPushButton::clicked, [&] { PressExitMacro(record); });
+  // The cross of the window leaves the question open: nobody has answered.
+  if (record.placed) dialog.move(record.x, record.y);
+  dialog.show();
+  while (record.open && !keeper.program().mainWindow.quit) {
+    if (!dialog.isVisible()) PressContinue(record);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  PlaceSuspendDialog(record, dialog.x(), dialog.y());
+  return AnswerOf(record);
+}
+
+std::optional<std::string> AskForFile(void* self, const FileQuestion& question, const std::string& folder) {
+  QStringList filters;
+  for (const FileFilter& filter : question.filters) {
+    // Text of the row, then the pattern in both cases of letters.
+    const QString pattern = Text(filter.pattern);
+    QString words = Text(filter.text);
+    words.truncate(words.indexOf(" ("));
+    filters << words + " (" + (pattern == "*.*" ? QString("*") : pattern + ' ' + pattern.toUpper()) + ')';
+  }
+  QFileDialog dialog(KeeperOf(self).mainWidget(), question.title, QString::fromStdString(folder), filters.join(";;"));
+  dialog.setObjectName("file");
+  dialog.setAcceptMode(question.forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(question.forSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
+}
+
+std::string ProgramFolder(void*) {
+  return QFile::encodeName(QCoreApplication::applicationDirPath() + '/').toStdString();
+}
+
+void OpenDocument(void*, const std::string& path) {
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+}
+
+}  // namespace
+
+Platform QtPlatform(Keeper& keeper) {
+  Platform platform = keeper.program().platform;  // the clock stays
+  platform.self = &keeper;
+  platform.showMessage = ShowMessage;
+  platform.pumpEvents = PumpEvents;
+  platform.sleep = Sleep;
+  platform.askSuspend = AskSuspend;
+  platform.askFile = AskForFile;
+  platform.programFolder = ProgramFolder;
+  platform.openDocument = OpenDocument;
+  return platform;
+}
+
+}  // namespace kalvex
