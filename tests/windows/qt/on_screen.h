@@ -1,0 +1,54 @@
+// A program with real windows, driven by keys and mouse.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+
+#include "macro/run_macro.h"
+#include "graphs/graph_table.h"
+#include "models/model_table.h"
+#include "program/program.h"
+#include "support/scratch_folder.h"
+#include "windows/qt/keeper.h"
+#include "windows/qt/qt_platform.h"
+
+namespace kalvex {
+
+class OnScreen : public testing::Test {
+ protected:
+  OnScreen() : inside(folder.Name()), keeper(program) { program.platform = QtPlatform(keeper); }
+  ~OnScreen() override { program.platform = HeadlessPlatform(); }
+
+  // Runs a macro and lets the windows follow.
+  int Run(const std::string& text) {
+    folder.Write("m.kvs", text);
+    const int result = RunMacro(program, "m.kvs");
+    Settle();
+    return result;
+  }
+  void Settle() {
+    keeper.Reconcile();
+    QCoreApplication::processEvents();
+    keeper.Reconcile();
+  }
+  Graph& GraphNo(std::uint32_t number) { return *GetGraphByNumber(program.graphs, number); }
+  Model& ModelNo(std::uint32_t number) { return *GetModelByNumber(program.params, number); }
+  // A widget of a kind by its object name, anywhere on the screen; null if there is none that is visible.
+  template <class Widget>
+  static Widget* Find(const QString& name) {
+    for (QWidget* const widget : QApplication::allWidgets()) {
+      auto* const found = qobject_cast<Widget*>(widget);
+      if (found && found->objectName() == name && found->isVisible()) return found;
+    }
+    return nullptr;
+  }
+
+  ScratchFolder folder;
+  InFolder inside;
+  Program program;
+  Keeper keeper;
+};
+
+}  // namespace kalvex
