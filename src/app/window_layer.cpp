@@ -6,7 +6,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "windows/qt/layer.h"
+#include "app/window_entry.h"
 
 namespace kalvex {
 namespace {

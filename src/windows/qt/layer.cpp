@@ -1,4 +1,4 @@
-#include "windows/qt/layer.h"
+#include "app/window_entry.h"
 
 #include <xcb/xcb.h>
 
@@ -6,7 +6,6 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 #include "macro/run_macro.h"
 #include "windows/qt/keeper.h"
@@ -15,16 +14,16 @@
 namespace kalvex {
 namespace {
 
-// The toolkit ends the process where it finds no screen, so this looks before.
+// The toolkit ends the process where it finds no screen, so this looks before. Who names a kind of screen to the toolkit
+// knows that there is one.
 bool ScreenAnswers() {
-  if (std::getenv("QT_QPA_PLATFORM") || std::getenv("WAYLAND_DISPLAY")) return true;
+  const char* const kind = std::getenv("QT_QPA_PLATFORM");
+  if (kind && *kind) return true;
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
   const bool answers = xcb_connection_has_error(connection) == 0;
   xcb_disconnect(connection);
   return answers;
 }
-
-enum ExitStatus : int { kRan = 0, kCouldNotRun = 1 };
 
 int Run(Program& program, const char* macroFile) {
   Keeper keeper(program);
@@ -32,10 +31,10 @@ int Run(Program& program, const char* macroFile) {
   if (*macroFile) {
     const int result = RunMacro(program, macroFile);
     if (result < 0) std::fprintf(stderr, "%s\n", program.macro.fault.c_str());
-    if (result == 1) return kRan;
+    if (result == 1) return 0;
   }
   keeper.Reconcile();
-  return program.mainWindow.quit ? kRan : QCoreApplication::exec();
+  return program.mainWindow.quit ? 0 : QCoreApplication::exec();
 }
 
 }  // namespace
