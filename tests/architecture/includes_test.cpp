@@ -37,6 +37,7 @@ const std::vector<std::pair<std::string, int>> kFloors = {
     {"graphs/", 6},
     {"files/", 6},
     {"windows/qt/", 11},
+    {"manual/", 11},
     {"windows/main_window", 10},
     {"windows/", 7},
     {"macro/macro_state", 7},

@@ -1,0 +1,73 @@
+// Makes the manual: the pages of the documentation as one PDF.
+//   kalvex_manual manual.pdf page.md ...
+#include <QFile>
+#include <QGuiApplication>
+#include <QPageSize>
+#include <QPdfWriter>
+#include <QRegularExpression>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextTable>
+#include <cstdio>
+
+namespace {
+
+// A link to another page leads nowhere on paper: its text stays.
+QString WithoutLinksToFiles(QString markdown) {
+  static const QRegularExpression link(R"(\[([^\]]*)\]\((?!https?:)[^)]*\))");
+  return markdown.replace(link, "\\1");
+}
+
+// Each page of the documentation begins on a new sheet.
+void BreakBeforeTitles(QTextDocument& document) {
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    if (block.blockFormat().headingLevel() != 1 || block == document.begin()) continue;
+    QTextBlockFormat format = block.blockFormat();
+    format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+    QTextCursor(block).setBlockFormat(format);
+  }
+}
+
+void RuleTables(QTextFrame* frame) {
+  for (QTextFrame* const child : frame->childFrames()) {
+    if (auto* const table = qobject_cast<QTextTable*>(child)) {
+      QTextTableFormat format = table->format();
+      format.setBorderCollapse(true);
+      format.setBorder(0.5);
+      format.setBorderBrush(Qt::lightGray);
+      format.setCellPadding(3);
+      format.setCellSpacing(0);
+      format.setTopMargin(4);
+      format.setBottomMargin(8);
+      table->setFormat(format);
+    }
+    RuleTables(child);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QGuiApplication application(argc, argv);
+  if (argc < 3) return 2;
+  QString markdown;
+  for (int i = 2; i < argc; ++i) {
+    QFile page(argv[i]);
+    if (!page.open(QIODevice::ReadOnly)) {
+      std::fprintf(stderr, "%s cannot be read\n", argv[i]);
+      return 1;
+    }
+    markdown += WithoutLinksToFiles(QString::fromUtf8(page.readAll())) + "\n\n";
+  }
+  QTextDocument document;
+  document.setDefaultFont(QFont("serif", 10));
+  document.setMarkdown(markdown);
+  BreakBeforeTitles(document);
+  RuleTables(document.rootFrame());
+  QPdfWriter writer(argv[1]);
+  writer.setTitle("Kalvex");
+  writer.setPageSize(QPageSize(QPageSize::A4));
+  document.print(&writer);
+  return QFile::exists(argv[1]) ? 0 : 1;
+}
