@@ -5,8 +5,10 @@
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);  // the toolkit's own can be driven
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   std::setlocale(LC_NUMERIC, "C");
+  QLocale::setDefault(QLocale::c());
   return RUN_ALL_TESTS();
 }

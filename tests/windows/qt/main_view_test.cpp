@@ -1,0 +1,139 @@
+#include "windows/qt/main_view.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolBar>
+#include <functional>
+
+#include "windows/main_window.h"
+#include "windows/qt/on_screen.h"
+#include "windows/window_texts.h"
+
+namespace kalvex {
+namespace {
+
+class MainOnScreen : public OnScreen {
+ protected:
+  MainView& view() { return *dynamic_cast<MainView*>(keeper.mainWidget()); }
+  QAction& Action(MainCommand command) { return *view().actionOf(static_cast<int>(command)); }
+  void Choose(MainCommand command) {
+    Action(command).trigger();
+    Settle();
+  }
+  // Does something as soon as a dialog has an event loop of its own.
+  static void Meanwhile(std::function<void()> act) { QTimer::singleShot(50, qApp, std::move(act)); }
+};
+
+TEST_F(MainOnScreen, HasItsMenuAndToolbarInOrder) {
+  EXPECT_EQ(view().windowTitle(), "Kalvex");
+  QStringList menus, buttons;
+  for (const QAction* const action : view().menuBar()->actions()) menus << action->text();
+  EXPECT_EQ(menus, (QStringList{"File", "Window", "Macro", "Test", "&Help"}));
+  for (const QAction* const action : view().findChild<QToolBar*>()->actions()) {
+    buttons << action->toolTip();
+    EXPECT_FALSE(action->icon().isNull()) << action->toolTip().toStdString();
+  }
+  EXPECT_EQ(buttons, (QStringList{"New model", "New graph", "Dataset manager", "Experimental parameters", "Fit window",
+                                  "Parameter control", "Auto Screen Update", "Update Screen Now", "Graph reader"}));
+}
+
+TEST_F(MainOnScreen, ItsCommandsReachTheProgram) {
+  Choose(MainCommand::kMenuGraph);
+  EXPECT_NE(keeper.graphWidget(1), nullptr);
+  Choose(MainCommand::kNewModel);
+  EXPECT_EQ(CountModels(program.params), 1);
+  EXPECT_TRUE(program.paramControl.open);
+}
+
+TEST_F(MainOnScreen, UpdateNowAnswersWhileAutomaticUpdatesAreOff) {
+  EXPECT_TRUE(Action(MainCommand::kAutoUpdate).isChecked());
+  EXPECT_FALSE(Action(MainCommand::kUpdateNow).isEnabled());
+  Choose(MainCommand::kAutoUpdate);
+  EXPECT_FALSE(program.AutoScreenUpdate);
+  EXPECT_FALSE(Action(MainCommand::kAutoUpdate).isChecked());
+  EXPECT_TRUE(Action(MainCommand::kUpdateNow).isEnabled());
+  EXPECT_FALSE(Action(MainCommand::kFileOpen).isEnabled());
+}
+
+TEST_F(MainOnScreen, AMacroIsRunFromItsMenu) {
+  folder.Write("a.kvs", "NewModel();MainWindow(Title=\"at work\");Exit(QuitApp=1);NewModel();");
+  Meanwhile([&] {
+    auto* const dialog = Find<QFileDialog>("file");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->windowTitle(), "Run Macro");
+    auto* const name = dialog->findChild<QLineEdit*>("fileNameEdit");
+    name->setText(QDir::current().filePath("a.kvs"));
+    QTest::keyClick(name, Qt::Key_Return);
+  });
+  Choose(MainCommand::kRunMacro);
+  EXPECT_EQ(CountModels(program.params), 1);
+  EXPECT_EQ(view().windowTitle(), "Kalvex at work");
+  EXPECT_FALSE(program.mainWindow.quit);
+}
+
+TEST_F(MainOnScreen, SuspendWaitsForEitherAnswer) {
+  const auto press = [](const char* text, bool never) {
+    Meanwhile([=] {
+      auto* const dialog = Find<QDialog>("suspend");
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_EQ(dialog->windowTitle(), "Suspend");
+      if (never) dialog->findChild<QCheckBox*>()->setChecked(true);
+      for (QPushButton* const button : dialog->findChildren<QPushButton*>()) {
+        if (button->text() == text) button->click();
+      }
+    });
+  };
+  press(texts::kSuspendExit, true);  // the tick counts for the other button only
+  Run("Suspend();NewModel();");
+  EXPECT_EQ(CountModels(program.params), 0);
+  press(texts::kSuspendContinue, true);
+  Run("Suspend();NewModel();Suspend();NewModel();");
+  EXPECT_EQ(CountModels(program.params), 2);
+}
+
+TEST_F(MainOnScreen, MessagesAreBoxes) {
+  QString text;
+  Meanwhile([&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    text = box->text();
+    box->accept();
+  });
+  Run("LoadDataset(MasterFile=\"nothing.dat\");");
+  EXPECT_FALSE(text.isEmpty());
+}
+
+TEST_F(MainOnScreen, AboutNamesTheProgramAndItsVersion) {
+  QString text;
+  Meanwhile([&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    text = box->text();
+    box->accept();
+  });
+  Choose(MainCommand::kAbout);
+  QTest::qWait(100);
+  EXPECT_TRUE(text.startsWith("Kalvex - software to fit optical spectra"));
+  EXPECT_TRUE(text.contains("Version: "));
+  EXPECT_FALSE(program.mainWindow.about);
+}
+
+TEST_F(MainOnScreen, NumbersHaveAPointWhateverTheLocale) {
+  Run("NewGraph();GraphProperties(GraphNo=1,Xmin=0.25,Xmax=0.75);");
+  EXPECT_EQ(QString("%L1").arg(0.5), "0.5");
+  EXPECT_EQ(std::to_string(0.5).substr(0, 3), "0.5");
+}
+
+TEST_F(MainOnScreen, ClosedItEndsTheProgramAndAskedNothing) {
+  view().close();
+  EXPECT_TRUE(program.mainWindow.quit);
+}
+
+}  // namespace
+}  // namespace kalvex
