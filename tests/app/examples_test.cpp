@@ -3,12 +3,15 @@
 // with its standard errors; and published parameters of the material.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <numbers>
 
 #include "app/kalvex_run.h"
 #include "app/saved_model.h"
+#include "core/files.h"
+#include "core/text.h"
 #include "support/run_program.h"
 
 namespace kalvex {
@@ -42,6 +45,25 @@ class Example {
 
 void ExpectWithin(double value, double expected, double allowed, const char* what) {
   EXPECT_NEAR(value, expected, allowed) << what;
+}
+
+// The picture on top of the README is the one that the example draws.
+TEST(Examples, GalliumArsenideDrawsThePictureOfTheReadme) {
+  const Example example("gaas");
+  std::string shown;
+  ASSERT_TRUE(ReadWholeFile(ProjectFile("docs/pictures/gaas.svg"), shown));
+  const std::string drawn = example.folder.Read("gaas.svg");
+  const auto numbersIn = [](std::string svg) {
+    std::replace_if(
+        svg.begin(), svg.end(), [](char c) { return !IsAsciiDigit(c) && c != '.' && c != '-' && c != '\n'; }, ' ');
+    return NumbersOf(svg);
+  };
+  const Table was = numbersIn(shown), is = numbersIn(drawn);
+  ASSERT_EQ(is.size(), was.size());
+  for (std::size_t i = 0; i < is.size(); ++i) {
+    ASSERT_EQ(is[i].size(), was[i].size()) << "line " << i;
+    for (std::size_t k = 0; k < is[i].size(); ++k) EXPECT_NEAR(is[i][k], was[i][k], 0.02) << "line " << i;
+  }
 }
 
 TEST(Examples, GalliumArsenideHasItsPhonon) {
