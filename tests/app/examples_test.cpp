@@ -281,5 +281,28 @@ TEST(Examples, ACrystalsExtraordinaryModesAreFoundFromPsi) {
   EXPECT_NEAR(example.ChiSq("extraordinary.asc"), 1293, 5 * std::sqrt(2 * 1293.0));
 }
 
+// Of the sheet in the field: 0.34 eV, 1e6 m/s and 0.01 eV made the data.
+TEST(Examples, GrapheneInAFieldShowsItsFermiEnergyAndItsCyclotronMass) {
+  const Example example("graphene_field");
+  EXPECT_NEAR(example.ChiSq("graphene.asc"), 187, 5 * std::sqrt(2 * 187.0));
+  const auto v = example.Values("graphene.kvm");
+  const double mu = v[3], velocity = v[4], broadening = v[6];
+  ExpectWithin(mu, 0.34, 3 * 0.0018, "chemical potential");
+  ExpectWithin(velocity, 1e6, 3 * 2200, "velocity");
+  ExpectWithin(broadening, 0.01, 3 * 5.2e-5, "broadening");
+  constexpr double kElectronMass = 510998.95 / (299792458.0 * 299792458.0);  // eV s2/m2
+  ExpectWithin(mu / (velocity * velocity) / kElectronMass, 0.0598, 0.0003, "cyclotron mass");
+  // Electrons of a cone at kT << mu, Sommerfeld's expansion; cm-2.
+  const double kF = mu / (6.582119569e-16 * velocity) * 0.01, kT = 8.617333e-5 * 300;
+  const double expected = kF * kF / std::numbers::pi * (1 + std::pow(std::numbers::pi * kT / mu, 2) / 3);
+  ExpectWithin(NumbersOf(example.folder.Read("density.dat"))[0][1], expected, 0.01 * expected, "density");
+  // Full states block the light below 2 mu: e^2/4hbar above only.
+  for (const auto& line : NumbersOf(example.folder.Read("sigma_xx.dat"))) {
+    if (line[0] > 1000 && line[0] < 4000) {
+      EXPECT_LT(line[1], 0.3 * 1816.5) << line[0];
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kalvex
