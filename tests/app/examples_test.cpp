@@ -3,6 +3,7 @@
 // with its standard errors; and published parameters of the material.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <numbers>
@@ -39,6 +40,12 @@ class Example {
   ScratchFolder folder;
   ProgramRun run;
 };
+
+// Where a curve that the program wrote is lowest or highest.
+double MinimumOf(const ScratchFolder& folder, const std::string& file) {
+  const Table curve = NumbersOf(folder.Read(file));
+  return (*std::min_element(curve.begin(), curve.end(), [](auto& a, auto& b) { return a[1] < b[1]; }))[0];
+}
 
 void ExpectWithin(double value, double expected, double allowed, const char* what) {
   EXPECT_NEAR(value, expected, allowed) << what;
@@ -302,6 +309,25 @@ TEST(Examples, GrapheneInAFieldShowsItsFermiEnergyAndItsCyclotronMass) {
       EXPECT_LT(line[1], 0.3 * 1816.5) << line[0];
     }
   }
+}
+
+// Of the film: 2e16 electrons of 0.016 electron masses for each cm3 with a mobility of 4 m2/Vs, 8 um thick, at 0.5 T.
+TEST(Examples, FaradayRotationTellsDensityMassAndMobility) {
+  const Example example("faraday");
+  EXPECT_NEAR(example.ChiSq("sample.asc"), 288, 5 * std::sqrt(2 * 288.0));
+  const auto v = example.Values("electrons.kvm");
+  const double plasma = v[5], rate = v[6], cyclotron = v[7];
+  constexpr double kTwoPiC = 2 * std::numbers::pi * 2.99792458e10, kCharge = 1.602176634e-19;
+  constexpr double kElectronMass = 9.1093837e-31, kVacuum = 8.8541878128e-12;
+  const double mass = kCharge * 0.5 / (kTwoPiC * cyclotron);
+  ExpectWithin(mass / kElectronMass, 0.016, 3 * 0.00003, "mass");
+  ExpectWithin(kVacuum * mass * std::pow(kTwoPiC * plasma, 2) / (kCharge * kCharge) * 1e-6, 2e16, 0.01 * 2e16,
+               "density");
+  ExpectWithin(kCharge / (mass * kTwoPiC * rate), 4, 0.01 * 4, "mobility, m2/Vs");
+  ExpectWithin(example.Values("sample.kvm")[4], 8e-4, 3 * 3.2e-6, "thickness");
+  // Behind each edge lies a minimum; to first order in the field they are apart by the cyclotron frequency.
+  const double apart = MinimumOf(example.folder, "R_minus.dat") - MinimumOf(example.folder, "R_plus.dat");
+  ExpectWithin(apart, cyclotron, 0.05 * cyclotron, "distance of the edges");
 }
 
 }  // namespace
