@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <numbers>
+#include <sstream>
 
 #include "app/kalvex_run.h"
 #include "app/saved_model.h"
@@ -41,10 +42,26 @@ class Example {
   ProgramRun run;
 };
 
-// Where a curve that the program wrote is lowest or highest.
+// Where a curve is lowest or highest.
 double MinimumOf(const ScratchFolder& folder, const std::string& file) {
   const Table curve = NumbersOf(folder.Read(file));
   return (*std::min_element(curve.begin(), curve.end(), [](auto& a, auto& b) { return a[1] < b[1]; }))[0];
+}
+
+double MaximumBetween(const Table& curve, double from, double to) {
+  double at = from, highest = -1e300;
+  for (const auto& line : curve) {
+    if (line[0] < from || line[0] > to || line[1] <= highest) continue;
+    highest = line[1];
+    at = line[0];
+  }
+  return at;
+}
+
+std::string ShortNumber(double value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
 }
 
 void ExpectWithin(double value, double expected, double allowed, const char* what) {
@@ -328,6 +345,33 @@ TEST(Examples, FaradayRotationTellsDensityMassAndMobility) {
   // Behind each edge lies a minimum; to first order in the field they are apart by the cyclotron frequency.
   const double apart = MinimumOf(example.folder, "R_minus.dat") - MinimumOf(example.folder, "R_plus.dat");
   ExpectWithin(apart, cyclotron, 0.05 * cyclotron, "distance of the edges");
+}
+
+// Of the semimetal: nodes with 4e5 m/s.
+TEST(Examples, LandauLevelsOfAWeylSemimetalGrowAsTheRootOfTheField) {
+  const Example example("weyl");
+  // The scan: a parabola through three velocities.
+  const double step = 0.05e5;
+  const double below = example.ChiSq("v_3.95e5.asc"), middle = example.ChiSq("v_4e5.asc"),
+               above = example.ChiSq("v_4.05e5.asc");
+  EXPECT_NEAR(middle, 151, 5 * std::sqrt(2 * 151.0));
+  const double curvature = below + above - 2 * middle, error = step / std::sqrt(curvature / 2);
+  ExpectWithin(4e5 + 0.5 * step * (below - above) / curvature, 4e5, 5 * error, "velocity");
+  // The line 1 -> 2, whose maximum the broadening shifts up a little.
+  const double line = (1 + std::sqrt(2.0)) * 4e5 * std::sqrt(2 * 6.582119569e-16) * 8065.544;
+  for (const double field : {2.5, 5.0, 10.0, 20.0}) {
+    const Table curve = NumbersOf(example.folder.Read("sigma_" + ShortNumber(field) + "T.dat"));
+    const double expected = line * std::sqrt(field);
+    ExpectWithin(MaximumBetween(curve, 0.9 * expected, 1.1 * expected), 1.013 * expected, 0.007 * expected, "line");
+  }
+  // One level passes through the node with the velocity, those beside it are even.
+  const Table chiral = NumbersOf(example.folder.Read("level_40.dat")),
+              next = NumbersOf(example.folder.Read("level_41.dat"));
+  ASSERT_GT(next.size(), 75u);  // the middle of the path, k = 0, is line 50
+  const double slope = (chiral.back()[1] - chiral.front()[1]) / (chiral.back()[0] - chiral.front()[0]);
+  ExpectWithin(std::fabs(slope), 6.582119569e-16 * 4e5 * 1e9, 1e-4, "slope, eV nm");
+  EXPECT_TRUE(CloseTo(next[25][1], next[75][1], kSixDigits));
+  ExpectWithin(next[50][1], line * std::sqrt(20.0) / 8065.544 / (1 + std::sqrt(2.0)), 1e-4, "first level");
 }
 
 }  // namespace
