@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <filesystem>
 #include <numbers>
 #include <sstream>
@@ -372,6 +373,55 @@ TEST(Examples, LandauLevelsOfAWeylSemimetalGrowAsTheRootOfTheField) {
   ExpectWithin(std::fabs(slope), 6.582119569e-16 * 4e5 * 1e9, 1e-4, "slope, eV nm");
   EXPECT_TRUE(CloseTo(next[25][1], next[75][1], kSixDigits));
   ExpectWithin(next[50][1], line * std::sqrt(20.0) / 8065.544 / (1 + std::sqrt(2.0)), 1e-4, "first level");
+}
+
+// The harmonic of a point dipole over a surface, tapping with the amplitude of its lowest height.
+std::complex<double> ScatteredHarmonic(std::complex<double> eps, int harmonic, double height) {
+  constexpr int kPhases = 4096;
+  const std::complex<double> image = (eps - 1.0) / (eps + 1.0);
+  std::complex<double> sum;
+  for (int i = 0; i < kPhases; ++i) {
+    const double phase = 2 * std::numbers::pi * i / kPhases, h = height * (2 - std::cos(phase));
+    sum += std::polar(1.0, harmonic * phase) / (1.0 - image / (4 * h * h * h));
+  }
+  return sum;
+}
+
+TEST(Examples, SiliconCarbideResonatesWithTheTipBelowItsSurfacePhonon) {
+  const Example example("near_field");
+  const auto siliconCarbide = [](double x) {
+    const std::complex<double> loss(0, 5 * x);
+    return 6.56 * (970.0 * 970.0 - x * x - loss) / (797.0 * 797.0 - x * x - loss);
+  };
+  // The free electrons of the gold example.
+  const auto gold = [](double x) { return 1.0 - 68920.0 * 68920.0 / (x * std::complex<double>(x, 341)); };
+  const double surfacePhonon = 948.9;
+  double before = 0;
+  for (const char* const height : {"1.02", "1.2", "1.5"}) {
+    for (const char* const harmonic : {"2", "3"}) {
+      const std::string which = std::string(harmonic) + '_' + height + ".dat";
+      const Table contrast = NumbersOf(example.folder.Read("contrast_" + which)),
+                  phase = NumbersOf(example.folder.Read("phase_" + which));
+      ASSERT_EQ(contrast.size(), phase.size());
+      ASSERT_GT(contrast.size(), 490u);
+      for (std::size_t i = 0; i < contrast.size(); i += 10) {
+        const double x = contrast[i][0], z0 = std::stod(height);
+        const int n = std::stoi(harmonic);
+        const auto expected = ScatteredHarmonic(siliconCarbide(x), n, z0) / ScatteredHarmonic(gold(x), n, z0);
+        EXPECT_NEAR(contrast[i][1], std::abs(expected), 0.001 * std::abs(expected)) << which << ' ' << x;
+        EXPECT_NEAR(std::cos(phase[i][1] - std::arg(expected)), 1, 1e-5) << which << ' ' << x;
+      }
+    }
+    const Table contrast = NumbersOf(example.folder.Read(std::string("contrast_2_") + height + ".dat"));
+    const double peak = MaximumBetween(contrast, 800, 1050);
+    EXPECT_GT(peak, before);  // it rises with the tip, and stays below
+    EXPECT_LT(peak, surfacePhonon);
+    before = peak;
+  }
+  const Table close = NumbersOf(example.folder.Read("contrast_2_1.02.dat"));
+  // R. Hillenbrand, T. Taubner, F. Keilmann, Nature 418, 159 (2002): near 930
+  ExpectWithin(MaximumBetween(close, 800, 1050), 930, 0.012 * 930, "published resonance");
+  ExpectWithin(MinimumOf(example.folder, "contrast_2_1.02.dat"), 997.9, 0.5, "eps = 1");
 }
 
 }  // namespace
