@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 #include <filesystem>
@@ -422,6 +423,55 @@ TEST(Examples, SiliconCarbideResonatesWithTheTipBelowItsSurfacePhonon) {
   // R. Hillenbrand, T. Taubner, F. Keilmann, Nature 418, 159 (2002): near 930
   ExpectWithin(MaximumBetween(close, 800, 1050), 930, 0.012 * 930, "published resonance");
   ExpectWithin(MinimumOf(example.folder, "contrast_2_1.02.dat"), 997.9, 0.5, "eps = 1");
+}
+
+// Eigenvalues of the real matrix ((a, b), (b, d)), the lower first.
+std::array<double, 2> LevelsOfTwo(double a, double b, double d) {
+  const double middle = 0.5 * (a + d), half = std::hypot(0.5 * (a - d), b);
+  return {middle - half, middle + half};
+}
+
+double MeanBetween(const Table& curve, double from, double to) {
+  double sum = 0, count = 0;
+  for (const auto& line : curve) {
+    if (line[0] < from || line[0] > to) continue;
+    sum += line[1];
+    ++count;
+  }
+  return sum / count;
+}
+
+TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
+  const Example example("bands");
+  const auto curve = [&](const char* name) { return NumbersOf(example.folder.Read(name)); };
+  // At Gamma the states are even and odd under the exchange of the layers; hoppings -3, 0.4, -0.3, 0.15, site 0.018.
+  const auto even = LevelsOfTwo(0.018 + 0.4, 3 * (-3 + 0.15), 3 * -0.3),
+             odd = LevelsOfTwo(0.018 - 0.4, 3 * (-3 - 0.15), 3 * 0.3);
+  const double expected[] = {odd[0], even[0], even[1], odd[1]};
+  for (int band = 1; band <= 4; ++band) {
+    const Table path = curve(("flat_band" + std::to_string(band) + ".dat").c_str());
+    EXPECT_NEAR(path[0][1], expected[band - 1], 1e-4) << band;
+  }
+  const auto gapOf = [&](const std::string& state) {
+    const Table below = curve((state + "_K2.dat").c_str()), above = curve((state + "_K3.dat").c_str());
+    double gap = 1e300;
+    for (std::size_t i = 0; i < below.size(); ++i) gap = std::fmin(gap, above[i][1] - below[i][1]);
+    return gap;
+  };
+  EXPECT_LT(gapOf("flat"), 0.001);
+  // Without the hoppings aslant; these narrow it by a few hundredths of the voltage.
+  const double gap = gapOf("biased"), simple = 0.2 * 0.4 / std::hypot(0.2, 0.4);
+  EXPECT_LT(gap, simple);
+  EXPECT_GT(gap, simple - 0.02);
+  // One corner of the zone: half of two layers' e^2/4hbar, spread over 6.7 A.
+  const Table flat = curve("flat_sigma.dat"), biased = curve("biased_sigma.dat"), doped = curve("doped_sigma.dat");
+  ExpectWithin(MeanBetween(flat, 0.9, 1.2), 908, 0.02 * 908, "universal conductivity");
+  EXPECT_EQ(MeanBetween(biased, 0, 0.15), 0);
+  ExpectWithin(MaximumBetween(biased, 0, 1.2), gap, 0.03, "the largest bin is behind the gap");
+  ExpectWithin(MaximumBetween(doped, 0, 1.2), 0.4, 0.02, "from band 3 to band 4");
+  EXPECT_GT(MeanBetween(curve("doped_upper.dat"), 0.38, 0.42), 0.7 * MeanBetween(doped, 0.38, 0.42));
+  const std::string hops = example.folder.Read("Hops.dat");
+  EXPECT_EQ(std::count(hops.begin(), hops.end(), '\n'), 32);
 }
 
 }  // namespace
