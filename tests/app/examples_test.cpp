@@ -474,5 +474,23 @@ TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
   EXPECT_EQ(std::count(hops.begin(), hops.end(), '\n'), 32);
 }
 
+// Of the gated state: 0.18 eV, 0.15 eV; of both: 0.4 eV, 0.025 eV.
+TEST(Examples, AGatedBilayerTellsItsFermiEnergyAndItsVoltage) {
+  const Example example("bilayer_gate");
+  EXPECT_NEAR(example.ChiSq("gated.asc"), 67, 5 * std::sqrt(2 * 67.0));
+  const auto v = example.Values("gated.kvm");
+  ExpectWithin(v[2], 0.4, 3 * 0.00023, "hopping between the layers");
+  ExpectWithin(v[6], 0.15, 3 * 0.00135, "voltage");
+  ExpectWithin(v[7], 0.18, 3 * 0.00054, "chemical potential");
+  ExpectWithin(v[11], 0.025, 3 * 0.00017, "broadening");
+  const Table gated = NumbersOf(example.folder.Read("sigma_gated.dat")),
+              neutral = NumbersOf(example.folder.Read("sigma_neutral.dat"));
+  ExpectWithin(MaximumBetween(gated, 1500, 5000), 0.4 * 8065.544, 0.05 * 3226, "peak near the hopping");
+  // Blocked below 2 mu, where the neutral state has e^2/4hbar in each layer; the free carriers are at the left.
+  EXPECT_LT(MeanBetween(gated, 1500, 2000), 0.3 * MeanBetween(neutral, 1500, 2000));
+  ExpectWithin(MeanBetween(neutral, 1000, 2000), 1816.5, 0.2 * 1816.5, "neutral, before the step");
+  EXPECT_GT(gated[0][1], 3 * neutral[0][1]);
+}
+
 }  // namespace
 }  // namespace kalvex
