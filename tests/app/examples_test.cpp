@@ -492,5 +492,27 @@ TEST(Examples, AGatedBilayerTellsItsFermiEnergyAndItsVoltage) {
   EXPECT_GT(gated[0][1], 3 * neutral[0][1]);
 }
 
+// Of the spectrum: -130.5 meV, 12 meV, 0.1.
+TEST(Examples, ATunnellingSpectrumTellsWhereItsSaddlePointIs) {
+  const Example example("tunnelling");
+  EXPECT_NEAR(example.ChiSq("spectrum.asc"), 98, 5 * std::sqrt(2 * 98.0));
+  const auto v = example.Values("spectrum.kvm");
+  ExpectWithin(v[12], -130.5, 3 * 0.32, "chemical potential");
+  ExpectWithin(v[16], 12, 3 * 0.23, "broadening");
+  ExpectWithin(v[17], 0.1, 3 * 0.0064, "its linear part");
+  // The saddle point: highest on the way from (0, 0) to (1/2, 0), lowest on the way on to (1/2, 1/2). Its published
+  // energy is 34 meV below the Fermi energy.
+  const Table band = NumbersOf(example.folder.Read("band.dat"));
+  ASSERT_GT(band.size(), 200u);
+  EXPECT_NEAR(band[100][0], 0.5, 1e-6);
+  ExpectWithin(band[100][1], -34, 3 * 0.32, "saddle point");
+  for (std::size_t i = 0; i < 100; ++i) EXPECT_LE(band[i][1], band[100][1]) << band[i][0];
+  for (std::size_t i = 101; i < 200; ++i) EXPECT_GE(band[i][1], band[100][1]) << band[i][0];
+  // States far from the Fermi energy are broader, and push the maximum up.
+  const double maximum = MaximumBetween(NumbersOf(example.folder.Read("model_stm.dat")), -200, 200);
+  EXPECT_GT(maximum, band[100][1]);
+  EXPECT_LT(maximum, 0);
+}
+
 }  // namespace
 }  // namespace kalvex
