@@ -514,5 +514,28 @@ TEST(Examples, ATunnellingSpectrumTellsWhereItsSaddlePointIs) {
   EXPECT_LT(maximum, 0);
 }
 
+TEST(Examples, PlasmonsOfRibbonsRiseAsTheirWidthsRootFalls) {
+  const Example example("ribbons");
+  const auto plasmon = [&](const std::string& name) { return example.Values(name + ".kvm")[1]; };
+  const double widths[] = {4, 2, 1, 0.5, 0.25};
+  for (const double width : widths) {
+    const double at = plasmon(ShortNumber(width) + "um");
+    ExpectWithin(at * std::sqrt(width), plasmon("1um"), 0.002 * at * std::sqrt(width), "1/sqrt(W)");
+    ExpectWithin(MinimumOf(example.folder, "T_" + ShortNumber(width) + "um.dat"), at, 1, "the transmission's minimum");
+  }
+  // s = i a/x of free electrons, a = 4 alpha mu; a wave vector q has x^2 = a q/(4 pi e), e the mean of both sides.
+  const double a = 4 * 7.2973526e-3 * 0.2 * 8065.544, e = 0.5 * (1 + 3.9);
+  const auto wavesInAWidth = [&](const std::string& name) {
+    return std::pow(plasmon(name), 2) * 4 * std::numbers::pi * e / a * 1e-4;
+  };
+  // A single strip: lowest eigenvalue of its integral equation, solved by 200 to 800 elements and extrapolated.
+  ExpectWithin(wavesInAWidth("far"), 2.3156, 0.005 * 2.3156, "single strip");
+  EXPECT_LT(wavesInAWidth("near"), wavesInAWidth("1um"));
+  EXPECT_LT(wavesInAWidth("1um"), wavesInAWidth("far"));
+  // Equivalent circuit of ribbons and gaps of the same width: L. B. Whitbourn, R. C. Compton, Appl. Opt. 24, 217 (1985)
+  const double circuit = 0.5 * std::numbers::pi / std::log(std::sqrt(2.0));
+  ExpectWithin(wavesInAWidth("1um"), 0.5 * circuit, 0.1 * 0.5 * circuit, "circuit");
+}
+
 }  // namespace
 }  // namespace kalvex
