@@ -173,7 +173,7 @@ constexpr RowCell kTipCells[] = {
     Setting(1, G, "points of the cycle in the sum over momenta, 0 for those of row 5", 0),
     Own(2, Wo, "radius a of the tip, cm", 3e-6),
     Own(2, Wp, "lowest height z0 of the dipole, of a", 1.2),
-    Own(2, G, "amplitude A of the motion, of z0", 1),
+    Own(2, G, "amplitude A of the motion, of z0: up to (1 + 2A) z0", 1),
     Setting(3, Wo, "momenta from, over the height", 0),
     Setting(3, Wp, "momenta to, over the height", 12),
     Setting(3, G, "number of momenta", 60),
@@ -296,7 +296,7 @@ struct DipoleOnReflection {
                                       Setting(0, G, "harmonic n", 2),
                                       Own(2, Wo, "radius a of the tip, cm", 3e-6),
                                       Own(2, Wp, "lowest height z0 of the dipole, of a", 1.2),
-                                      Own(2, G, "amplitude A of the motion, of z0", 1),
+                                      Own(2, G, "amplitude A of the motion, of z0: up to (1 + 2A) z0", 1),
                                       Own(4, Wp, "angle of incidence, degrees", 60),
                                       Setting(4, G, "points of the cycle", 24)};
   static constexpr RowMap kMap = {.rows = AtLeast(5), .head = kHead, .group = {}, .groupStart = 0, .groupRows = 1};
