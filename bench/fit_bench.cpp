@@ -55,7 +55,7 @@ void MakeProblem(kalvex::Program& program) {
 }
 
 void FitOf76Parameters(benchmark::State& state) {
-  kalvex::Program program;
+  kalvex::Program program(static_cast<int>(state.range(1)));
   MakeProblem(program);
   kalvex::FitOptions& options = program.fit.options;
   options.StopOnIterations = true;
@@ -70,13 +70,17 @@ void FitOf76Parameters(benchmark::State& state) {
   state.counters["ChiSq"] = program.fit.TotalChiSq;
   state.counters["iterations"] = program.fit.IterationCount;
 }
-BENCHMARK(FitOf76Parameters)->Arg(5)->Arg(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(FitOf76Parameters)
+    ->ArgNames({"iterations", "threads"})
+    ->ArgsProduct({{5, 20}, {1, 2}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 void ChiSqOf5000Points(benchmark::State& state) {
-  kalvex::Program program;
+  kalvex::Program program(static_cast<int>(state.range(0)));
   MakeProblem(program);
   for (auto _ : state) kalvex::ComputeChiSq(program.fit, program.eval);
 }
-BENCHMARK(ChiSqOf5000Points)->Unit(benchmark::kMillisecond);
+BENCHMARK(ChiSqOf5000Points)->ArgName("threads")->Arg(1)->Arg(2)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace

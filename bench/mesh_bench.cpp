@@ -31,7 +31,8 @@ struct Problem {
   kalvex::Program program;
   kalvex::Model& model;
 
-  Problem(int meshPoints, bool kk, bool twoQuantities) : model(*kalvex::CreateModel(program.params)) {
+  Problem(int meshPoints, bool kk, bool twoQuantities, int threads)
+      : program(threads), model(*kalvex::CreateModel(program.params)) {
     kalvex::InsertRow(&model, 1);
     kalvex::InsertRow(&model, 2);
     SetRow(model, 0, 300, 500, 30);
@@ -92,40 +93,49 @@ void RunFits(benchmark::State& state, Problem& problem) {
       benchmark::Counter(iterations, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
+// So many points, with one thread and with two.
+void OnThreads(benchmark::internal::Benchmark* benchmark, std::vector<std::int64_t> points) {
+  benchmark->ArgNames({"points", "threads"})->ArgsProduct({points, {1, 2}});
+  benchmark->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+void FreeSizes(benchmark::internal::Benchmark* benchmark) { OnThreads(benchmark, {500, 2000}); }
+void FullSizes(benchmark::internal::Benchmark* benchmark) { OnThreads(benchmark, {300, 1000, 2500}); }
+
 void ConstrainedMesh(benchmark::State& state) {
-  Problem problem(static_cast<int>(state.range(0)), true, false);
+  Problem problem(static_cast<int>(state.range(0)), true, false, static_cast<int>(state.range(1)));
   RunFits(state, problem);
 }
-BENCHMARK(ConstrainedMesh)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+BENCHMARK(ConstrainedMesh)->Apply(FullSizes);
 
 void FreeMesh(benchmark::State& state) {
-  Problem problem(static_cast<int>(state.range(0)), false, true);
+  Problem problem(static_cast<int>(state.range(0)), false, true, static_cast<int>(state.range(1)));
   RunFits(state, problem);
 }
-BENCHMARK(FreeMesh)->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
+BENCHMARK(FreeMesh)->Apply(FreeSizes);
 
 // The shares of an iteration: evaluation with kernels at hand and alpha together, and the solution alone.
 void ConstrainedMeshAlpha(benchmark::State& state) {
-  Problem problem(static_cast<int>(state.range(0)), true, false);
+  Problem problem(static_cast<int>(state.range(0)), true, false, static_cast<int>(state.range(1)));
   kalvex::FitState& fit = problem.program.fit;
   for (const kalvex::FitParam& param : fit.params) kalvex::FitSetCoord(*param.cell);
   kalvex::NormalEquations equations(static_cast<std::size_t>(fit.NumFreeParams));
   for (auto _ : state) kalvex::AccumulateNormalEquations(fit, problem.program.eval, equations);
 }
-BENCHMARK(ConstrainedMeshAlpha)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+BENCHMARK(ConstrainedMeshAlpha)->Apply(FullSizes);
 
 void ConstrainedMeshEvaluation(benchmark::State& state) {
-  Problem problem(static_cast<int>(state.range(0)), true, false);
+  Problem problem(static_cast<int>(state.range(0)), true, false, static_cast<int>(state.range(1)));
   for (auto _ : state) kalvex::ComputeChiSq(problem.program.fit, problem.program.eval);
 }
-BENCHMARK(ConstrainedMeshEvaluation)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+BENCHMARK(ConstrainedMeshEvaluation)->Apply(FullSizes);
 
 void FullSolution(benchmark::State& state) {
   const auto n = static_cast<std::size_t>(state.range(0));
   std::vector<double> data(n * n, 1.0), inverse(n), b(n, 1.0), x(n);
   for (std::size_t i = 0; i < n; ++i) data[i * n + i] = 2.0 * static_cast<double>(n);
-  for (auto _ : state) kalvex::SolveBanded({data.data(), n}, inverse, b, x, true);
+  kalvex::ThreadPool pool(static_cast<int>(state.range(1)));
+  for (auto _ : state) kalvex::SolveBanded({data.data(), n}, inverse, b, x, true, &pool);
 }
-BENCHMARK(FullSolution)->Arg(300)->Arg(1000)->Arg(2500)->Unit(benchmark::kMillisecond);
+BENCHMARK(FullSolution)->Apply(FullSizes);
 
 }  // namespace

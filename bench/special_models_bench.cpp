@@ -47,7 +47,7 @@ void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& m
 
 // Five layers of three materials; the second and the fourth thickness spread when asked for.
 void StackOfFiveLayers(benchmark::State& state) {
-  Program program;
+  Program program(static_cast<int>(state.range(1)));
   const double spread = state.range(0) ? 0.05 : 0;
   NewModel(program, 2.2, {{1000, 300, 40}, {450, 200, 30}});
   NewModel(program, 4, {{600, 400, 30}, {300, 150, 20}});
@@ -58,7 +58,11 @@ void StackOfFiveLayers(benchmark::State& state) {
       state, program, stack, 50, 4000, 4000,
       static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kTrans)));
 }
-BENCHMARK(StackOfFiveLayers)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(StackOfFiveLayers)
+    ->ArgNames({"spread", "threads"})
+    ->ArgsProduct({{0, 1}, {1, 2}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 // One iteration's worth of a fit in the time domain: the trace of 4096 points with its derivatives.
 void PulseOf4096Points(benchmark::State& state) {

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "app/command_line.h"
 #include "macro/run_macro.h"
@@ -15,9 +14,7 @@ namespace {
 enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2 };
 
 int RunOrCheck(const kalvex::CommandLine& line) {
-  const auto program = std::make_unique<kalvex::Program>();
-  const unsigned processors = std::thread::hardware_concurrency();
-  kalvex::UseThreads(*program, line.threads > 0 ? line.threads : static_cast<int>(processors));
+  const auto program = std::make_unique<kalvex::Program>(line.threads > 0 ? line.threads : kalvex::ProcessorsAtHand());
   program->macro.verbose = line.verbose;
   program->showProgress = line.progress || isatty(STDERR_FILENO) != 0;
   const int result =

@@ -48,41 +48,54 @@ void AppendLine(std::string& text, std::initializer_list<double> numbers) {
   text += '\n';
 }
 
-std::string ValuesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+// Lines of text, and the last status other than 0 of an evaluation.
+struct Lines {
   std::string text;
+  int status = 0;
+};
+
+Lines ValuesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+  Lines lines;
   const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
-  EvalSpectrum(ctx, model, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
-    for (std::size_t i = 0; i < block.count; ++i) AppendLine(text, {x[block.first + i], block.Value(quantity, i)});
+  lines.status = EvalSpectrum(ctx, model, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
+    for (std::size_t i = 0; i < block.count; ++i)
+      AppendLine(lines.text, {x[block.first + i], block.Value(quantity, i)});
   });
-  return text;
+  return lines;
 }
 
-std::string SlopesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
-  std::string text;
+Lines SlopesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+  Lines lines;
   WantOnly(ctx.quantities, SetOf(quantity));
   for (const double w : x) {
-    EvalModel(ctx, model, w, true);
+    if (const int failed = EvalModel(ctx, model, w, true)) lines.status = failed;
     const Quantity& of = ctx.quantities[static_cast<std::size_t>(quantity)];
-    AppendLine(text, {w, of.value, of.dRe, of.dIm});
+    AppendLine(lines.text, {w, of.value, of.dRe, of.dIm});
   }
-  return text;
+  return lines;
 }
 
-void WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFileWriter& file) {
+// Gives the last status other than 0 of an evaluation.
+int WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFileWriter& file) {
   std::vector<double> x;
   if (what.onMesh) {
-    if (!model.vdf.On) return;
+    if (!model.vdf.On) return 0;
     for (const VdfMeshPoint& point : model.vdf.mesh) x.push_back(point.x);
-    file.Write(ValuesAt(ctx, model, *what.quantity, x));
-    return;
+    const Lines lines = ValuesAt(ctx, model, *what.quantity, x);
+    file.Write(lines.text);
+    return lines.status;
   }
-  if (what.grid != 1 && what.grid != 2) return;
+  if (what.grid != 1 && what.grid != 2) return 0;
   const bool slopes = what.derivatives && what.grid == 2;
+  int status = 0;
   for (GridWalk walk(what); walk.HasPoint();) {
     x.clear();
     while (x.size() < kChunk && walk.HasPoint()) x.push_back(walk.Take());
-    file.Write(slopes ? SlopesAt(ctx, model, *what.quantity, x) : ValuesAt(ctx, model, *what.quantity, x));
+    const Lines lines = slopes ? SlopesAt(ctx, model, *what.quantity, x) : ValuesAt(ctx, model, *what.quantity, x);
+    file.Write(lines.text);
+    if (lines.status != 0) status = lines.status;
   }
+  return status;
 }
 
 }  // namespace
@@ -90,8 +103,9 @@ void WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFi
 int ExportModelCurve(EvalContext& ctx, Model* model, const CurveExport& what, const std::string& path) {
   WholeFileWriter file(path);
   if (!file.IsOpen()) return -1;
-  if (model && what.quantity) WriteCurve(ctx, *model, what, file);
-  return file.Commit() ? 0 : -1;
+  const int status = model && what.quantity ? WriteCurve(ctx, *model, what, file) : 0;
+  if (!file.Commit()) return -1;
+  return status != 0 ? kOldValues : 0;
 }
 
 }  // namespace kalvex

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
+#include <utility>
 
 #include "fit/fit_coordinate.h"
 #include "fit/fit_lists.h"
 #include "models/eval_spectrum.h"
 #include "models/model_table.h"
-#include "models/spectrum_workers.h"
-#include "numeric/rank_update.h"
 
 namespace kalvex {
 namespace {
@@ -16,71 +16,90 @@ namespace {
 // A parameter with a limit that stands closer to it than this has no say in the step.
 constexpr double kLeastScale = 1e-10;
 
-// The non-zero derivatives of one data point.
-struct Gradient {
-  std::vector<std::size_t> idx;
-  std::vector<double> grad;
+// One parameter, as the points of a run of groups see it.
+struct SlopeColumn {
+  std::size_t slope = 0;  // its number in the request
+  std::size_t master = 0;
+  double scale = 1;
+  bool counts = true;
 };
 
-void GatherSlopes(const FitState& fit, const SpectrumBlock& block, std::size_t i, const FitPoint& point, double s,
-                  Gradient& out) {
-  out.idx.clear();
-  out.grad.clear();
-  for (const int j : fit.list.terms[static_cast<std::size_t>(point.term)].params) {
-    const FitParam& param = fit.params[static_cast<std::size_t>(j)];
-    const double d = block.Slope(static_cast<std::size_t>(j), point.quantity, i);
-    if (d == 0) continue;
-    const bool limited = HasLimit(*param.cell);
-    if (limited && std::fabs(param.cell->fitScale) < kLeastScale) continue;
-    out.idx.push_back(static_cast<std::size_t>(param.master));
-    out.grad.push_back(limited ? s * d * param.cell->fitScale : s * d);
+// The columns of all parameters of the fit that a term of the run depends on; the others have no place in the request.
+std::vector<SlopeColumn> ColumnsOf(const FitState& fit, std::size_t first, std::size_t end,
+                                   std::vector<ParamPlace>& places) {
+  std::vector<char> used(fit.params.size());
+  std::vector<char> seen(fit.list.terms.size());
+  for (int p = fit.groups[first].first; p < fit.groups[end - 1].end; ++p) {
+    const auto term = static_cast<std::size_t>(fit.points[static_cast<std::size_t>(p)].term);
+    if (std::exchange(seen[term], 1)) continue;
+    for (const int j : fit.list.terms[term].params) used[static_cast<std::size_t>(j)] = 1;
   }
+  std::vector<SlopeColumn> columns(fit.params.size());
+  for (std::size_t j = 0; j < fit.params.size(); ++j) {
+    if (!used[j]) continue;
+    const FitParam& param = fit.params[j];
+    const bool limited = HasLimit(*param.cell);
+    columns[j].slope = places.size();
+    columns[j].master = static_cast<std::size_t>(param.master);
+    columns[j].scale = limited ? param.cell->fitScale : 1;
+    columns[j].counts = !limited || !(std::fabs(param.cell->fitScale) < kLeastScale);
+    places.push_back(param.place);
+  }
+  return columns;
 }
 
-// Two entries with one master meet on the diagonal in both orders, which gives the square of their sum.
-void AddOuterProduct(const Gradient& gradient, const SquareMatrix& alpha) {
-  const std::size_t count = gradient.idx.size();
-  for (std::size_t a = 0; a < count; ++a) {
-    double* const row = alpha.Row(gradient.idx[a]);
-    for (std::size_t b = 0; b < count; ++b) {
-      if (gradient.idx[a] <= gradient.idx[b]) row[gradient.idx[b]] += gradient.grad[a] * gradient.grad[b];
+// Calls visit(point, term, i) for the points of a block, i being their frequency's place in it.
+template <class Fit, class Visit>
+void ForEachPoint(Fit& fit, std::size_t firstGroup, const SpectrumBlock& block, Visit visit) {
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const FitGroup& group = fit.groups[firstGroup + block.first + i];
+    for (int p = group.first; p < group.end; ++p) {
+      const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
+      visit(point, fit.list.terms[static_cast<std::size_t>(point.term)], i);
     }
   }
 }
 
-// Sums the gradients of the points into the equations. Points that depend on most parameters are collected and added
-// many at a time. A point of few parameters goes in by itself, and so does one with a derivative that is not finite,
-// since that must not reach the parameters on which the point does not depend.
-class EquationSum {
- public:
-  EquationSum(NormalEquations& equations, ThreadPool* pool)
-      : alpha_(equations.Alpha()), beta_(equations.beta), panel_(equations.beta.size()), pool_(pool) {}
-  EquationSum(const EquationSum&) = delete;
-  EquationSum& operator=(const EquationSum&) = delete;
-  ~EquationSum() { AddPanel(); }
+void Gather(const FitState& fit, std::size_t firstGroup, std::span<const SlopeColumn> columns,
+            const SpectrumBlock& block, BlockGradients& out) {
+  out.Clear();
+  ForEachPoint(fit, firstGroup, block, [&](const FitPoint& point, const ChiSqTerm& term, std::size_t i) {
+    const double w = 1 / (point.sigma * point.sigma);
+    const double s = std::sqrt(2 * term.weight * w);
+    for (const int j : term.params) {
+      const SlopeColumn& column = columns[static_cast<std::size_t>(j)];
+      const double d = block.Slope(column.slope, point.quantity, i);
+      if (d != 0 && column.counts) out.Put(column.master, s * d * column.scale);
+    }
+    out.EndPoint(s * (block.Value(point.quantity, i) - point.y));
+  });
+}
 
-  void Add(const Gradient& gradient, double residual) {
-    const std::size_t count = gradient.idx.size();
-    for (std::size_t a = 0; a < count; ++a) beta_[gradient.idx[a]] += residual * gradient.grad[a];
-    const bool finite =
-        std::all_of(gradient.grad.begin(), gradient.grad.end(), [](double g) { return std::isfinite(g); });
-    if (2 * count < beta_.size() || !finite) return AddOuterProduct(gradient, alpha_);
-    if (panel_.IsFull()) AddPanel();
-    panel_.Begin();
-    for (std::size_t a = 0; a < count; ++a) panel_[gradient.idx[a]] += gradient.grad[a];
+void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block) {
+  ForEachPoint(fit, firstGroup, block, [&](const FitPoint& point, const ChiSqTerm& term, std::size_t i) {
+    const double w = 1 / (point.sigma * point.sigma);
+    const double r = block.Value(point.quantity, i) - point.y;
+    fit.TotalChiSq += term.weight * w * r * r;
+  });
+}
+
+// Adds block after block, in an order that does not depend on how many of them come at once; the panels of blocks
+// between which nothing else is to be added go together.
+void AddGradients(std::span<const BlockGradients> gradients, NormalEquations& equations, ThreadPool* pool) {
+  std::vector<const VectorPanel*> panels;
+  const auto addPanels = [&] {
+    if (!panels.empty()) AddOuterProducts(panels, equations.Alpha(), equations.beta, pool);
+    panels.clear();
+  };
+  for (const BlockGradients& block : gradients) {
+    if (block.HasSinglePoints()) {
+      addPanels();
+      block.AddSinglePoints(equations.Alpha(), equations.beta);
+    }
+    for (const VectorPanel& panel : block.Panels()) panels.push_back(&panel);
   }
-
- private:
-  void AddPanel() {
-    if (panel_.Count() > 0) AddOuterProducts(panel_, alpha_, pool_);
-    panel_.Clear();
-  }
-
-  SquareMatrix alpha_;
-  std::vector<double>& beta_;
-  VectorPanel panel_;
-  ThreadPool* pool_;
-};
+  addPanels();
+}
 
 }  // namespace
 
@@ -88,31 +107,24 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
-  std::vector<ParamPlace> places;
-  for (const FitParam& param : fit.params) places.push_back(param.place);
-  EquationSum sum(equations, PoolOf(eval));
-  Gradient gradient;
+  std::vector<BlockGradients>& gradients = equations.gradients;
+  if (gradients.empty()) gradients.resize(MostBlocksOfBatch(eval), BlockGradients(equations.beta.size()));
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;
+    std::vector<ParamPlace> places;
+    const std::vector<SlopeColumn> columns = ColumnsOf(fit, first, end, places);
     SpectrumRequest request = RequestOf(fit, first, end);
     request.derivatives = true;
     request.slopesOf = places;
-    EvalSpectrum(eval, *model, request, [&](const SpectrumBlock& block) {
-      for (std::size_t i = 0; i < block.count; ++i) {
-        const FitGroup& group = fit.groups[first + block.first + i];
-        for (int p = group.first; p < group.end; ++p) {
-          const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
-          const double weight = fit.list.terms[static_cast<std::size_t>(point.term)].weight;
-          const double w = 1 / (point.sigma * point.sigma);
-          const double r = block.Value(point.quantity, i) - point.y;
-          fit.TotalChiSq += weight * w * r * r;
-          const double s = std::sqrt(2 * weight * w);
-          GatherSlopes(fit, block, i, point, s, gradient);
-          sum.Add(gradient, s * r);
-        }
-      }
-    });
+    const auto gather = [&](const SpectrumBlock& block, std::size_t place) {
+      Gather(fit, first, columns, block, gradients[place]);
+    };
+    const auto add = [&](std::span<const SpectrumBlock> batch) {
+      for (const SpectrumBlock& block : batch) AddChiSq(fit, first, block);
+      AddGradients(std::span(gradients).first(batch.size()), equations, eval.pool);
+    };
+    EvalSpectrumInBatches(eval, *model, request, {gather, add});
   });
 }
 

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "fit/block_gradients.h"
 #include "fit/fit_state.h"
 #include "models/eval_context.h"
 #include "numeric/band_solver.h"
@@ -13,6 +14,7 @@ namespace kalvex {
 struct NormalEquations {
   std::vector<double> alphaData;  // upper triangle and diagonal
   std::vector<double> beta;
+  std::vector<BlockGradients> gradients;  // room for a batch, kept between the iterations
 
   explicit NormalEquations(std::size_t size) : alphaData(size * size), beta(size) {}
   SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }

@@ -14,7 +14,6 @@
 #include "fit/fit_log.h"
 #include "fit/normal_equations.h"
 #include "models/param_value.h"
-#include "models/spectrum_workers.h"
 
 namespace kalvex {
 namespace {
@@ -90,8 +89,8 @@ void TakeBack(Run& run) {
 bool FindDownhillStep(Run& run) {
   while (true) {
     SetDamping(run, 1 + run.fit.Lambda);
-    if (SolveBanded(run.equations.Alpha(), run.inverseDiagonal, run.equations.beta, run.delta, true,
-                    PoolOf(run.eval)) == 0) {
+    if (SolveBanded(run.equations.Alpha(), run.inverseDiagonal, run.equations.beta, run.delta, true, run.eval.pool) ==
+        0) {
       TakeStep(run);
       ComputeChiSq(run.fit, run.eval);
       if (!(run.fit.TotalChiSq >= run.history.back())) return true;

@@ -28,12 +28,16 @@ MacroResult ExportModelCurveCommand(MacroCall& call) {
   const std::string file = *call.Text("File");
   const int number = *call.Int("ModelNo");
   Model* const model = ModelOf(call, number);
-  if (ExportModelCurve(call.program.eval, model, what, file) != 0)
-    return call.Nothing("'" + file + "' cannot be written");
+  const int status = ExportModelCurve(call.program.eval, model, what, file);
+  if (status < 0) return call.Nothing("'" + file + "' cannot be written");
   const std::string empty = ", so '" + file + "' is empty";
   if (!model) return call.Done("model " + std::to_string(number) + " does not exist" + empty);
   if (!what.quantity) return call.Done("'" + *call.Text("Quantity") + "' is no Quantity" + empty);
-  return call.Done("written to '" + file + "'");
+  const char* const old =
+      "; but the model computes nothing: a model or dataset that it names is missing, or its rows do not fit. The "
+      "values "
+      "are old ones";
+  return call.Done("written to '" + file + "'" + (status == kOldValues ? old : ""));
 }
 
 }  // namespace kalvex

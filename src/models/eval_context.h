@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -12,13 +13,14 @@
 #include "models/quantity.h"
 #include "models/row_code.h"
 #include "models/type_scratch.h"
+#include "numeric/thread_pool.h"
 #include "terms/term_environment.h"
 #include "terms/term_table.h"
 #include "vdf/vdf_kernel_cache.h"
 
 namespace kalvex {
 
-class SpectrumWorkers;
+struct SpectrumTeam;  // made by the first spectrum that is shared out, see spectrum_team.h
 
 struct EvalContext {
   ParamTables* params = nullptr;
@@ -34,7 +36,8 @@ struct EvalContext {
 
   const Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
 
-  SpectrumWorkers* workers = nullptr;  // threads to share a spectrum with; null: none
+  ThreadPool* pool = nullptr;  // null: this thread alone
+  std::shared_ptr<SpectrumTeam> team;
 
   // Number of the spectrum that is being evaluated, 0 outside of one: while it is the same no parameter, dataset or
   // setting changes, so that a type may keep what it made for the frequency before.

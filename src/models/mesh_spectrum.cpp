@@ -17,16 +17,16 @@ const Quantity& ResultAt(const std::vector<Quantity>& results, int quantity, std
 
 }  // namespace
 
-MeshSpectrum::MeshSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request)
-    : ctx_(ctx),
-      model_(model),
-      request_(request),
-      applies_(HasVdf(model) && !TypeOf(ctx, model) && !ctx.FrequencyOverrideFlag) {
+bool MeshSpectrum::AppliesTo(const EvalContext& ctx, const Model& model) {
+  return HasVdf(model) && !TypeOf(ctx, model) && !ctx.FrequencyOverrideFlag;
+}
+
+MeshSpectrum::MeshSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
+    : ctx_(ctx), model_(model), request_(request), kernelCache_(kernels), applies_(AppliesTo(ctx, model)) {
   if (!applies_) return;
   eps_.resize(kSpectrumBlock);
   weights_.resize(kSpectrumBlock);
   results_.resize(kQuantityCount * kSpectrumBlock);
-  if (model.vdf.KK) ctx.vdfKernels.Prepare(model.number, model.vdf, request.x);
   if (request.derivatives) Classify();
   rowSlopes_.resize(rowParams_ * kSpectrumBlock);
 }
@@ -72,7 +72,7 @@ void MeshSpectrum::AddMesh(const SpectrumBlock& block) {
     }
   }
   if (!constrained) return;
-  kernels_ = ctx_.vdfKernels.Block(model_.vdf, block.first);
+  kernels_ = kernelCache_.Block(model_.vdf, block.first, spareKernels_);
   double real[kSpectrumBlock] = {};
   for (std::size_t j = 0; j < mesh.size(); ++j) {
     const double value = mesh[j].e2.value;

@@ -15,9 +15,11 @@ namespace kalvex {
 
 class MeshSpectrum {
  public:
-  MeshSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request);
+  // kernels: prepared for the frequencies of the request if the mesh is constrained.
+  MeshSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
 
   // Whether this is a model for it; otherwise FillBlock must not be called.
+  static bool AppliesTo(const EvalContext& ctx, const Model& model);
   bool Applies() const { return applies_; }
   void FillBlock(SpectrumBlock& block);
 
@@ -41,11 +43,13 @@ class MeshSpectrum {
   EvalContext& ctx_;
   Model& model_;
   const SpectrumRequest& request_;
+  VdfKernelCache& kernelCache_;
   bool applies_;
   std::vector<Slope> slopes_;
   std::vector<Cplx> rowSlopes_;  // of the sum by each row parameter, kSpectrumBlock of them one behind the other
   std::size_t rowParams_ = 0;
   const double* kernels_ = nullptr;
+  std::vector<double> spareKernels_;
   std::vector<Cplx> eps_;
   std::vector<VdfWeights> weights_;
   std::vector<Quantity> results_;  // of each wanted Quantity at each frequency

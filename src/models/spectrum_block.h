@@ -20,12 +20,22 @@ struct SpectrumRequest {
   std::span<const ParamPlace> slopesOf;  // with derivatives: the parameters whose slopes the caller will read
 };
 
+// The Quantities that are wanted at any frequency.
+inline QuantitySet WantedAnywhere(const SpectrumRequest& request) {
+  QuantitySet anywhere = 0;
+  for (const QuantitySet wanted : request.wanted) anywhere |= wanted;
+  return anywhere;
+}
+
 // The results at the frequencies first to first + count - 1. A value or slope that was not asked for has no meaning.
 class SpectrumBlock {
  public:
-  explicit SpectrumBlock(const SpectrumRequest& request) {
-    QuantitySet anywhere = 0;
-    for (const QuantitySet wanted : request.wanted) anywhere |= wanted;
+  SpectrumBlock() = default;
+  explicit SpectrumBlock(const SpectrumRequest& request) { MakeRoomFor(request, WantedAnywhere(request)); }
+
+  // What stands in the block loses its meaning. anywhere: WantedAnywhere of the request, which is as long as the
+  // spectrum.
+  void MakeRoomFor(const SpectrumRequest& request, QuantitySet anywhere) {
     std::size_t columns = 0;
     for (int q = 0; q < kQuantityCount; ++q) {
       if (Contains(anywhere, q)) column_[static_cast<std::size_t>(q)] = columns++;

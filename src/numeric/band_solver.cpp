@@ -84,7 +84,6 @@ struct Band {
   std::span<double> inverseDiagonal;
   std::size_t first;
   std::size_t half;
-  ThreadPool* pool = nullptr;
 
   std::size_t Low(std::size_t i) const { return i > first + half ? i - half : first; }
 };
@@ -108,8 +107,22 @@ int DecomposeNarrow(const Band& band) {
 }
 
 // A wide band counts as a full matrix, in blocks of columns: first what the finished columns contribute to the block,
-// tile by tile, then the block itself.
-void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::size_t firstRow, std::size_t endRow,
+// tile by tile, then the block itself. Rows do not look at each other but for those of the block's own square, so that
+// they can be shared out.
+constexpr std::size_t kRowsOfTask = 32;
+constexpr std::size_t kLeastShared = 200;  // rows below a block that are worth waking a thread
+
+template <class Work>
+void ForEachRowSlice(ThreadPool* pool, std::size_t from, std::size_t end, Work work) {
+  const std::size_t tasks = (end - from + kRowsOfTask - 1) / kRowsOfTask;
+  ParallelFor(end - from >= kLeastShared ? pool : nullptr, tasks, [&](std::size_t task, std::size_t) {
+    const std::size_t begin = from + task * kRowsOfTask;
+    work(begin, std::min(end, begin + kRowsOfTask));
+  });
+}
+
+// For the rows begin to end - 1 of the block of columns from, ..., to - 1.
+void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::size_t begin, std::size_t end,
                       std::span<double> diagonal) {
   const SquareMatrix& a = band.a;
   const std::size_t count = from - band.first;
@@ -117,9 +130,9 @@ void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::s
     if (i > j) a(i, j) = a(j, i) - dot;
     if (i == j) diagonal[j - from] = a(j, j) - dot;
   };
-  for (std::size_t i = firstRow; i < endRow; i += 4) {
+  for (std::size_t i = begin; i < end; i += 4) {
     for (std::size_t j = from; j < to && j <= i + 3; j += 2) {
-      if (i + 4 <= endRow && j + 2 <= to) {
+      if (i + 4 <= a.size && j + 2 <= to) {
         double dots[8];
         DotTile(a.Row(i) + band.first, a.Row(j) + band.first, a.size, count, dots);
         for (std::size_t r = 0; r < 4; ++r) {
@@ -127,7 +140,7 @@ void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::s
         }
         continue;
       }
-      for (std::size_t r = i; r < std::min(i + 4, endRow); ++r) {
+      for (std::size_t r = i; r < std::min(i + 4, a.size); ++r) {
         for (std::size_t c = j; c < std::min(j + 2, to); ++c) {
           put(r, c, Dot(a.Row(r) + band.first, a.Row(c) + band.first, count));
         }
@@ -136,40 +149,38 @@ void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::s
   }
 }
 
-// Column j of the factor in rows first to end, from the block that starts at `from`.
-void FinishColumn(const Band& band, std::size_t from, std::size_t j, std::size_t firstRow, std::size_t endRow) {
+// Row i of the columns from, ..., to - 1, whose own square is finished as far as they reach.
+void FinishRow(const Band& band, std::size_t from, std::size_t to, std::size_t i) {
   const SquareMatrix& a = band.a;
-  for (std::size_t i = firstRow; i < endRow; ++i) {
+  for (std::size_t j = from; j < to; ++j) {
     a(i, j) = (a(i, j) - Dot(a.Row(i) + from, a.Row(j) + from, j - from)) * band.inverseDiagonal[j];
   }
 }
 
-// The rows below a block stand by themselves once the block is done, and are shared in parts.
-int DecomposeWide(const Band& band) {
+int DecomposeWide(const Band& band, ThreadPool* pool) {
   const SquareMatrix& a = band.a;
   double diagonal[kBlock];
   for (std::size_t from = band.first; from < a.size; from += kBlock) {
     const std::size_t to = std::min(a.size, from + kBlock);
-    SubtractFinished(band, from, to, from, to, diagonal);
+    ForEachRowSlice(pool, from, a.size, [&](std::size_t begin, std::size_t end) {
+      SubtractFinished(band, from, to, begin, end, diagonal);
+    });
     for (std::size_t j = from; j < to; ++j) {
+      FinishRow(band, from, j, j);
       const double pivot = diagonal[j - from] - Dot(a.Row(j) + from, a.Row(j) + from, j - from);
       if (!(pivot > 0)) return -1;
       band.inverseDiagonal[j] = 1 / std::sqrt(pivot);
-      FinishColumn(band, from, j, j + 1, to);
     }
-    ForEachPart(band.pool, (a.size - to + kBlock - 1) / kBlock, [&](std::size_t part) {
-      const std::size_t firstRow = to + part * kBlock, endRow = std::min(a.size, firstRow + kBlock);
-      SubtractFinished(band, from, to, firstRow, endRow, diagonal);
-      for (std::size_t j = from; j < to; ++j) FinishColumn(band, from, j, firstRow, endRow);
+    ForEachRowSlice(pool, to, a.size, [&](std::size_t begin, std::size_t end) {
+      for (std::size_t i = begin; i < end; ++i) FinishRow(band, from, to, i);
     });
   }
   return 0;
 }
 
-int Decompose(const Band& band) {
+int Decompose(const Band& band, ThreadPool* pool) {
   const bool wide = 3 * band.half > band.a.size - band.first;
-  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size, band.pool})
-              : DecomposeNarrow(band);
+  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size}, pool) : DecomposeNarrow(band);
 }
 
 // x from first on becomes the solution of L L^T x = x.
@@ -187,7 +198,7 @@ void Substitute(const Band& band, double* x) {
 
 // A border of d rows before a band:  A = [D C; C^T B],  Z = B^-1 C^T,  S = D - C Z.  Z goes below D, and the factor of
 // S into the lower triangle of D.
-int DecomposeBorder(const Band& band) {
+int DecomposeBorder(const Band& band, ThreadPool* pool) {
   const SquareMatrix& a = band.a;
   const std::size_t d = band.first;
   std::vector<double> z(a.size);
@@ -207,7 +218,7 @@ int DecomposeBorder(const Band& band) {
     for (std::size_t c = r; c < d; ++c) schur[r * d + c] = a(r, c) - schur[r * d + c];
   }
   const SquareMatrix s{schur.data(), d};
-  if (Decompose({s, band.inverseDiagonal, 0, d}) != 0) return -1;
+  if (Decompose({s, band.inverseDiagonal, 0, d}, pool) != 0) return -1;
   for (std::size_t r = 1; r < d; ++r) std::copy(s.Row(r), s.Row(r) + r, a.Row(r));
   return 0;
 }
@@ -232,10 +243,10 @@ int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::s
                 std::span<double> x, bool decompose, ThreadPool* pool) {
   const Shape shape = ShapeOf(a);
   const bool wide = 3 * shape.half > a.size - shape.border;
-  const Band band{a, inverseDiagonal, shape.border, wide ? a.size : shape.half, pool};
+  const Band band{a, inverseDiagonal, shape.border, wide ? a.size : shape.half};
   if (decompose) {
-    if (Decompose(band) != 0) return -1;
-    if (shape.border > 0 && DecomposeBorder(band) != 0) return -1;
+    if (Decompose(band, pool) != 0) return -1;
+    if (shape.border > 0 && DecomposeBorder(band, pool) != 0) return -1;
   }
   std::copy(b.begin(), b.end(), x.begin());
   Substitute(band, x.data());

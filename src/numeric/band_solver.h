@@ -26,7 +26,7 @@ struct SquareMatrix {
 //
 //   decompose        false: the factors are those of an earlier call with the same a
 //
-//   pool             threads that share the work of a wide band; the results are those of one
+//   pool             shares the decomposition of a wide band; what comes out does not depend on it
 //
 //   gives            0, or -1 if A is not positive definite (x is then untouched)
 int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,

@@ -1,7 +1,9 @@
 // Adding many outer products to a symmetric matrix at once.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "numeric/band_solver.h"
@@ -20,21 +22,26 @@ class VectorPanel {
 
   std::size_t Count() const { return count_; }
   bool IsFull() const { return count_ == kMost; }
-  // Begins the next vector, all zero.
-  void Begin();
+  // Begins the next vector, all zero, with its weight.
+  void Begin(double weight);
   // Entry i of the vector begun last.
   double& operator[](std::size_t i) {
     return data_[i / kStrip * (kMost * kStrip) + (count_ - 1) * kStrip + i % kStrip];
   }
   void Clear() { count_ = 0; }
+  double Weight(std::size_t vector) const { return weight_[vector]; }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
 
  private:
   std::size_t count_ = 0;
+  std::array<double, kMost> weight_{};
   std::vector<double> data_;
 };
 
-// a(i, j) += sum over the panel of v_i v_j, for i <= j. What stands below the diagonal near it is overwritten.
-void AddOuterProducts(const VectorPanel& panel, const SquareMatrix& a, ThreadPool* pool = nullptr);
+// a(i, j) += sum over a panel of v_i v_j, for i <= j, and b_i += weight v_i for one vector after the other; panel after
+// panel. What stands below the diagonal of a near it is overwritten. All vectors are of the matrix's size; what comes
+// out does not depend on the pool.
+void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
+                      ThreadPool* pool = nullptr);
 
 }  // namespace kalvex

@@ -1,55 +1,60 @@
-// Threads that share work whose parts are known beforehand. What a part computes does not depend on how many threads
-// there are, nor on which of them takes it.
+// A few threads that share work with the one that asks for it. Work is a number of tasks cut in a way that does not
+// depend on the number of threads; who does which is left to chance, so that a task must not depend on it.
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
+#include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
-#include <mutex>
 #include <thread>
 #include <vector>
 
 namespace kalvex {
 
+// How many processors this process may use, at least 1.
+int ProcessorsAtHand();
+
 class ThreadPool {
  public:
-  // The caller's thread counts: with one thread there are no others. At least 1.
-  explicit ThreadPool(int threads);
+  using Work = std::function<void(std::size_t task, std::size_t thread)>;
+
+  // So many threads, that of the caller among them. They are started when there is work for the first time; if the
+  // machine does not give as many, the work is done by fewer.
+  explicit ThreadPool(int threads = 1) : wanted_(threads < 1 ? 1 : static_cast<std::size_t>(threads)) {}
   ThreadPool(const ThreadPool&) = delete;
   ThreadPool& operator=(const ThreadPool&) = delete;
   ~ThreadPool();
 
-  std::size_t Threads() const { return others_.size() + 1; }
+  std::size_t Threads() const { return wanted_; }
 
-  // Calls work(part, thread) once for each part below `parts`, in any order, thread being the number of the thread that
-  // does it, 0 for the caller's; returns when all are done. To be called by one thread at a time.
-  using Work = std::function<void(std::size_t part, std::size_t thread)>;
-  void ForEach(std::size_t parts, const Work& work);
+  // Calls work(task, thread) for each task from 0 to count - 1 and comes back when all are done; thread is below
+  // Threads(), 0 that of the caller. To be called by one thread at a time, and not by a task. What a task throws ends
+  // the others early and is thrown on to the caller.
+  void Run(std::size_t count, const Work& work);
 
  private:
+  void Start();
   void Serve(std::size_t thread);
-  void TakeParts(std::size_t thread);
+  void DoTasks(std::size_t thread);
 
-  std::mutex mutex_;
-  std::condition_variable starts_, ends_;
+  std::size_t wanted_;
+  std::vector<std::thread> threads_;
   const Work* work_ = nullptr;
-  std::size_t parts_ = 0;
-  std::atomic<std::size_t> next_ = 0;
-  std::uint64_t round_ = 0;
-  std::size_t busy_ = 0;
-  bool closing_ = false;
-  std::vector<std::thread> others_;
+  std::size_t count_ = 0;
+  std::atomic<std::size_t> next_{0};
+  std::atomic<std::uint32_t> round_{0};  // goes on when there is something new to do
+  std::atomic<std::uint32_t> gate_{0};   // threads at work, and whether more may join
+  std::atomic<bool> ends_{false};
+  std::atomic<bool> failed_{false};
+  std::exception_ptr failure_;
 };
 
-// The same without a pool, or with one thread, in order.
-template <class Part>
-void ForEachPart(ThreadPool* pool, std::size_t parts, Part part) {
-  if (pool && pool->Threads() > 1 && parts > 1) {
-    pool->ForEach(parts, [&](std::size_t k, std::size_t) { part(k); });
-    return;
-  }
-  for (std::size_t k = 0; k < parts; ++k) part(k);
+// work(task, thread) for each task, by the threads of the pool, or one task after the other without one.
+template <class Work>
+void ParallelFor(ThreadPool* pool, std::size_t count, const Work& work) {
+  if (pool && pool->Threads() > 1 && count > 1) return pool->Run(count, work);
+  for (std::size_t task = 0; task < count; ++task) work(task, 0);
 }
 
 }  // namespace kalvex

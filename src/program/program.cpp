@@ -26,11 +26,12 @@ void FollowIteration(void* self) {
 
 }  // namespace
 
-Program::Program() {
+Program::Program(int threads) : pool(threads) {
   SeedNoise(noise, static_cast<std::uint32_t>(platform.clockSeconds(platform.self)));
   params.ExpParams = DefaultExpParams();
   eval.params = &params;
   eval.datasets = &datasets;
+  eval.pool = &pool;
   eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
   eval.platform = &platform;
@@ -38,11 +39,6 @@ Program::Program() {
   notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
     AnswerFitNotice(DeskOf(ProgramOf(self)), notice, id);
   };
-}
-
-void UseThreads(Program& program, int threads) {
-  program.workers = threads > 1 ? std::make_unique<SpectrumWorkers>(threads) : nullptr;
-  program.eval.workers = program.workers.get();
 }
 
 FitDesk DeskOf(Program& program) { return {program.fitWindow, program.fit, program.eval, program.AutoScreenUpdate}; }

@@ -2,7 +2,6 @@
 // side by side.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "core/noise.h"
@@ -14,7 +13,7 @@
 #include "macro/macro_state.h"
 #include "models/eval_context.h"
 #include "models/model.h"
-#include "models/spectrum_workers.h"
+#include "numeric/thread_pool.h"
 #include "windows/fit_window.h"
 
 namespace kalvex {
@@ -41,10 +40,10 @@ struct Program {
   bool AutoScreenUpdate = true;  // graphs and ChiSq follow each change of a parameter
   bool showProgress = false;     // a line on standard error for each iteration of a fit
 
+  ThreadPool pool;
   ParamTables params;
   DatasetTable datasets;
   EvalContext eval;
-  std::unique_ptr<SpectrumWorkers> workers;
   FitState fit;
   MacroState macro;
 
@@ -53,14 +52,11 @@ struct Program {
   PlacedWindow expParamsWindow{false, 400, 300};
   FitWindow fitWindow;
 
-  // Seeds the noise with the clock, sets the defaults and connects the notices.
-  Program();
+  // Seeds the noise with the clock, sets the defaults and connects the notices. threads: how many may compute at once.
+  explicit Program(int threads = 1);
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 };
-
-// Lets evaluations and fits share their work between so many threads, 1 for none. Results do not depend on it.
-void UseThreads(Program& program, int threads);
 
 FitDesk DeskOf(Program& program);
 // Around a run of the fit: the list of the fit window and the model windows follow each accepted iteration, and

@@ -41,6 +41,11 @@ inline TermTables& TablesOf(TermEnvironment& environment) {
   return *environment.tables;
 }
 
+// The tables of another environment, in a copy that can grow by itself.
+inline void CopyTables(TermEnvironment& environment, const TermEnvironment& from) {
+  environment.tables = from.tables ? std::make_shared<TermTables>(*from.tables) : nullptr;
+}
+
 inline const GapTable& GapTableOf(TermEnvironment& environment) {
   auto& gap = TablesOf(environment).gap;
   if (!gap) gap = MakeGapTable();

@@ -29,18 +29,19 @@ void VdfKernelCache::Prepare(std::uint32_t model, const VarDielFunc& vdf, std::s
   const std::size_t blockSize = entry.mesh.size() * kKernelBlock;
   const std::size_t blocks = (x.size() + kKernelBlock - 1) / kKernelBlock;
   const bool keep = BytesOfOthers(entry) + blocks * blockSize * sizeof(double) <= mostBytes;
-  entry.kernels.assign(keep ? blocks * blockSize : blockSize, 0.0);
+  entry.kernels.assign(keep ? blocks * blockSize : 0, 0.0);
   entry.kernels.shrink_to_fit();
   entry.blockIsReady.assign(keep ? blocks : 0, 0);
 }
 
-const double* VdfKernelCache::Block(const VarDielFunc& vdf, std::size_t first) {
+const double* VdfKernelCache::Block(const VarDielFunc& vdf, std::size_t first, std::vector<double>& spare) {
   Entry& entry = entries_[current_];
   const std::size_t n = entry.mesh.size();
   const std::size_t block = first / kKernelBlock;
   const bool kept = !entry.blockIsReady.empty();
-  double* const kernels = entry.kernels.data() + (kept ? block * n * kKernelBlock : 0);
-  if (kept && entry.blockIsReady[block]) return kernels;
+  if (kept && entry.blockIsReady[block]) return entry.kernels.data() + block * n * kKernelBlock;
+  if (!kept) spare.resize(n * kKernelBlock);
+  double* const kernels = kept ? entry.kernels.data() + block * n * kKernelBlock : spare.data();
   std::vector<double> one(n);
   const std::size_t count = std::min(kKernelBlock, entry.x.size() - first);
   for (std::size_t i = 0; i < count; ++i) {

@@ -1,6 +1,5 @@
 // The command line: options, exit statuses, and what stands on which stream.
 #include <algorithm>
-#include <cmath>
 
 #include "app/kalvex_run.h"
 
@@ -160,32 +159,6 @@ TEST_F(CommandLines, HelpNamesEveryOptionAndVersionTheProgram) {
   EXPECT_EQ(version.status, 0);
   EXPECT_EQ(version.out.substr(0, 7), "Kalvex ");
   EXPECT_EQ(version.out.back(), '\n');
-}
-
-TEST_F(CommandLines, AnyNumberOfThreadsGivesTheSameFiles) {
-  std::string data;
-  for (int i = 0; i < 1500; ++i)
-    data += std::to_string(20 + i) + ' ' + std::to_string(0.3 + 0.2 * std::sin(i * 0.01)) + '\n';
-  folder.Write("d.dat", data);
-  folder.Write("fit.kvs",
-               "LoadDataset(MasterFile=\"d.dat\",Quantity=\"R\");\nNewModel();\nInsertModelRow(ModelNo=1);\n"
-               "SetModelParam(ModelNo=1,ParamName=\"Wo\",LorNo=1,Value=300);\n"
-               "SetModelParam(ModelNo=1,ParamName=\"Wp\",LorNo=1,Value=400);\n"
-               "SetModelParam(ModelNo=1,ParamName=\"Wp\",LorNo=2,Value=900);\n"
-               "VarDielFunc(ModelNo=1,Source1DatasetNo=1,Source1Every2nd=1);\nWindowFit();\n"
-               "AddChiSqTerm(DatasetNo=1,ModelNo=1);\nFit(NumIters=3);\nSaveModel(File=\"m.kvm\");\n"
-               "VarDielFunc(ModelNo=1,On=0);\nFit(NumIters=3);\nSaveModel(File=\"n.kvm\");\n"
-               "ExportModelCurve(File=\"c.dat\",ModelNo=1,Quantity=\"R\",XMin=20,XMax=1500,XPts=3000);\n");
-  std::vector<std::string> files;
-  for (const char* const threads : {"1", "2", "7"}) {
-    EXPECT_EQ(With({"--threads", threads, "fit.kvs"}).status, 0);
-    std::string all;
-    for (const char* const name : {"m.kvm", "n.kvm", "c.dat", "m.asc", "n.asc"}) all += folder.Read(name);
-    files.push_back(all);
-  }
-  EXPECT_GT(files[0].size(), 10000u);
-  EXPECT_EQ(files[1], files[0]);
-  EXPECT_EQ(files[2], files[0]);
 }
 
 TEST_F(CommandLines, SpecialModelsAreListedAndDescribed) {

@@ -63,6 +63,19 @@ TEST_F(Verbose, RowsOfASpecialModelAreCalledByWhatTheyMean) {
   EXPECT_EQ(lines[7], "macro.kvs:8: SetModelParam: model 1 G = 4, fixed");
 }
 
+TEST_F(Verbose, ASpecialModelThatComputesNothingIsTold) {
+  Run("NewModel();\nSetModelParam(ModelNo=1,ParamName=\"Einf\",Value=-2,FitActive=0);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"Wo\",LorNo=1,Value=7);\n"
+      "ExportModelCurve(File=\"a\",ModelNo=1,Quantity=\"R\",XMin=1,XMax=5,XPts=3);\n"
+      "SetModelParam(ModelNo=1,ParamName=\"Einf\",Value=3,FitActive=0);\n"
+      "ExportModelCurve(File=\"b\",ModelNo=1,Quantity=\"R\",XMin=1,XMax=5,XPts=3);\n");
+  const Texts lines = Lines();
+  ASSERT_EQ(lines.size(), 6U);
+  EXPECT_EQ(lines[3].substr(0, 84),
+            "macro.kvs:4: ExportModelCurve: written to 'a'; but the model computes nothing: a mod");
+  EXPECT_EQ(lines[5], "macro.kvs:6: ExportModelCurve: written to 'b'");
+}
+
 TEST_F(Verbose, APassOfALoopIsToldEachTime) {
   folder.Write("loop", "5\n6\n");
   Run("EndLoop();\nBeginLoop(LoopFile=\"loop\");\n  Wait(\n  Time=%1);\nEndLoop();\nEndLoop();\nBeginLoop();\n");

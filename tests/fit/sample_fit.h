@@ -18,7 +18,7 @@ struct SampleFit {
   Program program;
   std::vector<std::string> messages;
 
-  SampleFit() {
+  explicit SampleFit(int threads = 1) : program(threads) {
     program.platform.self = this;
     program.platform.showMessage = [](void* self, std::string_view title, std::string_view text) {
       static_cast<SampleFit*>(self)->messages.push_back(std::string(title) + ": " + std::string(text));

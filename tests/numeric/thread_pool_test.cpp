@@ -1,74 +1,133 @@
-// Threads do each part once, and what they share comes out bit for bit as from one.
+// The pool: every task once, whoever does it.
 #include "numeric/thread_pool.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <new>
 #include <random>
+#include <vector>
 
 #include "numeric/band_solver.h"
 #include "numeric/rank_update.h"
+#include "support/program_state.h"
 
 namespace kalvex {
 namespace {
 
-TEST(ThreadPoolTest, DoesEachPartOnceByAThreadOfItsOwn) {
+TEST(ThreadPool, EveryTaskIsDoneOnceByAThreadOfThePool) {
   for (const int threads : {1, 2, 7}) {
     ThreadPool pool(threads);
-    EXPECT_EQ(pool.Threads(), static_cast<std::size_t>(threads));
-    for (const std::size_t parts : {0, 1, 3, 1000}) {
-      std::vector<std::atomic<int>> times(parts);
-      std::atomic<bool> outside = false;
-      pool.ForEach(parts, [&](std::size_t part, std::size_t thread) {
-        ++times[part];
-        if (thread >= pool.Threads()) outside = true;
+    for (const std::size_t count : {0, 1, 2, 100, 1000}) {
+      std::vector<int> done(count);
+      std::atomic<bool> known{true};
+      pool.Run(count, [&](std::size_t task, std::size_t thread) {
+        ++done[task];
+        if (thread >= pool.Threads()) known = false;
       });
-      for (const auto& count : times) EXPECT_EQ(count, 1);
-      EXPECT_FALSE(outside);
+      EXPECT_EQ(done, std::vector<int>(count, 1)) << threads;
+      EXPECT_TRUE(known);
     }
   }
 }
 
-TEST(ThreadPoolTest, WithoutAPoolGoesInOrder) {
+TEST(ThreadPool, ManyShortRoundsOneAfterTheOther) {
+  ThreadPool pool(3);
+  std::vector<double> sums(10);
+  for (int round = 0; round < 5000; ++round) {
+    pool.Run(sums.size(), [&](std::size_t task, std::size_t) { sums[task] += 1; });
+  }
+  EXPECT_EQ(sums, std::vector<double>(10, 5000.0));
+}
+
+TEST(ThreadPool, NoThreadWorksForTwoTasksAtATime) {
+  ThreadPool pool(4);
+  std::vector<std::atomic<int>> busy(pool.Threads());
+  std::atomic<bool> clash{false};
+  for (int round = 0; round < 200; ++round) {
+    pool.Run(40, [&](std::size_t, std::size_t thread) {
+      if (busy[thread]++ != 0) clash = true;
+      --busy[thread];
+    });
+  }
+  EXPECT_FALSE(clash);
+}
+
+TEST(ThreadPool, WhatATaskThrowsReachesTheCallerAndThePoolGoesOn) {
+  ThreadPool pool(3);
+  for (int round = 0; round < 20; ++round) {
+    EXPECT_THROW(pool.Run(50,
+                          [](std::size_t task, std::size_t) {
+                            if (task % 7 == 3) throw std::bad_alloc();
+                          }),
+                 std::bad_alloc);
+    std::atomic<int> done{0};
+    pool.Run(50, [&](std::size_t, std::size_t) { ++done; });
+    EXPECT_EQ(done, 50);
+  }
+}
+
+TEST(ThreadPool, WithoutOneTheTasksAreDoneInOrder) {
   std::vector<std::size_t> order;
-  ForEachPart(nullptr, 4, [&](std::size_t k) { order.push_back(k); });
+  ParallelFor(nullptr, 4, [&](std::size_t task, std::size_t thread) {
+    EXPECT_EQ(thread, 0u);
+    order.push_back(task);
+  });
   EXPECT_EQ(order, (std::vector<std::size_t>{0, 1, 2, 3}));
 }
 
-class SharedMatrices : public testing::TestWithParam<std::size_t> {
- protected:
-  std::vector<double> Sum(ThreadPool* pool) const {
-    const std::size_t size = GetParam();
-    std::vector<double> data(size * size);
-    std::mt19937 random(3);
-    std::uniform_real_distribution<double> entry(-1, 1);
-    VectorPanel panel(size);
-    for (int round = 0; round < 8; ++round) {
-      panel.Clear();
-      while (!panel.IsFull()) {
-        panel.Begin();
-        for (std::size_t i = 0; i < size; ++i) panel[i] = entry(random);
-      }
-      AddOuterProducts(panel, {data.data(), size}, pool);
-    }
-    for (std::size_t i = 0; i < size; ++i) data[i * size + i] += 1;
-    return data;
-  }
-};
-INSTANTIATE_TEST_SUITE_P(Sizes, SharedMatrices, testing::Values(5, 161, 200, 333));
+// ---- the matrix work on it
 
-TEST_P(SharedMatrices, AreTheSameForAnyNumberOfThreads) {
-  const std::size_t size = GetParam();
-  const std::vector<double> one = Sum(nullptr);
-  std::vector<double> b(size, 1.0), expected(size);
-  std::vector<double> factor = one, inverse(size);
-  ASSERT_EQ(SolveBanded({factor.data(), size}, inverse, b, expected, true), 0);
-  for (const int threads : {2, 7}) {
+std::vector<double> RandomNumbers(std::size_t count) {
+  std::mt19937 random(4);
+  std::uniform_real_distribution<double> value(-1, 1);
+  std::vector<double> numbers(count);
+  for (double& number : numbers) number = value(random);
+  return numbers;
+}
+
+TEST(Threads, OuterProductsAreTheSameToTheLastBit) {
+  constexpr std::size_t kSize = 150;
+  const std::vector<double> numbers = RandomNumbers(3 * VectorPanel::kMost * (kSize + 1));
+  std::vector<double> first, firstSum;
+  for (const int threads : {1, 2, 7}) {
     ThreadPool pool(threads);
-    EXPECT_EQ(Sum(&pool), one) << threads;
-    std::vector<double> shared = one, x(size), inverseShared(size);
-    ASSERT_EQ(SolveBanded({shared.data(), size}, inverseShared, b, x, true, &pool), 0);
-    EXPECT_EQ(x, expected) << threads;
-    EXPECT_EQ(shared, factor) << threads;
+    std::vector<VectorPanel> panels(3, VectorPanel(kSize));
+    const double* next = numbers.data();
+    for (VectorPanel& panel : panels) {
+      while (!panel.IsFull()) {
+        panel.Begin(*next++);
+        for (std::size_t i = 0; i < kSize; ++i) panel[i] = *next++;
+      }
+    }
+    const VectorPanel* const pointers[] = {&panels[0], &panels[1], &panels[2]};
+    std::vector<double> matrix(kSize * kSize), sum(kSize);
+    AddOuterProducts(pointers, {matrix.data(), kSize}, sum, &pool);
+    if (first.empty()) first = matrix, firstSum = sum;
+    EXPECT_TRUE(SameBits(matrix, first)) << threads;
+    EXPECT_TRUE(SameBits(sum, firstSum)) << threads;
+  }
+}
+
+TEST(Threads, SolutionsAreTheSameToTheLastBit) {
+  constexpr std::size_t kSize = 521;
+  std::vector<double> upper = RandomNumbers(kSize * kSize);
+  for (std::size_t i = 0; i < kSize; ++i) upper[i * kSize + i] = 600;
+  const std::vector<double> b = RandomNumbers(kSize);
+  std::vector<double> first, firstMatrix;
+  for (const int threads : {1, 2, 7}) {
+    ThreadPool pool(threads);
+    std::vector<double> matrix = upper, inverse(kSize), x(kSize);
+    ASSERT_EQ(SolveBanded({matrix.data(), kSize}, inverse, b, x, true, &pool), 0);
+    if (first.empty()) first = x, firstMatrix = matrix;
+    EXPECT_TRUE(SameBits(x, first)) << threads;
+    EXPECT_TRUE(SameBits(matrix, firstMatrix)) << threads;
+  }
+  upper[400 * kSize + 400] = -1;
+  for (const int threads : {1, 2, 7}) {
+    ThreadPool pool(threads);
+    std::vector<double> matrix = upper, inverse(kSize), x(kSize);
+    EXPECT_EQ(SolveBanded({matrix.data(), kSize}, inverse, b, x, true, &pool), -1) << threads;
   }
 }
 

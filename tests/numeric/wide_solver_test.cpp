@@ -84,21 +84,25 @@ TEST(OuterProducts, EqualThePlainSumsForEveryLengthAndCount) {
   std::uniform_real_distribution<double> value(-1, 1);
   for (const std::size_t n : {1, 7, 8, 15, 16, 17, 33, 76}) {
     for (const std::size_t count : {1, 5, 64}) {
-      std::vector<double> sums(n * n), matrix(n * n, 0.5), v(n);
+      std::vector<double> sums(n * n), matrix(n * n, 0.5), v(n), weighted(n), b(n, 0.25);
       VectorPanel panel(n);
       for (int round = 0; round < 2; ++round) {
         panel.Clear();
         for (std::size_t p = 0; p < count; ++p) {
-          panel.Begin();
+          const double weight = value(random);
+          panel.Begin(weight);
           for (std::size_t i = 0; i < n; ++i) panel[i] = v[i] = value(random);
           for (std::size_t i = 0; i < n; ++i) {
+            weighted[i] += weight * v[i];
             for (std::size_t j = i; j < n; ++j) sums[i * n + j] += v[i] * v[j];
           }
         }
         EXPECT_EQ(panel.IsFull(), count == 64);
-        AddOuterProducts(panel, {matrix.data(), n});
+        const VectorPanel* const panels[] = {&panel};
+        AddOuterProducts(panels, {matrix.data(), n}, b);
       }
       for (std::size_t i = 0; i < n; ++i) {
+        ASSERT_NEAR(b[i], 0.25 + weighted[i], 1e-12);
         for (std::size_t j = i; j < n; ++j) ASSERT_NEAR(matrix[i * n + j], 0.5 + sums[i * n + j], 1e-12);
       }
     }

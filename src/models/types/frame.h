@@ -189,20 +189,6 @@ class WantedForPartner {
   std::array<std::uint32_t, kQuantityCount> before_{};
 };
 
-// Calls visit on every adjustable parameter of the tables.
-template <class Visit>
-void ForEachFreeParam(ParamTables& tables, Visit visit) {
-  for (Model& model : tables.models) {
-    if (model.number == 0) continue;
-    ForEachParam(model, [&](ModelParam& param) {
-      if (param.adjustable) visit(param);
-    });
-  }
-  for (ModelParam& param : tables.ExpParams) {
-    if (param.adjustable) visit(param);
-  }
-}
-
 // The model that an element of the rows names, null if there is none of that number.
 Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
 

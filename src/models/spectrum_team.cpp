@@ -1,0 +1,192 @@
+#include "models/spectrum_team.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+#include "models/block_filler.h"
+#include "models/eval_model.h"
+#include "models/model_table.h"
+#include "terms/term_tables.h"
+
+namespace kalvex {
+
+struct SpectrumWorker {
+  ParamTables params;
+  EvalContext ctx;
+  Model* model = nullptr;
+  std::optional<BlockFiller> filler;
+};
+
+SpectrumTeam::SpectrumTeam(std::size_t threads) {
+  while (workers.size() < threads) workers.push_back(std::make_unique<SpectrumWorker>());
+}
+
+SpectrumTeam::~SpectrumTeam() = default;
+
+namespace {
+
+// ---- what is worth it
+
+std::size_t PointsOf(const Model& model) {
+  return static_cast<std::size_t>(RowCount(model)) + (model.vdf.On ? model.vdf.mesh.size() : 0);
+}
+
+// How long a frequency takes, in rows of a plain model.
+double CostOf(const EvalContext& ctx, const Model& model) {
+  constexpr double kCostOfType = 20;
+  auto cost = static_cast<double>(1 + RowCount(model));
+  if (MeshSpectrum::AppliesTo(ctx, model)) return cost + static_cast<double>(model.vdf.mesh.size()) / 16;
+  if (!TypeOf(ctx, model)) return cost + static_cast<double>(PointsOf(model));
+  for (const Model& partner : ctx.params->models) {
+    if (partner.number != 0) cost += static_cast<double>(PointsOf(partner));
+  }
+  return cost + kCostOfType;
+}
+
+bool AnyWhole(const EvalContext& ctx) {
+  return std::any_of(ctx.params->models.begin(), ctx.params->models.end(), [&](const Model& model) {
+    const ModelType* const type = model.number != 0 ? TypeOf(ctx, model) : nullptr;
+    return type && type->whole;
+  });
+}
+
+// ---- a worker
+
+// A plain model reads nothing of other models.
+bool NeedsAllModels(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
+  if (TypeOf(ctx, model)) return true;
+  const int slot = SlotOf(*ctx.params, model);
+  return request.derivatives && std::any_of(request.slopesOf.begin(), request.slopesOf.end(), [&](auto& place) {
+           return place.Where != ParamKind::kExp && place.nm != slot;
+         });
+}
+
+void Prepare(SpectrumWorker& worker, EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
+  const auto slot = static_cast<std::size_t>(SlotOf(*ctx.params, model));
+  if (NeedsAllModels(ctx, model, request)) {
+    worker.params = *ctx.params;
+  } else {
+    worker.params.models[slot] = model;
+    worker.params.ExpParams = ctx.params->ExpParams;
+  }
+  EvalContext& own = worker.ctx;
+  own.params = &worker.params;
+  own.datasets = ctx.datasets;
+  own.types = ctx.types;
+  own.termEnvironment.datasets = ctx.termEnvironment.datasets;
+  CopyTables(own.termEnvironment, ctx.termEnvironment);
+  own.spectrum = ctx.spectrum;
+  own.DcFlag = ctx.DcFlag;
+  own.FrequencyOverrideFlag = ctx.FrequencyOverrideFlag;
+  worker.model = &worker.params.models[slot];
+  worker.filler.emplace(own, *worker.model, request, ctx.vdfKernels);
+}
+
+constexpr double kForgotten = std::numeric_limits<double>::quiet_NaN();
+
+void Forget(ModelParam& param) {
+  if (!param.adjustable) return;
+  param.dEpsRe = param.dEpsIm = param.dScalar = kForgotten;
+  param.dQuantity.fill(kForgotten);
+}
+
+void Forget(SpectrumWorker& worker, bool derivatives) {
+  for (Quantity& quantity : worker.ctx.quantities) {
+    quantity.value = quantity.dRe = quantity.dIm = quantity.dScalar = quantity.dMuRe = quantity.dMuIm = kForgotten;
+    quantity.dExp.fill(kForgotten);
+  }
+  if (!derivatives) return;
+  if (!MeshSpectrum::AppliesTo(worker.ctx, *worker.model)) {
+    ForEachFreeParam(worker.params, [](ModelParam& param) { Forget(param); });
+    return;
+  }
+  // Spectra of a mesh take nothing from the parameters of its points.
+  Forget(worker.model->epsInf);
+  for (ModelParam& param : worker.model->rows) Forget(param);
+}
+
+// ---- batches
+
+constexpr std::size_t kMostBlocks = 16;  // of a batch for each thread
+
+bool AnyNaN(const double* numbers, std::size_t count) {
+  std::int64_t any = 0;  // as wide as the numbers, so that many are tried at once
+  for (std::size_t i = 0; i < count; ++i) any |= numbers[i] != numbers[i] ? 1 : 0;
+  return any != 0;
+}
+
+bool IsWhole(SpectrumBlock& block, const SpectrumRequest& request) {
+  QuantitySet anywhere = 0;
+  for (std::size_t i = 0; i < block.count; ++i) anywhere |= request.wanted[block.first + i];
+  const std::size_t slopes = request.derivatives ? request.slopesOf.size() : 0;
+  for (int q = 0; q < kQuantityCount; ++q) {
+    if (!Contains(anywhere, q)) continue;
+    if (AnyNaN(block.Values(q), block.count)) return false;
+    for (std::size_t k = 0; k < slopes; ++k) {
+      if (AnyNaN(block.Slopes(k, q), block.count)) return false;
+    }
+  }
+  return true;
+}
+
+// Blocks that are in the making at the same time: enough to keep all threads busy, and no more memory than that.
+std::size_t BlocksOfBatch(std::size_t threads, const SpectrumRequest& request) {
+  constexpr std::size_t kNumbers = std::size_t{1} << 19;
+  const std::size_t block = kSpectrumBlock * (1 + (request.derivatives ? request.slopesOf.size() : 0));
+  return threads * std::clamp<std::size_t>(kNumbers / block, 1, kMostBlocks);
+}
+
+}  // namespace
+
+bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
+  constexpr double kLeastCost = 20000;
+  constexpr double kCostOfSlopes = 4;
+  if (!ctx.pool || ctx.pool->Threads() < 2 || request.x.size() < 4 * kSpectrumBlock) return false;
+  if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
+  const double points = static_cast<double>(request.x.size()) * (request.derivatives ? kCostOfSlopes : 1);
+  return points * CostOf(ctx, model) >= kLeastCost;
+}
+
+std::size_t MostBlocksOfBatch(const EvalContext& ctx) { return ctx.pool ? ctx.pool->Threads() * kMostBlocks : 1; }
+
+std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink) {
+  ThreadPool& pool = *ctx.pool;
+  if (!ctx.team) ctx.team = std::make_shared<SpectrumTeam>(pool.Threads());
+  const std::size_t most = BlocksOfBatch(pool.Threads(), request);
+  const QuantitySet anywhere = WantedAnywhere(request);
+  std::vector<SpectrumBlock>& blocks = ctx.team->blocks;
+  if (blocks.size() < most) blocks.resize(most);
+  std::vector<char> trusted(most);
+  std::vector<char> ready(ctx.team->workers.size());
+  std::size_t next = 0;
+  while (next < request.x.size()) {
+    const std::size_t left = (request.x.size() - next + kSpectrumBlock - 1) / kSpectrumBlock;
+    const std::size_t count = std::min(most, left);
+    pool.Run(count, [&](std::size_t task, std::size_t thread) {
+      SpectrumWorker& worker = *ctx.team->workers[thread];
+      if (!ready[thread]) Prepare(worker, ctx, model, request);
+      ready[thread] = 1;
+      SpectrumBlock& block = blocks[task];
+      block.MakeRoomFor(request, anywhere);
+      block.first = next + task * kSpectrumBlock;
+      block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
+      Forget(worker, request.derivatives);
+      trusted[task] = worker.filler->Fill(block) == 0 && IsWhole(block, request);
+      if (trusted[task]) sink.work(block, task);
+    });
+    const auto good = static_cast<std::size_t>(
+        std::find(trusted.begin(), trusted.begin() + static_cast<std::ptrdiff_t>(count), 0) - trusted.begin());
+    if (good > 0) {
+      sink.take(std::span<const SpectrumBlock>(blocks).first(good));
+      next = blocks[good - 1].first + blocks[good - 1].count;
+    }
+    if (good == count) continue;
+    blocks.clear();
+    break;
+  }
+  return next;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,44 @@
+// All numbers that evaluations and fits leave in a program, for comparisons to the last bit.
+#pragma once
+
+#include <cstring>
+#include <vector>
+
+#include "program/program.h"
+
+namespace kalvex {
+
+inline void AddNumbersOf(const ModelParam& param, std::vector<double>& numbers) {
+  for (const double number : {param.value, param.error, param.dEpsRe, param.dEpsIm, param.dScalar, param.fitCoord}) {
+    numbers.push_back(number);
+  }
+  numbers.insert(numbers.end(), param.dQuantity.begin(), param.dQuantity.end());
+}
+
+inline std::vector<double> NumbersLeftIn(const Program& program) {
+  std::vector<double> numbers;
+  for (const Model& model : program.params.models) {
+    if (model.number != 0) ForEachParam(model, [&](const ModelParam& param) { AddNumbersOf(param, numbers); });
+  }
+  for (const ModelParam& param : program.params.ExpParams) AddNumbersOf(param, numbers);
+  for (const Quantity& of : program.eval.quantities) {
+    for (const double number :
+         {static_cast<double>(of.wanted), of.value, of.dRe, of.dIm, of.dScalar, of.dMuRe, of.dMuIm}) {
+      numbers.push_back(number);
+    }
+    numbers.insert(numbers.end(), of.dExp.begin(), of.dExp.end());
+  }
+  for (const ChiSqTerm& term : program.fit.list.terms) numbers.push_back(term.termChiSq);
+  for (const double number : {program.fit.TotalChiSq, program.fit.Lambda, program.fit.ChiSqChange,
+                              static_cast<double>(program.fit.IterationCount)}) {
+    numbers.push_back(number);
+  }
+  return numbers;
+}
+
+// NaN equals NaN here, and 0 is not -0.
+inline bool SameBits(const std::vector<double>& a, const std::vector<double>& b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+}
+
+}  // namespace kalvex
