@@ -161,6 +161,7 @@ struct GrapheneCircular {
   template <class T>
   struct Table {
     LadderTable<T> ladder;
+    bool inField = false;
   };
 
   template <class T>
@@ -169,7 +170,8 @@ struct GrapheneCircular {
     const int highest = in.setting(kHighest) > 0 ? std::min(in.setting(kHighest), kMostLevels) : kUsualLevels;
     const T eps2 = T(kLadderScale) * in[kVelocity] * in[kVelocity] * Magnitude(in[kField]);
     table.ladder.Clear();
-    if (ValueOf(eps2) == 0) return;
+    table.inField = ValueOf(eps2) != 0;
+    if (!table.inField) return;
     AddDiracTransitions(table.ladder, eps2, eps2, in[kGap], in[kPotential],
                         T(kElectronvoltPerKelvin) * in[kTemperature], highest);
   }
@@ -180,9 +182,8 @@ struct GrapheneCircular {
     const Complex<T> background{in[kBackground], T(0)}, hall{in[kHallBackground], T(0)};
     const SheetTensor<T> band = ChiralBand(z, in[kGap], in[kPotential], 1);
     const Complex<T> zeroField = T(4) * band.xx + background;
-    const bool field = !table.ladder.square.empty();
     const SheetTensor<T> tensor = LadderTensor(table.ladder, z, ValueOf(in[kField]) < 0);
-    const Circular<T> sigma = CircularOf(field ? tensor.xx + background : zeroField, tensor.xy + hall);
+    const Circular<T> sigma = CircularOf(table.inField ? tensor.xx + background : zeroField, tensor.xy + hall);
     FillSheetOnSubstrate(sigma, zeroField, in[kLayers], Sqrt(in.eps(kSubstrate)), q);
   }
 };

@@ -50,14 +50,27 @@ struct LadderTable {
   }
 };
 
-// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential.
-template <class T>
+// Whether both levels are full or both empty: beyond 40 kT the occupation is 0 or 1 within exp(-40), 4e-18.
+inline bool SameOccupation(double from, double to, double kT) {
+  const double certain = 40 * std::fmax(kT, 0);
+  return (from > certain && to > certain) || (from < -certain && to < -certain);
+}
+
+// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential, if it is one
+// that light can make. Without a field there is no Hall part.
+enum class HallPart { kThere, kNone };
+template <HallPart hall = HallPart::kThere, class T>
 void AddTransition(LadderTable<T>& table, const T& weight, const T& from, const T& to, const T& kT) {
+  if (SameOccupation(ValueOf(from), ValueOf(to), ValueOf(kT))) return;
   const T step = to - from;
   // Within a band at vanishing field the quotient of differences becomes the slope.
   const bool same = std::fabs(ValueOf(step)) < 1e-12;
   const T w = same ? -weight * FermiSlope(from, kT) : weight * (Fermi(from, kT) - Fermi(to, kT)) / step;
-  table.Add(step * step, w, w * step);
+  if constexpr (hall == HallPart::kThere) {
+    table.Add(step * step, w, w * step);
+  } else {
+    table.Add(step * step, w);
+  }
 }
 
 template <class T>

@@ -67,7 +67,7 @@ struct GrapheneMixture {
     const Cplx z{kElectronvoltPerWavenumber * in.x, in[kBroadening]};
     const Cplx zero = Effective(in, LadderTensor(table.withoutField, z, false).xx);
     Circular<double> sigma{zero, zero};
-    if (!table.inField.square.empty()) {
+    if (in[kField] != 0 && in[kVelocity] != 0) {
       const SheetTensor<double> tensor = LadderTensor(table.inField, z, in[kField] < 0);
       const Circular<double> pure = CircularOf(tensor.xx, tensor.xy);
       sigma = {Effective(in, pure.plus), Effective(in, pure.minus)};
