@@ -14,6 +14,7 @@
 #include <numbers>
 #include <vector>
 
+#include "models/type_scratch.h"
 #include "numeric/complex.h"
 #include "numeric/dual.h"
 #include "numeric/fermi.h"
@@ -93,32 +94,7 @@ inline LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx
 
 // The same with derivatives: only the weights of a transition are carried in all directions, its denominator is made
 // once.
-template <int N>
-LadderSums<Dual<N>> SumLadder(const LadderTable<Dual<N>>& table, const Complex<Dual<N>>& z) {
-  const Complex<Dual<N>> square = z * z;
-  const Cplx z2 = ValueOf(square);
-  const bool hasHall = !table.hall.empty();
-  LadderSums<Dual<N>> sums;
-  Cplx bySquare[2];  // derivatives of the sums by Z^2
-  for (std::size_t k = 0; k < table.square.size(); ++k) {
-    const Cplx u = Cplx{1, 0} / (table.square[k].a - z2), u2 = u * u;
-    const auto add = [&](const Dual<N>& weight, Complex<Dual<N>>& sum, Cplx& slope) {
-      const Cplx au2 = u2 * weight.a;
-      sum.re.a += weight.a * u.re;
-      sum.im.a += weight.a * u.im;
-      slope += au2;
-      for (std::size_t l = 0; l < N; ++l) {
-        sum.re.v[l] += weight.v[l] * u.re - table.square[k].v[l] * au2.re;
-        sum.im.v[l] += weight.v[l] * u.im - table.square[k].v[l] * au2.im;
-      }
-    };
-    add(table.diagonal[k], sums.diagonal, bySquare[0]);
-    if (hasHall) add(table.hall[k], sums.hall, bySquare[1]);
-  }
-  sums.diagonal += Analytic(square, {}, bySquare[0]);
-  sums.hall += Analytic(square, {}, bySquare[1]);
-  return sums;
-}
+LadderSums<TypeDual> SumLadder(const LadderTable<TypeDual>& table, const Complex<TypeDual>& z);
 
 template <class T>
 struct SheetTensor {
