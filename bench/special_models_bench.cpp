@@ -98,7 +98,8 @@ void GrapheneInAField(benchmark::State& state) {
   Program program;
   Model& model = NewModel(program, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
   EvaluateWithDerivatives(state, program, model, 50, 4000, 1000,
-                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kS1) | kalvex::SetOf(kalvex::kS2)));
+                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kS1) | kalvex::SetOf(kalvex::kS2)),
+                          [&] { kalvex::Cell(model, 2, kalvex::Wp).value += 1e-6; });
 }
 BENCHMARK(GrapheneInAField)->Unit(benchmark::kMillisecond);
 
