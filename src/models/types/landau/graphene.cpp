@@ -202,7 +202,7 @@ constinit const ModelType kGrapheneMagnetooptics = FittedType<GrapheneMagnetoopt
          "The occupation is 1 and 0 outside mu -+ window kT; levels count up to half the cut-off.\n"
          "Both parts of sigma_xx take the one combination F. The occupations that belong to transitions within a band\n"
          "are f(E1) - f(E2) + f(-E2) - f(-E1); they would give the cyclotron resonance of doped graphene its weight.\n"
-         "With F pairs of empty levels count as well, and sigma_xx grows with the cut-off, some tenfold as it doubles:\n"
+         "With F pairs of empty levels count as well, and sigma_xx grows with the cut-off, tenfold when it doubles;\n"
          "to compare with a measurement take type 97, which has these occupations.\n"
          "B = 0: the integral over energies with these, without a Hall part; 1816.5 above 2 mu.",
      .source = "V. P. Gusynin, S. G. Sharapov, J. P. Carbotte, J. Phys.: Condens. Matter 19, 026222 (2007)",
