@@ -58,11 +58,16 @@ T LadderUnit(const T& field, const T& velocity) {
 }
 
 template <class T>
+bool HasField(const TypeInputs<T>& in) {
+  return in.value(kField) != 0 && in.value(kG0) != 0;
+}
+
+template <class T>
 void PrepareBilayer(const TypeInputs<T>& in, bool withoutFieldToo, FieldTables<T>& tables) {
   tables.inField.Clear();
   tables.withoutField.Clear();
   const T kT = T(kElectronvoltPerKelvin) * in[kTemperature];
-  const bool field = in.value(kField) != 0 && in.value(kG0) != 0;
+  const bool field = HasField(in);
   for (const double valley : {1.0, -1.0}) {
     const BilayerBands<T> bands = BandsOf(in, valley);
     if (field) {
@@ -120,7 +125,7 @@ struct BilayerOnSubstrate {
   template <class T>
   static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q) {
     const SheetTensor<T> tensor = BilayerTensor(in, table.inField, in.value(kField) < 0);
-    const bool field = !table.withoutField.square.empty();
+    const bool field = HasField(in);
     const Complex<T> zero = BilayerTensor(in, field ? table.withoutField : table.inField, false).xx;
     const Complex<T> xy = (field ? tensor.xy : Complex<T>{}) + in[kHallBackground];
     FillSheetOnSubstrate(CircularOf(tensor.xx, xy), zero, in[kBilayers], Sqrt(in.eps(kSubstrate)), q);

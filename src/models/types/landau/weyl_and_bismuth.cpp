@@ -210,8 +210,9 @@ int EvaluateWeyl(EvalContext& ctx, Model& model, double x, bool) {
   return 0;
 }
 
-constexpr RowCell kWeylLevelsHead[] = {EvaluatedType(0, Wo, "Weyl bands, of type 93", 93),
-                                       Setting(0, Wp, "number of the level, counted from the lowest", 20)};
+constexpr RowCell kWeylLevelsHead[] = {
+    EvaluatedType(0, Wo, "Weyl bands, of type 93", 93),
+    Setting(0, Wp, "number of the level, 0 for the lowest; that of the partner's highest level passes the node", 20)};
 constexpr SlotUse kLevelFill[] = {{kRefl, "energy of the level, eV"}};
 constexpr RowMap kWeylLevelsMap{
     .rows = Exactly(1), .head = kWeylLevelsHead, .group = {}, .groupStart = 0, .groupRows = 1};
@@ -433,7 +434,8 @@ constinit const ModelType kWeylKubo = {
              "sigma = nodes sum over k dk/(2 pi) (2/pi) 6.085432e-5 eps^2 sum over n - 1 -> n, both chiralities,\n"
              "|A|^2 = (1 - m/E_f)(1 + m/E_i)/4, m = chi hbar v k; B = 0: integral over the energy across the field,\n"
              "up to 1 eV. B = 0 writes EV0.dat, EV1.dat, EV2.dat: number of the mesh point, and the middle level, the\n"
-             "next and the one after it. Row 3, column Wo, a tilt, does not count.",
+             "next and the one after it. Row 3, column Wo, a tilt, does not count. Let the broadening exceed hbar\n"
+             "v times the step of the wave vectors.",
          .source = "P. E. C. Ashby, J. P. Carbotte, Phys. Rev. B 87, 245131 (2013); the order of the rows is a choice "
                    "of this program",
          .from = 50,
