@@ -9,6 +9,8 @@ namespace kalvex {
 namespace {
 
 enum Layer { kModel, kThickness };
+// The thickness of the substrate, which matters to what passes through it.
+constexpr std::uint64_t kSubstrateThickness = InputBits({kThickness});
 constexpr RowCell kLayers[] = {Partner(0, Wo, "layer, from the front; the last one is the substrate"),
                                Own(0, Wp, "thickness, cm", 0.0005)};
 
@@ -104,19 +106,20 @@ struct FilmSubstrate {
   static constexpr std::span<const RowCell> kGroup = kLayers;
   static constexpr int kGroupStart = 0, kGroupRows = 1;
   static constexpr std::uint64_t kNormal = ~InputBits({kAngle});
-  static constexpr SlotUse kFills[] = {{kRefl, "reflectivity", kNormal},
-                                       {kTrans, "transmission", kNormal},
-                                       {kRp, "p-reflectivity at the angle of incidence"},
-                                       {kRs, "s-reflectivity at the angle of incidence"},
-                                       {kRps, "their ratio"},
-                                       {kE1, "Re r", kNormal},
-                                       {kE2, "Im r", kNormal},
-                                       {kS1, "Re t, relative to the empty path", kNormal},
-                                       {kS2, "Im t, relative to the empty path", kNormal},
-                                       {kN1, "Psi, degrees"},
-                                       {kN2, "Delta, degrees"},
-                                       {kDepth, "phase of t with its whole turns, radians", kNormal},
-                                       {kLoss, "1 - R - T", kNormal}};
+  static constexpr SlotUse kFills[] = {
+      {kRefl, "reflectivity", kNormal, kSubstrateThickness},
+      {kTrans, "transmission", kNormal},
+      {kRp, "p-reflectivity at the angle of incidence", kAllInputs, kSubstrateThickness},
+      {kRs, "s-reflectivity at the angle of incidence", kAllInputs, kSubstrateThickness},
+      {kRps, "their ratio", kAllInputs, kSubstrateThickness},
+      {kE1, "Re r", kNormal, kSubstrateThickness},
+      {kE2, "Im r", kNormal, kSubstrateThickness},
+      {kS1, "Re t, relative to the empty path", kNormal},
+      {kS2, "Im t, relative to the empty path", kNormal},
+      {kN1, "Psi, degrees", kAllInputs, kSubstrateThickness},
+      {kN2, "Delta, degrees", kAllInputs, kSubstrateThickness},
+      {kDepth, "phase of t with its whole turns, radians", kNormal},
+      {kLoss, "1 - R - T", kNormal}};
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
@@ -154,16 +157,17 @@ struct FilmSubstrateBeam {
   static constexpr std::span<const RowCell> kGroup = kLayers;
   static constexpr int kGroupStart = 0, kGroupRows = 1;
   static constexpr std::uint64_t kNormal = ~InputBits({kAngle, kSpread});
-  static constexpr SlotUse kFills[] = {{kRefl, "reflectivity", kNormal},
-                                       {kTrans, "transmission", kNormal},
-                                       {kE1, "Re r", kNormal},
-                                       {kE2, "Im r", kNormal},
-                                       {kS1, "Re t, relative to the empty path", kNormal},
-                                       {kS2, "Im t, relative to the empty path", kNormal},
-                                       {kN1, "Psi, degrees, averaged over the angles"},
-                                       {kN2, "Delta, degrees, averaged over the angles"},
-                                       {kDepth, "phase of t with its whole turns, radians", kNormal},
-                                       {kLoss, "1 - R - T", kNormal}};
+  static constexpr SlotUse kFills[] = {
+      {kRefl, "reflectivity", kNormal, kSubstrateThickness},
+      {kTrans, "transmission", kNormal},
+      {kE1, "Re r", kNormal, kSubstrateThickness},
+      {kE2, "Im r", kNormal, kSubstrateThickness},
+      {kS1, "Re t, relative to the empty path", kNormal},
+      {kS2, "Im t, relative to the empty path", kNormal},
+      {kN1, "Psi, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
+      {kN2, "Delta, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
+      {kDepth, "phase of t with its whole turns, radians", kNormal},
+      {kLoss, "1 - R - T", kNormal}};
 
   // Intensities and the cross term are what a detector adds up.
   template <class T>

@@ -130,6 +130,24 @@ TEST_F(OnSubstrate, TheBeamsAverageTendsToTheAngleItself) {
   EXPECT_GT(std::fabs(At(beam, kN1, 205) - At(single, kN1, 205)), 1e-4);
 }
 
+// Only what passes through the substrate knows how thick it is; otherwise a fit of the reflectivity with both
+// thicknesses free would have a direction without slope.
+TEST_F(OnSubstrate, AreFittedWithTheThicknessOfTheSubstrateWhereLightPassesIt) {
+  for (const int code : {33, 71}) {
+    Model& model = Make(code, {{polar, 0.0009, 0}, {silicon, 0.02, 0}});
+    ModelParam &film = Cell(model, 0, Wp), &substrate = Cell(model, 1, Wp);
+    film.adjustable = substrate.adjustable = 1;
+    for (const SlotUse& slot : TypeOf(program.eval, model)->fills) {
+      const auto q = static_cast<std::size_t>(slot.quantity);
+      const bool passes = q == kTrans || q == kS1 || q == kS2 || q == kDepth || q == kLoss;
+      WantOnly(program.eval.quantities, SetOf(slot.quantity));
+      ASSERT_EQ(EvalModelAfter(program.eval, model), 0);
+      EXPECT_NE(film.dQuantity[q], 0) << code << ' ' << q;
+      EXPECT_EQ(substrate.dQuantity[q] != 0, passes) << code << ' ' << q;
+    }
+  }
+}
+
 TEST_F(Films, ThePhaseOfAThickLayerGivesItsIndexAndOfAThinOneItsPermittivity) {
   Model& thick = Make(54, {{glass, 3, 0}});
   EXPECT_NEAR(At(thick, kRps, 400), 0.5, 1e-3);
