@@ -88,9 +88,22 @@ Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
 // exp(z), and exactly 1 where a gain would make the real part exceed the limit.
 inline constexpr double kGainLimit = 20;
 template <class T>
+Complex<T> GuardedExponent(const Complex<T>& z, double limit = kGainLimit) {
+  return ValueOf(z).re > limit ? Complex<T>{} : z;
+}
+template <class T>
 Complex<T> GuardedExp(const Complex<T>& z, double limit = kGainLimit) {
-  if (ValueOf(z).re > limit) return {T(1), T(0)};
-  return Exp(z);
+  return Exp(GuardedExponent(z, limit));
+}
+
+// Modulus and argument of z, in radians. Both are 0, without a slope, where z is too small to have a direction.
+template <class T>
+T Modulus(const Complex<T>& z) {
+  return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Sqrt(Norm(z));
+}
+template <class T>
+T Argument(const Complex<T>& z) {
+  return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Log(z).im;
 }
 
 // Degree of coherence between 0 and 1.

@@ -148,6 +148,57 @@ TEST_F(OnSubstrate, AreFittedWithTheThicknessOfTheSubstrateWhereLightPassesIt) {
   }
 }
 
+TEST_F(OnSubstrate, AllOfVacuumGiveNoAngles) {
+  program.params.ExpParams[kAngleOfIncidence].value = 60;
+  program.params.ExpParams[kAngleSpread].value = 0.02;
+  const double vacuum = Medium(1);
+  ModelOf(vacuum).epsInf.adjustable = 1;
+  for (const int code : {33, 71}) {
+    Model& model = Make(code, {{vacuum, 0.001, 0}, {vacuum, 0.002, 0}});
+    for (const int q : {kRps, kN1, kN2}) {
+      EXPECT_EQ(At(model, q, 170), 0) << code << ' ' << q;
+      ASSERT_EQ(EvalModel(program.eval, model, 170, true), 0);
+      EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.dQuantity[static_cast<std::size_t>(q)])) << code << ' ' << q;
+    }
+    EXPECT_NEAR(At(model, kTrans, 170), 1, 1e-14);
+    EXPECT_NEAR(At(model, kS1, 170), 1, 1e-12);
+  }
+}
+
+// The wave that passes is too weak for a number, but the turns of its phase add up layer by layer.
+TEST_F(OnSubstrate, WhenOpaqueHaveAPhaseWithSlopes) {
+  const double metal = Medium(4, {{0, 30000, 100}}), x = 200, d = 0.05;
+  const C n = Index(metal, x);
+  ASSERT_EQ(std::exp(-2 * std::numbers::pi * x * n.imag() * d), 0);
+  for (const auto& [code, q, perTurn, empty] :
+       {std::tuple(33, kDepth, 2 * std::numbers::pi, 0.0), std::tuple(71, kDepth, 2 * std::numbers::pi, 0.0),
+        std::tuple(54, kRp, 360.0, 1.0)}) {
+    Model& model = Make(code, {{metal, d, 0}});
+    const double faces = std::arg(4.0 * n / ((n + 1.0) * (n + 1.0))) / (2 * std::numbers::pi);
+    const double turns = faces + x * (n.real() - empty) * d;
+    EXPECT_NEAR(At(model, q, x) / perTurn, turns, 1e-9) << code;
+    ModelParam& thickness = Cell(model, 0, Wp);
+    thickness.adjustable = 1;
+    WantOnly(program.eval.quantities, SetOf(q));
+    ASSERT_EQ(EvalModel(program.eval, model, x, true), 0);
+    EXPECT_NEAR(thickness.dQuantity[static_cast<std::size_t>(q)] / perTurn, x * (n.real() - empty), 1e-9) << code;
+    EXPECT_EQ(At(model, kTrans, x), 0) << code;
+  }
+}
+
+TEST_F(OnSubstrate, WithoutRowsAreVacuum) {
+  for (const int code : {33, 71, 54}) {
+    Model& model = Make(code, {});
+    for (int q = 0; q < kQuantityCount; ++q) {
+      const bool one = q == kTrans || (q == kS1 && code != 54);
+      EXPECT_EQ(At(model, q, 150), one ? 1 : 0) << code << ' ' << q;
+    }
+    for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1;
+    EXPECT_EQ(EvalModel(program.eval, model, 150, true), 0);
+    EXPECT_EQ(EvalModelAfter(program.eval, model), 0);
+  }
+}
+
 TEST_F(Films, ThePhaseOfAThickLayerGivesItsIndexAndOfAThinOneItsPermittivity) {
   Model& thick = Make(54, {{glass, 3, 0}});
   EXPECT_NEAR(At(thick, kRps, 400), 0.5, 1e-3);
@@ -220,6 +271,18 @@ TEST_F(PlateTest, AveragesOverTheMiddlesOfEqualParts) {
       sum += At(MakePlate(glass, 50 * (1 + 0.02 * v), 0.003 * (1 + 0.3 * u), 1), kRefl, 97) / 6;
   }
   EXPECT_NEAR(At(mean, kRefl, 97), sum, 1e-13);
+}
+
+TEST_F(PlateTest, OfVacuumHasNumbersInAllQuantities) {
+  const double vacuum = Medium(1);
+  ModelOf(vacuum).epsInf.adjustable = 1;
+  Model& model = MakePlate(vacuum, 60, 0.001, 0.5, 2, 2);
+  for (const int q : {kRefl, kE1, kE2, kS1, kS2}) {
+    EXPECT_TRUE(std::isfinite(At(model, q, 150))) << q;
+    WantOnly(program.eval.quantities, SetOf(q));
+    ASSERT_EQ(EvalModel(program.eval, model, 150, true), 0);
+    EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.dQuantity[static_cast<std::size_t>(q)])) << q;
+  }
 }
 
 TEST_F(PlateTest, RefusesAnglesThatAreNotOblique) {
