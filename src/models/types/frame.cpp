@@ -44,15 +44,6 @@ void ClearRowSlopes(Model& model) {
 
 }  // namespace
 
-WantedForPartner::WantedForPartner(QuantityTable& table, QuantitySet set) : table_(table) {
-  for (std::size_t q = 0; q < kSlots; ++q) before_[q] = table[q].wanted;
-  WantOnly(table, set);
-}
-
-WantedForPartner::~WantedForPartner() {
-  for (std::size_t q = 0; q < kSlots; ++q) table_[q].wanted = before_[q];
-}
-
 template <class T>
 TypeInputs<T>::TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency)
     : x(frequency),

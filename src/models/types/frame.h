@@ -194,17 +194,19 @@ class TypeRun {
 int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, Parts parts, IdleInputs idle);
 
-// An evaluation of a partner asks for Quantities of its own; afterwards those of the caller are wanted again.
+// An evaluation of a partner asks for Quantities of its own, or for those that are wanted anyway, to be read while this
+// lives; afterwards the table stands again as it did before.
 class WantedForPartner {
  public:
-  WantedForPartner(QuantityTable& table, QuantitySet set);
+  explicit WantedForPartner(QuantityTable& table) : table_(table), before_(table) {}
+  WantedForPartner(QuantityTable& table, QuantitySet set) : WantedForPartner(table) { WantOnly(table, set); }
   WantedForPartner(const WantedForPartner&) = delete;
   WantedForPartner& operator=(const WantedForPartner&) = delete;
-  ~WantedForPartner();
+  ~WantedForPartner() { table_ = before_; }
 
  private:
   QuantityTable& table_;
-  std::array<std::uint32_t, kQuantityCount> before_{};
+  QuantityTable before_;
 };
 
 // The model that an element of the rows names, null if there is none of that number.

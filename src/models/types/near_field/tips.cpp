@@ -10,6 +10,7 @@
 
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
+#include "models/row_code.h"
 #include "models/types/near_field/sheet_on_surface.h"
 #include "models/types/types.h"
 
@@ -94,8 +95,7 @@ class Surface {
 
  private:
   static int MomentumRow(const Model& model) {
-    if (model.epsInf.adjustable) return -1;
-    const int row = model.epsInf.value == -73 ? 1 : model.epsInf.value == -77 ? 2 : -1;
+    const int code = NegatedCode(model.epsInf), row = code == 73 ? 1 : code == 77 ? 2 : -1;
     return row >= 0 && RowCount(model) > row ? row : -1;
   }
   Cplx ReflectionOfModel(double q) {
