@@ -1,5 +1,6 @@
 // Films and plates against Airy sums, limits of thickness, and the light that is left.
 #include "models/model_rows.h"
+#include "models/quantity_formulas.h"
 #include "models/types/type_fixture.h"
 
 namespace kalvex {
@@ -52,9 +53,21 @@ TEST_F(Films, OnAMirrorReturnAllLightWithoutLoss) {
     Model& model = Make(21, {{glass, 0, 0}, {0.0017, coherence, 0.8}});
     EXPECT_NEAR(At(model, kRefl, 230), 0.8, 1e-13);
   }
-  Model& lossy = Make(21, {{polar, 0, 0}, {0.0017, 1, 1}});
-  const C n = Index(polar, 190), r01 = (1.0 - n) / (1.0 + n), E = std::pow(Passage(n, 0.0017, 190), 2);
-  EXPECT_NEAR(At(lossy, kRefl, 190), std::norm((r01 - E) / (1.0 - r01 * E)), 1e-13);
+}
+
+TEST_F(Films, OnAMirrorAbsorbOnEachWayToItAndBack) {
+  const double d = 0.0017, x = 190;
+  const C n = Index(polar, x), r01 = (1.0 - n) / (1.0 + n), E = std::pow(Passage(n, d, x), 2);
+  const double together = std::norm((r01 - E) / (1.0 - r01 * E));
+  double apart = std::norm(r01);
+  for (int k = 0; k < 400; ++k) {  // intensities of the echoes one by one
+    apart += std::norm((1.0 - r01 * r01) * E) * std::pow(std::norm(r01 * E), k);
+  }
+  ASSERT_LT(apart, 0.9);
+  for (const double coherence : {0.0, 0.3, 1.0}) {
+    Model& model = Make(21, {{polar, 0, 0}, {d, coherence, 0.8}});
+    EXPECT_NEAR(At(model, kRefl, x), 0.8 * (apart + (together - apart) * coherence), 1e-13) << coherence;
+  }
 }
 
 TEST_F(Films, InAPressureCellPassBothFacesOnce) {
@@ -146,6 +159,27 @@ TEST_F(OnSubstrate, AreFittedWithTheThicknessOfTheSubstrateWhereLightPassesIt) {
       EXPECT_EQ(substrate.dQuantity[q] != 0, passes) << code << ' ' << q;
     }
   }
+}
+
+// The average over the beam with characteristic matrices.
+TEST_F(OnSubstrate, AverageTheAnglesOfABeamOverItsIntensities) {
+  const double x = 205, d = 0.0009, angle = 63, spread = 0.05;
+  program.params.ExpParams[kAngleOfIncidence].value = angle;
+  program.params.ExpParams[kAngleSpread].value = spread;
+  Model& model = Make(71, {{polar, d, 0}, {silicon, 0.02, 0}});
+  double Rp = 0, Rs = 0;
+  C cross;
+  for (const auto& [u, g] : kAveragingNodes) {
+    const double at = angle * (1 + (2 * u - 1) * spread) / kDegrees, c = std::cos(at), s2 = std::pow(std::sin(at), 2);
+    const C kf = std::sqrt(Eps(polar, x) - s2), ks = std::sqrt(Eps(silicon, x) - s2);
+    const C rs = SlowStack({{kf, kf, d}}, c, ks, x).first,
+            rp = SlowStack({{Eps(polar, x) / kf, kf, d}}, 1 / c, Eps(silicon, x) / ks, x).first;
+    Rp += g * std::norm(rp);
+    Rs += g * std::norm(rs);
+    cross += g * rp * std::conj(rs);
+  }
+  EXPECT_NEAR(At(model, kN1, x), std::atan(std::sqrt(Rp / Rs)) * kDegrees, 1e-10);
+  EXPECT_NEAR(At(model, kN2, x), std::arg(cross) * kDegrees, 1e-10);
 }
 
 TEST_F(OnSubstrate, AllOfVacuumGiveNoAngles) {
