@@ -85,6 +85,13 @@ Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
   return a / b;
 }
 
+// a, moved away from 0 to be a divisor.
+template <class T>
+T HeldFromZero(const T& a) {
+  constexpr double kLeast = 1e-15;  // the root of the least norm
+  return std::fabs(ValueOf(a)) < kLeast ? T(kLeast) : a;
+}
+
 // exp(z), and exactly 1 where a gain would make the real part exceed the limit.
 inline constexpr double kGainLimit = 20;
 template <class T>

@@ -14,6 +14,7 @@
 #include "models/types/type_sample.h"
 #include "models/types/types.h"
 #include "support/difference_quotient.h"
+#include "support/scratch_folder.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
@@ -99,6 +100,69 @@ TEST_P(EveryType, GivesTheSameForOneQuantityAsForAll) {
   ASSERT_EQ(EvalModel(s.program.eval, s.model(), s.x, true), 0);
   const QuantityTable all = s.program.eval.quantities;
   for (const int q : s.Filled()) EXPECT_EQ(s.Value(q, s.x), all[static_cast<std::size_t>(q)].value) << q;
+}
+
+// What has no value by definition: a ratio of the rotating analyser's for light that is not reflected at all, and a
+// dipole at the height 0.
+bool HasNoValue(const ModelType& type, int quantity, const std::string& edge) {
+  const int code = type.code;
+  if (code == 3 || code == 5 || code == 14) return quantity == kS2 && edge == "vacuum";
+  const bool tip = code == 80 || code == 83 || code == 105 || code == 107 || code == 110;
+  return tip && edge == "row 3 column 1 = 0";
+}
+
+void ExpectFinite(TypeSample& s, const std::string& edge) {
+  for (int q = 0; q < kQuantityCount; ++q) {
+    const auto slot = static_cast<std::size_t>(q);
+    if (s.Differentiate(q) != 0 || HasNoValue(s.type, q, edge)) continue;
+    EXPECT_TRUE(std::isfinite(s.program.eval.quantities[slot].value)) << edge << ", Quantity " << q;
+    for (const auto& free : s.FreeParams()) {
+      EXPECT_TRUE(std::isfinite(free.param->dQuantity[slot])) << edge << ", Quantity " << q << " by " << free.name;
+    }
+  }
+}
+
+// A fit that passes such a place must find its way back: one NaN would end it.
+TEST_P(EveryType, GivesNumbersAtTheEdgesOfItsParameters) {
+  const ScratchFolder folder;
+  const InFolder here(folder.Name());  // without a field type 93 writes files
+  for (const double x : {0.0, -100.0, 1e8}) {
+    TypeSample s(type(), 1);
+    s.x = x;
+    ExpectFinite(s, "x = " + std::to_string(x));
+  }
+  const int rows = RowCount(TypeSample(type(), 1).model());
+  for (int place = 0; place < rows * kColumns; ++place) {
+    const int row = place / kColumns, column = place % kColumns;
+    for (const double factor : {0.0, -1.0}) {
+      TypeSample s(type(), 1);
+      ModelParam& param = Cell(s.model(), row, column);
+      if (!param.adjustable) break;
+      param.value *= factor;
+      ExpectFinite(s, "row " + std::to_string(row + 1) + " column " + std::to_string(column) +
+                          (factor == 0 ? " = 0" : " negative"));
+    }
+  }
+}
+
+TEST_P(EveryType, GivesNumbersForMediaAtTheirEdges) {
+  struct Edge {
+    const char* name;
+    double epsInf, Wo, Wp, G;
+  };
+  for (const Edge& edge :
+       {Edge{"vacuum", 1, 100, 0, 10}, Edge{"permittivity 0", 0, 100, 0, 10}, Edge{"mirror", 1e20, 100, 0, 10},
+        Edge{"opaque metal", 4, 0, 1e5, 100}, Edge{"gain", 4, 150, 500, -30}, Edge{"without loss", 4, 150, 300, 0}}) {
+    TypeSample s(type(), 1);
+    for (Model& medium : s.program.params.models) {
+      if (medium.number == 0 || medium.epsInf.value < 0) continue;
+      medium.epsInf.value = edge.epsInf;
+      Cell(medium, 0, Wo).value = edge.Wo;
+      Cell(medium, 0, Wp).value = edge.Wp;
+      Cell(medium, 0, G).value = edge.G;
+    }
+    ExpectFinite(s, edge.name);
+  }
 }
 
 TEST_P(EveryType, HasAPageThatNamesItsRowsAndResults) {

@@ -49,7 +49,7 @@ struct FieldTables {
 
 template <class T>
 BilayerBands<T> BandsOf(const TypeInputs<T>& in, double valley) {
-  return {in[kG4] / in[kG0], in[kG1], T(valley) * in[kU], in[kDimer], T(0)};
+  return {in[kG4] / HeldFromZero(in[kG0]), in[kG1], T(valley) * in[kU], in[kDimer], T(0)};
 }
 
 template <class T>

@@ -80,9 +80,10 @@ struct ElectronGas {
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
     constexpr double kCharge = 1.60217646e-19, kElectron = 9.10938215e-31, kRadiansPerWavenumber = 188365156730.8853,
                      kImpedance = 376.73031;
-    const double wc = kCharge / (kElectron * in[kMass]) * in[kField];
-    const double A = 10000 * in[kDensity] * kCharge * kCharge / (kElectron * in[kDensityMass]);
-    const double w = kRadiansPerWavenumber * in.x, g = kRadiansPerWavenumber * in[kRate], d = in[kThickness];
+    const double wc = kCharge / (kElectron * HeldFromZero(in[kMass])) * in[kField];
+    const double A = 10000 * in[kDensity] * kCharge * kCharge / (kElectron * HeldFromZero(in[kDensityMass]));
+    const double w = kRadiansPerWavenumber * in.x, g = kRadiansPerWavenumber * in[kRate],
+                 d = HeldFromZero(in[kThickness]);
     const Cplx u = Quotient(Cplx{A, 0}, Cplx{w, g} * Cplx{w, g} - wc * wc);
     const Cplx sheet = u * Cplx{-g, w}, sheetHall = u * wc;
     const Cplx xx = sheet / d, xy = sheetHall / d;

@@ -230,7 +230,7 @@ Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, int input) {
 
 Tip TipOf(const TypeInputs<double>& in) {
   constexpr int kMostPoints = 10000;
-  return {in.setting(kHarmonic), in[kRadius], in[kHeight], in[kAmplitude],
+  return {in.setting(kHarmonic), HeldFromZero(in[kRadius]), in[kHeight], in[kAmplitude],
           std::clamp(in.setting(kCycle), 1, kMostPoints)};
 }
 
@@ -307,7 +307,7 @@ struct DipoleOnReflection {
 
   // The far field of the sample meets the reflection that the surface gives; a reference brings its own.
   static Signals SignalsOf(const TypeInputs<double>& in, const Cplx& rp) {
-    const Tip tip{in.setting(kOrder), in[kTipRadius], in[kTipHeight], in[kTipAmplitude],
+    const Tip tip{in.setting(kOrder), HeldFromZero(in[kTipRadius]), in[kTipHeight], in[kTipAmplitude],
                   std::clamp(in.setting(kPoints), 1, 10000)};
     Signals signals{.rp = rp, .sample = DipoleSignal(tip, rp, tip.harmonic), .ratio = {}};
     signals.ratio = signals.sample;
@@ -352,7 +352,7 @@ int EvaluateOnReflection(EvalContext& ctx, Model& model, double x, bool atRadius
   Surface surface(ctx, partner, x, {}, {});
   Cplx rp;
   if (atRadius && surface.HasDispersion()) {
-    rp = surface.Reflection(0.1 / in[D::kTipRadius]);
+    rp = surface.Reflection(0.1 / HeldFromZero(in[D::kTipRadius]));
   } else {
     const WantedForPartner wanted(ctx.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
     if (EvalModel(ctx, partner, x, false) != 0) return -1;

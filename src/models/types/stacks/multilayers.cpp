@@ -286,7 +286,7 @@ constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
 
 void PrepareFinite(const Model& model, double x, StackRun& run) {
   const double perScale = 2 * std::numbers::pi * x, k0 = perScale * ValueAt(model, 0, Wo);
-  const double wavelength = ValueAt(model, 0, Wp), q = 2 * std::numbers::pi / wavelength;
+  const double wavelength = HeldFromZero(ValueAt(model, 0, Wp)), q = 2 * std::numbers::pi / wavelength;
   run.stack.emptyPath = k0;
   run.emptyByHead[0] = perScale;
   for (std::size_t j = 0; j < run.eps.size(); ++j) {
