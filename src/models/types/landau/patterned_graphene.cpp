@@ -187,7 +187,8 @@ struct GrapheneRibbons {
     table.modes.clear();
     if (in.setting(kModes) <= 0) return;
     const int momenta = in.setting(kMomenta) > 0 ? std::min(in.setting(kMomenta), kMostMomenta) : kUsualMomenta;
-    table.modes.emplace_back(in[kRibbon], in[kPeriod], std::min(in.setting(kModes), kMostModes), momenta);
+    table.modes.emplace_back(HeldFromZero(in[kRibbon]), HeldFromZero(in[kPeriod]),
+                             std::min(in.setting(kModes), kMostModes), momenta);
   }
 
   static void Fill(const TypeInputs<double>& in, const Table<double>& table, Slots<double>& q) {
@@ -195,7 +196,7 @@ struct GrapheneRibbons {
     const double k0 = 2 * std::numbers::pi * in.x;
     const Cplx n = Sqrt(in.eps(kSubstrate)), mean = (1.0 + in.eps(kSubstrate)) * 0.5;
     const Cplx s = SheetOf(in) * kSheetOfLayer;
-    const Cplx along = s * (in[kRibbon] / in[kPeriod]);
+    const Cplx along = s * (in[kRibbon] / HeldFromZero(in[kPeriod]));
     const Cplx across = table.modes.empty() ? Circuit(in, s, mean, k0) : table.modes[0].Effective(s, mean, k0);
     const Cplx one{1, 0};
     const double bare = Norm(SheetTransmission(one, n, {})) * n.re;
@@ -212,8 +213,8 @@ struct GrapheneRibbons {
     q[kE2] = along.im / kSheetOfLayer;
     q[kS1] = across.re / kSheetOfLayer;
     q[kS2] = across.im / kSheetOfLayer;
-    q[kN1] = q[kRp] / bare;
-    q[kN2] = q[kRs] / bare;
+    q[kN1] = q[kRp] / HeldFromZero(bare);
+    q[kN2] = q[kRs] / HeldFromZero(bare);
     q[kLoss] = 1 - q[kRefl] - q[kTrans];
   }
 
@@ -224,7 +225,7 @@ struct GrapheneRibbons {
   }
   // The ribbon as a resistor in series with the capacitor of the gaps.
   static Cplx Circuit(const TypeInputs<double>& in, const Cplx& s, const Cplx& mean, double k0) {
-    const double w = in[kRibbon], L = in[kPeriod];
+    const double w = HeldFromZero(in[kRibbon]), L = HeldFromZero(in[kPeriod]);
     const double gap = std::sin(std::numbers::pi * (L - w) / (2 * L));
     const Cplx resistor = Quotient(Cplx{L / w, 0}, s);
     if (!(gap > 0)) return Quotient(Cplx{1, 0}, resistor);

@@ -289,13 +289,13 @@ constexpr double kKineticPerMass = 0.0380998;             // hbar^2/(2m) of the 
 template <class T>
 T ElectronGap(const TypeInputs<T>& in, double k) {
   const T half = T(0.5) * in[kBiGap];
-  return Sqrt(half * half + in[kBiGap] * T(kKineticPerMass * k * k) / in[kBiMassZ]);
+  return Sqrt(half * half + in[kBiGap] * T(kKineticPerMass * k * k) / HeldFromZero(in[kBiMassZ]));
 }
 template <class T>
 T HoleLevel(const TypeInputs<T>& in, double k, int n, int spin) {
-  const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / in[kHoleMass];
+  const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / HeldFromZero(in[kHoleMass]);
   return in[kHoleTop] - T(n + 0.5) * cyclotron + T(0.5 * spin * kMagneton) * in[kHoleFactor] * Magnitude(in[kBiField]) -
-         T(kKineticPerMass * k * k) / in[kHoleMassZ];
+         T(kKineticPerMass * k * k) / HeldFromZero(in[kHoleMassZ]);
 }
 int BismuthLevels(double setting) {
   return setting >= 1 ? static_cast<int>(std::min(setting, static_cast<double>(kMostLevels))) : 60;
@@ -345,7 +345,8 @@ struct Bismuth {
     const int count = std::clamp(in.setting(kBiCount), 1, kMostPoints), highest = BismuthLevels(in.value(kBiHighest));
     const double dk = in.value(kBiLargest) / count;  // half of the axis, doubled by the weight
     const T kT = T(kElectronvoltPerKelvin) * in[kBiTemperature], mu = in[kBiPotential];
-    const T field = Magnitude(in[kBiField]), unit = in[kBiGap] * T(kCyclotronPerTesla) * field / in[kBiMass];
+    const T field = Magnitude(in[kBiField]),
+            unit = in[kBiGap] * T(kCyclotronPerTesla) * field / HeldFromZero(in[kBiMass]);
     // A layer of 3.35 A becomes a sheet, and sheets add up along the field; a pocket has two of the four flavours.
     const double perLayer = 2 * dk * 1e7 / (2 * std::numbers::pi) * 3.35e-8;
     const T pockets(0.5 * in.value(kBiPockets) * perLayer);
@@ -383,7 +384,7 @@ struct Bismuth {
   template <class T>
   static void AddHoles(const TypeInputs<T>& in, double k, int highest, const T& weight, const T& mu, const T& kT,
                        LadderTable<T>& table) {
-    const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / in[kHoleMass];
+    const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / HeldFromZero(in[kHoleMass]);
     for (const int spin : {1, -1}) {
       for (int n = 0; n < highest; ++n) {
         AddTransition(table, weight * cyclotron * cyclotron * T(n + 1), HoleLevel(in, k, n, spin) - mu,
@@ -407,8 +408,8 @@ int EvaluateBismuthLevels(EvalContext& ctx, Model& model, double x, bool) {
   Slots<double> q{};
   const int status = ReadRowsOf(ctx, *run.scratch().partner[0], kBismuthMap, [&](const TypeInputs<double>& in) {
     const double n = std::fmin(std::trunc(std::fabs(x)), kMostLevels), gap = ElectronGap(in, 0);
-    const double unit = in[kBiGap] * kCyclotronPerTesla * std::fabs(in[kBiField]) / in[kBiMass];
-    q[kRefl] = std::sqrt(gap * gap + n * unit);
+    const double unit = in[kBiGap] * kCyclotronPerTesla * std::fabs(in[kBiField]) / HeldFromZero(in[kBiMass]);
+    q[kRefl] = Sqrt(gap * gap + n * unit);
     q[kTrans] = HoleLevel(in, 0, static_cast<int>(n), 1);
     q[kRp] = HoleLevel(in, 0, static_cast<int>(n), -1);
   });

@@ -373,8 +373,8 @@ struct WeightedDifference {
   static constexpr int kAsked[] = {kE1, kE2};
   static constexpr std::uint64_t kOfModels = InputBits({kFirst, kSecond});
   static constexpr SlotUse kFills[] = {{kRefl, "factor (a Re D + b Im D) + offset, D = eps1 - eps2"},
-                                       {kE1, "Re D", kOfModels, 1},
-                                       {kE2, "Im D", kOfModels, 2}};
+                                       {kE1, "Re D", kOfModels, 0, 1},
+                                       {kE2, "Im D", kOfModels, 0, 2}};
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {

@@ -136,8 +136,8 @@ struct Magnetotransport {
     const Complex<T> xx = sigma.xx * in[kFactor], xy = sigma.xy * in[kFactor];
     const Complex<T> square = xx * xx + xy * xy;
     if (Norm(ValueOf(square)) < 1e-20) return;
-    q[kRefl] = (xx / square).re * in[kDiagonal] / in[kLength];
-    q[kTrans] = (xy / square).re * in[kHall] / in[kLength];
+    q[kRefl] = (xx / square).re * in[kDiagonal] / HeldFromZero(in[kLength]);
+    q[kTrans] = (xy / square).re * in[kHall] / HeldFromZero(in[kLength]);
   }
 };
 

@@ -10,6 +10,7 @@
 
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
+#include "models/row_code.h"
 #include "models/types/near_field/sheet_on_surface.h"
 #include "models/types/types.h"
 
@@ -108,8 +109,7 @@ class Surface {
 
  private:
   static int MomentumRow(const Model& model) {
-    if (model.epsInf.adjustable) return -1;
-    const int row = model.epsInf.value == -73 ? 1 : model.epsInf.value == -77 ? 2 : -1;
+    const int code = NegatedCode(model.epsInf), row = code == 73 ? 1 : code == 77 ? 2 : -1;
     return row >= 0 && RowCount(model) > row ? row : -1;
   }
   Cplx ReflectionOfModel(double q) {
@@ -237,7 +237,7 @@ Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, int input) {
 
 Tip TipOf(const TypeInputs<double>& in) {
   constexpr int kMostPoints = 10000;
-  return {in.setting(kHarmonic), in[kRadius], in[kHeight], in[kAmplitude],
+  return {in.setting(kHarmonic), HeldFromZero(in[kRadius]), in[kHeight], in[kAmplitude],
           std::clamp(in.setting(kCycle), 1, kMostPoints)};
 }
 
@@ -314,7 +314,7 @@ struct DipoleOnReflection {
 
   // The far field of the sample meets the reflection that the surface gives; a reference brings its own.
   static Signals SignalsOf(const TypeInputs<double>& in, const Cplx& rp) {
-    const Tip tip{in.setting(kOrder), in[kTipRadius], in[kTipHeight], in[kTipAmplitude],
+    const Tip tip{in.setting(kOrder), HeldFromZero(in[kTipRadius]), in[kTipHeight], in[kTipAmplitude],
                   std::clamp(in.setting(kPoints), 1, 10000)};
     Signals signals{.rp = rp, .sample = DipoleSignal(tip, rp, tip.harmonic), .ratio = {}};
     signals.ratio = signals.sample;
@@ -359,7 +359,7 @@ int EvaluateOnReflection(EvalContext& ctx, Model& model, double x, bool atRadius
   Surface surface(ctx, partner, x, {}, {});
   Cplx rp;
   if (atRadius && surface.HasDispersion()) {
-    rp = surface.Reflection(0.1 / in[D::kTipRadius]);
+    rp = surface.Reflection(0.1 / HeldFromZero(in[D::kTipRadius]));
   } else {
     const WantedForPartner wanted(ctx.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
     if (EvalModel(ctx, partner, x, false) != 0) return -1;
