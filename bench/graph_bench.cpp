@@ -82,8 +82,8 @@ void EvaluationForAGraph(benchmark::State& state) {
   LiveGraph live;
   for (auto _ : state) {
     live.MoveParameter();
-    benchmark::DoNotOptimize(kalvex::ModelValues(live.graph, live.program.eval, live.model, LiveGraph::kCurves,
-                                                 live.graph.columnX));
+    benchmark::DoNotOptimize(
+        kalvex::ModelValues(live.graph, live.program.eval, live.model, LiveGraph::kCurves, live.graph.columnX));
   }
 }
 BENCHMARK(EvaluationForAGraph)->Unit(benchmark::kMillisecond);

@@ -190,7 +190,7 @@ class Paper {
       case SymbolShape::kCircle:
         break;
     }
-    constexpr int kCorners = 24;
+    constexpr int kCorners = 16;
     std::vector<Point> circle;
     for (int k = 0; k < kCorners; ++k) {
       const double angle = 2 * std::numbers::pi * k / kCorners;

@@ -4,6 +4,7 @@
 #include "graphs/graph_picture.h"
 #include "graphs/graph_table.h"
 #include "macro/handlers.h"
+#include "macro/if_given.h"
 #include "macro/named_model.h"
 #include "models/quantity.h"
 #include "program/program.h"
@@ -49,14 +50,6 @@ std::optional<int> NeededQuantity(MacroCall& call) {
 }
 
 std::string GraphText(const Graph& graph) { return "graph " + std::to_string(graph.number); }
-
-void SetFlagIfGiven(const MacroCall& call, const char* name, bool& flag) {
-  if (const auto value = call.Int(name)) flag = *value != 0;
-}
-template <class T>
-void SetIfGiven(T& field, std::optional<T> value) {
-  if (value) field = *value;
-}
 
 void SetLook(const MacroCall& call, Curve& curve) {
   SetIfGiven(curve.nColor, call.Int("nColor"));
@@ -122,13 +115,13 @@ MacroResult GraphPropertiesCommand(MacroCall& call) {
   if (!graph) return MacroResult::kNext;
   SetIfGiven(graph->X.min, call.Real("Xmin"));
   SetIfGiven(graph->X.max, call.Real("Xmax"));
-  SetFlagIfGiven(call, "Xlog", graph->X.log);
+  SetFlagIfGiven(graph->X.log, call.Int("Xlog"));
   SetTitleIfGiven(call, "XTitle", graph->X.title);
   SetIfGiven(graph->Y.min, call.Real("Ymin"));
   SetIfGiven(graph->Y.max, call.Real("Ymax"));
-  SetFlagIfGiven(call, "Ylog", graph->Y.log);
+  SetFlagIfGiven(graph->Y.log, call.Int("Ylog"));
   SetTitleIfGiven(call, "YTitle", graph->Y.title);
-  SetFlagIfGiven(call, "ShowFitted", graph->ShowFitted);
+  SetFlagIfGiven(graph->ShowFitted, call.Int("ShowFitted"));
   ApplyAxes(*graph);
   return call.Done(PlotText(*graph) + ", X " + RangeText(graph->X) + ", Y " + RangeText(graph->Y));
 }
@@ -139,12 +132,12 @@ MacroResult AddDataCurveCommand(MacroCall& call) {
   if (!dataset) return MacroResult::kNext;
   Curve curve = DataCurve(*dataset);
   SetLook(call, curve);
-  SetFlagIfGiven(call, "ShowLine", curve.ShowLine);
-  SetFlagIfGiven(call, "ShowSymbol", curve.ShowSymbol);
-  SetFlagIfGiven(call, "ShowError", curve.ShowError);
+  SetFlagIfGiven(curve.ShowLine, call.Int("ShowLine"));
+  SetFlagIfGiven(curve.ShowSymbol, call.Int("ShowSymbol"));
+  SetFlagIfGiven(curve.ShowError, call.Int("ShowError"));
   SetIfGiven(curve.nSymbolSize, call.Int("nSymbolSize"));
   SetIfGiven(curve.nSymbolShape, call.Int("nSymbolShape"));
-  SetFlagIfGiven(call, "SymbolOpen", curve.SymbolOpen);
+  SetFlagIfGiven(curve.SymbolOpen, call.Int("SymbolOpen"));
   Add(call, *graph, curve);
   if (!curve.ShowLine && !curve.ShowSymbol && !curve.ShowError) {
     call.said += "; nothing of it is drawn without ShowLine, ShowSymbol or ShowError";

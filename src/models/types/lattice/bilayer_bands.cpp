@@ -339,7 +339,8 @@ constinit const ModelType kBandsCondBilayer = {
     .page =
         {.sample = "bands of bilayer graphene along a path, and its interband conductivity against the energy",
          .formula =
-             "H(k) = site energies + sum over hops of size exp(i k R), R from atom to atom\n"
+             "H(k) = site energies + sum over hops of size exp(i k R), R from atom to atom; in the usual notation the\n"
+             "hoppings are -g0, g1, -g3 and g4\n"
              "sigma_ij = 50 2 pi (e^2/hbar) mean over k |<i|dH/dkx|j>|^2 (f_i - f_j)/(E_j - E_i)/(A 335e-8 cm)/step\n"
              "in the bin of E_j - E_i; the mean is over the whole zone, of which the mesh takes its part at the\n"
              "middles of its cells. Outside the path and the bins all is 0. The lattice goes through Bilayer.lat,\n"

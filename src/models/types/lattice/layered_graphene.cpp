@@ -373,8 +373,8 @@ struct WeightedDifference {
   static constexpr int kAsked[] = {kE1, kE2};
   static constexpr std::uint64_t kOfModels = InputBits({kFirst, kSecond});
   static constexpr SlotUse kFills[] = {{kRefl, "factor (a Re D + b Im D) + offset, D = eps1 - eps2"},
-                                       {kE1, "Re D", kOfModels, 1},
-                                       {kE2, "Im D", kOfModels, 2}};
+                                       {kE1, "Re D", kOfModels, 0, 1},
+                                       {kE2, "Im D", kOfModels, 0, 2}};
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
@@ -388,7 +388,8 @@ constexpr const char* kLayerFormula =
     "sheet = i (e^2/hbar) (2/A) mean over k, sum over i, j of |<i|dH/dkx|j>|^2 phi_ij/(E - D + ig), D = E_j - E_i,\n"
     "phi_ij = (f_i - f_j)/D, -df/dE for i = j; weights a for i other than j, b for i = j and for levels that meet;\n"
     "sigma = sheet/d, eps = eps_inf + 60 i sigma/x. With a radius the mean is over N rings of a disc about K, taken\n"
-    "twice; without, over N by N wave vectors of the zone. Let the broadening exceed the steps between the levels.\n";
+    "twice; without, over N by N wave vectors of the zone. Let the broadening exceed the steps between the levels.\n"
+    "In the usual notation the hoppings are -g0, g1, -g3 and g4.\n";
 constexpr const char* kLayerSource =
     "E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013), with the Kubo formula; steps at mu and at the A A "
     "hopping: E. J. Nicol, J. P. Carbotte, Phys. Rev. B 77, 155409 (2008); the order of the rows from the fourth on is "

@@ -84,7 +84,7 @@ constinit const ModelType kFano = ShownType<CoupledPhonon, Exactly(2)>(
                 "sigma0 = -i x Lp/60, sigma = sigma0/(1 - k Lp Le), k the coupling",
      .source = "two coupled oscillators, U. Fano, Phys. Rev. 124, 1866 (1961)"});
 
-constinit const ModelType kFanoOriginal = FittedType<FanoLines<1>, Exactly(2)>(
+constinit const ModelType kFanoOriginal = FittedType<FanoLines<1>, AtLeast(2)>(
     42, "Fano-original",
     {.sample = "an asymmetric line in the conductivity",
      .formula = "t = 2 (x - W)/G, sigma = Wp^2/(60 G) (q^2 + 2qt - 1)/((t^2 + 1) q^2)",
