@@ -28,11 +28,10 @@ void Refresh(const WindowDesk& desk, bool quiet) {
 void Commit(const WindowDesk& desk) {
   if (!desk.expParams.editor.open) return;
   const auto number = TakeNumber(desk.expParams.editor);
-  if (number && !IsFrozen(desk)) {
-    SetValue(desk.params, ParamUnderCursor(desk), *number);
-    RedrawDirty(desk.notices, desk.params);
-  }
-  Refresh(desk, !number);
+  if (!number || IsFrozen(desk)) return Refresh(desk, true);
+  SetValue(desk.params, ParamUnderCursor(desk), *number);
+  RedrawDirty(desk.notices, desk.params);
+  Refresh(desk, false);
 }
 
 void MoveTo(const WindowDesk& desk, int index) {
