@@ -16,12 +16,16 @@ ModelParam& ParamOf(const WindowDesk& desk, int index) {
 }
 ModelParam& ParamUnderCursor(const WindowDesk& desk) { return ParamOf(desk, desk.expParams.selectedIndex); }
 
-// Moving the cursor leaves the values alone, so the fit need not hear of it.
-void Refresh(const WindowDesk& desk, bool quiet) {
+void SelectUnderCursor(const WindowDesk& desk) {
   ParamPlace place;
   place.Where = ParamKind::kExp;
   place.nep = desk.expParams.selectedIndex;
   if (SelectParam(desk, kExpParamsOwner, place)) desk.expParams.paramSelected = true;
+}
+
+// Moving the cursor leaves the values alone, so the fit need not hear of it.
+void Refresh(const WindowDesk& desk, bool quiet) {
+  SelectUnderCursor(desk);
   RefreshExpParams(desk.notices, desk.params, quiet);
 }
 
@@ -60,6 +64,7 @@ void OpenExpParams(const WindowDesk& desk) {
   if (window.open) return;
   window.open = true;
   window.selectedIndex = 0;
+  SelectUnderCursor(desk);
 }
 
 void CloseExpParams(const WindowDesk& desk) {

@@ -36,6 +36,8 @@ TEST_F(ExpParamsWindows, ShowTheSixDefaultsAfterTheStartAndNoneIsAFitParameter) 
   EXPECT_EQ(std::pair(window().width, window().height), std::pair(285, 160));
 }
 
+TEST_F(ExpParamsWindows, AreSelectedAsSoonAsTheyOpen) { EXPECT_EQ(SelectedParam(desk()), &param(0)); }
+
 TEST_F(ExpParamsWindows, ValuesHaveFiveDigits) {
   param(0).value = 0.00123456789;
   EXPECT_EQ(ExpParamLineOf(desk(), 0).value, "0.0012346 ");

@@ -135,7 +135,10 @@ TEST_F(FitDialogs, StartAndUndoAreFollowedByTheModelWindows) {
     static_cast<std::vector<std::int64_t>*>(self)->push_back(id);
   };
   s.program.notices.fit = nullptr;
+  OpenParamControl(WindowDeskOf(s.program));
+  PressModelField(WindowDeskOf(s.program), s.model(1), {false, 0, 1});
   EXPECT_EQ(PressFitStart(s.program), 0);
+  EXPECT_EQ(s.program.paramControl.baseValue, Cell(s.model(1), 0, Wo).value);
   EXPECT_NEAR(Cell(s.model(1), 0, Wo).value, 100, 1e-3);
   EXPECT_FALSE(redrawn.empty());
   redrawn.clear();
