@@ -36,6 +36,12 @@ TEST(FileDialogsWithoutAScreen, AreCancelled) {
   EXPECT_EQ(folder, "kept/");
 }
 
+TEST(TheProgramsFolder, IsThatOfTheRunningFile) {
+  const Platform platform = HeadlessPlatform();
+  const std::string folder = platform.programFolder(platform.self);
+  EXPECT_TRUE(folder.ends_with("/tests/")) << folder;
+}
+
 TEST(SuspendDialogs, OnlyContinueLooksAtTheCheckBox) {
   SuspendDialog dialog;
   OpenSuspendDialog(dialog);

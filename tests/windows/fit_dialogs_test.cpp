@@ -113,6 +113,16 @@ TEST_F(FitDialogs, ClosingDuringARunStopsIt) {
   EXPECT_FALSE(window().open);
 }
 
+TEST_F(FitDialogs, OpenedDuringARunItLeavesTheListsAlone) {
+  s.Term(1, 1);
+  CloseFitWindow(desk());
+  s.model(1).epsInf.adjustable = 0;
+  s.fit().FitRunning = true;
+  OpenFitWindow(desk());
+  EXPECT_EQ(window().lines.size(), 1u);
+  EXPECT_EQ(FitLabelsOf(s.fit()).params, "4");
+}
+
 TEST_F(FitDialogs, ClosedItHearsNothingAndOpenedItIsUpToDate) {
   s.Term(1, 1);
   CloseFitWindow(desk());

@@ -267,6 +267,23 @@ TEST_F(ModelWindows, TheMouseCommitsMovesAndOpensTheEditor) {
   EXPECT_EQ(window().editor.text, "400");
 }
 
+TEST_F(ModelWindows, AFieldIsTheOneThatTheUserSeesEvenFarFromTheCursor) {
+  SetVisibleRows(first, 1);
+  PressCell(0, 1);
+  PressModelDigit(desk(), first, '5');
+  ScrollToPosition(first, 3);
+  RightPressModelField(desk(), first, {false, 0, 2});
+  EXPECT_EQ(Frequencies()[0], "5");
+  EXPECT_EQ(Cell(first, 2, Wp).adjustable, 0u);
+  EXPECT_EQ(window().topRow, 2);
+  EXPECT_EQ(Cursor(), "1,1");
+  Press(Key::kEnter);
+  EXPECT_EQ(window().topRow, 0);  // where the editor is
+  ScrollToPosition(first, 3);
+  PressCell(0, 3);
+  EXPECT_EQ(Cursor(), "3,3");
+}
+
 TEST_F(ModelWindows, CellsThatHoldNoParameterDoNotAnswer) {
   PressCell(0, 2);
   for (const ModelField& field :
