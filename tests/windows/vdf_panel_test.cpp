@@ -156,7 +156,11 @@ TEST_F(VdfPanels, SavedAndLoadedByItsDialogs) {
   first.vdf.mesh[3].e2.value = 0.125;
   chosenFile = "mesh";
   Press(ModelButton::kVdfSave);
-  first.vdf.mesh.clear();
+  Press(ModelButton::kVdfInit);
+  dialog().choice[0] = 2;
+  AcceptVdfDialog(desk());
+  EXPECT_EQ(first.vdf.mesh.size(), 20u);  // the file will replace it
+  Heard();
   chosenFile = "mesh.kvv";
   Press(ModelButton::kVdfLoad);
   ASSERT_EQ(first.vdf.mesh.size(), 10u);
