@@ -31,6 +31,8 @@ class VectorPanel {
   void Clear() { count_ = 0; }
   double Weight(std::size_t vector) const { return weight_[vector]; }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
+  // Entry i of the first vector; that of the next stands kStrip behind it.
+  const double* Rows(std::size_t i) const { return Strip(i) + i % kStrip; }
 
  private:
   std::size_t count_ = 0;

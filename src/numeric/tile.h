@@ -1,0 +1,18 @@
+// The one loop behind sums of outer products and blocked factorisations: a small tile of a matrix, held in registers,
+// takes the products of many vectors.
+#pragma once
+
+#include <cstddef>
+
+namespace kalvex {
+
+// A tile has 8 rows and 16 columns; vectors are read in strips of 16 entries.
+inline constexpr std::size_t kTileRows = 8;
+inline constexpr std::size_t kTileColumns = 16;
+
+// out[r*stride + c] += sign * sum over p < count of rows[16 p + r] columns[16 p + c]. sign is 1 or -1. The sum is
+// formed first, in the order of p.
+void AddTile(const double* rows, const double* columns, std::size_t count, double sign, double* out,
+             std::size_t stride);
+
+}  // namespace kalvex
