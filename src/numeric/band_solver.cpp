@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "core/vector_clones.h"
+#include "numeric/full_factor.h"
 
 namespace kalvex {
 namespace {
 
 constexpr std::size_t kLanes = 8;
-constexpr std::size_t kBlock = 64;
 constexpr std::size_t kMostBorder = 256;
 
 KALVEX_VECTOR_CLONES double Dot(const double* a, const double* b, std::size_t count) {
@@ -22,28 +22,6 @@ KALVEX_VECTOR_CLONES double Dot(const double* a, const double* b, std::size_t co
   double rest = 0;
   for (; i < count; ++i) rest += a[i] * b[i];
   return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7])) + rest;
-}
-
-// Dot products of four rows with two others, so that each number read serves several products.
-KALVEX_VECTOR_CLONES void DotTile(const double* rows, const double* others, std::size_t stride, std::size_t count,
-                                  double* out) {
-  double sum[4][2][kLanes] = {};
-  std::size_t k = 0;
-  for (; k + kLanes <= count; k += kLanes) {
-    for (std::size_t r = 0; r < 4; ++r) {
-      for (std::size_t c = 0; c < 2; ++c) {
-        for (std::size_t l = 0; l < kLanes; ++l) sum[r][c][l] += rows[r * stride + k + l] * others[c * stride + k + l];
-      }
-    }
-  }
-  for (std::size_t r = 0; r < 4; ++r) {
-    for (std::size_t c = 0; c < 2; ++c) {
-      double total = 0;
-      for (std::size_t l = 0; l < kLanes; ++l) total += sum[r][c][l];
-      for (std::size_t i = k; i < count; ++i) total += rows[r * stride + i] * others[c * stride + i];
-      out[r * 2 + c] = total;
-    }
-  }
 }
 
 // How the matrix is to be taken apart: the first border rows by themselves, the rest as a band.
@@ -106,81 +84,9 @@ int DecomposeNarrow(const Band& band) {
   return 0;
 }
 
-// A wide band counts as a full matrix, in blocks of columns: first what the finished columns contribute to the block,
-// tile by tile, then the block itself. Rows do not look at each other but for those of the block's own square, so that
-// they can be shared out.
-constexpr std::size_t kRowsOfTask = 32;
-constexpr std::size_t kLeastShared = 200;  // rows below a block that are worth waking a thread
-
-template <class Work>
-void ForEachRowSlice(ThreadPool* pool, std::size_t from, std::size_t end, Work work) {
-  const std::size_t tasks = (end - from + kRowsOfTask - 1) / kRowsOfTask;
-  ParallelFor(end - from >= kLeastShared ? pool : nullptr, tasks, [&](std::size_t task, std::size_t) {
-    const std::size_t begin = from + task * kRowsOfTask;
-    work(begin, std::min(end, begin + kRowsOfTask));
-  });
-}
-
-// For the rows begin to end - 1 of the block of columns from, ..., to - 1.
-void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::size_t begin, std::size_t end,
-                      std::span<double> diagonal) {
-  const SquareMatrix& a = band.a;
-  const std::size_t count = from - band.first;
-  const auto put = [&](std::size_t i, std::size_t j, double dot) {
-    if (i > j) a(i, j) = a(j, i) - dot;
-    if (i == j) diagonal[j - from] = a(j, j) - dot;
-  };
-  for (std::size_t i = begin; i < end; i += 4) {
-    for (std::size_t j = from; j < to && j <= i + 3; j += 2) {
-      if (i + 4 <= a.size && j + 2 <= to) {
-        double dots[8];
-        DotTile(a.Row(i) + band.first, a.Row(j) + band.first, a.size, count, dots);
-        for (std::size_t r = 0; r < 4; ++r) {
-          for (std::size_t c = 0; c < 2; ++c) put(i + r, j + c, dots[r * 2 + c]);
-        }
-        continue;
-      }
-      for (std::size_t r = i; r < std::min(i + 4, a.size); ++r) {
-        for (std::size_t c = j; c < std::min(j + 2, to); ++c) {
-          put(r, c, Dot(a.Row(r) + band.first, a.Row(c) + band.first, count));
-        }
-      }
-    }
-  }
-}
-
-// Row i of the columns from, ..., to - 1, whose own square is finished as far as they reach.
-void FinishRow(const Band& band, std::size_t from, std::size_t to, std::size_t i) {
-  const SquareMatrix& a = band.a;
-  for (std::size_t j = from; j < to; ++j) {
-    a(i, j) = (a(i, j) - Dot(a.Row(i) + from, a.Row(j) + from, j - from)) * band.inverseDiagonal[j];
-  }
-}
-
-int DecomposeWide(const Band& band, ThreadPool* pool) {
-  const SquareMatrix& a = band.a;
-  double diagonal[kBlock];
-  for (std::size_t from = band.first; from < a.size; from += kBlock) {
-    const std::size_t to = std::min(a.size, from + kBlock);
-    ForEachRowSlice(pool, from, a.size, [&](std::size_t begin, std::size_t end) {
-      SubtractFinished(band, from, to, begin, end, diagonal);
-    });
-    for (std::size_t j = from; j < to; ++j) {
-      FinishRow(band, from, j, j);
-      const double pivot = diagonal[j - from] - Dot(a.Row(j) + from, a.Row(j) + from, j - from);
-      if (!(pivot > 0)) return -1;
-      band.inverseDiagonal[j] = 1 / std::sqrt(pivot);
-    }
-    ForEachRowSlice(pool, to, a.size, [&](std::size_t begin, std::size_t end) {
-      for (std::size_t i = begin; i < end; ++i) FinishRow(band, from, to, i);
-    });
-  }
-  return 0;
-}
-
 int Decompose(const Band& band, ThreadPool* pool) {
   const bool wide = 3 * band.half > band.a.size - band.first;
-  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size}, pool) : DecomposeNarrow(band);
+  return wide ? FactorFull(band.a, band.first, band.inverseDiagonal, pool) : DecomposeNarrow(band);
 }
 
 // x from first on becomes the solution of L L^T x = x.

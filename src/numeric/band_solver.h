@@ -5,17 +5,10 @@
 #include <cstddef>
 #include <span>
 
+#include "numeric/square_matrix.h"
 #include "numeric/thread_pool.h"
 
 namespace kalvex {
-
-// A square matrix in row order: entry (i, j) at data[i*size + j].
-struct SquareMatrix {
-  double* data = nullptr;
-  std::size_t size = 0;
-  double& operator()(std::size_t i, std::size_t j) const { return data[i * size + j]; }
-  double* Row(std::size_t i) const { return data + i * size; }
-};
 
 // Solves A x = b by A = L L^T inside the band that A itself shows. Leading rows that are much longer than the rest are
 // kept out of the band and eliminated last, so that a band with a few full rows costs what a band costs.

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "numeric/band_solver.h"
+#include "numeric/square_matrix.h"
 #include "numeric/thread_pool.h"
 
 namespace kalvex {
