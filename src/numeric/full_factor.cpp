@@ -4,7 +4,6 @@
 #include <cmath>
 #include <memory>
 
-#include "core/vector_clones.h"
 #include "numeric/tile.h"
 
 namespace kalvex {
@@ -75,20 +74,8 @@ void SubtractFinished(const Factoring& work, std::size_t block, std::size_t begi
   }
 }
 
-// Columns k to k + count - 1 of one strip, after the block's columns before k have been subtracted. l points to
-// row k of column k of the block.
-KALVEX_VECTOR_CLONES void SolveTile(const double* l, std::size_t count, const double* inverseDiagonal, double* tile) {
-  for (std::size_t r = 0; r < count; ++r) {
-    double* const out = tile + r * kStrip;
-    for (std::size_t q = 0; q < r; ++q) {
-      for (std::size_t c = 0; c < kStrip; ++c) out[c] -= l[q * kStrip + r] * tile[q * kStrip + c];
-    }
-    for (std::size_t c = 0; c < kStrip; ++c) out[c] *= inverseDiagonal[r];
-  }
-}
-
-// The same for the strip that holds the diagonal of these columns, whose pivots are found on the way. False at one that
-// is not positive.
+// A few columns in the strip that holds their diagonal, from lane `lane` on, after what stands before them has been
+// subtracted. False at a pivot that is not positive.
 bool FindPivots(std::size_t lane, std::size_t count, double* inverseDiagonal, double* tile) {
   for (std::size_t r = 0; r < count; ++r) {
     double* const out = tile + r * kStrip;
@@ -110,9 +97,10 @@ void SubtractOwn(const Factoring& work, std::size_t block, std::size_t k, std::s
 
 void SolveColumns(const Factoring& work, std::size_t block, std::size_t k, std::size_t strip) {
   const std::size_t i = block * kBlock + k;
-  const double* const l = work.packed.Row(block, i) + k * kStrip;
-  SolveTile(l, std::min(kTileRows, work.Rows() - i), work.inverseDiagonal + i,
-            work.packed.Piece(block, strip) + k * kStrip);
+  if (i >= work.Rows()) return;
+  double inverse[kTileRows] = {};
+  std::copy_n(work.inverseDiagonal + i, std::min(kTileRows, work.Rows() - i), inverse);
+  SolveTile(work.packed.Row(block, i) + k * kStrip, inverse, work.packed.Piece(block, strip) + k * kStrip);
 }
 
 // The square on the diagonal. False if a pivot is not positive.

@@ -60,6 +60,20 @@ KALVEX_VECTOR_CLONES void AddQuarters(const double* rows, const double* columns,
 
 }  // namespace
 
+KALVEX_VECTOR_CLONES void SolveTile(const double* l, const double* inverseDiagonal, double* x) {
+  for (std::size_t c = 0; c < kTileColumns; c += kPack) {
+    Pack rows[kTileRows];
+#pragma GCC unroll 8
+    for (std::size_t r = 0; r < kTileRows; ++r) {
+      std::memcpy(&rows[r], x + r * kTileColumns + c, sizeof(Pack));
+#pragma GCC unroll 8
+      for (std::size_t q = 0; q < r; ++q) rows[r] -= l[q * kTileColumns + r] * rows[q];
+      rows[r] *= inverseDiagonal[r];
+      std::memcpy(x + r * kTileColumns + c, &rows[r], sizeof(Pack));
+    }
+  }
+}
+
 void AddTile(const double* rows, const double* columns, std::size_t count, double sign, double* out,
              std::size_t stride) {
   (HasWideVectors() ? AddWhole : AddQuarters)(rows, columns, count, sign, out, stride);

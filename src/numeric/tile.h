@@ -15,4 +15,8 @@ inline constexpr std::size_t kTileColumns = 16;
 void AddTile(const double* rows, const double* columns, std::size_t count, double sign, double* out,
              std::size_t stride);
 
+// Solves L X = X for a tile X of rows of 16, L being of 8 by 8: its entry (r, q) stands at l[16 q + r], and the inverse
+// of its diagonal element r at inverseDiagonal[r].
+void SolveTile(const double* l, const double* inverseDiagonal, double* x);
+
 }  // namespace kalvex
