@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <limits>
 
@@ -112,45 +113,56 @@ char* PutTwoDigits(char* out, int number) {
   return out;
 }
 
-// %.6g of a number that is not 0, where a product with an exact power of ten tells its six digits for sure: it is off
-// by at most one rounding, which is below 1e-9 of the last digit. Gives out where it cannot tell.
-char* PutSixDigits(char* out, double value) {
+// A number to six digits: d.ddddd 10^exponent.
+struct SixDigits {
+  int digits = 0;  // 100000 to 999999
+  int exponent = 0;
+};
+
+// Where a product with an exact power of ten tells the six digits for sure: it is off by at most one rounding, which is
+// below 1e-9 of the last digit. Gives 0 for the digits where it cannot tell, and of numbers far from 1.
+SixDigits SixDigitsOf(double size) {
   constexpr double kUnsure = 1e-9;
-  const double size = std::fabs(value);
-  if (!(size >= 1e-16 && size <= 1e26)) return out;
+  if (!(size >= 1e-16 && size <= 1e26)) return {};
   // The power of ten below the number, or one less: 1233/4096 is a little below log10(2).
   const auto binary = static_cast<int>(std::bit_cast<std::uint64_t>(size) >> 52) - 1023;
   int exponent = binary * 1233 >> 12;
-  if (exponent < -17) return out;
   double scaled = TimesPowerOfTen(size, 5 - exponent);
   if (scaled >= 1e6) scaled = TimesPowerOfTen(size, 5 - ++exponent);
   auto digits = static_cast<int>(scaled);
   const double rest = scaled - digits;
-  if (std::fabs(rest - 0.5) < kUnsure || digits < 100000 || digits > 999999) return out;
-  if (rest > 0.5 && ++digits == 1000000) {
-    digits = 100000;
-    ++exponent;
-  }
-  std::array<char, 6> text;
-  PutTwoDigits(PutTwoDigits(PutTwoDigits(text.data(), digits / 10000), digits / 100 % 100), digits % 100);
-  int count = 6;
-  while (text[static_cast<std::size_t>(count - 1)] == '0') --count;
-  if (std::signbit(value)) *out++ = '-';
-  const bool scientific = exponent < -4 || exponent > 5;
-  const int before = scientific ? 1 : exponent + 1;  // digits before the point
-  if (before <= 0) {
+  if (std::fabs(rest - 0.5) < kUnsure || digits < 100000 || digits > 999999) return {};
+  digits += rest > 0.5 ? 1 : 0;
+  if (digits == 1000000) return {100000, exponent + 1};
+  return {digits, exponent};
+}
+
+// %.6g of the number whose size these digits are.
+char* PutSixDigits(char* out, bool negative, const SixDigits& of) {
+  std::array<char, 12> text{};  // six digits, and room to copy six from any of them
+  PutTwoDigits(PutTwoDigits(PutTwoDigits(text.data(), of.digits / 10000), of.digits / 100 % 100), of.digits % 100);
+  std::size_t count = 6;
+  while (text[count - 1] == '0') --count;
+  if (negative) *out++ = '-';
+  const bool scientific = of.exponent < -4 || of.exponent > 5;
+  if (of.exponent < 0 && !scientific) {
     *out++ = '0';
     *out++ = '.';
-    out = std::fill_n(out, -before, '0');
+    out = std::fill_n(out, -of.exponent - 1, '0');
+    std::memcpy(out, text.data(), 6);
+    return out + count;
   }
-  for (int i = 0; i < std::max(count, before); ++i) {
-    if (i == before && i > 0) *out++ = '.';
-    *out++ = text[static_cast<std::size_t>(i)];
+  const std::size_t before = scientific ? 1 : static_cast<std::size_t>(of.exponent) + 1;  // digits before the point
+  std::memcpy(out, text.data(), 6);
+  if (count > before) {
+    out[before] = '.';
+    std::memcpy(out + before + 1, text.data() + before, 6);
   }
+  out += count > before ? count + 1 : before;
   if (!scientific) return out;
   *out++ = 'e';
-  *out++ = exponent < 0 ? '-' : '+';
-  return PutTwoDigits(out, std::abs(exponent));
+  *out++ = of.exponent < 0 ? '-' : '+';
+  return PutTwoDigits(out, std::abs(of.exponent));
 }
 
 template <class... Format>
@@ -229,11 +241,12 @@ std::int32_t IntegerOf(std::string_view text) {
 }
 
 void AppendG(std::string& out, double value, int digits) {
-  if (digits == 6) {
+  const SixDigits six = digits == 6 ? SixDigitsOf(std::fabs(value)) : SixDigits{};
+  if (six.digits != 0) {
     std::array<char, 32> text;
-    const char* const end = PutSixDigits(text.data(), value);
+    const char* const end = PutSixDigits(text.data(), std::signbit(value), six);
     out.append(text.data(), static_cast<std::size_t>(end - text.data()));
-    if (end != text.data()) return;
+    return;
   }
   AppendPadded(out, 0, value, std::chars_format::general, digits);
 }
