@@ -15,7 +15,7 @@ constexpr std::size_t kPiece = kBlock * kStrip;
 constexpr std::size_t kStripsOfBlock = kBlock / kStrip;
 
 // L by blocks of columns, as tiles read it: for each strip of 16 rows, from that on which holds the block's diagonal,
-// the 16 entries of one column behind those of the other. Rows and columns count from the first of the part.
+// the 16 entries of one column behind those of the other.
 class PackedFactor {
  public:
   explicit PackedFactor(std::size_t rows)
@@ -41,11 +41,10 @@ class PackedFactor {
 
 struct Factoring {
   const SquareMatrix& a;
-  std::size_t first;
-  double* inverseDiagonal;  // of the part
+  std::span<double> inverseDiagonal;
   PackedFactor packed;
 
-  std::size_t Rows() const { return a.size - first; }
+  std::size_t Rows() const { return a.size; }
 };
 
 // The block's rows of the matrix, which are its columns by symmetry, above the diagonal; the rest of the piece is 0.
@@ -55,7 +54,7 @@ void TakeFromMatrix(const Factoring& work, std::size_t block, std::size_t strip)
   std::fill_n(piece, kPiece, 0.0);
   const std::size_t end = std::min(j + kStrip, work.Rows());
   for (std::size_t k = from; k < std::min(from + kBlock, end); ++k) {
-    const double* const row = work.a.Row(work.first + k) + work.first;
+    const double* const row = work.a.Row(k);
     const std::size_t begin = std::max(j, k);
     std::copy(row + begin, row + end, piece + (k - from) * kStrip + (begin - j));
   }
@@ -99,7 +98,7 @@ void SolveColumns(const Factoring& work, std::size_t block, std::size_t k, std::
   const std::size_t i = block * kBlock + k;
   if (i >= work.Rows()) return;
   double inverse[kTileRows] = {};
-  std::copy_n(work.inverseDiagonal + i, std::min(kTileRows, work.Rows() - i), inverse);
+  std::copy_n(work.inverseDiagonal.data() + i, std::min(kTileRows, work.Rows() - i), inverse);
   SolveTile(work.packed.Row(block, i) + k * kStrip, inverse, work.packed.Piece(block, strip) + k * kStrip);
 }
 
@@ -112,7 +111,7 @@ bool FactorSquare(const Factoring& work, std::size_t block) {
     for (std::size_t s = own; s < end; ++s) SubtractOwn(work, block, k, s);
     const std::size_t count = std::min(kTileRows, work.Rows() - from - k);
     double* const tile = work.packed.Piece(block, own) + k * kStrip;
-    if (!FindPivots(k % kStrip, count, work.inverseDiagonal + from + k, tile)) return false;
+    if (!FindPivots(k % kStrip, count, work.inverseDiagonal.data() + from + k, tile)) return false;
     for (std::size_t s = own + 1; s < end; ++s) SolveColumns(work, block, k, s);
   }
   return true;
@@ -122,7 +121,7 @@ void PutIntoMatrix(const Factoring& work, std::size_t block, std::size_t strip) 
   const std::size_t from = block * kBlock;
   const double* const piece = work.packed.Piece(block, strip);
   for (std::size_t j = strip * kStrip; j < std::min(strip * kStrip + kStrip, work.Rows()); ++j) {
-    double* const row = work.a.Row(work.first + j) + work.first;
+    double* const row = work.a.Row(j);
     for (std::size_t k = from; k < std::min(from + kBlock, j); ++k) row[k] = piece[(k - from) * kStrip + j % kStrip];
   }
 }
@@ -143,10 +142,10 @@ void FinishStrips(const Factoring& work, std::size_t block, std::size_t begin, s
 
 }  // namespace
 
-int FactorFull(const SquareMatrix& a, std::size_t first, std::span<double> inverseDiagonal, ThreadPool* pool) {
+int FactorFull(const SquareMatrix& a, std::span<double> inverseDiagonal, ThreadPool* pool) {
   constexpr std::size_t kStripsOfTask = 4;
   constexpr std::size_t kLeastShared = 200 * 200 * kBlock;  // products that are worth waking a thread
-  const Factoring work{a, first, inverseDiagonal.data() + first, PackedFactor(a.size - first)};
+  const Factoring work{a, inverseDiagonal, PackedFactor(a.size)};
   const std::size_t strips = work.packed.Strips();
   for (std::size_t block = 0; block * kBlock < work.Rows(); ++block) {
     const std::size_t begin = block * kStripsOfBlock, below = std::min(begin + kStripsOfBlock, strips);
