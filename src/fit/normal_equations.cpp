@@ -108,10 +108,12 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
-  constexpr std::size_t kWaiting = 8;  // blocks for which the matrix is read and written once
+  // A matrix that does not stay in the cache is read and written once for several blocks.
+  constexpr std::size_t kSmall = 200 * 200;
+  const std::size_t together = equations.alphaData.size() > kSmall ? 8 : 1;
   const std::size_t most = MostBlocksOfBatch(eval);
   std::vector<BlockGradients>& gradients = equations.gradients;
-  if (gradients.empty()) gradients.resize(most + kWaiting - 1, BlockGradients(equations.beta.size()));
+  if (gradients.empty()) gradients.resize(most + together - 1, BlockGradients(equations.beta.size()));
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;

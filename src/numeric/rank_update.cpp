@@ -53,10 +53,7 @@ void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, s
   const std::size_t columns = std::min(kStrip, b.size() - j);
   std::copy_n(b.data() + j, columns, sum);
   for (const VectorPanel* const panel : panels) {
-    const double* v = panel->Strip(j);
-    for (std::size_t p = 0; p < panel->Count(); ++p, v += kStrip) {
-      for (std::size_t c = 0; c < kStrip; ++c) sum[c] += panel->Weight(p) * v[c];
-    }
+    AddWeightedStrip(panel->Weights(), panel->Strip(j), sum);
   }
   std::copy_n(sum, columns, b.data() + j);
 }

@@ -60,6 +60,19 @@ KALVEX_VECTOR_CLONES void AddQuarters(const double* rows, const double* columns,
 
 }  // namespace
 
+KALVEX_VECTOR_CLONES void AddWeightedStrip(std::span<const double> weights, const double* strip, double* out) {
+  Pack sum[2];
+  std::memcpy(sum, out, sizeof(sum));
+  for (const double weight : weights) {
+    Pack v[2];
+    std::memcpy(v, strip, sizeof(v));
+    sum[0] += weight * v[0];
+    sum[1] += weight * v[1];
+    strip += kTileColumns;
+  }
+  std::memcpy(out, sum, sizeof(sum));
+}
+
 KALVEX_VECTOR_CLONES void SolveTile(const double* l, const double* inverseDiagonal, double* x) {
   for (std::size_t c = 0; c < kTileColumns; c += kPack) {
     Pack rows[kTileRows];

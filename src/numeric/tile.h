@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 
 namespace kalvex {
 
@@ -14,6 +15,9 @@ inline constexpr std::size_t kTileColumns = 16;
 // formed first, in the order of p.
 void AddTile(const double* rows, const double* columns, std::size_t count, double sign, double* out,
              std::size_t stride);
+
+// out[c] += weights[p] strip[16 p + c], for one p after the other and the 16 entries of the strip.
+void AddWeightedStrip(std::span<const double> weights, const double* strip, double* out);
 
 // Solves L X = X for a tile X of rows of 16, L being of 8 by 8: its entry (r, q) stands at l[16 q + r], and the inverse
 // of its diagonal element r at inverseDiagonal[r].
