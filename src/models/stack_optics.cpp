@@ -40,7 +40,8 @@ void PrepareInterfaces(Stack& stack) {
   stack.through = {1, 0};
   for (std::size_t j = 1; j < stack.media.size(); ++j) {
     const Cplx &a = stack.media[j - 1].y, &b = stack.media[j].y;
-    stack.rho[j] = (b - a) / (a + b);
+    const Cplx sum = a + b;
+    stack.rho[j] = Norm(sum) < kTinyNorm ? Cplx{} : (b - a) / sum;
     stack.through *= 1.0 + stack.rho[j];
   }
 }
@@ -189,11 +190,12 @@ void ClearSlopes(Stack& stack) {
 void ChainInterfaces(Stack& stack, const Sums& all) {
   for (std::size_t j = 1; j < stack.media.size(); ++j) {
     StackGradient g = stack.byRho[j];
+    const Cplx &a = stack.media[j - 1].y, &b = stack.media[j].y, sum = a + b;
+    if (Norm(sum) < kTinyNorm || stack.rho[j] == Cplx{-1, 0}) continue;
     const Cplx perRho = Cplx{1, 0} / (1.0 + stack.rho[j]);
     g.t += all.sumT * perRho;
     g.T += perRho * all.sumTT;
-    const Cplx &a = stack.media[j - 1].y, &b = stack.media[j].y;
-    const Cplx perSquare = 2.0 / ((a + b) * (a + b));
+    const Cplx perSquare = 2.0 / (sum * sum);
     const Cplx byA = -(b * perSquare), byB = a * perSquare;
     stack.byY[j - 1] += {g.r * byA, g.t * byA, g.R * byA, g.T * byA};
     stack.byY[j] += {g.r * byB, g.t * byB, g.R * byB, g.T * byB};

@@ -60,7 +60,8 @@ Cplx ValueOf(const Complex<Dual<N>>& z) {
 }
 
 // Real functions, for double and dual alike.
-inline double Sqrt(double x) { return std::sqrt(x); }
+// The root of the magnitude: a formula may carry an argument a little below 0.
+inline double Sqrt(double x) { return std::sqrt(std::fabs(x)); }
 inline double Exp(double x) { return std::exp(x); }
 inline double Expm1(double x) { return std::expm1(x); }
 inline double Log(double x) { return std::log(x); }
@@ -69,10 +70,11 @@ inline double Cos(double x) { return std::cos(x); }
 inline double Tanh(double x) { return std::tanh(x); }
 inline double Atan(double x) { return std::atan(x); }
 
+// The slope of a root at 0 is endless; none is given there, so that what does not change it stays without a slope.
 template <int N>
 Dual<N> Sqrt(const Dual<N>& x) {
-  const double r = std::sqrt(x.a);
-  return Dual<N>::Along(r, 0.5 / r, x);
+  const double r = Sqrt(x.a);
+  return Dual<N>::Along(r, r == 0 ? 0 : std::copysign(0.5, x.a) / r, x);
 }
 template <int N>
 Dual<N> Exp(const Dual<N>& x) {
@@ -116,7 +118,7 @@ inline Cplx Analytic(const Cplx&, const Cplx& f, const Cplx&) { return f; }
 template <int N>
 Complex<Dual<N>> Sqrt(const Complex<Dual<N>>& z) {
   const Cplx r = Sqrt(ValueOf(z));
-  return Analytic(z, r, Cplx{0.5, 0} / r);
+  return Analytic(z, r, r.re == 0 && r.im == 0 ? Cplx{} : Cplx{0.5, 0} / r);
 }
 template <int N>
 Complex<Dual<N>> Exp(const Complex<Dual<N>>& z) {

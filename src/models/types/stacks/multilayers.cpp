@@ -31,6 +31,7 @@ struct StackRun {
   std::vector<Cplx> yByEps, kByEps;          // of each medium, the half-spaces too
   std::vector<Cplx> yByHead[2], kByHead[2];  // by the numbers of the head row
   double emptyByHead[2] = {};
+  std::vector<bool> heldIm;  // media whose imaginary part does not count
   Stack stack;
 };
 
@@ -64,6 +65,7 @@ bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, Sta
 void MakeRoom(StackRun& run) {
   const std::size_t media = run.models.size() + 2;
   run.eps.assign(media, {1, 0});
+  run.heldIm.assign(media, false);
   run.stack.media.resize(media);
   for (auto* const slopes :
        {&run.yByEps, &run.kByEps, &run.yByHead[0], &run.yByHead[1], &run.kByHead[0], &run.kByHead[1]}) {
@@ -148,7 +150,7 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
       return stack.byY[j].Along(run.yByEps[j] * dEps)[result] + stack.byK[j].Along(run.kByEps[j] * dEps)[result];
     };
     dRe = along({1, 0});
-    dIm = along({0, 1});
+    dIm = run.heldIm[j] ? 0 : along({0, 1});
   };
   const auto byRow = [&](std::size_t j, int column, std::size_t result) {
     return (column == Wp ? stack.byThickness : stack.bySpread)[j][result];
@@ -253,8 +255,8 @@ void PrepareOblique(const Model& model, double x, StackRun& run) {
   const bool s = static_cast<int>(ValueAt(model, 0, G)) == 1;
   run.stack.emptyPath = k0;
   for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    const bool gain = run.eps[j].im < 0;
-    const Cplx eps = gain ? Cplx{run.eps[j].re, kLeastAbsorption} : run.eps[j];
+    run.heldIm[j] = run.eps[j].im < 0;
+    const Cplx eps = run.heldIm[j] ? Cplx{run.eps[j].re, kLeastAbsorption} : run.eps[j];
     const Index m = IndexOf(eps - sine * sine);
     // y = eps/m for p, m for s; m depends on the angle through its sine.
     const Cplx mByAngle = m.byEps * (-2 * sine * bySine), byM = s ? Cplx{1, 0} : -(eps / (m.n * m.n));
@@ -284,7 +286,7 @@ constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
 
 void PrepareFinite(const Model& model, double x, StackRun& run) {
   const double perScale = 2 * std::numbers::pi * x, k0 = perScale * ValueAt(model, 0, Wo);
-  const double wavelength = ValueAt(model, 0, Wp), q = 2 * std::numbers::pi / wavelength;
+  const double wavelength = HeldFromZero(ValueAt(model, 0, Wp)), q = 2 * std::numbers::pi / wavelength;
   run.stack.emptyPath = k0;
   run.emptyByHead[0] = perScale;
   for (std::size_t j = 0; j < run.eps.size(); ++j) {
