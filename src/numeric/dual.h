@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "numeric/complex.h"
+#include "numeric/real.h"
 
 namespace kalvex {
 
@@ -59,16 +60,7 @@ Cplx ValueOf(const Complex<Dual<N>>& z) {
   return {z.re.a, z.im.a};
 }
 
-// Real functions, for double and dual alike.
-inline double Sqrt(double x) { return std::sqrt(x); }
-inline double Exp(double x) { return std::exp(x); }
-inline double Expm1(double x) { return std::expm1(x); }
-inline double Log(double x) { return std::log(x); }
-inline double Sin(double x) { return std::sin(x); }
-inline double Cos(double x) { return std::cos(x); }
-inline double Tanh(double x) { return std::tanh(x); }
-inline double Atan(double x) { return std::atan(x); }
-
+// Real functions, as real.h has them for double.
 template <int N>
 Dual<N> Sqrt(const Dual<N>& x) {
   const double r = std::sqrt(x.a);
