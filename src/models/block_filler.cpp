@@ -5,15 +5,9 @@
 namespace kalvex {
 
 BlockFiller::BlockFiller(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
-    : ctx_(ctx), model_(model), request_(request), mesh_(ctx, model, request, kernels) {
-  if (!request.derivatives || mesh_.Applies()) return;
+    : ctx_(ctx), model_(model), request_(request), plain_(ctx, model, request, kernels) {
+  if (!request.derivatives) return;
   for (const ParamPlace& place : request.slopesOf) params_.push_back(&ParamAt(*ctx.params, place));
-}
-
-int BlockFiller::Fill(SpectrumBlock& block) {
-  if (!mesh_.Applies()) return FillOneByOne(block);
-  mesh_.FillBlock(block);
-  return 0;
 }
 
 int BlockFiller::FillOneByOne(SpectrumBlock& block) {

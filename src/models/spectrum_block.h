@@ -17,7 +17,8 @@ struct SpectrumRequest {
   std::span<const double> x;            // cm-1
   std::span<const QuantitySet> wanted;  // one for each frequency
   bool derivatives = false;
-  std::span<const ParamPlace> slopesOf;  // with derivatives: the parameters whose slopes the caller will read
+  std::span<const ParamPlace>
+      slopesOf;  // with derivatives: the parameters whose slopes the caller will read, each once
 };
 
 // The Quantities that are wanted at any frequency.
