@@ -9,6 +9,3 @@
 #else
 #define KALVEX_VECTOR_CLONES
 #endif
-
-// The same, and everything that the function calls is compiled into it for the same vector units.
-#define KALVEX_VECTOR_KERNEL KALVEX_VECTOR_CLONES __attribute__((flatten))

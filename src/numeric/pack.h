@@ -1,6 +1,6 @@
 // Eight doubles that go through a formula together. The functions keep to the scalar ones within a few units in the
-// last place. A function over packs is to be compiled with KALVEX_VECTOR_KERNEL, which takes in everything that it
-// calls: only there do packs become the vector registers of the machine.
+// last place; the operators and the square roots do to the last bit. For the sources that are compiled for each width
+// of the vector units, see models/vector_kernels.h: only there do packs become registers of the machine.
 #pragma once
 
 #include <cmath>
@@ -9,8 +9,10 @@
 #include <cstring>
 #include <numbers>
 
-#include "core/vector_clones.h"
 #include "numeric/complex.h"
+
+// Takes in everything that the function calls.
+#define KALVEX_FLATTEN __attribute__((flatten))
 
 namespace kalvex {
 
@@ -110,20 +112,9 @@ Pack Polynomial(const double (&c)[N], const Pack& x) {
 inline Pack Exp(const Pack& x) {
   constexpr double kLn2Head = 0.6931471805598903, kLn2Tail = 5.497923018708371e-14;  // 42 bits, and the rest
   // 1/n!, as many as 0.35^n/n! stands above a unit in the last place
-  constexpr double kTaylor[] = {1,
-                                1,
-                                1.0 / 2,
-                                1.0 / 6,
-                                1.0 / 24,
-                                1.0 / 120,
-                                1.0 / 720,
-                                1.0 / 5040,
-                                1.0 / 40320,
-                                1.0 / 362880,
-                                1.0 / 3628800,
-                                1.0 / 39916800,
-                                1.0 / 479001600,
-                                1.0 / 6227020800};
+  constexpr double kTaylor[] = {
+      1,          1,           1.0 / 2,      1.0 / 6,       1.0 / 24,       1.0 / 120,       1.0 / 720,
+      1.0 / 5040, 1.0 / 40320, 1.0 / 362880, 1.0 / 3628800, 1.0 / 39916800, 1.0 / 479001600, 1.0 / 6227020800};
   const Pack low = Select(x < -746.0, -746.0, x), held = Select(low > 710.0, 710.0, low);  // 0 and inf beyond
   const NearestWhole k = NearestWholeOf(held * std::numbers::log2e);
   const Pack r = (held - k.number * kLn2Head) - k.number * kLn2Tail;

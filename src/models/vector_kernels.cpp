@@ -1,0 +1,119 @@
+// Compiled once for each width, KALVEX_VECTOR_LEVEL being its name. Whatever is called from here must be inlined: a
+// function of its own would be one for all widths.
+#include "models/vector_kernels.h"
+
+#include "models/bulk_formulas.h"
+#include "terms/lorentz.h"
+
+namespace kalvex::KALVEX_VECTOR_LEVEL {
+namespace {
+
+// ---- rows
+
+// Packs that go through the rows together: their sums stay in registers.
+constexpr std::size_t kTogether = 4;
+static_assert(kSpectrumBlock % (kTogether * kPack) == 0);
+
+template <bool kKeepInverses>
+void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses) {
+  for (std::size_t first = 0; first < kSpectrumBlock; first += kTogether * kPack) {
+    Complex<Pack> sum[kTogether];
+#pragma GCC unroll 4
+    for (std::size_t p = 0; p < kTogether; ++p) {
+      const std::size_t i = first + p * kPack;
+      sum[p] = {Pack::Load(re + i), Pack::Load(im + i)};
+    }
+    double* inverse = inverses + first;
+    for (const PlainRow& row : rows) {
+#pragma GCC unroll 4
+      for (std::size_t p = 0; p < kTogether; ++p) {
+        const Pack at = Pack::Load(w + first + p * kPack);
+        const Oscillator<Pack> oscillator = OscillatorAt(at, Pack(row.Wo), Pack(row.Wp), Pack(row.G));
+        sum[p] += oscillator.eps;
+        if constexpr (kKeepInverses) {
+          oscillator.inverse.re.Store(inverse + p * kPack);
+          oscillator.inverse.im.Store(inverse + kSpectrumBlock + p * kPack);
+        }
+      }
+      if constexpr (kKeepInverses) inverse += 2 * kSpectrumBlock;
+    }
+#pragma GCC unroll 4
+    for (std::size_t p = 0; p < kTogether; ++p) {
+      const std::size_t i = first + p * kPack;
+      sum[p].re.Store(re + i);
+      sum[p].im.Store(im + i);
+    }
+  }
+}
+
+KALVEX_FLATTEN void AddOscillators(std::span<const PlainRow> rows, const double* w, double* re, double* im) {
+  AddRows<false>(rows, w, re, im, re);
+}
+
+KALVEX_FLATTEN void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const double* w, double* re, double* im,
+                                            double* inverses) {
+  AddRows<true>(rows, w, re, im, inverses);
+}
+
+KALVEX_FLATTEN void SlopesOfOscillator(const PlainRow& row, const double* w, const double* inverses, const double* dRe,
+                                       const double* dIm, double* byWo, double* byWp, double* byG) {
+  for (std::size_t i = 0; i < kSpectrumBlock; i += kPack) {
+    const Complex<Pack> inverse{Pack::Load(inverses + i), Pack::Load(inverses + kSpectrumBlock + i)};
+    const auto slopes = OscillatorSlopes(Pack::Load(w + i), Pack(row.Wo), Pack(row.Wp), inverse);
+    const Pack byRe = Pack::Load(dRe + i), byIm = Pack::Load(dIm + i);
+    const auto along = [&](const Complex<Pack>& slope) { return byRe * slope.re + byIm * slope.im; };
+    along(slopes[0]).Store(byWo + i);
+    along(slopes[1]).Store(byWp + i);
+    along(slopes[2]).Store(byG + i);
+  }
+}
+
+// ---- Quantities
+
+struct PackQuantity {
+  Pack value, dRe, dIm;
+  std::array<Pack, kExpParamCount> dExp;
+};
+
+void Store(const PackQuantity& from, bool derivatives, std::size_t i, QuantityBlock& to) {
+  from.value.Store(to.value.data() + i);
+  if (!derivatives) return;
+  from.dRe.Store(to.dRe.data() + i);
+  from.dIm.Store(to.dIm.data() + i);
+  for (std::size_t k = 0; k < from.dExp.size(); ++k) from.dExp[k].Store(to.dExp[k].data() + i);
+}
+
+template <int K>
+PacksDone FillPacks(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out) {
+  PacksDone done{};
+  for (std::size_t p = 0; p < done.size(); ++p) {
+    const std::size_t i = p * kPack;
+    const QuantityInputOf<Pack> packed{Pack::Load(eps.w.data() + i), in.derivatives, in.dcFlag, in.exp};
+    const Complex<Pack> at{Pack::Load(eps.re.data() + i), Pack::Load(eps.im.data() + i)};
+    const Pack norm = Norm(at);
+    const PackMask inside = (norm > Pack(kTinyNorm * kTinyNorm)) & (norm < Pack(kNoValue * kNoValue));
+    if (LanesOf(inside) != Lanes::kAll) continue;
+    PackQuantity result;
+    done[p] = bulk::QuantityBetweenLimits<K>(packed, at, quantity, result);
+    Store(result, K > 0, i, out);
+  }
+  return done;
+}
+
+KALVEX_FLATTEN PacksDone QuantityValues(const QuantityInput& in, const EpsBlock& eps, int quantity,
+                                        QuantityBlock& out) {
+  return FillPacks<0>(in, eps, quantity, out);
+}
+
+KALVEX_FLATTEN PacksDone QuantityValuesAndSlopes(const QuantityInput& in, const EpsBlock& eps, int quantity,
+                                                 QuantityBlock& out) {
+  return FillPacks<1>(in, eps, quantity, out);
+}
+
+}  // namespace
+
+extern const VectorKernels kKernels;
+constinit const VectorKernels kKernels = {AddOscillators, AddOscillatorsForSlopes, SlopesOfOscillator, QuantityValues,
+                                          QuantityValuesAndSlopes};
+
+}  // namespace kalvex::KALVEX_VECTOR_LEVEL
