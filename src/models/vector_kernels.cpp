@@ -110,10 +110,63 @@ KALVEX_FLATTEN PacksDone QuantityValuesAndSlopes(const QuantityInput& in, const 
   return FillPacks<1>(in, eps, quantity, out);
 }
 
+// ---- columns to rows
+
+// Lanes of x and y, those of y counted from kPack on.
+template <int... kFrom>
+Pack Shuffled(const Pack& x, const Pack& y) {
+  return Pack(__builtin_shufflevector(x.x, y.x, kFrom...));
+}
+
+template <int... kFrom>
+struct LaneList {};
+
+// Packs that stand `step` apart exchange lanes.
+template <std::size_t step, int... kLow, int... kHigh>
+void Exchange(Pack (&a)[kPack], LaneList<kLow...>, LaneList<kHigh...>) {
+#pragma GCC unroll 8
+  for (std::size_t r = 0; r < kPack; ++r) {
+    if (r & step) continue;
+    const Pack low = Shuffled<kLow...>(a[r], a[r + step]);
+    a[r + step] = Shuffled<kHigh...>(a[r], a[r + step]);
+    a[r] = low;
+  }
+}
+
+// Rows become columns.
+void Transpose(Pack (&a)[kPack]) {
+  Exchange<1>(a, LaneList<0, 8, 2, 10, 4, 12, 6, 14>{}, LaneList<1, 9, 3, 11, 5, 13, 7, 15>{});
+  Exchange<2>(a, LaneList<0, 1, 8, 9, 4, 5, 12, 13>{}, LaneList<2, 3, 10, 11, 6, 7, 14, 15>{});
+  Exchange<4>(a, LaneList<0, 1, 2, 3, 8, 9, 10, 11>{}, LaneList<4, 5, 6, 7, 12, 13, 14, 15>{});
+}
+
+KALVEX_FLATTEN bool WeightedRows(const double* const* columns, const double* factors, const double* weights,
+                                 std::size_t count, double* out) {
+  constexpr std::size_t kColumns16 = 16;
+  Pack zeros = 0;  // what is not finite leaves a NaN here
+  for (std::size_t p = 0; p < count; p += kPack) {
+    Pack at = 0;
+    for (std::size_t i = 0; i < kPack && p + i < count; ++i) at.x[i] = weights[p + i];
+    for (std::size_t c = 0; c < kColumns16; c += kPack) {
+      Pack tile[kPack];
+#pragma GCC unroll 8
+      for (std::size_t k = 0; k < kPack; ++k) {
+        const Pack entry = (at * Pack(factors[c + k])) * Pack::Load(columns[c + k] + p);
+        tile[k] = Select(at == Pack(0.0), Pack(0.0), entry);
+        zeros += tile[k] * Pack(0.0);
+      }
+      Transpose(tile);
+#pragma GCC unroll 8
+      for (std::size_t k = 0; k < kPack; ++k) tile[k].Store(out + (p + k) * kColumns16 + c);
+    }
+  }
+  return LanesOf(zeros == Pack(0.0)) == Lanes::kAll;
+}
+
 }  // namespace
 
 extern const VectorKernels kKernels;
-constinit const VectorKernels kKernels = {AddOscillators, AddOscillatorsForSlopes, SlopesOfOscillator, QuantityValues,
-                                          QuantityValuesAndSlopes};
+constinit const VectorKernels kKernels = {AddOscillators, AddOscillatorsForSlopes, SlopesOfOscillator,
+                                          QuantityValues, QuantityValuesAndSlopes, WeightedRows};
 
 }  // namespace kalvex::KALVEX_VECTOR_LEVEL

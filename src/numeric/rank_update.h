@@ -29,6 +29,17 @@ class VectorPanel {
     return data_[i / kStrip * (kMost * kStrip) + (count_ - 1) * kStrip + i % kStrip];
   }
   void Clear() { count_ = 0; }
+
+  // Begins several vectors whose entries are then to be written, all of them: RowsFrom(i, v), i a multiple of kStrip,
+  // is where entries i to i + kStrip - 1 of vector v stand, and kStrip behind them those of the next.
+  void BeginMany(std::span<const double> weights) {
+    for (const double weight : weights) weight_[count_++] = weight;
+  }
+  double* RowsFrom(std::size_t i, std::size_t vector) {
+    return data_.data() + i / kStrip * (kMost * kStrip) + vector * kStrip;
+  }
+  // Forgets the vectors after the first `count`.
+  void Shorten(std::size_t count) { count_ = count; }
   double Weight(std::size_t vector) const { return weight_[vector]; }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
 
