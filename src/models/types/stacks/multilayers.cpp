@@ -27,10 +27,9 @@ constexpr RowCell kPlainLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thicknes
 // One evaluation of a stack, kept for its model.
 struct StackRun {
   std::vector<Model*> models;  // of the layers
-  std::vector<Cplx> eps;
-  std::vector<Cplx> yByEps, kByEps;          // of each medium, the half-spaces too
-  std::vector<Cplx> yByHead[2], kByHead[2];  // by the numbers of the head row
-  double emptyByHead[2] = {};
+  std::vector<Cplx> eps;       // of each medium, the half-spaces too
+  std::vector<StackMedium<double>> media;
+  double emptyByScale = 0;
   Stack stack;
 };
 
@@ -41,7 +40,7 @@ struct StackType {
   int heads = 0;  // numbers of the head row that can be fitted, in columns headColumn[i]
   int headColumn[2] = {};
   bool (*admits)(const Model&) = nullptr;
-  void (*prepare)(const Model&, double x, StackRun&) = nullptr;
+  StackHead (*headOf)(const Model&) = nullptr;
   void (*setNodes)(const Model&, int row, std::vector<ThicknessNode>&) = nullptr;
   bool clearsWhileWanted =
       false;  // the other Quantities become 0 only from the first one on, as long as they are wanted
@@ -64,10 +63,18 @@ bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, Sta
 void MakeRoom(StackRun& run) {
   const std::size_t media = run.models.size() + 2;
   run.eps.assign(media, {1, 0});
-  run.stack.media.resize(media);
-  for (auto* const slopes :
-       {&run.yByEps, &run.kByEps, &run.yByHead[0], &run.yByHead[1], &run.kByHead[0], &run.kByHead[1]}) {
-    slopes->assign(media, {});
+  run.media.resize(media);
+  MakeRoomForMedia(run.stack, media);
+}
+
+void SetMedia(const StackHead& head, double x, StackRun& run) {
+  const EmptyPath<double> path = EmptyPathOf(head, x);
+  run.stack.emptyPath = path.k;
+  run.emptyByScale = path.byScale;
+  for (std::size_t j = 0; j < run.media.size(); ++j) {
+    run.media[j] = StackMediumOf(head, x, run.eps[j]);
+    run.stack.y[j] = run.media[j].y;
+    run.stack.k[j] = run.media[j].k;
   }
 }
 
@@ -126,6 +133,13 @@ void ChainStack(EvalContext& ctx, Model& model, const StackType& type, StackRun&
   }
 }
 
+void SetNodes(const Model& model, const StackType& type, Stack& stack) {
+  for (std::size_t j = 1; j + 1 < stack.nodes.size(); ++j) {
+    type.setNodes(model, type.firstLayer + static_cast<int>(j) - 1, stack.nodes[j]);
+  }
+  MakeRoomForPassages(stack);
+}
+
 int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, const StackType& type) {
   const int rows = RowCount(model);
   if (!type.map.rows.Admits(rows)) return type.map.rows.FailureOf(rows);
@@ -134,10 +148,8 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
   if (!FindLayers(ctx, model, type, run)) return -1;
   MakeRoom(run);
   AskLayers(ctx, x, derivatives, run);
-  type.prepare(model, x, run);
-  for (std::size_t j = 0; j < run.models.size(); ++j) {
-    type.setNodes(model, type.firstLayer + static_cast<int>(j), run.stack.media[j + 1].nodes);
-  }
+  SetMedia(type.headOf(model), x, run);
+  SetNodes(model, type, run.stack);
   AverageStack(run.stack, derivatives);
   StoreResults(ctx, type, run);
   if (!derivatives) return 0;
@@ -145,7 +157,8 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
   const Stack& stack = run.stack;
   const auto byEps = [&](std::size_t j, std::size_t result, double& dRe, double& dIm) {
     const auto along = [&](const Cplx& dEps) {
-      return stack.byY[j].Along(run.yByEps[j] * dEps)[result] + stack.byK[j].Along(run.kByEps[j] * dEps)[result];
+      return stack.byY[j].Along(run.media[j].yByEps * dEps)[result] +
+             stack.byK[j].Along(run.media[j].kByEps * dEps)[result];
     };
     dRe = along({1, 0});
     dIm = along({0, 1});
@@ -154,9 +167,10 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
     return (column == Wp ? stack.byThickness : stack.bySpread)[j][result];
   };
   const auto byHead = [&](int i, std::size_t result) {
-    double slope = stack.byEmptyPath.Along({run.emptyByHead[i], 0})[result];
-    for (std::size_t j = 0; j < stack.media.size(); ++j) {
-      slope += stack.byY[j].Along(run.yByHead[i][j])[result] + stack.byK[j].Along(run.kByHead[i][j])[result];
+    double slope = i == 0 ? stack.byEmptyPath.Along({run.emptyByScale, 0})[result] : 0;
+    for (std::size_t j = 0; j < run.media.size(); ++j) {
+      slope += stack.byY[j].Along(run.media[j].yByHead[i])[result];
+      slope += stack.byK[j].Along(run.media[j].kByHead[i])[result];
     }
     return slope;
   };
@@ -179,29 +193,7 @@ int AfterStack(EvalContext& ctx, Model& model, const StackType& type) {
 
 // ---- normal incidence
 
-// Index of refraction, held away from 0, with its derivative by eps.
-struct Index {
-  Cplx n;
-  Cplx byEps;
-};
-Index IndexOf(const Cplx& eps) {
-  constexpr double kLeast = 1e-10;
-  const Cplx n = Sqrt(eps);
-  if (Norm(n) < kLeast) return {{kLeast, 0}, {}};
-  return {n, Cplx{0.5, 0} / n};
-}
-
-void PrepareNormal(const Model&, double x, StackRun& run) {
-  const double k0 = 2 * std::numbers::pi * x;
-  run.stack.emptyPath = k0;
-  for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    const Index index = IndexOf(run.eps[j]);
-    run.stack.media[j].y = index.n;
-    run.stack.media[j].k = index.n * k0;
-    run.yByEps[j] = index.byEps;
-    run.kByEps[j] = index.byEps * k0;
-  }
-}
+StackHead NormalHead(const Model&) { return {}; }
 
 void SetSpreadNodes(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
   SetAveragingNodes(nodes, ValueAt(model, row, Wp), ValueAt(model, row, G));
@@ -209,7 +201,7 @@ void SetSpreadNodes(const Model& model, int row, std::vector<ThicknessNode>& nod
 
 constexpr StackType kNormal = {
     .map = {.rows = AtLeast(0), .head = {}, .group = kSpreadLayer, .groupStart = 0, .groupRows = 1},
-    .prepare = PrepareNormal,
+    .headOf = NormalHead,
     .setNodes = SetSpreadNodes,
     .clearsWhileWanted = true};
 
@@ -232,7 +224,7 @@ void SetEqualNodes(const Model& model, int row, std::vector<ThicknessNode>& node
 constexpr StackType kEqualNodes = {
     .map = {.rows = AtLeast(2), .head = kNodesHead, .group = kSpreadLayer, .groupStart = 1, .groupRows = 1},
     .firstLayer = 1,
-    .prepare = PrepareNormal,
+    .headOf = NormalHead,
     .setNodes = SetEqualNodes};
 
 void SetOneNode(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
@@ -246,26 +238,12 @@ constexpr RowCell kObliqueHead[] = {Own(0, Wp, "angle of incidence, between 0 an
 
 bool AdmitsOblique(const Model& model) { return ValueAt(model, 0, Wp) > 0 && ValueAt(model, 0, Wp) < 90; }
 
-void PrepareOblique(const Model& model, double x, StackRun& run) {
-  constexpr double kLeastAbsorption = 1e-05;
-  const double k0 = 2 * std::numbers::pi * x, angle = ValueAt(model, 0, Wp) * kRadiansPerDegree;
-  const double sine = std::sin(angle), bySine = std::cos(angle) * kRadiansPerDegree;
-  const bool s = static_cast<int>(ValueAt(model, 0, G)) == 1;
-  run.stack.emptyPath = k0;
-  for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    const bool gain = run.eps[j].im < 0;
-    const Cplx eps = gain ? Cplx{run.eps[j].re, kLeastAbsorption} : run.eps[j];
-    const Index m = IndexOf(eps - sine * sine);
-    // y = eps/m for p, m for s; m depends on the angle through its sine.
-    const Cplx mByAngle = m.byEps * (-2 * sine * bySine), byM = s ? Cplx{1, 0} : -(eps / (m.n * m.n));
-    StackMedium& medium = run.stack.media[j];
-    medium.y = s ? m.n : eps / m.n;
-    medium.k = m.n * k0;
-    run.yByEps[j] = byM * m.byEps + (s ? Cplx{} : Cplx{1, 0} / m.n);
-    run.kByEps[j] = m.byEps * k0;
-    run.yByHead[0][j] = byM * mByAngle;
-    run.kByHead[0][j] = mByAngle * k0;
-  }
+StackHead ObliqueHead(const Model& model) {
+  const double angle = ValueAt(model, 0, Wp) * kRadiansPerDegree;
+  return {.geometry = StackGeometry::kOblique,
+          .sine = std::sin(angle),
+          .bySine = std::cos(angle) * kRadiansPerDegree,
+          .sPolarised = static_cast<int>(ValueAt(model, 0, G)) == 1};
 }
 
 constexpr StackType kOblique = {
@@ -274,7 +252,7 @@ constexpr StackType kOblique = {
     .heads = 1,
     .headColumn = {Wp, Wp},
     .admits = AdmitsOblique,
-    .prepare = PrepareOblique,
+    .headOf = ObliqueHead,
     .setNodes = SetOneNode};
 
 // ---- a given wavelength along the layers
@@ -282,27 +260,8 @@ constexpr StackType kOblique = {
 constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
                                    Own(0, Wp, "wavelength along the layers, cm", 0.03)};
 
-void PrepareFinite(const Model& model, double x, StackRun& run) {
-  const double perScale = 2 * std::numbers::pi * x, k0 = perScale * ValueAt(model, 0, Wo);
-  const double wavelength = ValueAt(model, 0, Wp), q = 2 * std::numbers::pi / wavelength;
-  run.stack.emptyPath = k0;
-  run.emptyByHead[0] = perScale;
-  for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    const Cplx &eps = run.eps[j], square = eps * (k0 * k0) - q * q;
-    const Cplx root = Sqrt(square), k = Norm(root) < kTinyNorm ? Cplx{1e-15, 0} : root;
-    const Cplx perK = Cplx{0.5, 0} / k;
-    const Cplx kByScale = perK * eps * (2 * k0 * perScale), kByWavelength = perK * (2 * q * q / wavelength);
-    const Cplx byK = -(eps / (k * k));
-    StackMedium& medium = run.stack.media[j];
-    medium.y = eps / k;
-    medium.k = k;
-    run.kByEps[j] = perK * (k0 * k0);
-    run.yByEps[j] = Cplx{1, 0} / k + byK * run.kByEps[j];
-    run.kByHead[0][j] = kByScale;
-    run.yByHead[0][j] = byK * kByScale;
-    run.kByHead[1][j] = kByWavelength;
-    run.yByHead[1][j] = byK * kByWavelength;
-  }
+StackHead FiniteHead(const Model& model) {
+  return {.geometry = StackGeometry::kFinite, .scale = ValueAt(model, 0, Wo), .wavelength = ValueAt(model, 0, Wp)};
 }
 
 constexpr StackType kFinite = {
@@ -310,7 +269,7 @@ constexpr StackType kFinite = {
     .firstLayer = 1,
     .heads = 2,
     .headColumn = {Wo, Wp},
-    .prepare = PrepareFinite,
+    .headOf = FiniteHead,
     .setNodes = SetOneNode};
 
 template <const StackType& kType>
