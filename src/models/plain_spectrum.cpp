@@ -37,19 +37,16 @@ bool PlainSpectrum::AppliesTo(const EvalContext& ctx, const Model& model) {
 }
 
 PlainSpectrum::PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
-    : ctx_(ctx), model_(model), request_(request), kernelCache_(kernels), applies_(AppliesTo(ctx, model)) {
+    : ctx_(ctx),
+      model_(model),
+      request_(request),
+      kernelCache_(kernels),
+      applies_(AppliesTo(ctx, model)),
+      throughTables_(!PlainRows::Are(model)),
+      rows_(model) {
   if (!applies_) return;
-  TakeRows();
   if (request.derivatives) Classify();
   if (HasVdf(model)) weights_.resize(kSpectrumBlock);
-}
-
-void PlainSpectrum::TakeRows() {
-  for (int row = 0; row < RowCount(model_); ++row) {
-    throughTables_ = throughTables_ || RowCode(Cell(model_, row, Wo)) != kPlainRow;
-    rows_.push_back({Cell(model_, row, Wo).value, Cell(model_, row, Wp).value, Cell(model_, row, G).value});
-  }
-  if (throughTables_) rows_.clear();
 }
 
 PlainSpectrum::Slope PlainSpectrum::SourceOf(const ParamPlace& place, std::size_t k) {
@@ -61,7 +58,6 @@ PlainSpectrum::Slope PlainSpectrum::SourceOf(const ParamPlace& place, std::size_
     return {Source::kExp, &param, static_cast<std::size_t>(place.nep)};
   }
   if (place.nm != SlotOf(*ctx_.params, model_)) return stale;
-  if (place.Where == ParamKind::kEpsInf) return {Source::kEpsInf, &param, 0};
   if (place.Where == ParamKind::kMesh) {
     if (!HasVdf(model_)) return stale;
     const auto index = 2 * static_cast<std::size_t>(place.nen) + (place.isIm ? 1 : 0);
@@ -69,15 +65,13 @@ PlainSpectrum::Slope PlainSpectrum::SourceOf(const ParamPlace& place, std::size_
     return {Source::kMesh, &param, index};
   }
   if (throughTables_) return {Source::kTable, &param, tableParams_++};
-  rowSlopes_[static_cast<std::size_t>(place.nl)].k[place.nc] = k;
-  return {Source::kOscillator, &param, 0};
+  rows_.Claim(place, k);
+  return {Source::kRow, &param, 0};
 }
 
 void PlainSpectrum::Classify() {
-  rowSlopes_.assign(rows_.size(), {{kNobody, kNobody, kNobody}});
   meshSlopes_.assign(2 * model_.vdf.mesh.size(), kNobody);
   for (const ParamPlace& place : request_.slopesOf) slopes_.push_back(SourceOf(place, slopes_.size()));
-  inverses_.resize(2 * kSpectrumBlock * rows_.size());
   tableSlopes_.resize(2 * kSpectrumBlock * tableParams_);
 }
 
@@ -92,16 +86,7 @@ void PlainSpectrum::TakeFrequencies(const SpectrumBlock& block) {
 }
 
 void PlainSpectrum::SumRows(std::size_t count) {
-  if (!throughTables_) {
-    eps_.re.fill(model_.epsInf.value);
-    eps_.im.fill(0);
-    if (request_.derivatives) {
-      AddOscillatorsForSlopes(rows_, x_.data(), eps_.re.data(), eps_.im.data(), inverses_.data());
-    } else {
-      AddOscillators(rows_, x_.data(), eps_.re.data(), eps_.im.data());
-    }
-    return;
-  }
+  if (!throughTables_) return rows_.Sum(x_.data(), request_.derivatives, eps_.re.data(), eps_.im.data());
   for (std::size_t i = 0; i < count; ++i) {
     const Cplx sum = RowSum(ctx_, model_, x_[i], request_.derivatives);
     eps_.re[i] = sum.re;
@@ -135,20 +120,6 @@ void PlainSpectrum::AddMesh(const SpectrumBlock& block) {
   AddMultiples(meshValues_.data(), kernels_, meshValues_.size(), eps_.re.data());
 }
 
-void PlainSpectrum::FillRowSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
-  for (std::size_t row = 0; row < rows_.size(); ++row) {
-    if (rowSlopes_[row].k[Wo] == kNobody && rowSlopes_[row].k[Wp] == kNobody && rowSlopes_[row].k[G] == kNobody)
-      continue;
-    double* out[kColumns];
-    for (int c = 0; c < kColumns; ++c) {
-      const std::size_t k = rowSlopes_[row].k[c];
-      out[c] = k == kNobody ? nobody_.data() : block.Slopes(k, quantity);
-    }
-    OscillatorSlopesOf(rows_[row], x_.data(), inverses_.data() + row * 2 * kSpectrumBlock, result.dRe.data(),
-                       result.dIm.data(), out[Wo], out[Wp], out[G]);
-  }
-}
-
 // What the piecewise linear curves themselves give, at the one or two points that hold them up.
 void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
   for (std::size_t i = 0; i < block.count; ++i) {
@@ -168,10 +139,7 @@ void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const Quantit
     const Slope& slope = slopes_[k];
     double* const out = block.Slopes(k, quantity);
     switch (slope.source) {
-      case Source::kEpsInf:
-        std::copy(result.dRe.begin(), result.dRe.end(), out);
-        break;
-      case Source::kOscillator:
+      case Source::kRow:
         break;
       case Source::kTable: {
         const double* const by = tableSlopes_.data() + slope.index * 2 * kSpectrumBlock;
@@ -193,7 +161,7 @@ void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const Quantit
         break;
     }
   }
-  FillRowSlopes(block, quantity, result);
+  if (!throughTables_) rows_.FillSlopes(block, quantity, x_.data(), result.dRe.data(), result.dIm.data());
   if (HasVdf(model_)) AddMeshWeights(block, quantity, result);
 }
 

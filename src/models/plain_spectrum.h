@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "models/eval_context.h"
-#include "models/oscillator_block.h"
+#include "models/plain_rows.h"
 #include "models/quantity_block.h"
 #include "vdf/vdf_eval.h"
 
@@ -30,9 +30,8 @@ class PlainSpectrum {
  private:
   // What the slope by one requested parameter is made of.
   enum class Source {
-    kEpsInf,
-    kOscillator,  // comes with the other columns of its row
-    kTable,       // of a row with a code, or of a model that has such rows
+    kRow,    // epsInf or an element of a row; comes from rows_
+    kTable,  // the same in a model that has rows with codes
     kMesh,
     kExp,
     kStale  // nothing here changes it
@@ -42,18 +41,13 @@ class PlainSpectrum {
     const ModelParam* param;
     std::size_t index;  // among the kept slopes of kTable, of the mesh parameter, or of the experimental parameter
   };
-  struct RowSlopes {
-    std::size_t k[kColumns];  // numbers in the request, kNobody for a column that nobody asks for
-  };
 
-  void TakeRows();
   void Classify();
   Slope SourceOf(const ParamPlace& place, std::size_t k);
   void TakeFrequencies(const SpectrumBlock& block);
   void SumRows(std::size_t count);
   void AddMesh(const SpectrumBlock& block);
   void FillSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result);
-  void FillRowSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result);
   void AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result);
 
   EvalContext& ctx_;
@@ -61,12 +55,10 @@ class PlainSpectrum {
   const SpectrumRequest& request_;
   VdfKernelCache& kernelCache_;
   bool applies_;
-  std::vector<PlainRow> rows_;  // empty if a row has a code: the rows then go through the tables
-  bool throughTables_ = false;
+  bool throughTables_;  // a row has a code
+  PlainRows rows_;      // otherwise
   std::vector<Slope> slopes_;
-  std::vector<RowSlopes> rowSlopes_;     // of each of rows_ with derivatives
   std::vector<std::size_t> meshSlopes_;  // of both parameters of each mesh point, the number in the request
-  std::vector<double> inverses_;
   std::vector<double> tableSlopes_;  // kSpectrumBlock real parts and as many imaginary ones for each slope of kTable
   std::size_t tableParams_ = 0;
   bool anyExpSlope_ = false;
@@ -77,7 +69,6 @@ class PlainSpectrum {
   BlockNumbers x_;  // frequencies of the block; the last one repeated where it is not full
   EpsBlock eps_;
   QuantityBlock result_;
-  BlockNumbers nobody_;  // where slopes go that nobody asks for
 };
 
 }  // namespace kalvex
