@@ -1,11 +1,21 @@
 #include "models/block_filler.h"
 
+#include <memory>
+
 #include "models/eval_model.h"
+#include "models/plain_spectrum.h"
 
 namespace kalvex {
 
 BlockFiller::BlockFiller(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
-    : ctx_(ctx), model_(model), request_(request), plain_(ctx, model, request, kernels) {
+    : ctx_(ctx), model_(model), request_(request) {
+  if (const ModelType* const type = TypeOf(ctx, model)) {
+    if (type->fillerOf) atOnce_ = type->fillerOf(ctx, model, request);
+  } else if (PlainSpectrum::AppliesTo(ctx, model)) {
+    const auto spectrum = std::make_shared<PlainSpectrum>(ctx, model, request, kernels);
+    readsTables_ = spectrum->GoesThroughTables();
+    atOnce_ = [spectrum](SpectrumBlock& block) { return spectrum->FillBlock(block); };
+  }
   if (!request.derivatives) return;
   for (const ParamPlace& place : request.slopesOf) params_.push_back(&ParamAt(*ctx.params, place));
 }

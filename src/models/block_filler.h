@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "models/eval_context.h"
-#include "models/plain_spectrum.h"
 #include "models/spectrum_block.h"
 
 namespace kalvex {
@@ -16,10 +15,10 @@ class BlockFiller {
 
   // Whether blocks are filled without EvalModel. What it would leave in the tables is then not there;
   // and unless a row has a code, nothing that stands in the tables has a say in the results.
-  bool FillsAtOnce() const { return plain_.Applies(); }
-  bool ReadsTables() const { return !plain_.Applies() || plain_.GoesThroughTables(); }
+  bool FillsAtOnce() const { return static_cast<bool>(atOnce_); }
+  bool ReadsTables() const { return !FillsAtOnce() || readsTables_; }
   // False where results would depend on what another frequency has left; the block has then to be filled one by one.
-  bool FillAtOnce(SpectrumBlock& block) { return plain_.FillBlock(block); }
+  bool FillAtOnce(SpectrumBlock& block) { return atOnce_(block); }
 
   // Evaluates one frequency after the other; gives the last status other than 0, else 0.
   int FillOneByOne(SpectrumBlock& block);
@@ -29,7 +28,8 @@ class BlockFiller {
   Model& model_;
   const SpectrumRequest& request_;
   std::vector<const ModelParam*> params_;  // whose slopes are asked for
-  PlainSpectrum plain_;
+  FillBlock atOnce_;
+  bool readsTables_ = false;
 };
 
 }  // namespace kalvex

@@ -5,6 +5,7 @@
 #include "models/block_filler.h"
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
+#include "models/plain_spectrum.h"
 
 namespace kalvex {
 namespace {

@@ -41,10 +41,8 @@ PlainSpectrum::PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumReque
       model_(model),
       request_(request),
       kernelCache_(kernels),
-      applies_(AppliesTo(ctx, model)),
       throughTables_(!PlainRows::Are(model)),
       rows_(model) {
-  if (!applies_) return;
   if (request.derivatives) Classify();
   if (HasVdf(model)) weights_.resize(kSpectrumBlock);
 }

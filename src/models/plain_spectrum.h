@@ -18,9 +18,8 @@ class PlainSpectrum {
   // kernels: prepared for the frequencies of the request if the model has a constrained mesh.
   PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
 
-  // Whether this is a model for it; otherwise FillBlock must not be called.
+  // Whether this is a model for it.
   static bool AppliesTo(const EvalContext& ctx, const Model& model);
-  bool Applies() const { return applies_; }
   // Whether there is a row with a code.
   bool GoesThroughTables() const { return throughTables_; }
 
@@ -54,7 +53,6 @@ class PlainSpectrum {
   Model& model_;
   const SpectrumRequest& request_;
   VdfKernelCache& kernelCache_;
-  bool applies_;
   bool throughTables_;  // a row has a code
   PlainRows rows_;      // otherwise
   std::vector<Slope> slopes_;

@@ -9,6 +9,7 @@
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
 #include "models/model_table.h"
+#include "models/plain_spectrum.h"
 #include "terms/term_tables.h"
 
 namespace kalvex {

@@ -163,10 +163,93 @@ KALVEX_FLATTEN bool WeightedRows(const double* const* columns, const double* fac
   return LanesOf(zeros == Pack(0.0)) == Lanes::kAll;
 }
 
+// ---- stacks
+
+struct ThisWidth {};
+
+// Media and walk for the pack of frequencies that starts at i.
+template <bool kSlopes, bool kAmplitudes>
+void WalkPack(const StackBlockInput& in, std::size_t i, StackBlockRoom& room) {
+  const Pack x = Pack::Load(in.x + i);
+  StackOf<Pack>& stack = room.stack;
+  stack.emptyPath = EmptyPathOf(in.head, x).k;
+  for (std::size_t j = 0; j < room.media.size(); ++j) {
+    Complex<Pack> eps{Pack(1.0), Pack(0.0)};
+    if (j > 0 && j <= in.layers.size()) {
+      eps = {Pack::Load(in.layers[j - 1]->re.data() + i), Pack::Load(in.layers[j - 1]->im.data() + i)};
+    }
+    room.media[j] = StackMediumOf(in.head, x, eps);
+    stack.y[j] = room.media[j].y;
+    stack.k[j] = room.media[j].k;
+  }
+  WalkStack<Pack, ThisWidth, kSlopes, kAmplitudes>(stack);
+}
+
+// How the results change with one number that changes admittance and wave vector of medium j.
+StackSlopes<Pack> AlongMedium(const StackOf<Pack>& stack, std::size_t j, const Complex<Pack>& dy,
+                              const Complex<Pack>& dk) {
+  StackSlopes<Pack> slopes = stack.byY[j].Along(dy);
+  const StackSlopes<Pack> byK = stack.byK[j].Along(dk);
+  for (std::size_t q = 0; q < slopes.size(); ++q) slopes[q] += byK[q];
+  return slopes;
+}
+
+void StoreHeadSlopes(const StackBlockInput& in, std::size_t i, const StackBlockRoom& room,
+                     std::span<StackBlockResult> results) {
+  const StackOf<Pack>& stack = room.stack;
+  for (std::size_t h = 0; h < 2; ++h) {
+    const Pack byScale = h == 0 ? EmptyPathOf(in.head, Pack::Load(in.x + i)).byScale : Pack(0.0);
+    StackSlopes<Pack> sum = stack.byEmptyPath.Along({byScale, Pack(0.0)});
+    for (std::size_t j = 0; j < room.media.size(); ++j) {
+      const StackSlopes<Pack> slopes = AlongMedium(stack, j, room.media[j].yByHead[h], room.media[j].kByHead[h]);
+      for (std::size_t q = 0; q < results.size(); ++q) sum[q] += slopes[q];
+    }
+    for (std::size_t q = 0; q < results.size(); ++q) sum[q].Store(results[q].byHead[h].data() + i);
+  }
+}
+
+void StoreLayerSlopes(const StackBlockInput& in, std::size_t i, const StackBlockRoom& room,
+                      std::span<StackBlockResult> results) {
+  const StackOf<Pack>& stack = room.stack;
+  for (std::size_t j = 1; j <= in.layers.size(); ++j) {
+    const StackMedium<Pack>& medium = room.media[j];
+    const StackSlopes<Pack> byRe = AlongMedium(stack, j, medium.yByEps, medium.kByEps);
+    const StackSlopes<Pack> byIm = AlongMedium(stack, j, TimesI(medium.yByEps), TimesI(medium.kByEps));
+    for (std::size_t q = 0; q < results.size(); ++q) {
+      StackBlockResult::Layer& layer = results[q].layers[j - 1];
+      byRe[q].Store(layer.byRe.data() + i);
+      byIm[q].Store(layer.byIm.data() + i);
+      stack.byThickness[j][q].Store(layer.byThickness.data() + i);
+      stack.bySpread[j][q].Store(layer.bySpread.data() + i);
+    }
+  }
+}
+
+template <bool kSlopes, bool kAmplitudes>
+void FillStack(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results) {
+  for (std::size_t i = 0; i < kSpectrumBlock; i += kPack) {
+    WalkPack<kSlopes, kAmplitudes>(in, i, room);
+    for (std::size_t q = 0; q < results.size(); ++q) room.stack.value[q].Store(results[q].value.data() + i);
+    if constexpr (kSlopes) {
+      StoreLayerSlopes(in, i, room, results);
+      if (in.head.geometry != StackGeometry::kNormal) StoreHeadSlopes(in, i, room, results);
+    }
+  }
+}
+
+KALVEX_FLATTEN void StackBlock(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results) {
+  if (in.derivatives) {
+    in.amplitudes ? FillStack<true, true>(in, room, results) : FillStack<true, false>(in, room, results.first(2));
+  } else {
+    in.amplitudes ? FillStack<false, true>(in, room, results) : FillStack<false, false>(in, room, results.first(2));
+  }
+}
+
 }  // namespace
 
 extern const VectorKernels kKernels;
 constinit const VectorKernels kKernels = {AddOscillators, AddOscillatorsForSlopes, SlopesOfOscillator,
-                                          QuantityValues, QuantityValuesAndSlopes, WeightedRows};
+                                          QuantityValues, QuantityValuesAndSlopes, WeightedRows,
+                                          StackBlock};
 
 }  // namespace kalvex::KALVEX_VECTOR_LEVEL

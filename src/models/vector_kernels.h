@@ -8,6 +8,7 @@
 
 #include "models/oscillator_block.h"
 #include "models/quantity_block.h"
+#include "models/stack_block.h"
 #include "numeric/pack.h"
 
 namespace kalvex {
@@ -29,6 +30,8 @@ struct VectorKernels {
   // read and written up to the next multiple of 8. False if any of these numbers is not finite.
   bool (*weightedRows)(const double* const* columns, const double* factors, const double* weights, std::size_t count,
                        double* out);
+  // As FillStackBlock.
+  void (*stackBlock)(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results);
 };
 
 // Those that this machine can run, the widest first.

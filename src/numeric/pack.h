@@ -18,12 +18,13 @@ namespace kalvex {
 
 inline constexpr std::size_t kPack = 8;
 
-struct PackMask {
+// Aligned alike for every width of the vector units, so that code for one can hand over to code for another.
+struct alignas(kPack * sizeof(double)) PackMask {
   typedef std::int64_t Bits __attribute__((vector_size(kPack * sizeof(std::int64_t))));
   Bits bits;  // of each lane all 1 or all 0
 };
 
-struct Pack {
+struct alignas(kPack * sizeof(double)) Pack {
   typedef double Numbers __attribute__((vector_size(kPack * sizeof(double))));
   Numbers x{};
 

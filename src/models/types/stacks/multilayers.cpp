@@ -7,13 +7,12 @@
 #include "models/eps_sum.h"
 #include "models/stack_optics.h"
 #include "models/types/frame.h"
+#include "models/types/stacks/stack_spectrum.h"
 #include "models/types/types.h"
 
 namespace kalvex {
 namespace {
 
-// Quantities of the six results.
-constexpr int kSlots[kStackResults] = {kRefl, kTrans, kE1, kE2, kS1, kS2};
 constexpr std::array<SlotUse, kStackResults> kFills = {{{kRefl, "reflectivity |r|^2"},
                                                         {kTrans, "transmission |t|^2"},
                                                         {kE1, "Re r"},
@@ -94,13 +93,14 @@ void StoreResults(EvalContext& ctx, const StackType& type, const StackRun& run) 
     if (type.clearsWhileWanted ? clearing : quantity.wanted != 0) quantity.value = 0;
   }
   for (int i = 0; i < kStackResults; ++i) {
-    ctx.quantities[static_cast<std::size_t>(kSlots[i])].value = run.stack.value[static_cast<std::size_t>(i)];
+    ctx.quantities[static_cast<std::size_t>(kStackSlots[static_cast<std::size_t>(i)])].value =
+        run.stack.value[static_cast<std::size_t>(i)];
   }
 }
 
 int ResultOf(int quantity) {
-  const auto found = std::find(std::begin(kSlots), std::end(kSlots), quantity);
-  return found == std::end(kSlots) ? -1 : static_cast<int>(found - std::begin(kSlots));
+  const auto found = std::find(kStackSlots.begin(), kStackSlots.end(), quantity);
+  return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
 }
 
 // Puts slopes(layer) by Re and Im eps through the chain of each layer's model, and own(row, column, slope) of the rows.
@@ -176,6 +176,24 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
   };
   ChainStack(ctx, model, type, run, byEps, byRow, byHead);
   return 0;
+}
+
+FillBlock FillerOfStack(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackType& type) {
+  if (!type.map.rows.Admits(RowCount(model)) || (type.admits && !type.admits(model))) return {};
+  StackRun run;
+  if (!FindLayers(ctx, model, type, run)) return {};
+  StackLayout layout{.head = type.headOf(model),
+                     .layers = run.models,
+                     .nodes = {},
+                     .firstRow = type.firstLayer,
+                     .spreads = type.map.group.size() > 2,
+                     .heads = type.heads,
+                     .headColumn = {type.headColumn[0], type.headColumn[1]}};
+  layout.nodes.resize(layout.layers.size());
+  for (std::size_t j = 0; j < layout.nodes.size(); ++j) {
+    type.setNodes(model, type.firstLayer + static_cast<int>(j), layout.nodes[j]);
+  }
+  return StackFillerOf(ctx, model, request, layout);
 }
 
 int AfterStack(EvalContext& ctx, Model& model, const StackType& type) {
@@ -281,8 +299,12 @@ int After(EvalContext& ctx, Model& model) {
   return AfterStack(ctx, model, kType);
 }
 template <const StackType& kType>
+FillBlock Filler(EvalContext& ctx, Model& model, const SpectrumRequest& request) {
+  return FillerOfStack(ctx, model, request, kType);
+}
+template <const StackType& kType>
 constexpr ModelType Make(int code, const char* name, const TypePage& page) {
-  return {code, name, Evaluate<kType>, After<kType>, true, false, kType.map, kFills, page};
+  return {code, name, Evaluate<kType>, After<kType>, true, false, kType.map, kFills, page, false, Filler<kType>};
 }
 
 }  // namespace
