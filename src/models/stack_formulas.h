@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <type_traits>
 
 #include "core/limits.h"
 #include "models/stack_optics.h"
@@ -101,7 +102,7 @@ void PreparePassages(StackOf<Num>& stack) {
       const auto grows = -stack.k[j].im * Num(d) > Num(0);
       const Complex<Num> once = SelectComplex(grows, one, Exp(TimesI(stack.k[j]) * Num(d)));
       const Complex<Num> empty = Exp(Complex<Num>{Num(0), -(stack.emptyPath * Num(d))});
-      stack.passages[j][n] = {once * once, once * empty, {Select(grows, Num(0), Num(1)), Num(0)}};
+      stack.passages[j][n] = {once * once, once * empty, Select(grows, Num(0), Num(1)), {}, {}, {}};
     }
   }
 }
@@ -128,12 +129,22 @@ struct Covector {
   friend Covector operator*(const Covector& c, const Complex<Num>& z) { return {c.on * z, c.back * z}; }
 };
 
-// What goes up the tree: sums over the branches with their weights. Without amplitudes r, t and sumT stay 0.
+// What goes up the tree: sums over the branches with their weights. Of amplitudes and of intensities.
 template <class Num>
+struct AmplitudeSums {
+  Covector<Num> r, t;  // derivatives of the amplitudes by the fields
+  Complex<Num> sumT;   // t
+};
+template <class Num>
+struct IntensitySums {
+  Covector<Num> R, T;  // those times the conjugate amplitude
+  Num sumTT{};         // |t|^2
+};
+struct NoSums {};
+template <class Num, bool kSlopes, bool kAmplitudes>
 struct StackSums {
-  Covector<Num> r, R, t, T;  // derivatives of the amplitudes by the fields; R and T those times the conjugate amplitude
-  Complex<Num> sumT;         // t
-  Num sumTT{};               // |t|^2
+  [[no_unique_address]] std::conditional_t<kSlopes, IntensitySums<Num>, NoSums> intensity;
+  [[no_unique_address]] std::conditional_t<kSlopes && kAmplitudes, AmplitudeSums<Num>, NoSums> amplitude;
 };
 
 // (on, back) before an interface from those behind it.
@@ -150,43 +161,37 @@ Covector<Num> BehindInterface(const Complex<Num>& rho, const Covector<Num>& befo
 template <class Num, class Width, bool kSlopes, bool kAmplitudes>
 class StackWalk {
  public:
+  using Sums = StackSums<Num, kSlopes, kAmplitudes>;
+  static constexpr bool kAmplitudeSlopes = kSlopes && kAmplitudes;
+
   explicit StackWalk(StackOf<Num>& stack) : stack_(stack) {}
 
   // The branch that ends before medium j with these fields behind the interface in front of it.
-  __attribute__((flatten)) StackSums<Num> Visit(std::size_t j, const StackFields<Num>& behind,
-                                                const Complex<Num>& passed, double weight) {
+  __attribute__((flatten)) Sums Visit(std::size_t j, const StackFields<Num>& behind, const Complex<Num>& passed,
+                                      double weight) {
     const StackFields<Num> before = BeforeInterface(stack_.rho[j], behind);
-    StackSums<Num> total = j == 1 ? Leaf(before, passed, weight) : Branches(j - 1, before, passed, weight);
-    if constexpr (!kSlopes) return total;
-    AddOfInterface(j, behind, total);
-    total.R = BehindInterface(stack_.rho[j], total.R);
-    total.T = BehindInterface(stack_.rho[j], total.T);
-    if constexpr (kAmplitudes) {
-      total.r = BehindInterface(stack_.rho[j], total.r);
-      total.t = BehindInterface(stack_.rho[j], total.t);
-    }
+    Sums total = j == 1 ? Leaf(before, passed, weight) : Branches(j - 1, before, passed, weight);
+    if constexpr (kSlopes) CrossInterface(j, behind, total);
     return total;
   }
 
  private:
   // All nodes of a layer, with these fields at its back.
-  StackSums<Num> Branches(std::size_t layer, const StackFields<Num>& before, const Complex<Num>& passed,
-                          double weight) {
-    StackSums<Num> total;
+  Sums Branches(std::size_t layer, const StackFields<Num>& before, const Complex<Num>& passed, double weight) {
+    Sums total;
     for (std::size_t n = 0; n < stack_.nodes[layer].size(); ++n) {
-      const auto& passage = stack_.passages[layer][n];
-      const ThicknessNode& node = stack_.nodes[layer][n];
+      auto& passage = stack_.passages[layer][n];
       const StackFields<Num> front{before.on, before.back * passage.round};
-      const StackSums<Num> sums = Visit(layer, front, passed * passage.once, weight * node.weight);
+      const Sums sums = Visit(layer, front, passed * passage.once, weight * stack_.nodes[layer][n].weight);
       if constexpr (kSlopes) {
-        AddOfNode(layer, node, passage, front, sums);
+        AddOfPassage(front, sums, passage);
         Carry(sums, passage.round, total);
       }
     }
     return total;
   }
 
-  StackSums<Num> Leaf(const StackFields<Num>& before, const Complex<Num>& passed, double weight) {
+  Sums Leaf(const StackFields<Num>& before, const Complex<Num>& passed, double weight) {
     const Complex<Num> inverse = Num(1) / before.on;
     const Complex<Num> r = before.back * inverse, t = passed * inverse;
     const Num share(weight), normT = Norm(t);
@@ -198,73 +203,53 @@ class StackWalk {
       stack_.value[kStackReT] += share * t.re;
       stack_.value[kStackImT] += share * t.im;
     }
-    StackSums<Num> sums;
+    Sums sums;
     if constexpr (kSlopes) {
       const Complex<Num> unit = inverse * share, unitR = unit * Conj(r);
-      sums.R = {-(r * unitR), unitR};
-      sums.T = {-(unit * normT), {}};
-      sums.sumTT = share * normT;
-      if constexpr (kAmplitudes) {
-        sums.r = {-(r * unit), unit};
-        sums.t = {-(t * unit), {}};
-        sums.sumT = t * share;
-      }
+      sums.intensity = {{-(r * unitR), unitR}, {-(unit * normT), {}}, share * normT};
+      if constexpr (kAmplitudes) sums.amplitude = {{-(r * unit), unit}, {-(t * unit), {}}, t * share};
     }
     return sums;
   }
 
-  // d(on, back) = (back, on) drho; what the factors 1 + rho of t add follows at the end.
-  void AddOfInterface(std::size_t j, const StackFields<Num>& behind, const StackSums<Num>& sums) {
-    const auto of = [&](const Covector<Num>& c) { return c.on * behind.back + c.back * behind.on; };
-    StackGradient<Num>& by = stack_.byRho[j];
-    by.R += of(sums.R);
-    by.T += of(sums.T);
+  // From the fields before an interface to those behind it: d(on, back) = (back, on) drho. What the factors 1 + rho of
+  // t add follows at the end.
+  void CrossInterface(std::size_t j, const StackFields<Num>& behind, Sums& sums) {
+    const Complex<Num>& rho = stack_.rho[j];
+    const auto cross = [&](Covector<Num>& c, Complex<Num>& byRho) {
+      byRho += c.on * behind.back + c.back * behind.on;
+      c = BehindInterface(rho, c);
+    };
+    cross(sums.intensity.R, stack_.byRho[j].R);
+    cross(sums.intensity.T, stack_.byRho[j].T);
     if constexpr (kAmplitudes) {
-      by.r += of(sums.r);
-      by.t += of(sums.t);
+      cross(sums.amplitude.r, stack_.byRho[j].r);
+      cross(sums.amplitude.t, stack_.byRho[j].t);
     }
   }
 
   // A passage turns the wave that comes back by exp(2ikd) and t by exp(ikd - i emptyPath d).
-  void AddOfNode(std::size_t layer, const ThicknessNode& node, const typename StackOf<Num>::Passage& passage,
-                 const StackFields<Num>& front, const StackSums<Num>& sums) {
-    const Complex<Num> twice = Complex<Num>{Num(0), Num(2)} * passage.rate * front.back, once = TimesI(passage.rate);
-    StackGradient<Num> byPhase;
-    byPhase.R = sums.R.back * twice;
-    byPhase.T = sums.T.back * twice + once * sums.sumTT;
+  static void AddOfPassage(const StackFields<Num>& front, const Sums& sums, typename StackOf<Num>::Passage& passage) {
+    const Complex<Num> twice = TimesI(front.back) * (Num(2) * passage.rate);
+    passage.byPhase.R += sums.intensity.R.back * twice;
+    passage.byPhase.T += sums.intensity.T.back * twice;
+    passage.sumTT += sums.intensity.sumTT;
     if constexpr (kAmplitudes) {
-      byPhase.r = sums.r.back * twice;
-      byPhase.t = sums.t.back * twice + once * sums.sumT;
-    }
-    const Num d(node.thickness);
-    StackGradient<Num>& byK = stack_.byK[layer];
-    byK.R += byPhase.R * d;
-    byK.T += byPhase.T * d;
-    stack_.byEmptyPath.T -= Complex<Num>{Num(0), d * sums.sumTT};
-    if constexpr (kAmplitudes) {
-      byK.r += byPhase.r * d;
-      byK.t += byPhase.t * d;
-      stack_.byEmptyPath.t -= TimesI(sums.sumT) * d;
-    }
-    StackSlopes<Num> slopes = byPhase.Along(stack_.k[layer]);
-    const Complex<Num> ofEmpty = Complex<Num>{Num(0), -stack_.emptyPath} * sums.sumT;
-    slopes[kStackReT] += ofEmpty.re;
-    slopes[kStackImT] += ofEmpty.im;
-    for (std::size_t q = 0; q < (kAmplitudes ? slopes.size() : kStackT + 1); ++q) {
-      stack_.byThickness[layer][q] += Num(node.byThickness) * slopes[q];
-      stack_.bySpread[layer][q] += Num(node.bySpread) * slopes[q];
+      passage.byPhase.r += sums.amplitude.r.back * twice;
+      passage.byPhase.t += sums.amplitude.t.back * twice;
+      passage.sumT += sums.amplitude.sumT;
     }
   }
 
-  static void Carry(const StackSums<Num>& of, const Complex<Num>& round, StackSums<Num>& total) {
+  static void Carry(const Sums& of, const Complex<Num>& round, Sums& total) {
     const auto before = [&](const Covector<Num>& c) { return Covector<Num>{c.on, c.back * round}; };
-    total.R += before(of.R);
-    total.T += before(of.T);
-    total.sumTT += of.sumTT;
+    total.intensity.R += before(of.intensity.R);
+    total.intensity.T += before(of.intensity.T);
+    total.intensity.sumTT += of.intensity.sumTT;
     if constexpr (kAmplitudes) {
-      total.r += before(of.r);
-      total.t += before(of.t);
-      total.sumT += of.sumT;
+      total.amplitude.r += before(of.amplitude.r);
+      total.amplitude.t += before(of.amplitude.t);
+      total.amplitude.sumT += of.amplitude.sumT;
     }
   }
 
@@ -280,14 +265,40 @@ void ClearStackSlopes(StackOf<Num>& stack) {
   stack.byEmptyPath = {};
 }
 
-// From the reflections of the interfaces to the admittances of the media on both sides.
+// From the phases of the passages, summed over the branches, to wave vectors, thicknesses and the empty path.
 template <class Num>
-void ChainInterfaces(StackOf<Num>& stack, const StackSums<Num>& all) {
+void ChainPassages(StackOf<Num>& stack) {
+  for (std::size_t layer = 1; layer + 1 < stack.y.size(); ++layer) {
+    for (std::size_t n = 0; n < stack.nodes[layer].size(); ++n) {
+      const auto& passage = stack.passages[layer][n];
+      const ThicknessNode& node = stack.nodes[layer][n];
+      StackGradient<Num> byPhase = passage.byPhase;
+      byPhase.t += TimesI(passage.sumT) * passage.rate;
+      byPhase.T.im += passage.sumTT * passage.rate;
+      const Num d(node.thickness);
+      stack.byK[layer] += {byPhase.r * d, byPhase.t * d, byPhase.R * d, byPhase.T * d};
+      stack.byEmptyPath.t -= TimesI(passage.sumT) * d;
+      stack.byEmptyPath.T.im -= d * passage.sumTT;
+      StackSlopes<Num> slopes = byPhase.Along(stack.k[layer]);
+      const Complex<Num> ofEmpty = TimesI(passage.sumT) * -stack.emptyPath;
+      slopes[kStackReT] += ofEmpty.re;
+      slopes[kStackImT] += ofEmpty.im;
+      for (std::size_t q = 0; q < slopes.size(); ++q) {
+        stack.byThickness[layer][q] += Num(node.byThickness) * slopes[q];
+        stack.bySpread[layer][q] += Num(node.bySpread) * slopes[q];
+      }
+    }
+  }
+}
+
+// From the reflections of the interfaces to the admittances of the media on both sides. sumT, sumTT: of all branches.
+template <class Num>
+void ChainInterfaces(StackOf<Num>& stack, const Complex<Num>& sumT, const Num& sumTT) {
   for (std::size_t j = 1; j < stack.y.size(); ++j) {
     StackGradient<Num> g = stack.byRho[j];
     const Complex<Num> perRho = Num(1) / (Num(1) + stack.rho[j]);
-    g.t += all.sumT * perRho;
-    g.T += perRho * all.sumTT;
+    g.t += sumT * perRho;
+    g.T += perRho * sumTT;
     const Complex<Num>&a = stack.y[j - 1], &b = stack.y[j];
     const Complex<Num> perSquare = Num(2) / ((a + b) * (a + b));
     const Complex<Num> byA = -(b * perSquare), byB = a * perSquare;
@@ -304,8 +315,15 @@ void WalkStack(StackOf<Num>& stack) {
   if constexpr (kSlopes) ClearStackSlopes(stack);
   StackWalk<Num, Width, kSlopes, kAmplitudes> walk(stack);
   const StackFields<Num> end{{Num(1), Num(0)}, {}};
-  const StackSums<Num> all = walk.Visit(stack.y.size() - 1, end, stack.through, 1);
-  if constexpr (kSlopes) ChainInterfaces(stack, all);
+  const auto all = walk.Visit(stack.y.size() - 1, end, stack.through, 1);
+  if constexpr (kSlopes) {
+    ChainPassages(stack);
+    if constexpr (kAmplitudes) {
+      ChainInterfaces(stack, all.amplitude.sumT, all.intensity.sumTT);
+    } else {
+      ChainInterfaces(stack, {}, all.intensity.sumTT);
+    }
+  }
 }
 
 }  // namespace kalvex

@@ -73,7 +73,11 @@ struct StackOf {
   struct Passage {
     Complex<Num> round;  // exp(2ikd)
     Complex<Num> once;   // exp(ikd) relative to the empty path
-    Complex<Num> rate;   // d(kd) counts with this: 1, or 0 where the guard holds
+    Num rate;            // d(kd) counts with this: 1, or 0 where the guard holds
+    // Sums over all branches through this node: derivatives by the phase kd of the wave that comes back, t, and |t|^2.
+    StackGradient<Num> byPhase;
+    Complex<Num> sumT;
+    Num sumTT;
   };
   std::vector<Complex<Num>> rho;
   std::vector<std::vector<Passage>> passages;
