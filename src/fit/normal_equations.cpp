@@ -159,11 +159,13 @@ void Gather(const GatherInput& in, std::size_t firstGroup, BlockGradients& out) 
 }
 
 void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block) {
+  double total = fit.TotalChiSq;
   ForEachPoint(fit, firstGroup, block, [&](const FitPoint& point, const ChiSqTerm& term, std::size_t i) {
     const double w = 1 / (point.sigma * point.sigma);
     const double r = block.Value(point.quantity, i) - point.y;
-    fit.TotalChiSq += term.weight * w * r * r;
+    total += term.weight * w * r * r;
   });
+  fit.TotalChiSq = total;
 }
 
 // Adds block after block, in an order that does not depend on how many of them come at once; the panels of blocks

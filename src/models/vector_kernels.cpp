@@ -2,6 +2,8 @@
 // function of its own would be one for all widths.
 #include "models/vector_kernels.h"
 
+#include <cmath>
+
 #include "models/bulk_formulas.h"
 #include "terms/lorentz.h"
 
@@ -14,8 +16,30 @@ namespace {
 constexpr std::size_t kTogether = 4;
 static_assert(kSpectrumBlock % (kTogether * kPack) == 0);
 
+double LeastModulus(const double* w) {
+  double least = std::fabs(w[0]);
+  for (std::size_t i = 1; i < kSpectrumBlock; ++i) least = std::fabs(w[i]) < least ? std::fabs(w[i]) : least;
+  return least;
+}
+
+// Adds one row at kTogether packs of frequencies.
+template <bool kGuarded, bool kKeepInverses>
+void AddRow(const PlainRow& row, const double* w, Complex<Pack> (&sum)[kTogether], double* inverses) {
+#pragma GCC unroll 4
+  for (std::size_t p = 0; p < kTogether; ++p) {
+    const Oscillator<Pack> at =
+        OscillatorAt<kGuarded>(Pack::Load(w + p * kPack), Pack(row.Wo), Pack(row.Wp), Pack(row.G));
+    sum[p] += at.eps;
+    if constexpr (kKeepInverses) {
+      at.inverse.re.Store(inverses + p * kPack);
+      at.inverse.im.Store(inverses + kSpectrumBlock + p * kPack);
+    }
+  }
+}
+
 template <bool kKeepInverses>
 void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses) {
+  const double least = LeastModulus(w);
   for (std::size_t first = 0; first < kSpectrumBlock; first += kTogether * kPack) {
     Complex<Pack> sum[kTogether];
 #pragma GCC unroll 4
@@ -25,15 +49,10 @@ void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double
     }
     double* inverse = inverses + first;
     for (const PlainRow& row : rows) {
-#pragma GCC unroll 4
-      for (std::size_t p = 0; p < kTogether; ++p) {
-        const Pack at = Pack::Load(w + first + p * kPack);
-        const Oscillator<Pack> oscillator = OscillatorAt(at, Pack(row.Wo), Pack(row.Wp), Pack(row.G));
-        sum[p] += oscillator.eps;
-        if constexpr (kKeepInverses) {
-          oscillator.inverse.re.Store(inverse + p * kPack);
-          oscillator.inverse.im.Store(inverse + kSpectrumBlock + p * kPack);
-        }
+      if (std::fabs(row.G) * least > kSafeDamping) {
+        AddRow<false, kKeepInverses>(row, w + first, sum, inverse);
+      } else {
+        AddRow<true, kKeepInverses>(row, w + first, sum, inverse);
       }
       if constexpr (kKeepInverses) inverse += 2 * kSpectrumBlock;
     }
