@@ -4,13 +4,13 @@
 
 namespace kalvex {
 
-void AddOscillators(std::span<const PlainRow> rows, const double* w, double* re, double* im) {
-  WidestKernels().addOscillators(rows, w, re, im);
+void AddOscillators(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im) {
+  WidestKernels().addOscillators(rows, leastG, w, re, im);
 }
 
-void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const double* w, double* re, double* im,
+void AddOscillatorsForSlopes(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im,
                              double* inverses) {
-  WidestKernels().addOscillatorsForSlopes(rows, w, re, im, inverses);
+  WidestKernels().addOscillatorsForSlopes(rows, leastG, w, re, im, inverses);
 }
 
 void OscillatorSlopesOf(const PlainRow& row, const double* w, const double* inverses, const double* dRe,

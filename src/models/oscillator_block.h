@@ -14,12 +14,13 @@ struct PlainRow {
   double G = 0;
 };
 
-// Adds the sum of the rows at kSpectrumBlock frequencies w (cm-1) to re and im.
-void AddOscillators(std::span<const PlainRow> rows, const double* w, double* re, double* im);
+// Adds the sum of the rows at kSpectrumBlock frequencies w (cm-1) to re and im. leastG: the smallest |G| of the rows.
+void AddOscillators(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im);
 
 // The same, and leaves 1/D of each row for OscillatorSlopesOf: kSpectrumBlock real parts and as many imaginary ones for
 // each row, one behind the other.
-void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses);
+void AddOscillatorsForSlopes(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im,
+                             double* inverses);
 
 // How a Quantity with the derivatives dRe and dIm by the dielectric function changes with the three columns of one row.
 // inverses: those of the row.

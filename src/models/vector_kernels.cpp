@@ -37,9 +37,8 @@ void AddRow(const PlainRow& row, const double* w, Complex<Pack> (&sum)[kTogether
   }
 }
 
-template <bool kKeepInverses>
+template <bool kGuarded, bool kKeepInverses>
 void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses) {
-  const double least = LeastModulus(w);
   for (std::size_t first = 0; first < kSpectrumBlock; first += kTogether * kPack) {
     Complex<Pack> sum[kTogether];
 #pragma GCC unroll 4
@@ -49,11 +48,7 @@ void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double
     }
     double* inverse = inverses + first;
     for (const PlainRow& row : rows) {
-      if (std::fabs(row.G) * least > kSafeDamping) {
-        AddRow<false, kKeepInverses>(row, w + first, sum, inverse);
-      } else {
-        AddRow<true, kKeepInverses>(row, w + first, sum, inverse);
-      }
+      AddRow<kGuarded, kKeepInverses>(row, w + first, sum, inverse);
       if constexpr (kKeepInverses) inverse += 2 * kSpectrumBlock;
     }
 #pragma GCC unroll 4
@@ -65,13 +60,23 @@ void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double
   }
 }
 
-KALVEX_FLATTEN void AddOscillators(std::span<const PlainRow> rows, const double* w, double* re, double* im) {
-  AddRows<false>(rows, w, re, im, re);
+template <bool kKeepInverses>
+void AddRows(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im, double* inverses) {
+  if (leastG * LeastModulus(w) > kSafeDamping) {
+    AddRows<false, kKeepInverses>(rows, w, re, im, inverses);
+  } else {
+    AddRows<true, kKeepInverses>(rows, w, re, im, inverses);
+  }
 }
 
-KALVEX_FLATTEN void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const double* w, double* re, double* im,
-                                            double* inverses) {
-  AddRows<true>(rows, w, re, im, inverses);
+KALVEX_FLATTEN void AddOscillators(std::span<const PlainRow> rows, double leastG, const double* w, double* re,
+                                   double* im) {
+  AddRows<false>(rows, leastG, w, re, im, re);
+}
+
+KALVEX_FLATTEN void AddOscillatorsForSlopes(std::span<const PlainRow> rows, double leastG, const double* w, double* re,
+                                            double* im, double* inverses) {
+  AddRows<true>(rows, leastG, w, re, im, inverses);
 }
 
 KALVEX_FLATTEN void SlopesOfOscillator(const PlainRow& row, const double* w, const double* inverses, const double* dRe,

@@ -26,8 +26,8 @@ struct Oscillator {
 template <bool kGuarded = true, class T>
 Oscillator<T> OscillatorAt(const T& w, const T& Wo, const T& Wp, const T& G) {
   const Complex<T> D = OscillatorDenominator(w, Wo, G);
-  const T norm = Norm(D), perNorm = T(1) / norm;
-  const Complex<T> inverse{D.re * perNorm, -(D.im * perNorm)}, eps = (Wp * Wp) * inverse;
+  const T norm = Norm(D), perNorm = T(1) / norm, share = (Wp * Wp) / norm;
+  const Complex<T> inverse{D.re * perNorm, -(D.im * perNorm)}, eps{D.re * share, -(D.im * share)};
   if constexpr (!kGuarded) {
     return {eps, inverse};
   } else {

@@ -200,7 +200,7 @@ TEST(SpectrumBlocks, EveryWidthOfTheVectorUnitsGivesTheSameBits) {
   const auto allOf = [&](const VectorKernels& with) {
     EpsBlock eps{w, {}, {}};
     std::vector<double> inverses(2 * kSpectrumBlock * rows.size());
-    with.addOscillatorsForSlopes(rows, w.data(), eps.re.data(), eps.im.data(), inverses.data());
+    with.addOscillatorsForSlopes(rows, 0, w.data(), eps.re.data(), eps.im.data(), inverses.data());
     std::vector<double> numbers = inverses;
     numbers.insert(numbers.end(), eps.re.begin(), eps.re.end());
     numbers.insert(numbers.end(), eps.im.begin(), eps.im.end());
