@@ -124,13 +124,14 @@ bool GatherTogether(const GatherInput& in, const TermPoints& some, BlockGradient
     if (!std::isfinite(residuals[p])) return false;
     inOrder = inOrder && some.at[p] == some.at[0] + p;
   }
-  double picked[VectorPanel::kStrip][VectorPanel::kMost] = {};
+  double picked[VectorPanel::kStrip][VectorPanel::kMost];
   std::size_t next = 0;
   const auto columnAt = [&](std::size_t slope) -> const double* {
     const double* const from = in.block.Slopes(slope, quantity);
     if (inOrder) return from + some.at[0];
     double* const to = picked[next++ % VectorPanel::kStrip];
     for (std::size_t p = 0; p < some.count; ++p) to[p] = from[some.at[p]];
+    std::fill(to + some.count, to + VectorPanel::kMost, 0.0);
     return to;
   };
   return out.PutTogether(in.ofTerms[t], std::span(roots).first(some.count), std::span(residuals).first(some.count),

@@ -77,7 +77,8 @@ inline Surface<double, 2> SurfaceOf(const Cplx& eps, const Cplx& mu) {
   const Cplx a = Sqrt(eps), b = Sqrt(mu);
   const Cplx n = a * b, sum = a + b;
   const Cplx square = sum * sum;
-  return {{n, {0.5 * (n / eps), 0.5 * (n / mu)}}, {(b - a) / sum, {-(b / square) * (a / eps), (a / square) * (b / mu)}}};
+  return {{n, {0.5 * (n / eps), 0.5 * (n / mu)}},
+          {(b - a) / sum, {-(b / square) * (a / eps), (a / square) * (b / mu)}}};
 }
 
 template <class Out>
@@ -170,8 +171,7 @@ Lanes CoherentAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, Pla
   const Complex<T> inverse2 = inverse * inverse;
   const Complex<T> byR = (T(-2) * r.z) * E * (T(1) - E2) * inverse2;
   const Complex<T> byE = (T(1) - r2) * (T(1) + r2 * E2) * inverse2;
-  out.t = {(T(1) - r2) * E * inverse,
-           Slopes<T, K>([&](std::size_t k) { return byR * r.d[k] + byE * phase.E.d[k]; })};
+  out.t = {(T(1) - r2) * E * inverse, Slopes<T, K>([&](std::size_t k) { return byR * r.d[k] + byE * phase.E.d[k]; })};
   out.dThickness = byE * phase.dThickness;
   return Lanes::kNone;
 }

@@ -1,4 +1,4 @@
-// The formulas of a stack, for double and for packs of frequencies; included by stack_optics.h.
+// The formulas of a stack, for double and for packs of frequencies.
 //
 // Width names what the functions of a pack are compiled for, so that those of several widths do not meet: void for
 // double, and a type that nobody else can see for packs.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "models/quantity_formulas.h"
+#include "models/stack_formulas.h"
 
 namespace kalvex {
 

@@ -143,5 +143,3 @@ template <class Num>
 StackMedium<Num> StackMediumOf(const StackHead& head, const Num& x, const Complex<Num>& eps);
 
 }  // namespace kalvex
-
-#include "models/stack_formulas.h"

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "models/bulk_formulas.h"
+#include "models/stack_formulas.h"
 #include "terms/lorentz.h"
 
 namespace kalvex::KALVEX_VECTOR_LEVEL {

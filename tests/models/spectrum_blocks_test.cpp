@@ -17,21 +17,10 @@ namespace {
 constexpr std::size_t kPoints = 150;  // more than two blocks
 
 std::vector<ParamPlace> FreePlaces(const Program& program) {
-  std::vector<ParamPlace> places;
-  for (int m = 0; m < kMaxModels; ++m) {
-    const Model& model = program.params.models[static_cast<std::size_t>(m)];
-    if (model.number == 0) continue;
-    if (model.epsInf.adjustable) places.push_back({ParamKind::kEpsInf, m, 0, 0, 0, 0, 0});
-    for (int row = 0; row < RowCount(model); ++row) {
-      for (int c = 0; c < kColumns; ++c) {
-        if (Cell(model, row, c).adjustable) places.push_back({ParamKind::kRow, m, row, c, 0, 0, 0});
-      }
-    }
-  }
+  std::vector<ParamPlace> places = AllFreePlaces(program);
   for (int k = 0; k < kExpParamCount; ++k) {
-    if (program.params.ExpParams[static_cast<std::size_t>(k)].adjustable) {
-      places.push_back({ParamKind::kExp, 0, 0, 0, k, 0, 0});
-    }
+    if (!program.params.ExpParams[static_cast<std::size_t>(k)].adjustable) continue;
+    places.push_back({ParamKind::kExp, 0, 0, 0, k, 0, 0});
   }
   return places;
 }

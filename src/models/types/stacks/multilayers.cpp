@@ -5,7 +5,7 @@
 
 #include "models/chains.h"
 #include "models/eps_sum.h"
-#include "models/stack_optics.h"
+#include "models/stack_formulas.h"
 #include "models/types/frame.h"
 #include "models/types/stacks/stack_spectrum.h"
 #include "models/types/types.h"
