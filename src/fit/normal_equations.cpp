@@ -138,10 +138,21 @@ bool GatherTogether(const GatherInput& in, const TermPoints& some, BlockGradient
                          columnAt);
 }
 
+// Whether the first of the points has a slope by most parameters; behind a free mesh each has few.
+bool AreDense(const GatherInput& in, const TermPoints& some) {
+  const GradientColumns& columns = in.ofTerms[static_cast<std::size_t>(some.points[0]->term)];
+  if (!columns.most) return false;
+  std::size_t count = 0;
+  for (const std::size_t slope : columns.slope) {
+    if (slope == GradientColumns::kNone) continue;
+    if (in.block.Slope(slope, some.points[0]->quantity, some.at[0]) != 0) ++count;
+  }
+  return 2 * count >= columns.slope.size();
+}
+
 void GatherTerm(const GatherInput& in, TermPoints& some, BlockGradients& out) {
   if (some.count == 0) return;
-  const bool most = in.ofTerms[static_cast<std::size_t>(some.points[0]->term)].most;
-  if (!most || !GatherTogether(in, some, out)) {
+  if (!AreDense(in, some) || !GatherTogether(in, some, out)) {
     for (std::size_t p = 0; p < some.count; ++p) GatherOne(in, *some.points[p], some.at[p], out);
   }
   some.count = 0;
