@@ -1,8 +1,13 @@
-// Spectra of special models: a stack whose layers spread, a pulse, Landau levels.
+// Spectra of special models: a stack whose layers spread, a pulse, Landau levels, a tip, bands.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <filesystem>
+#include <tuple>
 
+#include "fit/fit_lists.h"
+#include "fit/run_fit.h"
+#include "models/eval_model.h"
 #include "models/eval_spectrum.h"
 #include "models/model_rows.h"
 #include "models/model_table.h"
@@ -26,9 +31,11 @@ Model& NewModel(Program& program, double epsInf, std::initializer_list<std::arra
   return model;
 }
 
-// Two Quantities of a model at so many frequencies, with the derivatives by all free parameters.
+// Quantities of a model at so many frequencies, with the derivatives by all free parameters, after a change of it as a
+// fit makes them: what depends on the parameters alone counts.
+template <class Change>
 void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& model, double from, double to,
-                             std::size_t points, kalvex::QuantitySet wanted) {
+                             std::size_t points, kalvex::QuantitySet wanted, Change change) {
   std::vector<double> x(points);
   for (std::size_t i = 0; i < points; ++i)
     x[i] = from + (to - from) * static_cast<double>(i) / static_cast<double>(points);
@@ -39,10 +46,16 @@ void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& m
   request.derivatives = true;
   for (auto _ : state) {
     double sum = 0;
+    change();
     kalvex::EvalSpectrum(program.eval, model, request,
                          [&](const kalvex::SpectrumBlock& block) { sum += block.count > 0 ? 1 : 0; });
     benchmark::DoNotOptimize(sum);
   }
+}
+
+void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& model, double from, double to,
+                             std::size_t points, kalvex::QuantitySet wanted) {
+  EvaluateWithDerivatives(state, program, model, from, to, points, wanted, [] {});
 }
 
 // Five layers of three materials; the second and the fourth thickness spread when asked for.
@@ -85,8 +98,157 @@ void GrapheneInAField(benchmark::State& state) {
   Program program;
   Model& model = NewModel(program, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
   EvaluateWithDerivatives(state, program, model, 50, 4000, 1000,
-                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kS1) | kalvex::SetOf(kalvex::kS2)));
+                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kS1) | kalvex::SetOf(kalvex::kS2)),
+                          [&] { kalvex::Cell(model, 2, kalvex::Wp).value += 1e-6; });
 }
 BENCHMARK(GrapheneInAField)->Unit(benchmark::kMillisecond);
+
+// A fit to both parts of the tensor's diagonal, 1000 points each, with background, broadening and weight free, from 10
+// % beside the truth. The velocity is held: it moves levels across the cut-off, and ChiSq has steps there.
+void FitOfGrapheneInAField(benchmark::State& state) {
+  Program program;
+  Model& model = NewModel(program, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
+  const auto setBackgroundBroadeningWeight = [&](double off) {
+    for (const auto& [row, column, truth] :
+         {std::tuple{1, kalvex::Wp, 5000.0}, {2, kalvex::G, 0.01}, {3, kalvex::Wp, 1.0}}) {
+      kalvex::ModelParam& param = kalvex::Cell(model, row, column);
+      param.value = truth * (1 + off);
+      param.adjustable = true;
+    }
+  };
+  for (kalvex::ModelParam& param : model.rows) param.adjustable = false;
+  setBackgroundBroadeningWeight(0);
+  kalvex::OpenFitWindow(kalvex::DeskOf(program));
+  for (const int quantity : {kalvex::kS1, kalvex::kS2}) {
+    kalvex::Dataset& dataset = program.datasets.slots[quantity == kalvex::kS1 ? 0 : 1];
+    dataset.id = program.datasets.nextId++;
+    dataset.Quantity = quantity;
+    kalvex::WantOnly(program.eval.quantities, kalvex::SetOf(quantity));
+    for (int i = 0; i < 1000; ++i) {
+      const double x = 50 + 3.95 * i;
+      kalvex::EvalModel(program.eval, model, x, false);
+      const double y = program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+      dataset.points.push_back({x, y, 0.01 * std::fabs(y) + 1});
+    }
+    dataset.firstActive = 0;
+    dataset.lastActive = 999;
+    kalvex::AddTerm(kalvex::DeskOf(program), quantity == kalvex::kS1 ? 1 : 2, 1, {});
+  }
+  for (auto _ : state) {
+    state.PauseTiming();
+    setBackgroundBroadeningWeight(0.1);
+    kalvex::ComputeChiSq(program.fit, program.eval);
+    state.ResumeTiming();
+    kalvex::RunFit(program.fit, program.eval, program.platform, {});
+  }
+  if (program.fit.TotalChiSq > 1e-6) state.SkipWithError("the fit did not find the truth");
+  state.counters["iterations"] = program.fit.IterationCount;
+}
+BENCHMARK(FitOfGrapheneInAField)->Unit(benchmark::kMillisecond);
+
+// Bilayer graphene in a field: transmission and rotation at 1000 frequencies, 13 free parameters, 60 levels.
+void BilayerInAField(benchmark::State& state) {
+  Program program;
+  Model& model = NewModel(program, -62,
+                          {{50, 8, 0.01},
+                           {3.1, 0.38, 0.14},
+                           {0.1, 0.02, 0.1},
+                           {60, 0, 0},
+                           {0, 1, 0},
+                           {0, 0, 0},
+                           {0, 0, 0},
+                           {0, 0, 0},
+                           {0, 0, 0}});
+  EvaluateWithDerivatives(
+      state, program, model, 50, 4000, 1000,
+      static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kTrans) | kalvex::SetOf(kalvex::kDepth)),
+      [&] { kalvex::Cell(model, 2, kalvex::G).value += 1e-6; });
+}
+BENCHMARK(BilayerInAField)->Unit(benchmark::kMillisecond);
+
+// Bismuth in a field: reflectivity and Kerr rotation at 1000 frequencies, 15 free parameters, 60 levels at 100 wave
+// vectors.
+void BismuthInAField(benchmark::State& state) {
+  Program program;
+  Model& model = NewModel(program, -74,
+                          {{20, 4, 0.002},
+                           {0.0153, 0.035, 0.006},
+                           {0.25, 3, 60},
+                           {0.046, 0.064, 0.7},
+                           {30, 0.8, 100},
+                           {0, 0, 0},
+                           {80, 0, 0},
+                           {0, 0, 0},
+                           {0, 0, 0},
+                           {0, 0, 0}});
+  EvaluateWithDerivatives(state, program, model, 20, 1000, 1000,
+                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kRp)),
+                          [&] { kalvex::Cell(model, 1, kalvex::Wp).value += 1e-6; });
+}
+BENCHMARK(BismuthInAField)->Unit(benchmark::kMillisecond);
+
+// A tip on silicon carbide and gold, 1000 frequencies, 64 points of its cycle, 100 momenta: contrast and phase of the
+// sum over momenta. The sample: a plain model, or a surface of type 73 that answers at each momentum.
+void TipOnASurface(benchmark::State& state) {
+  Program program;
+  NewModel(program, 0, {{-1000, 6.56, 0}, {-1002, 970, 5}, {-1001, 797, 5}});
+  NewModel(program, 1, {{0, 68920, 341}});
+  NewModel(program, -73, {{1, 0, 0}, {0, 0, 0}});
+  const double sample = state.range(0) ? 3 : 1;
+  Model& model = NewModel(program, -80, {{sample, 2, 2}, {0, 0, 0}, {2e-6, 1.02, 1}, {0, 12, 100}, {0, 60, 64}});
+  EvaluateWithDerivatives(state, program, model, 800, 1050, 1000,
+                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kE1) | kalvex::SetOf(kalvex::kE2)));
+}
+BENCHMARK(TipOnASurface)->ArgName("surface")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The lattice of bilayer graphene: 1000 points of the path with all bands, or of the conductivity on a mesh of so many
+// wave vectors in each direction, whose chemical potential changes from one spectrum to the next.
+void BandsOfABilayer(benchmark::State& state) {
+  const std::filesystem::path before = std::filesystem::current_path(),
+                              folder = std::filesystem::temp_directory_path() / "kalvex_bench_bands";
+  std::filesystem::create_directories(folder);
+  std::filesystem::current_path(folder);  // the type writes its files there
+  Program program;
+  const double cells = static_cast<double>(state.range(0));
+  Model& model = NewModel(program, -31,
+                          {{-3, 0.4, -0.3},
+                           {0.15, 0.018, 0.1},
+                           {0, 0, 10},
+                           {0, 0, 0},
+                           {1.7031, 0.33333333, 0.66666667},
+                           {2.5547, 0.5, 0.5},
+                           {4.0296, 0, 0},
+                           {0, 1.2, 60},
+                           {0.3333, 0.14, cells},
+                           {0.6667, 0.14, cells}});
+  const auto wanted =
+      static_cast<kalvex::QuantitySet>(cells > 0 ? kalvex::SetOf(kalvex::kDepth)
+                                                 : kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kTrans) |
+                                                       kalvex::SetOf(kalvex::kRp) | kalvex::SetOf(kalvex::kRs));
+  EvaluateWithDerivatives(state, program, model, 0, cells > 0 ? 1.2 : 4.0296, 1000, wanted,
+                          [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
+}
+BENCHMARK(BandsOfABilayer)->ArgName("cells")->Arg(0)->Arg(300)->Unit(benchmark::kMillisecond);
+
+// The dielectric function of bilayer graphene at 1000 frequencies, 14 free parameters, 120 rings in 12 directions.
+void BandsOfABilayerInTheInfrared(benchmark::State& state) {
+  Program program;
+  Model& model = NewModel(program, -36,
+                          {{-3, 0.4, -0.3},
+                           {0.15, 0.018, 0.1},
+                           {0.15, 0, 100},
+                           {120, 0.025, 1},
+                           {1, 1, 6.7},
+                           {0.06, 12, 0},
+                           {0, 0, 0},
+                           {0, 0, 0},
+                           {0, 0, 0}});
+  EvaluateWithDerivatives(state, program, model, 1500, 5000, 1000,
+                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kE1) | kalvex::SetOf(kalvex::kE2)),
+                          [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
+}
+BENCHMARK(BandsOfABilayerInTheInfrared)->Unit(benchmark::kMillisecond);
 
 }  // namespace

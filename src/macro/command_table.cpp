@@ -87,12 +87,12 @@ constexpr MacroCommand kCommands[] = {
     {"FixAllModelParams", FixAllModelParamsCommand, kModelNo},
     {"FreeShape", FreeShapeCommand, kFreeShape},
     {"VarDielFunc", VarDielFuncCommand, kVarDielFunc},
-    {"NewGraph", LaterCommand, kNewGraph},
-    {"GraphProperties", LaterCommand, kGraphProperties},
-    {"AddDataCurve", LaterCommand, kAddDataCurve},
-    {"AddModelCurve", LaterCommand, kAddModelCurve},
-    {"DeleteDataCurve", LaterCommand, kDeleteDataCurve},
-    {"DeleteModelCurve", LaterCommand, kDeleteModelCurve},
+    {"NewGraph", NewGraphCommand, kNewGraph},
+    {"GraphProperties", GraphPropertiesCommand, kGraphProperties},
+    {"AddDataCurve", AddDataCurveCommand, kAddDataCurve},
+    {"AddModelCurve", AddModelCurveCommand, kAddModelCurve},
+    {"DeleteDataCurve", DeleteDataCurveCommand, kDeleteDataCurve},
+    {"DeleteModelCurve", DeleteModelCurveCommand, kDeleteModelCurve},
     {"ExportModelCurve", ExportModelCurveCommand, kExportModelCurve},
     {"ExpParams", ExpParamsCommand, kPosition},
     {"SetExpParam", SetExpParamCommand, kSetExpParam},
@@ -111,6 +111,12 @@ constexpr MacroParam kFitOptions[] = {
     I("ReductionIterations"), R("ReductionAmount"), I("StopOnLambda"), R("MaxLambda"),  R("InitialLambda"),
     I("CalcConfidence"),      R("DeltaChiSq"),      I("LogFit")};
 constexpr MacroParam kParamFile[] = {S("File", 200)};
+constexpr MacroParam kGraphNo[] = {I("GraphNo")};
+constexpr MacroParam kAddChiSqCurve[] = {I("GraphNo"), I("DatasetNo"), I("ModelNo"),
+                                         I("nColor"),  R("Scale"),     R("Shift")};
+constexpr MacroParam kAddFreqCurve[] = {I("GraphNo"), I("ModelNo"), I("nColor")};
+constexpr MacroParam kExportGraph[] = {I("GraphNo"), S("File", 200)};
+constexpr MacroParam kDrawGraph[] = {I("GraphNo"), S("File", 200), I("Width"), I("Height")};
 constexpr MacroParam kEcho[] = {S("Text", 200)};
 
 constexpr MacroCommand kExtraCommands[] = {
@@ -133,6 +139,12 @@ constexpr MacroCommand kExtraCommands[] = {
     {"TestDerivatives", TestDerivativesCommand, {}},
     {"TestQuantityDerivatives", TestQuantityDerivativesCommand, {}},
     {"WriteGapTable", WriteGapTableCommand, {}},
+    {"AddChiSqCurve", AddChiSqCurveCommand, kAddChiSqCurve},
+    {"AddMultiCurve", AddMultiCurveCommand, kAddModelCurve},
+    {"AddFreqCurve", AddFreqCurveCommand, kAddFreqCurve},
+    {"ExportGraph", ExportGraphCommand, kExportGraph},
+    {"DrawGraph", DrawGraphCommand, kDrawGraph},
+    {"CloseGraph", CloseGraphCommand, kGraphNo},
 };
 
 }  // namespace

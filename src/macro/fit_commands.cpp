@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "fit/fit_dumps.h"
 #include "macro/handlers.h"
+#include "macro/if_given.h"
 #include "macro/param_fields.h"
 #include "models/model_table.h"
 #include "program/program.h"
@@ -54,14 +55,6 @@ std::string Summary(const Program& program, double seconds) {
     separator = ", ";
   }
   return text;
-}
-
-void SetFlagIfGiven(bool& option, std::optional<int> value) {
-  if (value) option = *value != 0;
-}
-template <class T>
-void SetIfGiven(T& option, std::optional<T> value) {
-  if (value) option = *value;
 }
 
 MacroResult Written(MacroCall& call, int status, const char* file, const char* needs) {

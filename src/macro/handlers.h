@@ -69,7 +69,18 @@ MacroResult TestDerivativesCommand(MacroCall& call);
 MacroResult TestQuantityDerivativesCommand(MacroCall& call);
 MacroResult WriteGapTableCommand(MacroCall& call);
 
-// later_commands.cpp
-MacroResult LaterCommand(MacroCall& call);
+// graph_commands.cpp
+MacroResult NewGraphCommand(MacroCall& call);
+MacroResult GraphPropertiesCommand(MacroCall& call);
+MacroResult AddDataCurveCommand(MacroCall& call);
+MacroResult AddModelCurveCommand(MacroCall& call);
+MacroResult AddChiSqCurveCommand(MacroCall& call);
+MacroResult AddMultiCurveCommand(MacroCall& call);
+MacroResult AddFreqCurveCommand(MacroCall& call);
+MacroResult DeleteDataCurveCommand(MacroCall& call);
+MacroResult DeleteModelCurveCommand(MacroCall& call);
+MacroResult ExportGraphCommand(MacroCall& call);
+MacroResult DrawGraphCommand(MacroCall& call);
+MacroResult CloseGraphCommand(MacroCall& call);
 
 }  // namespace kalvex

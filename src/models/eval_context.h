@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "core/platform.h"
 #include "datasets/dataset.h"
 #include "models/model_type.h"
 #include "models/quantity.h"
@@ -32,6 +33,8 @@ struct EvalContext {
   TermEnvironment termEnvironment;
   VdfKernelCache vdfKernels;
   TypeScratchStack typeScratch;
+
+  const Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
 
   ThreadPool* pool = nullptr;  // null: this thread alone
   std::shared_ptr<SpectrumTeam> team;

@@ -108,6 +108,8 @@ struct SlotUse {
   int quantity = 0;
   const char* meaning = "";  // with its unit
   std::uint64_t inputs = kAllInputs;
+  std::uint64_t lastIdle = 0;        // cells of a group that do not count in the last one: bit j for cell j
+  std::uint64_t asked = kAllInputs;  // bit s: on Quantity number s of those that evaluated partners are asked for
 };
 
 // The rows of a type: a head, and behind it any number of groups of rows that are read alike.

@@ -53,12 +53,14 @@ StackMedium<Num> NormalMedium(const Num& k0, const Complex<Num>& eps) {
 template <class Num>
 StackMedium<Num> ObliqueMedium(const StackHead& head, const Num& k0, const Complex<Num>& given) {
   constexpr double kLeastAbsorption = 1e-05;
-  const Complex<Num> eps{given.re, Select(given.im < Num(0), Num(kLeastAbsorption), given.im)};
+  const auto gain = given.im < Num(0);
+  const Num byIm = Select(gain, Num(0), Num(1));
+  const Complex<Num> eps{given.re, Select(gain, Num(kLeastAbsorption), given.im)};
   const HeldRoot<Num> m = HeldRootOf(eps - Num(head.sine * head.sine));
   const Complex<Num> mByAngle = m.byZ * Num(-2 * head.sine * head.bySine);
-  if (head.sPolarised) return {m.root, m.root * k0, m.byZ, m.byZ * k0, {mByAngle, {}}, {mByAngle * k0, {}}};
+  if (head.sPolarised) return {m.root, m.root * k0, m.byZ, m.byZ * k0, {mByAngle, {}}, {mByAngle * k0, {}}, byIm};
   const Complex<Num> perM = Num(1) / m.root, y = eps * perM, byM = -(y * perM);
-  return {y, m.root * k0, byM * m.byZ + perM, m.byZ * k0, {byM * mByAngle, {}}, {mByAngle * k0, {}}};
+  return {y, m.root * k0, byM * m.byZ + perM, m.byZ * k0, {byM * mByAngle, {}}, {mByAngle * k0, {}}, byIm};
 }
 
 // k = sqrt(eps k0^2 - q^2) with q = 2 pi/wavelength, y = eps/k
@@ -88,7 +90,8 @@ void PrepareInterfaces(StackOf<Num>& stack) {
   stack.through = {Num(1), Num(0)};
   for (std::size_t j = 1; j < stack.y.size(); ++j) {
     const Complex<Num>&a = stack.y[j - 1], &b = stack.y[j];
-    stack.rho[j] = (b - a) / (a + b);
+    const Complex<Num> sum = a + b;
+    stack.rho[j] = SelectComplex(Norm(sum) < Num(kTinyNorm), {}, (b - a) / sum);
     stack.through *= Num(1) + stack.rho[j];
   }
 }
@@ -296,14 +299,17 @@ template <class Num>
 void ChainInterfaces(StackOf<Num>& stack, const Complex<Num>& sumT, const Num& sumTT) {
   for (std::size_t j = 1; j < stack.y.size(); ++j) {
     StackGradient<Num> g = stack.byRho[j];
-    const Complex<Num> perRho = Num(1) / (Num(1) + stack.rho[j]);
+    const Complex<Num>&a = stack.y[j - 1], &b = stack.y[j], sum = a + b, through = Num(1) + stack.rho[j];
+    // No slopes where there is no interface, or nothing gets through.
+    const auto none = (Norm(sum) < Num(kTinyNorm)) | (Norm(through) == Num(0));
+    const Complex<Num> perRho = Num(1) / through;
     g.t += sumT * perRho;
     g.T += perRho * sumTT;
-    const Complex<Num>&a = stack.y[j - 1], &b = stack.y[j];
-    const Complex<Num> perSquare = Num(2) / ((a + b) * (a + b));
+    const Complex<Num> perSquare = Num(2) / (sum * sum);
     const Complex<Num> byA = -(b * perSquare), byB = a * perSquare;
-    stack.byY[j - 1] += {g.r * byA, g.t * byA, g.R * byA, g.T * byA};
-    stack.byY[j] += {g.r * byB, g.t * byB, g.R * byB, g.T * byB};
+    const auto kept = [&](const Complex<Num>& z) { return SelectComplex(none, {}, z); };
+    stack.byY[j - 1] += {kept(g.r * byA), kept(g.t * byA), kept(g.R * byA), kept(g.T * byA)};
+    stack.byY[j] += {kept(g.r * byB), kept(g.t * byB), kept(g.R * byB), kept(g.T * byB)};
   }
 }
 

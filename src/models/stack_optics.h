@@ -138,6 +138,7 @@ struct StackMedium {
   Complex<Num> y, k;
   Complex<Num> yByEps, kByEps;
   Complex<Num> yByHead[2], kByHead[2];
+  Num byIm = 1;  // 0 where the imaginary part of the dielectric function does not count
 };
 template <class Num>
 StackMedium<Num> StackMediumOf(const StackHead& head, const Num& x, const Complex<Num>& eps);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <typeindex>
 #include <vector>
 
 #include "core/limits.h"
@@ -41,7 +42,8 @@ struct TypeScratch {
 struct TypeScratchStack {
   std::deque<TypeScratch> levels;  // a deque, since an evaluation holds on to its level while deeper ones are added
   std::size_t depth = 0;
-  std::map<std::uint32_t, std::any> caches;  // by the model's number
+  std::map<std::uint32_t, std::any> caches;    // by the model's number
+  std::map<std::type_index, std::any> shared;  // by what it is: kept for all models of a type together
 };
 
 }  // namespace kalvex

@@ -243,7 +243,7 @@ void StoreLayerSlopes(const StackBlockInput& in, std::size_t i, const StackBlock
     for (std::size_t q = 0; q < results.size(); ++q) {
       StackBlockResult::Layer& layer = results[q].layers[j - 1];
       byRe[q].Store(layer.byRe.data() + i);
-      byIm[q].Store(layer.byIm.data() + i);
+      Select(medium.byIm == Pack(0.0), Pack(0.0), byIm[q]).Store(layer.byIm.data() + i);
       stack.byThickness[j][q].Store(layer.byThickness.data() + i);
       stack.bySpread[j][q].Store(layer.bySpread.data() + i);
     }

@@ -12,6 +12,23 @@ constexpr double kPi = std::numbers::pi;
 constexpr double kBernoulli[] = {1.0 / 6,       -1.0 / 30, 1.0 / 42,      -1.0 / 30,     5.0 / 66,
                                  -691.0 / 2730, 7.0 / 6,   -3617.0 / 510, 43867.0 / 798, -174611.0 / 330};
 
+// B_2k (2k+n-1)!/(2k)! for each n and k = 1, 2, ...
+using Series = std::array<double, std::size(kBernoulli)>;
+constexpr std::array<Series, kMostPolygammas> kSeries = [] {
+  std::array<Series, kMostPolygammas> all{};
+  double factorial = 1;  // n!
+  for (int n = 0; n < kMostPolygammas; ++n) {
+    if (n > 0) factorial *= n;
+    double ratio = factorial / 2 * (n + 1);  // (2k+n-1)!/(2k)! for k = 1
+    for (std::size_t i = 0; i < std::size(kBernoulli); ++i) {
+      const int k = static_cast<int>(i) + 1;
+      all[static_cast<std::size_t>(n)][i] = kBernoulli[i] * ratio;
+      ratio *= double(2 * k + n) * (2 * k + n + 1) / (double(2 * k + 1) * (2 * k + 2));
+    }
+  }
+  return all;
+}();
+
 // From this modulus on the asymptotic series reaches rounding: up to which derivative, with all ten terms.
 constexpr double kFarNorm = 15 * 15;
 
@@ -30,12 +47,9 @@ Cplx Asymptotic(int n, const Cplx& z, const Cplx& inverse) {
   Cplx sum = n == 0 ? -Log(z) : power * (factorial / n);
   sum += power * inverse * (0.5 * factorial);
   const Cplx square = inverse * inverse;
-  double ratio = factorial / 2 * (n + 1);  // (2k+n-1)!/(2k)! for k = 1
-  for (int k = 1; const double bernoulli : kBernoulli) {
+  for (const double coefficient : kSeries[static_cast<std::size_t>(n)]) {
     power *= square;
-    sum += power * (bernoulli * ratio);
-    ratio *= double(2 * k + n) * (2 * k + n + 1) / (double(2 * k + 1) * (2 * k + 2));
-    ++k;
+    sum += power * coefficient;
   }
   return n % 2 == 0 ? -sum : sum;
 }

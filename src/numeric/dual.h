@@ -61,10 +61,11 @@ Cplx ValueOf(const Complex<Dual<N>>& z) {
 }
 
 // Real functions, as real.h has them for double.
+// The slope of a root at 0 is endless; none is given there, so that what does not change it stays without a slope.
 template <int N>
 Dual<N> Sqrt(const Dual<N>& x) {
-  const double r = std::sqrt(x.a);
-  return Dual<N>::Along(r, 0.5 / r, x);
+  const double r = Sqrt(x.a);
+  return Dual<N>::Along(r, r == 0 ? 0 : std::copysign(0.5, x.a) / r, x);
 }
 template <int N>
 Dual<N> Exp(const Dual<N>& x) {
@@ -108,7 +109,7 @@ inline Cplx Analytic(const Cplx&, const Cplx& f, const Cplx&) { return f; }
 template <int N>
 Complex<Dual<N>> Sqrt(const Complex<Dual<N>>& z) {
   const Cplx r = Sqrt(ValueOf(z));
-  return Analytic(z, r, Cplx{0.5, 0} / r);
+  return Analytic(z, r, r.re == 0 && r.im == 0 ? Cplx{} : Cplx{0.5, 0} / r);
 }
 template <int N>
 Complex<Dual<N>> Exp(const Complex<Dual<N>>& z) {

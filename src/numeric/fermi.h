@@ -25,4 +25,27 @@ T FermiSlope(const T& e, const T& kT) {
   return f * (f - T(1)) / kT;
 }
 
+// (f(a) - f(b))/(b - a), which goes over into -df/de where a and b meet. With m and h half the sum and half the
+// difference of a and b in units of kT:
+//     sinh h/(2 h kT (cosh m + cosh h))
+template <class T>
+T FermiQuotient(const T& a, const T& b, const T& kT) {
+  const double gap = ValueOf(b) - ValueOf(a), thermal = ValueOf(kT);
+  if (!(thermal > 0)) return gap == 0 ? T(0) : (Fermi(a, kT) - Fermi(b, kT)) / (b - a);
+  T m = (a + b) / (T(2) * kT), h = (b - a) / (T(2) * kT);
+  if (ValueOf(m) < 0) m = -m;
+  if (ValueOf(h) < 0) h = -h;
+  // All exponentials taken out that could overflow: numerator and denominator times 2 exp(-larger).
+  constexpr double kSmall = 0.02;  // below it four terms of sinh h/h are exact
+  const bool wide = ValueOf(h) > ValueOf(m);
+  const T larger = wide ? h : m;
+  const T denominator = Exp(m - larger) + Exp(-m - larger) + Exp(h - larger) + Exp(-h - larger);
+  if (ValueOf(h) < kSmall) {
+    const T h2 = h * h;
+    const T series = T(1) + h2 * (T(1.0 / 6) + h2 * (T(1.0 / 120) + h2 * T(1.0 / 5040)));
+    return T(2) * Exp(-larger) * series / (T(2) * kT * denominator);
+  }
+  return (Exp(h - larger) - Exp(-h - larger)) / (T(2) * h * kT * denominator);
+}
+
 }  // namespace kalvex

@@ -79,7 +79,7 @@ Pack InEachLane(const Pack& a, Function function) {
 }
 
 inline Pack Sqrt(const Pack& a) {
-  return InEachLane(a, [](double x) { return std::sqrt(x); });
+  return InEachLane(a, [](double x) { return std::sqrt(std::fabs(x)); });
 }
 inline Pack Fabs(const Pack& a) {
   return InEachLane(a, [](double x) { return std::fabs(x); });

@@ -6,7 +6,8 @@
 
 namespace kalvex {
 
-inline double Sqrt(double x) { return std::sqrt(x); }
+// The root of the magnitude: a formula may carry an argument a little below 0.
+inline double Sqrt(double x) { return std::sqrt(std::fabs(x)); }
 inline double Exp(double x) { return std::exp(x); }
 inline double Expm1(double x) { return std::expm1(x); }
 inline double Log(double x) { return std::log(x); }

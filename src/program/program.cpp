@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "core/text.h"
+#include "graphs/graph_table.h"
 #include "models/model_table.h"
 #include "models/types/types.h"
 #include "windows/model_window.h"
@@ -34,7 +35,11 @@ Program::Program(int threads) : pool(threads) {
   eval.pool = &pool;
   eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
+  eval.platform = &platform;
   notices.owner = this;
+  notices.graphs = [](void* self, GraphEvent event, std::int64_t id) {
+    AnswerGraphEvent(ProgramOf(self).graphs, event, id, ProgramOf(self).AutoScreenUpdate);
+  };
   notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
     AnswerFitNotice(DeskOf(ProgramOf(self)), notice, id);
   };

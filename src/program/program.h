@@ -10,6 +10,7 @@
 #include "datasets/dataset.h"
 #include "fit/fit_state.h"
 #include "fit/run_fit.h"
+#include "graphs/graph.h"
 #include "macro/macro_state.h"
 #include "models/eval_context.h"
 #include "models/model.h"
@@ -45,6 +46,7 @@ struct Program {
   DatasetTable datasets;
   EvalContext eval;
   FitState fit;
+  GraphTable graphs;
   MacroState macro;
 
   MainWindow mainWindow;

@@ -3,12 +3,18 @@
 // with its standard errors; and published parameters of the material.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <complex>
 #include <filesystem>
 #include <numbers>
+#include <sstream>
 
 #include "app/kalvex_run.h"
 #include "app/saved_model.h"
+#include "core/files.h"
+#include "core/text.h"
 #include "support/run_program.h"
 
 namespace kalvex {
@@ -40,8 +46,49 @@ class Example {
   ProgramRun run;
 };
 
+// Where a curve is lowest or highest.
+double MinimumOf(const ScratchFolder& folder, const std::string& file) {
+  const Table curve = NumbersOf(folder.Read(file));
+  return (*std::min_element(curve.begin(), curve.end(), [](auto& a, auto& b) { return a[1] < b[1]; }))[0];
+}
+
+double MaximumBetween(const Table& curve, double from, double to) {
+  double at = from, highest = -1e300;
+  for (const auto& line : curve) {
+    if (line[0] < from || line[0] > to || line[1] <= highest) continue;
+    highest = line[1];
+    at = line[0];
+  }
+  return at;
+}
+
+std::string ShortNumber(double value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+
 void ExpectWithin(double value, double expected, double allowed, const char* what) {
   EXPECT_NEAR(value, expected, allowed) << what;
+}
+
+// The picture on top of the README is the one that the example draws.
+TEST(Examples, GalliumArsenideDrawsThePictureOfTheReadme) {
+  const Example example("gaas");
+  std::string shown;
+  ASSERT_TRUE(ReadWholeFile(ProjectFile("docs/pictures/gaas.svg"), shown));
+  const std::string drawn = example.folder.Read("gaas.svg");
+  const auto numbersIn = [](std::string svg) {
+    std::replace_if(
+        svg.begin(), svg.end(), [](char c) { return !IsAsciiDigit(c) && c != '.' && c != '-' && c != '\n'; }, ' ');
+    return NumbersOf(svg);
+  };
+  const Table was = numbersIn(shown), is = numbersIn(drawn);
+  ASSERT_EQ(is.size(), was.size());
+  for (std::size_t i = 0; i < is.size(); ++i) {
+    ASSERT_EQ(is[i].size(), was[i].size()) << "line " << i;
+    for (std::size_t k = 0; k < is[i].size(); ++k) EXPECT_NEAR(is[i][k], was[i][k], 0.02) << "line " << i;
+  }
 }
 
 TEST(Examples, GalliumArsenideHasItsPhonon) {
@@ -279,6 +326,236 @@ TEST(Examples, ACrystalsExtraordinaryModesAreFoundFromPsi) {
       {2, 3.072, 0.0012}, {5, 510.87, 0.0028}, {8, 881.1, 0.047}, {11, 397.52, 0.022}, {14, 582.41, 0.015}};
   for (const auto& p : kPublished) ExpectWithin(v[p.at], p.value, 5 * p.error, "mode");
   EXPECT_NEAR(example.ChiSq("extraordinary.asc"), 1293, 5 * std::sqrt(2 * 1293.0));
+}
+
+// Of the sheet in the field: 0.34 eV, 1e6 m/s and 0.01 eV made the data.
+TEST(Examples, GrapheneInAFieldShowsItsFermiEnergyAndItsCyclotronMass) {
+  const Example example("graphene_field");
+  EXPECT_NEAR(example.ChiSq("graphene.asc"), 187, 5 * std::sqrt(2 * 187.0));
+  const auto v = example.Values("graphene.kvm");
+  const double mu = v[3], velocity = v[4], broadening = v[6];
+  ExpectWithin(mu, 0.34, 3 * 0.0018, "chemical potential");
+  ExpectWithin(velocity, 1e6, 3 * 2200, "velocity");
+  ExpectWithin(broadening, 0.01, 3 * 5.2e-5, "broadening");
+  constexpr double kElectronMass = 510998.95 / (299792458.0 * 299792458.0);  // eV s2/m2
+  ExpectWithin(mu / (velocity * velocity) / kElectronMass, 0.0598, 0.0003, "cyclotron mass");
+  // Electrons of a cone at kT << mu, Sommerfeld's expansion; cm-2.
+  const double kF = mu / (6.582119569e-16 * velocity) * 0.01, kT = 8.617333e-5 * 300;
+  const double expected = kF * kF / std::numbers::pi * (1 + std::pow(std::numbers::pi * kT / mu, 2) / 3);
+  ExpectWithin(NumbersOf(example.folder.Read("density.dat"))[0][1], expected, 0.01 * expected, "density");
+  // Full states block the light below 2 mu: e^2/4hbar above only.
+  for (const auto& line : NumbersOf(example.folder.Read("sigma_xx.dat"))) {
+    if (line[0] > 1000 && line[0] < 4000) {
+      EXPECT_LT(line[1], 0.3 * 1816.5) << line[0];
+    }
+  }
+}
+
+// Of the film: 2e16 electrons of 0.016 electron masses for each cm3 with a mobility of 4 m2/Vs, 8 um thick, at 0.5 T.
+TEST(Examples, FaradayRotationTellsDensityMassAndMobility) {
+  const Example example("faraday");
+  EXPECT_NEAR(example.ChiSq("sample.asc"), 288, 5 * std::sqrt(2 * 288.0));
+  const auto v = example.Values("electrons.kvm");
+  const double plasma = v[5], rate = v[6], cyclotron = v[7];
+  constexpr double kTwoPiC = 2 * std::numbers::pi * 2.99792458e10, kCharge = 1.602176634e-19;
+  constexpr double kElectronMass = 9.1093837e-31, kVacuum = 8.8541878128e-12;
+  const double mass = kCharge * 0.5 / (kTwoPiC * cyclotron);
+  ExpectWithin(mass / kElectronMass, 0.016, 3 * 0.00003, "mass");
+  ExpectWithin(kVacuum * mass * std::pow(kTwoPiC * plasma, 2) / (kCharge * kCharge) * 1e-6, 2e16, 0.01 * 2e16,
+               "density");
+  ExpectWithin(kCharge / (mass * kTwoPiC * rate), 4, 0.01 * 4, "mobility, m2/Vs");
+  ExpectWithin(example.Values("sample.kvm")[4], 8e-4, 3 * 3.2e-6, "thickness");
+  // Behind each edge lies a minimum; to first order in the field they are apart by the cyclotron frequency.
+  const double apart = MinimumOf(example.folder, "R_minus.dat") - MinimumOf(example.folder, "R_plus.dat");
+  ExpectWithin(apart, cyclotron, 0.05 * cyclotron, "distance of the edges");
+}
+
+// Of the semimetal: nodes with 4e5 m/s.
+TEST(Examples, LandauLevelsOfAWeylSemimetalGrowAsTheRootOfTheField) {
+  const Example example("weyl");
+  // The scan: a parabola through three velocities.
+  const double step = 0.05e5;
+  const double below = example.ChiSq("v_3.95e5.asc"), middle = example.ChiSq("v_4e5.asc"),
+               above = example.ChiSq("v_4.05e5.asc");
+  EXPECT_NEAR(middle, 151, 5 * std::sqrt(2 * 151.0));
+  const double curvature = below + above - 2 * middle, error = step / std::sqrt(curvature / 2);
+  ExpectWithin(4e5 + 0.5 * step * (below - above) / curvature, 4e5, 5 * error, "velocity");
+  // The line 1 -> 2, whose maximum the broadening shifts up a little.
+  const double line = (1 + std::sqrt(2.0)) * 4e5 * std::sqrt(2 * 6.582119569e-16) * 8065.544;
+  for (const double field : {2.5, 5.0, 10.0, 20.0}) {
+    const Table curve = NumbersOf(example.folder.Read("sigma_" + ShortNumber(field) + "T.dat"));
+    const double expected = line * std::sqrt(field);
+    ExpectWithin(MaximumBetween(curve, 0.9 * expected, 1.1 * expected), 1.013 * expected, 0.007 * expected, "line");
+  }
+  // One level passes through the node with the velocity, those beside it are even.
+  const Table chiral = NumbersOf(example.folder.Read("level_40.dat")),
+              next = NumbersOf(example.folder.Read("level_41.dat"));
+  ASSERT_GT(next.size(), 75u);  // the middle of the path, k = 0, is line 50
+  const double slope = (chiral.back()[1] - chiral.front()[1]) / (chiral.back()[0] - chiral.front()[0]);
+  ExpectWithin(std::fabs(slope), 6.582119569e-16 * 4e5 * 1e9, 1e-4, "slope, eV nm");
+  EXPECT_TRUE(CloseTo(next[25][1], next[75][1], kSixDigits));
+  ExpectWithin(next[50][1], line * std::sqrt(20.0) / 8065.544 / (1 + std::sqrt(2.0)), 1e-4, "first level");
+}
+
+// The harmonic of a point dipole over a surface, tapping with the amplitude of its lowest height.
+std::complex<double> ScatteredHarmonic(std::complex<double> eps, int harmonic, double height) {
+  constexpr int kPhases = 4096;
+  const std::complex<double> image = (eps - 1.0) / (eps + 1.0);
+  std::complex<double> sum;
+  for (int i = 0; i < kPhases; ++i) {
+    const double phase = 2 * std::numbers::pi * i / kPhases, h = height * (2 - std::cos(phase));
+    sum += std::polar(1.0, harmonic * phase) / (1.0 - image / (4 * h * h * h));
+  }
+  return sum;
+}
+
+TEST(Examples, SiliconCarbideResonatesWithTheTipBelowItsSurfacePhonon) {
+  const Example example("near_field");
+  const auto siliconCarbide = [](double x) {
+    const std::complex<double> loss(0, 5 * x);
+    return 6.56 * (970.0 * 970.0 - x * x - loss) / (797.0 * 797.0 - x * x - loss);
+  };
+  // The free electrons of the gold example.
+  const auto gold = [](double x) { return 1.0 - 68920.0 * 68920.0 / (x * std::complex<double>(x, 341)); };
+  const double surfacePhonon = 948.9;
+  double before = 0;
+  for (const char* const height : {"1.02", "1.2", "1.5"}) {
+    for (const char* const harmonic : {"2", "3"}) {
+      const std::string which = std::string(harmonic) + '_' + height + ".dat";
+      const Table contrast = NumbersOf(example.folder.Read("contrast_" + which)),
+                  phase = NumbersOf(example.folder.Read("phase_" + which));
+      ASSERT_EQ(contrast.size(), phase.size());
+      ASSERT_GT(contrast.size(), 490u);
+      for (std::size_t i = 0; i < contrast.size(); i += 10) {
+        const double x = contrast[i][0], z0 = std::stod(height);
+        const int n = std::stoi(harmonic);
+        const auto expected = ScatteredHarmonic(siliconCarbide(x), n, z0) / ScatteredHarmonic(gold(x), n, z0);
+        EXPECT_NEAR(contrast[i][1], std::abs(expected), 0.001 * std::abs(expected)) << which << ' ' << x;
+        EXPECT_NEAR(std::cos(phase[i][1] - std::arg(expected)), 1, 1e-5) << which << ' ' << x;
+      }
+    }
+    const Table contrast = NumbersOf(example.folder.Read(std::string("contrast_2_") + height + ".dat"));
+    const double peak = MaximumBetween(contrast, 800, 1050);
+    EXPECT_GT(peak, before);  // it rises with the tip, and stays below
+    EXPECT_LT(peak, surfacePhonon);
+    before = peak;
+  }
+  const Table close = NumbersOf(example.folder.Read("contrast_2_1.02.dat"));
+  // R. Hillenbrand, T. Taubner, F. Keilmann, Nature 418, 159 (2002): near 930
+  ExpectWithin(MaximumBetween(close, 800, 1050), 930, 0.012 * 930, "published resonance");
+  ExpectWithin(MinimumOf(example.folder, "contrast_2_1.02.dat"), 997.9, 0.5, "eps = 1");
+}
+
+// Eigenvalues of the real matrix ((a, b), (b, d)), the lower first.
+std::array<double, 2> LevelsOfTwo(double a, double b, double d) {
+  const double middle = 0.5 * (a + d), half = std::hypot(0.5 * (a - d), b);
+  return {middle - half, middle + half};
+}
+
+double MeanBetween(const Table& curve, double from, double to) {
+  double sum = 0, count = 0;
+  for (const auto& line : curve) {
+    if (line[0] < from || line[0] > to) continue;
+    sum += line[1];
+    ++count;
+  }
+  return sum / count;
+}
+
+TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
+  const Example example("bands");
+  const auto curve = [&](const char* name) { return NumbersOf(example.folder.Read(name)); };
+  // At Gamma the states are even and odd under the exchange of the layers; hoppings -3, 0.4, -0.3, 0.15, site 0.018.
+  const auto even = LevelsOfTwo(0.018 + 0.4, 3 * (-3 + 0.15), 3 * -0.3),
+             odd = LevelsOfTwo(0.018 - 0.4, 3 * (-3 - 0.15), 3 * 0.3);
+  const double expected[] = {odd[0], even[0], even[1], odd[1]};
+  for (int band = 1; band <= 4; ++band) {
+    const Table path = curve(("flat_band" + std::to_string(band) + ".dat").c_str());
+    EXPECT_NEAR(path[0][1], expected[band - 1], 1e-4) << band;
+  }
+  const auto gapOf = [&](const std::string& state) {
+    const Table below = curve((state + "_K2.dat").c_str()), above = curve((state + "_K3.dat").c_str());
+    double gap = 1e300;
+    for (std::size_t i = 0; i < below.size(); ++i) gap = std::fmin(gap, above[i][1] - below[i][1]);
+    return gap;
+  };
+  EXPECT_LT(gapOf("flat"), 0.001);
+  // Without the hoppings aslant; these narrow it by a few hundredths of the voltage.
+  const double gap = gapOf("biased"), simple = 0.2 * 0.4 / std::hypot(0.2, 0.4);
+  EXPECT_LT(gap, simple);
+  EXPECT_GT(gap, simple - 0.02);
+  // One corner of the zone: half of two layers' e^2/4hbar, spread over 6.7 A.
+  const Table flat = curve("flat_sigma.dat"), biased = curve("biased_sigma.dat"), doped = curve("doped_sigma.dat");
+  ExpectWithin(MeanBetween(flat, 0.9, 1.2), 908, 0.02 * 908, "universal conductivity");
+  EXPECT_EQ(MeanBetween(biased, 0, 0.15), 0);
+  ExpectWithin(MaximumBetween(biased, 0, 1.2), gap, 0.03, "the largest bin is behind the gap");
+  ExpectWithin(MaximumBetween(doped, 0, 1.2), 0.4, 0.02, "from band 3 to band 4");
+  EXPECT_GT(MeanBetween(curve("doped_upper.dat"), 0.38, 0.42), 0.7 * MeanBetween(doped, 0.38, 0.42));
+  const std::string hops = example.folder.Read("Hops.dat");
+  EXPECT_EQ(std::count(hops.begin(), hops.end(), '\n'), 32);
+}
+
+// Of the gated state: 0.18 eV, 0.15 eV; of both: 0.4 eV, 0.025 eV.
+TEST(Examples, AGatedBilayerTellsItsFermiEnergyAndItsVoltage) {
+  const Example example("bilayer_gate");
+  EXPECT_NEAR(example.ChiSq("gated.asc"), 67, 5 * std::sqrt(2 * 67.0));
+  const auto v = example.Values("gated.kvm");
+  ExpectWithin(v[2], 0.4, 3 * 0.00023, "hopping between the layers");
+  ExpectWithin(v[6], 0.15, 3 * 0.00135, "voltage");
+  ExpectWithin(v[7], 0.18, 3 * 0.00054, "chemical potential");
+  ExpectWithin(v[11], 0.025, 3 * 0.00017, "broadening");
+  const Table gated = NumbersOf(example.folder.Read("sigma_gated.dat")),
+              neutral = NumbersOf(example.folder.Read("sigma_neutral.dat"));
+  ExpectWithin(MaximumBetween(gated, 1500, 5000), 0.4 * 8065.544, 0.05 * 3226, "peak near the hopping");
+  // Blocked below 2 mu, where the neutral state has e^2/4hbar in each layer; the free carriers are at the left.
+  EXPECT_LT(MeanBetween(gated, 1500, 2000), 0.3 * MeanBetween(neutral, 1500, 2000));
+  ExpectWithin(MeanBetween(neutral, 1000, 2000), 1816.5, 0.2 * 1816.5, "neutral, before the step");
+  EXPECT_GT(gated[0][1], 3 * neutral[0][1]);
+}
+
+// Of the spectrum: -130.5 meV, 12 meV, 0.1.
+TEST(Examples, ATunnellingSpectrumTellsWhereItsSaddlePointIs) {
+  const Example example("tunnelling");
+  EXPECT_NEAR(example.ChiSq("spectrum.asc"), 98, 5 * std::sqrt(2 * 98.0));
+  const auto v = example.Values("spectrum.kvm");
+  ExpectWithin(v[12], -130.5, 3 * 0.32, "chemical potential");
+  ExpectWithin(v[16], 12, 3 * 0.23, "broadening");
+  ExpectWithin(v[17], 0.1, 3 * 0.0064, "its linear part");
+  // The saddle point: highest on the way from (0, 0) to (1/2, 0), lowest on the way on to (1/2, 1/2). Its published
+  // energy is 34 meV below the Fermi energy.
+  const Table band = NumbersOf(example.folder.Read("band.dat"));
+  ASSERT_GT(band.size(), 200u);
+  EXPECT_NEAR(band[100][0], 0.5, 1e-6);
+  ExpectWithin(band[100][1], -34, 3 * 0.32, "saddle point");
+  for (std::size_t i = 0; i < 100; ++i) EXPECT_LE(band[i][1], band[100][1]) << band[i][0];
+  for (std::size_t i = 101; i < 200; ++i) EXPECT_GE(band[i][1], band[100][1]) << band[i][0];
+  // States far from the Fermi energy are broader, and push the maximum up.
+  const double maximum = MaximumBetween(NumbersOf(example.folder.Read("model_stm.dat")), -200, 200);
+  EXPECT_GT(maximum, band[100][1]);
+  EXPECT_LT(maximum, 0);
+}
+
+TEST(Examples, PlasmonsOfRibbonsRiseAsTheirWidthsRootFalls) {
+  const Example example("ribbons");
+  const auto plasmon = [&](const std::string& name) { return example.Values(name + ".kvm")[1]; };
+  const double widths[] = {4, 2, 1, 0.5, 0.25};
+  for (const double width : widths) {
+    const double at = plasmon(ShortNumber(width) + "um");
+    ExpectWithin(at * std::sqrt(width), plasmon("1um"), 0.002 * at * std::sqrt(width), "1/sqrt(W)");
+    ExpectWithin(MinimumOf(example.folder, "T_" + ShortNumber(width) + "um.dat"), at, 1, "the transmission's minimum");
+  }
+  // s = i a/x of free electrons, a = 4 alpha mu; a wave vector q has x^2 = a q/(4 pi e), e the mean of both sides.
+  const double a = 4 * 7.2973526e-3 * 0.2 * 8065.544, e = 0.5 * (1 + 3.9);
+  const auto wavesInAWidth = [&](const std::string& name) {
+    return std::pow(plasmon(name), 2) * 4 * std::numbers::pi * e / a * 1e-4;
+  };
+  // A single strip: lowest eigenvalue of its integral equation, solved by 200 to 800 elements and extrapolated.
+  ExpectWithin(wavesInAWidth("far"), 2.3156, 0.005 * 2.3156, "single strip");
+  EXPECT_LT(wavesInAWidth("near"), wavesInAWidth("1um"));
+  EXPECT_LT(wavesInAWidth("1um"), wavesInAWidth("far"));
+  // Equivalent circuit of ribbons and gaps of the same width: L. B. Whitbourn, R. C. Compton, Appl. Opt. 24, 217 (1985)
+  const double circuit = 0.5 * std::numbers::pi / std::log(std::sqrt(2.0));
+  ExpectWithin(wavesInAWidth("1um"), 0.5 * circuit, 0.1 * 0.5 * circuit, "circuit");
 }
 
 }  // namespace

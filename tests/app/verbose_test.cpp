@@ -107,20 +107,6 @@ TEST_F(Verbose, AbbreviationsAreToldByTheirWholeName) {
   EXPECT_EQ(Lines(), (Texts{"macro.kvs:1: NewModel: model 1 created", "macro.kvs:1: Echo: one line printed"}));
 }
 
-TEST_F(Verbose, GraphCommandsParseDoNothingAndSaySo) {
-  Run("NewGraph(XPos=1,YPos=2,Width=3,Height=4);"
-      "GraphProperties(GraphNo=1,Xmin=1,Xmax=2,Xlog=0,XTitle=\"x\",Ymin=0,Ymax=1,Ylog=0,YTitle=\"y\",ShowFitted=1);"
-      "AddDataCurve(GraphNo=1,DatasetNo=1,nColor=1,ShowLine=1,ShowSymbol=1,ShowError=1,nSymbolSize=1,nSymbolShape=1,"
-      "SymbolOpen=1,Scale=1,Shift=0);AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\",nColor=1,Scale=1,Shift=0);"
-      "AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"Refl\");"
-      "DeleteDataCurve(GraphNo=1,DatasetNo=1);DeleteModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");");
-  const Texts lines = Lines();
-  ASSERT_EQ(lines.size(), 7u);
-  for (const std::string& line : lines) {
-    EXPECT_EQ(line.substr(line.find(": ", line.find(": ") + 2) + 2), "nothing done: this version does not have it yet");
-  }
-}
-
 TEST_F(Verbose, AFaultIsNoStatementAndNothingIsToldOfThoseBeforeIt) {
   folder.Write("m.kvs", "NewModel();\nFoo();");
   const ProgramRun bad = RunProgram(folder, {"--verbose", "m.kvs"});

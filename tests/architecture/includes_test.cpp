@@ -19,6 +19,7 @@ namespace {
 const std::vector<std::pair<std::string, int>> kFloors = {
     {"core/", 1},
     {"numeric/", 1},
+    {"pictures/", 1},
     {"models/model_param", 2},
     {"models/model.h", 2},
     {"models/model_table", 2},

@@ -82,6 +82,12 @@ constexpr Signature kOwn[] = {
     {"TestDerivatives", ""},
     {"TestQuantityDerivatives", ""},
     {"WriteGapTable", ""},
+    {"AddChiSqCurve", "GraphNo:i DatasetNo:i ModelNo:i nColor:i Scale:r Shift:r"},
+    {"AddMultiCurve", "GraphNo:i ModelNo:i Quantity:10 nColor:i Scale:r Shift:r"},
+    {"AddFreqCurve", "GraphNo:i ModelNo:i nColor:i"},
+    {"ExportGraph", "GraphNo:i File:200"},
+    {"DrawGraph", "GraphNo:i File:200 Width:i Height:i"},
+    {"CloseGraph", "GraphNo:i"},
 };
 
 const std::span<const Signature> kTables[] = {kFormat, kOwn};

@@ -44,15 +44,6 @@ void ClearRowSlopes(Model& model) {
 
 }  // namespace
 
-WantedForPartner::WantedForPartner(QuantityTable& table, QuantitySet set) : table_(table) {
-  for (std::size_t q = 0; q < kSlots; ++q) before_[q] = table[q].wanted;
-  WantOnly(table, set);
-}
-
-WantedForPartner::~WantedForPartner() {
-  for (std::size_t q = 0; q < kSlots; ++q) table_[q].wanted = before_[q];
-}
-
 template <class T>
 TypeInputs<T>::TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency)
     : x(frequency),
@@ -348,23 +339,33 @@ int TypeRun::SeedEvaluated(int i) {
   return 0;
 }
 
-// Slopes of 1 by all directions of the inputs in a set; of an evaluated partner by all that is asked of it, and where
-// the type does not say what it asks, by the Quantity of the same number.
-void TypeRun::SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs) {
+// Slopes of 1 by all directions of the inputs in use, those of a response with the weights of its parts; of an
+// evaluated partner by all that is asked of it, and where the type does not say what it asks, by the Quantity of the
+// same number.
+void TypeRun::SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm) {
   const int head = static_cast<int>(map_.head.size()), group = static_cast<int>(map_.group.size());
-  for (int i = 0; i < static_cast<int>(InputCount()); ++i) {
+  const int count = static_cast<int>(InputCount());
+  for (int i = 0; i < count; ++i) {
     const int direction = scratch_.direction[static_cast<std::size_t>(i)];
-    const int bit = i < head ? i : head + (i - head) % group;
-    if (direction < 0 || !(inputs >> bit & 1)) continue;
-    const CellUse use = CellOf(i).use;
-    const bool byEach = IsEvaluated(use) && asked_.empty();
-    const int count = IsEvaluated(use) && !byEach ? static_cast<int>(asked_.size()) : IsResponse(use) ? 2 : 1;
-    for (int k = 0; k < count; ++k) Slope(quantity, direction + (byEach ? static_cast<int>(slot) : k)) = 1;
+    const int cell = i < head ? i : (i - head) % group;
+    const bool idle = i >= head && i >= count - group && (use.lastIdle >> cell & 1) != 0;
+    if (direction < 0 || idle || !(use.inputs >> (i < head ? cell : head + cell) & 1)) continue;
+    const CellUse of = CellOf(i).use;
+    if (IsResponse(of)) {
+      Slope(quantity, direction) = wRe;
+      Slope(quantity, direction + 1) = wIm;
+    } else if (IsEvaluated(of) && !asked_.empty()) {
+      for (int k = 0; k < static_cast<int>(asked_.size()); ++k) {
+        if (use.asked >> k & 1) Slope(quantity, direction + k) = 1;
+      }
+    } else {
+      Slope(quantity, direction + (IsEvaluated(of) ? static_cast<int>(slot) : 0)) = 1;
+    }
   }
 }
 
 int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                     std::span<const int> asked, bool material, IdleInputs idle) {
+                     std::span<const int> asked, Parts parts, IdleInputs idle) {
   TypeRun run(ctx, model, map, fills, asked);
   if (const int status = run.ReadRows()) return status;
   TypeScratch& scratch = run.scratch_;
@@ -388,12 +389,15 @@ int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::spa
   const std::uint64_t counting = idle ? ~idle(TypeInputs<double>(scratch, map, 0)) : kAllInputs;
   run.ForEachWanted([&](int q, Quantity& quantity) {
     quantity.dExp.fill(0);
-    if (material) {
+    if (parts != Parts::kOwn) {
       DependencyStub(q, quantity);
-      run.SeedSlopes(q, 0, counting);
+      const bool apart = parts == Parts::kApart;
+      run.SeedSlopes(q, 0, {.quantity = q, .inputs = counting}, apart ? quantity.dRe : 1, apart ? quantity.dIm : 1);
     }
     for (std::size_t s = 0; s < fills.size(); ++s) {
-      if (fills[s].quantity == q) run.SeedSlopes(q, s, fills[s].inputs & counting);
+      SlotUse use = fills[s];
+      use.inputs &= counting;
+      if (use.quantity == q) run.SeedSlopes(q, s, use, 1, 1);
     }
   });
   run.Chain();

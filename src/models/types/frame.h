@@ -19,7 +19,8 @@
 // is the frequency at which a partner is asked. `void Keep(TypeRun&, const TypeInputs<double>&)` leaves further results
 // in the context after an evaluation. `std::uint64_t Idle(const TypeInputs<double>&)`, where there is one,
 // are the inputs (InputBits) that do not count with the settings as they are. Evaluated partners are asked for the
-// Quantities that the type fills, or for those of `kAsked`, an array of their numbers.
+// Quantities that the type fills, or for those of `kAsked`, an array of their numbers. A material whose response is a
+// sum of those of its partners with real factors has `kSumOfPartners`: real and imaginary parts do not mix in it.
 //
 // What does not depend on the frequency is made once for a spectrum:
 //     template <class T> struct Table { ... };
@@ -84,12 +85,32 @@ Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
   return a / b;
 }
 
+// a, moved away from 0 to be a divisor.
+template <class T>
+T HeldFromZero(const T& a) {
+  constexpr double kLeast = 1e-15;  // the root of the least norm
+  return std::fabs(ValueOf(a)) < kLeast ? T(kLeast) : a;
+}
+
 // exp(z), and exactly 1 where a gain would make the real part exceed the limit.
 inline constexpr double kGainLimit = 20;
 template <class T>
+Complex<T> GuardedExponent(const Complex<T>& z, double limit = kGainLimit) {
+  return ValueOf(z).re > limit ? Complex<T>{} : z;
+}
+template <class T>
 Complex<T> GuardedExp(const Complex<T>& z, double limit = kGainLimit) {
-  if (ValueOf(z).re > limit) return {T(1), T(0)};
-  return Exp(z);
+  return Exp(GuardedExponent(z, limit));
+}
+
+// Modulus and argument of z, in radians. Both are 0, without a slope, where z is too small to have a direction.
+template <class T>
+T Modulus(const Complex<T>& z) {
+  return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Sqrt(Norm(z));
+}
+template <class T>
+T Argument(const Complex<T>& z) {
+  return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Log(z).im;
 }
 
 // Degree of coherence between 0 and 1.
@@ -99,6 +120,10 @@ T Clipped01(const T& c) {
 }
 
 inline constexpr double kDegreesPerRadian = 57.29577951308232;
+
+// What a type gives: results of its own; or the response of a material, in which the real and imaginary parts of the
+// partners mix or stay apart.
+enum class Parts : std::uint8_t { kOwn, kMixed, kApart };
 
 using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
 
@@ -145,12 +170,12 @@ class TypeRun {
   std::size_t InputCount() const { return scratch_.raw.size(); }
 
  private:
-  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>, bool,
-                              IdleInputs);
+  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
+                              Parts, IdleInputs);
   std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
   int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
   int SeedEvaluated(int i);
-  void SeedSlopes(int quantity, std::size_t slot, std::uint64_t inputs);
+  void SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm);
   template <class Visit>
   void ForEachWanted(Visit visit);
   const RowCell& CellOf(int i) const;
@@ -174,19 +199,21 @@ class TypeRun {
 
 // The after-step: what each wanted Quantity depends on.
 int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                     std::span<const int> asked, bool material, IdleInputs idle);
+                     std::span<const int> asked, Parts parts, IdleInputs idle);
 
-// An evaluation of a partner asks for Quantities of its own; afterwards those of the caller are wanted again.
+// An evaluation of a partner asks for Quantities of its own, or for those that are wanted anyway, to be read while this
+// lives; afterwards the table stands again as it did before.
 class WantedForPartner {
  public:
-  WantedForPartner(QuantityTable& table, QuantitySet set);
+  explicit WantedForPartner(QuantityTable& table) : table_(table), before_(table) {}
+  WantedForPartner(QuantityTable& table, QuantitySet set) : WantedForPartner(table) { WantOnly(table, set); }
   WantedForPartner(const WantedForPartner&) = delete;
   WantedForPartner& operator=(const WantedForPartner&) = delete;
-  ~WantedForPartner();
+  ~WantedForPartner() { table_ = before_; }
 
  private:
   QuantityTable& table_;
-  std::array<std::uint32_t, kQuantityCount> before_{};
+  QuantityTable before_;
 };
 
 // The model that an element of the rows names, null if there is none of that number.
@@ -240,6 +267,14 @@ Cache& CacheOf(EvalContext& ctx, const Model& model) {
   std::any& cache = ctx.typeScratch.caches[model.number];
   if (!cache.has_value() || cache.type() != typeid(Cache)) cache = Cache{};
   return *std::any_cast<Cache>(&cache);
+}
+
+// What all models of a type share, in the same place.
+template <class Shared>
+Shared& SharedOf(EvalContext& ctx) {
+  std::any& shared = ctx.typeScratch.shared[typeid(Shared)];
+  if (!shared.has_value()) shared = Shared{};
+  return *std::any_cast<Shared>(&shared);
 }
 
 // The tables of a type that prepares: of values, and of each pass over the directions.
@@ -400,9 +435,20 @@ int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
   return 0;
 }
 
+template <class Type>
+constexpr Parts PartsOf() {
+  if constexpr (!kIsMaterial<Type>) {
+    return Parts::kOwn;
+  } else if constexpr (requires { Type::kSumOfPartners; }) {
+    return Parts::kApart;
+  } else {
+    return Parts::kMixed;
+  }
+}
+
 template <class Type, RowRule kRows>
 int AfterType(EvalContext& ctx, Model& model) {
-  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), kIsMaterial<Type>,
+  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), PartsOf<Type>(),
                           IdleOf<Type>());
 }
 

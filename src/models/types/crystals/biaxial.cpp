@@ -13,11 +13,16 @@ struct Axes {
   T a, b, c;
 };
 
+template <class T>
+Complex<T> Over(const T& a, const Complex<T>& b) {
+  return Quotient(Complex<T>{a, T(0)}, b);
+}
+
 // Amplitudes of a thick crystal, over complex numbers or over those with a variation.
 template <class Z, class T>
 struct CrystalAmplitudes {
   CrystalAmplitudes(const Axes<Z>& eps, const Incidence<T>& at) {
-    const Z na = Sqrt(eps.a), zc = Sqrt(T(1) - at.sine2 / eps.c), kb = Sqrt(eps.b - at.sine2);
+    const Z na = Sqrt(eps.a), zc = Sqrt(T(1) - Over(at.sine2, eps.c)), kb = Sqrt(eps.b - at.sine2);
     p = (zc - na * at.cosine) / (zc + na * at.cosine);
     s = (at.cosine - kb) / (at.cosine + kb);
   }
@@ -73,7 +78,7 @@ struct Varied {
   friend Varied operator-(const Varied& x, const T& y) { return {x.z - y, x.d}; }
   friend Varied operator+(const T& x, const Varied& y) { return {x + y.z, y.d}; }
   friend Varied operator-(const T& x, const Varied& y) { return {x - y.z, -y.d}; }
-  friend Varied operator/(const T& x, const Varied& y) { return Varied{{x, T(0)}, {}} / y; }
+  friend Varied Over(const T& x, const Varied& y) { return Varied{{x, T(0)}, {}} / y; }
   friend Varied Sqrt(const Varied& x) {
     const Complex<T> root = Sqrt(x.z);
     return {root, Quotient(x.d, T(2) * root)};
@@ -132,8 +137,8 @@ template <class T>
 struct FilmAmplitudes {
   FilmAmplitudes(const Axes<Complex<T>>& film, const Axes<Complex<T>>& substrate, const T& thickness,
                  const Incidence<T>& at, double x, double limit) {
-    const Complex<T> zc = Sqrt(T(1) - at.sine2 / film.c), na = Sqrt(film.a);
-    const Complex<T> Y1 = Quotient(na, zc), Y2 = Quotient(Sqrt(substrate.a), Sqrt(T(1) - at.sine2 / substrate.c));
+    const Complex<T> zc = Sqrt(T(1) - Over(at.sine2, film.c)), na = Sqrt(film.a);
+    const Complex<T> Y1 = Quotient(na, zc), Y2 = Quotient(Sqrt(substrate.a), Sqrt(T(1) - Over(at.sine2, substrate.c)));
     const Complex<T> k1 = Sqrt(film.b - at.sine2), k2 = Sqrt(substrate.b - at.sine2);
     const Complex<T> Y0 = Quotient(Complex<T>{T(1), T(0)}, Complex<T>{at.cosine, T(0)});
     const T path = thickness * T(4 * std::numbers::pi * x);

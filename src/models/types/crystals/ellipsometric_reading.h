@@ -29,8 +29,8 @@ void FillRotatingAnalyser(const Complex<T>& rho, const T& polariser, Slots<T>& q
 // Psi and Delta in degrees to E1 and E2.
 template <class T>
 void FillPsiDelta(const Complex<T>& rho, Slots<T>& q) {
-  q[kE1] = T(kDegreesPerRadian) * Atan(Sqrt(Norm(rho)));
-  q[kE2] = T(kDegreesPerRadian) * Log(rho).im;
+  q[kE1] = T(kDegreesPerRadian) * Atan(Modulus(rho));
+  q[kE2] = T(kDegreesPerRadian) * Argument(rho);
 }
 
 // sin^2 (1 + tan^2 w^2) to N1 and N2, w = (1 + rho)/(1 - rho) or its negative by the sign convention of rho.

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "models/eval_model.h"
+#include "models/row_code.h"
 #include "models/types/frame.h"
 #include "models/types/types.h"
 
@@ -85,7 +86,7 @@ struct RatioOfDevices {
   static constexpr int kDevice = 98;
   static constexpr double kPerPath = -12.566370614359172;  // -4 pi
 
-  static bool HasPath(const Model& partner) { return partner.epsInf.value == -kDevice && RowCount(partner) > 1; }
+  static bool HasPath(const Model& partner) { return NegatedCode(partner.epsInf) == kDevice && RowCount(partner) > 1; }
   static std::uint64_t Idle(const TypeInputs<double>& in) { return HasPath(in.partner(kA)) ? InputBits({kPath}) : 0; }
   static bool IsRatio(int quantity) { return quantity == kRefl || quantity == kTrans || quantity == kE2; }
 
@@ -155,7 +156,14 @@ constexpr auto kDifferenceFills = [] {
 constexpr RowMap kDifferenceMap{
     .rows = Exactly(1), .head = kDifferenceHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
-// The partners are asked for what is wanted here, with the flags as they stand.
+// Adds so many times the wanted Quantities of a partner; false if its evaluation fails.
+bool AddQuantities(EvalContext& ctx, Model& partner, double x, double factor, Slots<double>& sum) {
+  const WantedForPartner wanted(ctx.quantities);
+  if (EvalModel(ctx, partner, x, false) != 0) return false;
+  for (std::size_t q = 0; q < sum.size(); ++q) sum[q] += factor * ctx.quantities[q].value;
+  return true;
+}
+
 int EvaluateDifference(EvalContext& ctx, Model& model, double x, bool) {
   constexpr int kTakeDifference = 1;
   TypeRun run(ctx, model, kDifferenceMap, kDifferenceFills);
@@ -163,10 +171,8 @@ int EvaluateDifference(EvalContext& ctx, Model& model, double x, bool) {
   const TypeInputs<double> in(run.scratch(), kDifferenceMap, x);
   Slots<double> difference{};
   if (in.setting(0) == kTakeDifference) {
-    if (EvalModel(ctx, *run.scratch().partner[1], x, false) != 0) return -1;
-    for (std::size_t q = 0; q < difference.size(); ++q) difference[q] = ctx.quantities[q].value;
-    if (EvalModel(ctx, *run.scratch().partner[2], x, false) != 0) return -1;
-    for (std::size_t q = 0; q < difference.size(); ++q) difference[q] -= ctx.quantities[q].value;
+    if (!AddQuantities(ctx, *run.scratch().partner[1], x, 1, difference)) return -1;
+    if (!AddQuantities(ctx, *run.scratch().partner[2], x, -1, difference)) return -1;
   }
   run.Store(difference);
   return 0;

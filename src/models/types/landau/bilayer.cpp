@@ -49,7 +49,8 @@ struct FieldTables {
 
 template <class T>
 BilayerBands<T> BandsOf(const TypeInputs<T>& in, double valley) {
-  return {in[kG4] / in[kG0], in[kG1], T(valley) * in[kU], in[kDimer], T(0)};
+  const T g4 = in.value(kG0) == 0 ? T(0) : in[kG4] / in[kG0];
+  return {g4, in[kG1], T(valley) * in[kU], in[kDimer], T(0)};
 }
 
 template <class T>
@@ -57,12 +58,18 @@ T LadderUnit(const T& field, const T& velocity) {
   return Sqrt(T(kLadderScale) * Magnitude(field)) * Magnitude(velocity);
 }
 
+// Without a field, or without a velocity, the electrons have no levels.
+template <class T>
+bool HasLevels(const TypeInputs<T>& in) {
+  return in.value(kField) != 0 && in.value(kG0) != 0;
+}
+
 template <class T>
 void PrepareBilayer(const TypeInputs<T>& in, bool withoutFieldToo, FieldTables<T>& tables) {
   tables.inField.Clear();
   tables.withoutField.Clear();
   const T kT = T(kElectronvoltPerKelvin) * in[kTemperature];
-  const bool field = in.value(kField) != 0 && in.value(kG0) != 0;
+  const bool field = HasLevels(in);
   for (const double valley : {1.0, -1.0}) {
     const BilayerBands<T> bands = BandsOf(in, valley);
     if (field) {
@@ -85,7 +92,10 @@ SheetTensor<T> BilayerTensor(const TypeInputs<T>& in, const LadderTable<T>& tabl
   return tensor;
 }
 
-std::uint64_t IdleWithoutField(const TypeInputs<double>& in) { return in.value(kField) == 0 ? InputBits({kField}) : 0; }
+std::uint64_t IdleInBilayer(const TypeInputs<double>& in) {
+  if (HasLevels(in)) return 0;
+  return in.value(kG0) == 0 ? InputBits({kField, kG4}) : InputBits({kField});
+}
 
 struct BilayerOnSubstrate {
   static constexpr auto kCells = [] {
@@ -112,7 +122,7 @@ struct BilayerOnSubstrate {
 
   template <class T>
   using Table = FieldTables<T>;
-  static std::uint64_t Idle(const TypeInputs<double>& in) { return IdleWithoutField(in); }
+  static std::uint64_t Idle(const TypeInputs<double>& in) { return IdleInBilayer(in); }
   template <class T>
   static void Prepare(const TypeInputs<T>& in, Table<T>& table) {
     PrepareBilayer(in, true, table);
@@ -120,7 +130,7 @@ struct BilayerOnSubstrate {
   template <class T>
   static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q) {
     const SheetTensor<T> tensor = BilayerTensor(in, table.inField, in.value(kField) < 0);
-    const bool field = !table.withoutField.square.empty();
+    const bool field = HasLevels(in);
     const Complex<T> zero = BilayerTensor(in, field ? table.withoutField : table.inField, false).xx;
     const Complex<T> xy = (field ? tensor.xy : Complex<T>{}) + in[kHallBackground];
     FillSheetOnSubstrate(CircularOf(tensor.xx, xy), zero, in[kBilayers], Sqrt(in.eps(kSubstrate)), q);
@@ -143,7 +153,7 @@ struct BilayerMaterial {
 
   template <class T>
   using Table = FieldTables<T>;
-  static std::uint64_t Idle(const TypeInputs<double>& in) { return IdleWithoutField(in); }
+  static std::uint64_t Idle(const TypeInputs<double>& in) { return IdleInBilayer(in); }
   template <class T>
   static void Prepare(const TypeInputs<T>& in, Table<T>& table) {
     PrepareBilayer(in, false, table);
@@ -152,7 +162,7 @@ struct BilayerMaterial {
   static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q) {
     if (in.x == 0) return;
     const SheetTensor<T> tensor = BilayerTensor(in, table.inField, in.value(kField) < 0);
-    const Complex<T> xy = (in.value(kField) != 0 ? tensor.xy : Complex<T>{}) + in[kHallBackground];
+    const Complex<T> xy = (HasLevels(in) ? tensor.xy : Complex<T>{}) + in[kHallBackground];
     const Circular<T> sigma = CircularOf(tensor.xx, xy);
     const T perSigma(0.5 * 60 / in.x);  // two layers of 3.35 A
     FillMagnetised({TimesI(sigma.plus) * perSigma + T(1), TimesI(sigma.minus) * perSigma + T(1)}, in.x, q);

@@ -85,10 +85,11 @@ void AddBilayerTransitions(LadderTable<T>& table, const BilayerBands<T>& bands, 
 // Adds what a band that rises from energy - half to energy + half within a step has of free charge.
 template <class T>
 void AddCharge(LadderTable<T>& table, const T& strength, const T& energy, const T& half, const T& kT) {
+  if (SameOccupation(ValueOf(energy - half), ValueOf(energy + half), ValueOf(kT))) return;
   const bool flat = std::fabs(ValueOf(half)) < 1e-12;
   const T perEnergy =
       flat ? -FermiSlope(energy, kT) : (Fermi(energy - half, kT) - Fermi(energy + half, kT)) / (T(2) * half);
-  table.Add(T(0), strength * perEnergy, T(0));
+  table.Add(T(0), strength * perEnergy);
 }
 
 // The same without a field: eps^2 times the sum over n is the integral of 2 k dk over the in-plane energy k = hbar v q.
@@ -106,12 +107,13 @@ void AddBilayerContinuum(LadderTable<T>& table, const BilayerBands<T>& bands, co
     const auto at = EigenOf(BilayerMatrix(bands, T(k), T(k)), 4);
     const T part = weight * T(2 * k * dk);
     for (std::size_t i = 0; i < kBilayerSize; ++i) {
-      for (std::size_t f = 0; f < kBilayerSize; ++f) {
-        const T element = BilayerElement(bands, at.vector[f], at.vector[i]);
-        const T strength = part * element * element;
-        if (i != f) AddTransition(table, strength, at.value[f] - mu, at.value[i] - mu, kT);
-        // Within a band the occupation falls over the whole step: dE/dk is twice the element.
-        if (i == f) AddCharge(table, strength, at.value[i] - mu, element * T(dk), kT);
+      // Within a band the occupation falls over the whole step: dE/dk is twice the element.
+      const T own = BilayerElement(bands, at.vector[i], at.vector[i]);
+      AddCharge(table, part * own * own, at.value[i] - mu, own * T(dk), kT);
+      for (std::size_t f = 0; f < i; ++f) {  // from f to i, and from i to f
+        const T up = BilayerElement(bands, at.vector[f], at.vector[i]),
+                down = BilayerElement(bands, at.vector[i], at.vector[f]);
+        AddTransition<HallPart::kNone>(table, part * (up * up + down * down), at.value[f] - mu, at.value[i] - mu, kT);
       }
     }
   };

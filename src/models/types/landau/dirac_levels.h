@@ -50,10 +50,10 @@ void AddDiracContinuum(LadderTable<T>& table, const T& weight, const T& gap, con
   const T step = (T(largest) - from) / T(count);
   for (int i = 0; i < count; ++i) {
     const T E = from + step * T(i + 0.5), part = T(0.5) * weight * E * step, ratio = gap * gap / (E * E);
-    AddTransition(table, part * (T(1) + ratio), -E - mu, E - mu, kT);
-    AddTransition(table, part * (T(1) + ratio), E - mu, -E - mu, kT);
-    AddTransition(table, part * (T(1) - ratio), E - mu, E - mu, kT);
-    AddTransition(table, part * (T(1) - ratio), -E - mu, -E - mu, kT);
+    // From -E to E, and the same from E to -E.
+    AddTransition<HallPart::kNone>(table, T(2) * part * (T(1) + ratio), -E - mu, E - mu, kT);
+    AddTransition<HallPart::kNone>(table, part * (T(1) - ratio), E - mu, E - mu, kT);
+    AddTransition<HallPart::kNone>(table, part * (T(1) - ratio), -E - mu, -E - mu, kT);
   }
 }
 

@@ -288,7 +288,7 @@ constinit const ModelType kGrapheneMagnetoConductivity = FittedType<GrapheneCond
                 "u = i/N - 1/2, i = 0 ... N, with weights exp(-25 u^2), and results are means\n"
                 "conductivity by the Kubo sum over transitions n -> n + 1, |A|^2 = (1 +- D^2/(E1 E2))/4\n"
                 "densities 4.839e10 |B| sum of occupations, the lowest level counting once and the others twice\n"
-                "eps = 1 + 60 i sigma/x; B = 0: the integral over energies up to 5 eV",
+                "eps = 1 + 60 i sigma/x; B = 0: the integral over energies up to 5 eV; 1816.5 is e^2/4hbar",
      .source =
          "V. P. Gusynin, S. G. Sharapov, J. P. Carbotte, J. Phys.: Condens. Matter 19, 026222 (2007); the order of "
          "the rows is a choice of this program",

@@ -14,6 +14,7 @@
 #include <numbers>
 #include <vector>
 
+#include "models/type_scratch.h"
 #include "numeric/complex.h"
 #include "numeric/dual.h"
 #include "numeric/fermi.h"
@@ -32,7 +33,7 @@ template <class T>
 struct LadderTable {
   std::vector<T> square;    // D^2
   std::vector<T> diagonal;  // what stands above D^2 - Z^2 in sigma_xx
-  std::vector<T> hall;      // and in sigma_xy
+  std::vector<T> hall;      // and in sigma_xy; empty without a field
 
   void Clear() {
     square.clear();
@@ -44,16 +45,33 @@ struct LadderTable {
     diagonal.push_back(ofDiagonal);
     hall.push_back(ofHall);
   }
+  void Add(const T& squareOfStep, const T& ofDiagonal) {
+    square.push_back(squareOfStep);
+    diagonal.push_back(ofDiagonal);
+  }
 };
 
-// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential.
-template <class T>
+// Whether both levels are full or both empty: beyond 40 kT the occupation is 0 or 1 within exp(-40), 4e-18.
+inline bool SameOccupation(double from, double to, double kT) {
+  const double certain = 40 * std::fmax(kT, 0);
+  return (from > certain && to > certain) || (from < -certain && to < -certain);
+}
+
+// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential, if it is one
+// that light can make. Without a field there is no Hall part.
+enum class HallPart { kThere, kNone };
+template <HallPart hall = HallPart::kThere, class T>
 void AddTransition(LadderTable<T>& table, const T& weight, const T& from, const T& to, const T& kT) {
+  if (SameOccupation(ValueOf(from), ValueOf(to), ValueOf(kT))) return;
   const T step = to - from;
   // Within a band at vanishing field the quotient of differences becomes the slope.
   const bool same = std::fabs(ValueOf(step)) < 1e-12;
   const T w = same ? -weight * FermiSlope(from, kT) : weight * (Fermi(from, kT) - Fermi(to, kT)) / step;
-  table.Add(step * step, w, w * step);
+  if constexpr (hall == HallPart::kThere) {
+    table.Add(step * step, w, w * step);
+  } else {
+    table.Add(step * step, w);
+  }
 }
 
 template <class T>
@@ -64,42 +82,19 @@ struct LadderSums {
 
 inline LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx& z) {
   const Cplx z2 = z * z;
+  const bool hasHall = !table.hall.empty();
   LadderSums<double> sums;
   for (std::size_t k = 0; k < table.square.size(); ++k) {
     const Cplx u = Cplx{1, 0} / (table.square[k] - z2);
     sums.diagonal += u * table.diagonal[k];
-    sums.hall += u * table.hall[k];
+    if (hasHall) sums.hall += u * table.hall[k];
   }
   return sums;
 }
 
 // The same with derivatives: only the weights of a transition are carried in all directions, its denominator is made
 // once.
-template <int N>
-LadderSums<Dual<N>> SumLadder(const LadderTable<Dual<N>>& table, const Complex<Dual<N>>& z) {
-  const Complex<Dual<N>> square = z * z;
-  const Cplx z2 = ValueOf(square);
-  LadderSums<Dual<N>> sums;
-  Cplx bySquare[2];  // derivatives of the sums by Z^2
-  for (std::size_t k = 0; k < table.square.size(); ++k) {
-    const Cplx u = Cplx{1, 0} / (table.square[k].a - z2), u2 = u * u;
-    const auto add = [&](const Dual<N>& weight, Complex<Dual<N>>& sum, Cplx& slope) {
-      const Cplx au2 = u2 * weight.a;
-      sum.re.a += weight.a * u.re;
-      sum.im.a += weight.a * u.im;
-      slope += au2;
-      for (std::size_t l = 0; l < N; ++l) {
-        sum.re.v[l] += weight.v[l] * u.re - table.square[k].v[l] * au2.re;
-        sum.im.v[l] += weight.v[l] * u.im - table.square[k].v[l] * au2.im;
-      }
-    };
-    add(table.diagonal[k], sums.diagonal, bySquare[0]);
-    add(table.hall[k], sums.hall, bySquare[1]);
-  }
-  sums.diagonal += Analytic(square, {}, bySquare[0]);
-  sums.hall += Analytic(square, {}, bySquare[1]);
-  return sums;
-}
+LadderSums<TypeDual> SumLadder(const LadderTable<TypeDual>& table, const Complex<TypeDual>& z);
 
 template <class T>
 struct SheetTensor {

@@ -67,7 +67,7 @@ struct GrapheneMixture {
     const Cplx z{kElectronvoltPerWavenumber * in.x, in[kBroadening]};
     const Cplx zero = Effective(in, LadderTensor(table.withoutField, z, false).xx);
     Circular<double> sigma{zero, zero};
-    if (!table.inField.square.empty()) {
+    if (in[kField] != 0 && in[kVelocity] != 0) {
       const SheetTensor<double> tensor = LadderTensor(table.inField, z, in[kField] < 0);
       const Circular<double> pure = CircularOf(tensor.xx, tensor.xy);
       sigma = {Effective(in, pure.plus), Effective(in, pure.minus)};
@@ -187,7 +187,8 @@ struct GrapheneRibbons {
     table.modes.clear();
     if (in.setting(kModes) <= 0) return;
     const int momenta = in.setting(kMomenta) > 0 ? std::min(in.setting(kMomenta), kMostMomenta) : kUsualMomenta;
-    table.modes.emplace_back(in[kRibbon], in[kPeriod], std::min(in.setting(kModes), kMostModes), momenta);
+    table.modes.emplace_back(HeldFromZero(in[kRibbon]), HeldFromZero(in[kPeriod]),
+                             std::min(in.setting(kModes), kMostModes), momenta);
   }
 
   static void Fill(const TypeInputs<double>& in, const Table<double>& table, Slots<double>& q) {
@@ -195,7 +196,7 @@ struct GrapheneRibbons {
     const double k0 = 2 * std::numbers::pi * in.x;
     const Cplx n = Sqrt(in.eps(kSubstrate)), mean = (1.0 + in.eps(kSubstrate)) * 0.5;
     const Cplx s = SheetOf(in) * kSheetOfLayer;
-    const Cplx along = s * (in[kRibbon] / in[kPeriod]);
+    const Cplx along = s * (in[kRibbon] / HeldFromZero(in[kPeriod]));
     const Cplx across = table.modes.empty() ? Circuit(in, s, mean, k0) : table.modes[0].Effective(s, mean, k0);
     const Cplx one{1, 0};
     const double bare = Norm(SheetTransmission(one, n, {})) * n.re;
@@ -212,8 +213,8 @@ struct GrapheneRibbons {
     q[kE2] = along.im / kSheetOfLayer;
     q[kS1] = across.re / kSheetOfLayer;
     q[kS2] = across.im / kSheetOfLayer;
-    q[kN1] = q[kRp] / bare;
-    q[kN2] = q[kRs] / bare;
+    q[kN1] = q[kRp] / HeldFromZero(bare);
+    q[kN2] = q[kRs] / HeldFromZero(bare);
     q[kLoss] = 1 - q[kRefl] - q[kTrans];
   }
 
@@ -224,7 +225,7 @@ struct GrapheneRibbons {
   }
   // The ribbon as a resistor in series with the capacitor of the gaps.
   static Cplx Circuit(const TypeInputs<double>& in, const Cplx& s, const Cplx& mean, double k0) {
-    const double w = in[kRibbon], L = in[kPeriod];
+    const double w = HeldFromZero(in[kRibbon]), L = HeldFromZero(in[kPeriod]);
     const double gap = std::sin(std::numbers::pi * (L - w) / (2 * L));
     const Cplx resistor = Quotient(Cplx{L / w, 0}, s);
     if (!(gap > 0)) return Quotient(Cplx{1, 0}, resistor);
@@ -256,7 +257,8 @@ constinit const ModelType kGrapheneRibbons = ShownType<GrapheneRibbons, AtLeast(
          "along: s w/L. across, circuit: 1/s_eff = L/(w s) + i/(k0 C), C = (2 e L/pi) ln(1/sin(pi (L - w)/(2L))),\n"
          "e the mean permittivity of both sides; modes: the current as a sum of sin(m pi y/w), m odd, with\n"
          "J_m w/(2s) + sum (i/(2 e k0)) K_mn J_n = 2 w/(m pi), K_mn = (1/L) sum |G| Re b_m* b_n\n"
-         "t = 2/(1 + n + s_eff). Further rows are free.",
+         "t = 2/(1 + n + s_eff). Further rows are free. Drude: s = 2 pi d Wp^2 i/(x + iG), d = 3.35e-8 cm; of\n"
+         "graphene 2 pi d Wp^2 = 4 alpha mu, mu in cm-1: 14957 cm-1 for 0.2 eV.",
      .source = "L. B. Whitbourn, R. C. Compton, Appl. Opt. 24, 217 (1985), circuit; mode sum: Galerkin form of the "
                "quasi-static integral equation of a strip",
      .from = 50,

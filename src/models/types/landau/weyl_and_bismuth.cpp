@@ -210,8 +210,9 @@ int EvaluateWeyl(EvalContext& ctx, Model& model, double x, bool) {
   return 0;
 }
 
-constexpr RowCell kWeylLevelsHead[] = {EvaluatedType(0, Wo, "Weyl bands, of type 93", 93),
-                                       Setting(0, Wp, "number of the level, counted from the lowest", 20)};
+constexpr RowCell kWeylLevelsHead[] = {
+    EvaluatedType(0, Wo, "Weyl bands, of type 93", 93),
+    Setting(0, Wp, "number of the level, 0 for the lowest; that of the partner's highest level passes the node", 20)};
 constexpr SlotUse kLevelFill[] = {{kRefl, "energy of the level, eV"}};
 constexpr RowMap kWeylLevelsMap{
     .rows = Exactly(1), .head = kWeylLevelsHead, .group = {}, .groupStart = 0, .groupRows = 1};
@@ -288,13 +289,13 @@ constexpr double kKineticPerMass = 0.0380998;             // hbar^2/(2m) of the 
 template <class T>
 T ElectronGap(const TypeInputs<T>& in, double k) {
   const T half = T(0.5) * in[kBiGap];
-  return Sqrt(half * half + in[kBiGap] * T(kKineticPerMass * k * k) / in[kBiMassZ]);
+  return Sqrt(half * half + in[kBiGap] * T(kKineticPerMass * k * k) / HeldFromZero(in[kBiMassZ]));
 }
 template <class T>
 T HoleLevel(const TypeInputs<T>& in, double k, int n, int spin) {
-  const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / in[kHoleMass];
+  const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / HeldFromZero(in[kHoleMass]);
   return in[kHoleTop] - T(n + 0.5) * cyclotron + T(0.5 * spin * kMagneton) * in[kHoleFactor] * Magnitude(in[kBiField]) -
-         T(kKineticPerMass * k * k) / in[kHoleMassZ];
+         T(kKineticPerMass * k * k) / HeldFromZero(in[kHoleMassZ]);
 }
 int BismuthLevels(double setting) {
   return setting >= 1 ? static_cast<int>(std::min(setting, static_cast<double>(kMostLevels))) : 60;
@@ -344,7 +345,8 @@ struct Bismuth {
     const int count = std::clamp(in.setting(kBiCount), 1, kMostPoints), highest = BismuthLevels(in.value(kBiHighest));
     const double dk = in.value(kBiLargest) / count;  // half of the axis, doubled by the weight
     const T kT = T(kElectronvoltPerKelvin) * in[kBiTemperature], mu = in[kBiPotential];
-    const T field = Magnitude(in[kBiField]), unit = in[kBiGap] * T(kCyclotronPerTesla) * field / in[kBiMass];
+    const T field = Magnitude(in[kBiField]),
+            unit = in[kBiGap] * T(kCyclotronPerTesla) * field / HeldFromZero(in[kBiMass]);
     // A layer of 3.35 A becomes a sheet, and sheets add up along the field; a pocket has two of the four flavours.
     const double perLayer = 2 * dk * 1e7 / (2 * std::numbers::pi) * 3.35e-8;
     const T pockets(0.5 * in.value(kBiPockets) * perLayer);
@@ -382,7 +384,7 @@ struct Bismuth {
   template <class T>
   static void AddHoles(const TypeInputs<T>& in, double k, int highest, const T& weight, const T& mu, const T& kT,
                        LadderTable<T>& table) {
-    const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / in[kHoleMass];
+    const T cyclotron = T(kCyclotronPerTesla) * Magnitude(in[kBiField]) / HeldFromZero(in[kHoleMass]);
     for (const int spin : {1, -1}) {
       for (int n = 0; n < highest; ++n) {
         AddTransition(table, weight * cyclotron * cyclotron * T(n + 1), HoleLevel(in, k, n, spin) - mu,
@@ -406,8 +408,8 @@ int EvaluateBismuthLevels(EvalContext& ctx, Model& model, double x, bool) {
   Slots<double> q{};
   const int status = ReadRowsOf(ctx, *run.scratch().partner[0], kBismuthMap, [&](const TypeInputs<double>& in) {
     const double n = std::fmin(std::trunc(std::fabs(x)), kMostLevels), gap = ElectronGap(in, 0);
-    const double unit = in[kBiGap] * kCyclotronPerTesla * std::fabs(in[kBiField]) / in[kBiMass];
-    q[kRefl] = std::sqrt(gap * gap + n * unit);
+    const double unit = in[kBiGap] * kCyclotronPerTesla * std::fabs(in[kBiField]) / HeldFromZero(in[kBiMass]);
+    q[kRefl] = Sqrt(gap * gap + n * unit);
     q[kTrans] = HoleLevel(in, 0, static_cast<int>(n), 1);
     q[kRp] = HoleLevel(in, 0, static_cast<int>(n), -1);
   });
@@ -433,7 +435,8 @@ constinit const ModelType kWeylKubo = {
              "sigma = nodes sum over k dk/(2 pi) (2/pi) 6.085432e-5 eps^2 sum over n - 1 -> n, both chiralities,\n"
              "|A|^2 = (1 - m/E_f)(1 + m/E_i)/4, m = chi hbar v k; B = 0: integral over the energy across the field,\n"
              "up to 1 eV. B = 0 writes EV0.dat, EV1.dat, EV2.dat: number of the mesh point, and the middle level, the\n"
-             "next and the one after it. Row 3, column Wo, a tilt, does not count.",
+             "next and the one after it. Row 3, column Wo, a tilt, does not count. Let the broadening exceed hbar\n"
+             "v times the step of the wave vectors.",
          .source = "P. E. C. Ashby, J. P. Carbotte, Phys. Rev. B 87, 245131 (2013); the order of the rows is a choice "
                    "of this program",
          .from = 50,

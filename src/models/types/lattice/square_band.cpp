@@ -77,30 +77,59 @@ struct Tunnelling {
                                       Own(6, G, "its quadratic part, 1/meV", 2e-4)};
   static constexpr SlotUse kFills[] = {{kRefl, "tunnelling density of states, 1/meV"}};
 
-  static bool TakesSecond(const TypeInputs<double>& in) { return in.value(kWidth2) > 0; }
+  template <class T>
+  static bool TakesSecond(const TypeInputs<T>& in) {
+    return in.value(kWidth2) > 0;
+  }
   static std::uint64_t Idle(const TypeInputs<double>& in) {
     return TakesSecond(in) ? 0 : InputBits({kWidth2, kLinear2, kQuadratic2});
   }
 
+  // The states of the mesh, of those that symmetry makes equal one, with the broadening at negative x
+  // beside that at positive x.
   template <class T>
-  static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
+  struct State {
+    T energy, width, widthBelow;
+    double share;
+  };
+  template <class T>
+  struct Table {
+    std::vector<State<T>> states;
+  };
+
+  template <class T>
+  static void Prepare(const TypeInputs<T>& in, Table<T>& table) {
     constexpr int kMostPoints = 2000;
-    constexpr double kMillivoltsPerKelvin = 0.0861734215079;
     const int count = std::clamp(in.setting(kMesh), 1, kMostPoints);
-    const int first = in.x < 0 && in.value(kWidth2) > 0 ? kWidth2 : kWidth;
+    const int below = TakesSecond(in) ? kWidth2 : kWidth;
+    table.states.clear();
+    // k -> -k in either direction, and both exchanged, leave the energy: the wedge 0 <= j <= i <= N/2 is enough.
+    const auto twins = [&](int i) { return i == 0 || 2 * i == count ? 1.0 : 2.0; };
+    for (int i = 0; 2 * i <= count; ++i) {
+      for (int j = 0; j <= i; ++j) {
+        const T e = BandEnergy(in, kT1, static_cast<double>(i) / count, static_cast<double>(j) / count);
+        const T size = ValueOf(e) < 0 ? -e : e;
+        const auto width = [&](int first) { return in[first] + in[first + 1] * size + in[first + 2] * e * e; };
+        table.states.push_back({e, width(kWidth), width(below), twins(i) * twins(j) * (i == j ? 1 : 2)});
+      }
+    }
+  }
+
+  template <class T>
+  static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q) {
+    constexpr double kMillivoltsPerKelvin = 0.0861734215079;
     const T kT = T(kMillivoltsPerKelvin) * in[kTemperature];
     if (!(ValueOf(kT) > 0)) return;
     const T perUnit = T(1) / (T(2 * std::numbers::pi) * kT);
     T sum(0);
-    for (int i = 0; i < count; ++i) {
-      for (int j = 0; j < count; ++j) {
-        const T e = BandEnergy(in, kT1, static_cast<double>(i) / count, static_cast<double>(j) / count);
-        const T size = ValueOf(e) < 0 ? -e : e;
-        const T width = in[first] + in[first + 1] * size + in[first + 2] * e * e;
-        sum += TrigammaOf(Complex<T>{T(0.5) + width * perUnit, (T(in.x) - e) * perUnit}).re;
-      }
+    double states = 0;
+    for (const State<T>& state : table.states) {
+      const T& width = in.x < 0 ? state.widthBelow : state.width;
+      const Complex<T> z{T(0.5) + width * perUnit, (T(in.x) - state.energy) * perUnit};
+      sum += TrigammaOf(z).re * T(state.share);
+      states += state.share;
     }
-    q[kRefl] = sum * perUnit / T(std::numbers::pi * count * count);
+    q[kRefl] = sum * perUnit / T(std::numbers::pi * states);
   }
 
  private:

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "models/types/frame.h"
+#include "models/types/lines/oscillator.h"
 #include "models/types/types.h"
 
 namespace kalvex {
@@ -27,21 +28,14 @@ struct CoupledPhonon {
     const double x = in.x;
     const Cplx phonon = Oscillator(in[kPlasma] * in[kPlasma], in[kFrequency], in[kWidth], x);
     const Cplx electronic = Oscillator(in[kElectronic] * in[kElectronic], in[kElectronic], in[kElectronicWidth], x);
-    const Cplx alone = -TimesI(phonon) * (x / 60), screening = 1.0 - phonon * electronic * in[kCoupling];
-    const Cplx coupled = Norm(screening) < kLeast ? Cplx{} : alone / screening;
+    const Cplx alone = -TimesI(phonon) * (x / 60);
+    const Cplx coupled = -TimesI(ScreenedPhonon(phonon, electronic, in[kCoupling])) * (x / 60);
     q[kRefl] = alone.re;
     q[kTrans] = alone.im;
     q[kRp] = coupled.re - alone.re;
     q[kRs] = coupled.im - alone.im;
     q[kS1] = coupled.re;
     q[kS2] = coupled.im;
-  }
-
- private:
-  static constexpr double kLeast = 1e-10;
-  static Cplx Oscillator(double strength, double W, double width, double x) {
-    const Cplx D{W * W - x * x, -width * x};
-    return Norm(D) < kLeast ? Cplx{} : Cplx{strength, 0} / D;
   }
 };
 
@@ -90,7 +84,7 @@ constinit const ModelType kFano = ShownType<CoupledPhonon, Exactly(2)>(
                 "sigma0 = -i x Lp/60, sigma = sigma0/(1 - k Lp Le), k the coupling",
      .source = "two coupled oscillators, U. Fano, Phys. Rev. 124, 1866 (1961)"});
 
-constinit const ModelType kFanoOriginal = FittedType<FanoLines<1>, Exactly(2)>(
+constinit const ModelType kFanoOriginal = FittedType<FanoLines<1>, AtLeast(2)>(
     42, "Fano-original",
     {.sample = "an asymmetric line in the conductivity",
      .formula = "t = 2 (x - W)/G, sigma = Wp^2/(60 G) (q^2 + 2qt - 1)/((t^2 + 1) q^2)",

@@ -80,9 +80,10 @@ struct ElectronGas {
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
     constexpr double kCharge = 1.60217646e-19, kElectron = 9.10938215e-31, kRadiansPerWavenumber = 188365156730.8853,
                      kImpedance = 376.73031;
-    const double wc = kCharge / (kElectron * in[kMass]) * in[kField];
-    const double A = 10000 * in[kDensity] * kCharge * kCharge / (kElectron * in[kDensityMass]);
-    const double w = kRadiansPerWavenumber * in.x, g = kRadiansPerWavenumber * in[kRate], d = in[kThickness];
+    const double wc = kCharge / (kElectron * HeldFromZero(in[kMass])) * in[kField];
+    const double A = 10000 * in[kDensity] * kCharge * kCharge / (kElectron * HeldFromZero(in[kDensityMass]));
+    const double w = kRadiansPerWavenumber * in.x, g = kRadiansPerWavenumber * in[kRate],
+                 d = HeldFromZero(in[kThickness]);
     const Cplx u = Quotient(Cplx{A, 0}, Cplx{w, g} * Cplx{w, g} - wc * wc);
     const Cplx sheet = u * Cplx{-g, w}, sheetHall = u * wc;
     const Cplx xx = sheet / d, xy = sheetHall / d;
@@ -133,7 +134,7 @@ struct Magnetoplasmon {
     const Cplx denominator = first * second - c * c;
     if (Norm(denominator) < 1e-20) return;
     const Cplx weight = -TimesI(Cplx{in[kPlasma] * in[kPlasma], 0} / denominator) * (x / 60);
-    const Cplx ofFirst = weight * second, ofSecond = weight * first, mixed = weight * c;
+    const Cplx ofFirst = weight * second, ofSecond = weight * first, mixed = TimesI(weight) * c;
     q[kE1] = ofSecond.re;
     q[kE2] = ofSecond.im;
     q[kS1] = ofFirst.re;
@@ -171,7 +172,7 @@ constinit const ModelType kMagnetoplasmonStripes = ShownType<Magnetoplasmon, AtL
     70, "Magnetoplasmon stripes",
     {.sample = "magnetoplasmons of stripes: two modes that the field couples",
      .formula = "D1, D2 = W^2 - x^2 - iGx, c = x C, q = Wp^2/(D1 D2 - c^2)\n"
-                "sigma of mode 1 = q D2 x/(60i), of mode 2 = q D1 x/(60i), mixed q c x/(60i)",
+                "sigma of mode 1 = q D2 x/(60i), of mode 2 = q D1 x/(60i), mixed q c x/60",
      .source = "two coupled oscillators; the antisymmetric coupling of a field, x C"});
 
 }  // namespace kalvex

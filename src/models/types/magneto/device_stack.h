@@ -16,7 +16,7 @@ struct FieldMatrix {
   void AddLayer(const Complex<T>& n, const T& thickness, double x) {
     const Complex<T> e = PassageFactor(n, thickness, x);
     const Complex<T> cosine = T(0.5) * (e * e + T(1)), sine = T(0.5) * (e * e - T(1));  // times e: cos p, i sin p
-    MultiplyBy(cosine, -sine / n, -(sine * n), cosine);
+    MultiplyBy(cosine, Quotient(-sine, n), -(sine * n), cosine);
     passed *= e;
   }
   void AddSheet(const Complex<T>& s) { MultiplyBy({T(1), T(0)}, {}, s, {T(1), T(0)}); }

@@ -31,7 +31,7 @@ struct LayersInField {
                                       Partner(0, Wp, "film"),
                                       Partner(0, G, "substrate"),
                                       Own(1, Wo, "thickness of the magnetised layer, cm", 0.0005),
-                                      Own(1, Wp, "thickness of the film, cm", 0.0004),
+                                      Own(1, Wp, "thickness of the film, cm, 0 for none", 0.0004),
                                       Own(2, Wo, "thickness of the substrate, cm, 0 for a half-space", 0.01)};
   static constexpr auto& kAsked = kTensorOfEps;
   static constexpr std::uint64_t kNoSlab = ~InputBits({kSlab});
@@ -136,8 +136,8 @@ struct Magnetotransport {
     const Complex<T> xx = sigma.xx * in[kFactor], xy = sigma.xy * in[kFactor];
     const Complex<T> square = xx * xx + xy * xy;
     if (Norm(ValueOf(square)) < 1e-20) return;
-    q[kRefl] = (xx / square).re * in[kDiagonal] / in[kLength];
-    q[kTrans] = (xy / square).re * in[kHall] / in[kLength];
+    q[kRefl] = (xx / square).re * in[kDiagonal] / HeldFromZero(in[kLength]);
+    q[kTrans] = (xy / square).re * in[kHall] / HeldFromZero(in[kLength]);
   }
 };
 

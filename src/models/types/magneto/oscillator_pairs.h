@@ -8,9 +8,9 @@ namespace kalvex {
 
 struct OscillatorPair {
   enum Cell { kFrequency, kStrength, kWidth, kShift };
-  static constexpr RowCell kCells[] = {Own(0, Wo, "frequency W, cm-1", 150),
+  static constexpr RowCell kCells[] = {Own(0, Wo, "frequency W, cm-1, 0 for free electrons", 150),
                                        Own(0, Wp, "plasma frequency S, cm-1", 300), Own(0, G, "width G, cm-1", 20),
-                                       Own(1, Wo, "cyclotron shift B, cm-1", 12)};
+                                       Own(1, Wo, "cyclotron shift B, cm-1: of free electrons eB/m", 12)};
   static constexpr int kRows = 2;
 };
 

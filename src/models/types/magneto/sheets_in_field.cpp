@@ -185,8 +185,8 @@ struct Cavity {
     q[kS2] = sigma.plus.im;
     q[kN1] = sigma.minus.re;
     q[kN2] = sigma.minus.im;
-    q[kDepth] = Log(plus.t).im;
-    q[kLoss] = Log(minus.t).im;
+    q[kDepth] = Argument(plus.t);
+    q[kLoss] = Argument(minus.t);
     q[kDefringed] = Norm(none.t) * back.re;
   }
 

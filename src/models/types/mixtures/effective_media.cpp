@@ -34,15 +34,16 @@ struct BilayerLocalField {
 
   static Cplx Response(const TypeInputs<double>& in) {
     const Cplx ea = in.eps(kA), eb = in.eps(kB), ec = in.eps(kC), ed = in.eps(kD);
-    const double B = in[kBackground], da = in[kDistanceA], db = in[kDistanceB], twoB2 = 2 * B * B;
+    const double B = HeldFromZero(in[kBackground]), da = in[kDistanceA], db = in[kDistanceB], twoB2 = 2 * B * B;
     const double wa = in[kWeightA], wb = in[kWeightB], wc = in[kWeightC];
     const Cplx A11 = 1.0 + ea / B - ec * wa * ea / twoB2, A12 = -eb / B + ec * wa * eb / twoB2;
     const Cplx A21 = -(ec * wb * ea / twoB2), A22 = 1.0 + ec * wb * eb / twoB2;
     const Cplx b1 = 1.0 - ec * wa / B, b2 = 1.0 - ec * wb / B - ed * wc / B;
     const Cplx determinant = A11 * A22 - A12 * A21;
     const Cplx Ea = Quotient(b1 * A22 - A12 * b2, determinant), Eb = Quotient(A11 * b2 - b1 * A21, determinant);
-    const Cplx mean = (Ea * da + Eb * db) / (da + db);
-    return B + Quotient(ea * Ea * da + eb * Eb * db, mean * (da + db)) +
+    const double both = HeldFromZero(da + db);
+    const Cplx mean = (Ea * da + Eb * db) / both;
+    return B + Quotient(ea * Ea * da + eb * Eb * db, mean * both) +
            Quotient(ec * (1.0 + (eb * Eb - ea * Ea) / (2 * B)) + ed, mean);
   }
 };

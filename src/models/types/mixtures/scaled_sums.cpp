@@ -18,6 +18,8 @@ struct UniversalRatio {
       Partner(0, G, "universal part, e2, a function of x/T"), Setting(1, Wo, "temperature T, above 0", 2),
       Experimental(kScalingFactorOfT, "\"Scaling factor of T\": b, the reduction of the universal part")};
 
+  static constexpr bool kSumOfPartners = true;
+
   static bool Admits(const TypeInputs<double>& in) { return in.value(kTemperature) > 0; }
   static double FrequencyOf(const TypeInputs<double>& in, int input) {
     return input == kUniversal ? in.x / in.value(kTemperature) : in.x;
@@ -121,7 +123,8 @@ int EvaluateMeshCoupling(EvalContext& ctx, Model& model, double x, bool derivati
 }
 
 int AfterMeshCoupling(EvalContext& ctx, Model& model) {
-  if (const int status = MarkDependencies(ctx, model, MeshCoupling::kMap, {}, {}, true, nullptr)) return status;
+  if (const int status = MarkDependencies(ctx, model, MeshCoupling::kMap, {}, {}, Parts::kApart, nullptr))
+    return status;
   Model& spectrum = *PartnerAt(ctx, model, 0, G);
   if (!HasVdf(spectrum)) return -1;
   for (std::size_t q = 0; q < ctx.quantities.size(); ++q) {

@@ -10,6 +10,7 @@
 
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
+#include "models/row_code.h"
 #include "models/types/near_field/sheet_on_surface.h"
 #include "models/types/types.h"
 
@@ -27,14 +28,16 @@ struct Tip {
 // A point of the tip's cycle: its height over the lowest one, and the factor of the harmonic.
 struct CyclePoint {
   double height;
-  Cplx factor;
+  double factor;
 };
+
+// The second half of the cycle is the first one backwards: what is left of the factors of both is twice the cosine.
 std::vector<CyclePoint> CycleOf(const Tip& tip, int count, int harmonic) {
   std::vector<CyclePoint> cycle;
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; 2 * i <= count; ++i) {
     const double phi = 2 * std::numbers::pi * i / count;
-    cycle.push_back(
-        {1 + tip.amplitude * (1 - std::cos(phi)), Cplx{std::cos(harmonic * phi), std::sin(harmonic * phi)}});
+    const bool alone = i == 0 || 2 * i == count;
+    cycle.push_back({1 + tip.amplitude * (1 - std::cos(phi)), (alone ? 1 : 2) * std::cos(harmonic * phi)});
   }
   return cycle;
 }
@@ -53,7 +56,7 @@ Cplx DipoleSignal(const Tip& tip, const Cplx& beta, int harmonic) {
   const Cplx f0 = beta * (0.25 / (tip.height * tip.height * tip.height));
   Cplx sum;
   for (const CyclePoint& point : CycleOf(tip, tip.cycle, harmonic)) {
-    sum += Quotient(point.factor, 1.0 - f0 / (point.height * point.height * point.height));
+    sum += Quotient({point.factor, 0}, 1.0 - f0 / (point.height * point.height * point.height));
   }
   return sum;
 }
@@ -71,10 +74,22 @@ Contrast ContrastOf(const Cplx& s) {
 
 // ---- the sum over momenta
 
+// The mesh of qh, which is the same at all heights, and what a momentum weighs: (qh)^2 exp(-2qh) d(qh).
 struct MomentumMesh {
-  double from = 0;
-  double to = 0;
-  int count = 0;
+  struct Point {
+    double place, weight;
+  };
+  std::vector<Point> points;
+  double sum = 0;  // of all weights
+
+  MomentumMesh(double from, double to, int count) {
+    const double width = (to - from) / count;
+    for (int j = 0; j < count; ++j) {
+      const double u = from + (j + 0.5) * width;
+      points.push_back({u, u * u * std::exp(-2 * u) * width});
+      sum += points.back().weight;
+    }
+  }
 };
 
 // A surface at one frequency, whose r_p is asked for at any momentum: a plain model in the limit of large momenta, with
@@ -94,8 +109,7 @@ class Surface {
 
  private:
   static int MomentumRow(const Model& model) {
-    if (model.epsInf.adjustable) return -1;
-    const int row = model.epsInf.value == -73 ? 1 : model.epsInf.value == -77 ? 2 : -1;
+    const int code = NegatedCode(model.epsInf), row = code == 73 ? 1 : code == 77 ? 2 : -1;
     return row >= 0 && RowCount(model) > row ? row : -1;
   }
   Cplx ReflectionOfModel(double q) {
@@ -120,25 +134,18 @@ class Surface {
 
 // The field that the tip's unit dipole makes at its place: the sum of q^2 exp(-2qh) r_p(q) dq, in 1/cm^3.
 Cplx ImageField(Surface& surface, const MomentumMesh& mesh, double h) {
-  const double width = (mesh.to - mesh.from) / mesh.count, step = width / h;
+  const double perVolume = 1 / (h * h * h);
+  if (!surface.HasDispersion()) return surface.Reflection(0) * (mesh.sum * perVolume);
   Cplx sum;
-  double weights = 0;
-  for (int j = 0; j < mesh.count; ++j) {
-    const double q = (mesh.from + (j + 0.5) * width) / h, weight = q * q * std::exp(-2 * q * h) * step;
-    if (surface.HasDispersion()) {
-      sum += surface.Reflection(q) * weight;
-    } else {
-      weights += weight;
-    }
-  }
-  return surface.HasDispersion() ? sum : surface.Reflection(0) * weights;
+  for (const auto& [place, weight] : mesh.points) sum += surface.Reflection(place / h) * weight;
+  return sum * perVolume;
 }
 
 Cplx MomentumSignal(const Tip& tip, Surface& surface, const MomentumMesh& mesh, int count, int harmonic) {
   const double a3 = tip.radius * tip.radius * tip.radius, lowest = tip.height * tip.radius;
   Cplx sum;
   for (const CyclePoint& point : CycleOf(tip, count, harmonic)) {
-    sum += Quotient(point.factor, 1.0 - ImageField(surface, mesh, lowest * point.height) * a3);
+    sum += Quotient({point.factor, 0}, 1.0 - ImageField(surface, mesh, lowest * point.height) * a3);
   }
   return sum;
 }
@@ -173,7 +180,7 @@ constexpr RowCell kTipCells[] = {
     Setting(1, G, "points of the cycle in the sum over momenta, 0 for those of row 5", 0),
     Own(2, Wo, "radius a of the tip, cm", 3e-6),
     Own(2, Wp, "lowest height z0 of the dipole, of a", 1.2),
-    Own(2, G, "amplitude A of the motion, of z0", 1),
+    Own(2, G, "amplitude A of the motion, of z0: up to (1 + 2A) z0", 1),
     Setting(3, Wo, "momenta from, over the height", 0),
     Setting(3, Wp, "momenta to, over the height", 12),
     Setting(3, G, "number of momenta", 60),
@@ -230,7 +237,7 @@ Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, int input) {
 
 Tip TipOf(const TypeInputs<double>& in) {
   constexpr int kMostPoints = 10000;
-  return {in.setting(kHarmonic), in[kRadius], in[kHeight], in[kAmplitude],
+  return {in.setting(kHarmonic), HeldFromZero(in[kRadius]), in[kHeight], in[kAmplitude],
           std::clamp(in.setting(kCycle), 1, kMostPoints)};
 }
 
@@ -259,7 +266,7 @@ int EvaluateTip(EvalContext& ctx, Model& model, double x, const TipKind& kind) {
     q[kTrans] = next.logarithm;
     q[kRs] = next.phase;
   }
-  const MomentumMesh mesh{in.value(kFrom), in.value(kTo), std::clamp(in.setting(kMomenta), 1, kMostMomenta)};
+  const MomentumMesh mesh(in.value(kFrom), in.value(kTo), std::clamp(in.setting(kMomenta), 1, kMostMomenta));
   const int count = in.setting(kCount) > 0 ? std::min(in.setting(kCount), 10000) : tip.cycle;
   const Cplx sheet = SheetOfData(in.data(kSheetRe), in.data(kSheetIm));
   Surface sample(ctx, *run.scratch().partner[kSample], x, eps[0], sheet);
@@ -296,7 +303,7 @@ struct DipoleOnReflection {
                                       Setting(0, G, "harmonic n", 2),
                                       Own(2, Wo, "radius a of the tip, cm", 3e-6),
                                       Own(2, Wp, "lowest height z0 of the dipole, of a", 1.2),
-                                      Own(2, G, "amplitude A of the motion, of z0", 1),
+                                      Own(2, G, "amplitude A of the motion, of z0: up to (1 + 2A) z0", 1),
                                       Own(4, Wp, "angle of incidence, degrees", 60),
                                       Setting(4, G, "points of the cycle", 24)};
   static constexpr RowMap kMap = {.rows = AtLeast(5), .head = kHead, .group = {}, .groupStart = 0, .groupRows = 1};
@@ -307,7 +314,7 @@ struct DipoleOnReflection {
 
   // The far field of the sample meets the reflection that the surface gives; a reference brings its own.
   static Signals SignalsOf(const TypeInputs<double>& in, const Cplx& rp) {
-    const Tip tip{in.setting(kOrder), in[kTipRadius], in[kTipHeight], in[kTipAmplitude],
+    const Tip tip{in.setting(kOrder), HeldFromZero(in[kTipRadius]), in[kTipHeight], in[kTipAmplitude],
                   std::clamp(in.setting(kPoints), 1, 10000)};
     Signals signals{.rp = rp, .sample = DipoleSignal(tip, rp, tip.harmonic), .ratio = {}};
     signals.ratio = signals.sample;
@@ -352,7 +359,7 @@ int EvaluateOnReflection(EvalContext& ctx, Model& model, double x, bool atRadius
   Surface surface(ctx, partner, x, {}, {});
   Cplx rp;
   if (atRadius && surface.HasDispersion()) {
-    rp = surface.Reflection(0.1 / in[D::kTipRadius]);
+    rp = surface.Reflection(0.1 / HeldFromZero(in[D::kTipRadius]));
   } else {
     const WantedForPartner wanted(ctx.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
     if (EvalModel(ctx, partner, x, false) != 0) return -1;

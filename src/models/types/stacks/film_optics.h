@@ -7,10 +7,14 @@
 
 namespace kalvex {
 
-// exp(2 pi i x n d) of one passage, exactly 1 where it would grow beyond the guard.
+// exp(2 pi i x n d) of one passage, exactly 1 where it would grow beyond the guard; and the exponent.
+template <class T>
+Complex<T> PassageExponent(const Complex<T>& n, const T& thickness, double x) {
+  return GuardedExponent(TimesI(n) * (thickness * T(2 * std::numbers::pi * x)));
+}
 template <class T>
 Complex<T> PassageFactor(const Complex<T>& n, const T& thickness, double x) {
-  return GuardedExp(TimesI(n) * (thickness * T(2 * std::numbers::pi * x)));
+  return Exp(PassageExponent(n, thickness, x));
 }
 
 // (b - a)/(b + a) of the admittances on both sides.

@@ -9,6 +9,8 @@ namespace kalvex {
 namespace {
 
 enum Layer { kModel, kThickness };
+// The thickness of the substrate, which matters to what passes through it.
+constexpr std::uint64_t kSubstrateThickness = InputBits({kThickness});
 constexpr RowCell kLayers[] = {Partner(0, Wo, "layer, from the front; the last one is the substrate"),
                                Own(0, Wp, "thickness, cm", 0.0005)};
 
@@ -16,13 +18,22 @@ constexpr RowCell kLayers[] = {Partner(0, Wo, "layer, from the front; the last o
 template <class T>
 struct FilmAmplitudes {
   Complex<T> r{};
+  // What is transmitted, t exp(passed): the product of all passages may underflow, its phase goes on.
   Complex<T> t{T(1), T(0)};
+  Complex<T> passed{};
 
-  // Puts the interface between two media before what is behind it; `once` is the passage through the medium behind.
-  void PutInFront(const Complex<T>& before, const Complex<T>& behind, const Complex<T>& once) {
-    const Complex<T> rho = InterfaceReflection(before, behind), back = r * once * once, sum = T(1) + rho * back;
+  Complex<T> Transmitted() const { return t * Exp(passed); }
+  // The phase of what is transmitted, in turns.
+  T Turns() const { return (Argument(t) + passed.im) / T(2 * std::numbers::pi); }
+
+  // Puts the interface between two media before what is behind it; `exponent` is that of the passage through the
+  // medium behind.
+  void PutInFront(const Complex<T>& before, const Complex<T>& behind, const Complex<T>& exponent) {
+    const Complex<T> rho = InterfaceReflection(before, behind), once = Exp(exponent), back = r * once * once,
+                     sum = T(1) + rho * back;
     r = Quotient(rho + back, sum);
-    t = Quotient((T(1) - rho) * once * t, sum);
+    t = Quotient((T(1) - rho) * t, sum);
+    passed += exponent;
   }
 };
 
@@ -34,8 +45,8 @@ FilmAmplitudes<T> AmplitudesIntoLast(const TypeInputs<T>& in, const Complex<T>& 
   FilmAmplitudes<T> films;
   for (int k = in.groups() - 1; k >= 0; --k) {
     const bool last = k == in.groups() - 1;
-    const Complex<T> once = last ? Complex<T>{T(1), T(0)} : PassageFactor(waveOf(k), in[in.Of(k, kThickness)], in.x);
-    films.PutInFront(k == 0 ? vacuum : admittanceOf(k - 1), admittanceOf(k), once);
+    const Complex<T> exponent = last ? Complex<T>{} : PassageExponent(waveOf(k), in[in.Of(k, kThickness)], in.x);
+    films.PutInFront(k == 0 ? vacuum : admittanceOf(k - 1), admittanceOf(k), exponent);
   }
   return films;
 }
@@ -51,7 +62,7 @@ Complex<T> EmptyPath(const TypeInputs<T>& in) {
 
 // Sum of (n' - offset) d in turns.
 template <class T>
-double Turns(const TypeInputs<T>& in, double offset) {
+double ExpectedTurns(const TypeInputs<T>& in, double offset) {
   double turns = 0;
   for (int k = 0; k < in.groups(); ++k) {
     const Cplx n = Sqrt(ValueOf(in.eps(in.Of(k, kModel))));
@@ -60,10 +71,9 @@ double Turns(const TypeInputs<T>& in, double offset) {
   return turns;
 }
 
-// The argument of z with the whole turns that bring it next to an expected number of turns, in turns.
+// A phase in turns with the whole turns that bring it next to what is expected.
 template <class T>
-T NearTurns(const Complex<T>& z, double expected) {
-  const T turns = Log(z).im / T(2 * std::numbers::pi);
+T NearTurns(const T& turns, double expected) {
   return turns + T(std::round(expected - ValueOf(turns)));
 }
 
@@ -80,22 +90,27 @@ struct ObliqueAmplitudes {
   Complex<T> p, s;
 };
 
-// R, T and the amplitudes at normal incidence.
+// The films at normal incidence and the passage through the substrate, whose own echoes do not count.
 template <class T>
-struct NormalResults {
-  explicit NormalResults(const TypeInputs<T>& in) {
-    const auto index = [&](int k) { return Sqrt(in.eps(in.Of(k, kModel))); };
-    const FilmAmplitudes<T> films = AmplitudesIntoLast(in, Complex<T>{T(1), T(0)}, index, index);
-    r = films.r;
-    t = films.t;
-    if (in.groups() > 0) {
-      const int last = in.groups() - 1;
-      const Complex<T> n = index(last);
-      t = t * PassageFactor(n, in[in.Of(last, kThickness)], in.x) * Quotient(T(2) * n, n + T(1));
-    }
+FilmAmplitudes<T> NormalAmplitudes(const TypeInputs<T>& in) {
+  const auto index = [&](int k) { return Sqrt(in.eps(in.Of(k, kModel))); };
+  FilmAmplitudes<T> films = AmplitudesIntoLast(in, Complex<T>{T(1), T(0)}, index, index);
+  if (in.groups() > 0) {
+    const int last = in.groups() - 1;
+    const Complex<T> n = index(last);
+    films.t = films.t * Quotient(T(2) * n, n + T(1));
+    films.passed += PassageExponent(n, in[in.Of(last, kThickness)], in.x);
   }
-  Complex<T> r, t;
-};
+  return films;
+}
+
+// Psi and Delta in degrees, of intensities and cross term; without s-light there is nothing to compare with.
+template <class T>
+void FillAngles(const T& Rp, const T& Rs, const Complex<T>& cross, Slots<T>& q) {
+  if (ValueOf(Rs) < kTinyNorm) return;
+  q[kN1] = T(kDegreesPerRadian) * (ValueOf(Rp) > 0 ? Atan(Sqrt(Rp / Rs)) : T(0));
+  q[kN2] = T(kDegreesPerRadian) * Argument(cross);
+}
 
 struct FilmSubstrate {
   enum Head { kAngle };
@@ -104,44 +119,43 @@ struct FilmSubstrate {
   static constexpr std::span<const RowCell> kGroup = kLayers;
   static constexpr int kGroupStart = 0, kGroupRows = 1;
   static constexpr std::uint64_t kNormal = ~InputBits({kAngle});
-  static constexpr SlotUse kFills[] = {{kRefl, "reflectivity", kNormal},
-                                       {kTrans, "transmission", kNormal},
-                                       {kRp, "p-reflectivity at the angle of incidence"},
-                                       {kRs, "s-reflectivity at the angle of incidence"},
-                                       {kRps, "their ratio"},
-                                       {kE1, "Re r", kNormal},
-                                       {kE2, "Im r", kNormal},
-                                       {kS1, "Re t, relative to the empty path", kNormal},
-                                       {kS2, "Im t, relative to the empty path", kNormal},
-                                       {kN1, "Psi, degrees"},
-                                       {kN2, "Delta, degrees"},
-                                       {kDepth, "phase of t with its whole turns, radians", kNormal},
-                                       {kLoss, "1 - R - T", kNormal}};
+  static constexpr SlotUse kFills[] = {
+      {kRefl, "reflectivity", kNormal, kSubstrateThickness},
+      {kTrans, "transmission", kNormal},
+      {kRp, "p-reflectivity at the angle of incidence", kAllInputs, kSubstrateThickness},
+      {kRs, "s-reflectivity at the angle of incidence", kAllInputs, kSubstrateThickness},
+      {kRps, "their ratio", kAllInputs, kSubstrateThickness},
+      {kE1, "Re r", kNormal, kSubstrateThickness},
+      {kE2, "Im r", kNormal, kSubstrateThickness},
+      {kS1, "Re t, relative to the empty path", kNormal},
+      {kS2, "Im t, relative to the empty path", kNormal},
+      {kN1, "Psi, degrees", kAllInputs, kSubstrateThickness},
+      {kN2, "Delta, degrees", kAllInputs, kSubstrateThickness},
+      {kDepth, "phase of t with its whole turns, radians", kNormal},
+      {kLoss, "1 - R - T", kNormal}};
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     FillNormal(in, q);
     if (in.groups() == 0) return;
     const ObliqueAmplitudes<T> oblique(in, in[kAngle]);
-    const Complex<T> rho = Quotient(oblique.p, oblique.s);
     q[kRp] = Norm(oblique.p);
     q[kRs] = Norm(oblique.s);
-    if (ValueOf(q[kRs]) > 0) q[kRps] = q[kRp] / q[kRs];
-    q[kN1] = T(kDegreesPerRadian) * Atan(Sqrt(Norm(rho)));
-    q[kN2] = T(kDegreesPerRadian) * Log(rho).im;
+    if (ValueOf(q[kRs]) >= kTinyNorm) q[kRps] = q[kRp] / q[kRs];
+    FillAngles(q[kRp], q[kRs], oblique.p * Conj(oblique.s), q);
   }
 
   template <class T>
   static void FillNormal(const TypeInputs<T>& in, Slots<T>& q) {
-    const NormalResults<T> normal(in);
-    const Complex<T> t = normal.t * EmptyPath(in);
+    const FilmAmplitudes<T> normal = NormalAmplitudes(in);
+    const Complex<T> t = normal.Transmitted() * EmptyPath(in);
     q[kRefl] = Norm(normal.r);
-    q[kTrans] = Norm(normal.t);
+    q[kTrans] = Norm(t);
     q[kE1] = normal.r.re;
     q[kE2] = normal.r.im;
     q[kS1] = t.re;
     q[kS2] = t.im;
-    q[kDepth] = NearTurns(normal.t, Turns(in, 0)) * T(2 * std::numbers::pi);
+    q[kDepth] = NearTurns(normal.Turns(), ExpectedTurns(in, 0)) * T(2 * std::numbers::pi);
     q[kLoss] = T(1) - q[kRefl] - q[kTrans];
   }
 };
@@ -154,16 +168,17 @@ struct FilmSubstrateBeam {
   static constexpr std::span<const RowCell> kGroup = kLayers;
   static constexpr int kGroupStart = 0, kGroupRows = 1;
   static constexpr std::uint64_t kNormal = ~InputBits({kAngle, kSpread});
-  static constexpr SlotUse kFills[] = {{kRefl, "reflectivity", kNormal},
-                                       {kTrans, "transmission", kNormal},
-                                       {kE1, "Re r", kNormal},
-                                       {kE2, "Im r", kNormal},
-                                       {kS1, "Re t, relative to the empty path", kNormal},
-                                       {kS2, "Im t, relative to the empty path", kNormal},
-                                       {kN1, "Psi, degrees, averaged over the angles"},
-                                       {kN2, "Delta, degrees, averaged over the angles"},
-                                       {kDepth, "phase of t with its whole turns, radians", kNormal},
-                                       {kLoss, "1 - R - T", kNormal}};
+  static constexpr SlotUse kFills[] = {
+      {kRefl, "reflectivity", kNormal, kSubstrateThickness},
+      {kTrans, "transmission", kNormal},
+      {kE1, "Re r", kNormal, kSubstrateThickness},
+      {kE2, "Im r", kNormal, kSubstrateThickness},
+      {kS1, "Re t, relative to the empty path", kNormal},
+      {kS2, "Im t, relative to the empty path", kNormal},
+      {kN1, "Psi, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
+      {kN2, "Delta, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
+      {kDepth, "phase of t with its whole turns, radians", kNormal},
+      {kLoss, "1 - R - T", kNormal}};
 
   // Intensities and the cross term are what a detector adds up.
   template <class T>
@@ -179,8 +194,7 @@ struct FilmSubstrateBeam {
       Rs += T(node.g) * Norm(oblique.s);
       cross += oblique.p * Conj(oblique.s) * T(node.g);
     }
-    q[kN1] = T(kDegreesPerRadian) * Atan(Sqrt(Rp / Rs));
-    q[kN2] = T(kDegreesPerRadian) * Log(cross).im;
+    FillAngles(Rp, Rs, cross, q);
   }
 };
 
@@ -201,12 +215,12 @@ struct TransmittedPhase {
     for (int k = in.groups() - 1; k >= 0; --k) {
       const bool last = k == in.groups() - 1;
       const Complex<T> n = index(k);
-      if (last) stack.PutInFront(n, one, one);
-      stack.PutInFront(k == 0 ? one : index(k - 1), n, PassageFactor(n, in[in.Of(k, kThickness)], in.x));
+      if (last) stack.PutInFront(n, one, {});
+      stack.PutInFront(k == 0 ? one : index(k - 1), n, PassageExponent(n, in[in.Of(k, kThickness)], in.x));
       D += in[in.Of(k, kThickness)];
     }
-    q[kTrans] = Norm(stack.t);
-    q[kRp] = T(360) * NearTurns(stack.t * EmptyPath(in), Turns(in, 1));
+    q[kTrans] = Norm(stack.Transmitted());
+    q[kRp] = T(360) * NearTurns(stack.Turns() - D * T(in.x), ExpectedTurns(in, 1));
     if (ValueOf(D) != 0 && in.x != 0) q[kRps] = q[kRp] / (T(360 * in.x) * D);
   }
 };

@@ -161,7 +161,7 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
              stack.byK[j].Along(run.media[j].kByEps * dEps)[result];
     };
     dRe = along({1, 0});
-    dIm = along({0, 1});
+    dIm = run.media[j].byIm == 0 ? 0 : along({0, 1});
   };
   const auto byRow = [&](std::size_t j, int column, std::size_t result) {
     return (column == Wp ? stack.byThickness : stack.bySpread)[j][result];
@@ -279,7 +279,9 @@ constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
                                    Own(0, Wp, "wavelength along the layers, cm", 0.03)};
 
 StackHead FiniteHead(const Model& model) {
-  return {.geometry = StackGeometry::kFinite, .scale = ValueAt(model, 0, Wo), .wavelength = ValueAt(model, 0, Wp)};
+  return {.geometry = StackGeometry::kFinite,
+          .scale = ValueAt(model, 0, Wo),
+          .wavelength = HeldFromZero(ValueAt(model, 0, Wp))};
 }
 
 constexpr StackType kFinite = {

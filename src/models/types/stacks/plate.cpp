@@ -107,7 +107,7 @@ struct Plate {
       cross += blend(incoherentCross, T(0.5) * (ap * Conj(as) + Conj(ap) * as).re);
     }
 
-   private:
+    // A denominator held away from 0.
     static T AtLeast(const T& value) { return ValueOf(value) < kTinyNorm ? T(kTinyNorm) : value; }
   };
 
@@ -116,11 +116,12 @@ struct Plate {
     const T P = in[kAnalyser] * T(kRadiansPerDegree), c = Cos(P), s = Sin(P);
     const T A = r.s * s * s + r.p * c * c;
     q[kRefl] = in[kScale] * A;
-    q[kE1] = T(kDegreesPerRadian) * Atan(Sqrt(Positive(r.p / r.s)));
+    const T ratio = Positive(r.p / Reflected<T>::AtLeast(r.s));
+    if (ValueOf(ratio) > 0) q[kE1] = T(kDegreesPerRadian) * Atan(Sqrt(ratio));
     const T product = Positive(r.p * r.s);
     if (ValueOf(product) > 0) q[kE2] = T(kDegreesPerRadian) * Arccosine(r.cross / Sqrt(product));
-    q[kS1] = (r.s * s * s - r.p * c * c) / A;
-    q[kS2] = T(2) * r.cross * c * s / A;
+    q[kS1] = (r.s * s * s - r.p * c * c) / Reflected<T>::AtLeast(A);
+    q[kS2] = T(2) * r.cross * c * s / Reflected<T>::AtLeast(A);
   }
   template <class T>
   static T Positive(const T& value) {

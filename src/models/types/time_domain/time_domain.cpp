@@ -213,8 +213,22 @@ void FillTransfer(TypeRun& run, const TypeInputs<double>& in, std::size_t k, boo
 
 // ---- what the transfer depends on
 
+// What a Quantity asks of the models. Their real and imaginary parts stay apart in the transfer, unless a second model
+// or a delay mixes them.
 template <PulseKind kKind>
-int AddDependencies(TypeRun& run, const TypeInputs<double>& in, std::vector<ModelParam*>& params) {
+QuantitySet AskedFor(int quantity, const TypeInputs<double>& in) {
+  const int mode = in.setting(kMode);
+  const QuantitySet asked = AskedInMode(mode);
+  const bool mixed =
+      kKind == PulseKind::kDelayed || (kKind == PulseKind::kTwoModels && mode == kComplex && in.has(kOwn0));
+  if (mixed || quantity == kRp || quantity == kRs) return asked;
+  const auto imaginary = SetOf(kE2);
+  return static_cast<QuantitySet>(quantity == kE1 ? asked & ~imaginary : quantity == kE2 ? asked & imaginary : 0);
+}
+
+// Adds what the transfer depends on, of the models as far as it is asked of them.
+template <PulseKind kKind>
+int AddDependencies(TypeRun& run, const TypeInputs<double>& in, QuantitySet asked, std::vector<ModelParam*>& params) {
   EvalContext& ctx = run.context();
   const auto add = [&](ModelParam& param) {
     if (std::find(params.begin(), params.end(), &param) == params.end()) params.push_back(&param);
@@ -231,7 +245,6 @@ int AddDependencies(TypeRun& run, const TypeInputs<double>& in, std::vector<Mode
         if (param.adjustable && (param.dEpsRe != 0 || param.dEpsIm != 0)) add(param);
       });
     } else {
-      const QuantitySet asked = AskedInMode(in.setting(kMode));
       const WantedForPartner wanted(ctx.quantities, asked);
       ForEachFreeParam(*ctx.params, [&](ModelParam& param) { param.dQuantity.fill(0); });
       if (EvalModelAfter(ctx, *partner) != 0) return -1;
@@ -263,7 +276,7 @@ int MakePulse(TypeRun& run, const TypeInputs<double>& in, bool derivatives, Puls
   if (kKind == PulseKind::kTwoModels && in.setting(kOwn1) != 0) pulse.grid.from += 0.5 * pulse.grid.step;
   ReadReference(*reference, pulse);
   pulse.params.clear();
-  if (derivatives && AddDependencies<kKind>(run, in, pulse.params) != 0) return -1;
+  if (derivatives && AddDependencies<kKind>(run, in, AskedInMode(in.setting(kMode)), pulse.params) != 0) return -1;
   pulse.transfer.resize(pulse.spectrum.size());
   for (std::size_t k = 0; k < pulse.transfer.size(); ++k) FillTransfer<kKind>(run, in, k, derivatives, pulse);
   // The harmonics of the trace turn with exp(+i w t), the response of matter is one to exp(-i w t).
@@ -360,12 +373,16 @@ int After(EvalContext& ctx, Model& model) {
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kMap<kKind>, 0);
   std::vector<ModelParam*> params;
-  if (AddDependencies<kKind>(run, in, params) != 0) return -1;
   for (int q = 0; q < kQuantityCount; ++q) {
     if (!ctx.quantities[static_cast<std::size_t>(q)].wanted) continue;
     const bool depends = q == kRp || q == kRs || q == kE1 || q == kE2;
+    if (AddDependencies<kKind>(run, in, AskedFor<kKind>(q, in), params) != 0) return -1;
     ForEachFreeParam(*ctx.params, [&](ModelParam& param) { param.dQuantity[static_cast<std::size_t>(q)] = 0; });
-    for (ModelParam* const param : params) param->dQuantity[static_cast<std::size_t>(q)] = depends ? 1 : 0;
+    for (ModelParam* const param : params) {
+      // A delay turns the harmonics and leaves their power.
+      const bool turned = kKind == PulseKind::kDelayed && q == kRs && param == run.scratch().param[kOwn0];
+      param->dQuantity[static_cast<std::size_t>(q)] = depends && !turned ? 1 : 0;
+    }
   }
   return 0;
 }

@@ -93,6 +93,54 @@ TEST_F(Derived, AModelMinusAModelGivesEveryQuantity) {
   for (const Quantity& quantity : program.eval.quantities) EXPECT_EQ(quantity.wanted, 1u);
 }
 
+// The first partners succeed, the last one has a number of rows that its type refuses.
+TEST_F(Ratios, WhenALaterPartnerFailsLeaveTheQuantitiesAsTheyStood) {
+  const double fails = Make(5, {{a, 0, 0}}).number;
+  for (Model* const model : {&Make(87, {{1, a, fails}}), &Make(81, {{3, films[0], fails}, {0, 0, 0}, {0, 0, 0}}),
+                             &Make(81, {{2, films[0], films[1]}, {films[2], fails, 0}, {0, 0, 0}}),
+                             &Make(95, {{3, films[0], fails}, {0, 0, 0}, {0, 0, 0}}),
+                             &Make(99, {{films[0], fails, 0}, {1, 0, 0}, {0, 0, 0}})}) {
+    for (Quantity& quantity : program.eval.quantities) quantity.dRe = 55;
+    EXPECT_EQ(Status(*model, 170), -1) << model->epsInf.value;
+    for (const Quantity& quantity : program.eval.quantities) {
+      EXPECT_EQ(quantity.value, 77) << model->epsInf.value;
+      EXPECT_EQ(quantity.dRe, 55) << model->epsInf.value;
+      EXPECT_EQ(quantity.wanted, 1u);
+    }
+  }
+}
+
+// Types 95 and 99 read any model's Quantities; here those of plain media, known in closed form.
+TEST_F(Ratios, OfMagnetoopticsCombineReflectivityAndQuantitySeven) {
+  const double c = Medium(2, {{300, 200, 15}}), d = Medium(7, {{90, 100, 5}});
+  const auto of = [&](double number, int q) {
+    const C e = Eps(number, 170), n = std::sqrt(e);
+    return q == kRefl ? std::norm((1.0 - n) / (1.0 + n)) : 170 * e.imag() / 60;
+  };
+  const auto ratio = [&](double mode) -> Model& { return Make(95, {{mode, a, b}, {c, d, 0}, {0, 0, 0}}); };
+  for (const int q : {kRefl, kS1}) {
+    const double A = of(a, q), B = of(b, q), C0 = of(c, q), D = of(d, q);
+    EXPECT_NEAR(At(ratio(1), q, 170), A / B, 1e-12 * A / B);
+    EXPECT_NEAR(At(ratio(2), q, 170), A / B - C0 / D, 1e-12 * (A / B + C0 / D));
+    EXPECT_NEAR(At(ratio(3), q, 170), A - B, 1e-12 * (A + B));
+    EXPECT_NEAR(At(ratio(4), q, 170), A / B / (C0 / D), 1e-12 * A / B / (C0 / D));
+  }
+  for (const int q : {kTrans, kRp, kE1, kS2, kAlpha}) EXPECT_EQ(At(ratio(1), q, 170), 0) << q;
+}
+
+TEST_F(Ratios, OfDevicesTakeTheirOwnPathWhereTheFirstModelHasNone) {
+  const double x = 170, path = 2e-4;
+  program.params.ExpParams[kAngleOfIncidence].value = 40;
+  Model& model = Make(99, {{a, b, path}, {0.7, 1e-3, 1e-6}, {0.1, 1e-4, 1e-7}});
+  const double factor = (0.7 + 0.17 + 0.0289) * std::exp(-4 * std::numbers::pi * x * path);
+  const double offset = 0.1 + 0.017 + 0.00289;
+  for (int q = 0; q < kQuantityCount; ++q) {
+    const double A = At(ModelOf(a), q, x), B = At(ModelOf(b), q, x);
+    const bool ratio = q == kRefl || q == kTrans || q == kE2, difference = q == kRp || q == kRs || q == kE1;
+    EXPECT_NEAR(At(model, q, x), ratio ? A / B * factor : difference ? A - B + offset : 0, 1e-12) << q;
+  }
+}
+
 TEST_F(Derived, MeasuredWeightsMixRealAndImaginaryPart) {
   Load(3, 50, 500, [](double x) { return 0.01 * x; });
   Load(4, 50, 500, [](double) { return 2.0; });

@@ -92,6 +92,15 @@ TEST_F(BilayerTypes, FarAboveTheirHoppingAreTwoLayers) {
   EXPECT_NEAR(At(Sheet(0, 0.01, 0, 0, 10, 0), kS1, Wavenumbers(0.5)), kUniversal, 0.01 * kUniversal);
 }
 
+TEST_F(BilayerTypes, WithoutAHoppingInThePlaneHaveNoHallPartButTheBackground) {
+  Model& model = Make(111, {{4, 8, 0.05}, {0, 0.38, 0.14}, {0.1, 0, 0.05}, {10, 30, 20}, {}, {}, {}});
+  const double x = Wavenumbers(0.2), without = At(model, kE1, x);
+  EXPECT_NEAR(At(model, kDepth, x), 20 / 2.0, 1e-12);
+  EXPECT_NEAR(At(model, kLoss, x), 0, 1e-12);
+  Cell(model, 1, G).value = 0.2;  // it counts relative to that hopping
+  EXPECT_EQ(At(model, kE1, x), without);
+}
+
 TEST_F(BilayerTypes, BelowTheHoppingHaveHalfTheWindingOfTheirChiralBand) {
   // A bilayer far below g1 is a chiral band of winding 2: twice 1816.5 for the pair.
   const double E = 0.02;

@@ -137,6 +137,37 @@ class DiracLevels : public testing::Test {
   }
 };
 
+TEST_F(DiracLevels, LeaveOutWhatIsFullOrEmptyOnBothSides) {
+  const auto count = [](double from, double to, double kT) {
+    LadderTable<double> table;
+    AddTransition(table, 1.0, from, to, kT);
+    return table.square.size();
+  };
+  EXPECT_EQ(count(-0.41, -0.5, 0.01), 0u);
+  EXPECT_EQ(count(0.41, 0.5, 0.01), 0u);
+  EXPECT_EQ(count(-0.39, -0.5, 0.01), 1u);
+  EXPECT_EQ(count(-0.5, 0.5, 0.01), 1u);
+  EXPECT_EQ(count(-0.1, -0.2, 0), 0u);
+  EXPECT_EQ(count(0, 0.2, 0), 1u);
+  // What is left out is nothing: the whole sum over levels, by hand.
+  const double gap = 0.02, mu = 0.15, kT = 0.001, eps2 = kLadderScale * 1e12 * 7;
+  const C z{0.11, 0.01};
+  const auto f = [&](double E) { return 1 / (std::exp((E - mu) / kT) + 1); };
+  C sum;
+  for (int n = 0; n < 30; ++n) {
+    for (const int from : {1, -1}) {
+      for (const int to : {1, -1}) {
+        const double E1 = from * std::sqrt(gap * gap + n * eps2), E2 = to * std::sqrt(gap * gap + (n + 1) * eps2);
+        const double strength = 0.25 * (1 - gap * gap / (E1 * E2)), D = E2 - E1;
+        sum += eps2 * strength * (f(E1) - f(E2)) / D / (D * D - z * z);
+      }
+    }
+  }
+  const C expected = C{0, -1} * z * sum * kLadderConductivity / std::numbers::pi;
+  const Complex<double> xx = Of(7, gap, mu, kT, {z.real(), z.imag()}, 30).xx;
+  EXPECT_LT(std::abs(C{xx.re, xx.im} - expected), 1e-12 * std::abs(expected));
+}
+
 TEST_F(DiracLevels, GiveTheUniversalConductanceWhereTheyAreDense) {
   for (const double E : {0.3, 0.5}) {
     EXPECT_NEAR(Of(0.05, 0, 0, 0.001, {E, 0.01}, 100000).xx.re, kUniversal, 0.01 * kUniversal) << E;
@@ -245,6 +276,14 @@ TEST_F(GrapheneOnSubstrate, InAReversedFieldExchangesTheCircularSenses) {
   EXPECT_NEAR(up[7], -down[7], 1e-15);
   EXPECT_DOUBLE_EQ(up[8], down[8]);
   EXPECT_DOUBLE_EQ(up[9], down[9]);
+}
+
+TEST_F(GrapheneOnSubstrate, WithoutAnEmptyLevelHasItsBackgroundAlone) {
+  At(2, Wo).value = 3;
+  At(2, G).value = 4;  // far above the three levels
+  EXPECT_EQ(sample.Value(kS1, 700), At(3, Wo).value);
+  EXPECT_EQ(sample.Value(kN1, 700), At(3, Wo).value);
+  EXPECT_NE(sample.Value(kE1, 700), 1);  // without a field all energies are there
 }
 
 TEST_F(GrapheneOnSubstrate, AThinFilmRotatesByHalfTheImaginaryPartOfItsHallSheet) {

@@ -218,7 +218,15 @@ TEST_F(Devices, RatiosTakeThePathOfTheFirst) {
   Model& model = Make(99, {{a, b, 77}, {1, 1e-3, 1e-6}, {0.1, 1e-4, 1e-7}});
   const double path = std::exp(-4 * std::numbers::pi * x * 0.0003), factor = 1 + 0.9 + 0.81;
   EXPECT_NEAR(At(model, kTrans, x), At(ModelOf(a), kTrans, x) / At(ModelOf(b), kTrans, x) * factor * path, 1e-12);
-  EXPECT_NEAR(At(model, kE1, x), At(ModelOf(a), kE1, x) - At(ModelOf(b), kE1, x) + 0.1 + 0.09 + 0.081, 1e-12);
+  for (const int q : {kRefl, kE2}) {
+    EXPECT_NEAR(At(model, q, x), At(ModelOf(a), q, x) / At(ModelOf(b), q, x) * factor * path, 1e-12) << q;
+  }
+  for (const int q : {kRp, kRs, kE1}) {
+    EXPECT_NEAR(At(model, q, x), At(ModelOf(a), q, x) - At(ModelOf(b), q, x) + 0.1 + 0.09 + 0.081, 1e-12) << q;
+  }
+  // The leading value of a model counts without its decimals.
+  ModelOf(a).epsInf.value = -98.4;
+  EXPECT_NEAR(At(model, kTrans, x), At(ModelOf(a), kTrans, x) / At(ModelOf(b), kTrans, x) * factor * path, 1e-12);
 }
 
 TEST_F(Devices, MagnetoplasmonsAreTheZerosOfTheirScreening) {

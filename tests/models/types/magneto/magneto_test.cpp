@@ -357,6 +357,14 @@ TEST_F(Magneto, UncoupledModesOfStripesAreOscillators) {
   EXPECT_LT(std::abs(Pair(model, kE1, x) - sigma(220)), 1e-11 * std::abs(sigma(150)));
   EXPECT_EQ(Pair(model, kN1, x), C(0, 0));
   EXPECT_NEAR(At(model, kRefl, x), 0.5 * (sigma(150) + sigma(220)).real(), 1e-11);
+  // A field turns the velocity of one mode into the force on the other: D1 a - i c b = F1, D2 b + i c a = F2.
+  Model& coupled = Make(70, {{150, 300, 20}, {220, 40, 0}});
+  const C D1 = 150.0 * 150 - x * x - kI * 20.0 * x, D2 = 220.0 * 220 - x * x - kI * 20.0 * x, c = x * 40.0;
+  const C determinant = D1 * D2 - c * c, perAnswer = -kI * x / 60.0 * 300.0 * 300.0;
+  const auto near = [](const C& a, const C& b) { return std::abs(a - b) < 1e-11 * std::abs(b); };
+  EXPECT_TRUE(near(Pair(coupled, kS1, x), perAnswer * D2 / determinant));
+  EXPECT_TRUE(near(Pair(coupled, kE1, x), perAnswer * D1 / determinant));
+  EXPECT_TRUE(near(Pair(coupled, kN1, x), perAnswer * kI * c / determinant));
   // Degenerate modes in a field: the circular combinations resonate at +-C/2 apart.
   Model& split = Make(70, {{150, 300, 5}, {150, 40, 0}});
   const double upper = std::sqrt(150.0 * 150 + 400) + 20;

@@ -108,6 +108,25 @@ TEST_F(Tips, AreTheFourierComponentsOfTheirMotion) {
   EXPECT_NEAR(At(model, kS1, x), std::abs(bare), 2e-3 * std::abs(bare));
 }
 
+TEST_F(Tips, WithFewPointsOfTheirCycleAreTheSumOverThese) {
+  const C beta = (Eps(polar, 860) - 1.0) / (Eps(polar, 860) + 1.0);
+  for (const int points : {1, 4, 5}) {
+    Model& model = TipOver(polar, silicon, 2, 1.3, 0.6);
+    Cell(model, 4, G).value = points;
+    const auto signal = [&](C image) {
+      C sum;
+      for (int i = 0; i < points; ++i) {
+        const double phi = 2 * std::numbers::pi * i / points, h = 1.3 * (1 + 0.6 * (1 - std::cos(phi)));
+        sum += std::polar(1.0, 2 * phi) / (1.0 - 0.25 * image / (h * h * h));
+      }
+      return sum;
+    };
+    const C bare = signal(beta) / signal(10.7 / 12.7);
+    EXPECT_NEAR(At(model, kS1, 860), std::abs(bare), 2e-3 * std::abs(bare)) << points;  // the mesh ends at 12/h
+    EXPECT_NEAR(At(model, kS2, 860), std::arg(bare), 2e-3) << points;
+  }
+}
+
 TEST_F(Tips, HighAboveTheSurfaceShowTheRatioOfTheImages) {
   Model& model = TipOver(polar, silicon, 2, 60, 1);
   const C e = Eps(polar, 700), ratio = (e - 1.0) / (e + 1.0) / (10.7 / 12.7);

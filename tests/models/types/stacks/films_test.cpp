@@ -1,5 +1,6 @@
 // Films and plates against Airy sums, limits of thickness, and the light that is left.
 #include "models/model_rows.h"
+#include "models/quantity_formulas.h"
 #include "models/types/type_fixture.h"
 
 namespace kalvex {
@@ -52,9 +53,21 @@ TEST_F(Films, OnAMirrorReturnAllLightWithoutLoss) {
     Model& model = Make(21, {{glass, 0, 0}, {0.0017, coherence, 0.8}});
     EXPECT_NEAR(At(model, kRefl, 230), 0.8, 1e-13);
   }
-  Model& lossy = Make(21, {{polar, 0, 0}, {0.0017, 1, 1}});
-  const C n = Index(polar, 190), r01 = (1.0 - n) / (1.0 + n), E = std::pow(Passage(n, 0.0017, 190), 2);
-  EXPECT_NEAR(At(lossy, kRefl, 190), std::norm((r01 - E) / (1.0 - r01 * E)), 1e-13);
+}
+
+TEST_F(Films, OnAMirrorAbsorbOnEachWayToItAndBack) {
+  const double d = 0.0017, x = 190;
+  const C n = Index(polar, x), r01 = (1.0 - n) / (1.0 + n), E = std::pow(Passage(n, d, x), 2);
+  const double together = std::norm((r01 - E) / (1.0 - r01 * E));
+  double apart = std::norm(r01);
+  for (int k = 0; k < 400; ++k) {  // intensities of the echoes one by one
+    apart += std::norm((1.0 - r01 * r01) * E) * std::pow(std::norm(r01 * E), k);
+  }
+  ASSERT_LT(apart, 0.9);
+  for (const double coherence : {0.0, 0.3, 1.0}) {
+    Model& model = Make(21, {{polar, 0, 0}, {d, coherence, 0.8}});
+    EXPECT_NEAR(At(model, kRefl, x), 0.8 * (apart + (together - apart) * coherence), 1e-13) << coherence;
+  }
 }
 
 TEST_F(Films, InAPressureCellPassBothFacesOnce) {
@@ -130,6 +143,96 @@ TEST_F(OnSubstrate, TheBeamsAverageTendsToTheAngleItself) {
   EXPECT_GT(std::fabs(At(beam, kN1, 205) - At(single, kN1, 205)), 1e-4);
 }
 
+// Only what passes through the substrate knows how thick it is; otherwise a fit of the reflectivity with both
+// thicknesses free would have a direction without slope.
+TEST_F(OnSubstrate, AreFittedWithTheThicknessOfTheSubstrateWhereLightPassesIt) {
+  for (const int code : {33, 71}) {
+    Model& model = Make(code, {{polar, 0.0009, 0}, {silicon, 0.02, 0}});
+    ModelParam &film = Cell(model, 0, Wp), &substrate = Cell(model, 1, Wp);
+    film.adjustable = substrate.adjustable = 1;
+    for (const SlotUse& slot : TypeOf(program.eval, model)->fills) {
+      const auto q = static_cast<std::size_t>(slot.quantity);
+      const bool passes = q == kTrans || q == kS1 || q == kS2 || q == kDepth || q == kLoss;
+      WantOnly(program.eval.quantities, SetOf(slot.quantity));
+      ASSERT_EQ(EvalModelAfter(program.eval, model), 0);
+      EXPECT_NE(film.dQuantity[q], 0) << code << ' ' << q;
+      EXPECT_EQ(substrate.dQuantity[q] != 0, passes) << code << ' ' << q;
+    }
+  }
+}
+
+// The average over the beam with characteristic matrices.
+TEST_F(OnSubstrate, AverageTheAnglesOfABeamOverItsIntensities) {
+  const double x = 205, d = 0.0009, angle = 63, spread = 0.05;
+  program.params.ExpParams[kAngleOfIncidence].value = angle;
+  program.params.ExpParams[kAngleSpread].value = spread;
+  Model& model = Make(71, {{polar, d, 0}, {silicon, 0.02, 0}});
+  double Rp = 0, Rs = 0;
+  C cross;
+  for (const auto& [u, g] : kAveragingNodes) {
+    const double at = angle * (1 + (2 * u - 1) * spread) / kDegrees, c = std::cos(at), s2 = std::pow(std::sin(at), 2);
+    const C kf = std::sqrt(Eps(polar, x) - s2), ks = std::sqrt(Eps(silicon, x) - s2);
+    const C rs = SlowStack({{kf, kf, d}}, c, ks, x).first,
+            rp = SlowStack({{Eps(polar, x) / kf, kf, d}}, 1 / c, Eps(silicon, x) / ks, x).first;
+    Rp += g * std::norm(rp);
+    Rs += g * std::norm(rs);
+    cross += g * rp * std::conj(rs);
+  }
+  EXPECT_NEAR(At(model, kN1, x), std::atan(std::sqrt(Rp / Rs)) * kDegrees, 1e-10);
+  EXPECT_NEAR(At(model, kN2, x), std::arg(cross) * kDegrees, 1e-10);
+}
+
+TEST_F(OnSubstrate, AllOfVacuumGiveNoAngles) {
+  program.params.ExpParams[kAngleOfIncidence].value = 60;
+  program.params.ExpParams[kAngleSpread].value = 0.02;
+  const double vacuum = Medium(1);
+  ModelOf(vacuum).epsInf.adjustable = 1;
+  for (const int code : {33, 71}) {
+    Model& model = Make(code, {{vacuum, 0.001, 0}, {vacuum, 0.002, 0}});
+    for (const int q : {kRps, kN1, kN2}) {
+      EXPECT_EQ(At(model, q, 170), 0) << code << ' ' << q;
+      ASSERT_EQ(EvalModel(program.eval, model, 170, true), 0);
+      EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.dQuantity[static_cast<std::size_t>(q)])) << code << ' ' << q;
+    }
+    EXPECT_NEAR(At(model, kTrans, 170), 1, 1e-14);
+    EXPECT_NEAR(At(model, kS1, 170), 1, 1e-12);
+  }
+}
+
+// The wave that passes is too weak for a number, but the turns of its phase add up layer by layer.
+TEST_F(OnSubstrate, WhenOpaqueHaveAPhaseWithSlopes) {
+  const double metal = Medium(4, {{0, 30000, 100}}), x = 200, d = 0.05;
+  const C n = Index(metal, x);
+  ASSERT_EQ(std::exp(-2 * std::numbers::pi * x * n.imag() * d), 0);
+  for (const auto& [code, q, perTurn, empty] :
+       {std::tuple(33, kDepth, 2 * std::numbers::pi, 0.0), std::tuple(71, kDepth, 2 * std::numbers::pi, 0.0),
+        std::tuple(54, kRp, 360.0, 1.0)}) {
+    Model& model = Make(code, {{metal, d, 0}});
+    const double faces = std::arg(4.0 * n / ((n + 1.0) * (n + 1.0))) / (2 * std::numbers::pi);
+    const double turns = faces + x * (n.real() - empty) * d;
+    EXPECT_NEAR(At(model, q, x) / perTurn, turns, 1e-9) << code;
+    ModelParam& thickness = Cell(model, 0, Wp);
+    thickness.adjustable = 1;
+    WantOnly(program.eval.quantities, SetOf(q));
+    ASSERT_EQ(EvalModel(program.eval, model, x, true), 0);
+    EXPECT_NEAR(thickness.dQuantity[static_cast<std::size_t>(q)] / perTurn, x * (n.real() - empty), 1e-9) << code;
+    EXPECT_EQ(At(model, kTrans, x), 0) << code;
+  }
+}
+
+TEST_F(OnSubstrate, WithoutRowsAreVacuum) {
+  for (const int code : {33, 71, 54}) {
+    Model& model = Make(code, {});
+    for (int q = 0; q < kQuantityCount; ++q) {
+      const bool one = q == kTrans || (q == kS1 && code != 54);
+      EXPECT_EQ(At(model, q, 150), one ? 1 : 0) << code << ' ' << q;
+    }
+    for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1;
+    EXPECT_EQ(EvalModel(program.eval, model, 150, true), 0);
+    EXPECT_EQ(EvalModelAfter(program.eval, model), 0);
+  }
+}
+
 TEST_F(Films, ThePhaseOfAThickLayerGivesItsIndexAndOfAThinOneItsPermittivity) {
   Model& thick = Make(54, {{glass, 3, 0}});
   EXPECT_NEAR(At(thick, kRps, 400), 0.5, 1e-3);
@@ -202,6 +305,18 @@ TEST_F(PlateTest, AveragesOverTheMiddlesOfEqualParts) {
       sum += At(MakePlate(glass, 50 * (1 + 0.02 * v), 0.003 * (1 + 0.3 * u), 1), kRefl, 97) / 6;
   }
   EXPECT_NEAR(At(mean, kRefl, 97), sum, 1e-13);
+}
+
+TEST_F(PlateTest, OfVacuumHasNumbersInAllQuantities) {
+  const double vacuum = Medium(1);
+  ModelOf(vacuum).epsInf.adjustable = 1;
+  Model& model = MakePlate(vacuum, 60, 0.001, 0.5, 2, 2);
+  for (const int q : {kRefl, kE1, kE2, kS1, kS2}) {
+    EXPECT_TRUE(std::isfinite(At(model, q, 150))) << q;
+    WantOnly(program.eval.quantities, SetOf(q));
+    ASSERT_EQ(EvalModel(program.eval, model, 150, true), 0);
+    EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.dQuantity[static_cast<std::size_t>(q)])) << q;
+  }
 }
 
 TEST_F(PlateTest, RefusesAnglesThatAreNotOblique) {

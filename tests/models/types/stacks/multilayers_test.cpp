@@ -1,6 +1,7 @@
 // Stacks against characteristic matrices written in the fixture, averages against explicit sums, and energy balance.
 #include "models/quantity_formulas.h"
 #include "models/types/type_fixture.h"
+#include "support/difference_quotient.h"
 
 namespace kalvex {
 namespace {
@@ -200,6 +201,34 @@ TEST_F(ObliqueStacks, CountALayerWithGainAsAlmostLossFree) {
   Model& model = Make(92, {{0, 40, 0}, {gain, 0.001, 0}});
   Model& plain = Make(92, {{0, 40, 0}, {rounded, 0.001, 0}});
   EXPECT_NEAR(At(model, kRefl, 150), At(plain, kRefl, 150), 1e-5);
+}
+
+// The imaginary part of such a layer does not count, so nothing depends on it.
+TEST_F(ObliqueStacks, HaveTheSlopesOfALayerWithGain) {
+  const double gain = Medium(4, {{200, 300, -10}}), x = 150;
+  for (const double s : {0.0, 1.0}) {
+    Model& model = Make(92, {{0, 40, s}, {polar, 0.0007, 0}, {gain, 0.001, 0}});
+    std::vector<ModelParam*> params{&Cell(model, 0, Wp), &Cell(model, 2, Wp), &ModelOf(gain).epsInf};
+    for (const int column : {Wo, Wp, G}) params.push_back(&Cell(ModelOf(gain), 0, column));
+    for (ModelParam* const param : params) {
+      param->adjustable = 1;
+      for (const int q : {kRefl, kTrans, kE1, kE2, kS1, kS2}) {
+        WantOnly(program.eval.quantities, SetOf(q));
+        ASSERT_EQ(EvalModel(program.eval, model, x, true), 0);
+        const double slope = param->dQuantity[static_cast<std::size_t>(q)], start = param->value;
+        const SlopeEstimate estimate = RiddersSlope(
+            [&](double v) {
+              param->value = v;
+              const double at = At(model, q, x);
+              param->value = start;
+              return at;
+            },
+            start, 0.1 * std::fabs(start));
+        EXPECT_NEAR(slope, estimate.value, 20 * estimate.error + 1e-9 * std::fabs(slope))
+            << NameOf(*param) << ' ' << q << ' ' << s;
+      }
+    }
+  }
 }
 
 TEST_F(Multilayers, ForALongWavelengthAlongTheLayersAreAtNormalIncidence) {

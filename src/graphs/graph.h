@@ -1,0 +1,149 @@
+// Graph: a plot of curves in a window, two axes and a list of curves. A curve is a view of a dataset, of a model, or of
+// both. On the screen each is kept as strokes, vertical runs of pixels, so that an update repaints only what changed.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/limits.h"
+
+namespace kalvex {
+
+// Rows count upwards from the bottom of the plot; first <= last.
+struct Stroke {
+  int column;
+  int first;
+  int last;
+};
+
+struct StrokeBuffer {
+  std::vector<Stroke> strokes;
+  std::size_t capacity = 0;      // how many the curve can need; one more is a fault of this program
+  std::vector<int> firstStroke;  // of each column, -1 for none, and the one behind its last
+  std::vector<int> endStroke;
+};
+
+enum class CurveKind : int { kData = 0, kModel = 1, kChiSq = 2, kMulti = 3, kFreq = 4, kReader = 5 };
+inline constexpr int kCurveKinds = 5;  // that stand in lists
+
+struct Curve {
+  std::uint32_t order = 0;  // in which the user chose the curves
+  CurveKind kind = CurveKind::kData;
+  int quantity = -1;
+  std::uint32_t datasetId = 0;  // of kinds kData and kChiSq
+  std::uint32_t modelId = 0;    // the model's number, of all kinds but kData
+  int nColor = 0;               // row of the colour table, 0 for an automatic colour
+  int colorIndex = 0;           // the row in use, 1 to 16
+  bool ShowLine = false;
+  bool ShowSymbol = false;
+  bool ShowError = false;
+  int nSymbolSize = 0;   // row of the size table
+  int nSymbolShape = 0;  // row of the shape table
+  bool SymbolOpen = false;
+  double Scale = 1.0;
+  double Shift = 0.0;
+
+  StrokeBuffer strokes{};
+  StrokeBuffer oldStrokes{};  // what was painted last, if `changed`
+  bool changed = false;       // the strokes are not those that were painted last
+};
+
+struct Axis {
+  double min = 0.0;
+  double max = 1.0;
+  double tick = 0.2;  // distance of the labelled ticks, in decades on a logarithmic axis
+  double logMin = 0;
+  double logMax = 0;
+  bool log = false;
+  std::string title;
+  bool titleShown = true;
+  int tickCount = 0;
+  int labelGap = 0;  // smallest free distance of two neighbouring labels, pixels
+};
+
+// The frame belongs to the plot. Window pixels, y downwards.
+struct PlotFrame {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+};
+
+// What a screen has to do to show the graph as it is.
+enum class Repaint { kNothing, kChanges, kEverything };
+
+struct Graph {
+  std::uint32_t number = 0;  // 0 marks a free slot
+  std::string name;
+  bool active = false;
+  int XPos = 200;  // of the window, whose whole area is drawn on
+  int YPos = 200;
+  int Width = 400;
+  int Height = 300;
+
+  PlotFrame frame;
+  Axis X{0.0, 1000.0, 200.0, 0, 0, false, "Wavenumber (1/cm)"};
+  Axis Y{0.0, 1.0, 0.2, 0, 0, false, "Reflectivity"};
+  bool ShowFitted = false;  // of a dataset only the rows that the fit uses
+
+  std::vector<Curve> curves;
+  unsigned staleKinds = 0;  // a bit for each kind of curves whose strokes are to be built anew
+  Repaint repaint = Repaint::kEverything;
+
+  int plotWidth = 0;  // pixels
+  int plotHeight = 0;
+  std::vector<double> columnX;                     // value of each column of pixels
+  std::vector<double> rowY;                        // and of each row, from the bottom
+  std::vector<std::uint8_t> columnNew, columnOld;  // colours of one column
+
+  bool readerActive = false;
+  int readerColumn = 0;
+  int readerRow = 0;
+  Curve readerCurve{.kind = CurveKind::kReader, .colorIndex = 1};
+};
+
+struct GraphTable {
+  std::array<Graph, kMaxGraphs> slots;
+  std::uint32_t nextNumber = 1;
+};
+
+struct CurveColor {
+  const char* name;
+  std::uint32_t rgb;  // 0xRRGGBB
+};
+inline constexpr std::array<CurveColor, 17> kCurveColors = {{{"= AUTO =", 0xFFFFFF},
+                                                             {"Black", 0x000000},
+                                                             {"Red", 0xFF0000},
+                                                             {"Green", 0x00FF00},
+                                                             {"Blue", 0x0000FF},
+                                                             {"Cyan", 0x00FFFF},
+                                                             {"Magenta", 0xFF00FF},
+                                                             {"Yellow", 0xFFFF00},
+                                                             {"Gray", 0x7F7F7F},
+                                                             {"Grass", 0x009933},
+                                                             {"Sky", 0x00CCFF},
+                                                             {"Orange", 0xFF9933},
+                                                             {"Chalk", 0xFFFF99},
+                                                             {"Brown", 0x996633},
+                                                             {"Sea", 0x33CC99},
+                                                             {"Gold", 0xCC9933},
+                                                             {"Khaki", 0x999966}}};
+inline constexpr int kAutomaticColors = 16;
+
+inline constexpr std::array<const char*, 8> kSymbolSizeNames = {"1", "3", "5", "7", "9", "11", "13", "15"};
+enum class SymbolShape : int { kSquare, kCircle, kUpTriangle, kDownTriangle, kDiamond };
+inline constexpr std::array<const char*, 5> kSymbolShapeNames = {"Square", "Circle", "Up triangle", "Down triangle",
+                                                                 "Diamond"};
+inline constexpr std::array<const char*, kCurveKinds> kCurveKindNames = {"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"};
+
+// Size in pixels of a curve's symbols, 0 if it shows none or its size or shape is no row of the tables.
+inline int SymbolSizeOf(const Curve& curve) {
+  const auto isRow = [](int row, std::size_t rows) { return row >= 0 && row < static_cast<int>(rows); };
+  const bool shown = curve.ShowSymbol && isRow(curve.nSymbolSize, kSymbolSizeNames.size()) &&
+                     isRow(curve.nSymbolShape, kSymbolShapeNames.size());
+  return shown ? 2 * curve.nSymbolSize + 1 : 0;
+}
+
+}  // namespace kalvex

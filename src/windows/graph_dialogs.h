@@ -1,0 +1,80 @@
+// The two dialogs of a graph without a screen: its properties, and its contents. The graph changes on "OK" and "Apply"
+// only.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "datasets/dataset.h"
+#include "graphs/graph.h"
+#include "models/model.h"
+#include "models/quantity.h"
+
+namespace kalvex {
+
+struct AxisForm {
+  std::string min, max;
+  bool log = false;
+  std::string title;
+  bool titleShown = true;
+};
+
+struct GraphPropertiesForm {
+  std::string caption;
+  AxisForm X, Y;
+  bool ShowFitted = false;
+};
+// The graph as the dialog "Graph properties" shows it.
+GraphPropertiesForm PropertiesOf(const Graph& graph);
+// "OK" and "Apply": stores what the fields hold, without a check, and rebuilds the graph. An unreadable number reads as
+// 0; limits that no axis can have are then replaced.
+void StoreProperties(const GraphPropertiesForm& form, Graph& graph);
+
+// A curve in one of the two lists of the dialog "Graph contents".
+struct ListedCurve {
+  Curve curve;
+  bool selected = false;
+};
+
+struct GraphContents {
+  std::string caption;
+  std::array<bool, kCurveKinds> kinds;  // ticks of the two groups of filters
+  std::array<bool, kQuantityCount> quantities;
+  std::vector<ListedCurve> available;
+  std::vector<ListedCurve> chosen;
+};
+
+// All ticks are set.
+GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const ParamTables& params);
+// Builds the list of available curves anew, after a change of a tick. The ticks "All" are those of a group together.
+void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const ParamTables& params);
+bool AllTicked(const std::array<bool, kCurveKinds>& kinds);
+bool AllTicked(const std::array<bool, kQuantityCount>& quantities);
+
+// "=>": the selected available curves go to the end of the graph's list, and are selected there; one that it has
+// already is only selected.
+void MoveToGraph(GraphContents& contents);
+// "<=": the selected curves leave the graph's list, and are selected in the other.
+void MoveFromGraph(GraphContents& contents);
+
+// The group "Curve properties" for the selected curves of the graph. What differs among them has no value: a text is
+// empty, a tick shows the third state.
+struct CurveLook {
+  std::optional<int> nColor;
+  std::optional<bool> line, error, symbol, open;
+  std::optional<int> size, shape;  // -1 shows as empty
+  std::string scale, shift;
+  bool any = false;      // there is a selected curve
+  bool allData = false;  // all are of the kind "DATA", and everything can be edited; else colour, scale and shift only
+};
+CurveLook LookOf(const GraphContents& contents);
+// Takes over every field that has a value, for each selected curve; those of data for curves of that kind only.
+void SetLook(GraphContents& contents, const CurveLook& look);
+
+// "OK" and "Apply".
+void StoreContents(const GraphContents& contents, Graph& graph);
+
+}  // namespace kalvex

@@ -1,0 +1,96 @@
+// A program with graphs, and a sheet of pixels that notes what is painted on it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "graphs/graph_table.h"
+#include "models/model_table.h"
+#include "pictures/canvas.h"
+#include "program/program.h"
+
+namespace kalvex {
+
+struct Sheet {
+  int width, height;
+  std::vector<std::uint32_t> pixels;
+  std::vector<std::string> texts;
+  double clip[4];
+
+  Sheet(int w, int h) : width(w), height(h), pixels(static_cast<std::size_t>(w * h), 0x123456) { Unclip(); }
+
+  std::uint32_t At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+  void Unclip() {
+    clip[0] = clip[1] = 0;
+    clip[2] = width;
+    clip[3] = height;
+  }
+  Canvas Painted() {
+    Canvas canvas{};
+    canvas.self = this;
+    canvas.text = [](void* self, Point, TextPlace, const Font&, std::uint32_t, std::string_view text) {
+      static_cast<Sheet*>(self)->texts.emplace_back(text);
+    };
+    canvas.rectangle = [](void* self, double left, double top, double right, double bottom, std::uint32_t color) {
+      auto& sheet = *static_cast<Sheet*>(self);
+      for (int y = static_cast<int>(std::max(top, sheet.clip[1])); y < std::min(bottom, sheet.clip[3]); ++y) {
+        for (int x = static_cast<int>(std::max(left, sheet.clip[0])); x < std::min(right, sheet.clip[2]); ++x) {
+          sheet.pixels[static_cast<std::size_t>(y * sheet.width + x)] = color;
+        }
+      }
+    };
+    canvas.clip = [](void* self, double left, double top, double right, double bottom) {
+      auto& sheet = *static_cast<Sheet*>(self);
+      sheet.clip[0] = left;
+      sheet.clip[1] = top;
+      sheet.clip[2] = right;
+      sheet.clip[3] = bottom;
+    };
+    canvas.unclip = [](void* self) { static_cast<Sheet*>(self)->Unclip(); };
+    return canvas;
+  }
+};
+
+class Graphs : public testing::Test {
+ protected:
+  Graph& NewGraph() { return *CreateGraph(program.graphs); }
+  Model& NewModel() { return *CreateModel(program.params); }
+  Dataset& Load(int slot, std::vector<DataRow> rows, int quantity = kRefl) {
+    Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
+    dataset = Dataset();
+    dataset.id = program.datasets.nextId++;
+    dataset.name = "data" + std::to_string(slot);
+    dataset.Quantity = quantity;
+    dataset.points = std::move(rows);
+    dataset.CutMin = dataset.points.front().x;
+    dataset.CutMax = dataset.points.back().x;
+    ComputeActiveRange(dataset);
+    return dataset;
+  }
+  void Tell(GraphEvent event, std::int64_t id) { NotifyGraphs(program.notices, event, id); }
+
+  // The axes as given, so large a window that the plot has that many pixels.
+  static void SetPlot(Graph& graph, double xMin, double xMax, double yMin, double yMax, int width, int height) {
+    graph.X.min = xMin;
+    graph.X.max = xMax;
+    graph.Y.min = yMin;
+    graph.Y.max = yMax;
+    ApplyAxes(graph);
+    // Another size may have other ticks, and wider labels.
+    for (int k = 0; k < 5; ++k) {
+      graph.Width += width - graph.plotWidth;
+      graph.Height += height - graph.plotHeight;
+      RebuildGraph(graph);
+    }
+    ASSERT_EQ(graph.plotWidth, width);
+    ASSERT_EQ(graph.plotHeight, height);
+  }
+
+  Program program;
+};
+
+}  // namespace kalvex
