@@ -11,8 +11,12 @@ void BlockGradients::Clear() {
   single_.clear();
 }
 
-VectorPanel& BlockGradients::PanelWithRoom() {
-  if (panelsInUse_ > 0 && !panels_[panelsInUse_ - 1].IsFull()) return panels_[panelsInUse_ - 1];
+// Rows are written eight at a time.
+VectorPanel& BlockGradients::PanelWithRoom(std::size_t count) {
+  const std::size_t rounded = (count + kPack - 1) / kPack * kPack;
+  if (panelsInUse_ > 0 && panels_[panelsInUse_ - 1].Count() + rounded <= VectorPanel::kMost) {
+    return panels_[panelsInUse_ - 1];
+  }
   if (panelsInUse_ == panels_.size()) panels_.emplace_back(size_);
   panels_[panelsInUse_].Clear();
   return panels_[panelsInUse_++];
@@ -26,7 +30,7 @@ void BlockGradients::EndPoint(double residual) {
     single_.push_back({idx_.size(), residual});
     return;
   }
-  VectorPanel& panel = PanelWithRoom();
+  VectorPanel& panel = PanelWithRoom(1);
   panel.Begin(residual);
   for (std::size_t a = from; a < idx_.size(); ++a) panel[idx_[a]] += grad_[a];
   idx_.resize(from);

@@ -133,6 +133,22 @@ void NumberMasters(FitState& fit) {
   fit.params.resize(static_cast<std::size_t>(fit.NumFitParams));
 }
 
+// firstGroup: that of the block's spectrum.
+void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block) {
+  double total = fit.TotalChiSq;
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const FitGroup& group = fit.groups[firstGroup + block.first + i];
+    for (int p = group.first; p < group.end; ++p) {
+      const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
+      ChiSqTerm& term = fit.list.terms[static_cast<std::size_t>(point.term)];
+      const double d = (point.y - block.Value(point.quantity, i)) / point.sigma;
+      term.termChiSq += d * d;
+      total += term.weight * d * d;
+    }
+  }
+  fit.TotalChiSq = total;
+}
+
 int HeldInside(int position, const ChiSqTermList& list) {
   return std::clamp(position, 0, static_cast<int>(list.terms.size()));
 }
@@ -197,18 +213,8 @@ void ComputeChiSq(FitState& fit, EvalContext& eval) {
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;
-    EvalSpectrum(eval, *model, RequestOf(fit, first, end), [&](const SpectrumBlock& block) {
-      for (std::size_t i = 0; i < block.count; ++i) {
-        const FitGroup& group = fit.groups[first + block.first + i];
-        for (int p = group.first; p < group.end; ++p) {
-          const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
-          ChiSqTerm& term = fit.list.terms[static_cast<std::size_t>(point.term)];
-          const double d = (point.y - block.Value(point.quantity, i)) / point.sigma;
-          term.termChiSq += d * d;
-          fit.TotalChiSq += term.weight * d * d;
-        }
-      }
-    });
+    EvalSpectrum(eval, *model, RequestOf(fit, first, end),
+                 [&](const SpectrumBlock& block) { AddChiSq(fit, first, block); });
   });
 }
 

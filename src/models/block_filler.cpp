@@ -1,19 +1,23 @@
 #include "models/block_filler.h"
 
+#include <memory>
+
 #include "models/eval_model.h"
+#include "models/plain_spectrum.h"
 
 namespace kalvex {
 
 BlockFiller::BlockFiller(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
-    : ctx_(ctx), model_(model), request_(request), mesh_(ctx, model, request, kernels) {
-  if (!request.derivatives || mesh_.Applies()) return;
+    : ctx_(ctx), model_(model), request_(request) {
+  if (const ModelType* const type = TypeOf(ctx, model)) {
+    if (type->fillerOf) atOnce_ = type->fillerOf(ctx, model, request);
+  } else if (PlainSpectrum::AppliesTo(ctx, model)) {
+    const auto spectrum = std::make_shared<PlainSpectrum>(ctx, model, request, kernels);
+    readsTables_ = spectrum->GoesThroughTables();
+    atOnce_ = [spectrum](SpectrumBlock& block) { return spectrum->FillBlock(block); };
+  }
+  if (!request.derivatives) return;
   for (const ParamPlace& place : request.slopesOf) params_.push_back(&ParamAt(*ctx.params, place));
-}
-
-int BlockFiller::Fill(SpectrumBlock& block) {
-  if (!mesh_.Applies()) return FillOneByOne(block);
-  mesh_.FillBlock(block);
-  return 0;
 }
 
 int BlockFiller::FillOneByOne(SpectrumBlock& block) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "models/eval_context.h"
+#include "models/quantity_formulas.h"
 
 namespace kalvex {
 
@@ -19,7 +20,6 @@ int StdEvalBulk(EvalContext& ctx, Model& model, double x, bool derivatives);
 int StdEvalAfter(EvalContext& ctx, Model& model);
 
 // What QuantityOfEps reads of a context, at frequency x.
-struct QuantityInput;
 QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives);
 
 // Weight of the delta function at zero frequency, -eps1 w^2 at w = 1e-5 cm-1, as a plain model. Leaves E1 wanted.

@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "models/block_filler.h"
+#include "models/eps_sum.h"
+#include "models/eval_model.h"
+#include "models/plain_spectrum.h"
 
 namespace kalvex {
 namespace {
@@ -22,45 +25,74 @@ class SpectrumNumber {
   std::uint64_t before_;
 };
 
-// The blocks, in order, in which a Quantity is wanted for the last time, and the last one. After them the caller's
-// tables hold what they would hold after the whole spectrum.
-std::vector<std::size_t> LastBlocks(const SpectrumRequest& request) {
-  std::vector<std::size_t> blocks;
+// The frequencies, in order, at which a Quantity is wanted for the last time, and the last one.
+std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
+  std::vector<std::size_t> last;
   QuantitySet seen = 0;
   for (std::size_t i = request.x.size(); i-- > 0;) {
-    const std::size_t first = i / kSpectrumBlock * kSpectrumBlock;
-    const bool isNew = (request.wanted[i] & ~seen) != 0 || i + 1 == request.x.size();
+    if ((request.wanted[i] & ~seen) != 0 || i + 1 == request.x.size()) last.push_back(i);
     seen |= request.wanted[i];
-    if (isNew && (blocks.empty() || blocks.back() != first)) blocks.push_back(first);
   }
-  std::reverse(blocks.begin(), blocks.end());
-  return blocks;
+  std::reverse(last.begin(), last.end());
+  return last;
 }
 
-void FillAt(BlockFiller& filler, const SpectrumRequest& request, std::size_t first, SpectrumBlock& block, int& status) {
+int FillOneByOne(BlockFiller& filler, const SpectrumRequest& request, std::size_t first, SpectrumBlock& block) {
   block.first = first;
   block.count = std::min(kSpectrumBlock, request.x.size() - first);
-  if (const int failed = filler.Fill(block)) status = failed;
+  return filler.FillOneByOne(block);
+}
+
+// Brings the caller's tables to what they would hold if every frequency had been evaluated there. A special model that
+// gives up without a word takes its results from the frequency before, so that of such a one whole blocks count.
+int LeaveBehind(EvalContext& ctx, Model& model, const SpectrumRequest& request, BlockFiller& filler) {
+  int status = 0;
+  SpectrumBlock block(request);
+  std::size_t next = 0;
+  for (const std::size_t i : LastFrequencies(request)) {
+    if (filler.FillsAtOnce()) {
+      WantOnly(ctx.quantities, request.wanted[i]);
+      EvalModel(ctx, model, request.x[i], request.derivatives);
+    } else if (i >= next) {
+      const std::size_t first = i / kSpectrumBlock * kSpectrumBlock;
+      if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
+      next = first + kSpectrumBlock;
+    }
+  }
+  return status;
+}
+
+// Fills blocks until one cannot be filled at once, and hands over those after the first `done` frequencies; gives the
+// number of frequencies that have now been handed over.
+std::size_t FillAlone(BlockFiller& filler, const SpectrumRequest& request, const BatchSink& sink, std::size_t done) {
+  SpectrumBlock block(request);
+  for (block.first = 0; block.first < request.x.size(); block.first += kSpectrumBlock) {
+    block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
+    if (!filler.FillAtOnce(block)) break;
+    if (block.first < done) continue;
+    sink.work(block, 0);
+    sink.take({&block, 1});
+    done = block.first + block.count;
+  }
+  return done;
 }
 
 }  // namespace
 
 int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink) {
   const SpectrumNumber number(ctx);
-  if (model.vdf.KK && MeshSpectrum::AppliesTo(ctx, model)) {
+  if (HasVdf(model) && model.vdf.KK && PlainSpectrum::AppliesTo(ctx, model)) {
     ctx.vdfKernels.Prepare(model.number, model.vdf, request.x);
   }
-  const std::size_t done = PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0;
   BlockFiller filler(ctx, model, request, ctx.vdfKernels);
+  std::size_t done = PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0;
+  if (filler.FillsAtOnce() && done < request.x.size()) done = FillAlone(filler, request, sink, done);
+  if (done > 0 && done == request.x.size()) return LeaveBehind(ctx, model, request, filler);
+  // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
   SpectrumBlock block(request);
   int status = 0;
-  if (done > 0 && done == request.x.size()) {
-    for (const std::size_t first : LastBlocks(request)) FillAt(filler, request, first, block, status);
-    return status;
-  }
-  // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
   for (std::size_t first = 0; first < request.x.size(); first += kSpectrumBlock) {
-    FillAt(filler, request, first, block, status);
+    if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
     if (first < done) continue;
     sink.work(block, 0);
     sink.take({&block, 1});

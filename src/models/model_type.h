@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <span>
 
@@ -10,6 +11,12 @@
 namespace kalvex {
 
 struct EvalContext;
+struct SpectrumRequest;
+class SpectrumBlock;
+
+// Fills one block of a spectrum at once, with what EvalModel would give, but without leaving anything in the tables;
+// false where the result would depend on what another frequency has left there.
+using FillBlock = std::function<bool(SpectrumBlock& block)>;
 
 // How many rows a type takes, and the status that another number gives: -1, or of its own with too few.
 struct RowRule {
@@ -136,6 +143,9 @@ struct ModelType {
   TypePage page{};
   // It makes a whole spectrum at once, or writes files: its frequencies are not to be shared between threads.
   bool whole = false;
+  // How blocks of a spectrum of the model are filled at once, an empty function where they cannot; null where they
+  // never can. While the function lives, neither the request nor any value may change.
+  FillBlock (*fillerOf)(EvalContext& ctx, Model& model, const SpectrumRequest& request) = nullptr;
 };
 
 // The type of a model, null for a plain one. Unlike a row's code, a type code is only truncated: -2.7 is type 2.

@@ -10,12 +10,15 @@
 
 namespace kalvex {
 
-struct QuantityInput {
-  double w = 0;  // frequency, cm-1
+// What a Quantity is computed from besides eps; T is double, or a pack of frequencies.
+template <class T>
+struct QuantityInputOf {
+  T w{};  // frequency, cm-1
   bool derivatives = false;
   bool dcFlag = false;  // S1 is to be given as its reciprocal, the resistivity
   const std::array<ModelParam, kExpParamCount>* exp = nullptr;
 };
+using QuantityInput = QuantityInputOf<double>;
 
 // Fills value, dRe, dIm, and dExp of the adjustable experimental parameters. An |eps| above 1e30 or below 1e-30 gives
 // the Quantity's limiting value with dRe = dIm = 0, and leaves dExp alone.

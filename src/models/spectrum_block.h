@@ -17,7 +17,8 @@ struct SpectrumRequest {
   std::span<const double> x;            // cm-1
   std::span<const QuantitySet> wanted;  // one for each frequency
   bool derivatives = false;
-  std::span<const ParamPlace> slopesOf;  // with derivatives: the parameters whose slopes the caller will read
+  std::span<const ParamPlace>
+      slopesOf;  // with derivatives: the parameters whose slopes the caller will read, each once
 };
 
 // The Quantities that are wanted at any frequency.
@@ -55,6 +56,9 @@ class SpectrumBlock {
 
   // For those who fill it: the values, or the slopes by one parameter, at all frequencies of the block.
   double* Values(int quantity) { return values_.data() + Index(quantity, 0); }
+  const double* Slopes(std::size_t k, int quantity) const {
+    return slopes_.data() + k * values_.size() + Index(quantity, 0);
+  }
   double* Slopes(std::size_t k, int quantity) { return slopes_.data() + k * values_.size() + Index(quantity, 0); }
 
  private:

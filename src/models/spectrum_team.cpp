@@ -6,8 +6,10 @@
 #include <optional>
 
 #include "models/block_filler.h"
+#include "models/eps_sum.h"
 #include "models/eval_model.h"
 #include "models/model_table.h"
+#include "models/plain_spectrum.h"
 #include "terms/term_tables.h"
 
 namespace kalvex {
@@ -37,8 +39,9 @@ std::size_t PointsOf(const Model& model) {
 double CostOf(const EvalContext& ctx, const Model& model) {
   constexpr double kCostOfType = 20;
   auto cost = static_cast<double>(1 + RowCount(model));
-  if (MeshSpectrum::AppliesTo(ctx, model)) return cost + static_cast<double>(model.vdf.mesh.size()) / 16;
-  if (!TypeOf(ctx, model)) return cost + static_cast<double>(PointsOf(model));
+  if (PlainSpectrum::AppliesTo(ctx, model)) {
+    return cost + (HasVdf(model) ? static_cast<double>(model.vdf.mesh.size()) / 16 : 0);
+  }
   for (const Model& partner : ctx.params->models) {
     if (partner.number != 0) cost += static_cast<double>(PointsOf(partner));
   }
@@ -98,13 +101,11 @@ void Forget(SpectrumWorker& worker, bool derivatives) {
     quantity.dExp.fill(kForgotten);
   }
   if (!derivatives) return;
-  if (!MeshSpectrum::AppliesTo(worker.ctx, *worker.model)) {
+  if (!worker.filler->FillsAtOnce()) {
     ForEachFreeParam(worker.params, [](ModelParam& param) { Forget(param); });
-    return;
+  } else if (worker.filler->ReadsTables()) {
+    for (ModelParam& param : worker.model->rows) Forget(param);
   }
-  // Spectra of a mesh take nothing from the parameters of its points.
-  Forget(worker.model->epsInf);
-  for (ModelParam& param : worker.model->rows) Forget(param);
 }
 
 // ---- batches
@@ -173,7 +174,9 @@ std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumReque
       block.first = next + task * kSpectrumBlock;
       block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
       Forget(worker, request.derivatives);
-      trusted[task] = worker.filler->Fill(block) == 0 && IsWhole(block, request);
+      BlockFiller& filler = *worker.filler;
+      const bool filled = filler.FillsAtOnce() ? filler.FillAtOnce(block) : filler.FillOneByOne(block) == 0;
+      trusted[task] = filled && (!filler.ReadsTables() || IsWhole(block, request));
       if (trusted[task]) sink.work(block, task);
     });
     const auto good = static_cast<std::size_t>(

@@ -9,6 +9,8 @@
 // nodes of the last layer that differ are the branches of a tree, those of the layer before it their branches, and so
 // on to the first layer. On the way down each branch carries the field that reaches it from behind, on the way up the
 // derivatives of the result by that field, summed over all branches above it.
+//
+// Num is double, or Pack for many frequencies at a time.
 #pragma once
 
 #include <array>
@@ -27,27 +29,22 @@ struct ThicknessNode {
   double bySpread = 0;
 };
 
-// One of the media. The first and the last of a stack are the half-spaces, whose wave vector and nodes do not count.
-struct StackMedium {
-  Cplx y;
-  Cplx k;
-  std::vector<ThicknessNode> nodes;
-};
-
 // The averaged results, in the order of the arrays of slopes.
 enum StackResult : int { kStackR, kStackT, kStackReR, kStackImR, kStackReT, kStackImT, kStackResults };
 
-using StackSlopes = std::array<double, kStackResults>;
+template <class Num>
+using StackSlopes = std::array<Num, kStackResults>;
 
 // Derivatives by one complex quantity z: of the amplitudes dr/dz and dt/dz, and sums of conj(a) da/dz, from which those
 // of the intensities follow.
+template <class Num>
 struct StackGradient {
-  Cplx r, t, R, T;
+  Complex<Num> r, t, R, T;
 
   // The derivatives of the six results when z changes by dz.
-  StackSlopes Along(const Cplx& dz) const {
-    const Cplx dr = r * dz, dt = t * dz;
-    return {2 * (R * dz).re, 2 * (T * dz).re, dr.re, dr.im, dt.re, dt.im};
+  StackSlopes<Num> Along(const Complex<Num>& dz) const {
+    const Complex<Num> dr = r * dz, dt = t * dz;
+    return {Num(2) * (R * dz).re, Num(2) * (T * dz).re, dr.re, dr.im, dt.re, dt.im};
   }
   StackGradient& operator+=(const StackGradient& g) {
     r += g.r;
@@ -58,34 +55,92 @@ struct StackGradient {
   }
 };
 
-// Media, results and scratch of one stack, kept from frequency to frequency.
-struct Stack {
-  std::vector<StackMedium> media;  // layers + 2
-  double emptyPath = 0;            // wave vector in vacuum: t is relative to exp(i emptyPath D), D the whole thickness
+// Media, results and scratch of one stack, kept from frequency to frequency. The first and the last of the media are
+// the half-spaces, whose wave vector and nodes do not count.
+template <class Num>
+struct StackOf {
+  std::vector<Complex<Num>> y, k;
+  std::vector<std::vector<ThicknessNode>> nodes;
+  Num emptyPath{};  // wave vector in vacuum: t is relative to exp(i emptyPath D), D the whole thickness
 
-  StackSlopes value{};
+  StackSlopes<Num> value{};
   // With derivatives, for each medium: by y, by k, by the mean thickness, by the spread; and by emptyPath.
-  std::vector<StackGradient> byY, byK;
-  std::vector<StackSlopes> byThickness, bySpread;
-  StackGradient byEmptyPath;
+  std::vector<StackGradient<Num>> byY, byK;
+  std::vector<StackSlopes<Num>> byThickness, bySpread;
+  StackGradient<Num> byEmptyPath;
 
   // Scratch: amplitudes of the interface before each medium, and of the nodes.
   struct Passage {
-    Cplx round;  // exp(2ikd)
-    Cplx once;   // exp(ikd) relative to the empty path
-    Cplx rate;   // d(kd) counts with this: 1, or 0 where the guard holds
+    Complex<Num> round;  // exp(2ikd)
+    Complex<Num> once;   // exp(ikd) relative to the empty path
+    Num rate;            // d(kd) counts with this: 1, or 0 where the guard holds
+    // Sums over all branches through this node: derivatives by the phase kd of the wave that comes back, t, and |t|^2.
+    StackGradient<Num> byPhase;
+    Complex<Num> sumT;
+    Num sumTT;
   };
-  std::vector<Cplx> rho;
+  std::vector<Complex<Num>> rho;
   std::vector<std::vector<Passage>> passages;
-  std::vector<StackGradient> byRho;
-  Cplx through;  // product of all 1 + rho
+  std::vector<StackGradient<Num>> byRho;
+  Complex<Num> through;  // product of all 1 + rho
 };
+using Stack = StackOf<double>;
+
+// Room for so many media, without nodes; then, when the nodes stand, for their passages.
+template <class Num>
+void MakeRoomForMedia(StackOf<Num>& stack, std::size_t media) {
+  for (auto* const numbers : {&stack.y, &stack.k, &stack.rho}) numbers->assign(media, {});
+  for (auto* const gradients : {&stack.byY, &stack.byK, &stack.byRho}) gradients->assign(media, {});
+  for (auto* const slopes : {&stack.byThickness, &stack.bySpread}) slopes->assign(media, {});
+  stack.nodes.resize(media);
+  stack.passages.resize(media);
+}
+template <class Num>
+void MakeRoomForPassages(StackOf<Num>& stack) {
+  for (std::size_t j = 0; j < stack.nodes.size(); ++j) stack.passages[j].resize(stack.nodes[j].size());
+}
 
 // The single node of a layer without spread, and the ten of the averages over thickness.
 void SetSingleNode(std::vector<ThicknessNode>& nodes, double thickness);
 void SetAveragingNodes(std::vector<ThicknessNode>& nodes, double thickness, double spread);
 
-// Fills the results of the stack.
+// Fills the results of the stack. There is room.
 void AverageStack(Stack& stack, bool derivatives);
+
+// ---- media
+
+// How the waves run: what the media's admittances and wave vectors follow from besides the dielectric function.
+enum class StackGeometry { kNormal, kOblique, kFinite };
+struct StackHead {
+  StackGeometry geometry = StackGeometry::kNormal;
+  // oblique
+  double sine = 0;    // of the angle of incidence,
+  double bySine = 0;  // and its derivative by the angle in degrees
+  bool sPolarised = false;
+  // a given wavelength along the layers
+  double scale = 1;
+  double wavelength = 0;  // cm
+};
+
+// Wave vector of the empty path at frequency x (cm-1), and its derivative by the scale of the frequency.
+template <class Num>
+struct EmptyPath {
+  Num k{};
+  Num byScale{};
+};
+template <class Num>
+EmptyPath<Num> EmptyPathOf(const StackHead& head, const Num& x);
+
+// One medium, and the derivatives by its dielectric function and by the numbers of the head that can be fitted: the
+// angle; or the scale, and the wavelength along the layers.
+template <class Num>
+struct StackMedium {
+  Complex<Num> y, k;
+  Complex<Num> yByEps, kByEps;
+  Complex<Num> yByHead[2], kByHead[2];
+  Num byIm = 1;  // 0 where the imaginary part of the dielectric function does not count
+};
+template <class Num>
+StackMedium<Num> StackMediumOf(const StackHead& head, const Num& x, const Complex<Num>& eps);
 
 }  // namespace kalvex

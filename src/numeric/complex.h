@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "numeric/real.h"
+
 namespace kalvex {
 
 template <class T>
@@ -57,19 +59,25 @@ Complex<T> TimesI(const Complex<T>& z) {
 inline double Abs(const Cplx& z) { return std::hypot(z.re, z.im); }
 inline double Arg(const Cplx& z) { return std::atan2(z.im, z.re); }
 
+// |z|, also where its square leaves the range of a double.
+template <class T>
+T SafeModulus(const Complex<T>& z) {
+  const T norm = Norm(z);
+  if (LanesOf((norm > T(1e-290)) & (norm < T(1e290))) == Lanes::kAll) return Sqrt(norm);
+  return Hypot(z.re, z.im);
+}
+
 // The principal root, its argument in (-pi/2, pi/2]: a negative real number has the root +i sqrt(|z|), also when its
 // imaginary part is a negative zero.
-inline Cplx Sqrt(const Cplx& z) {
-  if (z.im == 0) return z.re >= 0 ? Cplx{std::sqrt(z.re), 0} : Cplx{0, std::sqrt(-z.re)};
-  const double norm = Norm(z);  // far from 1 it leaves the range of a double long before the root does
-  const double modulus = norm > 1e-290 && norm < 1e290 ? std::sqrt(norm) : Abs(z);
-  if (z.re >= 0) {
-    const double re = std::sqrt(0.5 * (modulus + z.re));
-    return {re, 0.5 * z.im / re};
-  }
-  const double im = std::sqrt(0.5 * (modulus - z.re));
-  return {0.5 * std::fabs(z.im) / im, std::copysign(im, z.im)};
+template <class T>
+Complex<T> PrincipalRoot(const Complex<T>& z) {
+  const T larger = Sqrt(T(0.5) * (SafeModulus(z) + Fabs(z.re)));
+  const T smaller = Select(larger == T(0), T(0), T(0.5) * Fabs(z.im) / larger);
+  const auto right = z.re >= T(0);
+  const T re = Select(right, larger, smaller), im = Select(right, smaller, larger);
+  return {re, Select(z.im < T(0), -im, im)};
 }
+inline Cplx Sqrt(const Cplx& z) { return PrincipalRoot(z); }
 
 inline Cplx Exp(const Cplx& z) {
   const double e = std::exp(z.re);

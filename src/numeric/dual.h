@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "numeric/complex.h"
+#include "numeric/real.h"
 
 namespace kalvex {
 
@@ -59,17 +60,7 @@ Cplx ValueOf(const Complex<Dual<N>>& z) {
   return {z.re.a, z.im.a};
 }
 
-// Real functions, for double and dual alike.
-// The root of the magnitude: a formula may carry an argument a little below 0.
-inline double Sqrt(double x) { return std::sqrt(std::fabs(x)); }
-inline double Exp(double x) { return std::exp(x); }
-inline double Expm1(double x) { return std::expm1(x); }
-inline double Log(double x) { return std::log(x); }
-inline double Sin(double x) { return std::sin(x); }
-inline double Cos(double x) { return std::cos(x); }
-inline double Tanh(double x) { return std::tanh(x); }
-inline double Atan(double x) { return std::atan(x); }
-
+// Real functions, as real.h has them for double.
 // The slope of a root at 0 is endless; none is given there, so that what does not change it stays without a slope.
 template <int N>
 Dual<N> Sqrt(const Dual<N>& x) {

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "numeric/band_solver.h"
+#include "numeric/square_matrix.h"
 #include "numeric/thread_pool.h"
 
 namespace kalvex {
@@ -29,8 +29,21 @@ class VectorPanel {
     return data_[i / kStrip * (kMost * kStrip) + (count_ - 1) * kStrip + i % kStrip];
   }
   void Clear() { count_ = 0; }
-  double Weight(std::size_t vector) const { return weight_[vector]; }
+  std::span<const double> Weights() const { return std::span(weight_).first(count_); }
+
+  // Begins several vectors whose entries are then to be written, all of them: RowsFrom(i, v), i a multiple of kStrip,
+  // is where entries i to i + kStrip - 1 of vector v stand, and kStrip behind them those of the next.
+  void BeginMany(std::span<const double> weights) {
+    for (const double weight : weights) weight_[count_++] = weight;
+  }
+  double* RowsFrom(std::size_t i, std::size_t vector) {
+    return data_.data() + i / kStrip * (kMost * kStrip) + vector * kStrip;
+  }
+  // Forgets the vectors after the first `count`.
+  void Shorten(std::size_t count) { count_ = count; }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
+  // Entry i of the first vector; that of the next stands kStrip behind it.
+  const double* Rows(std::size_t i) const { return Strip(i) + i % kStrip; }
 
  private:
   std::size_t count_ = 0;

@@ -159,7 +159,7 @@ int CalcBands(const TermCall& call, Cplx& result) {
   if (front != 2) return 0;
 
   const TermInput &weight = call.inputs[0], &width = call.inputs[1];
-  const Cplx D = OscillatorDenominator(call.w, 0, width.value);
+  const Cplx D = OscillatorDenominator(call.w, 0.0, width.value);
   if (Norm(D) < kTinyNorm) {
     GiveMarker(call, result);
     return 0;

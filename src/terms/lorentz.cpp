@@ -44,22 +44,12 @@ void GiveMarker(const TermCall& call, Cplx& result) {
 }
 
 int CalcLorentz(const TermCall& call, Cplx& result) {
-  const TermInput& inWo = call.inputs[0];
-  const TermInput& inWp = call.inputs[1];
-  const TermInput& inG = call.inputs[2];
-  const Cplx D = OscillatorDenominator(call.w, inWo.value, inG.value);
-  if (Norm(D) < kTinyNorm) {
-    GiveMarker(call, result);
-    return 0;
-  }
-  const Cplx inverse = Cplx{1, 0} / D;
-  result = (inWp.value * inWp.value) * inverse;
-  if (call.derivatives) {
-    const Cplx slope = result * inverse;  // eps/D
-    PutSlope(inWo, (-2 * inWo.value) * slope);
-    PutSlope(inWp, (2 * inWp.value) * inverse);
-    PutSlope(inG, call.w * TimesI(slope));
-  }
+  const double Wo = call.inputs[0].value, Wp = call.inputs[1].value;
+  const Oscillator<double> at = OscillatorAt(call.w, Wo, Wp, call.inputs[2].value);
+  result = at.eps;
+  if (!call.derivatives) return 0;
+  const std::array<Cplx, 3> slopes = OscillatorSlopes(call.w, Wo, Wp, at.inverse);
+  for (std::size_t i = 0; i < slopes.size(); ++i) PutSlope(call.inputs[i], slopes[i]);
   return 0;
 }
 

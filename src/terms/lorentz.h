@@ -1,14 +1,50 @@
 // The plain Lorentzian: what a row without a code means. All frequencies, widths and plasma frequencies in cm-1.
 #pragma once
 
+#include <array>
 #include <numbers>
 
+#include "core/limits.h"
+#include "numeric/complex.h"
 #include "terms/term_table.h"
 
 namespace kalvex {
 
 // D(W, G) = W^2 - w^2 - i w G; a positive width gives a positive imaginary part of the dielectric function.
-inline Cplx OscillatorDenominator(double w, double W, double G) { return {W * W - w * w, -w * G}; }
+template <class T>
+Complex<T> OscillatorDenominator(const T& w, const T& W, const T& G) {
+  return {W * W - w * w, -(w * G)};
+}
+
+// eps = Wp^2/D and 1/D, for a frequency or a pack of them. Where |D|^2 is below 1e-30 the marker (1e30, 1e30), and 0,
+// from which all derivatives come out as 0; without the guard that must not happen.
+template <class T>
+struct Oscillator {
+  Complex<T> eps;
+  Complex<T> inverse;
+};
+template <bool kGuarded = true, class T>
+Oscillator<T> OscillatorAt(const T& w, const T& Wo, const T& Wp, const T& G) {
+  const Complex<T> D = OscillatorDenominator(w, Wo, G);
+  const T norm = Norm(D), perNorm = T(1) / norm, share = (Wp * Wp) / norm;
+  const Complex<T> inverse{D.re * perNorm, -(D.im * perNorm)}, eps{D.re * share, -(D.im * share)};
+  if constexpr (!kGuarded) {
+    return {eps, inverse};
+  } else {
+    const auto fails = norm < T(kTinyNorm);
+    return {{Select(fails, T(kNoValue), eps.re), Select(fails, T(kNoValue), eps.im)},
+            {Select(fails, T(0), inverse.re), Select(fails, T(0), inverse.im)}};
+  }
+}
+// |w G| that keeps |D|^2 above the guard whatever Wo.
+inline constexpr double kSafeDamping = 1.001e-15;
+
+// d eps/d(Wo, Wp, G) = (-2 Wo eps/D, 2 Wp/D, i w eps/D)
+template <class T>
+std::array<Complex<T>, 3> OscillatorSlopes(const T& w, const T& Wo, const T& Wp, const Complex<T>& inverse) {
+  const Complex<T> slope = (Wp * Wp) * (inverse * inverse);
+  return {(T(-2) * Wo) * slope, (T(2) * Wp) * inverse, w * TimesI(slope)};
+}
 
 // eps = Wp^2/D(Wo, G); inputs Wo, Wp, G. The marker (1e30, 1e30) with derivatives 0 where |D|^2 is below 1e-30.
 int CalcLorentz(const TermCall& call, Cplx& result);

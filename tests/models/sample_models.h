@@ -24,6 +24,22 @@ inline Model& NewModel(Program& program, std::initializer_list<std::array<double
   return model;
 }
 
+// The places of all adjustable parameters of the models.
+inline std::vector<ParamPlace> AllFreePlaces(const Program& program) {
+  std::vector<ParamPlace> places;
+  for (int m = 0; m < kMaxModels; ++m) {
+    const Model& model = program.params.models[static_cast<std::size_t>(m)];
+    if (model.number == 0) continue;
+    if (model.epsInf.adjustable) places.push_back({ParamKind::kEpsInf, m, 0, 0, 0, 0, 0});
+    for (int row = 0; row < RowCount(model); ++row) {
+      for (int column = 0; column < kColumns; ++column) {
+        if (Cell(model, row, column).adjustable) places.push_back({ParamKind::kRow, m, row, column, 0, 0, 0});
+      }
+    }
+  }
+  return places;
+}
+
 inline double QuantityAt(Program& program, Model& model, int quantity, double x, bool derivatives = false) {
   WantOnly(program.eval.quantities, SetOf(quantity));
   EvalModel(program.eval, model, x, derivatives);

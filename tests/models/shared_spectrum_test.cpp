@@ -29,21 +29,6 @@ struct Outcome {
   bool shared = false;
 };
 
-std::vector<ParamPlace> AllFreePlaces(const Program& program) {
-  std::vector<ParamPlace> places;
-  for (int m = 0; m < kMaxModels; ++m) {
-    const Model& model = program.params.models[static_cast<std::size_t>(m)];
-    if (model.number == 0) continue;
-    if (model.epsInf.adjustable) places.push_back({ParamKind::kEpsInf, m, 0, 0, 0, 0, 0});
-    for (int row = 0; row < RowCount(model); ++row) {
-      for (int column = 0; column < kColumns; ++column) {
-        if (Cell(model, row, column).adjustable) places.push_back({ParamKind::kRow, m, row, column, 0, 0, 0});
-      }
-    }
-  }
-  return places;
-}
-
 Spectrum EvenSpectrum(QuantitySet wanted) {
   Spectrum spectrum;
   for (std::size_t i = 0; i < kPoints; ++i) spectrum.x.push_back(10 + 0.7 * static_cast<double>(i));

@@ -5,15 +5,14 @@
 
 #include "models/chains.h"
 #include "models/eps_sum.h"
-#include "models/stack_optics.h"
+#include "models/stack_formulas.h"
 #include "models/types/frame.h"
+#include "models/types/stacks/stack_spectrum.h"
 #include "models/types/types.h"
 
 namespace kalvex {
 namespace {
 
-// Quantities of the six results.
-constexpr int kSlots[kStackResults] = {kRefl, kTrans, kE1, kE2, kS1, kS2};
 constexpr std::array<SlotUse, kStackResults> kFills = {{{kRefl, "reflectivity |r|^2"},
                                                         {kTrans, "transmission |t|^2"},
                                                         {kE1, "Re r"},
@@ -27,11 +26,9 @@ constexpr RowCell kPlainLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thicknes
 // One evaluation of a stack, kept for its model.
 struct StackRun {
   std::vector<Model*> models;  // of the layers
-  std::vector<Cplx> eps;
-  std::vector<Cplx> yByEps, kByEps;          // of each medium, the half-spaces too
-  std::vector<Cplx> yByHead[2], kByHead[2];  // by the numbers of the head row
-  double emptyByHead[2] = {};
-  std::vector<bool> heldIm;  // media whose imaginary part does not count
+  std::vector<Cplx> eps;       // of each medium, the half-spaces too
+  std::vector<StackMedium<double>> media;
+  double emptyByScale = 0;
   Stack stack;
 };
 
@@ -42,7 +39,7 @@ struct StackType {
   int heads = 0;  // numbers of the head row that can be fitted, in columns headColumn[i]
   int headColumn[2] = {};
   bool (*admits)(const Model&) = nullptr;
-  void (*prepare)(const Model&, double x, StackRun&) = nullptr;
+  StackHead (*headOf)(const Model&) = nullptr;
   void (*setNodes)(const Model&, int row, std::vector<ThicknessNode>&) = nullptr;
   bool clearsWhileWanted =
       false;  // the other Quantities become 0 only from the first one on, as long as they are wanted
@@ -65,11 +62,18 @@ bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, Sta
 void MakeRoom(StackRun& run) {
   const std::size_t media = run.models.size() + 2;
   run.eps.assign(media, {1, 0});
-  run.heldIm.assign(media, false);
-  run.stack.media.resize(media);
-  for (auto* const slopes :
-       {&run.yByEps, &run.kByEps, &run.yByHead[0], &run.yByHead[1], &run.kByHead[0], &run.kByHead[1]}) {
-    slopes->assign(media, {});
+  run.media.resize(media);
+  MakeRoomForMedia(run.stack, media);
+}
+
+void SetMedia(const StackHead& head, double x, StackRun& run) {
+  const EmptyPath<double> path = EmptyPathOf(head, x);
+  run.stack.emptyPath = path.k;
+  run.emptyByScale = path.byScale;
+  for (std::size_t j = 0; j < run.media.size(); ++j) {
+    run.media[j] = StackMediumOf(head, x, run.eps[j]);
+    run.stack.y[j] = run.media[j].y;
+    run.stack.k[j] = run.media[j].k;
   }
 }
 
@@ -89,13 +93,14 @@ void StoreResults(EvalContext& ctx, const StackType& type, const StackRun& run) 
     if (type.clearsWhileWanted ? clearing : quantity.wanted != 0) quantity.value = 0;
   }
   for (int i = 0; i < kStackResults; ++i) {
-    ctx.quantities[static_cast<std::size_t>(kSlots[i])].value = run.stack.value[static_cast<std::size_t>(i)];
+    ctx.quantities[static_cast<std::size_t>(kStackSlots[static_cast<std::size_t>(i)])].value =
+        run.stack.value[static_cast<std::size_t>(i)];
   }
 }
 
 int ResultOf(int quantity) {
-  const auto found = std::find(std::begin(kSlots), std::end(kSlots), quantity);
-  return found == std::end(kSlots) ? -1 : static_cast<int>(found - std::begin(kSlots));
+  const auto found = std::find(kStackSlots.begin(), kStackSlots.end(), quantity);
+  return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
 }
 
 // Puts slopes(layer) by Re and Im eps through the chain of each layer's model, and own(row, column, slope) of the rows.
@@ -128,6 +133,13 @@ void ChainStack(EvalContext& ctx, Model& model, const StackType& type, StackRun&
   }
 }
 
+void SetNodes(const Model& model, const StackType& type, Stack& stack) {
+  for (std::size_t j = 1; j + 1 < stack.nodes.size(); ++j) {
+    type.setNodes(model, type.firstLayer + static_cast<int>(j) - 1, stack.nodes[j]);
+  }
+  MakeRoomForPassages(stack);
+}
+
 int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, const StackType& type) {
   const int rows = RowCount(model);
   if (!type.map.rows.Admits(rows)) return type.map.rows.FailureOf(rows);
@@ -136,10 +148,8 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
   if (!FindLayers(ctx, model, type, run)) return -1;
   MakeRoom(run);
   AskLayers(ctx, x, derivatives, run);
-  type.prepare(model, x, run);
-  for (std::size_t j = 0; j < run.models.size(); ++j) {
-    type.setNodes(model, type.firstLayer + static_cast<int>(j), run.stack.media[j + 1].nodes);
-  }
+  SetMedia(type.headOf(model), x, run);
+  SetNodes(model, type, run.stack);
   AverageStack(run.stack, derivatives);
   StoreResults(ctx, type, run);
   if (!derivatives) return 0;
@@ -147,23 +157,43 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
   const Stack& stack = run.stack;
   const auto byEps = [&](std::size_t j, std::size_t result, double& dRe, double& dIm) {
     const auto along = [&](const Cplx& dEps) {
-      return stack.byY[j].Along(run.yByEps[j] * dEps)[result] + stack.byK[j].Along(run.kByEps[j] * dEps)[result];
+      return stack.byY[j].Along(run.media[j].yByEps * dEps)[result] +
+             stack.byK[j].Along(run.media[j].kByEps * dEps)[result];
     };
     dRe = along({1, 0});
-    dIm = run.heldIm[j] ? 0 : along({0, 1});
+    dIm = run.media[j].byIm == 0 ? 0 : along({0, 1});
   };
   const auto byRow = [&](std::size_t j, int column, std::size_t result) {
     return (column == Wp ? stack.byThickness : stack.bySpread)[j][result];
   };
   const auto byHead = [&](int i, std::size_t result) {
-    double slope = stack.byEmptyPath.Along({run.emptyByHead[i], 0})[result];
-    for (std::size_t j = 0; j < stack.media.size(); ++j) {
-      slope += stack.byY[j].Along(run.yByHead[i][j])[result] + stack.byK[j].Along(run.kByHead[i][j])[result];
+    double slope = i == 0 ? stack.byEmptyPath.Along({run.emptyByScale, 0})[result] : 0;
+    for (std::size_t j = 0; j < run.media.size(); ++j) {
+      slope += stack.byY[j].Along(run.media[j].yByHead[i])[result];
+      slope += stack.byK[j].Along(run.media[j].kByHead[i])[result];
     }
     return slope;
   };
   ChainStack(ctx, model, type, run, byEps, byRow, byHead);
   return 0;
+}
+
+FillBlock FillerOfStack(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackType& type) {
+  if (!type.map.rows.Admits(RowCount(model)) || (type.admits && !type.admits(model))) return {};
+  StackRun run;
+  if (!FindLayers(ctx, model, type, run)) return {};
+  StackLayout layout{.head = type.headOf(model),
+                     .layers = run.models,
+                     .nodes = {},
+                     .firstRow = type.firstLayer,
+                     .spreads = type.map.group.size() > 2,
+                     .heads = type.heads,
+                     .headColumn = {type.headColumn[0], type.headColumn[1]}};
+  layout.nodes.resize(layout.layers.size());
+  for (std::size_t j = 0; j < layout.nodes.size(); ++j) {
+    type.setNodes(model, type.firstLayer + static_cast<int>(j), layout.nodes[j]);
+  }
+  return StackFillerOf(ctx, model, request, layout);
 }
 
 int AfterStack(EvalContext& ctx, Model& model, const StackType& type) {
@@ -181,29 +211,7 @@ int AfterStack(EvalContext& ctx, Model& model, const StackType& type) {
 
 // ---- normal incidence
 
-// Index of refraction, held away from 0, with its derivative by eps.
-struct Index {
-  Cplx n;
-  Cplx byEps;
-};
-Index IndexOf(const Cplx& eps) {
-  constexpr double kLeast = 1e-10;
-  const Cplx n = Sqrt(eps);
-  if (Norm(n) < kLeast) return {{kLeast, 0}, {}};
-  return {n, Cplx{0.5, 0} / n};
-}
-
-void PrepareNormal(const Model&, double x, StackRun& run) {
-  const double k0 = 2 * std::numbers::pi * x;
-  run.stack.emptyPath = k0;
-  for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    const Index index = IndexOf(run.eps[j]);
-    run.stack.media[j].y = index.n;
-    run.stack.media[j].k = index.n * k0;
-    run.yByEps[j] = index.byEps;
-    run.kByEps[j] = index.byEps * k0;
-  }
-}
+StackHead NormalHead(const Model&) { return {}; }
 
 void SetSpreadNodes(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
   SetAveragingNodes(nodes, ValueAt(model, row, Wp), ValueAt(model, row, G));
@@ -211,7 +219,7 @@ void SetSpreadNodes(const Model& model, int row, std::vector<ThicknessNode>& nod
 
 constexpr StackType kNormal = {
     .map = {.rows = AtLeast(0), .head = {}, .group = kSpreadLayer, .groupStart = 0, .groupRows = 1},
-    .prepare = PrepareNormal,
+    .headOf = NormalHead,
     .setNodes = SetSpreadNodes,
     .clearsWhileWanted = true};
 
@@ -234,7 +242,7 @@ void SetEqualNodes(const Model& model, int row, std::vector<ThicknessNode>& node
 constexpr StackType kEqualNodes = {
     .map = {.rows = AtLeast(2), .head = kNodesHead, .group = kSpreadLayer, .groupStart = 1, .groupRows = 1},
     .firstLayer = 1,
-    .prepare = PrepareNormal,
+    .headOf = NormalHead,
     .setNodes = SetEqualNodes};
 
 void SetOneNode(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
@@ -248,26 +256,12 @@ constexpr RowCell kObliqueHead[] = {Own(0, Wp, "angle of incidence, between 0 an
 
 bool AdmitsOblique(const Model& model) { return ValueAt(model, 0, Wp) > 0 && ValueAt(model, 0, Wp) < 90; }
 
-void PrepareOblique(const Model& model, double x, StackRun& run) {
-  constexpr double kLeastAbsorption = 1e-05;
-  const double k0 = 2 * std::numbers::pi * x, angle = ValueAt(model, 0, Wp) * kRadiansPerDegree;
-  const double sine = std::sin(angle), bySine = std::cos(angle) * kRadiansPerDegree;
-  const bool s = static_cast<int>(ValueAt(model, 0, G)) == 1;
-  run.stack.emptyPath = k0;
-  for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    run.heldIm[j] = run.eps[j].im < 0;
-    const Cplx eps = run.heldIm[j] ? Cplx{run.eps[j].re, kLeastAbsorption} : run.eps[j];
-    const Index m = IndexOf(eps - sine * sine);
-    // y = eps/m for p, m for s; m depends on the angle through its sine.
-    const Cplx mByAngle = m.byEps * (-2 * sine * bySine), byM = s ? Cplx{1, 0} : -(eps / (m.n * m.n));
-    StackMedium& medium = run.stack.media[j];
-    medium.y = s ? m.n : eps / m.n;
-    medium.k = m.n * k0;
-    run.yByEps[j] = byM * m.byEps + (s ? Cplx{} : Cplx{1, 0} / m.n);
-    run.kByEps[j] = m.byEps * k0;
-    run.yByHead[0][j] = byM * mByAngle;
-    run.kByHead[0][j] = mByAngle * k0;
-  }
+StackHead ObliqueHead(const Model& model) {
+  const double angle = ValueAt(model, 0, Wp) * kRadiansPerDegree;
+  return {.geometry = StackGeometry::kOblique,
+          .sine = std::sin(angle),
+          .bySine = std::cos(angle) * kRadiansPerDegree,
+          .sPolarised = static_cast<int>(ValueAt(model, 0, G)) == 1};
 }
 
 constexpr StackType kOblique = {
@@ -276,7 +270,7 @@ constexpr StackType kOblique = {
     .heads = 1,
     .headColumn = {Wp, Wp},
     .admits = AdmitsOblique,
-    .prepare = PrepareOblique,
+    .headOf = ObliqueHead,
     .setNodes = SetOneNode};
 
 // ---- a given wavelength along the layers
@@ -284,27 +278,10 @@ constexpr StackType kOblique = {
 constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
                                    Own(0, Wp, "wavelength along the layers, cm", 0.03)};
 
-void PrepareFinite(const Model& model, double x, StackRun& run) {
-  const double perScale = 2 * std::numbers::pi * x, k0 = perScale * ValueAt(model, 0, Wo);
-  const double wavelength = HeldFromZero(ValueAt(model, 0, Wp)), q = 2 * std::numbers::pi / wavelength;
-  run.stack.emptyPath = k0;
-  run.emptyByHead[0] = perScale;
-  for (std::size_t j = 0; j < run.eps.size(); ++j) {
-    const Cplx &eps = run.eps[j], square = eps * (k0 * k0) - q * q;
-    const Cplx root = Sqrt(square), k = Norm(root) < kTinyNorm ? Cplx{1e-15, 0} : root;
-    const Cplx perK = Cplx{0.5, 0} / k;
-    const Cplx kByScale = perK * eps * (2 * k0 * perScale), kByWavelength = perK * (2 * q * q / wavelength);
-    const Cplx byK = -(eps / (k * k));
-    StackMedium& medium = run.stack.media[j];
-    medium.y = eps / k;
-    medium.k = k;
-    run.kByEps[j] = perK * (k0 * k0);
-    run.yByEps[j] = Cplx{1, 0} / k + byK * run.kByEps[j];
-    run.kByHead[0][j] = kByScale;
-    run.yByHead[0][j] = byK * kByScale;
-    run.kByHead[1][j] = kByWavelength;
-    run.yByHead[1][j] = byK * kByWavelength;
-  }
+StackHead FiniteHead(const Model& model) {
+  return {.geometry = StackGeometry::kFinite,
+          .scale = ValueAt(model, 0, Wo),
+          .wavelength = HeldFromZero(ValueAt(model, 0, Wp))};
 }
 
 constexpr StackType kFinite = {
@@ -312,7 +289,7 @@ constexpr StackType kFinite = {
     .firstLayer = 1,
     .heads = 2,
     .headColumn = {Wo, Wp},
-    .prepare = PrepareFinite,
+    .headOf = FiniteHead,
     .setNodes = SetOneNode};
 
 template <const StackType& kType>
@@ -324,8 +301,12 @@ int After(EvalContext& ctx, Model& model) {
   return AfterStack(ctx, model, kType);
 }
 template <const StackType& kType>
+FillBlock Filler(EvalContext& ctx, Model& model, const SpectrumRequest& request) {
+  return FillerOfStack(ctx, model, request, kType);
+}
+template <const StackType& kType>
 constexpr ModelType Make(int code, const char* name, const TypePage& page) {
-  return {code, name, Evaluate<kType>, After<kType>, true, false, kType.map, kFills, page};
+  return {code, name, Evaluate<kType>, After<kType>, true, false, kType.map, kFills, page, false, Filler<kType>};
 }
 
 }  // namespace

@@ -1,0 +1,11 @@
+#include "models/stack_block.h"
+
+#include "models/vector_kernels.h"
+
+namespace kalvex {
+
+void FillStackBlock(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results) {
+  WidestKernels().stackBlock(in, room, results);
+}
+
+}  // namespace kalvex
