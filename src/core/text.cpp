@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace kalvex {
@@ -42,7 +46,49 @@ struct Number {
   double value;
 };
 
+// The powers of ten that a double holds exactly.
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int kMostPower = 22;
+static_assert(std::size(kPowersOfTen) == kMostPower + 1);
+
+// x 10^power, rounded once.
+double TimesPowerOfTen(double x, int power) { return power < 0 ? x / kPowersOfTen[-power] : x * kPowersOfTen[power]; }
+
+// Adds the digits that stand at a place to a whole number, which may overflow; gives the place behind them.
+const char* TakeDigits(const char* at, const char* last, std::uint64_t& number) {
+  for (; at != last && IsAsciiDigit(*at); ++at) number = number * 10 + static_cast<std::uint64_t>(*at - '0');
+  return at;
+}
+
+// A decimal number of few digits: the digits are a whole number that a double holds exactly, and so is the power of
+// ten, so that one product or quotient gives the nearest double. Gives first for all others.
+Number ParseShortMagnitude(const char* first, const char* last) {
+  constexpr std::uint64_t kMostDigits = std::uint64_t{1} << 53;
+  constexpr std::ptrdiff_t kMostLength = 19;  // of a whole number that cannot overflow
+  std::uint64_t digits = 0;
+  const char* at = TakeDigits(first, last, digits);
+  const std::ptrdiff_t whole = at - first;
+  std::ptrdiff_t broken = 0;
+  if (at != last && *at == '.') {
+    const char* const behind = TakeDigits(at + 1, last, digits);
+    broken = behind - at - 1;
+    at = behind;
+  }
+  if (whole + broken == 0 || whole + broken > kMostLength || digits > kMostDigits) return {first, 0};
+  std::int32_t exponent = 0;
+  if (at != last && LowerAscii(*at) == 'x') return {first, 0};
+  if (at != last && LowerAscii(*at) == 'e') {
+    const char* const behind = (at + 1 != last && IsSpace(at[1])) ? at + 1 : ParseInteger(at + 1, last, exponent);
+    if (behind != at + 1) at = behind;
+  }
+  const std::int64_t power = std::int64_t{exponent} - broken;
+  if (power < -kMostPower || power > kMostPower) return {first, 0};
+  return {at, TimesPowerOfTen(static_cast<double>(digits), static_cast<int>(power))};
+}
+
 Number ParseMagnitude(const char* first, const char* last) {
+  if (const Number number = ParseShortMagnitude(first, last); number.end != first) return number;
   // from_chars would take a sign or a word behind "0x".
   const bool hex =
       last - first > 2 && first[0] == '0' && LowerAscii(first[1]) == 'x' && (IsHexDigit(first[2]) || first[2] == '.');
@@ -58,6 +104,65 @@ Number ParseMagnitude(const char* first, const char* last) {
   const auto [end, error] = std::from_chars(first, last, value, std::chars_format::general);
   if (error == std::errc::result_out_of_range) return {end, OutOfRangeValue(first, end, false)};
   return {error == std::errc{} ? end : first, value};
+}
+
+// Writes the two digits of a number below 100.
+char* PutTwoDigits(char* out, int number) {
+  *out++ = static_cast<char>('0' + number / 10);
+  *out++ = static_cast<char>('0' + number % 10);
+  return out;
+}
+
+// A number to six digits: d.ddddd 10^exponent.
+struct SixDigits {
+  int digits = 0;  // 100000 to 999999
+  int exponent = 0;
+};
+
+// Where a product with an exact power of ten tells the six digits for sure: it is off by at most one rounding, which is
+// below 1e-9 of the last digit. Gives 0 for the digits where it cannot tell, and of numbers far from 1.
+SixDigits SixDigitsOf(double size) {
+  constexpr double kUnsure = 1e-9;
+  if (!(size >= 1e-16 && size <= 1e26)) return {};
+  // The power of ten below the number, or one less: 1233/4096 is a little below log10(2).
+  const auto binary = static_cast<int>(std::bit_cast<std::uint64_t>(size) >> 52) - 1023;
+  int exponent = binary * 1233 >> 12;
+  double scaled = TimesPowerOfTen(size, 5 - exponent);
+  if (scaled >= 1e6) scaled = TimesPowerOfTen(size, 5 - ++exponent);
+  auto digits = static_cast<int>(scaled);
+  const double rest = scaled - digits;
+  if (std::fabs(rest - 0.5) < kUnsure || digits < 100000 || digits > 999999) return {};
+  digits += rest > 0.5 ? 1 : 0;
+  if (digits == 1000000) return {100000, exponent + 1};
+  return {digits, exponent};
+}
+
+// %.6g of the number whose size these digits are.
+char* PutSixDigits(char* out, bool negative, const SixDigits& of) {
+  std::array<char, 12> text{};  // six digits, and room to copy six from any of them
+  PutTwoDigits(PutTwoDigits(PutTwoDigits(text.data(), of.digits / 10000), of.digits / 100 % 100), of.digits % 100);
+  std::size_t count = 6;
+  while (text[count - 1] == '0') --count;
+  if (negative) *out++ = '-';
+  const bool scientific = of.exponent < -4 || of.exponent > 5;
+  if (of.exponent < 0 && !scientific) {
+    *out++ = '0';
+    *out++ = '.';
+    out = std::fill_n(out, -of.exponent - 1, '0');
+    std::memcpy(out, text.data(), 6);
+    return out + count;
+  }
+  const std::size_t before = scientific ? 1 : static_cast<std::size_t>(of.exponent) + 1;  // digits before the point
+  std::memcpy(out, text.data(), 6);
+  if (count > before) {
+    out[before] = '.';
+    std::memcpy(out + before + 1, text.data() + before, 6);
+  }
+  out += count > before ? count + 1 : before;
+  if (!scientific) return out;
+  *out++ = 'e';
+  *out++ = of.exponent < 0 ? '-' : '+';
+  return PutTwoDigits(out, std::abs(of.exponent));
 }
 
 template <class... Format>
@@ -136,6 +241,13 @@ std::int32_t IntegerOf(std::string_view text) {
 }
 
 void AppendG(std::string& out, double value, int digits) {
+  const SixDigits six = digits == 6 ? SixDigitsOf(std::fabs(value)) : SixDigits{};
+  if (six.digits != 0) {
+    std::array<char, 32> text;
+    const char* const end = PutSixDigits(text.data(), std::signbit(value), six);
+    out.append(text.data(), static_cast<std::size_t>(end - text.data()));
+    return;
+  }
   AppendPadded(out, 0, value, std::chars_format::general, digits);
 }
 

@@ -9,3 +9,16 @@
 #else
 #define KALVEX_VECTOR_CLONES
 #endif
+
+namespace kalvex {
+
+// Whether the machine has the registers of the widest clones.
+inline bool HasWideVectors() {
+#if defined(__x86_64__) && defined(__GNUC__)
+  return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vl") != 0;
+#else
+  return false;
+#endif
+}
+
+}  // namespace kalvex

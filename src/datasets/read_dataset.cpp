@@ -1,7 +1,9 @@
 #include "datasets/read_dataset.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -33,20 +35,39 @@ bool ScanRow(const char* p, const char* end, DataRow& row) {
   return true;
 }
 
-ReadStatus ReadRows(const std::string& path, std::vector<DataRow>& rows) {
-  std::string text;
-  if (!ReadWholeFile(path, text)) return ReadStatus::kCannotOpen;
-  rows.clear();
-  const char* p = text.data();
-  const char* const end = p + text.size();
+// Takes the rows of all whole lines of a text, and that of an unfinished last line if the file ends there. Gives the
+// place of what is left.
+const char* TakeRows(const char* p, const char* end, bool endsHere, std::vector<DataRow>& rows) {
   while (p != end) {
     const std::size_t room = std::min(kMaxLine, static_cast<std::size_t>(end - p));
     const auto* feed = static_cast<const char*>(std::memchr(p, '\n', room));
+    if (!feed && room < kMaxLine && !endsHere) return p;
     const char* const lineEnd = feed ? feed : p + room;
     DataRow row;
     if (ScanRow(p, lineEnd, row)) rows.push_back(row);
     p = feed ? feed + 1 : lineEnd;
   }
+  return end;
+}
+
+// The text goes by in pieces, so that a large file takes no more memory than its rows.
+ReadStatus ReadRows(const std::string& path, std::vector<DataRow>& rows) {
+  constexpr std::size_t kPiece = std::size_t{1} << 16;
+  const FileHandle file = OpenForReading(path);
+  if (!file) return ReadStatus::kCannotOpen;
+  rows.clear();
+  std::array<char, kPiece> text;
+  std::size_t left = 0;
+  bool endsHere = false;
+  while (!endsHere) {
+    const std::size_t got = std::fread(text.data() + left, 1, text.size() - left, file.get());
+    const char* const end = text.data() + left + got;
+    endsHere = end != text.data() + text.size();
+    const char* const rest = TakeRows(text.data(), end, endsHere, rows);
+    left = static_cast<std::size_t>(end - rest);
+    std::memmove(text.data(), rest, left);
+  }
+  if (std::ferror(file.get()) != 0) return ReadStatus::kCannotOpen;
   return rows.empty() ? ReadStatus::kNoUsableLine : ReadStatus::kRead;
 }
 

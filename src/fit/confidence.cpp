@@ -13,12 +13,12 @@ namespace kalvex {
 namespace {
 
 // The inverse of alpha, row by row. Where the matrix is singular, rows keep what they had.
-std::vector<double> CovarianceOf(const SquareMatrix& alpha, std::span<double> inverseDiagonal) {
+std::vector<double> CovarianceOf(const SquareMatrix& alpha, BandFactor& factor) {
   std::vector<double> cov(alpha.size * alpha.size), unit(alpha.size), column(alpha.size);
   for (std::size_t c = 0; c < alpha.size; ++c) {
     std::fill(unit.begin(), unit.end(), 0.0);
     unit[c] = 1;
-    SolveBanded(alpha, inverseDiagonal, unit, column, c == 0);
+    SolveBanded(alpha, factor, unit, column, c == 0);
     std::copy(column.begin(), column.end(), cov.begin() + static_cast<std::ptrdiff_t>(c * alpha.size));
   }
   return cov;
@@ -83,8 +83,8 @@ std::string CorrelationTable(const std::vector<Correlation>& pairs) {
 
 }  // namespace
 
-void WriteConfidence(FitState& fit, const SquareMatrix& alpha, std::span<double> inverseDiagonal) {
-  std::vector<double> covData = CovarianceOf(alpha, inverseDiagonal);
+void WriteConfidence(FitState& fit, const SquareMatrix& alpha, BandFactor& factor) {
+  std::vector<double> covData = CovarianceOf(alpha, factor);
   const SquareMatrix cov{covData.data(), alpha.size};
   SetErrors(fit, cov);
   const std::vector<Correlation> pairs = CorrelationsOf(cov);

@@ -1,8 +1,6 @@
 // Error bars and correlations of the fit's parameters: "Params.dat" and "ParCorrs.dat".
 #pragma once
 
-#include <span>
-
 #include "fit/fit_state.h"
 #include "numeric/band_solver.h"
 
@@ -10,7 +8,7 @@ namespace kalvex {
 
 // From the undamped curvature matrix alpha (its lower triangle is scratch): error = sqrt(DeltaChiSq cov_ii), carried
 // from the fit's coordinate to the value, 0 where cov_ii is not above 0; and the correlation of each pair of masters.
-// Writes both files to the current directory. inverseDiagonal: scratch of the matrix's size.
-void WriteConfidence(FitState& fit, const SquareMatrix& alpha, std::span<double> inverseDiagonal);
+// Writes both files to the current directory. factor: scratch.
+void WriteConfidence(FitState& fit, const SquareMatrix& alpha, BandFactor& factor);
 
 }  // namespace kalvex

@@ -182,13 +182,13 @@ void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block)
 
 // Adds block after block, in an order that does not depend on how many of them come at once; the panels of blocks
 // between which nothing else is to be added go together.
-void AddGradients(std::span<const BlockGradients> gradients, NormalEquations& equations, ThreadPool* pool) {
+void AddGradients(NormalEquations& equations, ThreadPool* pool) {
   std::vector<const VectorPanel*> panels;
   const auto addPanels = [&] {
     if (!panels.empty()) AddOuterProducts(panels, equations.Alpha(), equations.beta, pool);
     panels.clear();
   };
-  for (const BlockGradients& block : gradients) {
+  for (const BlockGradients& block : std::span(equations.gradients).first(equations.waiting)) {
     if (block.HasSinglePoints()) {
       addPanels();
       block.AddSinglePoints(equations.Alpha(), equations.beta);
@@ -196,6 +196,7 @@ void AddGradients(std::span<const BlockGradients> gradients, NormalEquations& eq
     for (const VectorPanel& panel : block.Panels()) panels.push_back(&panel);
   }
   addPanels();
+  equations.waiting = 0;
 }
 
 }  // namespace
@@ -204,8 +205,12 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
+  // A matrix that does not stay in the cache is read and written once for several blocks.
+  constexpr std::size_t kSmall = 200 * 200;
+  const std::size_t together = equations.alphaData.size() > kSmall ? 8 : 1;
+  const std::size_t most = MostBlocksOfBatch(eval);
   std::vector<BlockGradients>& gradients = equations.gradients;
-  if (gradients.empty()) gradients.resize(MostBlocksOfBatch(eval), BlockGradients(equations.beta.size()));
+  if (gradients.empty()) gradients.resize(most + together - 1, BlockGradients(equations.beta.size()));
   ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
     Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
     if (!model) return;
@@ -216,14 +221,16 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
     request.slopesOf = places;
     const std::vector<GradientColumns> ofTerms = ColumnsOfTerms(fit, columns, equations.beta.size());
     const auto gather = [&](const SpectrumBlock& block, std::size_t place) {
-      Gather({fit, columns, ofTerms, block}, first, gradients[place]);
+      Gather({fit, columns, ofTerms, block}, first, gradients[equations.waiting + place]);
     };
     const auto add = [&](std::span<const SpectrumBlock> batch) {
       for (const SpectrumBlock& block : batch) AddChiSq(fit, first, block);
-      AddGradients(std::span(gradients).first(batch.size()), equations, eval.pool);
+      equations.waiting += batch.size();
+      if (equations.waiting + most > gradients.size()) AddGradients(equations, eval.pool);
     };
     EvalSpectrumInBatches(eval, *model, request, {gather, add});
   });
+  AddGradients(equations, eval.pool);
 }
 
 }  // namespace kalvex

@@ -14,7 +14,8 @@ namespace kalvex {
 struct NormalEquations {
   std::vector<double> alphaData;  // upper triangle and diagonal
   std::vector<double> beta;
-  std::vector<BlockGradients> gradients;  // room for a batch, kept between the iterations
+  std::vector<BlockGradients> gradients;  // room for the blocks that wait, kept between the iterations
+  std::size_t waiting = 0;                // blocks gathered and not yet added
 
   explicit NormalEquations(std::size_t size) : alphaData(size * size), beta(size) {}
   SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }

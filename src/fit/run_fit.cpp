@@ -25,7 +25,8 @@ struct Run {
   const FitHooks& hooks;
   NormalEquations equations;
   std::vector<double> diagonal;  // of alpha, without damping
-  std::vector<double> inverseDiagonal, delta, saved;
+  BandFactor factor;
+  std::vector<double> delta, saved;
   std::vector<double> history;  // ChiSq at the start of each iteration
   bool limitHit = false;
   FitLog log;
@@ -38,7 +39,6 @@ struct Run {
         hooks(around),
         equations(static_cast<std::size_t>(state.NumFreeParams)),
         diagonal(equations.beta.size()),
-        inverseDiagonal(equations.beta.size()),
         delta(equations.beta.size()),
         saved(equations.beta.size()) {}
 
@@ -89,8 +89,7 @@ void TakeBack(Run& run) {
 bool FindDownhillStep(Run& run) {
   while (true) {
     SetDamping(run, 1 + run.fit.Lambda);
-    if (SolveBanded(run.equations.Alpha(), run.inverseDiagonal, run.equations.beta, run.delta, true, run.eval.pool) ==
-        0) {
+    if (SolveBanded(run.equations.Alpha(), run.factor, run.equations.beta, run.delta, true, run.eval.pool) == 0) {
       TakeStep(run);
       ComputeChiSq(run.fit, run.eval);
       if (!(run.fit.TotalChiSq >= run.history.back())) return true;
@@ -115,7 +114,7 @@ void FinishIteration(Run& run) {
   FitState& fit = run.fit;
   if (fit.options.CalcConfidence) {
     SetDamping(run, 1);
-    WriteConfidence(fit, run.equations.Alpha(), run.inverseDiagonal);
+    WriteConfidence(fit, run.equations.Alpha(), run.factor);
   }
   fit.IterationCount = static_cast<int>(run.history.size());
   fit.ElapsedSeconds = static_cast<int>(run.platform.clockSeconds(run.platform.self) - run.startTime);

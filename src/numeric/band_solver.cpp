@@ -2,16 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
+#include <cstdint>
+#include <utility>
 
 #include "core/vector_clones.h"
+#include "numeric/full_factor.h"
 
 namespace kalvex {
 namespace {
 
 constexpr std::size_t kLanes = 8;
-constexpr std::size_t kBlock = 64;
-constexpr std::size_t kMostBorder = 256;
 
 KALVEX_VECTOR_CLONES double Dot(const double* a, const double* b, std::size_t count) {
   double sum[kLanes] = {};
@@ -24,233 +24,178 @@ KALVEX_VECTOR_CLONES double Dot(const double* a, const double* b, std::size_t co
   return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7])) + rest;
 }
 
-// Dot products of four rows with two others, so that each number read serves several products.
-KALVEX_VECTOR_CLONES void DotTile(const double* rows, const double* others, std::size_t stride, std::size_t count,
-                                  double* out) {
-  double sum[4][2][kLanes] = {};
-  std::size_t k = 0;
-  for (; k + kLanes <= count; k += kLanes) {
-    for (std::size_t r = 0; r < 4; ++r) {
-      for (std::size_t c = 0; c < 2; ++c) {
-        for (std::size_t l = 0; l < kLanes; ++l) sum[r][c][l] += rows[r * stride + k + l] * others[c * stride + k + l];
+// out -= factor * a
+KALVEX_VECTOR_CLONES void Subtract(double factor, const double* a, std::size_t count, double* out) {
+  for (std::size_t i = 0; i < count; ++i) out[i] -= factor * a[i];
+}
+
+KALVEX_VECTOR_CLONES std::size_t CountOthersThanZero(const double* a, std::size_t count) {
+  std::int64_t others = 0;  // as wide as the numbers, so that many are tried at once
+  for (std::size_t i = 0; i < count; ++i) others += a[i] != 0 ? 1 : 0;
+  return static_cast<std::size_t>(others);
+}
+
+// The first entry of each column from row `first` on that is not 0; at the latest that on the diagonal.
+std::vector<std::size_t> TopsOf(const SquareMatrix& a, std::size_t first) {
+  constexpr std::size_t kAtOnce = 64;
+  std::vector<std::size_t> top(a.size);
+  for (std::size_t j = 0; j < a.size; ++j) top[j] = j;
+  std::size_t open = first;  // all columns before it have been found
+  for (std::size_t i = first; i < a.size; ++i) {
+    open = std::max(open, i + 1);
+    for (std::size_t from = open; from < a.size; from += kAtOnce) {
+      const std::size_t end = std::min(a.size, from + kAtOnce);
+      if (CountOthersThanZero(a.Row(i) + from, end - from) == 0) continue;
+      for (std::size_t j = from; j < end; ++j) {
+        if (top[j] == j && a(i, j) != 0) top[j] = i;
       }
     }
+    while (open < a.size && top[open] < open) ++open;
   }
-  for (std::size_t r = 0; r < 4; ++r) {
-    for (std::size_t c = 0; c < 2; ++c) {
-      double total = 0;
-      for (std::size_t l = 0; l < kLanes; ++l) total += sum[r][c][l];
-      for (std::size_t i = k; i < count; ++i) total += rows[r * stride + i] * others[c * stride + i];
-      out[r * 2 + c] = total;
-    }
-  }
+  return top;
 }
 
-// How the matrix is to be taken apart: the first border rows by themselves, the rest as a band.
-struct Shape {
-  std::size_t border = 0;
-  std::size_t half = 1;
-};
-
-std::size_t LengthOfRow(const SquareMatrix& a, std::size_t i) {
-  std::size_t j = a.size - 1;
-  while (j > i && a(i, j) == 0) --j;
-  return j - i;
-}
-
-// The border that makes the least work, which is about (n - d) (h + d)^2 for a border of d rows before a band of h.
-Shape ShapeOf(const SquareMatrix& a) {
-  std::vector<std::size_t> length(a.size);
-  for (std::size_t i = 0; i < a.size; ++i) length[i] = LengthOfRow(a, i);
-  for (std::size_t i = a.size; i-- > 1;) length[i - 1] = std::max(length[i - 1], length[i]);
-  Shape best{0, std::max<std::size_t>(1, length.empty() ? 0 : length[0])};
-  const auto work = [&](std::size_t d, std::size_t half) {
-    return static_cast<double>(a.size - d) * std::pow(static_cast<double>(half + d), 2);
-  };
-  double least = work(0, best.half);
-  for (std::size_t d = 1; d < std::min(a.size, kMostBorder); ++d) {
-    const std::size_t half = std::max<std::size_t>(1, length[d]);
-    if (2 * work(d, half) < least) {
-      least = 2 * work(d, half);
-      best = {d, half};
-    }
+// The leading rows up to the last that meets a good part of all unknowns.
+std::size_t LeadingFullRows(const SquareMatrix& a) {
+  constexpr std::size_t kMostBorder = 256;
+  std::size_t rows = 0;
+  for (std::size_t i = 0; i < std::min(a.size, kMostBorder); ++i) {
+    if (4 * CountOthersThanZero(a.Row(i) + i, a.size - i) > a.size) rows = i + 1;
   }
-  return best;
+  return rows;
 }
 
-// The part of a matrix from row and column `first` on, with its inverse diagonal.
-struct Band {
+// Products of a factorisation inside a profile, each row of the border taking two substitutions and meeting the others.
+double WorkOf(const BandFactor& shape) {
+  double squares = 0, sum = 0;
+  for (std::size_t i = shape.border; i < shape.top.size(); ++i) {
+    const auto height = static_cast<double>(i - shape.top[i]);
+    squares += height * height;
+    sum += height;
+  }
+  const auto d = static_cast<double>(shape.border), n = static_cast<double>(shape.top.size());
+  return squares / 2 + d * (2 * sum + d * n / 2);
+}
+
+// The tiles of a full matrix go so many times as fast as the columns of a profile.
+double WorkOfFull(double n) {
+  constexpr double kGainOfTiles = 8;
+  return n * n * n / (6 * kGainOfTiles);
+}
+
+// Takes the way of the least work. Gives whether that is to count as full.
+bool FindShape(const SquareMatrix& a, BandFactor& factor) {
+  factor.inverseDiagonal.assign(a.size, 0.0);
+  factor.border = 0;
+  factor.top = TopsOf(a, 0);
+  double least = WorkOf(factor);
+  const std::size_t rows = LeadingFullRows(a);
+  BandFactor other{{}, rows, {}};
+  if (rows > 0 && rows < a.size) other.top = TopsOf(a, rows);
+  if (!other.top.empty() && WorkOf(other) < least) {
+    least = WorkOf(other);
+    factor.border = rows;
+    factor.top = std::move(other.top);
+  }
+  if (least <= WorkOfFull(static_cast<double>(a.size))) return false;
+  factor.border = 0;
+  std::fill(factor.top.begin(), factor.top.end(), 0);
+  return true;
+}
+
+// The part of a matrix from row and column `first` on.
+struct Profile {
   const SquareMatrix& a;
   std::span<double> inverseDiagonal;
   std::size_t first;
-  std::size_t half;
-
-  std::size_t Low(std::size_t i) const { return i > first + half ? i - half : first; }
+  std::span<const std::size_t> top;
 };
 
-int DecomposeNarrow(const Band& band) {
-  const SquareMatrix& a = band.a;
-  for (std::size_t i = band.first; i < a.size; ++i) {
-    const std::size_t end = std::min(a.size, i + band.half + 1);
-    for (std::size_t j = i; j < end; ++j) {
-      const std::size_t low = band.Low(j);
-      const double sum = a(i, j) - Dot(a.Row(i) + low, a.Row(j) + low, i > low ? i - low : 0);
-      if (j > i) {
-        a(j, i) = sum * band.inverseDiagonal[i];
-      } else {
-        if (!(sum > 0)) return -1;
-        band.inverseDiagonal[i] = 1 / std::sqrt(sum);
-      }
+int FactorProfile(const Profile& of) {
+  const SquareMatrix& a = of.a;
+  for (std::size_t j = of.first; j < a.size; ++j) {
+    const double* const own = a.Row(j);
+    for (std::size_t i = of.top[j]; i < j; ++i) {
+      const std::size_t low = std::min(i, std::max(of.top[i], of.top[j]));
+      a(j, i) = (a(i, j) - Dot(a.Row(i) + low, own + low, i - low)) * of.inverseDiagonal[i];
     }
+    const std::size_t low = of.top[j];
+    const double pivot = a(j, j) - Dot(own + low, own + low, j - low);
+    if (!(pivot > 0)) return -1;
+    of.inverseDiagonal[j] = 1 / std::sqrt(pivot);
   }
   return 0;
-}
-
-// A wide band counts as a full matrix, in blocks of columns: first what the finished columns contribute to the block,
-// tile by tile, then the block itself. Rows do not look at each other but for those of the block's own square, so that
-// they can be shared out.
-constexpr std::size_t kRowsOfTask = 32;
-constexpr std::size_t kLeastShared = 200;  // rows below a block that are worth waking a thread
-
-template <class Work>
-void ForEachRowSlice(ThreadPool* pool, std::size_t from, std::size_t end, Work work) {
-  const std::size_t tasks = (end - from + kRowsOfTask - 1) / kRowsOfTask;
-  ParallelFor(end - from >= kLeastShared ? pool : nullptr, tasks, [&](std::size_t task, std::size_t) {
-    const std::size_t begin = from + task * kRowsOfTask;
-    work(begin, std::min(end, begin + kRowsOfTask));
-  });
-}
-
-// For the rows begin to end - 1 of the block of columns from, ..., to - 1.
-void SubtractFinished(const Band& band, std::size_t from, std::size_t to, std::size_t begin, std::size_t end,
-                      std::span<double> diagonal) {
-  const SquareMatrix& a = band.a;
-  const std::size_t count = from - band.first;
-  const auto put = [&](std::size_t i, std::size_t j, double dot) {
-    if (i > j) a(i, j) = a(j, i) - dot;
-    if (i == j) diagonal[j - from] = a(j, j) - dot;
-  };
-  for (std::size_t i = begin; i < end; i += 4) {
-    for (std::size_t j = from; j < to && j <= i + 3; j += 2) {
-      if (i + 4 <= a.size && j + 2 <= to) {
-        double dots[8];
-        DotTile(a.Row(i) + band.first, a.Row(j) + band.first, a.size, count, dots);
-        for (std::size_t r = 0; r < 4; ++r) {
-          for (std::size_t c = 0; c < 2; ++c) put(i + r, j + c, dots[r * 2 + c]);
-        }
-        continue;
-      }
-      for (std::size_t r = i; r < std::min(i + 4, a.size); ++r) {
-        for (std::size_t c = j; c < std::min(j + 2, to); ++c) {
-          put(r, c, Dot(a.Row(r) + band.first, a.Row(c) + band.first, count));
-        }
-      }
-    }
-  }
-}
-
-// Row i of the columns from, ..., to - 1, whose own square is finished as far as they reach.
-void FinishRow(const Band& band, std::size_t from, std::size_t to, std::size_t i) {
-  const SquareMatrix& a = band.a;
-  for (std::size_t j = from; j < to; ++j) {
-    a(i, j) = (a(i, j) - Dot(a.Row(i) + from, a.Row(j) + from, j - from)) * band.inverseDiagonal[j];
-  }
-}
-
-int DecomposeWide(const Band& band, ThreadPool* pool) {
-  const SquareMatrix& a = band.a;
-  double diagonal[kBlock];
-  for (std::size_t from = band.first; from < a.size; from += kBlock) {
-    const std::size_t to = std::min(a.size, from + kBlock);
-    ForEachRowSlice(pool, from, a.size, [&](std::size_t begin, std::size_t end) {
-      SubtractFinished(band, from, to, begin, end, diagonal);
-    });
-    for (std::size_t j = from; j < to; ++j) {
-      FinishRow(band, from, j, j);
-      const double pivot = diagonal[j - from] - Dot(a.Row(j) + from, a.Row(j) + from, j - from);
-      if (!(pivot > 0)) return -1;
-      band.inverseDiagonal[j] = 1 / std::sqrt(pivot);
-    }
-    ForEachRowSlice(pool, to, a.size, [&](std::size_t begin, std::size_t end) {
-      for (std::size_t i = begin; i < end; ++i) FinishRow(band, from, to, i);
-    });
-  }
-  return 0;
-}
-
-int Decompose(const Band& band, ThreadPool* pool) {
-  const bool wide = 3 * band.half > band.a.size - band.first;
-  return wide ? DecomposeWide({band.a, band.inverseDiagonal, band.first, band.a.size}, pool) : DecomposeNarrow(band);
 }
 
 // x from first on becomes the solution of L L^T x = x.
-void Substitute(const Band& band, double* x) {
-  const SquareMatrix& a = band.a;
-  for (std::size_t i = band.first; i < a.size; ++i) {
-    const std::size_t low = band.Low(i);
-    x[i] = (x[i] - Dot(a.Row(i) + low, x + low, i - low)) * band.inverseDiagonal[i];
+void Substitute(const Profile& of, double* x) {
+  const SquareMatrix& a = of.a;
+  for (std::size_t i = of.first; i < a.size; ++i) {
+    const std::size_t low = of.top[i];
+    x[i] = (x[i] - Dot(a.Row(i) + low, x + low, i - low)) * of.inverseDiagonal[i];
   }
-  for (std::size_t i = a.size; i-- > band.first;) {  // row by row of L, so that memory is read in order
-    x[i] *= band.inverseDiagonal[i];
-    for (std::size_t k = band.Low(i); k < i; ++k) x[k] -= a(i, k) * x[i];
+  for (std::size_t i = a.size; i-- > of.first;) {  // row by row of L, so that memory is read in order
+    x[i] *= of.inverseDiagonal[i];
+    const std::size_t low = of.top[i];
+    Subtract(x[i], a.Row(i) + low, i - low, x + low);
   }
 }
 
 // A border of d rows before a band:  A = [D C; C^T B],  Z = B^-1 C^T,  S = D - C Z.  Z goes below D, and the factor of
 // S into the lower triangle of D.
-int DecomposeBorder(const Band& band, ThreadPool* pool) {
-  const SquareMatrix& a = band.a;
-  const std::size_t d = band.first;
+int FactorBorder(const Profile& of) {
+  const SquareMatrix& a = of.a;
+  const std::size_t d = of.first;
   std::vector<double> z(a.size);
   for (std::size_t c = 0; c < d; ++c) {
     std::copy(a.Row(c) + d, a.Row(c) + a.size, z.begin() + static_cast<std::ptrdiff_t>(d));
-    Substitute(band, z.data());
+    Substitute(of, z.data());
     for (std::size_t i = d; i < a.size; ++i) a(i, c) = z[i];
   }
   std::vector<double> schur(d * d);
   for (std::size_t i = d; i < a.size; ++i) {
     for (std::size_t r = 0; r < d; ++r) {
-      if (a(r, i) == 0) continue;
-      for (std::size_t c = r; c < d; ++c) schur[r * d + c] += a(r, i) * a(i, c);
+      if (a(r, i) != 0) Subtract(a(r, i), a.Row(i) + r, d - r, &schur[r * d + r]);
     }
   }
   for (std::size_t r = 0; r < d; ++r) {
-    for (std::size_t c = r; c < d; ++c) schur[r * d + c] = a(r, c) - schur[r * d + c];
+    for (std::size_t c = r; c < d; ++c) schur[r * d + c] += a(r, c);
   }
   const SquareMatrix s{schur.data(), d};
-  if (Decompose({s, band.inverseDiagonal, 0, d}, pool) != 0) return -1;
+  if (FactorFull(s, of.inverseDiagonal, nullptr) != 0) return -1;
   for (std::size_t r = 1; r < d; ++r) std::copy(s.Row(r), s.Row(r) + r, a.Row(r));
   return 0;
 }
 
-void SubstituteBorder(const Band& band, std::span<const double> b, std::span<double> x) {
-  const SquareMatrix& a = band.a;
-  const std::size_t d = band.first;
+void SubstituteBorder(const Profile& of, std::span<const double> b, std::span<double> x) {
+  const SquareMatrix& a = of.a;
+  const std::size_t d = of.first;
   std::vector<double> factor(d * d), head(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(d));
   const SquareMatrix s{factor.data(), d};
   for (std::size_t r = 1; r < d; ++r) std::copy(a.Row(r), a.Row(r) + r, s.Row(r));
-  for (std::size_t i = d; i < a.size; ++i) {
-    for (std::size_t c = 0; c < d; ++c) head[c] -= a(i, c) * b[i];
-  }
-  Substitute({s, band.inverseDiagonal, 0, d}, head.data());
+  for (std::size_t i = d; i < a.size; ++i) Subtract(b[i], a.Row(i), d, head.data());
+  const std::vector<std::size_t> full(d);
+  Substitute({s, of.inverseDiagonal, 0, full}, head.data());
   for (std::size_t i = d; i < a.size; ++i) x[i] -= Dot(a.Row(i), head.data(), d);
   std::copy(head.begin(), head.end(), x.begin());
 }
 
+int Factor(const SquareMatrix& a, BandFactor& factor, ThreadPool* pool) {
+  if (FindShape(a, factor)) return FactorFull(a, factor.inverseDiagonal, pool);
+  const Profile profile{a, factor.inverseDiagonal, factor.border, factor.top};
+  if (FactorProfile(profile) != 0) return -1;
+  return factor.border > 0 ? FactorBorder(profile) : 0;
+}
+
 }  // namespace
 
-int SolveBanded(const SquareMatrix& a, std::span<double> inverseDiagonal, std::span<const double> b,
-                std::span<double> x, bool decompose, ThreadPool* pool) {
-  const Shape shape = ShapeOf(a);
-  const bool wide = 3 * shape.half > a.size - shape.border;
-  const Band band{a, inverseDiagonal, shape.border, wide ? a.size : shape.half};
-  if (decompose) {
-    if (Decompose(band, pool) != 0) return -1;
-    if (shape.border > 0 && DecomposeBorder(band, pool) != 0) return -1;
-  }
+int SolveBanded(const SquareMatrix& a, BandFactor& factor, std::span<const double> b, std::span<double> x,
+                bool decompose, ThreadPool* pool) {
+  if (decompose && Factor(a, factor, pool) != 0) return -1;
+  const Profile profile{a, factor.inverseDiagonal, factor.border, factor.top};
   std::copy(b.begin(), b.end(), x.begin());
-  Substitute(band, x.data());
-  if (shape.border > 0) SubstituteBorder(band, b, x);
+  Substitute(profile, x.data());
+  if (factor.border > 0) SubstituteBorder(profile, b, x);
   return 0;
 }
 

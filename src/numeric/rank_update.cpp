@@ -1,34 +1,12 @@
 #include "numeric/rank_update.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "core/vector_clones.h"
+#include "numeric/tile.h"
 
 namespace kalvex {
-namespace {
 
-// A tile of the matrix that the registers of a wide vector unit can hold: 8 rows of two packs of 8.
-constexpr std::size_t kTileRows = 8;
-constexpr std::size_t kPack = 8;
-typedef double Pack __attribute__((vector_size(kPack * sizeof(double))));
-
-// tile = sum over the vectors of rows times columns; both point at their entries in the first vector.
-KALVEX_VECTOR_CLONES void SumTile(const double* rows, const double* columns, std::size_t count, double* tile) {
-  Pack sum[kTileRows][2] = {};
-  for (std::size_t p = 0; p < count; ++p, rows += VectorPanel::kStrip, columns += VectorPanel::kStrip) {
-    Pack b[2];
-    std::memcpy(b, columns, sizeof(b));
-#pragma GCC unroll 8
-    for (std::size_t r = 0; r < kTileRows; ++r) {
-      sum[r][0] += rows[r] * b[0];
-      sum[r][1] += rows[r] * b[1];
-    }
-  }
-  std::memcpy(tile, sum, sizeof(sum));
-}
-
-}  // namespace
+static_assert(VectorPanel::kStrip == kTileColumns);
 
 VectorPanel::VectorPanel(std::size_t length) : data_((length + kStrip - 1) / kStrip * kStrip * kMost) {}
 
@@ -44,17 +22,26 @@ namespace {
 
 constexpr std::size_t kStrip = VectorPanel::kStrip;
 
-// The columns of one strip of the matrix.
-void AddToStrip(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::size_t j) {
-  double tile[kTileRows * kStrip];
-  const std::size_t columns = std::min(kStrip, a.size - j);
-  for (std::size_t i = 0; i < std::min(j + kStrip, a.size); i += kTileRows) {
-    const std::size_t rows = std::min(kTileRows, a.size - i);
+// A tile at the edge of the matrix, of which only a part is there.
+void AddToEdge(const VectorPanel& panel, const SquareMatrix& a, std::size_t i, std::size_t j) {
+  double tile[kTileRows * kStrip] = {};
+  const std::size_t rows = std::min(kTileRows, a.size - i), columns = std::min(kStrip, a.size - j);
+  for (std::size_t r = 0; r < rows; ++r) std::copy_n(a.Row(i + r) + j, columns, tile + r * kStrip);
+  AddTile(panel.Rows(i), panel.Strip(j), panel.Count(), 1, tile, kStrip);
+  for (std::size_t r = 0; r < rows; ++r) std::copy_n(tile + r * kStrip, columns, a.Row(i + r) + j);
+}
+
+// The rows of one block of the matrix. Its vectors' entries stay in the cache while those of one strip of columns after
+// the other come by.
+void AddToRows(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::size_t from, std::size_t to) {
+  for (std::size_t j = from / kStrip * kStrip; j < a.size; j += kStrip) {
     for (const VectorPanel* const panel : panels) {
-      SumTile(panel->Strip(i) + i % kStrip, panel->Strip(j), panel->Count(), tile);
-      for (std::size_t r = 0; r < rows; ++r) {
-        double* const out = a.Row(i + r) + j;
-        for (std::size_t c = 0; c < columns; ++c) out[c] += tile[r * kStrip + c];
+      for (std::size_t i = from; i < std::min(to, j + kStrip); i += kTileRows) {
+        if (i + kTileRows > a.size || j + kStrip > a.size) {
+          AddToEdge(*panel, a, i, j);
+        } else {
+          AddTile(panel->Rows(i), panel->Strip(j), panel->Count(), 1, a.Row(i) + j, a.size);
+        }
       }
     }
   }
@@ -66,10 +53,7 @@ void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, s
   const std::size_t columns = std::min(kStrip, b.size() - j);
   std::copy_n(b.data() + j, columns, sum);
   for (const VectorPanel* const panel : panels) {
-    const double* v = panel->Strip(j);
-    for (std::size_t p = 0; p < panel->Count(); ++p, v += kStrip) {
-      for (std::size_t c = 0; c < kStrip; ++c) sum[c] += panel->Weight(p) * v[c];
-    }
+    AddWeightedStrip(panel->Weights(), panel->Strip(j), sum);
   }
   std::copy_n(sum, columns, b.data() + j);
 }
@@ -79,13 +63,14 @@ void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, s
 void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
                       ThreadPool* pool) {
   constexpr std::size_t kLeastWork = 1000000;  // products that are worth waking a thread
-  const std::size_t strips = (a.size + kStrip - 1) / kStrip;
+  constexpr std::size_t kRowsOfTask = 32;
+  const std::size_t tasks = (a.size + kRowsOfTask - 1) / kRowsOfTask;
   const bool pays = panels.size() * VectorPanel::kMost * a.size * a.size >= kLeastWork;
-  // The longest strips first, so that no thread is left alone with one at the end.
-  ParallelFor(pays ? pool : nullptr, strips, [&](std::size_t task, std::size_t) {
-    const std::size_t j = (strips - 1 - task) * kStrip;
-    AddToStrip(panels, a, j);
-    AddToSum(panels, b, j);
+  // The longest rows come first, so that no thread is left alone with some at the end.
+  ParallelFor(pays ? pool : nullptr, tasks, [&](std::size_t task, std::size_t) {
+    const std::size_t from = task * kRowsOfTask, to = std::min(a.size, from + kRowsOfTask);
+    AddToRows(panels, a, from, to);
+    for (std::size_t j = from; j < to; j += kStrip) AddToSum(panels, b, j);
   });
 }
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "numeric/band_solver.h"
+#include "numeric/square_matrix.h"
 #include "numeric/thread_pool.h"
 
 namespace kalvex {
@@ -40,8 +40,10 @@ class VectorPanel {
   }
   // Forgets the vectors after the first `count`.
   void Shorten(std::size_t count) { count_ = count; }
-  double Weight(std::size_t vector) const { return weight_[vector]; }
+  std::span<const double> Weights() const { return std::span(weight_).first(count_); }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
+  // Entry i of the first vector; that of the next stands kStrip behind it.
+  const double* Rows(std::size_t i) const { return Strip(i) + i % kStrip; }
 
  private:
   std::size_t count_ = 0;

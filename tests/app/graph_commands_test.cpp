@@ -89,8 +89,9 @@ TEST_F(GraphCommands, ExportALineForEachColumnOfTheFrame) {
 }
 
 TEST_F(GraphCommands, ExportOfDataAloneGivesTheFrequencies) {
-  const Table rows = Exported("AddDataCurve(GraphNo=1,DatasetNo=1,ShowLine=1);AddModelCurve(GraphNo=1,ModelNo=1,"
-                              "Quantity=\"R\");");
+  const Table rows = Exported(
+      "AddDataCurve(GraphNo=1,DatasetNo=1,ShowLine=1);AddModelCurve(GraphNo=1,ModelNo=1,"
+      "Quantity=\"R\");");
   EXPECT_EQ(header, "W");
   ASSERT_EQ(rows.size(), 329u);
   EXPECT_EQ(rows.back(), std::vector<double>{1000});
@@ -121,9 +122,10 @@ TEST_F(GraphCommands, AClosedModelLeavesTheGraphs) {
 }
 
 TEST_F(GraphCommands, ExportTheModelAsTheFitLeavesIt) {
-  const Table rows = Exported("AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");WindowFit();"
-                              "AddChiSqTerm(DatasetNo=1,ModelNo=1);Fit(NumIters=3);"
-                              "ExportModelCurve(ModelNo=1,File=\"c.dat\",Quantity=\"R\",XMin=0,XMax=1000,XPts=329);");
+  const Table rows = Exported(
+      "AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");WindowFit();"
+      "AddChiSqTerm(DatasetNo=1,ModelNo=1);Fit(NumIters=3);"
+      "ExportModelCurve(ModelNo=1,File=\"c.dat\",Quantity=\"R\",XMin=0,XMax=1000,XPts=329);");
   const Table curve = Written("c.dat");
   ASSERT_GE(curve.size(), 328u);
   for (std::size_t i = 0; i < 328; ++i) EXPECT_NEAR(rows[i][1], curve[i][1], kSixDigits) << i;

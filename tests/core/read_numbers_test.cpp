@@ -161,6 +161,34 @@ TEST(ReadReal, RandomTextsAreReadAsTheStandardLibraryReadsThem) {
   }
 }
 
+// Decimals of every length and power of ten, on both sides of what a double and a whole number can hold.
+TEST(ReadReal, AMillionDecimalsAreReadAsTheStandardLibraryReadsThem) {
+  std::mt19937_64 random(3);
+  char text[64];
+  for (int i = 0; i < 1000000; ++i) {
+    const std::uint64_t digits = random() >> random() % 64;
+    const int shift = static_cast<int>(random() % 24);
+    switch (i % 5) {
+      case 0:
+        std::snprintf(text, sizeof(text), "%.*f", shift % 10, static_cast<double>(digits >> 20) / 1e7);
+        break;
+      case 1:
+        std::snprintf(text, sizeof(text), "%llu.%0*llu", static_cast<unsigned long long>(digits % 100000), shift,
+                      static_cast<unsigned long long>(random() % 1000000));
+        break;
+      case 2:
+        std::snprintf(text, sizeof(text), "%llue%d", static_cast<unsigned long long>(digits), shift - 12);
+        break;
+      case 3:
+        std::snprintf(text, sizeof(text), "%.*g", 1 + shift % 19, std::bit_cast<double>(random()));
+        break;
+      default:
+        std::snprintf(text, sizeof(text), "-.%lluE%+d", static_cast<unsigned long long>(digits), shift * 15 - 180);
+    }
+    ExpectReadsLikeStrtod(text);
+  }
+}
+
 TEST(ReadReal, EveryDoublePrintedInFullComesBack) {
   std::mt19937_64 random(2);
   for (int i = 0; i < 5000; ++i) {

@@ -8,6 +8,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <random>
 #include <vector>
@@ -61,6 +62,34 @@ TEST(PrintNumbers, SixDigitsAsPrintfPrintsThem) {
     EXPECT_EQ(Made(AppendUpperG, value, 6), Printed("%G", value));
     EXPECT_EQ(Made(AppendFixed, value, 6, 0), Printed("%f", value));
   }
+}
+
+// Numbers that a shortcut to six digits could get wrong: short decimals, their halves in the seventh digit with the
+// doubles beside them, and powers of ten with theirs.
+std::vector<double> HostileValues() {
+  std::vector<double> values;
+  const auto addWithNeighbours = [&](double value) {
+    for (const double v : {value, std::nextafter(value, 0), std::nextafter(value, HUGE_VAL)}) values.push_back(v);
+  };
+  for (int power = -330; power <= 308; ++power)
+    addWithNeighbours(std::strtod(("1e" + std::to_string(power)).c_str(), nullptr));
+  for (int power = -1074; power < 1024; ++power) addWithNeighbours(std::ldexp(1.0, power));
+  std::mt19937_64 random(11);
+  for (int i = 0; i < 100000; ++i) {
+    const std::string digits = std::to_string(100000 + random() % 900000);
+    const std::string power = std::to_string(static_cast<int>(random() % 60) - 35);
+    const std::string tail = i % 4 == 0 ? "5" : i % 4 == 1 ? "50000000001" : i % 4 == 2 ? "49999999999999" : "";
+    addWithNeighbours(std::strtod((digits + tail + "e" + power).c_str(), nullptr));
+  }
+  return values;
+}
+
+TEST(PrintNumbers, AMillionNumbersStandAsPrintfPrintsThem) {
+  std::vector<double> values = HostileValues();
+  const std::vector<double> random = SampleValues(250000);
+  values.insert(values.end(), random.begin(), random.end());
+  ASSERT_GT(values.size(), 1000000U);
+  for (const double value : values) ASSERT_EQ(TextG(value), Printed("%g", value)) << Printed("%a", value);
 }
 
 TEST(PrintNumbers, AnyPrecisionAndWidthAsPrintfPrintsThem) {

@@ -2,7 +2,6 @@
 #include <sys/resource.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <limits>
 
@@ -154,9 +153,9 @@ TEST_F(Failure, TheGridIsCheckedAfterTheFilesAndBeforeTheMemoryAndTheErrorLast) 
   EXPECT_EQ(Load(), "");
 }
 
-// A file of this size, empty but for its length, in a process that may not have so much memory.
-constexpr std::uintmax_t kLargeFile = std::uintmax_t{600} << 20;
-constexpr rlim_t kLittleMemory = rlim_t{400} << 20;
+// A file of so many rows, of 24 bytes each, in a process that may not have so much memory.
+constexpr int kManyRows = 8'000'000;
+constexpr rlim_t kLittleMemory = rlim_t{150} << 20;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(KALVEX_NO_LIMIT)
 constexpr bool kCanLimitMemory = false;  // the sanitizer keeps more addresses than that for itself
@@ -166,8 +165,10 @@ constexpr bool kCanLimitMemory = true;
 
 TEST_F(Failure, FilesTooLargeForTheMemorySaySo) {
   if (!kCanLimitMemory) GTEST_SKIP() << "the memory of a process cannot be limited in this build";
-  const std::string large = folder.Write("large.dat", "");
-  std::filesystem::resize_file(large, kLargeFile);
+  std::string lines;
+  for (int i = 0; i < kManyRows; ++i) lines += "1\n";
+  const std::string large = folder.Write("large.dat", lines);
+  lines = {};
   const auto saidWithLittleMemory = [&](const char* expected) {
     const rlimit limit{kLittleMemory, kLittleMemory};
     std::_Exit(::setrlimit(RLIMIT_AS, &limit) == 0 && Load() == expected ? 0 : 1);

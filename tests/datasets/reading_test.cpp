@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <random>
 
+#include "core/text.h"
 #include "datasets/loading.h"
 #include "datasets/read_dataset.h"
 
@@ -76,6 +77,28 @@ TEST_F(ReadingRows, ANumberThatCrossesTheEndOfALineOf1023CharactersIsCutInTwo) {
 }
 
 TEST_F(ReadingRows, ANumberMayEndTheFile) { EXPECT_EQ(Read("1 2\n3 4"), (Rows{{1, 2, 0.01}, {3, 4, 0.01}})); }
+
+// The file is read in pieces, and lines of any length lie across their ends.
+TEST_F(ReadingRows, AFileOfManyPiecesGivesEveryRowOnce) {
+  std::mt19937 random(5);
+  std::string text;
+  Rows expected;
+  while (text.size() < 1000000) {
+    const double x = static_cast<double>(expected.size()), y = x / 8;
+    text += std::string(random() % 400, ' ') + TextG(x, 17) + std::string(1 + random() % 9, ' ') + TextG(y, 17);
+    text += " 3 " + std::string(random() % 3 == 0 ? random() % 300 : 0, 'x') + '\n';
+    expected.push_back({x, y, 3});
+  }
+  EXPECT_EQ(Read(text), expected);
+}
+
+TEST_F(ReadingRows, LinesTooLongAreCutAtTheSamePlacesWhereverTheyLie) {
+  for (std::size_t before = 63000; before < 66000; before += 211) {
+    const std::string blank = std::string(before / 2, '\n');
+    const std::string line = "1" + std::string(1021, ' ') + "23 4";  // 1023 characters end behind the 2
+    EXPECT_EQ(Read(blank + blank + line), (Rows{{1, 2, 0.01}, {3, 4, 0.01}})) << before;
+  }
+}
 
 TEST_F(ReadingRows, BytesOfAnyValueArePassedOver) {
   EXPECT_EQ(Read(std::string("\0\x01\xff\n1 2\n\xef\xbb\xbf"

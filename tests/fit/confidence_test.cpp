@@ -98,8 +98,8 @@ class Confidence : public testing::Test {
     }
     fit.NumFreeParams = static_cast<int>(size);
     fit.NumFitParams = static_cast<int>(size + coupled);
-    std::vector<double> inverseDiagonal(size);
-    WriteConfidence(fit, {alpha.data(), size}, inverseDiagonal);
+    BandFactor factor;
+    WriteConfidence(fit, {alpha.data(), size}, factor);
   }
   ScratchFolder folder;
   InFolder inside;

@@ -12,18 +12,19 @@ namespace kalvex {
 namespace {
 
 // A random matrix that is positive definite by its heavy diagonal: a band of half-width h behind a border of d full
-// rows.
+// rows, and with so many full columns at its end.
 struct System {
   std::size_t n;
   std::vector<double> data, b;
 
-  System(std::size_t size, std::size_t border, std::size_t half) : n(size), data(size * size), b(size) {
+  System(std::size_t size, std::size_t border, std::size_t half, std::size_t columns = 0)
+      : n(size), data(size * size), b(size) {
     std::mt19937 random(static_cast<unsigned>(size + 7 * border + 31 * half));
     std::uniform_real_distribution<double> value(-1, 1);
     for (std::size_t i = 0; i < n; ++i) {
       b[i] = value(random);
       for (std::size_t j = i + 1; j < n; ++j) {
-        if (i < border || j - i <= half) data[i * n + j] = value(random);
+        if (i < border || j - i <= half || j + columns >= n) data[i * n + j] = value(random);
       }
       data[i * n + i] = 2.0 * static_cast<double>(n);
       for (std::size_t j = 0; j < i; ++j) data[i * n + j] = 1e300;  // what stands there must not matter
@@ -48,16 +49,32 @@ TEST(SolveBanded, AnyShapeIsSolvedAndItsUpperTriangleStays) {
         if (border >= n) continue;
         System system(n, border, half);
         const std::vector<double> before = system.data;
-        std::vector<double> inverse(n), x(n), other(n, 1.0);
+        std::vector<double> x(n), other(n, 1.0);
+        BandFactor factor;
         const SquareMatrix a{system.data.data(), n};
-        ASSERT_EQ(SolveBanded(a, inverse, system.b, x, true), 0) << n << ' ' << border << ' ' << half;
+        ASSERT_EQ(SolveBanded(a, factor, system.b, x, true), 0) << n << ' ' << border << ' ' << half;
         ExpectSolved(system, system.b, x);
-        ASSERT_EQ(SolveBanded(a, inverse, other, x, false), 0);
+        ASSERT_EQ(SolveBanded(a, factor, other, x, false), 0);
         ExpectSolved(system, other, x);
         for (std::size_t i = 0; i < n; ++i) {
           for (std::size_t j = i; j < n; ++j) ASSERT_EQ(system.data[i * n + j], before[i * n + j]);
         }
       }
+    }
+  }
+}
+
+TEST(SolveBanded, FullColumnsAnywhereAreSolved) {
+  for (const std::size_t border : {0, 3}) {
+    for (const std::size_t columns : {1, 2, 7}) {
+      System system(260, border, 3, columns);
+      for (std::size_t i = 0; i < 150; ++i) system.data[i * 260 + 150] = 0.5;  // and one in the middle
+      std::vector<double> x(260);
+      BandFactor factor;
+      ASSERT_EQ(SolveBanded({system.data.data(), 260}, factor, system.b, x, true), 0);
+      EXPECT_EQ(factor.border, border);
+      EXPECT_EQ(factor.top[100], 97U) << "a band is to stay one";
+      ExpectSolved(system, system.b, x);
     }
   }
 }
@@ -69,8 +86,9 @@ TEST(SolveBanded, ABadPivotAnywhereIsFoundInAnyShape) {
         for (const double pivot : {0.0, -1e6, std::nan("")}) {
           System system(150, border, half);
           system.data[bad * 150 + bad] = pivot;
-          std::vector<double> inverse(150), x(150, 7.0);
-          EXPECT_EQ(SolveBanded({system.data.data(), 150}, inverse, system.b, x, true), -1)
+          std::vector<double> x(150, 7.0);
+          BandFactor factor;
+          EXPECT_EQ(SolveBanded({system.data.data(), 150}, factor, system.b, x, true), -1)
               << border << ' ' << half << ' ' << bad;
           EXPECT_EQ(x[3], 7.0);
         }

@@ -1,0 +1,26 @@
+// The one loop behind sums of outer products and blocked factorisations: a small tile of a matrix, held in registers,
+// takes the products of many vectors.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace kalvex {
+
+// A tile has 8 rows and 16 columns; vectors are read in strips of 16 entries.
+inline constexpr std::size_t kTileRows = 8;
+inline constexpr std::size_t kTileColumns = 16;
+
+// out[r*stride + c] += sign * sum over p < count of rows[16 p + r] columns[16 p + c]. sign is 1 or -1. The sum is
+// formed first, in the order of p.
+void AddTile(const double* rows, const double* columns, std::size_t count, double sign, double* out,
+             std::size_t stride);
+
+// out[c] += weights[p] strip[16 p + c], for one p after the other and the 16 entries of the strip.
+void AddWeightedStrip(std::span<const double> weights, const double* strip, double* out);
+
+// Solves L X = X for a tile X of rows of 16, L being of 8 by 8: its entry (r, q) stands at l[16 q + r], and the inverse
+// of its diagonal element r at inverseDiagonal[r].
+void SolveTile(const double* l, const double* inverseDiagonal, double* x);
+
+}  // namespace kalvex
