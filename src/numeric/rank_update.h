@@ -29,6 +29,7 @@ class VectorPanel {
     return data_[i / kStrip * (kMost * kStrip) + (count_ - 1) * kStrip + i % kStrip];
   }
   void Clear() { count_ = 0; }
+  std::span<const double> Weights() const { return std::span(weight_).first(count_); }
 
   // Begins several vectors whose entries are then to be written, all of them: RowsFrom(i, v), i a multiple of kStrip,
   // is where entries i to i + kStrip - 1 of vector v stand, and kStrip behind them those of the next.
@@ -40,7 +41,6 @@ class VectorPanel {
   }
   // Forgets the vectors after the first `count`.
   void Shorten(std::size_t count) { count_ = count; }
-  std::span<const double> Weights() const { return std::span(weight_).first(count_); }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
   // Entry i of the first vector; that of the next stands kStrip behind it.
   const double* Rows(std::size_t i) const { return Strip(i) + i % kStrip; }
