@@ -22,8 +22,9 @@ TEST_F(Kalvex, WithoutAScreenSaysNothingOfWindows) {
 
 TEST_F(Kalvex, WithAScreenRunsAMacroAmongWindowsAndLeavesWhenItSaysSo) {
   if (!HasWindows()) GTEST_SKIP() << "built without windows";
-  folder.Write("m.kvs", "NewModel();NewGraph();AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");Wait(Time=20);"
-                        "ExportGraph(GraphNo=1,File=\"g.dat\");Echo(Text=\"here\");Exit(QuitApp=1);");
+  folder.Write("m.kvs",
+               "NewModel();NewGraph();AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");Wait(Time=20);"
+               "ExportGraph(GraphNo=1,File=\"g.dat\");Echo(Text=\"here\");Exit(QuitApp=1);");
   const ProgramRun shown = RunProgram(folder, {"m.kvs"}, {"QT_QPA_PLATFORM=offscreen", "DISPLAY=:654321"});
   EXPECT_EQ(shown.status, 0);
   EXPECT_EQ(shown.out, "here\n");

@@ -1,5 +1,3 @@
-#include "app/window_entry.h"
-
 #include <xcb/xcb.h>
 
 #include <QApplication>
@@ -7,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "app/window_entry.h"
 #include "macro/run_macro.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"
@@ -14,8 +13,8 @@
 namespace kalvex {
 namespace {
 
-// The toolkit ends the process where it finds no screen, so this looks before. Who names a kind of screen to the toolkit
-// knows that there is one.
+// The toolkit ends the process where it finds no screen, so this looks before. Who names a kind of screen to the
+// toolkit knows that there is one.
 bool ScreenAnswers() {
   const char* const kind = std::getenv("QT_QPA_PLATFORM");
   if (kind && *kind) return true;
