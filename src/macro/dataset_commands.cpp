@@ -20,9 +20,7 @@ MacroResult Outcome(MacroCall& call, int slot, bool wasLoaded, const std::string
   return wasLoaded ? call.Done(SlotText(slot) + ' ' + done) : call.Nothing(SlotText(slot) + " is not loaded");
 }
 
-void ShowDatasets(const MacroCall& call) {
-  RefreshDatasetManager(call.program.datasetManager, call.program.datasets);
-}
+void ShowDatasets(const MacroCall& call) { RefreshDatasetManager(call.program.datasetManager, call.program.datasets); }
 
 std::string RangeText(const Dataset& dataset) {
   return std::to_string(dataset.nActive) + " of " + std::to_string(dataset.points.size()) + " points from " +

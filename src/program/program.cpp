@@ -66,6 +66,7 @@ void ShowValues(Program& program) {
   for (Model& model : program.params.models) {
     if (model.number != 0) RefreshModelWindow(program.notices, model, true);
   }
+  SettleSlider(WindowDeskOf(program));
 }
 
 bool CloseModel(Program& program, std::uint32_t number) {

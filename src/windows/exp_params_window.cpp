@@ -16,23 +16,26 @@ ModelParam& ParamOf(const WindowDesk& desk, int index) {
 }
 ModelParam& ParamUnderCursor(const WindowDesk& desk) { return ParamOf(desk, desk.expParams.selectedIndex); }
 
-// Moving the cursor leaves the values alone, so the fit need not hear of it.
-void Refresh(const WindowDesk& desk, bool quiet) {
+void SelectUnderCursor(const WindowDesk& desk) {
   ParamPlace place;
   place.Where = ParamKind::kExp;
   place.nep = desk.expParams.selectedIndex;
   if (SelectParam(desk, kExpParamsOwner, place)) desk.expParams.paramSelected = true;
+}
+
+// Moving the cursor leaves the values alone, so the fit need not hear of it.
+void Refresh(const WindowDesk& desk, bool quiet) {
+  SelectUnderCursor(desk);
   RefreshExpParams(desk.notices, desk.params, quiet);
 }
 
 void Commit(const WindowDesk& desk) {
   if (!desk.expParams.editor.open) return;
   const auto number = TakeNumber(desk.expParams.editor);
-  if (number && !IsFrozen(desk)) {
-    SetValue(desk.params, ParamUnderCursor(desk), *number);
-    RedrawDirty(desk.notices, desk.params);
-  }
-  Refresh(desk, !number);
+  if (!number || IsFrozen(desk)) return Refresh(desk, true);
+  SetValue(desk.params, ParamUnderCursor(desk), *number);
+  RedrawDirty(desk.notices, desk.params);
+  Refresh(desk, false);
 }
 
 void MoveTo(const WindowDesk& desk, int index) {
@@ -61,6 +64,7 @@ void OpenExpParams(const WindowDesk& desk) {
   if (window.open) return;
   window.open = true;
   window.selectedIndex = 0;
+  SelectUnderCursor(desk);
 }
 
 void CloseExpParams(const WindowDesk& desk) {

@@ -66,7 +66,8 @@ void OpenFitWindow(FitDesk desk) {
   desk.window.wantsFront = true;
   if (desk.window.open) return;
   desk.window.open = true;
-  RebuildAfterTermChange(desk);
+  // The lists of a run are its own until it ends.
+  desk.fit.FitRunning ? RefreshTermLines(desk) : RebuildAfterTermChange(desk);
 }
 
 void CloseFitWindow(FitDesk desk) {

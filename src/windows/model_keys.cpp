@@ -111,8 +111,7 @@ bool PressModelKey(const WindowDesk& desk, Model& model, Key key) {
 
 bool PressModelDigit(const WindowDesk& desk, Model& model, char digit) {
   if (!model.window.windowShown || model.window.editor.open || IsFrozen(desk)) return false;
-  HoldCursor(model);
-  OpenEditorWith(model.window.editor, digit);
+  EditParamWith(model, digit);
   return true;
 }
 

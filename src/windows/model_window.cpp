@@ -53,6 +53,14 @@ ParamPlace PlaceUnderCursor(const WindowDesk& desk, const Model& model) {
   return place;
 }
 
+// Scrolls just so far that the row of the cursor is shown.
+void ScrollToCursor(Model& model) {
+  HoldCursor(model);
+  const ModelWindow& window = model.window;
+  if (window.rowSelected)
+    ScrollTo(model, std::clamp(window.topRow, window.curRow - window.visibleRows + 1, window.curRow));
+}
+
 void SelectUnderCursor(const WindowDesk& desk, Model& model) {
   HoldCursor(model);
   if (SelectParam(desk, OwnerOf(model), PlaceUnderCursor(desk, model))) model.window.paramSelected = true;
@@ -214,19 +222,20 @@ void ActivateModelWindow(const WindowDesk& desk, Model& model, bool active) {
   model.window.windowShown = active;
 }
 
-void RefreshAndSelect(const WindowDesk& desk, Model& model) {
+void RefreshAndSelect(const WindowDesk& desk, Model& model, bool quiet) {
   SelectUnderCursor(desk, model);
-  RefreshModelWindow(desk.notices, model);
+  RefreshModelWindow(desk.notices, model, quiet);
 }
 
 void RefreshRowsAndSelect(const WindowDesk& desk, Model& model) {
+  ScrollToCursor(model);
   SelectUnderCursor(desk, model);
   RefreshModelRows(desk.notices, model);
 }
 
 void ShowCursor(const WindowDesk& desk, Model& model) {
-  SelectUnderCursor(desk, model);
-  RefreshModelWindow(desk.notices, model, true);
+  ScrollToCursor(model);
+  RefreshAndSelect(desk, model, true);
 }
 
 void HoldCursor(Model& model) {
@@ -234,9 +243,6 @@ void HoldCursor(Model& model) {
   const int rows = RowCount(model);
   if (rows == 0) window.rowSelected = false;
   window.curRow = std::clamp(window.curRow, 0, std::max(0, rows - 1));
-  if (window.rowSelected) {
-    window.topRow = std::clamp(window.topRow, window.curRow - std::max(1, window.visibleRows) + 1, window.curRow);
-  }
   ScrollTo(model, window.topRow);
 }
 
@@ -246,12 +252,20 @@ ModelParam& ParamUnderCursor(Model& model) {
   return Cell(model, model.window.curRow, ParamOfColumn(model.window.curColumn));
 }
 
-void EditParam(Model& model) { OpenEditor(model.window.editor, ParamUnderCursor(model).value); }
+void EditParam(Model& model) {
+  ScrollToCursor(model);
+  OpenEditor(model.window.editor, ParamUnderCursor(model).value);
+}
+
+void EditParamWith(Model& model, char digit) {
+  ScrollToCursor(model);
+  OpenEditorWith(model.window.editor, digit);
+}
 
 void CommitEdit(const WindowDesk& desk, Model& model) {
   if (!model.window.editor.open) return;
   const auto number = TakeNumber(model.window.editor);
-  if (!number || IsFrozen(desk)) return ShowCursor(desk, model);
+  if (!number || IsFrozen(desk)) return RefreshAndSelect(desk, model, true);
   SetValue(desk.params, ParamUnderCursor(model), *number);
   RedrawDirty(desk.notices, desk.params);
   RefreshAndSelect(desk, model);

@@ -57,20 +57,22 @@ void CloseModelWindow(const WindowDesk& desk, Model& model);
 // The window becomes the active one or stops being it, which commits what is typed.
 void ActivateModelWindow(const WindowDesk& desk, Model& model, bool active);
 
-// After a change of the parameters: the one under the cursor goes to the parameter control, then graphs and fit hear.
-void RefreshAndSelect(const WindowDesk& desk, Model& model);
+// After a change of the parameters: the one under the cursor goes to the parameter control, then the graphs hear, and
+// the fit unless quiet.
+void RefreshAndSelect(const WindowDesk& desk, Model& model, bool quiet = false);
 // After a change of the number or order of rows. The cursor is held inside.
 void RefreshRowsAndSelect(const WindowDesk& desk, Model& model);
-// After a move of the cursor, of which the fit need not hear: no value has changed.
+// After a move of the cursor: scrolls to it. The fit need not hear, since no value has changed.
 void ShowCursor(const WindowDesk& desk, Model& model);
-// Holds the cursor inside the rows and scrolls just so far that its row is shown.
+// Holds the cursor inside the rows, which may have become fewer.
 void HoldCursor(Model& model);
 // The parameter under the cursor.
 ModelParam& ParamUnderCursor(Model& model);
 
-// The editor: opening it on the parameter under the cursor, and taking what was typed. A text that is no number changes
-// nothing.
+// The editor: opening it on the parameter under the cursor, with its value or with one digit, and taking what was
+// typed. A text that is no number changes nothing.
 void EditParam(Model& model);
+void EditParamWith(Model& model, char digit);
 void CommitEdit(const WindowDesk& desk, Model& model);
 
 enum class ModelButton {

@@ -41,11 +41,28 @@ void TellOwner(const WindowDesk& desk) {
 // The parameter that the user may change now, null if there is none.
 ModelParam* ParamToEdit(const WindowDesk& desk) { return IsFrozen(desk) ? nullptr : SelectedParam(desk); }
 
-void AfterEdit(const WindowDesk& desk, const ModelParam& param) {
-  Propagate(desk.params, param);
+// After an edit: the owner, the windows that coupling has reached, and the slider's new centre.
+void TellEveryone(const WindowDesk& desk) {
   TellOwner(desk);
   RedrawDirty(desk.notices, desk.params);
   SettleSlider(desk);
+}
+
+// Changes the record, lets limits that are in force act on the value, and tells everyone.
+template <class Change>
+void Edit(const WindowDesk& desk, ModelParam* param, Change change) {
+  if (!param) return;
+  change(*param);
+  SetValue(desk.params, *param, param->value);
+  TellEveryone(desk);
+}
+
+// The same for a field that loses the focus with this text in it.
+template <class Store>
+void EditField(const WindowDesk& desk, std::string_view text, double ModelParam::*field, Store store) {
+  ModelParam* const param = ParamToEdit(desk);
+  if (!param || text == FieldText(param->*field)) return;
+  Edit(desk, param, [&](ModelParam& edited) { edited.*field = store(edited, RealOf(text)); });
 }
 
 // The slider at an end where the value stands on a stored limit, whether or not the limit is in force.
@@ -151,59 +168,39 @@ void SettleSlider(const WindowDesk& desk) {
 }
 
 void CommitValue(const WindowDesk& desk, std::string_view text) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param || text == FieldText(param->value)) return;
-  SetValue(desk.params, *param, RealOf(text));
-  AfterEdit(desk, *param);
+  EditField(desk, text, &ModelParam::value, [](const ModelParam&, double value) { return value; });
 }
 
 void CommitMin(const WindowDesk& desk, std::string_view text) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param || text == FieldText(param->min)) return;
-  const double limit = RealOf(text);
-  param->min = limit > param->max ? param->max : limit;
-  SetValue(desk.params, *param, param->value);
-  AfterEdit(desk, *param);
+  EditField(desk, text, &ModelParam::min,
+            [](const ModelParam& param, double limit) { return limit > param.max ? param.max : limit; });
 }
 
 void CommitMax(const WindowDesk& desk, std::string_view text) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param || text == FieldText(param->max)) return;
-  const double limit = RealOf(text);
-  param->max = limit < param->min ? param->min : limit;
-  SetValue(desk.params, *param, param->value);
-  AfterEdit(desk, *param);
+  EditField(desk, text, &ModelParam::max,
+            [](const ModelParam& param, double limit) { return limit < param.min ? param.min : limit; });
 }
 
 void CheckUseMin(const WindowDesk& desk, bool on) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param) return;
-  param->useMin = on ? 1 : 0;
-  SetValue(desk.params, *param, param->value);
-  AfterEdit(desk, *param);
+  Edit(desk, ParamToEdit(desk), [&](ModelParam& param) { param.useMin = on ? 1 : 0; });
 }
 
 void CheckUseMax(const WindowDesk& desk, bool on) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param) return;
-  param->useMax = on ? 1 : 0;
-  SetValue(desk.params, *param, param->value);
-  AfterEdit(desk, *param);
+  Edit(desk, ParamToEdit(desk), [&](ModelParam& param) { param.useMax = on ? 1 : 0; });
 }
 
 void CheckAdjustable(const WindowDesk& desk, bool on) {
   ModelParam* const param = ParamToEdit(desk);
   if (!param) return;
-  param->adjustable = on ? 1 : 0;
-  AfterEdit(desk, *param);
+  SetAdjustable(desk.params, *param, on ? 1 : 0);
+  TellEveryone(desk);
 }
 
 void ChooseCoupling(const WindowDesk& desk, int entry) {
   ModelParam* const param = ParamToEdit(desk);
   if (!param) return;
   SetCoupling(desk.params, *param, entry);
-  TellOwner(desk);
-  SettleSlider(desk);
+  TellEveryone(desk);
 }
 
 }  // namespace kalvex
