@@ -1,8 +1,10 @@
 #include "windows/qt/keeper.h"
 
 #include "graphs/graph_table.h"
+#include "windows/qt/fit_view.h"
 #include "windows/qt/graph_view.h"
 #include "windows/qt/main_view.h"
+#include "windows/qt/manager_view.h"
 
 namespace kalvex {
 
@@ -29,12 +31,20 @@ void Keeper::ReconcileGraphs() {
   }
 }
 
+template <class View>
+void Keeper::ReconcileSingle(std::unique_ptr<View>& view, bool open) {
+  if (open && !view) view = std::make_unique<View>(*this);
+  if (view) view->Refresh();
+}
+
 void Keeper::Reconcile() {
   // Showing a widget may send it events, whose handlers come here again.
   if (reconciling_) return;
   reconciling_ = true;
   main_->Refresh();
   ReconcileGraphs();
+  ReconcileSingle(manager_, program_.datasetManager.open);
+  ReconcileSingle(fit_, program_.fitWindow.open);
   reconciling_ = false;
   sinceLast_.restart();
 }
