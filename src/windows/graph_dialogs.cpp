@@ -10,8 +10,6 @@
 namespace kalvex {
 namespace {
 
-constexpr std::size_t kLongestTitle = 99;
-
 AxisForm FormOf(const Axis& axis) { return {TextG(axis.min), TextG(axis.max), axis.log, axis.title, axis.titleShown}; }
 
 void Store(const AxisForm& form, Axis& axis) {

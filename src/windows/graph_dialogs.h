@@ -15,6 +15,8 @@
 
 namespace kalvex {
 
+inline constexpr int kLongestTitle = 99;  // of an axis, bytes
+
 struct AxisForm {
   std::string min, max;
   bool log = false;

@@ -2,7 +2,7 @@
 
 namespace kalvex {
 
-QLineEdit* FormFields::Text(const char* name, std::string& text) {
+QLineEdit* FormFields::Text(const QString& name, std::string& text) {
   auto* const field = new QLineEdit;
   field->setObjectName(name);
   QObject::connect(field, &QLineEdit::textEdited, field, [this, &text](const QString& typed) {
@@ -13,7 +13,7 @@ QLineEdit* FormFields::Text(const char* name, std::string& text) {
   return field;
 }
 
-QCheckBox* FormFields::Tick(const char* name, const char* words, bool& ticked) {
+QCheckBox* FormFields::Tick(const QString& name, const char* words, bool& ticked) {
   auto* const box = new QCheckBox(words);
   box->setObjectName(name);
   QObject::connect(box, &QCheckBox::clicked, box, [this, &ticked](bool now) {

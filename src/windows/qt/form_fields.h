@@ -18,11 +18,11 @@ class FormFields {
   explicit FormFields(std::function<void()> changed) : changed_(std::move(changed)) {}
 
   // The members must outlive the controls; whoever puts them into a layout owns the controls.
-  QLineEdit* Text(const char* name, std::string& text);
-  QCheckBox* Tick(const char* name, const char* words, bool& ticked);
+  QLineEdit* Text(const QString& name, std::string& text);
+  QCheckBox* Tick(const QString& name, const char* words, bool& ticked);
   // One of several that stand in the same parent.
   template <class Choice>
-  QRadioButton* Radio(const char* name, const char* words, Choice& choice, Choice value) {
+  QRadioButton* Radio(const QString& name, const char* words, Choice& choice, Choice value) {
     auto* const button = new QRadioButton(words);
     button->setObjectName(name);
     QObject::connect(button, &QRadioButton::clicked, button, [this, &choice, value] {

@@ -38,9 +38,9 @@ ManagerView::ManagerView(Keeper& keeper)
   auto* const grid = new QGridLayout;
   grid->setVerticalSpacing(3);
   grid->setColumnStretch(1, 1);
-  constexpr std::array<int, 5> kColumns = {0, 1, 2, 3, 5}, kSpans = {1, 1, 1, 2, 1};
-  for (std::size_t k = 0; k < kColumns.size(); ++k) {
-    grid->addWidget(NewHead(texts::kManagerColumns[k]), 0, kColumns[k], 1, kSpans[k]);
+  constexpr std::array<int, 5> kHeadColumns = {0, 1, 2, 3, 5}, kHeadSpans = {1, 1, 1, 2, 1};
+  for (std::size_t k = 0; k < kHeadColumns.size(); ++k) {
+    grid->addWidget(NewHead(texts::kManagerColumns[k]), 0, kHeadColumns[k], 1, kHeadSpans[k]);
   }
   for (int slot = 1; slot <= kManagerRows; ++slot) {
     const RowControls& row = rows_[static_cast<std::size_t>(slot - 1)] = NewRow(slot);
