@@ -15,8 +15,8 @@
 namespace kalvex {
 namespace {
 
-constexpr int kWidth = 460, kMargin = 8, kGap = 5;
-constexpr int kValueColumn = 80;
+constexpr int kWidth = 520, kMargin = 8, kGap = 5;
+constexpr int kValueColumn = 95;
 
 WindowPlace PlaceOf(FitWindow& window) { return {window.open, window.x, window.y, window.wantsFront}; }
 

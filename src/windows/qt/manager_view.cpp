@@ -19,6 +19,7 @@ QLineEdit* NewField(const QString& name, int width) {
   auto* const field = new QLineEdit;
   field->setObjectName(name);
   field->setMinimumWidth(width);
+  if (width != kNameWidth) field->setMaximumWidth(width);
   return field;
 }
 
