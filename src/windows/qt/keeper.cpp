@@ -46,12 +46,14 @@ void Keeper::Reconcile() {
   ReconcileSingle(manager_, program_.datasetManager.open);
   ReconcileSingle(fit_, program_.fitWindow.open);
   reconciling_ = false;
+  runShown_ = program_.fit.FitRunning;
   sinceLast_.restart();
 }
 
 void Keeper::ReconcileNowAndThen() {
   constexpr qint64 kPause = 15;  // ms, about a picture of the screen
-  if (sinceLast_.elapsed() >= kPause) Reconcile();
+  // A run that has begun shows at once how it can be stopped.
+  if (sinceLast_.elapsed() >= kPause || runShown_ != program_.fit.FitRunning) Reconcile();
 }
 
 }  // namespace kalvex

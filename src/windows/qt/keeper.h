@@ -43,6 +43,7 @@ class Keeper {
 
   Program& program_;
   bool reconciling_ = false;
+  bool runShown_ = false;
   QElapsedTimer sinceLast_;
   std::unique_ptr<MainView> main_;
   std::map<std::uint32_t, std::unique_ptr<GraphView>> graphs_;

@@ -5,7 +5,9 @@
 #include <QTimer>
 #include <QTreeWidget>
 
+#include "core/text.h"
 #include "windows/main_window.h"
+#include "windows/qt/graph_view.h"
 #include "windows/qt/on_screen.h"
 
 namespace kalvex {
@@ -35,7 +37,7 @@ class FitOnScreen : public OnScreen {
     QTest::mouseClick(of.viewport(), Qt::LeftButton, keys, of.visualItemRect(of.topLevelItem(row)).center());
     Settle();
   }
-  // A press of a button from within the events that a run delivers, each time they are.
+  // Acts once, from within the events that a run delivers.
   void DuringTheRun(std::function<void()> act) {
     QTimer::singleShot(0, [this, act] {
       EXPECT_TRUE(program.fit.FitRunning);
@@ -184,7 +186,7 @@ TEST_F(FitOnScreen, StopEndsARunAfterTheIterationInProgress) {
   });
   Press("fitStart");
   EXPECT_FALSE(program.fit.FitRunning);
-  EXPECT_EQ(program.fit.IterationCount, at);
+  EXPECT_LE(program.fit.IterationCount, at + 1);
   EXPECT_EQ(program.fit.report.stop, "stopped by the user");
   EXPECT_EQ(Find<QPushButton>("fitStart")->text(), "START");
   EXPECT_TRUE(Find<QPushButton>("fitUndo")->isEnabled());
@@ -214,7 +216,8 @@ TEST_F(FitOnScreen, WindowsClosedDuringARunAreGoneAndTheRunStops) {
     Find<QWidget>("fit")->close();
   });
   Press("fitStart");
-  EXPECT_EQ(program.fit.IterationCount, at);
+  EXPECT_LE(program.fit.IterationCount, at + 1);
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
   EXPECT_EQ(Find<QWidget>("fit"), nullptr);
   EXPECT_EQ(keeper.graphWidget(1), nullptr);
   ChooseCommand(program, MainCommand::kFitWindow);
@@ -227,28 +230,43 @@ TEST_F(FitOnScreen, TheMainWindowClosedDuringARunEndsItAndTheProgram) {
   TwoTerms();
   LetRunsBeLong();
   int at = -1;
-  DuringTheRun([&] {
-    at = program.fit.IterationCount;
-    keeper.mainWidget()->close();
+  QTimer::singleShot(0, [&] {
+    DuringTheRun([&] {
+      at = program.fit.IterationCount;
+      keeper.mainWidget()->close();
+    });
+    Press("fitStart");
+    EXPECT_FALSE(program.fit.FitRunning);
   });
-  Press("fitStart");
+  QTimer tooLate;
+  tooLate.setSingleShot(true);
+  QObject::connect(&tooLate, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  tooLate.start(5000);
+  EXPECT_EQ(QCoreApplication::exec(), 0);  // also where other windows are open
   EXPECT_TRUE(program.mainWindow.quit);
-  EXPECT_EQ(program.fit.IterationCount, at);
-  EXPECT_FALSE(program.fit.FitRunning);
+  EXPECT_LE(program.fit.IterationCount, at + 1);
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
 }
 
 TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
   TwoTerms();
-  std::string iteration, chiSq;
-  DuringTheRun([&] {
-    iteration = TextOf("fitIteration");
-    chiSq = TextOf("fitChiSq");
-    EXPECT_EQ(chiSq, FitLabelsOf(program.fit).chiSq);
+  LetRunsBeLong();
+  const QImage before = dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture();
+  bool looked = false;
+  QTimer eachTime;  // that events are delivered
+  QObject::connect(&eachTime, &QTimer::timeout, [&] {
+    if (!program.fit.FitRunning || program.fit.IterationCount < 2 || looked) return;
+    looked = true;
+    keeper.Reconcile();  // without the pause between two pictures
+    EXPECT_EQ(TextOf("fitIteration"), std::to_string(program.fit.IterationCount));
+    EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(program.fit).chiSq);
+    EXPECT_EQ(list().topLevelItem(0)->text(2).toStdString(), TextG(terms()[0].termChiSq));
+    EXPECT_NE(dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture(), before);
+    QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
   });
-  const std::string before = TextOf("fitChiSq");
+  eachTime.start(0);
   Press("fitStart");
-  EXPECT_EQ(iteration, "1");
-  EXPECT_NE(chiSq, before);
+  EXPECT_TRUE(looked);
 }
 
 TEST_F(FitOnScreen, ComesBackWhereItWasLeft) {
