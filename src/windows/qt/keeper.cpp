@@ -22,7 +22,14 @@ QWidget* Keeper::graphWidget(std::uint32_t number) const {
 }
 
 void Keeper::ReconcileGraphs() {
-  std::erase_if(graphs_, [&](const auto& entry) { return !GetGraphByNumber(program_.graphs, entry.first); });
+  for (auto entry = graphs_.begin(); entry != graphs_.end();) {
+    const bool open = GetGraphByNumber(program_.graphs, entry->first) != nullptr;
+    if (!open) {
+      entry->second->hide();
+      entry->second.release()->deleteLater();  // it may be in the middle of the event that closed it
+    }
+    entry = open ? std::next(entry) : graphs_.erase(entry);
+  }
   for (Graph& graph : program_.graphs.slots) {
     if (graph.number == 0) continue;
     auto& view = graphs_[graph.number];
