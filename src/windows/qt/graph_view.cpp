@@ -43,9 +43,9 @@ void GraphView::ShowDialogs() {
 }
 
 void GraphView::Refresh() {
-  Graph* const of = graph();
-  if (!of) return;
   ShowDialogs();
+  Graph* const of = graph();
+  if (!of) return hide();
   // A macro has moved the window or changed its size.
   if (of->Width != width() || of->Height != height()) resize(of->Width, of->Height);
   if (pos() != QPoint(of->XPos, of->YPos)) move(of->XPos, of->YPos);

@@ -25,7 +25,7 @@ void Keeper::ReconcileGraphs() {
   for (auto entry = graphs_.begin(); entry != graphs_.end();) {
     const bool open = GetGraphByNumber(program_.graphs, entry->first) != nullptr;
     if (!open) {
-      entry->second->hide();
+      entry->second->Refresh();
       entry->second.release()->deleteLater();  // it may be in the middle of the event that closed it
     }
     entry = open ? std::next(entry) : graphs_.erase(entry);
