@@ -6,8 +6,8 @@
 #include <QApplication>
 #include <QTest>
 
-#include "macro/run_macro.h"
 #include "graphs/graph_table.h"
+#include "macro/run_macro.h"
 #include "models/model_table.h"
 #include "program/program.h"
 #include "support/scratch_folder.h"
