@@ -33,10 +33,6 @@ class FitOnScreen : public OnScreen {
   }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
   QTreeWidget& list() { return *Find<QTreeWidget>("fitTerms"); }
-  void Click(QTreeWidget& of, int row, Qt::KeyboardModifiers keys = Qt::NoModifier) {
-    QTest::mouseClick(of.viewport(), Qt::LeftButton, keys, of.visualItemRect(of.topLevelItem(row)).center());
-    Settle();
-  }
   // Acts once, from within the events that a run delivers.
   void DuringTheRun(std::function<void()> act) {
     QTimer::singleShot(0, [this, act] {

@@ -29,20 +29,10 @@ class DialogsOfAGraph : public OnScreen {
     QTest::mouseClick(pressed, Qt::LeftButton, {}, QPoint(8, pressed->height() / 2));  // where a box has its tick
     Settle();
   }
-  void Type(const char* field, const char* text) {
-    auto* const edit = Find<QLineEdit>(field);
-    edit->selectAll();
-    QTest::keyClicks(edit, text);
-  }
-  std::string TextOf(const char* field) { return Find<QLineEdit>(field)->text().toStdString(); }
   static Texts RowsOf(const QTreeWidget& list) {
     Texts rows;
     for (int k = 0; k < list.topLevelItemCount(); ++k) rows.push_back(list.topLevelItem(k)->text(0).toStdString());
     return rows;
-  }
-  void Click(QTreeWidget& of, int row, Qt::KeyboardModifiers keys = Qt::NoModifier) {
-    QTest::mouseClick(of.viewport(), Qt::LeftButton, keys, of.visualItemRect(of.topLevelItem(row)).center());
-    Settle();
   }
   void OnlyData() {
     Press("contentsKindAll");
@@ -59,7 +49,7 @@ TEST_F(DialogsOfAGraph, PropertiesApplyShowsWhatTheAxesMadeOfThem) {
   Type("propertiesXMax", "100");
   EXPECT_EQ(GraphNo(1).X.max, 1000);
   Press("propertiesApply");
-  EXPECT_EQ(TextOf("propertiesXMin"), "100");
+  EXPECT_EQ(FieldText("propertiesXMin"), "100");
   EXPECT_EQ(GraphNo(1).X.max, 900);
   Type("propertiesYTitle", "Abs");
   Find<QCheckBox>("propertiesShowFitted")->click();
@@ -78,7 +68,7 @@ TEST_F(DialogsOfAGraph, ASecondDialogWaitsForTheFirst) {
   Type("propertiesXMax", "77");
   DoublePress(2, true);
   EXPECT_EQ(Find<QWidget>("contents"), nullptr);
-  EXPECT_EQ(TextOf("propertiesXMax"), "77");
+  EXPECT_EQ(FieldText("propertiesXMax"), "77");
   Press("propertiesCancel");
   DoublePress(2, true);
   EXPECT_EQ(Find<QWidget>("contents")->windowTitle(), "Graph2 - contents");
@@ -126,7 +116,7 @@ TEST_F(DialogsOfAGraph, TheGroupEditsAllSelectedCurves) {
   Click(chosen(), 1, Qt::ControlModifier);
   EXPECT_EQ(line->checkState(), Qt::PartiallyChecked);
   Type("contentsScale", "2.");
-  EXPECT_EQ(TextOf("contentsScale"), "2.");
+  EXPECT_EQ(FieldText("contentsScale"), "2.");
   QTest::keyClick(Find<QComboBox>("contentsColor"), Qt::Key_End);
   QTest::keyClick(Find<QComboBox>("contentsShape"), Qt::Key_Down);
   Press("contentsOk");

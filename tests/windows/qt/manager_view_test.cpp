@@ -23,12 +23,6 @@ class ManagerOnScreen : public OnScreen {
     QTest::mouseClick(Find<QAbstractButton>(button), Qt::LeftButton);
     Settle();
   }
-  void Type(const char* field, const char* text) {
-    auto* const edit = Find<QLineEdit>(field);
-    edit->selectAll();
-    QTest::keyClicks(edit, text);
-  }
-  std::string TextOf(const char* field) { return Find<QLineEdit>(field)->text().toStdString(); }
 };
 
 TEST_F(ManagerOnScreen, ShowsTheFirstTenSlots) {
@@ -37,9 +31,10 @@ TEST_F(ManagerOnScreen, ShowsTheFirstTenSlots) {
   EXPECT_FALSE(Find<QComboBox>("managerQuantity1")->isEnabled());
   EXPECT_EQ(Find<QComboBox>("managerQuantity1")->currentIndex(), -1);
   EXPECT_EQ(Find<QPushButton>("managerButton2")->text(), "Unload");
-  EXPECT_EQ(TextOf("managerName2"), "E1_x.dat");
+  EXPECT_EQ(FieldText("managerName2"), "E1_x.dat");
   EXPECT_EQ(Find<QComboBox>("managerQuantity2")->currentText(), "E1");
-  EXPECT_EQ(TextOf("managerCutMin2") + ' ' + TextOf("managerCutMax2") + ' ' + TextOf("managerPoints2"), "100 300 3");
+  EXPECT_EQ(FieldText("managerCutMin2") + ' ' + FieldText("managerCutMax2") + ' ' + FieldText("managerPoints2"),
+            "100 300 3");
   EXPECT_NE(Find<QPushButton>("managerButton10"), nullptr);
 }
 
@@ -47,11 +42,11 @@ TEST_F(ManagerOnScreen, ARangeActsWithEachCharacter) {
   auto* const field = Find<QLineEdit>("managerCutMin2");
   field->selectAll();
   QTest::keyClicks(field, "2");
-  EXPECT_EQ(TextOf("managerPoints2"), "3");
+  EXPECT_EQ(FieldText("managerPoints2"), "3");
   QTest::keyClicks(field, "50.");
   EXPECT_EQ(field->text(), "250.");
   EXPECT_EQ(Slot(2).CutMin, 250);
-  EXPECT_EQ(TextOf("managerPoints2"), "1");
+  EXPECT_EQ(FieldText("managerPoints2"), "1");
 }
 
 TEST_F(ManagerOnScreen, AQuantityIsChosenByKeys) {
@@ -112,7 +107,7 @@ TEST_F(ManagerOnScreen, LoadsAGeneratedGridByTheDialog) {
   ASSERT_EQ(Slot(3).points.size(), 3u);
   EXPECT_DOUBLE_EQ(Slot(3).points[1].x, 10);
   EXPECT_EQ(Slot(3).points[1].y, 2.5);
-  EXPECT_EQ(TextOf("managerName3"), "E1_x.dat");
+  EXPECT_EQ(FieldText("managerName3"), "E1_x.dat");
 }
 
 TEST_F(ManagerOnScreen, AFailureIsToldAndTheEntriesStay) {
@@ -127,7 +122,7 @@ TEST_F(ManagerOnScreen, AFailureIsToldAndTheEntriesStay) {
   });
   Press("loadDialogOk");
   EXPECT_EQ(told, "Error: Cannot open master file.");
-  EXPECT_EQ(TextOf("loadMaster"), "missing.dat");
+  EXPECT_EQ(FieldText("loadMaster"), "missing.dat");
   QTest::keyClick(Find<QWidget>("loadDialog"), Qt::Key_Escape);
   Settle();
   EXPECT_EQ(Find<QWidget>("loadDialog"), nullptr);
