@@ -193,6 +193,7 @@ int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const Fit
   for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFreeParams); ++i) {
     fit.params[i].startValue = fit.params[i].cell->value;
   }
+  if (hooks.started) hooks.started(hooks.self);
   int status = 0;
   try {
     Run run(fit, eval, platform, hooks);

@@ -18,6 +18,8 @@ struct FitHooks {
   void (*iterationDone)(void* self) = nullptr;
   // Lets a stop request set FitState::StopRequested; called once for each accepted iteration.
   void (*poll)(void* self) = nullptr;
+  // Before the first iteration, which may take long: windows show that the run has begun.
+  void (*started)(void* self) = nullptr;
 };
 
 inline constexpr double kLambdaFactor = 10.0;

@@ -26,6 +26,11 @@ void FollowIteration(void* self) {
   if (program.showProgress) PrintProgress(program.fit);
 }
 
+void DeliverEvents(void* self) {
+  const Platform& platform = ProgramOf(self).platform;
+  platform.pumpEvents(platform.self);
+}
+
 }  // namespace
 
 Program::Program(int threads) : pool(threads) {
@@ -54,12 +59,7 @@ WindowDesk WindowDeskOf(Program& program) {
           program.paramControl, program.vdfDialog, program.graphDialogs,   program.GraphReader, program.fileFolder};
 }
 
-FitHooks HooksOf(Program& program) {
-  return {&program, FollowIteration, [](void* self) {
-            const Platform& platform = ProgramOf(self).platform;
-            platform.pumpEvents(platform.self);
-          }};
-}
+FitHooks HooksOf(Program& program) { return {&program, FollowIteration, DeliverEvents, DeliverEvents}; }
 
 void ShowValues(Program& program) {
   if (program.expParamsWindow.open) RefreshExpParams(program.notices, program.params, true);

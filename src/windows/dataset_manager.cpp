@@ -58,7 +58,10 @@ void OpenDatasetManager(DatasetManager& manager, const DatasetTable& datasets) {
   RefreshDatasetManager(manager, datasets);
 }
 
-void CloseDatasetManager(const WindowDesk& desk) { desk.datasetManager.open = false; }
+void CloseDatasetManager(const WindowDesk& desk) {
+  CancelLoadDialog(desk);
+  desk.datasetManager.open = false;
+}
 
 void RefreshDatasetManager(DatasetManager& manager, const DatasetTable& datasets) {
   if (!manager.open) return;

@@ -25,14 +25,15 @@ struct ManagerRow {
 
 struct DatasetManager {
   bool open = false;
-  int x = 0;
-  int y = 0;
+  int x = 60;
+  int y = 130;
   bool wantsFront = false;  // a screen brings the window to the front, and clears this
   std::array<ManagerRow, kManagerRows> rows;
   bool unloadAll = false;  // that button answers
 };
 
 void OpenDatasetManager(DatasetManager& manager, const DatasetTable& datasets);
+// With it goes the load dialog, its entries lost.
 void CloseDatasetManager(const WindowDesk& desk);
 
 // Fills all rows, if the window is open.

@@ -178,8 +178,9 @@ void ScrollTermLines(FitWindow& window, int topLine) {
 }
 
 void WeightEdited(FitDesk desk, std::string_view text) {
-  if (text.empty() || text == desk.window.weightText || desk.fit.FitRunning) return;
+  if (text == desk.window.weightText || desk.fit.FitRunning) return;
   desk.window.weightText = text;
+  if (text.empty()) return;
   for (ChiSqTerm& term : desk.fit.list.terms) {
     if (term.selected) term.weight = RealOf(text);
   }
@@ -192,10 +193,12 @@ void RemoveSelectedTerms(FitDesk desk) {
 }
 
 void ToggleFold(FitWindow& window) {
-  const bool grow = window.height < kFoldThreshold;
+  const bool grow = IsFolded(window);
   window.height = grow ? kUnfoldedHeight : kFoldedHeight;
   window.foldButton = grow ? texts::kFoldGrown : texts::kFoldFolded;
 }
+
+bool IsFolded(const FitWindow& window) { return window.height < kFoldThreshold; }
 
 std::vector<std::string> DatasetChoices(const FitDesk& desk) {
   std::vector<std::string> choices{texts::kAddTermsAll};
@@ -253,7 +256,7 @@ void OpenAddTerms(FitDesk desk) {
 }
 
 void AcceptAddTerms(FitDesk desk) {
-  if (!desk.window.addTerms.open) return;
+  if (!desk.window.addTerms.open || desk.fit.FitRunning) return;
   AddSelectedCandidates(desk, desk.window.addTerms);
   desk.window.addTerms = {};
 }

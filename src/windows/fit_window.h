@@ -42,8 +42,8 @@ struct FitOptionsForm {
 
 struct FitWindow {
   bool open = false;
-  int x = 0;
-  int y = 0;
+  int x = 100;
+  int y = 160;
   int height = 282;
   bool wantsFront = false;  // a screen brings the window to the front, and clears this
   std::string foldButton = texts::kFoldAtStart;
@@ -103,12 +103,13 @@ void SelectionChanged(FitDesk desk);
 // A line of the list is selected or no longer; several can be at a time.
 void SelectTermLine(FitDesk desk, std::size_t line, bool selected);
 void ScrollTermLines(FitWindow& window, int topLine);
-// An edit of the weight field: a number, for every selected term. An empty text does nothing, nor does what the field
-// shows already, since filling it is no edit.
+// An edit of the weight field: a number, for every selected term. An empty text changes no term, nor does what the
+// field shows already, since filling it is no edit.
 void WeightEdited(FitDesk desk, std::string_view text);
 void RemoveSelectedTerms(FitDesk desk);
-// Grows a folded window, folds a grown one.
+// Grows a folded window, folds a grown one. The height tells which it is, whoever has set it.
 void ToggleFold(FitWindow& window);
+bool IsFolded(const FitWindow& window);
 
 // The entries of the two drop-down lists: "All", then the names.
 std::vector<std::string> DatasetChoices(const FitDesk& desk);

@@ -10,8 +10,6 @@
 namespace kalvex {
 namespace {
 
-constexpr std::size_t kLongestTitle = 99;
-
 AxisForm FormOf(const Axis& axis) { return {TextG(axis.min), TextG(axis.max), axis.log, axis.title, axis.titleShown}; }
 
 void Store(const AxisForm& form, Axis& axis) {
@@ -157,6 +155,16 @@ bool AllTicked(const std::array<bool, kQuantityCount>& quantities) {
   return std::all_of(quantities.begin(), quantities.end(), [](bool ticked) { return ticked; });
 }
 
+void SelectAvailable(GraphContents& contents, std::size_t curve, bool selected) {
+  if (curve < contents.available.size()) contents.available[curve].selected = selected;
+}
+
+void SelectChosen(GraphContents& contents, std::size_t curve, bool selected) {
+  if (curve >= contents.chosen.size()) return;
+  contents.chosen[curve].selected = selected;
+  contents.look = LookOf(contents);
+}
+
 void MoveToGraph(GraphContents& contents) {
   Deselect(contents.chosen);
   for (const ListedCurve& listed : contents.available) {
@@ -168,6 +176,7 @@ void MoveToGraph(GraphContents& contents) {
     }
   }
   Renumber(contents.chosen);
+  contents.look = LookOf(contents);
 }
 
 void MoveFromGraph(GraphContents& contents) {
@@ -182,6 +191,7 @@ void MoveFromGraph(GraphContents& contents) {
   }
   std::erase_if(contents.chosen, [](const ListedCurve& listed) { return listed.selected; });
   Renumber(contents.chosen);
+  contents.look = LookOf(contents);
 }
 
 CurveLook LookOf(const GraphContents& contents) {
@@ -195,6 +205,7 @@ CurveLook LookOf(const GraphContents& contents) {
   look.error = Common(contents, [](const Curve& c) { return c.ShowError; });
   look.symbol = Common(contents, [](const Curve& c) { return c.ShowSymbol; });
   look.open = Common(contents, [](const Curve& c) { return c.SymbolOpen; });
+  look.colorIndex = Common(contents, [](const Curve& c) { return c.colorIndex; });
   look.size = Common(contents, [](const Curve& c) { return c.nSymbolSize; });
   look.shape = Common(contents, [](const Curve& c) { return c.nSymbolShape; });
   look.scale = TextOf(Common(contents, [](const Curve& c) { return c.Scale; }));
@@ -217,6 +228,8 @@ void SetLook(GraphContents& contents, const CurveLook& look) {
     SetIfKnown(curve.nSymbolShape, look.shape);
   }
   Renumber(contents.chosen);
+  contents.look = look;
+  contents.look.colorIndex = LookOf(contents).colorIndex;
 }
 
 void StoreContents(const GraphContents& contents, Graph& graph) {

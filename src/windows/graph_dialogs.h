@@ -15,6 +15,8 @@
 
 namespace kalvex {
 
+inline constexpr int kLongestTitle = 99;  // of an axis, bytes
+
 struct AxisForm {
   std::string min, max;
   bool log = false;
@@ -39,12 +41,25 @@ struct ListedCurve {
   bool selected = false;
 };
 
+// The group "Curve properties" for the selected curves of the graph. What differs among them has no value: a text is
+// empty, a tick shows the third state.
+struct CurveLook {
+  std::optional<int> nColor;
+  std::optional<bool> line, error, symbol, open;
+  std::optional<int> size, shape;  // -1 shows as empty
+  std::string scale, shift;
+  std::optional<int> colorIndex;  // that the selected curves are painted in
+  bool any = false;               // there is a selected curve
+  bool allData = false;  // all are of the kind "DATA", and everything can be edited; else colour, scale and shift only
+};
+
 struct GraphContents {
   std::string caption;
   std::array<bool, kCurveKinds> kinds;  // ticks of the two groups of filters
   std::array<bool, kQuantityCount> quantities;
   std::vector<ListedCurve> available;
   std::vector<ListedCurve> chosen;
+  CurveLook look;  // as the group shows it: the texts as a person types them
 };
 
 // All ticks are set.
@@ -54,22 +69,17 @@ void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const Pa
 bool AllTicked(const std::array<bool, kCurveKinds>& kinds);
 bool AllTicked(const std::array<bool, kQuantityCount>& quantities);
 
+// A curve of either list is selected or no longer; several can be at a time.
+void SelectAvailable(GraphContents& contents, std::size_t curve, bool selected);
+void SelectChosen(GraphContents& contents, std::size_t curve, bool selected);
+
 // "=>": the selected available curves go to the end of the graph's list, and are selected there; one that it has
 // already is only selected.
 void MoveToGraph(GraphContents& contents);
 // "<=": the selected curves leave the graph's list, and are selected in the other.
 void MoveFromGraph(GraphContents& contents);
 
-// The group "Curve properties" for the selected curves of the graph. What differs among them has no value: a text is
-// empty, a tick shows the third state.
-struct CurveLook {
-  std::optional<int> nColor;
-  std::optional<bool> line, error, symbol, open;
-  std::optional<int> size, shape;  // -1 shows as empty
-  std::string scale, shift;
-  bool any = false;      // there is a selected curve
-  bool allData = false;  // all are of the kind "DATA", and everything can be edited; else colour, scale and shift only
-};
+// What the group shows after a change of the selection or of the graph's list.
 CurveLook LookOf(const GraphContents& contents);
 // Takes over every field that has a value, for each selected curve; those of data for curves of that kind only.
 void SetLook(GraphContents& contents, const CurveLook& look);

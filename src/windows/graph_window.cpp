@@ -11,6 +11,8 @@ namespace kalvex {
 
 void DoublePressGraph(const WindowDesk& desk, const Graph& graph, int x, int y) {
   GraphDialogs& dialogs = desk.graphDialogs;
+  dialogs.wantsFront = true;
+  if (dialogs.contentsOf != 0 || dialogs.propertiesOf != 0) return;
   if (IsInFrame(graph, x, y)) {
     dialogs.contentsOf = graph.number;
     dialogs.contents = ContentsOf(graph, desk.datasets, desk.params);

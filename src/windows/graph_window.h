@@ -7,15 +7,17 @@ namespace kalvex {
 
 struct WindowDesk;
 
-// The dialogs that are open: each has the number of its graph, 0 for none. They are modal, so there is one of each.
+// The dialog that is open: it has the number of its graph, 0 for none. It is modal, so there is one at a time.
 struct GraphDialogs {
   std::uint32_t propertiesOf = 0;
   GraphPropertiesForm properties;
   std::uint32_t contentsOf = 0;
   GraphContents contents;
+  bool wantsFront = false;  // a screen brings the dialog to the front, and clears this
 };
 
-// A double click: inside the frame it opens the contents, outside the properties.
+// A double click: inside the frame it opens the contents, outside the properties. While a dialog is open, of any graph,
+// that one comes to the front instead, and what is typed in it is kept.
 void DoublePressGraph(const WindowDesk& desk, const Graph& graph, int x, int y);
 // The space bar: asks for a file and exports the graph as text. A file that cannot be written ends it in silence.
 void PressGraphSpace(const WindowDesk& desk, const Graph& graph);

@@ -79,7 +79,7 @@ void BrowseForFile(const WindowDesk& desk, LoadFile which) {
 
 void AcceptLoadDialog(const WindowDesk& desk) {
   LoadDialog& dialog = desk.loadDialog;
-  if (!dialog.open) return;
+  if (!dialog.open || IsFrozen(desk)) return;
   Dataset& dataset = *DatasetInSlot(desk.datasets, dialog.slot);
   ReadControls(dialog, dataset);
   if (const char* const message = LoadDatasetRecord(dataset, desk.datasets.nextId)) {

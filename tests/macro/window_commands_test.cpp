@@ -64,10 +64,10 @@ TEST_F(Executing, TheOtherWindowsOpenAndMoveIfBothPlacesAreGiven) {
   EXPECT_FALSE(program.datasetManager.open || program.expParamsWindow.open || program.fitWindow.open);
   Run("DatasetManager(XPos=3);ExpParams(YPos=4);WindowFit(XPos=5);");
   EXPECT_TRUE(program.datasetManager.open && program.expParamsWindow.open && program.fitWindow.open);
-  EXPECT_EQ(program.datasetManager.x, 0);
+  EXPECT_EQ(program.datasetManager.x, DatasetManager{}.x);
   EXPECT_EQ(program.expParamsWindow.x, 400);
   EXPECT_EQ(program.expParamsWindow.y, 300);
-  EXPECT_EQ(program.fitWindow.x, 0);
+  EXPECT_EQ(program.fitWindow.x, FitWindow{}.x);
   Run("DatasetManager(XPos=3,YPos=4);ExpParams(XPos=5,YPos=6);WindowFit(XPos=7,YPos=8);");
   EXPECT_EQ(std::pair(program.datasetManager.x, program.datasetManager.y), std::pair(3, 4));
   EXPECT_EQ(std::pair(program.expParamsWindow.x, program.expParamsWindow.y), std::pair(5, 6));

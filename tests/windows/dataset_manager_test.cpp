@@ -193,6 +193,22 @@ TEST_F(LoadDialogs, AFailureIsShownAndTheEntriesStay) {
   EXPECT_FALSE(dialog().open);
 }
 
+TEST_F(LoadDialogs, GoWithTheManager) {
+  dialog().masterFile = "missing.dat";
+  AcceptLoadDialog(desk());
+  CloseDatasetManager(desk());
+  EXPECT_FALSE(dialog().open);
+  EXPECT_EQ(Slot(3).MasterFile, "");
+}
+
+TEST_F(LoadDialogs, LoadNothingDuringARun) {
+  dialog().masterFile = "e1.dat";
+  program.fit.FitRunning = true;
+  AcceptLoadDialog(desk());
+  EXPECT_TRUE(dialog().open);
+  EXPECT_TRUE(Slot(3).points.empty());
+}
+
 TEST_F(LoadDialogs, CancelLosesTheEntries) {
   dialog().masterFile = "missing.dat";
   AcceptLoadDialog(desk());

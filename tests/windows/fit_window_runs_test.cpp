@@ -64,6 +64,22 @@ TEST_F(FitWindows, TheOptionsFormShowsAndReadsEveryField) {
   EXPECT_EQ(options.DeltaChiSq, -2.5);
 }
 
+TEST_F(FitWindows, ARunTellsThatItHasBegunBeforeItsFirstIteration) {
+  Cell(s.model(1), 0, Wo).value = 110;
+  s.Term(1, 1);
+  s.fit().options.StopOnIterations = true;
+  s.fit().options.MaxIterations = 1;
+  struct Around {
+    const FitState& fit;
+    Texts heard;
+    void Hear(const char* what) { heard.push_back(what + std::string(fit.FitRunning ? " running" : " idle")); }
+  } around{s.fit(), {}};
+  StartFit(desk(), s.program.platform,
+           {&around, [](void* self) { static_cast<Around*>(self)->Hear("iteration"); }, nullptr,
+            [](void* self) { static_cast<Around*>(self)->Hear("started"); }});
+  EXPECT_EQ(around.heard, (Texts{"started running", "iteration running"}));
+}
+
 // A start beside the parameters of the data, against the R spectrum.
 class FitWindowRuns : public FitWindows {
  protected:

@@ -267,6 +267,36 @@ TEST_F(FitWindows, AWeightChangesChiSqAndEndsUndo) {
   EXPECT_TRUE(s.program.fitWindow.lines[0].starts_with("[R] \"R.dat\" - \"M1\"\t3\t"));
 }
 
+TEST_F(FitWindows, AnEmptiedWeightStaysEmptyAndTheSameWeightCanBeTypedAgain) {
+  s.Term(1, 1);
+  Select({0});
+  EXPECT_EQ(desk().window.weightText, "1");
+  WeightEdited(desk(), "");
+  EXPECT_EQ(desk().window.weightText, "");
+  EXPECT_EQ(terms()[0].weight, 1);
+  terms()[0].weight = 5;
+  WeightEdited(desk(), "1");
+  EXPECT_EQ(terms()[0].weight, 1);
+}
+
+TEST_F(FitWindows, AreFoldedByTheirHeight) {
+  desk().window.height = 200;
+  EXPECT_TRUE(IsFolded(desk().window));
+  desk().window.height = 201;
+  EXPECT_FALSE(IsFolded(desk().window));
+}
+
+TEST_F(FitWindows, TermsOfferedBeforeARunAreNotAddedDuringIt) {
+  OpenAddTerms(desk());
+  desk().window.addTerms.lines[0].selected = true;
+  s.fit().FitRunning = true;
+  AcceptAddTerms(desk());
+  EXPECT_TRUE(terms().empty());
+  s.fit().FitRunning = false;
+  AcceptAddTerms(desk());
+  EXPECT_EQ(terms().size(), 1u);
+}
+
 TEST_F(FitWindows, AnEmptyWeightIsNoEdit) {
   s.Term(1, 1, 2);
   Select({0});

@@ -160,6 +160,23 @@ TEST_F(ContentsDialog, LeavesToModelsColourScaleAndShift) {
   EXPECT_EQ(contents.chosen[0].curve.nSymbolSize, 7);
 }
 
+TEST_F(ContentsDialog, TheGroupKeepsTheTextsAsTheyAreTyped) {
+  SelectAvailable({"DATA [E1] \"data3\""});
+  MoveToGraph(contents);
+  EXPECT_EQ(contents.look.scale, "1");
+  CurveLook look = contents.look;
+  look.scale = "2.";
+  look.nColor = 5;
+  SetLook(contents, look);
+  EXPECT_EQ(contents.chosen[0].curve.Scale, 2);
+  EXPECT_EQ(contents.look.scale, "2.");
+  EXPECT_EQ(contents.look.colorIndex, 5);
+  SelectChosen(contents, 0, false);
+  EXPECT_FALSE(contents.look.any);
+  SelectChosen(contents, 0, true);
+  EXPECT_EQ(contents.look.scale, "2");
+}
+
 TEST_F(ContentsDialog, WithoutASelectionEditsNothing) {
   EXPECT_FALSE(LookOf(contents).any);
   EXPECT_FALSE(LookOf(contents).allData);

@@ -5,6 +5,7 @@
 
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
+#include "windows/qt/graph_dialog_views.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_canvas.h"
 
@@ -28,9 +29,23 @@ void GraphView::MakePicture(const Graph& of) {
   picture_.setDevicePixelRatio(ratio);
 }
 
+void GraphView::ShowDialogs() {
+  GraphDialogs& dialogs = keeper_.program().graphDialogs;
+  if (dialogs.propertiesOf == number_ && !properties_) properties_ = new PropertiesView(keeper_, *this);
+  if (properties_) properties_->Refresh(dialogs.propertiesOf == number_);
+  if (dialogs.contentsOf == number_ && !contents_) contents_ = new ContentsView(keeper_, *this);
+  if (contents_) contents_->Refresh(dialogs.contentsOf == number_);
+  if (!dialogs.wantsFront || (dialogs.propertiesOf != number_ && dialogs.contentsOf != number_)) return;
+  ModalView& shown = dialogs.propertiesOf == number_ ? static_cast<ModalView&>(*properties_) : *contents_;
+  shown.raise();
+  shown.activateWindow();
+  dialogs.wantsFront = false;
+}
+
 void GraphView::Refresh() {
+  ShowDialogs();
   Graph* const of = graph();
-  if (!of) return;
+  if (!of) return hide();
   // A macro has moved the window or changed its size.
   if (of->Width != width() || of->Height != height()) resize(of->Width, of->Height);
   if (pos() != QPoint(of->XPos, of->YPos)) move(of->XPos, of->YPos);

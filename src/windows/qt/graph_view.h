@@ -9,6 +9,8 @@
 namespace kalvex {
 
 class Keeper;
+class ContentsView;
+class PropertiesView;
 
 class GraphView : public QWidget {
  public:
@@ -32,10 +34,13 @@ class GraphView : public QWidget {
  private:
   Graph* graph() const;
   void MakePicture(const Graph& of);
+  void ShowDialogs();
 
   Keeper& keeper_;
   std::uint32_t number_;
   QImage picture_;
+  PropertiesView* properties_ = nullptr;
+  ContentsView* contents_ = nullptr;
 };
 
 }  // namespace kalvex

@@ -14,6 +14,8 @@ namespace kalvex {
 
 class MainView;
 class GraphView;
+class FitView;
+class ManagerView;
 
 class Keeper {
  public:
@@ -35,12 +37,18 @@ class Keeper {
 
  private:
   void ReconcileGraphs();
+  // A window of which there is one: made when it is first opened.
+  template <class View>
+  void ReconcileSingle(std::unique_ptr<View>& view, bool open);
 
   Program& program_;
   bool reconciling_ = false;
+  bool runShown_ = false;
   QElapsedTimer sinceLast_;
   std::unique_ptr<MainView> main_;
   std::map<std::uint32_t, std::unique_ptr<GraphView>> graphs_;
+  std::unique_ptr<FitView> fit_;
+  std::unique_ptr<ManagerView> manager_;
 };
 
 }  // namespace kalvex

@@ -65,7 +65,8 @@ void MainView::Refresh() {
     QMetaObject::invokeMethod(
         this, [this] { ShowAbout(); }, Qt::QueuedConnection);
   }
-  if (program.mainWindow.quit) QApplication::quit();
+  // Nothing is asked: no other window can refuse to close.
+  if (program.mainWindow.quit) QCoreApplication::exit();
 }
 
 void MainView::closeEvent(QCloseEvent* event) {

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QTest>
+#include <QTreeWidget>
 
 #include "graphs/graph_table.h"
 #include "macro/run_macro.h"
@@ -43,6 +45,19 @@ class OnScreen : public testing::Test {
       if (found && found->objectName() == name && found->isVisible()) return found;
     }
     return nullptr;
+  }
+
+  // Types over what a field holds.
+  void Type(const char* field, const char* text) {
+    auto* const edit = Find<QLineEdit>(field);
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+  }
+  std::string FieldText(const char* field) { return Find<QLineEdit>(field)->text().toStdString(); }
+  // A row of a list.
+  void Click(QTreeWidget& of, int row, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+    QTest::mouseClick(of.viewport(), Qt::LeftButton, keys, of.visualItemRect(of.topLevelItem(row)).center());
+    Settle();
   }
 
   ScratchFolder folder;

@@ -1,0 +1,66 @@
+// The two dialogs of a graph.
+#pragma once
+
+#include <QComboBox>
+#include <QTreeWidget>
+#include <array>
+#include <functional>
+
+#include "windows/graph_window.h"
+#include "windows/qt/form_fields.h"
+#include "windows/qt/single_view.h"
+
+namespace kalvex {
+
+class SymbolView;
+
+class PropertiesView : public ModalView {
+ public:
+  // owner: the window of the graph.
+  PropertiesView(Keeper& keeper, QWidget& owner);
+  void Refresh(bool open);
+
+ private:
+  QWidget* AxisGroup(const char* title, const QString& name, AxisForm& axis);
+
+  FormFields fields_;
+};
+
+class ContentsView : public ModalView {
+ public:
+  ContentsView(Keeper& keeper, QWidget& owner);
+  void Refresh(bool open);
+
+ private:
+  QWidget* Filters();
+  template <std::size_t kCount>
+  QWidget* FilterGroup(const char* title, const QString& name, int columns, std::array<bool, kCount>& ticks,
+                       const std::array<const char*, kCount>& words);
+  QLayout* Lists();
+  QWidget* CurveGroup();
+  QCheckBox* LookTick(const char* name, const char* words, std::optional<bool> CurveLook::*field);
+  QComboBox* LookChoice(const char* name, std::optional<int> CurveLook::*field);
+  QLineEdit* LookNumber(const char* name, std::string CurveLook::*field);
+  // Changes the group's look by what a person has done in one of its controls.
+  void EditLook(const std::function<void(CurveLook&)>& edit);
+  void Offer();
+  void ShowLists();
+  void ShowLook();
+
+  GraphContents& record_;
+  std::vector<std::function<void()>> filters_;  // show the ticks
+  QTreeWidget* available_;
+  QTreeWidget* chosen_;
+  QComboBox* color_;
+  QComboBox* size_;
+  QComboBox* shape_;
+  QCheckBox* line_;
+  QCheckBox* error_;
+  QCheckBox* symbol_;
+  QCheckBox* open_;
+  QLineEdit* scale_;
+  QLineEdit* shift_;
+  SymbolView* picture_;
+};
+
+}  // namespace kalvex

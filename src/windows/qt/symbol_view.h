@@ -1,0 +1,23 @@
+// A small view of a curve's symbol.
+#pragma once
+
+#include <QWidget>
+
+#include "windows/graph_dialogs.h"
+
+namespace kalvex {
+
+class SymbolView : public QWidget {
+ public:
+  SymbolView();
+  // Empty where the curves have no common symbol.
+  void Show(const CurveLook& look);
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+
+ private:
+  Curve curve_;
+};
+
+}  // namespace kalvex

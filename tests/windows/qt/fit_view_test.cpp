@@ -1,0 +1,282 @@
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include "core/text.h"
+#include "windows/main_window.h"
+#include "windows/qt/graph_view.h"
+#include "windows/qt/on_screen.h"
+
+namespace kalvex {
+namespace {
+
+class FitOnScreen : public OnScreen {
+ protected:
+  FitOnScreen() {
+    std::string rows;
+    for (int x = 100; x <= 900; x += 20) rows += std::to_string(x) + " 0.5 0.01\n";
+    folder.Write("R_a.dat", rows);
+    folder.Write("E1_b.dat", rows);
+    Run("LoadDataset(DatasetNo=1,MasterFile=\"R_a.dat\");LoadDataset(DatasetNo=2,MasterFile=\"E1_b.dat\");"
+        "NewModel();NewModel();NewGraph(XPos=620,YPos=120,Width=300,Height=200);"
+        "AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");WindowFit(XPos=20,YPos=200);");
+  }
+  FitWindow& window() { return program.fitWindow; }
+  std::vector<ChiSqTerm>& terms() { return program.fit.list.terms; }
+  void TwoTerms() { Run("AddChiSqTerm(DatasetNo=1,ModelNo=1);AddChiSqTerm(DatasetNo=2,ModelNo=1,Weight=2);"); }
+  void Press(const char* button) {
+    QTest::mouseClick(Find<QPushButton>(button), Qt::LeftButton);
+    Settle();
+  }
+  std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
+  QTreeWidget& list() { return *Find<QTreeWidget>("fitTerms"); }
+  // Acts once, from within the events that a run delivers.
+  void DuringTheRun(std::function<void()> act) {
+    QTimer::singleShot(0, [this, act] {
+      EXPECT_TRUE(program.fit.FitRunning);
+      act();
+    });
+  }
+  // A run that would last long: no rule but the number of iterations ends it.
+  void LetRunsBeLong() {
+    program.fit.options.StopOnReduction = false;
+    program.fit.options.StopOnLambda = true;
+  }
+};
+
+TEST_F(FitOnScreen, ShowsCountsAndLinesInColumns) {
+  TwoTerms();
+  EXPECT_EQ(Find<QWidget>("fit")->windowTitle(), "Fit");
+  EXPECT_EQ(TextOf("fitPoints"), "82");
+  EXPECT_EQ(TextOf("fitParams"), std::to_string(program.fit.NumFreeParams));
+  EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(program.fit).chiSq);
+  ASSERT_EQ(list().topLevelItemCount(), 2);
+  EXPECT_EQ(list().topLevelItem(1)->text(0), "[E1] \"E1_b.dat\" - \"M1\"");
+  EXPECT_EQ(list().topLevelItem(1)->text(1), "2");
+  EXPECT_EQ(list().headerItem()->text(2), "Value");
+}
+
+TEST_F(FitOnScreen, SelectionsShareAWeightThatTypingChanges) {
+  TwoTerms();
+  auto* const weight = Find<QLineEdit>("fitWeight");
+  Click(list(), 1);
+  EXPECT_EQ(weight->text(), "2");
+  Click(list(), 0, Qt::ControlModifier);
+  EXPECT_TRUE(terms()[0].selected && terms()[1].selected);
+  EXPECT_EQ(weight->text(), "");
+  QTest::keyClicks(weight, "3");
+  EXPECT_EQ(terms()[0].weight, 3);
+  EXPECT_EQ(terms()[1].weight, 3);
+  EXPECT_EQ(list().topLevelItem(0)->text(1), "3");
+  // Half a number stays as it is typed, and an emptied field stays empty.
+  QTest::keyClicks(weight, ".");
+  EXPECT_EQ(weight->text(), "3.");
+  weight->selectAll();
+  QTest::keyClick(weight, Qt::Key_Delete);
+  Settle();
+  EXPECT_EQ(weight->text(), "");
+  EXPECT_EQ(terms()[0].weight, 3);
+}
+
+TEST_F(FitOnScreen, RemovesTheSelectedTerms) {
+  TwoTerms();
+  Click(list(), 0);
+  Press("fitRemove");
+  ASSERT_EQ(terms().size(), 1u);
+  EXPECT_EQ(list().topLevelItemCount(), 1);
+  EXPECT_EQ(list().topLevelItem(0)->text(1), "2");
+  EXPECT_FALSE(list().topLevelItem(0)->isSelected());
+}
+
+TEST_F(FitOnScreen, FoldsToItsHeights) {
+  auto* const fit = Find<QWidget>("fit");
+  EXPECT_EQ(fit->height(), 282);
+  Press("fitFold");
+  EXPECT_EQ(fit->height(), 139);
+  EXPECT_EQ(Find<QTreeWidget>("fitTerms"), nullptr);
+  EXPECT_EQ(Find<QPushButton>("fitFold")->text(), "ChiSq details >>");
+  Press("fitFold");
+  EXPECT_EQ(fit->height(), 282);
+  EXPECT_NE(Find<QTreeWidget>("fitTerms"), nullptr);
+  fit->resize(600, 400);
+  Settle();
+  EXPECT_EQ(fit->size(), QSize(600, 400));  // the user's hand counts
+}
+
+TEST_F(FitOnScreen, AddsTheSelectedOfTheOfferedTerms) {
+  Press("fitAdd");
+  auto* const lines = Find<QTreeWidget>("addTermsLines");
+  ASSERT_NE(lines, nullptr);
+  EXPECT_EQ(lines->topLevelItemCount(), 4);
+  EXPECT_EQ(lines->topLevelItem(0)->text(0), "[E1] \"E1_b.dat\" - \"M2\"");
+  auto* const datasets = Find<QComboBox>("addTermsDataset");
+  QTest::keyClick(datasets, Qt::Key_Down);  // the first dataset
+  Settle();
+  ASSERT_EQ(lines->topLevelItemCount(), 2);
+  Click(*lines, 1);
+  Press("addTermsOk");
+  EXPECT_EQ(Find<QTreeWidget>("addTermsLines"), nullptr);
+  ASSERT_EQ(terms().size(), 1u);
+  EXPECT_EQ(list().topLevelItem(0)->text(0), "[R] \"R_a.dat\" - \"M1\"");
+  // A double click takes what is selected; Esc takes nothing.
+  Press("fitAdd");
+  Click(*Find<QTreeWidget>("addTermsLines"), 0);
+  QTreeWidget& again = *Find<QTreeWidget>("addTermsLines");
+  QTest::mouseDClick(again.viewport(), Qt::LeftButton, {}, again.visualItemRect(again.topLevelItem(0)).center());
+  Settle();
+  EXPECT_EQ(terms().size(), 2u);
+  Press("fitAdd");
+  QTest::keyClick(Find<QWidget>("addTerms"), Qt::Key_Escape);
+  Settle();
+  EXPECT_FALSE(window().addTerms.open);
+  EXPECT_EQ(Find<QWidget>("addTerms"), nullptr);
+  EXPECT_EQ(terms().size(), 2u);
+}
+
+TEST_F(FitOnScreen, OptionsAreTakenByOkAndLostByCancel) {
+  Press("fitOptionsButton");
+  auto* const iterations = Find<QLineEdit>("maxIterations");
+  EXPECT_EQ(iterations->text(), "1000");
+  EXPECT_FALSE(iterations->isEnabled());
+  EXPECT_FALSE(Find<QAbstractButton>("stopOnOutOfRange")->isEnabled());
+  Find<QAbstractButton>("stopOnIterations")->click();
+  EXPECT_TRUE(iterations->isEnabled());
+  iterations->selectAll();
+  QTest::keyClicks(iterations, "17");
+  QLineEdit* const lambda = Find<QLineEdit>("initialLambda");
+  lambda->selectAll();
+  QTest::keyClicks(lambda, "1e-5");
+  EXPECT_EQ(lambda->text(), "1e-5");
+  EXPECT_FALSE(program.fit.options.StopOnIterations);
+  QTest::keyClick(lambda, Qt::Key_Enter);
+  Settle();
+  EXPECT_EQ(Find<QWidget>("fitOptions"), nullptr);
+  EXPECT_TRUE(program.fit.options.StopOnIterations);
+  EXPECT_EQ(program.fit.options.MaxIterations, 17);
+  EXPECT_EQ(program.fit.options.InitialLambda, 1e-5);
+  Press("fitOptionsButton");
+  Find<QAbstractButton>("logFit")->click();
+  Press("fitOptionsCancel");
+  EXPECT_FALSE(program.fit.options.LogFit);
+  Press("fitOptionsButton");
+  EXPECT_FALSE(Find<QAbstractButton>("logFit")->isChecked());
+}
+
+TEST_F(FitOnScreen, StopEndsARunAfterTheIterationInProgress) {
+  TwoTerms();
+  LetRunsBeLong();
+  int at = -1;
+  DuringTheRun([&] {
+    auto* const start = Find<QPushButton>("fitStart");
+    EXPECT_EQ(start->text(), "STOP");
+    EXPECT_EQ(Find<QWidget>("fit")->cursor().shape(), Qt::WaitCursor);
+    for (const char* const other : {"fitUndo", "fitOptionsButton", "fitAdd", "fitRemove"}) {
+      EXPECT_FALSE(Find<QPushButton>(other)->isEnabled()) << other;
+    }
+    EXPECT_FALSE(Find<QLineEdit>("fitWeight")->isEnabled());
+    at = program.fit.IterationCount;
+    QTest::mouseClick(start, Qt::LeftButton);
+  });
+  Press("fitStart");
+  EXPECT_FALSE(program.fit.FitRunning);
+  EXPECT_LE(program.fit.IterationCount, at + 1);
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_EQ(Find<QPushButton>("fitStart")->text(), "START");
+  EXPECT_TRUE(Find<QPushButton>("fitUndo")->isEnabled());
+  EXPECT_NE(Find<QWidget>("fit")->cursor().shape(), Qt::WaitCursor);
+  EXPECT_EQ(TextOf("fitIteration"), "");
+}
+
+TEST_F(FitOnScreen, UndoBringsBackWhatWasBefore) {
+  TwoTerms();
+  const std::string before = TextOf("fitChiSq");
+  Press("fitStart");
+  const std::string after = TextOf("fitChiSq");
+  EXPECT_NE(after, before);
+  Press("fitUndo");
+  EXPECT_EQ(TextOf("fitChiSq"), before);
+  Press("fitUndo");
+  EXPECT_EQ(TextOf("fitChiSq"), after);
+}
+
+TEST_F(FitOnScreen, WindowsClosedDuringARunAreGoneAndTheRunStops) {
+  TwoTerms();
+  LetRunsBeLong();
+  int at = -1;
+  DuringTheRun([&] {
+    at = program.fit.IterationCount;
+    keeper.graphWidget(1)->close();
+    Find<QWidget>("fit")->close();
+  });
+  Press("fitStart");
+  EXPECT_LE(program.fit.IterationCount, at + 1);
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_EQ(Find<QWidget>("fit"), nullptr);
+  EXPECT_EQ(keeper.graphWidget(1), nullptr);
+  ChooseCommand(program, MainCommand::kFitWindow);
+  Settle();
+  ASSERT_NE(Find<QWidget>("fit"), nullptr);
+  EXPECT_EQ(Find<QPushButton>("fitStart")->text(), "START");
+}
+
+TEST_F(FitOnScreen, TheMainWindowClosedDuringARunEndsItAndTheProgram) {
+  TwoTerms();
+  LetRunsBeLong();
+  int at = -1;
+  QTimer::singleShot(0, [&] {
+    DuringTheRun([&] {
+      at = program.fit.IterationCount;
+      keeper.mainWidget()->close();
+    });
+    Press("fitStart");
+    EXPECT_FALSE(program.fit.FitRunning);
+  });
+  QTimer tooLate;
+  tooLate.setSingleShot(true);
+  QObject::connect(&tooLate, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  tooLate.start(5000);
+  EXPECT_EQ(QCoreApplication::exec(), 0);  // also where other windows are open
+  EXPECT_TRUE(program.mainWindow.quit);
+  EXPECT_LE(program.fit.IterationCount, at + 1);
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+}
+
+TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
+  TwoTerms();
+  LetRunsBeLong();
+  const QImage before = dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture();
+  bool looked = false;
+  QTimer eachTime;  // that events are delivered
+  QObject::connect(&eachTime, &QTimer::timeout, [&] {
+    if (!program.fit.FitRunning || program.fit.IterationCount < 2 || looked) return;
+    looked = true;
+    keeper.Reconcile();  // without the pause between two pictures
+    EXPECT_EQ(TextOf("fitIteration"), std::to_string(program.fit.IterationCount));
+    EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(program.fit).chiSq);
+    EXPECT_EQ(list().topLevelItem(0)->text(2).toStdString(), TextG(terms()[0].termChiSq));
+    EXPECT_NE(dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture(), before);
+    QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
+  });
+  eachTime.start(0);
+  Press("fitStart");
+  EXPECT_TRUE(looked);
+}
+
+TEST_F(FitOnScreen, ComesBackWhereItWasLeft) {
+  auto* const fit = Find<QWidget>("fit");
+  EXPECT_EQ(fit->pos(), QPoint(20, 200));
+  fit->move(150, 90);
+  Settle();
+  EXPECT_EQ(window().x, 150);
+  fit->close();
+  EXPECT_FALSE(window().open);
+  ChooseCommand(program, MainCommand::kFitWindow);
+  Settle();
+  EXPECT_EQ(Find<QWidget>("fit")->pos(), QPoint(150, 90));
+}
+
+}  // namespace
+}  // namespace kalvex
