@@ -36,7 +36,6 @@ const std::vector<std::pair<std::string, int>> kFloors = {
     {"fit/", 6},
     {"graphs/", 6},
     {"files/", 6},
-    {"windows/qt/layer.h", 10},
     {"windows/qt/", 11},
     {"manual/", 11},
     {"windows/main_window", 10},
