@@ -36,6 +36,7 @@ struct ModelCell {
   Colour colour = kBlack;
   bool coupled = false;  // shown in a font of its own
   bool marked = false;   // on the marked background
+  friend bool operator==(const ModelCell&, const ModelCell&) = default;
 };
 ModelCell EpsInfCell(const Model& model);
 // Empty below the last row.

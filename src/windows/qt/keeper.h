@@ -4,9 +4,11 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QWidget>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "program/program.h"
 
@@ -16,6 +18,9 @@ class MainView;
 class GraphView;
 class FitView;
 class ManagerView;
+class ModelView;
+class ParamControlView;
+class ExpParamsView;
 
 class Keeper {
  public:
@@ -34,21 +39,36 @@ class Keeper {
 
   QWidget* mainWidget() const;
   QWidget* graphWidget(std::uint32_t number) const;
+  QWidget* modelWidget(std::uint32_t number) const;
 
  private:
+  void ReconcileAll();
   void ReconcileGraphs();
+  void ReconcileModels();
   // A window of which there is one: made when it is first opened.
   template <class View>
   void ReconcileSingle(std::unique_ptr<View>& view, bool open);
+  // The same for one that goes with its record.
+  template <class View>
+  void ReconcileOne(std::unique_ptr<View>& view, bool open);
+  template <class View, class IsGone>
+  void RetireIf(std::map<std::uint32_t, std::unique_ptr<View>>& views, IsGone isGone);
+  // Takes a window off the screen. It is deleted later, since it may be its own handler that is at work.
+  void Retire(QWidget* view);
 
   Program& program_;
   bool reconciling_ = false;
+  bool asked_ = false;  // since the last pass over the windows began
   bool runShown_ = false;
   QElapsedTimer sinceLast_;
   std::unique_ptr<MainView> main_;
   std::map<std::uint32_t, std::unique_ptr<GraphView>> graphs_;
   std::unique_ptr<FitView> fit_;
   std::unique_ptr<ManagerView> manager_;
+  std::map<std::uint32_t, std::unique_ptr<ModelView>> models_;
+  std::unique_ptr<ParamControlView> paramControl_;
+  std::unique_ptr<ExpParamsView> expParams_;
+  std::vector<QPointer<QWidget>> retired_;
 };
 
 }  // namespace kalvex

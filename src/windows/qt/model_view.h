@@ -1,0 +1,58 @@
+// The window of a model: the leading parameter, the table of its rows, its buttons and the panel of the variational
+// dielectric function.
+#pragma once
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QWidget>
+#include <map>
+
+#include "windows/qt/shown_model.h"
+
+namespace kalvex {
+
+class EditorField;
+class RowsTable;
+class VdfDialogView;
+class VdfPanel;
+
+class ModelView : public QWidget {
+ public:
+  ModelView(Keeper& keeper, std::uint32_t number);
+
+  // Shows the model as it is now.
+  void Refresh();
+
+ protected:
+  void keyPressEvent(QKeyEvent*) override;
+  void mousePressEvent(QMouseEvent*) override;
+  void mouseDoubleClickEvent(QMouseEvent*) override;
+  void moveEvent(QMoveEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
+  void closeEvent(QCloseEvent*) override;
+  void changeEvent(QEvent*) override;
+  bool focusNextPrevChild(bool) override { return false; }  // Tab moves the cursor
+
+ private:
+  void LayOut();
+  QPushButton* AddButton(const char* text, const char* objectName, ModelButton button);
+  bool Press(const QKeyEvent& event);
+  bool IsOnEpsInf(const QMouseEvent& event) const;
+  void RefreshControls(const Model& model);
+  void RefreshEditor(const Model& model);
+  void RefreshDialog();
+
+  ShownModel shown_;
+  QGroupBox* einfGroup_;
+  QLabel* epsInf_;
+  QGroupBox* rowsGroup_;
+  RowsTable* rows_;
+  VdfPanel* vdf_;
+  EditorField* editor_;
+  std::map<ModelButton, QPushButton*> buttons_;
+  QPointer<VdfDialogView> dialog_;
+};
+
+}  // namespace kalvex

@@ -1,0 +1,210 @@
+#include "windows/qt/param_control_view.h"
+
+#include <QCloseEvent>
+#include <QGridLayout>
+
+#include "windows/qt/fields.h"
+#include "windows/qt/keeper.h"
+#include "windows/window_texts.h"
+
+namespace kalvex {
+namespace {
+
+void ShowText(QLineEdit& field, const std::string& text, bool enabled) {
+  field.setEnabled(enabled);
+  if (enabled && field.hasFocus() && field.isModified()) return;  // a person is typing
+  const QString wanted = QString::fromStdString(text);
+  if (field.text() != wanted) field.setText(wanted);
+}
+
+void ShowCheck(QCheckBox& box, bool on, bool enabled) {
+  box.setChecked(on);
+  box.setEnabled(enabled);
+}
+
+QLabel* MarkLabel(const char* text, const char* objectName) {
+  auto* const label = new QLabel(text);
+  label->setObjectName(objectName);
+  QSizePolicy policy = label->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  label->setSizePolicy(policy);
+  return label;
+}
+
+}  // namespace
+
+ParamControlView::ParamControlView(Keeper& keeper) : QWidget(nullptr), keeper_(keeper), header_(new QLabel) {
+  setObjectName("paramControl");
+  setWindowTitle(texts::kParamControlTitle);
+  setFont(SmallFont());
+  header_->setObjectName("header");
+  header_->setAutoFillBackground(true);
+  header_->setAlignment(Qt::AlignCenter);
+  header_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  header_->setMargin(3);
+
+  auto* const layout = new QGridLayout(this);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->setHorizontalSpacing(6);
+  layout->setVerticalSpacing(4);
+  layout->addWidget(header_, 0, 0, 1, 2);
+  layout->addWidget(MakeSlider(), 1, 0);
+  layout->addWidget(MakeFields(), 1, 1);
+  layout->setColumnStretch(1, 1);
+  layout->setRowStretch(1, 1);
+  setMinimumSize(layout->totalMinimumSize());
+  Refresh();
+}
+
+ParamControlView::~ParamControlView() {
+  // A field that loses the focus while it is taken down commits nothing.
+  for (QLineEdit* const field : {value_, min_, max_}) field->disconnect();
+}
+
+QWidget* ParamControlView::MakeSlider() {
+  slider_ = new QSlider(Qt::Vertical);
+  slider_->setObjectName("slider");
+  slider_->setRange(slider::kTop, slider::kBottom);
+  slider_->setInvertedAppearance(true);
+  slider_->setPageStep(slider::kPage);
+  slider_->setTickInterval(slider::kTicks[0]);
+  slider_->setTickPosition(QSlider::TicksRight);
+  QObject::connect(slider_, &QSlider::sliderMoved, this, [this](int position) {
+    DragSlider(keeper_.desk(), position);
+    keeper_.Reconcile();
+  });
+  const auto settle = [this] {
+    SettleSlider(keeper_.desk());
+    slider_->setSliderPosition(keeper_.program().paramControl.position);
+    keeper_.Reconcile();
+  };
+  QObject::connect(slider_, &QSlider::sliderReleased, this, settle);
+  // Keys, the wheel and the groove only centre it.
+  QObject::connect(slider_, &QSlider::actionTriggered, this, [this, settle] {
+    if (!slider_->isSliderDown()) settle();
+  });
+
+  // The labels stand at equal distances, as the ticks do.
+  auto* const labels = new QVBoxLayout;
+  upperMark_ = MarkLabel(texts::kUpperMark, "upperMark");
+  lowerMark_ = MarkLabel(texts::kLowerMark, "lowerMark");
+  labels->addWidget(MarkLabel(texts::kSliderTop, "topLabel"));
+  labels->addStretch();
+  labels->addWidget(upperMark_);
+  labels->addStretch();
+  labels->addWidget(new QLabel);
+  labels->addStretch();
+  labels->addWidget(lowerMark_);
+  labels->addStretch();
+  labels->addWidget(MarkLabel(texts::kSliderBottom, "bottomLabel"));
+
+  auto* const both = new QWidget;
+  auto* const layout = new QHBoxLayout(both);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(slider_);
+  layout->addLayout(labels);
+  return both;
+}
+
+QLineEdit* ParamControlView::MakeField(const char* objectName, void (*commit)(const WindowDesk&, std::string_view)) {
+  auto* const field = new QLineEdit;
+  field->setObjectName(objectName);
+  field->setMinimumWidth(fontMetrics().horizontalAdvance("-1.2345e+05") + 8);
+  QObject::connect(field, &QLineEdit::returnPressed, field, &QWidget::clearFocus);
+  QObject::connect(field, &QLineEdit::editingFinished, this, [this, field, commit] {
+    if (field->hasFocus()) return;  // Enter comes here first, and lets the focus go after
+    field->setModified(false);
+    commit(keeper_.desk(), field->text().toStdString());
+    keeper_.Reconcile();
+  });
+  return field;
+}
+
+QCheckBox* ParamControlView::MakeCheck(const char* objectName, void (*check)(const WindowDesk&, bool)) {
+  auto* const box = new QCheckBox;
+  box->setObjectName(objectName);
+  QObject::connect(box, &QCheckBox::clicked, this, [this, check](bool on) {
+    check(keeper_.desk(), on);
+    keeper_.Reconcile();
+  });
+  return box;
+}
+
+QWidget* ParamControlView::MakeFields() {
+  value_ = MakeField("value", CommitValue);
+  min_ = MakeField("min", CommitMin);
+  max_ = MakeField("max", CommitMax);
+  useMin_ = MakeCheck("useMin", CheckUseMin);
+  useMax_ = MakeCheck("useMax", CheckUseMax);
+  adjustable_ = MakeCheck("adjustable", CheckAdjustable);
+  coupling_ = new QComboBox;
+  coupling_->setObjectName("coupling");
+  for (const std::string& choice : CouplingChoices()) coupling_->addItem(QString::fromStdString(choice));
+  QObject::connect(coupling_, &QComboBox::activated, this, [this](int entry) {
+    ChooseCoupling(keeper_.desk(), entry);
+    keeper_.Reconcile();
+  });
+
+  auto* const fields = new QWidget;
+  auto* const grid = new QGridLayout(fields);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(4);
+  grid->setVerticalSpacing(3);
+  for (std::size_t row = 0; row < texts::kParamLabels.size(); ++row) {
+    grid->addWidget(new QLabel(texts::kParamLabels[row]), static_cast<int>(row), 0);
+  }
+  grid->addWidget(value_, 0, 1);
+  grid->addWidget(min_, 1, 1);
+  grid->addWidget(useMin_, 1, 2);
+  grid->addWidget(max_, 2, 1);
+  grid->addWidget(useMax_, 2, 2);
+  grid->addWidget(adjustable_, 3, 1);
+  grid->addWidget(coupling_, 4, 1);
+  grid->setColumnStretch(1, 1);
+  return fields;
+}
+
+void ParamControlView::RefreshHeader(const ParamFields& fields) {
+  header_->setText(QString::fromStdString(fields.header));
+  QPalette palette = header_->palette();
+  palette.setColor(QPalette::Window, ScreenColour(kMarked));
+  palette.setColor(QPalette::WindowText, ScreenColour(fields.headerColour));
+  if (header_->palette() != palette) header_->setPalette(palette);
+}
+
+void ParamControlView::RefreshSlider(bool enabled) {
+  const ParamControl& record = keeper_.program().paramControl;
+  slider_->setEnabled(enabled);
+  if (slider_->sliderPosition() != record.position) slider_->setSliderPosition(record.position);
+  upperMark_->setVisible(record.marksShown);
+  lowerMark_->setVisible(record.marksShown);
+}
+
+void ParamControlView::Refresh() {
+  ParamControl& record = keeper_.program().paramControl;
+  TakePlace(*this, record);
+  const ParamFields fields = ParamFieldsOf(keeper_.desk());
+  RefreshHeader(fields);
+  ShowText(*value_, fields.value, fields.enabled);
+  ShowText(*min_, fields.min, fields.enabled);
+  ShowText(*max_, fields.max, fields.enabled);
+  ShowCheck(*useMin_, fields.useMin, fields.enabled);
+  ShowCheck(*useMax_, fields.useMax, fields.enabled);
+  ShowCheck(*adjustable_, fields.adjustable, fields.enabled);
+  coupling_->setCurrentIndex(fields.coupling);
+  coupling_->setEnabled(fields.enabled);
+  RefreshSlider(fields.enabled);
+  if (std::exchange(record.wantsFront, false)) BringToFront(*this);
+}
+
+void ParamControlView::moveEvent(QMoveEvent*) { NotePlace(*this, keeper_.program().paramControl); }
+void ParamControlView::resizeEvent(QResizeEvent*) { NotePlace(*this, keeper_.program().paramControl); }
+
+void ParamControlView::closeEvent(QCloseEvent* event) {
+  event->ignore();  // the window goes with its record
+  CloseParamControl(keeper_.desk());
+  keeper_.Reconcile();
+}
+
+}  // namespace kalvex

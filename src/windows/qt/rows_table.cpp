@@ -1,0 +1,200 @@
+#include "windows/qt/rows_table.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include "models/model_rows.h"
+#include "windows/qt/fields.h"
+#include "windows/window_texts.h"
+
+namespace kalvex {
+namespace {
+
+constexpr int kColumnCount = static_cast<int>(texts::kModelColumns.size());
+
+std::vector<ModelCell> ShownCells(const Model& model) {
+  std::vector<ModelCell> cells;
+  // One line more than fits: the last one may be shown in part.
+  for (int line = 0; line <= model.window.visibleRows; ++line) {
+    for (int column = 0; column < kColumnCount; ++column) cells.push_back(CellOfLine(model, line, column));
+  }
+  return cells;
+}
+
+}  // namespace
+
+RowsModel::RowsModel(ShownModel shown, QObject* parent) : QAbstractTableModel(parent), shown_(shown) {}
+
+int RowsModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
+int RowsModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : kColumnCount; }
+
+void RowsModel::SetRowCount(int rows) {
+  if (rows > rows_) {
+    beginInsertRows({}, rows_, rows - 1);
+    rows_ = rows;
+    endInsertRows();
+  } else if (rows < rows_) {
+    beginRemoveRows({}, rows, rows_ - 1);
+    rows_ = rows;
+    endRemoveRows();
+  }
+}
+
+void RowsModel::Refresh(const Model& model) {
+  SetRowCount(RowCount(model));
+  std::vector<ModelCell> before = ShownCells(model);
+  before.swap(cells_);
+  const bool scrolled = std::exchange(top_, model.window.topRow) != top_;
+  const int lines = static_cast<int>(cells_.size()) / kColumnCount;
+  for (int line = 0; line < lines && top_ + line < rows_; ++line) {
+    const auto first = cells_.begin() + line * kColumnCount;
+    const bool same = !scrolled && cells_.size() == before.size() &&
+                      std::equal(first, first + kColumnCount, before.begin() + line * kColumnCount);
+    if (!same) Q_EMIT dataChanged(index(top_ + line, 0), index(top_ + line, kColumnCount - 1));
+  }
+}
+
+ModelCell RowsModel::CellAt(const QModelIndex& index) const {
+  const int line = index.row() - top_, lines = static_cast<int>(cells_.size()) / kColumnCount;
+  if (line >= 0 && line < lines) return cells_[static_cast<std::size_t>(line * kColumnCount + index.column())];
+  // Scrolled into view, and painted before the refresh.
+  const Model* const model = shown_.Get();
+  return model ? CellOfLine(*model, index.row() - model->window.topRow, index.column()) : ModelCell{};
+}
+
+QVariant RowsModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  switch (role) {
+    case Qt::DisplayRole:
+      return QString::fromStdString(CellAt(index).text);
+    case Qt::ForegroundRole:
+      return ScreenColour(CellAt(index).colour);
+    case Qt::BackgroundRole:
+      return ScreenColour(CellAt(index).marked ? kMarked : kWhite);
+    case Qt::FontRole:
+      return CellAt(index).coupled ? CoupledFont(SmallFont()) : SmallFont();
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  return texts::kModelColumns[static_cast<std::size_t>(section)];
+}
+
+RowsTable::RowsTable(ShownModel shown) : shown_(shown), rows_(new RowsModel(shown, this)) {
+  setObjectName("rows");
+  setModel(rows_);
+  setFont(SmallFont());
+  setFocusPolicy(Qt::NoFocus);
+  setSelectionMode(QAbstractItemView::NoSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setWordWrap(false);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setMinimumHeight(1);
+  QPalette own = palette();
+  own.setColor(QPalette::Base, ScreenColour(kWhite));
+  own.setColor(QPalette::Text, ScreenColour(kBlack));
+  setPalette(own);
+  SetUpHeaders();
+  QObject::connect(verticalScrollBar(), &QAbstractSlider::actionTriggered, this,
+                   [this](int action) { Scroll(action); });
+}
+
+void RowsTable::SetUpHeaders() {
+  const int textHeight = QFontMetrics(SmallFont()).height();
+  verticalHeader()->hide();
+  verticalHeader()->setMinimumSectionSize(1);
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(textHeight + 3);
+  QHeaderView* const heads = horizontalHeader();
+  heads->setFont(SmallFont());
+  heads->setMinimumSectionSize(8);
+  heads->setFixedHeight(textHeight + 7);
+  heads->setHighlightSections(false);
+  heads->setSectionsClickable(true);
+  heads->setFocusPolicy(Qt::NoFocus);
+  // The table's own answer to a double click measures otherwise.
+  QObject::disconnect(heads, &QHeaderView::sectionHandleDoubleClicked, this, nullptr);
+  QObject::connect(heads, &QHeaderView::sectionClicked, this, [shown = shown_](int column) {
+    shown.Do([column](const WindowDesk& desk, Model& model) { PressModelHeader(desk, model, column); });
+  });
+  QObject::connect(heads, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+    if (Model* const model = shown_.Get()) SetColumnWidth(*model, column, width);
+  });
+  QObject::connect(heads, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+    shown_.Do([&](const WindowDesk&, Model& model) {
+      FitColumnWidth(model, column, [this](const std::string& text) { return TextWidth(text); });
+    });
+  });
+}
+
+int RowsTable::TextWidth(const std::string& text) const {
+  // A cell has a margin on either side, and the grid takes a pixel.
+  const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+  return QFontMetrics(SmallFont()).horizontalAdvance(QString::fromStdString(text)) + 2 * margin + 1;
+}
+
+void RowsTable::Refresh(const Model& model) {
+  for (int column = 0; column < kColumnCount; ++column) {
+    const int width = model.window.columnWidths[static_cast<std::size_t>(column)];
+    if (columnWidth(column) != width) setColumnWidth(column, width);
+  }
+  rows_->Refresh(model);
+  if (verticalScrollBar()->value() != model.window.topRow) verticalScrollBar()->setValue(model.window.topRow);
+}
+
+QRect RowsTable::CellRect(int row, int column) const { return visualRect(rows_->index(row, column)); }
+
+void RowsTable::Scroll(int action) {
+  Model* const model = shown_.Get();
+  if (!model) return;
+  switch (action) {
+    case QAbstractSlider::SliderSingleStepAdd:
+    case QAbstractSlider::SliderSingleStepSub:
+      ScrollByLines(*model, action == QAbstractSlider::SliderSingleStepAdd ? 1 : -1);
+      break;
+    case QAbstractSlider::SliderPageStepAdd:
+    case QAbstractSlider::SliderPageStepSub:
+      ScrollByPages(*model, action == QAbstractSlider::SliderPageStepAdd ? 1 : -1);
+      break;
+    default:
+      ScrollToPosition(*model, verticalScrollBar()->sliderPosition() + 1);
+  }
+  verticalScrollBar()->setSliderPosition(model->window.topRow);
+  shown_.keeper.Reconcile();
+}
+
+void RowsTable::mousePressEvent(QMouseEvent* event) {
+  const QModelIndex cell = indexAt(event->position().toPoint());
+  const bool right = event->button() == Qt::RightButton;
+  if (!cell.isValid() || (!right && event->button() != Qt::LeftButton)) return;
+  shown_.Do([&](const WindowDesk& desk, Model& model) {
+    const ModelField field = {false, cell.row() - model.window.topRow, cell.column()};
+    right ? RightPressModelField(desk, model, field) : PressModelField(desk, model, field);
+  });
+}
+
+void RowsTable::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return mousePressEvent(event);
+  const QModelIndex cell = indexAt(event->position().toPoint());
+  if (!cell.isValid()) return;
+  shown_.Do([&](const WindowDesk& desk, Model& model) {
+    DoublePressModelField(desk, model, {false, cell.row() - model.window.topRow, cell.column()});
+  });
+}
+
+void RowsTable::resizeEvent(QResizeEvent* event) {
+  if (Model* const model = shown_.Get()) {
+    SetVisibleRows(*model, viewport()->height() / verticalHeader()->defaultSectionSize());
+  }
+  QTableView::resizeEvent(event);
+  shown_.keeper.Reconcile();
+}
+
+}  // namespace kalvex

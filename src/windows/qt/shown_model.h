@@ -1,0 +1,28 @@
+// A model as its widgets know it.
+#pragma once
+
+#include "models/model_table.h"
+#include "windows/model_window.h"
+#include "windows/qt/keeper.h"
+
+namespace kalvex {
+
+// By its number, since it may be gone when an event arrives.
+struct ShownModel {
+  Keeper& keeper;
+  std::uint32_t number;
+
+  Model* Get() const { return GetModelByNumber(keeper.program().params, number); }
+  // Does something to the model, if it is still there, and lets the screen follow.
+  template <class Deed>
+  void Do(Deed deed) const {
+    Keeper& whose = keeper;  // the widget that this belongs to may go meanwhile
+    if (Model* const model = Get()) deed(whose.desk(), *model);
+    whose.Reconcile();
+  }
+  void Press(ModelButton button) const {
+    Do([button](const WindowDesk& desk, Model& model) { PressModelButton(desk, model, button); });
+  }
+};
+
+}  // namespace kalvex
