@@ -18,8 +18,13 @@ constexpr std::size_t kTogether = 4;
 static_assert(kSpectrumBlock % (kTogether * kPack) == 0);
 
 double LeastModulus(const double* w) {
-  double least = std::fabs(w[0]);
-  for (std::size_t i = 1; i < kSpectrumBlock; ++i) least = std::fabs(w[i]) < least ? std::fabs(w[i]) : least;
+  Pack leasts = Fabs(Pack::Load(w));
+  for (std::size_t i = kPack; i < kSpectrumBlock; i += kPack) {
+    const Pack next = Fabs(Pack::Load(w + i));
+    leasts = Select(next < leasts, next, leasts);
+  }
+  double least = leasts.x[0];
+  for (std::size_t lane = 1; lane < kPack; ++lane) least = leasts.x[lane] < least ? leasts.x[lane] : least;
   return least;
 }
 
