@@ -295,8 +295,11 @@ double ChiSqInBlock(const TermPoints& points, const SpectrumBlock& block) {
   const double* const values = block.Values(points.quantity);
   const double* const y = points.y.data();
   const double* const sigma = points.sigma.data();
-  if (AreSuccessive(points, range)) {
-    return sumOfSquares(values + points.at[range.first], y + range.first, sigma + range.first, range.Count());
+  // Where the term has a point at each frequency of the block their places need not come from memory.
+  const bool everywhere = points.oneEach && range.Count() == block.count;
+  if (everywhere || AreSuccessive(points, range)) {
+    const std::size_t at = everywhere ? 0 : points.at[range.first];
+    return sumOfSquares(values + at, y + range.first, sigma + range.first, range.Count());
   }
   double sum = 0;
   for (std::size_t first = range.first; first < range.end; first += kSpectrumBlock) {
