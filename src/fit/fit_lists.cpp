@@ -16,6 +16,7 @@ namespace kalvex {
 namespace {
 
 constexpr double kSameX = 1e-10;  // cm-1
+static_assert(kSpectrumBlock <= 256, "a place in a block is kept in a byte");
 
 using RowSpan = std::span<const DataRow>;
 
