@@ -64,20 +64,25 @@ void AppendComparison(std::string& text, double analytic, double numeric) {
 std::vector<std::vector<double>> AnalyticGradients(FitState& fit, EvalContext& eval) {
   std::vector<std::vector<double>> gradients(fit.list.terms.size(), std::vector<double>(fit.params.size()));
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
-  for (std::size_t g = 0; g < fit.groups.size(); ++g) {
-    const FitGroup& group = fit.groups[g];
-    Model* const model = GetModelByNumber(*eval.params, group.modelId);
+  const auto addPoint = [&](const TermPoints& points, std::size_t p) {
+    const auto q = static_cast<std::size_t>(points.quantity), t = static_cast<std::size_t>(points.term);
+    const double sigma = points.sigma[p], d = (points.y[p] - eval.quantities[q].value) / sigma;
+    fit.list.terms[t].termChiSq += d * d;
+    for (const int j : fit.list.terms[t].params) {
+      const FitParam& param = fit.params[static_cast<std::size_t>(j)];
+      gradients[t][static_cast<std::size_t>(param.master)] += -2 * d * param.cell->dQuantity[q] / sigma;
+    }
+  };
+  for (const FitSpectrum& spectrum : fit.spectra) {
+    Model* const model = GetModelByNumber(*eval.params, spectrum.modelId);
     if (!model) continue;
-    WantOnly(eval.quantities, fit.groupWanted[g]);
-    EvalModel(eval, *model, group.x, true);
-    for (int p = group.first; p < group.end; ++p) {
-      const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
-      const auto q = static_cast<std::size_t>(point.quantity), t = static_cast<std::size_t>(point.term);
-      const double d = (point.y - eval.quantities[q].value) / point.sigma;
-      fit.list.terms[t].termChiSq += d * d;
-      for (const int j : fit.list.terms[t].params) {
-        const FitParam& param = fit.params[static_cast<std::size_t>(j)];
-        gradients[t][static_cast<std::size_t>(param.master)] += -2 * d * param.cell->dQuantity[q] / point.sigma;
+    std::vector<std::size_t> next(spectrum.terms.size());
+    for (std::size_t i = 0; i < spectrum.x.size(); ++i) {
+      WantOnly(eval.quantities, spectrum.wanted[i]);
+      EvalModel(eval, *model, spectrum.x[i], true);
+      for (std::size_t t = 0; t < next.size(); ++t) {
+        const TermPoints& points = spectrum.terms[t];
+        while (next[t] < points.y.size() && FrequencyOf(points, next[t]) == i) addPoint(points, next[t]++);
       }
     }
   }

@@ -1,6 +1,8 @@
 #include "fit/fit_lists.h"
 
 #include <algorithm>
+#include <set>
+#include <span>
 #include <tuple>
 #include <utility>
 
@@ -8,39 +10,92 @@
 #include "models/eval_model.h"
 #include "models/eval_spectrum.h"
 #include "models/model_table.h"
+#include "models/vector_kernels.h"
 
 namespace kalvex {
 namespace {
 
 constexpr double kSameX = 1e-10;  // cm-1
+static_assert(kSpectrumBlock <= 256, "a place in a block is kept in a byte");
 
-void AddPointsOf(FitState& fit, const DatasetTable& datasets, int termIndex) {
-  const ChiSqTerm& term = fit.list.terms[static_cast<std::size_t>(termIndex)];
-  const Dataset* const dataset = GetDatasetById(datasets, term.datasetId);
-  if (term.weight == 0 || !dataset) return;
-  const ActiveRows active = ActiveRowsOf(*dataset);
-  for (int i = active.from; i < active.to; ++i) {
-    const DataRow& row = dataset->points[static_cast<std::size_t>(i)];
-    fit.points.push_back({row.x, row.y, row.sigma, dataset->Quantity, term.modelId, termIndex});
-  }
+using RowSpan = std::span<const DataRow>;
+
+RowSpan ActiveRowsIn(const Dataset& dataset) {
+  const ActiveRows active = ActiveRowsOf(dataset);
+  return RowSpan(dataset.points)
+      .subspan(static_cast<std::size_t>(active.from), static_cast<std::size_t>(active.to - active.from));
 }
 
-void CutIntoGroups(FitState& fit) {
-  fit.groups.clear();
-  fit.groupX.clear();
-  fit.groupWanted.clear();
-  for (int i = 0; i < static_cast<int>(fit.points.size()); ++i) {
-    const FitPoint& point = fit.points[static_cast<std::size_t>(i)];
-    const bool joins = !fit.groups.empty() && fit.groups.back().modelId == point.modelId &&
-                       std::abs(point.x - fit.groups.back().x) <= kSameX;
-    if (!joins) {
-      fit.groups.push_back({point.x, point.modelId, i, i});
-      fit.groupX.push_back(point.x);
-      fit.groupWanted.push_back(0);
-    }
-    fit.groups.back().end = i + 1;
-    fit.groupWanted.back() |= SetOf(point.quantity);
+// Of the terms with rows left the one whose next row has the lowest frequency, or else the number of terms.
+std::size_t LowestOf(std::span<const RowSpan> left) {
+  std::size_t lowest = left.size();
+  for (std::size_t t = 0; t < left.size(); ++t) {
+    if (left[t].empty()) continue;
+    if (lowest == left.size() || left[t].front().x < left[lowest].front().x) lowest = t;
   }
+  return lowest;
+}
+
+void TakeRow(RowSpan& left, std::size_t at, TermPoints& points) {
+  points.y.push_back(left.front().y);
+  points.sigma.push_back(left.front().sigma);
+  points.at.push_back(static_cast<std::uint8_t>(at));
+  left = left.subspan(1);
+}
+
+void BeginBlock(FitSpectrum& spectrum) {
+  for (TermPoints& points : spectrum.terms) points.firstOfBlock.push_back(points.y.size());
+}
+
+// Takes the rows of all terms, each with ascending x, one frequency after the other.
+void MergeRows(FitSpectrum& spectrum, std::span<RowSpan> left) {
+  for (std::size_t lowest = LowestOf(left); lowest < left.size(); lowest = LowestOf(left)) {
+    const double x = left[lowest].front().x;
+    const std::size_t at = spectrum.x.size() % kSpectrumBlock;
+    if (at == 0) BeginBlock(spectrum);
+    QuantitySet wanted = 0;
+    for (std::size_t t = 0; t < left.size(); ++t) {
+      TermPoints& points = spectrum.terms[t];
+      const std::size_t before = points.y.size();
+      if (t == lowest) TakeRow(left[t], at, points);  // whatever its x, so that there is an end
+      while (!left[t].empty() && std::abs(left[t].front().x - x) <= kSameX) TakeRow(left[t], at, points);
+      const std::size_t taken = points.y.size() - before;
+      if (taken > 0) wanted |= SetOf(points.quantity);
+      if (taken > 1) points.oneEach = false;
+    }
+    spectrum.x.push_back(x);
+    spectrum.wanted.push_back(wanted);
+  }
+  BeginBlock(spectrum);
+}
+
+TermPoints RoomFor(int term, int quantity, std::size_t count) {
+  TermPoints points;
+  points.term = term;
+  points.quantity = quantity;
+  points.y.reserve(count);
+  points.sigma.reserve(count);
+  points.at.reserve(count);
+  return points;
+}
+
+FitSpectrum SpectrumOf(const FitState& fit, const DatasetTable& datasets, std::uint32_t modelId) {
+  FitSpectrum spectrum;
+  spectrum.modelId = modelId;
+  std::vector<RowSpan> rows;
+  std::size_t most = 0;
+  for (std::size_t t = 0; t < fit.list.terms.size(); ++t) {
+    const ChiSqTerm& term = fit.list.terms[t];
+    const Dataset* const dataset = GetDatasetById(datasets, term.datasetId);
+    if (term.modelId != modelId || term.weight == 0 || !dataset) continue;
+    rows.push_back(ActiveRowsIn(*dataset));
+    most = std::max(most, rows.back().size());
+    spectrum.terms.push_back(RoomFor(static_cast<int>(t), dataset->Quantity, rows.back().size()));
+  }
+  spectrum.x.reserve(most);
+  spectrum.wanted.reserve(most);
+  MergeRows(spectrum, rows);
+  return spectrum;
 }
 
 void AddIfAdjustable(std::vector<FitParam>& params, ModelParam& cell, const ParamPlace& place) {
@@ -133,20 +188,26 @@ void NumberMasters(FitState& fit) {
   fit.params.resize(static_cast<std::size_t>(fit.NumFitParams));
 }
 
-// firstGroup: that of the block's spectrum.
-void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block) {
-  double total = fit.TotalChiSq;
-  for (std::size_t i = 0; i < block.count; ++i) {
-    const FitGroup& group = fit.groups[firstGroup + block.first + i];
-    for (int p = group.first; p < group.end; ++p) {
-      const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
-      ChiSqTerm& term = fit.list.terms[static_cast<std::size_t>(point.term)];
-      const double d = (point.y - block.Value(point.quantity, i)) / point.sigma;
-      term.termChiSq += d * d;
-      total += term.weight * d * d;
-    }
+void AddToTerms(FitState& fit, const FitSpectrum& spectrum, std::span<const double> sums) {
+  for (std::size_t t = 0; t < sums.size(); ++t) {
+    ChiSqTerm& term = fit.list.terms[static_cast<std::size_t>(spectrum.terms[t].term)];
+    term.termChiSq += sums[t];
+    fit.TotalChiSq += term.weight * sums[t];
   }
-  fit.TotalChiSq = total;
+}
+
+void AddChiSq(FitState& fit, EvalContext& eval, Model& model, const FitSpectrum& spectrum) {
+  const std::size_t terms = spectrum.terms.size();
+  std::vector<double> sums(MostBlocksOfBatch(eval) * terms);
+  const auto sumUp = [&](const SpectrumBlock& block, std::size_t place) {
+    for (std::size_t t = 0; t < terms; ++t) sums[place * terms + t] = ChiSqInBlock(spectrum.terms[t], block);
+  };
+  const auto add = [&](std::span<const SpectrumBlock> batch) {
+    for (std::size_t b = 0; b < batch.size(); ++b) {
+      AddToTerms(fit, spectrum, std::span(sums).subspan(b * terms, terms));
+    }
+  };
+  EvalSpectrumInBatches(eval, model, RequestOf(spectrum), {sumUp, add});
 }
 
 int HeldInside(int position, const ChiSqTermList& list) {
@@ -170,15 +231,21 @@ void RemoveChiSqTerm(ChiSqTermList& list, int position) {
 void ClearChiSqTerms(ChiSqTermList& list) { list.terms.clear(); }
 
 void RebuildFitPoints(FitState& fit, const EvalContext& eval) {
-  fit.points.clear();
-  for (int t = 0; t < static_cast<int>(fit.list.terms.size()); ++t) AddPointsOf(fit, *eval.datasets, t);
-  const auto order = [](const FitPoint& a, const FitPoint& b) {
-    return std::tie(a.modelId, a.x) < std::tie(b.modelId, b.x);
-  };
-  if (!std::is_sorted(fit.points.begin(), fit.points.end(), order)) {
-    std::stable_sort(fit.points.begin(), fit.points.end(), order);
+  std::set<std::uint32_t> models;
+  for (const ChiSqTerm& term : fit.list.terms) models.insert(term.modelId);
+  fit.spectra.clear();
+  for (const std::uint32_t modelId : models) {
+    FitSpectrum spectrum = SpectrumOf(fit, *eval.datasets, modelId);
+    if (!spectrum.x.empty()) fit.spectra.push_back(std::move(spectrum));
   }
-  CutIntoGroups(fit);
+}
+
+std::size_t CountFitPoints(const FitState& fit) {
+  std::size_t count = 0;
+  for (const FitSpectrum& spectrum : fit.spectra) {
+    for (const TermPoints& points : spectrum.terms) count += points.y.size();
+  }
+  return count;
 }
 
 void RebuildFitParams(FitState& fit, EvalContext& eval) {
@@ -200,22 +267,57 @@ void RebuildFitParams(FitState& fit, EvalContext& eval) {
   fit.UndoAvailable = fit.startValuesStored = false;
 }
 
-SpectrumRequest RequestOf(const FitState& fit, std::size_t first, std::size_t end) {
+SpectrumRequest RequestOf(const FitSpectrum& spectrum) {
   SpectrumRequest request;
-  request.x = std::span(fit.groupX).subspan(first, end - first);
-  request.wanted = std::span(fit.groupWanted).subspan(first, end - first);
+  request.x = spectrum.x;
+  request.wanted = spectrum.wanted;
   return request;
+}
+
+std::size_t FrequencyOf(const TermPoints& points, std::size_t p) {
+  const auto& firsts = points.firstOfBlock;
+  const auto behind = std::upper_bound(firsts.begin(), firsts.end(), p) - firsts.begin();
+  return static_cast<std::size_t>(behind - 1) * kSpectrumBlock + points.at[p];
+}
+
+PointRange PointsInBlock(const TermPoints& points, const SpectrumBlock& block) {
+  const std::size_t b = block.first / kSpectrumBlock;
+  return {points.firstOfBlock[b], points.firstOfBlock[b + 1]};
+}
+
+bool AreSuccessive(const TermPoints& points, PointRange range) {
+  return points.oneEach && points.at[range.end - 1] - points.at[range.first] + std::size_t{1} == range.Count();
+}
+
+double ChiSqInBlock(const TermPoints& points, const SpectrumBlock& block) {
+  const PointRange range = PointsInBlock(points, block);
+  if (range.Count() == 0) return 0;
+  const auto sumOfSquares = WidestKernels().sumOfSquares;
+  const double* const values = block.Values(points.quantity);
+  const double* const y = points.y.data();
+  const double* const sigma = points.sigma.data();
+  // Where the term has a point at each frequency of the block their places need not come from memory.
+  const bool everywhere = points.oneEach && range.Count() == block.count;
+  if (everywhere || AreSuccessive(points, range)) {
+    const std::size_t at = everywhere ? 0 : points.at[range.first];
+    return sumOfSquares(values + at, y + range.first, sigma + range.first, range.Count());
+  }
+  double sum = 0;
+  for (std::size_t first = range.first; first < range.end; first += kSpectrumBlock) {
+    const std::size_t count = std::min(kSpectrumBlock, range.end - first);
+    double picked[kSpectrumBlock];
+    for (std::size_t i = 0; i < count; ++i) picked[i] = values[points.at[first + i]];
+    sum += sumOfSquares(picked, y + first, sigma + first, count);
+  }
+  return sum;
 }
 
 void ComputeChiSq(FitState& fit, EvalContext& eval) {
   fit.TotalChiSq = 0;
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
-  ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
-    Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
-    if (!model) return;
-    EvalSpectrum(eval, *model, RequestOf(fit, first, end),
-                 [&](const SpectrumBlock& block) { AddChiSq(fit, first, block); });
-  });
+  for (const FitSpectrum& spectrum : fit.spectra) {
+    if (Model* const model = GetModelByNumber(*eval.params, spectrum.modelId)) AddChiSq(fit, eval, *model, spectrum);
+  }
 }
 
 }  // namespace kalvex

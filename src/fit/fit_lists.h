@@ -15,9 +15,10 @@ ChiSqTerm& InsertChiSqTerm(FitState& fit, ChiSqTermList& list, int position);
 void RemoveChiSqTerm(ChiSqTermList& list, int position);
 void ClearChiSqTerms(ChiSqTermList& list);
 
-// Flattens the active rows of every term of weight other than 0 into points sorted by model and x, and cuts them into
-// groups: all points of a model within 1e-10 of the first one's x.
+// Lists the active rows of every term of weight other than 0 by model and x. All points of a model within 1e-10 of the
+// x of the first one share that frequency.
 void RebuildFitPoints(FitState& fit, const EvalContext& eval);
+std::size_t CountFitPoints(const FitState& fit);
 
 // Collects the adjustable parameters, keeps those that influence a term, puts the masters of coupling groups first, and
 // notes for each term the parameters it depends on. Ends the possibility of Undo.
@@ -26,19 +27,24 @@ void RebuildFitParams(FitState& fit, EvalContext& eval);
 // ((y - Q)/sigma)^2 summed over the points of each term, and the weighted total. Not divided by anything.
 void ComputeChiSq(FitState& fit, EvalContext& eval);
 
-// What a run of groups asks of its model, without derivatives.
-SpectrumRequest RequestOf(const FitState& fit, std::size_t first, std::size_t end);
+// That sum over the points of a term in one block of its spectrum.
+double ChiSqInBlock(const TermPoints& points, const SpectrumBlock& block);
 
-// Calls visit(first, end) for each run of groups with one model.
-template <class Visit>
-void ForEachModelRun(const FitState& fit, Visit visit) {
-  const std::size_t count = fit.groups.size();
-  for (std::size_t first = 0; first < count;) {
-    std::size_t end = first + 1;
-    while (end < count && fit.groups[end].modelId == fit.groups[first].modelId) ++end;
-    visit(first, end);
-    first = end;
-  }
-}
+// What a spectrum asks of its model, without derivatives.
+SpectrumRequest RequestOf(const FitSpectrum& spectrum);
+
+// The number of the frequency at which point p of a term stands.
+std::size_t FrequencyOf(const TermPoints& points, std::size_t p);
+
+// Points of a term from `first` up to but not including `end`, which are in one block of frequencies.
+struct PointRange {
+  std::size_t first = 0;
+  std::size_t end = 0;
+  std::size_t Count() const { return end - first; }
+};
+PointRange PointsInBlock(const TermPoints& points, const SpectrumBlock& block);
+
+// Whether the points, one or more, stand at successive frequencies.
+bool AreSuccessive(const TermPoints& points, PointRange range);
 
 }  // namespace kalvex

@@ -29,21 +29,24 @@ struct ChiSqTermList {
   std::vector<ChiSqTerm> terms;
 };
 
-struct FitPoint {
-  double x = 0;  // cm-1
-  double y = 0;
-  double sigma = 0;
-  int quantity = 0;
-  std::uint32_t modelId = 0;
+// The points of one term, by frequency. Columns, and of the place of a point a single byte: a sum of squares over
+// millions of points takes as long as their numbers take to come from memory.
+struct TermPoints {
   int term = 0;
+  int quantity = 0;
+  bool oneEach = true;  // no two of the points share a frequency of the spectrum
+  std::vector<double> y;
+  std::vector<double> sigma;
+  std::vector<std::uint8_t> at;           // which frequency of its block of kSpectrumBlock
+  std::vector<std::size_t> firstOfBlock;  // the first point of each block, and at last the number of points
 };
 
-// A run of points that one evaluation serves.
-struct FitGroup {
-  double x = 0;  // that of the first point
+// All points that are held against one model: at each frequency one evaluation serves them.
+struct FitSpectrum {
   std::uint32_t modelId = 0;
-  int first = 0;
-  int end = 0;
+  std::vector<double> x;  // cm-1, ascending
+  std::vector<QuantitySet> wanted;
+  std::vector<TermPoints> terms;
 };
 
 struct FitParam {
@@ -85,11 +88,8 @@ struct FitReport {
 struct FitState {
   ChiSqTermList list;
   int nextTermId = 0;
-  std::vector<FitPoint> points;
-  std::vector<FitGroup> groups;
-  std::vector<double> groupX;  // frequency of each group, and the Quantities that it needs
-  std::vector<QuantitySet> groupWanted;
-  std::vector<FitParam> params;  // the masters first
+  std::vector<FitSpectrum> spectra;  // by model
+  std::vector<FitParam> params;      // the masters first
 
   int NumFitParams = 0;
   int NumFreeParams = 0;  // masters: the size of the matrices

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <span>
-#include <utility>
 
 #include "fit/fit_coordinate.h"
 #include "fit/fit_lists.h"
@@ -16,7 +16,7 @@ namespace {
 // A parameter with a limit that stands closer to it than this has no say in the step.
 constexpr double kLeastScale = 1e-10;
 
-// One parameter, as the points of a run of groups see it.
+// One parameter, as the points of a spectrum see it.
 struct SlopeColumn {
   std::size_t slope = 0;  // its number in the request
   std::size_t master = 0;
@@ -24,15 +24,15 @@ struct SlopeColumn {
   bool counts = true;
 };
 
-// The columns of all parameters of the fit that a term of the run depends on; the others have no place in the request.
-std::vector<SlopeColumn> ColumnsOf(const FitState& fit, std::size_t first, std::size_t end,
-                                   std::vector<ParamPlace>& places) {
+// The columns of all parameters of the fit that a term of the spectrum depends on; the others have no place in the
+// request.
+std::vector<SlopeColumn> ColumnsOf(const FitState& fit, const FitSpectrum& spectrum, std::vector<ParamPlace>& places) {
   std::vector<char> used(fit.params.size());
-  std::vector<char> seen(fit.list.terms.size());
-  for (int p = fit.groups[first].first; p < fit.groups[end - 1].end; ++p) {
-    const auto term = static_cast<std::size_t>(fit.points[static_cast<std::size_t>(p)].term);
-    if (std::exchange(seen[term], 1)) continue;
-    for (const int j : fit.list.terms[term].params) used[static_cast<std::size_t>(j)] = 1;
+  for (const TermPoints& points : spectrum.terms) {
+    if (points.y.empty()) continue;
+    for (const int j : fit.list.terms[static_cast<std::size_t>(points.term)].params) {
+      used[static_cast<std::size_t>(j)] = 1;
+    }
   }
   std::vector<SlopeColumn> columns(fit.params.size());
   for (std::size_t j = 0; j < fit.params.size(); ++j) {
@@ -48,7 +48,7 @@ std::vector<SlopeColumn> ColumnsOf(const FitState& fit, std::size_t first, std::
   return columns;
 }
 
-// The same columns, for each term of the run, by the entry of the gradient.
+// The same columns, for each term, by the entry of the gradient.
 std::vector<GradientColumns> ColumnsOfTerms(const FitState& fit, std::span<const SlopeColumn> columns,
                                             std::size_t size) {
   std::vector<GradientColumns> ofTerms(fit.list.terms.size());
@@ -69,114 +69,82 @@ std::vector<GradientColumns> ColumnsOfTerms(const FitState& fit, std::span<const
   return ofTerms;
 }
 
-// Calls visit(point, term, i) for the points of a block, i being their frequency's place in it.
-template <class Fit, class Visit>
-void ForEachPoint(Fit& fit, std::size_t firstGroup, const SpectrumBlock& block, Visit visit) {
-  for (std::size_t i = 0; i < block.count; ++i) {
-    const FitGroup& group = fit.groups[firstGroup + block.first + i];
-    for (int p = group.first; p < group.end; ++p) {
-      const FitPoint& point = fit.points[static_cast<std::size_t>(p)];
-      visit(point, fit.list.terms[static_cast<std::size_t>(point.term)], i);
-    }
-  }
-}
-
-double RootOfWeight(const FitPoint& point, const ChiSqTerm& term) {
-  return std::sqrt(2 * term.weight) / std::fabs(point.sigma);
-}
-
-// Points of one term in a block, as many as go together.
-struct TermPoints {
-  const FitPoint* points[VectorPanel::kMost];
-  std::size_t at[VectorPanel::kMost];  // their frequencies' places in the block
-  std::size_t count = 0;
-};
-
-// What a block's gradients are gathered from.
+// What the gradients of the points of one term in a block are gathered from.
 struct GatherInput {
-  const FitState& fit;
+  const ChiSqTerm& term;
   std::span<const SlopeColumn> columns;
-  std::span<const GradientColumns> ofTerms;
+  const GradientColumns& together;  // the term's own
+  const TermPoints& points;
   const SpectrumBlock& block;
+
+  double RootOfWeight(std::size_t p) const { return std::sqrt(2 * term.weight) / std::fabs(points.sigma[p]); }
+  double Misfit(std::size_t p) const { return block.Value(points.quantity, points.at[p]) - points.y[p]; }
 };
 
-void GatherOne(const GatherInput& in, const FitPoint& point, std::size_t i, BlockGradients& out) {
-  const ChiSqTerm& term = in.fit.list.terms[static_cast<std::size_t>(point.term)];
-  const double s = RootOfWeight(point, term);
-  for (const int j : term.params) {
+void GatherOne(const GatherInput& in, std::size_t p, BlockGradients& out) {
+  const double s = in.RootOfWeight(p);
+  for (const int j : in.term.params) {
     const SlopeColumn& column = in.columns[static_cast<std::size_t>(j)];
-    const double d = in.block.Slope(column.slope, point.quantity, i);
+    const double d = in.block.Slope(column.slope, in.points.quantity, in.points.at[p]);
     if (d != 0 && column.counts) out.Put(column.master, s * d * column.scale);
   }
-  out.EndPoint(s * (in.block.Value(point.quantity, i) - point.y));
+  out.EndPoint(s * in.Misfit(p));
 }
 
-bool GatherTogether(const GatherInput& in, const TermPoints& some, BlockGradients& out) {
-  const auto t = static_cast<std::size_t>(some.points[0]->term);
-  const ChiSqTerm& term = in.fit.list.terms[t];
-  const int quantity = some.points[0]->quantity;
+bool GatherTogether(const GatherInput& in, PointRange some, BlockGradients& out) {
   double roots[VectorPanel::kMost], residuals[VectorPanel::kMost];
-  bool inOrder = some.at[0] % kPack == 0;
-  for (std::size_t p = 0; p < some.count; ++p) {
-    const FitPoint& point = *some.points[p];
-    roots[p] = RootOfWeight(point, term);
-    residuals[p] = roots[p] * (in.block.Value(quantity, some.at[p]) - point.y);
-    if (!std::isfinite(residuals[p])) return false;
-    inOrder = inOrder && some.at[p] == some.at[0] + p;
+  for (std::size_t i = 0; i < some.Count(); ++i) {
+    roots[i] = in.RootOfWeight(some.first + i);
+    residuals[i] = roots[i] * in.Misfit(some.first + i);
+    if (!std::isfinite(residuals[i])) return false;
   }
+  const std::uint8_t* const at = in.points.at.data() + some.first;
+  const bool inOrder = at[0] % kPack == 0 && AreSuccessive(in.points, some);
   double picked[VectorPanel::kStrip][VectorPanel::kMost];
   std::size_t next = 0;
   const auto columnAt = [&](std::size_t slope) -> const double* {
-    const double* const from = in.block.Slopes(slope, quantity);
-    if (inOrder) return from + some.at[0];
+    const double* const from = in.block.Slopes(slope, in.points.quantity);
+    if (inOrder) return from + at[0];
     double* const to = picked[next++ % VectorPanel::kStrip];
-    for (std::size_t p = 0; p < some.count; ++p) to[p] = from[some.at[p]];
-    std::fill(to + some.count, to + VectorPanel::kMost, 0.0);
+    for (std::size_t i = 0; i < some.Count(); ++i) to[i] = from[at[i]];
+    std::fill(to + some.Count(), to + VectorPanel::kMost, 0.0);
     return to;
   };
-  return out.PutTogether(in.ofTerms[t], std::span(roots).first(some.count), std::span(residuals).first(some.count),
+  return out.PutTogether(in.together, std::span(roots).first(some.Count()), std::span(residuals).first(some.Count()),
                          columnAt);
 }
 
-// Whether the first of the points has a slope by most parameters; behind a free mesh each has few.
-bool AreDense(const GatherInput& in, const TermPoints& some) {
-  const GradientColumns& columns = in.ofTerms[static_cast<std::size_t>(some.points[0]->term)];
-  if (!columns.most) return false;
+// Whether point p has a slope by most parameters; behind a free mesh each has few.
+bool IsDense(const GatherInput& in, std::size_t p) {
+  if (!in.together.most) return false;
   std::size_t count = 0;
-  for (const std::size_t slope : columns.slope) {
+  for (const std::size_t slope : in.together.slope) {
     if (slope == GradientColumns::kNone) continue;
-    if (in.block.Slope(slope, some.points[0]->quantity, some.at[0]) != 0) ++count;
+    if (in.block.Slope(slope, in.points.quantity, in.points.at[p]) != 0) ++count;
   }
-  return 2 * count >= columns.slope.size();
+  return 2 * count >= in.together.slope.size();
 }
 
-void GatherTerm(const GatherInput& in, TermPoints& some, BlockGradients& out) {
-  if (some.count == 0) return;
-  if (!AreDense(in, some) || !GatherTogether(in, some, out)) {
-    for (std::size_t p = 0; p < some.count; ++p) GatherOne(in, *some.points[p], some.at[p], out);
+void Gather(const GatherInput& in, BlockGradients& out) {
+  const PointRange all = PointsInBlock(in.points, in.block);
+  for (std::size_t first = all.first; first < all.end; first += VectorPanel::kMost) {
+    const PointRange some{first, std::min(first + VectorPanel::kMost, all.end)};
+    if (IsDense(in, first) && GatherTogether(in, some, out)) continue;
+    for (std::size_t p = some.first; p < some.end; ++p) GatherOne(in, p, out);
   }
-  some.count = 0;
 }
 
-void Gather(const GatherInput& in, std::size_t firstGroup, BlockGradients& out) {
-  out.Clear();
-  std::vector<TermPoints> byTerm(in.fit.list.terms.size());
-  ForEachPoint(in.fit, firstGroup, in.block, [&](const FitPoint& point, const ChiSqTerm&, std::size_t i) {
-    TermPoints& some = byTerm[static_cast<std::size_t>(point.term)];
-    some.points[some.count] = &point;
-    some.at[some.count++] = i;
-    if (some.count == VectorPanel::kMost) GatherTerm(in, some, out);
-  });
-  for (TermPoints& some : byTerm) GatherTerm(in, some, out);
-}
-
-void AddChiSq(FitState& fit, std::size_t firstGroup, const SpectrumBlock& block) {
+void AddChiSq(FitState& fit, const FitSpectrum& spectrum, const SpectrumBlock& block) {
   double total = fit.TotalChiSq;
-  ForEachPoint(fit, firstGroup, block, [&](const FitPoint& point, const ChiSqTerm& term, std::size_t i) {
-    const double w = 1 / (point.sigma * point.sigma);
-    const double r = block.Value(point.quantity, i) - point.y;
-    total += term.weight * w * r * r;
-  });
+  for (const TermPoints& points : spectrum.terms) {
+    const double weight = fit.list.terms[static_cast<std::size_t>(points.term)].weight;
+    const PointRange range = PointsInBlock(points, block);
+    for (std::size_t p = range.first; p < range.end; ++p) {
+      const double w = 1 / (points.sigma[p] * points.sigma[p]);
+      const double r = block.Value(points.quantity, points.at[p]) - points.y[p];
+      total += weight * w * r * r;
+    }
+  }
   fit.TotalChiSq = total;
 }
 
@@ -211,25 +179,30 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   const std::size_t most = MostBlocksOfBatch(eval);
   std::vector<BlockGradients>& gradients = equations.gradients;
   if (gradients.empty()) gradients.resize(most + together - 1, BlockGradients(equations.beta.size()));
-  ForEachModelRun(fit, [&](std::size_t first, std::size_t end) {
-    Model* const model = GetModelByNumber(*eval.params, fit.groups[first].modelId);
-    if (!model) return;
+  for (const FitSpectrum& spectrum : fit.spectra) {
+    Model* const model = GetModelByNumber(*eval.params, spectrum.modelId);
+    if (!model) continue;
     std::vector<ParamPlace> places;
-    const std::vector<SlopeColumn> columns = ColumnsOf(fit, first, end, places);
-    SpectrumRequest request = RequestOf(fit, first, end);
+    const std::vector<SlopeColumn> columns = ColumnsOf(fit, spectrum, places);
+    SpectrumRequest request = RequestOf(spectrum);
     request.derivatives = true;
     request.slopesOf = places;
     const std::vector<GradientColumns> ofTerms = ColumnsOfTerms(fit, columns, equations.beta.size());
     const auto gather = [&](const SpectrumBlock& block, std::size_t place) {
-      Gather({fit, columns, ofTerms, block}, first, gradients[equations.waiting + place]);
+      BlockGradients& out = gradients[equations.waiting + place];
+      out.Clear();
+      for (const TermPoints& points : spectrum.terms) {
+        const auto t = static_cast<std::size_t>(points.term);
+        Gather({fit.list.terms[t], columns, ofTerms[t], points, block}, out);
+      }
     };
     const auto add = [&](std::span<const SpectrumBlock> batch) {
-      for (const SpectrumBlock& block : batch) AddChiSq(fit, first, block);
+      for (const SpectrumBlock& block : batch) AddChiSq(fit, spectrum, block);
       equations.waiting += batch.size();
       if (equations.waiting + most > gradients.size()) AddGradients(equations, eval.pool);
     };
     EvalSpectrumInBatches(eval, *model, request, {gather, add});
-  });
+  }
   AddGradients(equations, eval.pool);
 }
 

@@ -21,7 +21,7 @@ struct NormalEquations {
   SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }
 };
 
-// Evaluates every group with derivatives, fills the equations at the present values, and sets TotalChiSq. The
+// Evaluates every spectrum with derivatives, fills the equations at the present values, and sets TotalChiSq. The
 // parameters' fitScale must be that of the present values.
 void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations& equations);
 

@@ -4,6 +4,7 @@
 
 #include "core/text.h"
 #include "fit/fit_dumps.h"
+#include "fit/fit_lists.h"
 #include "macro/handlers.h"
 #include "macro/if_given.h"
 #include "macro/param_fields.h"
@@ -102,7 +103,7 @@ MacroResult AddChiSqTermCommand(MacroCall& call) {
   }
   const bool loaded = DatasetInSlot(call.program.datasets, *slot)->id != 0;
   return call.Done("dataset " + std::to_string(*slot) + (loaded ? "" : ", which is not loaded,") + " against model " +
-                   std::to_string(*number) + ": " + std::to_string(call.program.fit.points.size()) + " points, " +
+                   std::to_string(*number) + ": " + std::to_string(CountFitPoints(call.program.fit)) + " points, " +
                    std::to_string(call.program.fit.NumFreeParams) + " free parameters, ChiSq " +
                    TextG(call.program.fit.TotalChiSq));
 }

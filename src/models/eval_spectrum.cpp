@@ -28,9 +28,10 @@ class SpectrumNumber {
 // The frequencies, in order, at which a Quantity is wanted for the last time, and the last one.
 std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
   std::vector<std::size_t> last;
+  const QuantitySet anywhere = WantedAnywhere(request);
   QuantitySet seen = 0;
-  for (std::size_t i = request.x.size(); i-- > 0;) {
-    if ((request.wanted[i] & ~seen) != 0 || i + 1 == request.x.size()) last.push_back(i);
+  for (std::size_t i = request.x.size(); i-- > 0 && (last.empty() || seen != anywhere);) {
+    if ((request.wanted[i] & ~seen) != 0 || last.empty()) last.push_back(i);
     seen |= request.wanted[i];
   }
   std::reverse(last.begin(), last.end());

@@ -55,6 +55,7 @@ class SpectrumBlock {
   }
 
   // For those who fill it: the values, or the slopes by one parameter, at all frequencies of the block.
+  const double* Values(int quantity) const { return values_.data() + Index(quantity, 0); }
   double* Values(int quantity) { return values_.data() + Index(quantity, 0); }
   const double* Slopes(std::size_t k, int quantity) const {
     return slopes_.data() + k * values_.size() + Index(quantity, 0);

@@ -1,6 +1,7 @@
 #include "models/spectrum_team.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -31,21 +32,42 @@ namespace {
 
 // ---- what is worth it
 
-std::size_t PointsOf(const Model& model) {
-  return static_cast<std::size_t>(RowCount(model)) + (model.vdf.On ? model.vdf.mesh.size() : 0);
+// Nanoseconds that one frequency takes, rather too few than too many, measured on a core of 4 GHz.
+struct Cost {
+  double values;
+  double withSlopes;
+};
+constexpr Cost kOfFrequency = {2, 4};
+constexpr Cost kOfRow = {0.15, 0.8};
+constexpr Cost kOfMeshPoint = {0.15, 0.3};
+constexpr Cost kOfCodes = {100, 200};  // of rows with codes, whatever their number
+constexpr Cost kOfAverage = {40, 60};  // of a Quantity that is an average over thickness or angle
+constexpr Cost kOfLayer = {10, 25};    // of a type that fills blocks at once
+constexpr Cost kOfType = {50, 100};    // of another
+constexpr QuantitySet kAverages = SetOf(kTrans) | SetOf(kRp) | SetOf(kRs) | SetOf(kRps) | SetOf(kDefringed);
+
+Cost operator+(const Cost& a, const Cost& b) { return {a.values + b.values, a.withSlopes + b.withSlopes}; }
+Cost operator*(std::size_t n, const Cost& a) {
+  return {static_cast<double>(n) * a.values, static_cast<double>(n) * a.withSlopes};
 }
 
-// How long a frequency takes, in rows of a plain model.
-double CostOf(const EvalContext& ctx, const Model& model) {
-  constexpr double kCostOfType = 20;
-  auto cost = static_cast<double>(1 + RowCount(model));
-  if (PlainSpectrum::AppliesTo(ctx, model)) {
-    return cost + (HasVdf(model) ? static_cast<double>(model.vdf.mesh.size()) / 16 : 0);
+Cost CostOfSum(const Model& model) {
+  const Cost rows =
+      static_cast<std::size_t>(RowCount(model)) * kOfRow + (model.vdf.On ? model.vdf.mesh.size() : 0) * kOfMeshPoint;
+  return PlainRows::Are(model) ? rows : rows + kOfCodes;
+}
+
+Cost CostOfQuantities(const EvalContext& ctx, const Model& model, QuantitySet wanted) {
+  const ModelType* const type = TypeOf(ctx, model);
+  if (!type) {
+    const auto averages = static_cast<std::size_t>(std::popcount(static_cast<QuantitySet>(wanted & kAverages)));
+    return kOfFrequency + CostOfSum(model) + averages * kOfAverage;
   }
+  Cost cost = type->fillerOf ? static_cast<std::size_t>(RowCount(model)) * kOfLayer : kOfType;
   for (const Model& partner : ctx.params->models) {
-    if (partner.number != 0) cost += static_cast<double>(PointsOf(partner));
+    if (partner.number != 0 && !TypeOf(ctx, partner)) cost = cost + CostOfSum(partner);
   }
-  return cost + kCostOfType;
+  return cost;
 }
 
 bool AnyWhole(const EvalContext& ctx) {
@@ -142,12 +164,14 @@ std::size_t BlocksOfBatch(std::size_t threads, const SpectrumRequest& request) {
 }  // namespace
 
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
-  constexpr double kLeastCost = 20000;
-  constexpr double kCostOfSlopes = 4;
   if (!ctx.pool || ctx.pool->Threads() < 2 || request.x.size() < 4 * kSpectrumBlock) return false;
   if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
-  const double points = static_cast<double>(request.x.size()) * (request.derivatives ? kCostOfSlopes : 1);
-  return points * CostOf(ctx, model) >= kLeastCost;
+  // Of more threads some may come too late to help, which is no loss.
+  constexpr std::size_t kMostThatCount = 4;
+  const auto threads = static_cast<double>(std::min(ctx.pool->Threads(), kMostThatCount));
+  const Cost cost = CostOfQuantities(ctx, model, WantedAnywhere(request));
+  const double each = request.derivatives ? cost.withSlopes : cost.values;
+  return static_cast<double>(request.x.size()) * each >= threads * ctx.leastShare;
 }
 
 std::size_t MostBlocksOfBatch(const EvalContext& ctx) { return ctx.pool ? ctx.pool->Threads() * kMostBlocks : 1; }

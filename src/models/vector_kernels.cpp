@@ -18,8 +18,13 @@ constexpr std::size_t kTogether = 4;
 static_assert(kSpectrumBlock % (kTogether * kPack) == 0);
 
 double LeastModulus(const double* w) {
-  double least = std::fabs(w[0]);
-  for (std::size_t i = 1; i < kSpectrumBlock; ++i) least = std::fabs(w[i]) < least ? std::fabs(w[i]) : least;
+  Pack leasts = Fabs(Pack::Load(w));
+  for (std::size_t i = kPack; i < kSpectrumBlock; i += kPack) {
+    const Pack next = Fabs(Pack::Load(w + i));
+    leasts = Select(next < leasts, next, leasts);
+  }
+  double least = leasts.x[0];
+  for (std::size_t lane = 1; lane < kPack; ++lane) least = leasts.x[lane] < least ? leasts.x[lane] : least;
   return least;
 }
 
@@ -188,6 +193,24 @@ KALVEX_FLATTEN bool WeightedRows(const double* const* columns, const double* fac
   return LanesOf(zeros == Pack(0.0)) == Lanes::kAll;
 }
 
+// ---- sums of squares
+
+KALVEX_FLATTEN double SumOfSquares(const double* values, const double* y, const double* sigma, std::size_t count) {
+  Pack sums = 0;
+  std::size_t i = 0;
+  for (; i + kPack <= count; i += kPack) {
+    const Pack d = (Pack::Load(y + i) - Pack::Load(values + i)) / Pack::Load(sigma + i);
+    sums += d * d;
+  }
+  for (std::size_t lane = 0; i < count; ++i, ++lane) {
+    const double d = (y[i] - values[i]) / sigma[i];
+    sums.x[lane] += d * d;
+  }
+  double sum = 0;
+  for (std::size_t lane = 0; lane < kPack; ++lane) sum += sums.x[lane];
+  return sum;
+}
+
 // ---- stacks
 
 struct ThisWidth {};
@@ -273,8 +296,13 @@ KALVEX_FLATTEN void StackBlock(const StackBlockInput& in, StackBlockRoom& room, 
 }  // namespace
 
 extern const VectorKernels kKernels;
-constinit const VectorKernels kKernels = {AddOscillators, AddOscillatorsForSlopes, SlopesOfOscillator,
-                                          QuantityValues, QuantityValuesAndSlopes, WeightedRows,
+constinit const VectorKernels kKernels = {AddOscillators,
+                                          AddOscillatorsForSlopes,
+                                          SlopesOfOscillator,
+                                          QuantityValues,
+                                          QuantityValuesAndSlopes,
+                                          WeightedRows,
+                                          SumOfSquares,
                                           StackBlock};
 
 }  // namespace kalvex::KALVEX_VECTOR_LEVEL

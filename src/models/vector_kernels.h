@@ -30,6 +30,8 @@ struct VectorKernels {
   // read and written up to the next multiple of 8. False if any of these numbers is not finite.
   bool (*weightedRows)(const double* const* columns, const double* factors, const double* weights, std::size_t count,
                        double* out);
+  // Sum of ((y - values)/sigma)^2 over count numbers: eight sums of every eighth, and then their sum.
+  double (*sumOfSquares)(const double* values, const double* y, const double* sigma, std::size_t count);
   // As FillStackBlock.
   void (*stackBlock)(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results);
 };

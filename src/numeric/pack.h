@@ -57,13 +57,12 @@ struct alignas(kPack * sizeof(double)) Pack {
 inline PackMask operator|(const PackMask& a, const PackMask& b) { return {a.bits | b.bits}; }
 inline PackMask operator&(const PackMask& a, const PackMask& b) { return {a.bits & b.bits}; }
 
+// The lanes for which the mask holds count -1 each; the halves are added until one lane holds the sum.
 inline Lanes LanesOf(const PackMask& mask) {
-  std::int64_t any = 0, all = -1;
-  for (std::size_t i = 0; i < kPack; ++i) {
-    any |= mask.bits[i];
-    all &= mask.bits[i];
-  }
-  return any == 0 ? Lanes::kNone : all != 0 ? Lanes::kAll : Lanes::kSome;
+  const PackMask::Bits fours = mask.bits + __builtin_shufflevector(mask.bits, mask.bits, 4, 5, 6, 7, 0, 1, 2, 3);
+  const PackMask::Bits pairs = fours + __builtin_shufflevector(fours, fours, 2, 3, 0, 1, 6, 7, 4, 5);
+  const std::int64_t sum = pairs[0] + pairs[1];
+  return sum == 0 ? Lanes::kNone : sum == -static_cast<std::int64_t>(kPack) ? Lanes::kAll : Lanes::kSome;
 }
 
 inline Pack Select(const PackMask& condition, const Pack& yes, const Pack& no) {

@@ -96,7 +96,7 @@ void AnswerFitNotice(FitDesk desk, FitNotice notice, std::uint32_t id) {
 
 FitLabels FitLabelsOf(const FitState& fit) {
   FitLabels labels;
-  labels.points = std::to_string(fit.points.size());
+  labels.points = std::to_string(CountFitPoints(fit));
   labels.params = std::to_string(fit.NumFreeParams);
   labels.chiSq = TextG(fit.TotalChiSq);
   if (fit.FitRunning) {

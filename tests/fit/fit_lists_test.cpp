@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "fit/sample_fit.h"
 #include "support/tolerances.h"
@@ -40,7 +42,7 @@ TEST(FitPoints, AreTheActiveRowsSortedByModelAndFrequency) {
   s.program.datasets.slots[0].lastActive = 3;
   s.Term(2, 2);
   s.Term(1, 1);
-  const auto& points = s.fit().points;
+  const std::vector<SeenPoint> points = SeenPointsOf(s.fit());
   ASSERT_EQ(points.size(), 7u);
   EXPECT_EQ(points[0].modelId, 1u);
   EXPECT_EQ(points[0].x, 34);
@@ -55,19 +57,19 @@ TEST(FitPoints, ATermOfWeightZeroOrOfADeadDatasetGivesNone) {
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl);
   s.Term(1, 1, 0);
-  EXPECT_EQ(s.fit().points.size(), 0u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 0u);
   EXPECT_EQ(s.fit().NumFitParams, 0);
   EXPECT_EQ(s.fit().list.terms.size(), 1u);
   s.Term(1, 1);
-  EXPECT_EQ(s.fit().points.size(), 60u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 60u);
   s.Measure(1, a, kRefl);  // loaded anew: the old id is dead
   s.Rebuild();
-  EXPECT_EQ(s.fit().points.size(), 0u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 0u);
   s.Term(5, 1);  // an empty slot
-  EXPECT_EQ(s.fit().points.size(), 0u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 0u);
 }
 
-TEST(FitPoints, FrequenciesWithin1e10OfTheFirstMakeAGroup) {
+TEST(FitPoints, FrequenciesWithin1e10OfTheFirstAreOne) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl, 0.01, 0, 3);
@@ -76,21 +78,23 @@ TEST(FitPoints, FrequenciesWithin1e10OfTheFirstMakeAGroup) {
   points[1].x = 1 + 0.6e-10;
   points[2].x = 1 + 1.2e-10;
   s.Term(1, 1);
-  ASSERT_EQ(s.fit().groups.size(), 2u);
-  EXPECT_EQ(s.fit().groups[0].end - s.fit().groups[0].first, 2);
-  EXPECT_EQ(s.fit().groups[0].x, 1);
-  EXPECT_EQ(s.fit().groups[1].x, points[2].x);
+  const FitSpectrum& spectrum = s.fit().spectra.at(0);
+  EXPECT_EQ(spectrum.x, (std::vector<double>{1, points[2].x}));
+  EXPECT_FALSE(spectrum.terms[0].oneEach);
+  EXPECT_EQ(FrequencyOf(spectrum.terms[0], 1), 0u);
+  EXPECT_EQ(FrequencyOf(spectrum.terms[0], 2), 1u);
 }
 
-TEST(FitPoints, TwoQuantitiesAtTheSameFrequenciesShareTheirGroups) {
+TEST(FitPoints, TwoQuantitiesAtTheSameFrequenciesShareThem) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl);
   s.Measure(2, a, kE2);
   s.Term(1, 1);
   s.Term(2, 1);
-  EXPECT_EQ(s.fit().groups.size(), 60u);
-  EXPECT_EQ(s.fit().groupWanted[7], SetOf(kRefl) | SetOf(kE2));
+  ASSERT_EQ(s.fit().spectra.size(), 1u);
+  EXPECT_EQ(s.fit().spectra[0].x.size(), 60u);
+  EXPECT_EQ(s.fit().spectra[0].wanted[7], SetOf(kRefl) | SetOf(kE2));
 }
 
 TEST(ChiSq, IsThePlainWeightedSumOverTheTerms) {
@@ -141,7 +145,7 @@ TEST(FitPoints, CarryTheNumbersOfTheirRow) {
   s.Measure(1, a, kLoss, 0.25, 0, 4);
   s.program.datasets.slots[0].points[2] = {38, 7.5, 0.125};
   s.Term(1, 1);
-  const FitPoint& point = s.fit().points[2];
+  const SeenPoint point = SeenPointsOf(s.fit()).at(2);
   EXPECT_EQ(point.x, 38);
   EXPECT_EQ(point.y, 7.5);
   EXPECT_EQ(point.sigma, 0.125);
@@ -157,45 +161,83 @@ TEST(FitPoints, AnActiveRangeOfOneRowGivesOnePointAndAnEmptyOneNone) {
   Dataset& dataset = s.program.datasets.slots[0];
   dataset.firstActive = dataset.lastActive = 7;
   s.Term(1, 1);
-  ASSERT_EQ(s.fit().points.size(), 1u);
-  EXPECT_EQ(s.fit().points[0].x, dataset.points[7].x);
-  EXPECT_EQ(s.fit().groups.size(), 1u);
+  ASSERT_EQ(SeenPointsOf(s.fit()).size(), 1u);
+  EXPECT_EQ(SeenPointsOf(s.fit())[0].x, dataset.points[7].x);
+  EXPECT_EQ(s.fit().spectra[0].x.size(), 1u);
   dataset.lastActive = 6;
   s.Rebuild();
-  EXPECT_EQ(s.fit().points.size() + s.fit().groups.size(), 0u);
+  EXPECT_EQ(CountFitPoints(s.fit()) + s.fit().spectra.size(), 0u);
 }
 
-TEST(FitPoints, TwoModelsNeverShareAGroup) {
+TEST(FitPoints, TwoModelsNeverShareAFrequency) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl, 0.01, 0, 1);
   s.Term(1, 2);
   s.Term(1, 1);
-  ASSERT_EQ(s.fit().groups.size(), 2u);
-  EXPECT_EQ(s.fit().groups[0].modelId, 1u);
-  EXPECT_EQ(s.fit().groups[1].modelId, 2u);
-  EXPECT_EQ(s.fit().points[0].term, 1);
+  ASSERT_EQ(s.fit().spectra.size(), 2u);
+  EXPECT_EQ(s.fit().spectra[0].modelId, 1u);
+  EXPECT_EQ(s.fit().spectra[1].modelId, 2u);
+  EXPECT_EQ(s.fit().spectra[0].terms[0].term, 1);
 }
 
-TEST(FitPoints, GroupsCoverAllPointsWithoutGaps) {
+TEST(FitPoints, BlocksOfFrequenciesCoverAllPointsOfEachTerm) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   Model& b = s.AddModel(3, 100, 200, 10);
-  s.Measure(1, a, kRefl, 0.01, 0, 9);
-  s.Measure(2, b, kE1, 0.01, 0, 5);
+  s.Measure(1, a, kRefl, 0.01, 0, 90);
+  s.Measure(2, b, kE1, 0.01, 0, 50);
+  s.Measure(3, a, kE2, 0.01, 0, 3);
   for (DataRow& row : s.program.datasets.slots[1].points) row.x += 2;  // between those of the first
+  s.program.datasets.slots[2].points[1].x = s.program.datasets.slots[2].points[0].x;
+  for (DataRow& row : s.program.datasets.slots[2].points) row.x += 1000;  // none in the first two blocks
   s.Term(1, 1);
   s.Term(2, 1);
+  s.Term(3, 1);
   s.Term(2, 2);
-  int next = 0;
-  for (const FitGroup& group : s.fit().groups) {
-    EXPECT_EQ(group.first, next);
-    EXPECT_EQ(group.x, s.fit().points[static_cast<std::size_t>(next)].x);
-    next = group.end;
+  ASSERT_EQ(s.fit().spectra.size(), 2u);
+  EXPECT_EQ(s.fit().spectra[0].x.size(), 142u);
+  EXPECT_EQ(s.fit().spectra[1].x.size(), 50u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 193u);
+  for (const FitSpectrum& spectrum : s.fit().spectra) {
+    EXPECT_TRUE(std::is_sorted(spectrum.x.begin(), spectrum.x.end()));
+    for (const TermPoints& points : spectrum.terms) {
+      const auto& rows = s.program.datasets.slots[points.term == 3 ? 1u : static_cast<std::size_t>(points.term)].points;
+      ASSERT_EQ(points.y.size(), rows.size());
+      EXPECT_EQ(points.firstOfBlock.size(), spectrum.x.size() / kSpectrumBlock + 2);
+      EXPECT_EQ(points.oneEach, points.term != 2);
+      for (std::size_t p = 0; p < rows.size(); ++p) {
+        EXPECT_EQ(spectrum.x[FrequencyOf(points, p)], rows[p].x);
+        EXPECT_TRUE(Contains(spectrum.wanted[FrequencyOf(points, p)], points.quantity));
+      }
+    }
   }
-  EXPECT_EQ(next, 19);
-  EXPECT_EQ(s.fit().groups.size(), 19u);
+}
+
+// Many points at one frequency, and terms whose points skip frequencies of the spectrum.
+TEST(ChiSq, IsThatOfEveryPointWhateverItsPlaceInABlock) {
+  SampleFit s;
+  Model& a = s.AddModel(3, 100, 200, 10);
+  s.Measure(1, a, kRefl, 0.02, 0.03, 200);
+  s.Measure(2, a, kE1, 0.5, 0.1, 150);
+  s.Measure(3, a, kE2, 0.5, 0.1, 100);
+  for (int i = 0; i < 100; ++i) {
+    s.program.datasets.slots[1].points[static_cast<std::size_t>(i)].x = 30;
+    s.program.datasets.slots[2].points[static_cast<std::size_t>(i)].x = 32 + 8.0 * i;
+  }
+  SampleFit::Set(a, 3.2, 110, 190, 12);
+  s.Term(1, 1);
+  s.Term(2, 1);
+  s.Term(3, 1);
+  std::vector<double> sums(3);
+  for (const SeenPoint& point : SeenPointsOf(s.fit())) {
+    WantOnly(s.program.eval.quantities, SetOf(point.quantity));
+    EvalModel(s.program.eval, a, point.x, false);
+    const double value = s.program.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
+    sums[static_cast<std::size_t>(point.term)] += std::pow((point.y - value) / point.sigma, 2);
+  }
+  for (std::size_t t = 0; t < 3; ++t) EXPECT_CLOSE(s.fit().list.terms[t].termChiSq, sums[t], kChain) << t;
 }
 
 TEST(ChiSq, ATermOfWeightZeroHasNoSumOfItsOwn) {

@@ -50,6 +50,8 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
     cell.fitCoord = coordinate;
     return result;
   };
+  const std::vector<SeenPoint> points = SeenPointsOf(fit);
+  ASSERT_EQ(points.size(), 21u);
   std::vector<std::vector<double>> J(n);
   for (std::size_t i = 0; i < n; ++i) {
     const double u = fit.params[i].cell->fitCoord, scale = 0.02 * std::fabs(u) + 1e-3;
@@ -61,7 +63,7 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
     };
     const SlopeEstimate slope = RiddersSlope(total, u, scale);
     EXPECT_NEAR(equations.beta[i], slope.value, 20 * slope.error + 1e-6 * std::fabs(slope.value)) << i;
-    for (const FitPoint& point : fit.points) {
+    for (const SeenPoint& point : points) {
       const auto value = [&](double at) {
         return moved(i, at, [&] {
           WantOnly(s.program.eval.quantities, SetOf(point.quantity));
@@ -75,8 +77,8 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
   for (std::size_t i = 0; i < n; ++i) {
     for (std::size_t j = i; j < n; ++j) {
       double expected = 0;
-      for (std::size_t p = 0; p < fit.points.size(); ++p) {
-        const FitPoint& point = fit.points[p];
+      for (std::size_t p = 0; p < points.size(); ++p) {
+        const SeenPoint& point = points[p];
         const double weight = fit.list.terms[static_cast<std::size_t>(point.term)].weight;
         expected += 2 * weight / (point.sigma * point.sigma) * J[i][p] * J[j][p];
       }

@@ -66,4 +66,26 @@ struct SampleFit {
   int Run(const FitHooks& hooks = {}) { return RunFit(program.fit, program.eval, program.platform, hooks); }
 };
 
+// One point as the fit sees it.
+struct SeenPoint {
+  double x;
+  double y;
+  double sigma;
+  int quantity;
+  std::uint32_t modelId;
+  int term;
+};
+inline std::vector<SeenPoint> SeenPointsOf(const FitState& fit) {
+  std::vector<SeenPoint> seen;
+  for (const FitSpectrum& spectrum : fit.spectra) {
+    for (const TermPoints& points : spectrum.terms) {
+      for (std::size_t p = 0; p < points.y.size(); ++p) {
+        const double x = spectrum.x[FrequencyOf(points, p)];
+        seen.push_back({x, points.y[p], points.sigma[p], points.quantity, spectrum.modelId, points.term});
+      }
+    }
+  }
+  return seen;
+}
+
 }  // namespace kalvex

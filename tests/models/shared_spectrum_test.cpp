@@ -39,6 +39,7 @@ Spectrum EvenSpectrum(QuantitySet wanted) {
 // Builds a program with so many threads, and evaluates the last of its models.
 Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
   Program program(threads);
+  program.eval.leastShare = 0;
   Model& model = build(program);
   const std::vector<ParamPlace> places = AllFreePlaces(program);
   Outcome outcome;
@@ -132,6 +133,7 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
   const double expected = sumOf(alone, changed);
   for (const int threads : kThreadCounts) {
     Program program(threads);
+    program.eval.leastShare = 0;
     Model& model = PlainModel(program);
     EXPECT_NE(sumOf(program, model), expected);
     Cell(model, 0, Wp).value += 1;
@@ -205,13 +207,24 @@ TEST(SharedSpectra, AMissingPartnerFailsAsEver) {
 
 // ---- what is not shared
 
-TEST(SharedSpectra, AShortSpectrumIsNotShared) {
-  Program program(4);
+bool IsShared(std::size_t points, double leastShare, bool derivatives) {
+  Program program(2);
+  program.eval.leastShare = leastShare;
   Model& model = PlainModel(program);
-  const std::vector<double> x(100, 50.0);
-  const std::vector<QuantitySet> wanted(100, SetOf(kRefl));
-  EvalSpectrum(program.eval, model, {x, wanted, true, {}}, [](const SpectrumBlock&) {});
-  EXPECT_EQ(program.eval.team, nullptr);
+  const std::vector<double> x(points, 50.0);
+  const std::vector<QuantitySet> wanted(points, SetOf(kRefl));
+  EvalSpectrum(program.eval, model, {x, wanted, derivatives, {}}, [](const SpectrumBlock&) {});
+  return program.eval.team != nullptr;
+}
+
+TEST(SharedSpectra, AShortSpectrumIsNotShared) {
+  const double usual = EvalContext{}.leastShare;
+  EXPECT_FALSE(IsShared(3000, usual, true));
+  EXPECT_TRUE(IsShared(100000, usual, true));
+  EXPECT_FALSE(IsShared(50000, usual, false));  // without slopes a frequency takes a third of the time
+  EXPECT_TRUE(IsShared(500000, usual, false));
+  EXPECT_TRUE(IsShared(300, 0, false));
+  EXPECT_FALSE(IsShared(100, 0, true));  // fewer than four blocks
 }
 
 // A pulse is made for all times and frequencies at once.

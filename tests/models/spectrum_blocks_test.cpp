@@ -200,6 +200,9 @@ TEST(SpectrumBlocks, EveryWidthOfTheVectorUnitsGivesTheSameBits) {
         numbers.insert(numbers.end(), part.begin(), part.end());
       }
     }
+    for (const std::size_t count : {1u, 13u, 64u}) {
+      numbers.push_back(with.sumOfSquares(eps.re.data(), eps.im.data(), w.data(), count));
+    }
     return numbers;
   };
   const std::vector<double> narrowest = allOf(*kernels.back());

@@ -87,7 +87,7 @@ std::vector<double> RandomNumbers(std::size_t count) {
 }
 
 TEST(Threads, OuterProductsAreTheSameToTheLastBit) {
-  constexpr std::size_t kSize = 150;
+  constexpr std::size_t kSize = 350;
   const std::vector<double> numbers = RandomNumbers(3 * VectorPanel::kMost * (kSize + 1));
   std::vector<double> first, firstSum;
   for (const int threads : {1, 2, 7}) {

@@ -17,7 +17,7 @@ TEST_F(FitWindows, NoticesRemoveTermsAndRebuildTheLists) {
   EXPECT_EQ(terms().size(), 1u);
   s.program.datasets.slots[1].lastActive = 9;
   NotifyFit(s.program.notices, FitNotice::kDatasetChanged, 2);
-  EXPECT_EQ(s.fit().points.size(), 10u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 10u);
   FixAll(&s.model(2), true);
   NotifyFit(s.program.notices, FitNotice::kModelParamsChanged);
   EXPECT_EQ(s.fit().NumFitParams, 0);
@@ -64,7 +64,7 @@ class FitNotices : public FitWindows {
     s.model(1).epsInf.value = 5;
     s.fit().UndoAvailable = true;
   }
-  bool PointsAreNew() { return s.fit().points.size() == 70; }
+  bool PointsAreNew() { return CountFitPoints(s.fit()) == 70; }
   bool ParamsAreNew() { return s.fit().NumFreeParams == 7; }
   bool ChiSqIsNew() { return s.fit().TotalChiSq > 0; }
   void Send(FitNotice notice, std::uint32_t id = 0) { NotifyFit(s.program.notices, notice, id); }
@@ -117,7 +117,7 @@ TEST_F(FitNotices, ARemovedDatasetTakesAllItsTermsAlong) {
   Send(FitNotice::kDatasetGone, 1);
   ASSERT_EQ(terms().size(), 1u);
   EXPECT_EQ(terms()[0].datasetId, 2u);
-  EXPECT_EQ(s.fit().points.size(), 60u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 60u);
   EXPECT_EQ(s.program.fitWindow.lines.size(), 1u);
   EXPECT_FALSE(terms()[0].selected);  // the list is filled anew
   EXPECT_EQ(s.program.fitWindow.weightText, "");
@@ -163,7 +163,7 @@ TEST_F(FitNotices, CutDatasetsGivePointsOfTheirActiveRowsOnly) {
   Send(FitNotice::kDatasetChanged, 1);
   std::size_t expected = 60;  // those of the other dataset
   for (const DataRow& row : dataset.points) expected += row.x >= 40 && row.x < 60;
-  EXPECT_EQ(s.fit().points.size(), expected);
+  EXPECT_EQ(CountFitPoints(s.fit()), expected);
 }
 
 }  // namespace

@@ -361,7 +361,7 @@ TEST_F(FitWindows, DeletingATermThatIsNotThereRebuildsTheLists) {
   EXPECT_FALSE(DeleteTerm(desk(), 2, 1));
   EXPECT_FALSE(DeleteTerm(desk(), 1, 0));
   EXPECT_FALSE(DeleteTerm(desk(), 1, 101));
-  EXPECT_EQ(s.fit().points.size(), 10u);
+  EXPECT_EQ(CountFitPoints(s.fit()), 10u);
   EXPECT_FALSE(s.fit().UndoAvailable);
 }
 
