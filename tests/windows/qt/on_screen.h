@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "graphs/graph_table.h"
@@ -21,7 +22,12 @@ namespace kalvex {
 class OnScreen : public testing::Test {
  protected:
   OnScreen() : inside(folder.Name()), keeper(program) { program.platform = QtPlatform(keeper); }
-  ~OnScreen() override { program.platform = HeadlessPlatform(); }
+  ~OnScreen() override {
+    program.platform = HeadlessPlatform();
+    // After a quit the toolkit refuses all further event loops, dialogs among them, until its own has run once more.
+    QTimer::singleShot(0, [] { QCoreApplication::exit(); });
+    QCoreApplication::exec();
+  }
 
   // Runs a macro and lets the windows follow.
   int Run(const std::string& text) {
