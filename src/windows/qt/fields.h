@@ -41,9 +41,11 @@ std::optional<char> DigitOf(const QKeyEvent& event);
 // The window goes to where its record says, which a macro may have changed.
 template <class Place>
 void TakePlace(QWidget& window, const Place& place) {
+  // Another size is an event, in which the record takes over the place as it is then.
+  const QPoint at(place.x, place.y);
   const QSize size = QSize(place.width, place.height).expandedTo(window.minimumSize());
   if (window.size() != size) window.resize(size);
-  if (window.pos() != QPoint(place.x, place.y)) window.move(place.x, place.y);
+  if (window.pos() != at) window.move(at);
 }
 // The record follows the window, which the user has moved or made larger.
 template <class Place>

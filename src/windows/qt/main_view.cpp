@@ -25,8 +25,8 @@ MainView::MainView(Keeper& keeper) : keeper_(keeper) {
   for (const texts::ToolButtonText& button : texts::kToolButtons) {
     AddCommand(bar->addAction(ToolIcon(button.bitmap), button.tip), button.command);
   }
-  const MainWindow& record = keeper_.program().mainWindow;
-  resize(record.width, record.height);
+  placed_ = PlaceInRecord();
+  resize(placed_.size());
   show();
 }
 
@@ -53,8 +53,36 @@ void MainView::ShowAbout() {
   aboutShown_ = false;
 }
 
+QRect MainView::PlaceInRecord() const {
+  const MainWindow& record = keeper_.program().mainWindow;
+  return {record.x, record.y, record.width, record.height};
+}
+
+void MainView::NotePlace() {
+  MainWindow& record = keeper_.program().mainWindow;
+  // A macro has moved it, and the screen has yet to follow, or is about to.
+  if (PlaceInRecord() != placed_ || keeper_.IsReconciling()) return;
+  record.x = x();
+  record.y = y();
+  record.width = width();
+  record.height = height();
+  placed_ = PlaceInRecord();
+}
+
+void MainView::moveEvent(QMoveEvent*) { NotePlace(); }
+
+void MainView::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  NotePlace();
+}
+
 void MainView::Refresh() {
   const Program& program = keeper_.program();
+  if (PlaceInRecord() != placed_) {
+    placed_ = PlaceInRecord();
+    move(placed_.topLeft());
+    resize(placed_.size());
+  }
   setWindowTitle(QString::fromStdString(program.mainWindow.title));
   for (const auto& [command, action] : actions_) {
     action->setEnabled(CommandAnswers(program, static_cast<MainCommand>(command)));

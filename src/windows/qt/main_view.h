@@ -17,14 +17,20 @@ class MainView : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent*) override;
+  void moveEvent(QMoveEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
 
  private:
   void AddCommand(QAction* action, int command);
   void ShowAbout();
+  QRect PlaceInRecord() const;
+  // The record follows the user's hand.
+  void NotePlace();
 
   Keeper& keeper_;
   std::multimap<int, QAction*> actions_;
   bool aboutShown_ = false;
+  QRect placed_;  // by the record as it was last followed; the system chooses the first place
 };
 
 }  // namespace kalvex

@@ -51,6 +51,17 @@ TEST_F(MainOnScreen, ItsCommandsReachTheProgram) {
   EXPECT_TRUE(program.paramControl.open);
 }
 
+TEST_F(MainOnScreen, IsMovedByAMacroAndFollowsTheUser) {
+  Run("MainWindow(XPos=70,YPos=40,Width=700,Height=90);");
+  EXPECT_EQ(view().pos(), QPoint(70, 40));
+  EXPECT_EQ(view().size(), QSize(700, 90));
+  view().move(100, 50);
+  view().resize(720, 95);
+  Settle();
+  EXPECT_EQ(program.mainWindow.x, 100);
+  EXPECT_EQ(program.mainWindow.height, 95);
+}
+
 TEST_F(MainOnScreen, UpdateNowAnswersWhileAutomaticUpdatesAreOff) {
   EXPECT_TRUE(Action(MainCommand::kAutoUpdate).isChecked());
   EXPECT_FALSE(Action(MainCommand::kUpdateNow).isEnabled());
@@ -122,12 +133,6 @@ TEST_F(MainOnScreen, AboutNamesTheProgramAndItsVersion) {
   EXPECT_TRUE(text.startsWith("Kalvex - software to fit optical spectra"));
   EXPECT_TRUE(text.contains("Version: "));
   EXPECT_FALSE(program.mainWindow.about);
-}
-
-TEST_F(MainOnScreen, NumbersHaveAPointWhateverTheLocale) {
-  Run("NewGraph();GraphProperties(GraphNo=1,Xmin=0.25,Xmax=0.75);");
-  EXPECT_EQ(QString("%L1").arg(0.5), "0.5");
-  EXPECT_EQ(std::to_string(0.5).substr(0, 3), "0.5");
 }
 
 TEST_F(MainOnScreen, ClosedItEndsTheProgramAndAskedNothing) {

@@ -51,6 +51,20 @@ TEST_F(ModelOnScreen, ShowsItsRowsAsTheyAreTold) {
   EXPECT_EQ(view().findChild<QGroupBox*>("einfGroup")->title(), "Code");
 }
 
+TEST_F(ModelOnScreen, GoesWhereItsRecordSays) {
+  ModelWindow& record = ModelNo(1).window;
+  record.x = 90;
+  record.y = 170;
+  record.width = 400;
+  record.height = 310;
+  Settle();
+  EXPECT_EQ(view().pos(), QPoint(90, 170));
+  EXPECT_EQ(view().size(), QSize(400, 310));
+  view().move(33, 44);
+  Settle();
+  EXPECT_EQ(record.x, 33);
+}
+
 TEST_F(ModelOnScreen, IsBuiltByKeys) {
   Press(Qt::Key_Insert);
   EXPECT_EQ(RowCount(ModelNo(1)), 2);
