@@ -8,6 +8,7 @@
 #include <cmath>
 #include <complex>
 #include <filesystem>
+#include <map>
 #include <numbers>
 #include <sstream>
 
@@ -556,6 +557,41 @@ TEST(Examples, PlasmonsOfRibbonsRiseAsTheirWidthsRootFalls) {
   // Equivalent circuit of ribbons and gaps of the same width: L. B. Whitbourn, R. C. Compton, Appl. Opt. 24, 217 (1985)
   const double circuit = 0.5 * std::numbers::pi / std::log(std::sqrt(2.0));
   ExpectWithin(wavesInAWidth("1um"), 0.5 * circuit, 0.1 * 0.5 * circuit, "circuit");
+}
+
+// Every twenty-fifth spot of the map: made and fitted as in the example.
+TEST(Examples, AMapOfSpectraShowsWhereTheCrystalIsDamaged) {
+  const ScratchFolder folder;
+  std::filesystem::copy(ProjectFile("examples/map"), folder.Name(), std::filesystem::copy_options::recursive);
+  const std::string whole = "XMin=1, XMax=1000, XPts=1000";
+  std::string make = folder.Read("make.kvs");
+  ASSERT_NE(make.find(whole), std::string::npos);
+  folder.Write("make.kvs", make.replace(make.find(whole), whole.size(), "XMin=25, XMax=1000, XPts=40"));
+  ASSERT_EQ(RunProgram(folder, {"make.kvs"}).status, 0);
+  ASSERT_EQ(RunProgram(folder, {"fit.kvs"}).status, 0);
+
+  std::map<std::string, double> made;  // frequency of each spot
+  for (char line = 'a'; line <= 'j'; ++line) {
+    for (const auto& spot : NumbersOf(folder.Read(std::string(1, line) + ".loop"))) {
+      made[std::string(1, line) + '_' + std::to_string(std::lround(spot[0])) + ".kvm"] = spot[1];
+    }
+  }
+  std::istringstream map(folder.Read("Par.dat"));
+  int spots = 0;
+  double squares = 0, chiSqs = 0;
+  for (std::string name, rest; map >> name && std::getline(map, rest);) {
+    if (made.count(name) == 0) continue;
+    const std::vector<double> values = NumbersOf(rest)[0];  // ChiSq, then each parameter and its error
+    ++spots;
+    chiSqs += values[0];
+    squares += std::pow(values[2] - made[name], 2);
+  }
+  EXPECT_EQ(spots, 400);
+  EXPECT_NEAR(chiSqs / spots, 122, 122 * 5 * std::sqrt(2 / (122.0 * 400)));
+  // Noise of 0.005 in 126 points leaves the frequency open by 0.1 to 0.25.
+  EXPECT_LT(std::sqrt(squares / spots), 0.25);
+  EXPECT_GT(std::sqrt(squares / spots), 0.05);
+  EXPECT_NE(folder.Read("line.svg").find("position, 0.1 mm"), std::string::npos);
 }
 
 }  // namespace
