@@ -13,7 +13,9 @@
 #include "fit/fit_lists.h"
 #include "fit/fit_log.h"
 #include "fit/normal_equations.h"
+#include "models/model_table.h"
 #include "models/param_value.h"
+#include "models/spectrum_team.h"
 
 namespace kalvex {
 namespace {
@@ -46,7 +48,24 @@ struct Run {
   ModelParam& CellOf(std::size_t i) const { return *fit.params[i].cell; }
 };
 
+// Threads that are asleep are worth waking for a whole iteration, though not for each of its pieces.
+void RouseThreads(Run& run) {
+  if (!run.eval.pool) return;
+  double nanoseconds = 0;
+  for (const FitSpectrum& spectrum : run.fit.spectra) {
+    const Model* const model = GetModelByNumber(*run.eval.params, spectrum.modelId);
+    SpectrumRequest request = RequestOf(spectrum);
+    request.derivatives = true;
+    if (model) nanoseconds += NanosecondsOf(run.eval, *model, request);
+    for (const TermPoints& points : spectrum.terms) {
+      nanoseconds += NanosecondsOfOuterProducts(points.y.size(), run.Masters());
+    }
+  }
+  if (run.eval.pool->Pays(nanoseconds)) run.eval.pool->Rouse();
+}
+
 void BeginIteration(Run& run) {
+  RouseThreads(run);
   for (const FitParam& param : run.fit.params) FitSetCoord(*param.cell);
   AccumulateNormalEquations(run.fit, run.eval, run.equations);
   const SquareMatrix alpha = run.equations.Alpha();

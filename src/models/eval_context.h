@@ -37,8 +37,6 @@ struct EvalContext {
   const Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
 
   ThreadPool* pool = nullptr;  // null: this thread alone
-  // Nanoseconds of work below which a thread is not bothered with a share of a spectrum: to wake it takes 30000.
-  double leastShare = 120e3;
   std::shared_ptr<SpectrumTeam> team;
 
   // Number of the spectrum that is being evaluated, 0 outside of one: while it is the same no parameter, dataset or

@@ -18,7 +18,7 @@ PlainRows::PlainRows(const Model& model) : epsInf_(model.epsInf.value), nobody_(
   for (int row = 0; row < RowCount(model); ++row) {
     rows_.push_back({Cell(model, row, Wo).value, Cell(model, row, Wp).value, Cell(model, row, G).value});
   }
-  for (const PlainRow& row : rows_) leastG_ = std::min(leastG_, std::fabs(row.G));
+  bounds_ = BoundsOf(rows_);
   claims_.resize(rows_.size());
 }
 
@@ -33,9 +33,9 @@ void PlainRows::Claim(const ParamPlace& place, std::size_t k) {
 void PlainRows::Sum(const double* w, bool forSlopes, double* re, double* im) {
   std::fill_n(re, kSpectrumBlock, epsInf_);
   std::fill_n(im, kSpectrumBlock, 0.0);
-  if (!forSlopes) return AddOscillators(rows_, leastG_, w, re, im);
+  if (!forSlopes) return AddOscillators(rows_, bounds_, w, re, im);
   inverses_.resize(2 * kSpectrumBlock * rows_.size());
-  AddOscillatorsForSlopes(rows_, leastG_, w, re, im, inverses_.data());
+  AddOscillatorsForSlopes(rows_, bounds_, w, re, im, inverses_.data());
 }
 
 void PlainRows::FillSlopes(SpectrumBlock& block, int quantity, const double* w, const double* dRe, const double* dIm) {

@@ -1,7 +1,6 @@
 // The rows of a model without codes, at blocks of frequencies: their sum, and how what is made of it changes with them.
 #pragma once
 
-#include <limits>
 #include <vector>
 
 #include "models/model.h"
@@ -34,7 +33,7 @@ class PlainRows {
   };
   double epsInf_;
   std::vector<PlainRow> rows_;
-  double leastG_ = std::numeric_limits<double>::infinity();
+  RowBounds bounds_;
   std::size_t claimOfEpsInf_ = kNobody;
   std::vector<Claims> claims_;  // of each row
   std::vector<double> inverses_;

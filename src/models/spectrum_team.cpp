@@ -163,15 +163,15 @@ std::size_t BlocksOfBatch(std::size_t threads, const SpectrumRequest& request) {
 
 }  // namespace
 
-bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
-  if (!ctx.pool || ctx.pool->Threads() < 2 || request.x.size() < 4 * kSpectrumBlock) return false;
-  if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
-  // Of more threads some may come too late to help, which is no loss.
-  constexpr std::size_t kMostThatCount = 4;
-  const auto threads = static_cast<double>(std::min(ctx.pool->Threads(), kMostThatCount));
+double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   const Cost cost = CostOfQuantities(ctx, model, WantedAnywhere(request));
-  const double each = request.derivatives ? cost.withSlopes : cost.values;
-  return static_cast<double>(request.x.size()) * each >= threads * ctx.leastShare;
+  return static_cast<double>(request.x.size()) * (request.derivatives ? cost.withSlopes : cost.values);
+}
+
+bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
+  if (!ctx.pool || request.x.size() < 4 * kSpectrumBlock) return false;
+  if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
+  return ctx.pool->Pays(NanosecondsOf(ctx, model, request));
 }
 
 std::size_t MostBlocksOfBatch(const EvalContext& ctx) { return ctx.pool ? ctx.pool->Threads() * kMostBlocks : 1; }

@@ -36,8 +36,10 @@ struct SpectrumTeam {
   SpectrumTeam& operator=(const SpectrumTeam&) = delete;
 };
 
-// Whether the threads of ctx can gain by sharing out this spectrum: each must have several times as much to do as it
-// takes to wake it.
+// How long the spectrum takes one thread, more or less.
+double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
+
+// Whether the threads of ctx can gain by sharing out this spectrum.
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 
 // No batch of a spectrum in this context has more blocks.

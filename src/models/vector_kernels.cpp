@@ -13,76 +13,139 @@ namespace {
 
 // ---- rows
 
-// Packs that go through the rows together: their sums stay in registers.
-constexpr std::size_t kTogether = 4;
-static_assert(kSpectrumBlock % (kTogether * kPack) == 0);
-
-double LeastModulus(const double* w) {
-  Pack leasts = Fabs(Pack::Load(w));
+// Of the numbers of a block.
+struct Moduli {
+  double least;
+  double most;
+};
+Moduli ModuliOf(const double* w) {
+  Pack leasts = Fabs(Pack::Load(w)), mosts = leasts;
   for (std::size_t i = kPack; i < kSpectrumBlock; i += kPack) {
     const Pack next = Fabs(Pack::Load(w + i));
     leasts = Select(next < leasts, next, leasts);
+    mosts = Select(next > mosts, next, mosts);
   }
-  double least = leasts.x[0];
-  for (std::size_t lane = 1; lane < kPack; ++lane) least = leasts.x[lane] < least ? leasts.x[lane] : least;
-  return least;
+  Moduli all{leasts.x[0], mosts.x[0]};
+  for (std::size_t lane = 1; lane < kPack; ++lane) {
+    all.least = leasts.x[lane] < all.least ? leasts.x[lane] : all.least;
+    all.most = mosts.x[lane] > all.most ? mosts.x[lane] : all.most;
+  }
+  return all;
 }
 
-// Adds one row at kTogether packs of frequencies.
-template <bool kGuarded, bool kKeepInverses>
-void AddRow(const PlainRow& row, const double* w, Complex<Pack> (&sum)[kTogether], double* inverses) {
+// Rows that share a quotient.
+constexpr std::size_t kShare = 4;
+
+// Whether |D|^2 of no row needs the guard, and the product of kShare of them stays inside the range of doubles.
+bool MayShareQuotients(const RowBounds& bounds, const Moduli& w) {
+  constexpr double kModerate = 1e15;
+  return bounds.leastG * w.least > kSafeDamping && bounds.most < kModerate && w.most < kModerate;
+}
+
+// 1/x of each by one quotient, which takes longer than all these products: within 2 ulp.
+template <std::size_t N>
+void Reciprocals(const Pack (&x)[N], Pack (&out)[N]) {
+  if constexpr (N == 1) {
+    out[0] = Pack(1.0) / x[0];
+  } else {
+    Pack pairs[N / 2], perPair[N / 2];
+#pragma GCC unroll 2
+    for (std::size_t i = 0; i < N / 2; ++i) pairs[i] = x[2 * i] * x[2 * i + 1];
+    Reciprocals(pairs, perPair);
+#pragma GCC unroll 2
+    for (std::size_t i = 0; i < N / 2; ++i) {
+      out[2 * i] = perPair[i] * x[2 * i + 1];
+      out[2 * i + 1] = perPair[i] * x[2 * i];
+    }
+  }
+}
+
+// What all frequencies need of a row.
+struct RowFactors {
+  Pack squareOfWo, squareOfWp, G, squareOfG;
+};
+
+// Adds N rows that share their quotients: with d = Wo^2 - w^2, eps is Wp^2 (d + i w G)/(d^2 + w^2 G^2).
+template <std::size_t N, bool kKeepInverses>
+void AddTogether(const PlainRow* rows, const double* w, double* re, double* im, double* inverses) {
+  RowFactors row[N];
 #pragma GCC unroll 4
-  for (std::size_t p = 0; p < kTogether; ++p) {
-    const Oscillator<Pack> at =
-        OscillatorAt<kGuarded>(Pack::Load(w + p * kPack), Pack(row.Wo), Pack(row.Wp), Pack(row.G));
-    sum[p] += at.eps;
+  for (std::size_t r = 0; r < N; ++r) {
+    const auto& [Wo, Wp, G] = rows[r];
+    row[r] = {Wo * Wo, Wp * Wp, G, G * G};
+  }
+  for (std::size_t i = 0; i < kSpectrumBlock; i += kPack) {
+    const Pack at = Pack::Load(w + i), square = at * at;
+    Pack d[N], norms[N], perNorm[N];
+#pragma GCC unroll 4
+    for (std::size_t r = 0; r < N; ++r) {
+      d[r] = row[r].squareOfWo - square;
+      norms[r] = d[r] * d[r] + row[r].squareOfG * square;
+    }
+    Reciprocals(norms, perNorm);
+    Pack sum = Pack::Load(re + i), sumPerW = 0;
+#pragma GCC unroll 4
+    for (std::size_t r = 0; r < N; ++r) {
+      const Pack share = row[r].squareOfWp * perNorm[r];
+      sum += d[r] * share;
+      sumPerW += row[r].G * share;
+      if constexpr (kKeepInverses) {
+        (d[r] * perNorm[r]).Store(inverses + 2 * r * kSpectrumBlock + i);
+        (at * (row[r].G * perNorm[r])).Store(inverses + (2 * r + 1) * kSpectrumBlock + i);
+      }
+    }
+    sum.Store(re + i);
+    (Pack::Load(im + i) + at * sumPerW).Store(im + i);
+  }
+}
+
+// Adds a row whose |D|^2 may be next to nothing.
+template <bool kKeepInverses>
+void AddGuarded(const PlainRow& row, const double* w, double* re, double* im, double* inverses) {
+  for (std::size_t i = 0; i < kSpectrumBlock; i += kPack) {
+    const Oscillator<Pack> at = OscillatorAt(Pack::Load(w + i), Pack(row.Wo), Pack(row.Wp), Pack(row.G));
+    (Pack::Load(re + i) + at.eps.re).Store(re + i);
+    (Pack::Load(im + i) + at.eps.im).Store(im + i);
     if constexpr (kKeepInverses) {
-      at.inverse.re.Store(inverses + p * kPack);
-      at.inverse.im.Store(inverses + kSpectrumBlock + p * kPack);
+      at.inverse.re.Store(inverses + i);
+      at.inverse.im.Store(inverses + kSpectrumBlock + i);
     }
   }
 }
 
-template <bool kGuarded, bool kKeepInverses>
-void AddRows(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses) {
-  for (std::size_t first = 0; first < kSpectrumBlock; first += kTogether * kPack) {
-    Complex<Pack> sum[kTogether];
-#pragma GCC unroll 4
-    for (std::size_t p = 0; p < kTogether; ++p) {
-      const std::size_t i = first + p * kPack;
-      sum[p] = {Pack::Load(re + i), Pack::Load(im + i)};
-    }
-    double* inverse = inverses + first;
-    for (const PlainRow& row : rows) {
-      AddRow<kGuarded, kKeepInverses>(row, w + first, sum, inverse);
-      if constexpr (kKeepInverses) inverse += 2 * kSpectrumBlock;
-    }
-#pragma GCC unroll 4
-    for (std::size_t p = 0; p < kTogether; ++p) {
-      const std::size_t i = first + p * kPack;
-      sum[p].re.Store(re + i);
-      sum[p].im.Store(im + i);
-    }
+// Adds as many groups of N rows as there are, and what is left in smaller groups.
+template <std::size_t N, bool kKeepInverses>
+void AddInGroups(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses) {
+  std::size_t row = 0;
+  for (; row + N <= rows.size(); row += N) {
+    AddTogether<N, kKeepInverses>(&rows[row], w, re, im, inverses);
+    if constexpr (kKeepInverses) inverses += 2 * kSpectrumBlock * N;
+  }
+  if constexpr (N > 1) {
+    AddInGroups<N / 2, kKeepInverses>(rows.subspan(row), w, re, im, inverses);
   }
 }
 
 template <bool kKeepInverses>
-void AddRows(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im, double* inverses) {
-  if (leastG * LeastModulus(w) > kSafeDamping) {
-    AddRows<false, kKeepInverses>(rows, w, re, im, inverses);
-  } else {
-    AddRows<true, kKeepInverses>(rows, w, re, im, inverses);
+void AddRows(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re, double* im,
+             double* inverses) {
+  if (MayShareQuotients(bounds, ModuliOf(w))) {
+    return AddInGroups<kShare, kKeepInverses>(rows, w, re, im, inverses);
+  }
+  for (const PlainRow& row : rows) {
+    AddGuarded<kKeepInverses>(row, w, re, im, inverses);
+    if constexpr (kKeepInverses) inverses += 2 * kSpectrumBlock;
   }
 }
 
-KALVEX_FLATTEN void AddOscillators(std::span<const PlainRow> rows, double leastG, const double* w, double* re,
+KALVEX_FLATTEN void AddOscillators(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
                                    double* im) {
-  AddRows<false>(rows, leastG, w, re, im, re);
+  AddRows<false>(rows, bounds, w, re, im, nullptr);
 }
 
-KALVEX_FLATTEN void AddOscillatorsForSlopes(std::span<const PlainRow> rows, double leastG, const double* w, double* re,
-                                            double* im, double* inverses) {
-  AddRows<true>(rows, leastG, w, re, im, inverses);
+KALVEX_FLATTEN void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w,
+                                            double* re, double* im, double* inverses) {
+  AddRows<true>(rows, bounds, w, re, im, inverses);
 }
 
 KALVEX_FLATTEN void SlopesOfOscillator(const PlainRow& row, const double* w, const double* inverses, const double* dRe,

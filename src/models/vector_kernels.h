@@ -18,8 +18,9 @@ using PacksDone = std::array<bool, kSpectrumBlock / kPack>;
 
 struct VectorKernels {
   // As the functions of oscillator_block.h.
-  void (*addOscillators)(std::span<const PlainRow> rows, double leastG, const double* w, double* re, double* im);
-  void (*addOscillatorsForSlopes)(std::span<const PlainRow> rows, double leastG, const double* w, double* re,
+  void (*addOscillators)(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
+                         double* im);
+  void (*addOscillatorsForSlopes)(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
                                   double* im, double* inverses);
   void (*oscillatorSlopes)(const PlainRow& row, const double* w, const double* inverses, const double* dRe,
                            const double* dIm, double* byWo, double* byWp, double* byG);

@@ -144,20 +144,22 @@ void FinishStrips(const Factoring& work, std::size_t block, std::size_t begin, s
 
 int FactorFull(const SquareMatrix& a, std::span<double> inverseDiagonal, ThreadPool* pool) {
   constexpr std::size_t kStripsOfTask = 4;
-  constexpr std::size_t kLeastShared = 200 * 200 * kBlock;  // products that are worth waking a thread
+  constexpr double kNanosecondsOfProduct = 0.012;
+  const auto poolFor = [&](std::size_t products) {
+    return IfItPays(pool, static_cast<double>(products) * kNanosecondsOfProduct);
+  };
   const Factoring work{a, inverseDiagonal, PackedFactor(a.size)};
   const std::size_t strips = work.packed.Strips();
   for (std::size_t block = 0; block * kBlock < work.Rows(); ++block) {
     const std::size_t begin = block * kStripsOfBlock, below = std::min(begin + kStripsOfBlock, strips);
-    ParallelFor(block * kBlock * kBlock * kBlock >= kLeastShared ? pool : nullptr, below - begin,
-                [&](std::size_t task, std::size_t) {
-                  TakeFromMatrix(work, block, begin + task);
-                  SubtractFinished(work, block, begin + task, begin + task + 1);
-                });
+    ParallelFor(poolFor(block * kBlock * kBlock * kBlock), below - begin, [&](std::size_t task, std::size_t) {
+      TakeFromMatrix(work, block, begin + task);
+      SubtractFinished(work, block, begin + task, begin + task + 1);
+    });
     if (!FactorSquare(work, block)) return -1;
     for (std::size_t s = begin; s < below; ++s) PutIntoMatrix(work, block, s);
     const std::size_t products = (strips - below) * kStrip * (block + 1) * kBlock * kBlock;
-    ParallelFor(products >= kLeastShared ? pool : nullptr, (strips - below + kStripsOfTask - 1) / kStripsOfTask,
+    ParallelFor(poolFor(products), (strips - below + kStripsOfTask - 1) / kStripsOfTask,
                 [&](std::size_t task, std::size_t) {
                   const std::size_t from = below + task * kStripsOfTask;
                   FinishStrips(work, block, from, std::min(strips, from + kStripsOfTask));

@@ -62,16 +62,14 @@ void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, s
 
 void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
                       ThreadPool* pool) {
-  // Products that are worth waking a thread for: 0.2 ms for one, several times what it takes to wake another.
-  constexpr std::size_t kLeastWork = 20'000'000;
-  constexpr std::size_t kRowsOfTask = 32;
-  const std::size_t tasks = (a.size + kRowsOfTask - 1) / kRowsOfTask;
-  const bool pays = panels.size() * VectorPanel::kMost * a.size * a.size >= kLeastWork;
-  // The longest rows come first, so that no thread is left alone with some at the end.
-  ParallelFor(pays ? pool : nullptr, tasks, [&](std::size_t task, std::size_t) {
-    const std::size_t from = task * kRowsOfTask, to = std::min(a.size, from + kRowsOfTask);
+  // Few rows for one thread, so that none is left alone with some at the end; the longest come first.
+  const std::size_t rowsOfTask = a.size < 512 ? kTileRows : 4 * kTileRows;
+  const std::size_t tasks = (a.size + rowsOfTask - 1) / rowsOfTask;
+  const double nanoseconds = NanosecondsOfOuterProducts(panels.size() * VectorPanel::kMost, a.size);
+  ParallelFor(IfItPays(pool, nanoseconds), tasks, [&](std::size_t task, std::size_t) {
+    const std::size_t from = task * rowsOfTask, to = std::min(a.size, from + rowsOfTask);
     AddToRows(panels, a, from, to);
-    for (std::size_t j = from; j < to; j += kStrip) AddToSum(panels, b, j);
+    for (std::size_t j = (from + kStrip - 1) / kStrip * kStrip; j < to; j += kStrip) AddToSum(panels, b, j);
   });
 }
 

@@ -57,4 +57,10 @@ class VectorPanel {
 void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
                       ThreadPool* pool = nullptr);
 
+// How long that takes one thread, more or less.
+inline double NanosecondsOfOuterProducts(std::size_t vectors, std::size_t size) {
+  constexpr double kOfProduct = 0.006;
+  return kOfProduct * static_cast<double>(vectors * size * (size + VectorPanel::kStrip));
+}
+
 }  // namespace kalvex

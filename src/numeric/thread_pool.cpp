@@ -1,6 +1,7 @@
 #include "numeric/thread_pool.h"
 
 #include <algorithm>
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -9,15 +10,26 @@ namespace {
 
 constexpr std::uint32_t kOpen = std::uint32_t{1} << 31;
 
-// Waits until the number is another. Work often comes in short pieces one after the other: looking a little while is
-// cheaper than to be woken up.
-void WaitForOther(const std::atomic<std::uint32_t>& number, std::uint32_t old) {
-  constexpr int kLooks = 10000;
-  for (int i = 0; i < kLooks; ++i) {
-    if (number.load(std::memory_order_acquire) != old) return;
+using Clock = std::chrono::steady_clock;
+
+// Looks whether the number is another, for so long at most. After the first moments others may have the processor
+// between two looks.
+bool SeesOther(const std::atomic<std::uint32_t>& number, std::uint32_t old, Clock::duration patience) {
+  constexpr int kLooks = 1000;
+  const auto looks = [&] {
+    for (int i = 0; i < kLooks; ++i) {
+      if (number.load(std::memory_order_acquire) != old) return true;
+    }
+    return false;
+  };
+  for (const auto end = Clock::now() + patience; Clock::now() < end; std::this_thread::yield()) {
+    if (looks()) return true;
   }
-  number.wait(old);
+  return looks();
 }
+
+// Between two pieces of work of one fit there is seldom more.
+constexpr auto kPatience = std::chrono::microseconds(200);
 
 }  // namespace
 
@@ -49,11 +61,19 @@ void ThreadPool::DoTasks(std::size_t thread) {
   }
 }
 
+// Work often comes in short pieces one after the other: looking out for it is cheaper than to be woken up.
+void ThreadPool::WatchFor(std::uint32_t seen) {
+  ++watching_;
+  const bool more = SeesOther(round_, seen, kPatience);
+  --watching_;
+  if (!more) round_.wait(seen);
+}
+
 // A thread that wakes up late finds the gate closed, and nobody waits for it.
 void ThreadPool::Serve(std::size_t thread) {
   std::uint32_t seen = 0;
   while (true) {
-    WaitForOther(round_, seen);
+    WatchFor(seen);
     seen = round_;
     if (ends_) return;
     std::uint32_t gate = gate_;
@@ -66,17 +86,37 @@ void ThreadPool::Serve(std::size_t thread) {
   }
 }
 
-void ThreadPool::Run(std::size_t count, const Work& work) {
+bool ThreadPool::Pays(double nanoseconds) const {
+  // Of more threads some may come too late to help, which is no loss.
+  constexpr std::size_t kMostThatCount = 4;
+  constexpr double kShareOfWatcher = 15e3;
+  const auto threads = static_cast<double>(std::min(wanted_, kMostThatCount));
+  const bool watched = watching_ > 0;
+  return wanted_ > 1 && nanoseconds >= threads * (watched ? std::min(leastShare_, kShareOfWatcher) : leastShare_);
+}
+
+void ThreadPool::CallThreads() {
   if (threads_.size() + 1 < wanted_) Start();
+  ++round_;
+  round_.notify_all();
+}
+
+// They find the gate closed, and go on looking.
+void ThreadPool::Rouse() {
+  if (wanted_ > 1 && watching_ == 0) CallThreads();
+}
+
+void ThreadPool::Run(std::size_t count, const Work& work) {
   work_ = &work;
   count_ = count;
   next_ = 0;
   gate_ = kOpen;
-  ++round_;
-  round_.notify_all();
+  CallThreads();
   DoTasks(0);
   gate_ &= ~kOpen;
-  for (std::uint32_t inside = gate_; inside != 0; inside = gate_) WaitForOther(gate_, inside);
+  for (std::uint32_t inside = gate_; inside != 0; inside = gate_) {
+    if (!SeesOther(gate_, inside, kPatience)) gate_.wait(inside);
+  }
   if (!failed_.exchange(false)) return;
   std::rethrow_exception(std::exchange(failure_, nullptr));
 }

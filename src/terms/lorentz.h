@@ -17,24 +17,19 @@ Complex<T> OscillatorDenominator(const T& w, const T& W, const T& G) {
 }
 
 // eps = Wp^2/D and 1/D, for a frequency or a pack of them. Where |D|^2 is below 1e-30 the marker (1e30, 1e30), and 0,
-// from which all derivatives come out as 0; without the guard that must not happen.
+// from which all derivatives come out as 0.
 template <class T>
 struct Oscillator {
   Complex<T> eps;
   Complex<T> inverse;
 };
-template <bool kGuarded = true, class T>
+template <class T>
 Oscillator<T> OscillatorAt(const T& w, const T& Wo, const T& Wp, const T& G) {
   const Complex<T> D = OscillatorDenominator(w, Wo, G);
   const T norm = Norm(D), perNorm = T(1) / norm, share = (Wp * Wp) / norm;
-  const Complex<T> inverse{D.re * perNorm, -(D.im * perNorm)}, eps{D.re * share, -(D.im * share)};
-  if constexpr (!kGuarded) {
-    return {eps, inverse};
-  } else {
-    const auto fails = norm < T(kTinyNorm);
-    return {{Select(fails, T(kNoValue), eps.re), Select(fails, T(kNoValue), eps.im)},
-            {Select(fails, T(0), inverse.re), Select(fails, T(0), inverse.im)}};
-  }
+  const auto fails = norm < T(kTinyNorm);
+  return {{Select(fails, T(kNoValue), D.re * share), Select(fails, T(kNoValue), -(D.im * share))},
+          {Select(fails, T(0), D.re * perNorm), Select(fails, T(0), -(D.im * perNorm))}};
 }
 // |w G| that keeps |D|^2 above the guard whatever Wo.
 inline constexpr double kSafeDamping = 1.001e-15;

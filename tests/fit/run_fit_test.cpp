@@ -119,7 +119,7 @@ TEST_F(Running, TellsTheStateOfTheRunAfterEachIteration) {
     EXPECT_TRUE(fit().FitRunning);
     EXPECT_EQ(fit().IterationCount, ++iterations);
     EXPECT_EQ(fit().ElapsedSeconds, 5 * (iterations - 1));
-    EXPECT_EQ(fit().ChiSqChange, fit().report.startChiSq - fit().TotalChiSq);
+    EXPECT_DOUBLE_EQ(fit().ChiSqChange, fit().report.startChiSq - fit().TotalChiSq);
     EXPECT_GT(fit().ChiSqChange, 0);
   };
   fit().ElapsedSeconds = fit().IterationCount = 77;

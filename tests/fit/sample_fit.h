@@ -8,6 +8,7 @@
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
 #include "models/eval_model.h"
+#include "models/eval_spectrum.h"
 #include "models/model_rows.h"
 #include "models/model_table.h"
 #include "program/program.h"
@@ -49,13 +50,15 @@ struct SampleFit {
     dataset = Dataset{};
     dataset.id = program.datasets.nextId++;
     dataset.Quantity = quantity;
-    WantOnly(program.eval.quantities, SetOf(quantity));
-    for (int i = 0; i < points; ++i) {
-      const double x = 30 + 4.0 * i;
-      EvalModel(program.eval, of, x, false);
-      const double value = program.eval.quantities[static_cast<std::size_t>(quantity)].value;
-      dataset.points.push_back({x, value + bend * (i % 3 - 1), sigma});
-    }
+    std::vector<double> x;
+    for (int i = 0; i < points; ++i) x.push_back(30 + 4.0 * i);
+    const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
+    EvalSpectrum(program.eval, of, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
+      for (std::size_t i = 0; i < block.count; ++i) {
+        const std::size_t at = block.first + i;
+        dataset.points.push_back({x[at], block.Value(quantity, i) + bend * (static_cast<double>(at % 3) - 1), sigma});
+      }
+    });
     dataset.firstActive = 0;
     dataset.lastActive = points - 1;
     dataset.nActive = points;

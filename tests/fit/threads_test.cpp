@@ -26,7 +26,7 @@ class FitsOnThreads : public testing::Test {
 
   Outcome Run(int threads, const std::function<void(SampleFit&)>& prepare) {
     SampleFit s(threads);
-    s.program.eval.leastShare = 0;
+    s.program.pool.SetLeastShare(0);
     prepare(s);
     FitOptions& options = s.fit().options;
     options.StopOnIterations = true;

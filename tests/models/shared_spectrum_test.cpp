@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <optional>
 
 #include "models/eval_spectrum.h"
 #include "models/sample_models.h"
@@ -39,7 +40,7 @@ Spectrum EvenSpectrum(QuantitySet wanted) {
 // Builds a program with so many threads, and evaluates the last of its models.
 Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
   Program program(threads);
-  program.eval.leastShare = 0;
+  program.pool.SetLeastShare(0);
   Model& model = build(program);
   const std::vector<ParamPlace> places = AllFreePlaces(program);
   Outcome outcome;
@@ -133,7 +134,7 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
   const double expected = sumOf(alone, changed);
   for (const int threads : kThreadCounts) {
     Program program(threads);
-    program.eval.leastShare = 0;
+    program.pool.SetLeastShare(0);
     Model& model = PlainModel(program);
     EXPECT_NE(sumOf(program, model), expected);
     Cell(model, 0, Wp).value += 1;
@@ -207,9 +208,9 @@ TEST(SharedSpectra, AMissingPartnerFailsAsEver) {
 
 // ---- what is not shared
 
-bool IsShared(std::size_t points, double leastShare, bool derivatives) {
+bool IsShared(std::size_t points, bool derivatives, std::optional<double> leastShare = {}) {
   Program program(2);
-  program.eval.leastShare = leastShare;
+  if (leastShare) program.pool.SetLeastShare(*leastShare);
   Model& model = PlainModel(program);
   const std::vector<double> x(points, 50.0);
   const std::vector<QuantitySet> wanted(points, SetOf(kRefl));
@@ -218,13 +219,12 @@ bool IsShared(std::size_t points, double leastShare, bool derivatives) {
 }
 
 TEST(SharedSpectra, AShortSpectrumIsNotShared) {
-  const double usual = EvalContext{}.leastShare;
-  EXPECT_FALSE(IsShared(3000, usual, true));
-  EXPECT_TRUE(IsShared(100000, usual, true));
-  EXPECT_FALSE(IsShared(50000, usual, false));  // without slopes a frequency takes a third of the time
-  EXPECT_TRUE(IsShared(500000, usual, false));
-  EXPECT_TRUE(IsShared(300, 0, false));
-  EXPECT_FALSE(IsShared(100, 0, true));  // fewer than four blocks
+  EXPECT_FALSE(IsShared(3000, true));
+  EXPECT_TRUE(IsShared(100000, true));
+  EXPECT_FALSE(IsShared(50000, false));  // without slopes a frequency takes a third of the time
+  EXPECT_TRUE(IsShared(500000, false));
+  EXPECT_TRUE(IsShared(300, false, 0));
+  EXPECT_FALSE(IsShared(100, true, 0));  // fewer than four blocks
 }
 
 // A pulse is made for all times and frequencies at once.
