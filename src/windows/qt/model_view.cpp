@@ -166,7 +166,11 @@ void ModelView::NotePlace() {
 }
 
 void ModelView::moveEvent(QMoveEvent*) { NotePlace(); }
-void ModelView::resizeEvent(QResizeEvent*) { NotePlace(); }
+
+void ModelView::resizeEvent(QResizeEvent*) {
+  NotePlace();
+  shown_.keeper.Reconcile();
+}
 
 void ModelView::closeEvent(QCloseEvent* event) {
   event->ignore();  // the window goes with its record

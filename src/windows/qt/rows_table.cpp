@@ -191,11 +191,12 @@ void RowsTable::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void RowsTable::resizeEvent(QResizeEvent* event) {
-  if (Model* const model = shown_.Get()) {
-    SetVisibleRows(*model, viewport()->height() / verticalHeader()->defaultSectionSize());
-  }
   QTableView::resizeEvent(event);
-  shown_.keeper.Reconcile();
+  Model* const model = shown_.Get();
+  if (!model) return;
+  SetVisibleRows(*model, viewport()->height() / verticalHeader()->defaultSectionSize());
+  // Only the table: this comes before the window's own event, by which the record learns the new size.
+  Refresh(*model);
 }
 
 }  // namespace kalvex
