@@ -47,7 +47,7 @@ QFont FontOf(const ParamCell& cell) {
 }
 
 QPushButton* SmallButton(const char* text, const char* objectName) {
-  constexpr int kPadding = 12, kHeightPadding = 8;
+  constexpr int kPadding = 6, kHeightPadding = 8;
   auto* const button = new QPushButton(text);
   button->setObjectName(objectName);
   button->setFocusPolicy(Qt::NoFocus);

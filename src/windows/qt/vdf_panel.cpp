@@ -17,6 +17,7 @@ VdfPanel::VdfPanel(ShownModel shown) : QGroupBox(texts::kVdfGroupAtStart) {
   buttons->addSpacing(4);
 
   auto* const checks = new QHBoxLayout;
+  checks->setSpacing(3);
   constexpr std::array kButtons = {ModelButton::kVdfKK, ModelButton::kVdfOn, ModelButton::kVdfFit};
   for (std::size_t k = 0; k < checks_.size(); ++k) {
     checks_[k] = new QCheckBox(texts::kVdfChecks[k]);
