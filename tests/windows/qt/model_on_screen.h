@@ -24,16 +24,18 @@ class ModelOnScreen : public OnScreen {
         "SetModelParam(ModelNo=1,ParamName=\"Wo\",LorNo=1,Value=300);");
     Activate(view());
   }
-  // There is no window manager on the test's screen to make a window the active one.
+  // Waits until the screen has given the window the keys: it tells so later, in the order in which it was asked.
   void Activate(QWidget& window) {
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     window.activateWindow();
-    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     window.setFocus();
     Settle();
   }
   // A second model, over the first.
   Model& SecondModel() {
     Run("NewModel(XPos=420,YPos=150,Width=330,Height=280);");
+    Activate(view(2));
     return ModelNo(2);
   }
   void AddRows(int count) {
