@@ -32,6 +32,11 @@ class ModelOnScreen : public OnScreen {
     window.setFocus();
     Settle();
   }
+  // Without a window manager a closed dialog leaves the keys to nobody, and the screen tells so up to 100 ms later.
+  void ActivateAfterDialog() {
+    QTest::qWait(150);
+    Activate(view());
+  }
   // A second model, over the first.
   Model& SecondModel() {
     Run("NewModel(XPos=420,YPos=150,Width=330,Height=280);");

@@ -305,12 +305,12 @@ TEST_F(ModelOnScreen, F2AndF3SaveAndLoad) {
   Press(Qt::Key_F2);
   EXPECT_EQ(asked, "Save Model As");
   param(0, Wo).value = 7;
-  Activate(view());
+  ActivateAfterDialog();
   AnswerFileDialog("x.kvm");
   Press(Qt::Key_F3);
   EXPECT_EQ(asked, "Load Model");
   EXPECT_EQ(Shown(0, 1), "300 ");
-  Activate(view());
+  ActivateAfterDialog();
   Press({Qt::Key_F8, Qt::Key_F10});
   EXPECT_EQ(Shown(0, 1), "300 ");
 }

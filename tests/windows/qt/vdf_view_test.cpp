@@ -14,7 +14,7 @@ class VdfOnScreen : public ModelOnScreen {
     Activate(view());
   }
   void OpenByKey() {
-    Activate(view());
+    ActivateAfterDialog();
     Press(Qt::Key_F6);
     ASSERT_NE(dialog(), nullptr);
   }
@@ -104,7 +104,7 @@ TEST_F(VdfOnScreen, TheSwitchesOfTheDialogAreThoseOfThePanel) {
   QTest::keyClick(dialog(), Qt::Key_Return);
   Settle();
   EXPECT_EQ(dialog(), nullptr);
-  Activate(view());
+  ActivateAfterDialog();
   EXPECT_EQ(Switches(), "vdfOn ");
   Click("vdfKK");
   EXPECT_EQ(Switches(), "vdfKK vdfOn ");
