@@ -1,10 +1,16 @@
 #include "windows/cell_editor.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "core/text.h"
 
 namespace kalvex {
+
+ParamCell CellOfParam(const ModelParam& param, std::string text, bool marked) {
+  return {std::move(text), ColourOfParam(param.adjustable != 0), param.coupling > 0, marked};
+}
 
 void OpenEditor(CellEditor& editor, double value) { editor = {true, TextG(value, 10), 0}; }
 
@@ -27,7 +33,7 @@ std::optional<double> TakeNumber(CellEditor& editor) {
   double number = kMissing;
   ParseReal(editor.text.data(), editor.text.data() + editor.text.size(), number);
   editor = {};
-  return number == kMissing ? std::nullopt : std::optional(number);
+  return number == kMissing || std::isnan(number) ? std::nullopt : std::optional(number);
 }
 
 }  // namespace kalvex

@@ -1,11 +1,24 @@
-// Typing into a parameter in its place, as the model window and that of the experimental parameters do.
+// A parameter shown in its place, and typed into there, as the model window and that of the experimental parameters do.
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "models/model.h"
+#include "windows/colours.h"
 
 namespace kalvex {
+
+// What a field of these windows shows.
+struct ParamCell {
+  std::string text;
+  Colour colour = kBlack;
+  bool coupled = false;  // shown in a font of its own
+  bool marked = false;   // on the marked background; an editor on it has black text
+  friend bool operator==(const ParamCell&, const ParamCell&) = default;
+};
+ParamCell CellOfParam(const ModelParam& param, std::string text, bool marked);
 
 // Opens on a value, shown with ten digits, with the caret before it.
 void OpenEditor(CellEditor& editor, double value);
@@ -15,7 +28,7 @@ void OpenEditorWith(CellEditor& editor, char digit);
 void TypeIntoEditor(CellEditor& editor, std::string_view text, std::size_t caret);
 // Moves the caret by one to the right or to the left. False, with nothing moved, at that end of the text.
 bool MoveCaret(CellEditor& editor, bool right);
-// Closes the editor and gives the number in it, nothing for a text that is none.
+// Closes the editor and gives the number in it, nothing for a text that is none; the word for no number is none.
 std::optional<double> TakeNumber(CellEditor& editor);
 
 }  // namespace kalvex

@@ -2,7 +2,6 @@
 
 #include "core/text.h"
 #include "models/param_value.h"
-#include "windows/cell_editor.h"
 #include "windows/desk.h"
 #include "windows/redraw.h"
 
@@ -62,8 +61,8 @@ void OpenExpParams(const WindowDesk& desk) {
   ExpParamsWindow& window = desk.expParams;
   window.wantsFront = true;
   if (window.open) return;
-  window.open = true;
-  window.selectedIndex = 0;
+  window = {};  // at its first place
+  window.open = window.wantsFront = true;
   SelectUnderCursor(desk);
 }
 
@@ -82,8 +81,8 @@ void ActivateExpParams(const WindowDesk& desk, bool active) {
 ExpParamLine ExpParamLineOf(const WindowDesk& desk, int index) {
   const ExpParamsWindow& window = desk.expParams;
   const ModelParam& param = ParamOf(desk, index);
-  return {std::string(NameOf(param)), TextG(param.value, kCellDigits) + ' ', ColourOfParam(param.adjustable != 0),
-          param.coupling > 0, index == window.selectedIndex && (window.windowShown || window.paramSelected)};
+  const bool marked = index == window.selectedIndex && (window.windowShown || window.paramSelected);
+  return {std::string(NameOf(param)), CellOfParam(param, TextG(param.value, kCellDigits) + ' ', marked)};
 }
 
 bool PressExpParamsKey(const WindowDesk& desk, Key key) {

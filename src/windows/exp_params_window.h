@@ -4,7 +4,7 @@
 #include <string>
 
 #include "models/model.h"
-#include "windows/colours.h"
+#include "windows/cell_editor.h"
 #include "windows/keys.h"
 
 namespace kalvex {
@@ -33,10 +33,7 @@ void ActivateExpParams(const WindowDesk& desk, bool active);
 // A line of the window.
 struct ExpParamLine {
   std::string label;
-  std::string value;
-  Colour colour;
-  bool coupled = false;  // shown in a font of its own
-  bool marked = false;   // on the marked background; an editor on it has black text
+  ParamCell value;
 };
 ExpParamLine ExpParamLineOf(const WindowDesk& desk, int index);
 

@@ -10,7 +10,6 @@
 #include "models/param_value.h"
 #include "vdf/vdf_mesh.h"
 #include "windows/ask_file.h"
-#include "windows/cell_editor.h"
 #include "windows/desk.h"
 #include "windows/redraw.h"
 #include "windows/window_texts.h"
@@ -33,10 +32,6 @@ bool ShowsMark(const ModelWindow& window) { return window.windowShown || window.
 
 bool IsUnderCursor(const ModelWindow& window, int row, int column) {
   return window.rowSelected && row == window.curRow && column == window.curColumn;
-}
-
-ModelCell CellOfParam(const ModelParam& param, int digits, bool marked) {
-  return {NumberText(param.value, digits), ColourOfParam(param.adjustable != 0), param.coupling > 0, marked};
 }
 
 int MostTopRow(const Model& model) { return std::max(0, RowCount(model) - model.window.visibleRows); }
@@ -161,11 +156,12 @@ void MoveCursorTo(Model& model, const ModelField& field) {
 
 }  // namespace
 
-ModelCell EpsInfCell(const Model& model) {
-  return CellOfParam(model.epsInf, kShortDigits, !model.window.rowSelected && ShowsMark(model.window));
+ParamCell EpsInfCell(const Model& model) {
+  return CellOfParam(model.epsInf, NumberText(model.epsInf.value, kShortDigits),
+                     !model.window.rowSelected && ShowsMark(model.window));
 }
 
-ModelCell CellOfLine(const Model& model, int line, int column) {
+ParamCell CellOfLine(const Model& model, int line, int column) {
   const int row = model.window.topRow + line;
   if (line < 0 || row >= RowCount(model) || !IsColumn(column)) return {};
   const int index = ColumnAt(column).index;
@@ -178,7 +174,8 @@ ModelCell CellOfLine(const Model& model, int line, int column) {
       break;
   }
   const bool marked = IsUnderCursor(model.window, row, column) && ShowsMark(model.window);
-  return CellOfParam(Cell(model, row, index), kStoredDigits, marked);
+  const ModelParam& param = Cell(model, row, index);
+  return CellOfParam(param, NumberText(param.value, kStoredDigits), marked);
 }
 
 ModelControls ModelControlsOf(const EvalContext& eval, const Model& model) {
@@ -263,6 +260,8 @@ void EditParamWith(Model& model, char digit) {
 }
 
 void CommitEdit(const WindowDesk& desk, Model& model) {
+  // Whatever comes next may move the rows, and with them the parameter that the parameter control is typing into.
+  LeaveParamField(desk);
   if (!model.window.editor.open) return;
   const auto number = TakeNumber(model.window.editor);
   if (!number || IsFrozen(desk)) return RefreshAndSelect(desk, model, true);
@@ -358,15 +357,20 @@ ModelScrollBar ScrollBarOf(const Model& model) {
 
 void SetVisibleRows(Model& model, int rows) {
   model.window.visibleRows = std::max(1, rows);
-  ScrollTo(model, model.window.topRow);
+  model.window.editor.open ? ScrollToCursor(model) : ScrollTo(model, model.window.topRow);
 }
 
-void ScrollByLines(Model& model, int lines) { ScrollTo(model, model.window.topRow + lines); }
-
-void ScrollByPages(Model& model, int pages) {
-  ScrollTo(model, model.window.topRow + pages * (model.window.visibleRows - 1));
+void ScrollByLines(const WindowDesk& desk, Model& model, int lines) {
+  ScrollToPosition(desk, model, model.window.topRow + lines + 1);
 }
 
-void ScrollToPosition(Model& model, int position) { ScrollTo(model, position - 1); }
+void ScrollByPages(const WindowDesk& desk, Model& model, int pages) {
+  ScrollByLines(desk, model, pages * (model.window.visibleRows - 1));
+}
+
+void ScrollToPosition(const WindowDesk& desk, Model& model, int position) {
+  CommitEdit(desk, model);
+  ScrollTo(model, position - 1);
+}
 
 }  // namespace kalvex

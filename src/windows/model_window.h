@@ -7,7 +7,7 @@
 #include <string>
 
 #include "models/model.h"
-#include "windows/colours.h"
+#include "windows/cell_editor.h"
 
 namespace kalvex {
 
@@ -30,17 +30,9 @@ inline constexpr std::array<ModelColumn, 6> kModelColumnKinds = {{{CellKind::kRo
                                                                   {CellKind::kComputed, 1}}};
 inline constexpr int kFirstParamColumn = 1, kLastParamColumn = 3;
 
-// What a field of the window shows.
-struct ModelCell {
-  std::string text;
-  Colour colour = kBlack;
-  bool coupled = false;  // shown in a font of its own
-  bool marked = false;   // on the marked background
-  friend bool operator==(const ModelCell&, const ModelCell&) = default;
-};
-ModelCell EpsInfCell(const Model& model);
+ParamCell EpsInfCell(const Model& model);
 // Empty below the last row.
-ModelCell CellOfLine(const Model& model, int line, int column);
+ParamCell CellOfLine(const Model& model, int line, int column);
 
 // What the controls show, and which of them answer.
 struct ModelControls {
@@ -113,12 +105,13 @@ void FlipAdjustable(const WindowDesk& desk, Model& model, ModelParam& param);
 void PressModelHeader(const WindowDesk& desk, Model& model, int column);
 // The end of a drag at a column's divider, pixels.
 void SetColumnWidth(Model& model, int column, int width);
-// A double click on a divider: one pixel wider than the widest text shown. measure gives the width of a text in pixels.
+// A double click on a divider: one pixel wider than the widest text shown. measure gives the width of a cell's text in
+// pixels, which depends on its font.
 template <class Measure>
 void FitColumnWidth(Model& model, int column, Measure&& measure) {
   int widest = 0;
   for (int line = 0; line < model.window.visibleRows; ++line) {
-    widest = std::max(widest, static_cast<int>(measure(CellOfLine(model, line, column).text)));
+    widest = std::max(widest, static_cast<int>(measure(CellOfLine(model, line, column))));
   }
   SetColumnWidth(model, column, widest + 1);
 }
@@ -132,10 +125,11 @@ struct ModelScrollBar {
   bool shown = false;
 };
 ModelScrollBar ScrollBarOf(const Model& model);
-// How many rows fit into the window now.
+// How many rows fit into the window now. A row that is being typed into stays in sight.
 void SetVisibleRows(Model& model, int rows);
-void ScrollByLines(Model& model, int lines);
-void ScrollByPages(Model& model, int pages);
-void ScrollToPosition(Model& model, int position);
+// An open editor would leave its cell: what is typed is committed first.
+void ScrollByLines(const WindowDesk& desk, Model& model, int lines);
+void ScrollByPages(const WindowDesk& desk, Model& model, int pages);
+void ScrollToPosition(const WindowDesk& desk, Model& model, int position);
 
 }  // namespace kalvex

@@ -1,6 +1,8 @@
 #include "windows/param_control.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "core/text.h"
 #include "models/model_table.h"
@@ -17,6 +19,18 @@ constexpr int kFieldDigits = 5;
 constexpr int kCouplingEntries = kMaxCouplingGroup + 1;  // one more than there are groups
 
 std::string FieldText(double value) { return TextG(value, kFieldDigits); }
+
+// The words for no number and for infinity would leave the slider without a scale.
+double FieldNumber(std::string_view text) {
+  const double number = RealOf(text);
+  return std::isnan(number) ? 0 : std::clamp(number, -kValueClamp, kValueClamp);
+}
+
+bool IsSelected(const ParamControl& control, ParamOwner owner, const ParamPlace& place) {
+  const auto& selected = control.selected;
+  return control.owner == owner && selected && selected->Where == place.Where && selected->nl == place.nl &&
+         selected->nc == place.nc && selected->nep == place.nep;
+}
 
 // The window that owned the selection takes its mark away. Nothing of what it shows has changed: the fit is not told.
 void DropMark(const WindowDesk& desk, ParamOwner owner) {
@@ -62,7 +76,11 @@ template <class Store>
 void EditField(const WindowDesk& desk, std::string_view text, double ModelParam::*field, Store store) {
   ModelParam* const param = ParamToEdit(desk);
   if (!param || text == FieldText(param->*field)) return;
-  Edit(desk, param, [&](ModelParam& edited) { edited.*field = store(edited, RealOf(text)); });
+  Edit(desk, param, [&](ModelParam& edited) { edited.*field = store(edited, FieldNumber(text)); });
+}
+
+std::string& TextOf(ParamFields& fields, ParamField field) {
+  return field == ParamField::kValue ? fields.value : field == ParamField::kMin ? fields.min : fields.max;
 }
 
 // The slider at an end where the value stands on a stored limit, whether or not the limit is in force.
@@ -78,16 +96,22 @@ void CentreSlider(ParamControl& control, const ModelParam& param) {
 }  // namespace
 
 void OpenParamControl(const WindowDesk& desk) {
-  desk.paramControl.wantsFront = true;
-  if (desk.paramControl.open) return;
-  desk.paramControl.open = true;
-  desk.paramControl.position = slider::kCentre;
-  desk.paramControl.marksShown = true;
+  ParamControl& control = desk.paramControl;
+  control.wantsFront = true;
+  if (control.open) return;
+  // At its first place and centred; only the selection is remembered.
+  const ParamOwner owner = control.owner;
+  const auto selected = control.selected;
+  control = {};
+  control.open = control.wantsFront = true;
+  control.owner = owner;
+  control.selected = selected;
   SettleSlider(desk);
 }
 
 void CloseParamControl(const WindowDesk& desk) {
   if (!desk.paramControl.open) return;
+  LeaveParamField(desk);
   desk.paramControl.open = false;
   desk.paramControl.dragging = false;
   DropMark(desk, desk.paramControl.owner);
@@ -95,6 +119,7 @@ void CloseParamControl(const WindowDesk& desk) {
 
 bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& place) {
   ParamControl& control = desk.paramControl;
+  if (!IsSelected(control, owner, place)) LeaveParamField(desk);
   if (control.owner != owner) DropMark(desk, control.owner);
   control.owner = owner;
   control.selected = place;
@@ -105,6 +130,7 @@ bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& pla
 bool DeselectParam(const WindowDesk& desk, ParamOwner owner) {
   ParamControl& control = desk.paramControl;
   if (control.owner == owner) {
+    LeaveParamField(desk);
     control.owner = {};
     control.selected.reset();
   }
@@ -126,7 +152,10 @@ ModelParam* SelectedParam(const WindowDesk& desk) {
 ParamFields ParamFieldsOf(const WindowDesk& desk) {
   const ModelParam* const param = SelectedParam(desk);
   if (!param) return {texts::kNoParam, kBlack, {}, {}, {}};
-  const Model* const model = GetModelByNumber(desk.params, desk.paramControl.owner.number);
+  ParamControl control = desk.paramControl;
+  // The value may have become another one since the slider was last moved, by a fit or a macro.
+  if (!control.dragging) CentreSlider(control, *param);
+  const Model* const model = GetModelByNumber(desk.params, control.owner.number);
   const bool special = model && TypeOf(desk.eval, *model);
   ParamFields fields;
   fields.header = special ? texts::kSpecialParam : std::string(NameOf(*param));
@@ -138,7 +167,10 @@ ParamFields ParamFieldsOf(const WindowDesk& desk) {
   fields.useMax = param->useMax != 0;
   fields.adjustable = param->adjustable != 0;
   fields.coupling = static_cast<int>(std::min<std::uint32_t>(param->coupling, kCouplingEntries));
+  fields.position = control.position;
+  fields.marksShown = control.marksShown;
   fields.enabled = true;
+  if (control.typed) TextOf(fields, control.typed->field) = control.typed->text;
   return fields;
 }
 
@@ -153,7 +185,6 @@ void DragSlider(const WindowDesk& desk, int position) {
   ModelParam* const param = ParamToEdit(desk);
   if (!param) return;
   ParamControl& control = desk.paramControl;
-  // The value may have become another one since the slider was centred, by a fit or a macro.
   if (!control.dragging) control.baseValue = param->value;
   control.dragging = true;
   control.position = std::clamp(position, slider::kTop, slider::kBottom);
@@ -165,6 +196,25 @@ void DragSlider(const WindowDesk& desk, int position) {
 
 void SettleSlider(const WindowDesk& desk) {
   if (const ModelParam* const param = SelectedParam(desk)) CentreSlider(desk.paramControl, *param);
+}
+
+void TypeIntoParamField(const WindowDesk& desk, ParamField field, std::string_view text) {
+  auto& typed = desk.paramControl.typed;
+  if (typed && typed->field != field) LeaveParamField(desk);
+  typed = {field, std::string(text)};
+}
+
+void LeaveParamField(const WindowDesk& desk) {
+  const auto typed = std::exchange(desk.paramControl.typed, std::nullopt);
+  if (!typed) return;
+  switch (typed->field) {
+    case ParamField::kValue:
+      return CommitValue(desk, typed->text);
+    case ParamField::kMin:
+      return CommitMin(desk, typed->text);
+    case ParamField::kMax:
+      return CommitMax(desk, typed->text);
+  }
 }
 
 void CommitValue(const WindowDesk& desk, std::string_view text) {

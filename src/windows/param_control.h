@@ -26,6 +26,13 @@ struct ParamOwner {
 inline ParamOwner OwnerOf(const Model& model) { return {ParamOwner::Kind::kModel, model.number}; }
 inline constexpr ParamOwner kExpParamsOwner = {ParamOwner::Kind::kExpParams, 0};
 
+// The fields with numbers, and what a person has begun to type into one of them.
+enum class ParamField { kValue, kMin, kMax };
+struct TypedNumber {
+  ParamField field;
+  std::string text;
+};
+
 struct ParamControl {
   bool open = false;
   bool wantsFront = false;  // a screen brings the window to the front, and clears this
@@ -36,17 +43,19 @@ struct ParamControl {
   ParamOwner owner;
   std::optional<ParamPlace> selected;  // by place: rows may move, or go, behind this window's back
   double baseValue = 0;                // the value around which the slider is centred
-  int position = slider::kCentre;
-  bool marksShown = true;  // the labels for 20 % below and above the centre
+  int position = slider::kCentre;      // these two as the last movement or selection left them
+  bool marksShown = true;
   bool dragging = false;
+  std::optional<TypedNumber> typed;
 };
 
 void OpenParamControl(const WindowDesk& desk);
-// The window that had the selection drops its mark; the selection itself stays for the next opening.
+// Takes what is typed. The window that had the selection drops its mark; the selection itself stays for the next
+// opening.
 void CloseParamControl(const WindowDesk& desk);
 
-// Takes the parameter of a window; the window that had one before drops its mark. True if the parameter control is
-// open: otherwise the selection is only remembered.
+// Takes the parameter of a window; the window that had one before drops its mark, and what is typed still goes to the
+// parameter before. True if the parameter control is open: otherwise the selection is only remembered.
 bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& place);
 // Lets the selection go, if it is this window's. True if the parameter control is open.
 bool DeselectParam(const WindowDesk& desk, ParamOwner owner);
@@ -57,9 +66,11 @@ ModelParam* SelectedParam(const WindowDesk& desk);
 struct ParamFields {
   std::string header;
   Colour headerColour;
-  std::string value, min, max;
+  std::string value, min, max;  // or what is being typed there
   bool useMin = false, useMax = false, adjustable = false;
   int coupling = 0;  // entry of the list of groups
+  int position = slider::kCentre;
+  bool marksShown = true;  // the labels for 20 % below and above the centre
   bool enabled = false;
 };
 ParamFields ParamFieldsOf(const WindowDesk& desk);
@@ -71,8 +82,12 @@ void DragSlider(const WindowDesk& desk, int position);
 // The thumb is let go, or anything else was done to the slider: it is centred on the present value.
 void SettleSlider(const WindowDesk& desk);
 
-// A field loses the focus with this text in it. A text that is as the field showed it is no edit. A lower limit above
-// the upper one becomes the upper one, and the other way round.
+// A person types into a field. The text takes effect when the field is left, or the parameter: never for another one.
+void TypeIntoParamField(const WindowDesk& desk, ParamField field, std::string_view text);
+void LeaveParamField(const WindowDesk& desk);
+
+// What a field does with its text. A text that is as the field showed it is no edit, one that is no number is 0. A
+// lower limit above the upper one becomes the upper one, and the other way round.
 void CommitValue(const WindowDesk& desk, std::string_view text);
 void CommitMin(const WindowDesk& desk, std::string_view text);
 void CommitMax(const WindowDesk& desk, std::string_view text);

@@ -34,6 +34,7 @@ void OpenVdfDialog(const WindowDesk& desk, const Model& model) {
 }
 
 void AcceptVdfDialog(const WindowDesk& desk) {
+  if (IsFrozen(desk)) return;
   Model* const model = CloseDialog(desk);
   if (!model) return;
   const VdfDialog& dialog = desk.vdfDialog;
@@ -47,7 +48,7 @@ void AcceptVdfDialog(const WindowDesk& desk) {
 }
 
 void CancelVdfDialog(const WindowDesk& desk) {
-  if (Model* const model = CloseDialog(desk)) RefreshAndSelect(desk, *model);
+  if (Model* const model = CloseDialog(desk)) RefreshAndSelect(desk, *model, IsFrozen(desk));
 }
 
 }  // namespace kalvex

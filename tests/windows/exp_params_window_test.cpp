@@ -27,10 +27,10 @@ TEST_F(ExpParamsWindows, ShowTheSixDefaultsAfterTheStartAndNoneIsAFitParameter) 
   for (int i = 0; i < kExpParamCount; ++i) {
     const ExpParamLine line = ExpParamLineOf(desk(), i);
     EXPECT_EQ(line.label, labels[static_cast<std::size_t>(i)]);
-    EXPECT_EQ(line.value, values[static_cast<std::size_t>(i)]);
-    EXPECT_EQ(line.colour, (Colour{255, 0, 0}));
-    EXPECT_FALSE(line.coupled);
-    EXPECT_EQ(line.marked, i == 0);
+    EXPECT_EQ(line.value.text, values[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(line.value.colour, (Colour{255, 0, 0}));
+    EXPECT_FALSE(line.value.coupled);
+    EXPECT_EQ(line.value.marked, i == 0);
   }
   EXPECT_EQ(std::pair(window().x, window().y), std::pair(400, 300));
   EXPECT_EQ(std::pair(window().width, window().height), std::pair(285, 160));
@@ -40,7 +40,7 @@ TEST_F(ExpParamsWindows, AreSelectedAsSoonAsTheyOpen) { EXPECT_EQ(SelectedParam(
 
 TEST_F(ExpParamsWindows, ValuesHaveFiveDigits) {
   param(0).value = 0.00123456789;
-  EXPECT_EQ(ExpParamLineOf(desk(), 0).value, "0.0012346 ");
+  EXPECT_EQ(ExpParamLineOf(desk(), 0).value.text, "0.0012346 ");
 }
 
 TEST_F(ExpParamsWindows, TheCursorWrapsAround) {
@@ -120,7 +120,7 @@ TEST_F(ExpParamsWindows, LeftAndRightMoveTheCaretAndLeaveAtTheEndsOfTheText) {
 TEST_F(ExpParamsWindows, SpaceAndTheRightButtonFlipTheFlag) {
   Press(Key::kSpace);
   EXPECT_EQ(param(0).adjustable, 1u);
-  EXPECT_EQ(ExpParamLineOf(desk(), 0).colour, (Colour{0, 0, 255}));
+  EXPECT_EQ(ExpParamLineOf(desk(), 0).value.colour, (Colour{0, 0, 255}));
   EXPECT_EQ(Heard(), (Texts{"5:-1", "fit: experiment"}));
   RightPressExpParam(desk(), 3);
   EXPECT_EQ(param(3).adjustable, 1u);
@@ -144,9 +144,9 @@ TEST_F(ExpParamsWindows, KeysAreTakenOnlyWhileTheWindowIsActive) {
   EXPECT_FALSE(Press(Key::kDown));
   EXPECT_FALSE(PressExpParamsDigit(desk(), '1'));
   EXPECT_EQ(window().selectedIndex, 0);
-  EXPECT_TRUE(ExpParamLineOf(desk(), 0).marked);  // the parameter control shows it still
+  EXPECT_TRUE(ExpParamLineOf(desk(), 0).value.marked);  // the parameter control shows it still
   CloseParamControl(desk());
-  EXPECT_FALSE(ExpParamLineOf(desk(), 0).marked);
+  EXPECT_FALSE(ExpParamLineOf(desk(), 0).value.marked);
 }
 
 TEST_F(ExpParamsWindows, FunctionKeysAreNotTaken) {
@@ -157,7 +157,7 @@ TEST_F(ExpParamsWindows, AGroupSharedWithAModelOverwritesTheNameToo) {
   SetCoupling(program.params, Cell(first, 0, G), 2);
   SetCoupling(program.params, param(1), 2);
   EXPECT_EQ(ExpParamLineOf(desk(), 1).label, "Linewidth");
-  EXPECT_TRUE(ExpParamLineOf(desk(), 1).coupled);
+  EXPECT_TRUE(ExpParamLineOf(desk(), 1).value.coupled);
   PressExpParam(desk(), 1);
   PressExpParamsDigit(desk(), '6');
   Heard();
@@ -175,6 +175,17 @@ TEST_F(ExpParamsWindows, ClosingCommitsAndGivesTheSelectionBack) {
   EXPECT_EQ(SelectedParam(desk()), nullptr);
   OpenExpParams(desk());
   EXPECT_EQ(window().selectedIndex, 0);
+}
+
+TEST_F(ExpParamsWindows, OpenAtTheirFirstPlaceEachTime) {
+  window().x = 7;
+  window().width = 500;
+  OpenExpParams(desk());
+  EXPECT_EQ(window().x, 7);  // only brought to the front
+  CloseExpParams(desk());
+  OpenExpParams(desk());
+  EXPECT_EQ(std::pair(window().x, window().width), std::pair(400, 285));
+  EXPECT_TRUE(window().open && window().wantsFront);
 }
 
 TEST_F(ExpParamsWindows, DuringARunNothingCanBeChanged) {

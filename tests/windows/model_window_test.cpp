@@ -185,7 +185,7 @@ TEST_F(ModelWindows, EnterOpensTheEditorWithTenDigitsAndCommits) {
 }
 
 TEST_F(ModelWindows, ATextThatIsNoNumberLeavesTheValueAsItWas) {
-  for (const char* const text : {"words", "", "-7.77777e77"}) {
+  for (const char* const text : {"words", "", "-7.77777e77", "nan"}) {
     Press(Key::kEnter);
     Type(text);
     Press(Key::kEnter);
@@ -271,7 +271,7 @@ TEST_F(ModelWindows, AFieldIsTheOneThatTheUserSeesEvenFarFromTheCursor) {
   SetVisibleRows(first, 1);
   PressCell(0, 1);
   PressModelDigit(desk(), first, '5');
-  ScrollToPosition(first, 3);
+  ScrollToPosition(desk(), first, 3);
   RightPressModelField(desk(), first, {false, 0, 2});
   EXPECT_EQ(Frequencies()[0], "5");
   EXPECT_EQ(Cell(first, 2, Wp).adjustable, 0u);
@@ -279,7 +279,7 @@ TEST_F(ModelWindows, AFieldIsTheOneThatTheUserSeesEvenFarFromTheCursor) {
   EXPECT_EQ(Cursor(), "1,1");
   Press(Key::kEnter);
   EXPECT_EQ(window().topRow, 0);  // where the editor is
-  ScrollToPosition(first, 3);
+  ScrollToPosition(desk(), first, 3);
   PressCell(0, 3);
   EXPECT_EQ(Cursor(), "3,3");
 }
@@ -376,12 +376,15 @@ TEST_F(ModelWindows, ColumnsTakeADragOrTheWidestTextShown) {
   SetColumnWidth(first, 2, 80);
   EXPECT_EQ(window().columnWidths[2], 80);
   Cell(first, 3, Wo).value = 123456789;  // below the lines shown
-  const auto tenPixelsEach = [](const std::string& text) { return 10 * text.size(); };
+  const auto tenPixelsEach = [](const ParamCell& cell) { return (cell.coupled ? 12 : 10) * cell.text.size(); };
   FitColumnWidth(first, 1, tenPixelsEach);
   EXPECT_EQ(window().columnWidths[1], 41);  // "100 "
   window().topRow = 1;
   FitColumnWidth(first, 1, tenPixelsEach);
   EXPECT_EQ(window().columnWidths[1], 111);  // "1.2346e+08 "
+  Cell(first, 3, Wo).coupling = 1;
+  FitColumnWidth(first, 1, tenPixelsEach);
+  EXPECT_EQ(window().columnWidths[1], 133);  // in the font of coupled parameters
 }
 
 TEST_F(ModelWindows, TheScrollBarCountsRowsFromOneAndHidesWhenAllFit) {
@@ -390,17 +393,38 @@ TEST_F(ModelWindows, TheScrollBarCountsRowsFromOneAndHidesWhenAllFit) {
   EXPECT_TRUE(bar.shown);
   EXPECT_EQ((std::array{bar.from, bar.to, bar.page, bar.position}), (std::array{1, 4, 3, 1}));
   SetVisibleRows(first, 2);
-  ScrollByLines(first, 1);
+  ScrollByLines(desk(), first, 1);
   EXPECT_EQ(position(), 2);
-  ScrollByPages(first, -1);
+  ScrollByPages(desk(), first, -1);
   EXPECT_EQ(position(), 1);
-  ScrollByPages(first, 5);
+  ScrollByPages(desk(), first, 5);
   EXPECT_EQ(position(), 3);
-  ScrollToPosition(first, 2);
+  ScrollToPosition(desk(), first, 2);
   EXPECT_EQ(window().topRow, 1);
   SetVisibleRows(first, 4);
   EXPECT_EQ(window().topRow, 0);
   EXPECT_FALSE(ScrollBarOf(first).shown);
+}
+
+TEST_F(ModelWindows, ScrollingTakesWhatIsTypedSinceItsCellGoesAway) {
+  PressCell(0, 1);
+  for (int way = 0; way < 3; ++way) {
+    PressModelDigit(desk(), first, '7');
+    way == 0   ? ScrollByLines(desk(), first, 1)
+    : way == 1 ? ScrollByPages(desk(), first, -1)
+               : ScrollToPosition(desk(), first, 2);
+    EXPECT_FALSE(window().editor.open);
+    EXPECT_EQ(std::exchange(Cell(first, 0, Wo).value, 0), 7);
+  }
+  EXPECT_EQ(window().topRow, 1);
+}
+
+TEST_F(ModelWindows, ALowerWindowKeepsTheRowInSightThatIsTypedInto) {
+  PressCell(2, 1);
+  PressModelDigit(desk(), first, '7');
+  SetVisibleRows(first, 1);
+  EXPECT_EQ(window().topRow, 2);
+  EXPECT_TRUE(window().editor.open);
 }
 
 TEST_F(ModelWindows, ANewModelIsSelectedAndTold) {

@@ -1,5 +1,7 @@
 #include "windows/param_control.h"
 
+#include <cmath>
+
 #include "models/param_value.h"
 #include "windows/exp_params_window.h"
 #include "windows/model_window.h"
@@ -142,6 +144,77 @@ TEST_F(ParamControlWindow, AnEditTakesEffectThroughTheLimits) {
   EXPECT_EQ(Heard(), (Texts{"4:1", "fit: model", "4:1", "fit: model"}));
 }
 
+TEST_F(ParamControlWindow, WordsForNoNumberAndInfinityGiveValuesThatTheSliderCanUse) {
+  CommitValue(desk(), "nan");
+  EXPECT_EQ(param.value, 0);
+  CommitMin(desk(), "-inf");
+  CommitMax(desk(), "inf");
+  EXPECT_EQ(std::pair(param.min, param.max), std::pair(-1e70, 1e70));
+  for (int position = 0; position <= 80; ++position) {
+    DragSlider(desk(), position);
+    EXPECT_LE(std::fabs(param.value), 1e70) << position;
+  }
+}
+
+TEST_F(ParamControlWindow, WhatIsTypedTakesEffectWhenTheFieldIsLeft) {
+  TypeIntoParamField(desk(), ParamField::kMax, "80");
+  EXPECT_EQ(Fields().max, "80");
+  EXPECT_EQ(param.max, 100);
+  TypeIntoParamField(desk(), ParamField::kMin, "20");  // another field: the first one is left
+  EXPECT_EQ(param.max, 80);
+  TypeIntoParamField(desk(), ParamField::kValue, "33");
+  LeaveParamField(desk());
+  EXPECT_EQ(std::pair(param.min, param.value), std::pair(20.0, 33.0));
+  Heard();
+  LeaveParamField(desk());
+  EXPECT_TRUE(Heard().empty());
+}
+
+TEST_F(ParamControlWindow, WhatIsTypedNeverReachesAnotherParameter) {
+  const ModelParam before = Cell(second, 0, G);
+  TypeIntoParamField(desk(), ParamField::kValue, "33");
+  SelectWidth(second);
+  LeaveParamField(desk());  // as a screen does, once the other window has the keys
+  EXPECT_EQ(param.value, 33);
+  EXPECT_EQ(Cell(second, 0, G).value, before.value);
+}
+
+TEST_F(ParamControlWindow, WhatIsTypedGoesWithItsRowWhenRowsMove) {
+  InsertRow(&first, 1);
+  SelectWidth(first);
+  TypeIntoParamField(desk(), ParamField::kValue, "33");
+  PressModelButton(desk(), first, ModelButton::kDown);
+  LeaveParamField(desk());
+  EXPECT_EQ(Cell(first, 0, G).value, 10);
+  EXPECT_EQ(Cell(first, 1, G).value, 33);
+}
+
+TEST_F(ParamControlWindow, ClosingTakesWhatIsTyped) {
+  TypeIntoParamField(desk(), ParamField::kValue, "33");
+  CloseParamControl(desk());
+  EXPECT_EQ(param.value, 33);
+}
+
+TEST_F(ParamControlWindow, ClosingTheModelTakesWhatIsTypedForItsGroup) {
+  SetCoupling(program.params, param, 1);
+  SetCoupling(program.params, Cell(second, 0, G), 1);
+  TypeIntoParamField(desk(), ParamField::kValue, "33");
+  CloseModelWindow(desk(), first);
+  EXPECT_EQ(Cell(second, 0, G).value, 33);
+  EXPECT_FALSE(control().typed.has_value());
+}
+
+TEST_F(ParamControlWindow, TheSliderFollowsAValueThatOthersHaveChanged) {
+  CommitValue(desk(), "0");
+  EXPECT_EQ(Fields().position, 80);
+  param.value = 50;
+  EXPECT_EQ(Fields().position, 40);
+  EXPECT_TRUE(Fields().marksShown);
+  DragSlider(desk(), 20);
+  param.value = 100;
+  EXPECT_EQ(Fields().position, 20);  // the thumb stays in the hand
+}
+
 TEST_F(ParamControlWindow, AFieldLeftAsItWasIsNoEdit) {
   param.value = 1.23456789;
   CommitValue(desk(), Fields().value);
@@ -226,8 +299,14 @@ TEST_F(ParamControlWindow, OpensOnceAtItsPlace) {
   EXPECT_EQ(std::pair(control().x, control().y), std::pair(400, 100));
   EXPECT_EQ(std::pair(control().width, control().height), std::pair(190, 160));
   DragSlider(desk(), 20);
+  control().x = 7;
   OpenParamControl(desk());
   EXPECT_EQ(control().position, 20);  // only brought to the front
+  EXPECT_EQ(control().x, 7);
+  CloseParamControl(desk());
+  OpenParamControl(desk());
+  EXPECT_EQ(control().x, 400);
+  EXPECT_EQ(SelectedParam(desk()), &param);
 }
 
 TEST_F(ParamControlWindow, AParameterThatIsGoneIsNoLongerSelected) {
@@ -252,6 +331,8 @@ TEST_F(ParamControlWindow, DuringARunNothingCanBeChanged) {
   CheckUseMax(desk(), true);
   CheckAdjustable(desk(), false);
   ChooseCoupling(desk(), 2);
+  TypeIntoParamField(desk(), ParamField::kValue, "3");
+  LeaveParamField(desk());
   EXPECT_EQ(param.value, 50);
   EXPECT_EQ(param.max, 100);
   EXPECT_TRUE(Heard().empty());

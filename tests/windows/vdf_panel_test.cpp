@@ -119,6 +119,28 @@ TEST_F(VdfPanels, ClosingTheModelClosesItsDialog) {
   EXPECT_FALSE(dialog().open);
 }
 
+TEST_F(VdfPanels, ADialogThatIsOpenWhenARunStartsLeavesTheMeshToIt) {
+  Init();
+  Press(ModelButton::kVdfInit);
+  dialog().choice[0] = 2;
+  const VdfMeshPoint* const mesh = first.vdf.mesh.data();
+  program.fit.FitRunning = true;
+  AcceptVdfDialog(desk());
+  EXPECT_TRUE(dialog().open);
+  EXPECT_EQ(first.vdf.mesh.data(), mesh);
+  CancelVdfDialog(desk());
+  EXPECT_FALSE(dialog().open);
+  EXPECT_EQ(Heard(), Texts{"4:1"});
+}
+
+TEST_F(VdfPanels, ASourceThatIsUnloadedMeanwhileIsNone) {
+  Press(ModelButton::kVdfInit);
+  dialog().choice = {1, 2, 0};
+  program.datasets.slots[1] = Dataset{};
+  AcceptVdfDialog(desk());
+  EXPECT_EQ(first.vdf.mesh.size(), 20u);
+}
+
 TEST_F(VdfPanels, CheckBoxesAndKeysSwitchAlike) {
   Init();
   const auto state = [&] {

@@ -4,8 +4,8 @@
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 
-#include "windows/cell_editor.h"
 #include "windows/qt/fields.h"
+#include "windows/qt/show.h"
 
 namespace kalvex {
 
@@ -40,13 +40,12 @@ void EditorField::Refresh(const CellEditor& editor, const QRect& place) {
     return;
   }
   const QSignalBlocker filling(this);
-  const QString wanted = QString::fromStdString(editor.text);
-  if (text() != wanted) setText(wanted);
+  ShowText(*this, editor.text);
   if (cursorPosition() != static_cast<int>(editor.caret)) setCursorPosition(static_cast<int>(editor.caret));
   // Ten digits are longer than most cells: the field grows over its neighbours, not beyond the window.
   constexpr int kRoom = 12;
   QRect grown = place;
-  grown.setWidth(std::max(place.width(), fontMetrics().horizontalAdvance(wanted) + kRoom));
+  grown.setWidth(std::max(place.width(), fontMetrics().horizontalAdvance(text()) + kRoom));
   if (grown.right() > window()->width()) grown.moveRight(std::max(window()->width() - 1, place.right()));
   if (geometry() != grown) setGeometry(grown);
   if (!isHidden()) return;

@@ -1,18 +1,27 @@
 #include "windows/qt/exp_params_view.h"
 
-#include <QCloseEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 
 #include "windows/exp_params_window.h"
 #include "windows/qt/editor_field.h"
 #include "windows/qt/fields.h"
 #include "windows/qt/keeper.h"
+#include "windows/qt/show.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
+namespace {
 
-ExpParamsView::ExpParamsView(Keeper& keeper) : QWidget(nullptr), keeper_(keeper) {
-  setObjectName("expParams");
+WindowPlace PlaceOf(ExpParamsWindow& window) {
+  return {window.open, window.x, window.y, window.wantsFront, &window.width, &window.height};
+}
+
+}  // namespace
+
+ExpParamsView::ExpParamsView(Keeper& keeper)
+    : SingleView(keeper, "expParams", PlaceOf(keeper.program().expParamsWindow),
+                 [&keeper] { CloseExpParams(keeper.desk()); }) {
   setWindowTitle(texts::kExpParamsTitle);
   setFont(SmallFont());
   setFocusPolicy(Qt::StrongFocus);
@@ -20,7 +29,6 @@ ExpParamsView::ExpParamsView(Keeper& keeper) : QWidget(nullptr), keeper_(keeper)
   editor_ = new EditorField(
       this, [&keeper] { return &keeper.program().expParamsWindow.editor; },
       [this](const QKeyEvent& event) { return Press(event); });
-  Refresh();
 }
 
 void ExpParamsView::LayOut() {
@@ -51,16 +59,15 @@ void ExpParamsView::LayOut() {
 }
 
 void ExpParamsView::Refresh() {
-  ExpParamsWindow& record = keeper_.program().expParamsWindow;
-  TakePlace(*this, record);
+  if (!ShowPlace()) return;
   for (int index = 0; index < kExpParamCount; ++index) {
     const auto at = static_cast<std::size_t>(index);
     const ExpParamLine line = ExpParamLineOf(keeper_.desk(), index);
-    labels_[at]->setText(QString::fromStdString(line.label));
-    ShowValue(*values_[at], {line.value, line.colour, line.coupled, line.marked});
+    ShowText(*labels_[at], line.label);
+    ShowCell(*values_[at], line.value);
   }
+  const ExpParamsWindow& record = keeper_.program().expParamsWindow;
   editor_->Refresh(record.editor, values_[static_cast<std::size_t>(record.selectedIndex)]->geometry());
-  if (std::exchange(record.wantsFront, false)) BringToFront(*this);
 }
 
 bool ExpParamsView::Press(const QKeyEvent& event) {
@@ -94,15 +101,6 @@ void ExpParamsView::mousePressEvent(QMouseEvent* event) {
 void ExpParamsView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return mousePressEvent(event);
   if (const auto index = IndexAt(*event)) DoublePressExpParam(keeper_.desk(), *index);
-  keeper_.Reconcile();
-}
-
-void ExpParamsView::moveEvent(QMoveEvent*) { NotePlace(*this, keeper_.program().expParamsWindow); }
-void ExpParamsView::resizeEvent(QResizeEvent*) { NotePlace(*this, keeper_.program().expParamsWindow); }
-
-void ExpParamsView::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the window goes with its record
-  CloseExpParams(keeper_.desk());
   keeper_.Reconcile();
 }
 

@@ -2,18 +2,17 @@
 #pragma once
 
 #include <QLabel>
-#include <QWidget>
 #include <array>
 #include <optional>
 
 #include "core/limits.h"
+#include "windows/qt/single_view.h"
 
 namespace kalvex {
 
 class EditorField;
-class Keeper;
 
-class ExpParamsView : public QWidget {
+class ExpParamsView : public SingleView {
  public:
   explicit ExpParamsView(Keeper& keeper);
 
@@ -24,9 +23,6 @@ class ExpParamsView : public QWidget {
   void keyPressEvent(QKeyEvent*) override;
   void mousePressEvent(QMouseEvent*) override;
   void mouseDoubleClickEvent(QMouseEvent*) override;
-  void moveEvent(QMoveEvent*) override;
-  void resizeEvent(QResizeEvent*) override;
-  void closeEvent(QCloseEvent*) override;
   void changeEvent(QEvent*) override;
   bool focusNextPrevChild(bool) override { return false; }  // Tab moves the cursor
 
@@ -36,7 +32,6 @@ class ExpParamsView : public QWidget {
   // The value under the mouse.
   std::optional<int> IndexAt(const QMouseEvent& event) const;
 
-  Keeper& keeper_;
   std::array<QLabel*, kExpParamCount> labels_;
   std::array<QLabel*, kExpParamCount> values_;
   EditorField* editor_;

@@ -2,11 +2,28 @@
 
 #include <QApplication>
 #include <QFontInfo>
+#include <utility>
+
+#include "windows/qt/show.h"
 
 namespace kalvex {
 namespace {
 
 constexpr int kLetterHeight = 11;  // pixels of the em
+
+constexpr std::pair<Qt::Key, Key> kKeys[] = {
+    {Qt::Key_Return, Key::kEnter},  {Qt::Key_Enter, Key::kEnter},
+    {Qt::Key_Up, Key::kUp},         {Qt::Key_Down, Key::kDown},
+    {Qt::Key_Left, Key::kLeft},     {Qt::Key_Right, Key::kRight},
+    {Qt::Key_PageUp, Key::kPageUp}, {Qt::Key_PageDown, Key::kPageDown},
+    {Qt::Key_Tab, Key::kTab},       {Qt::Key_Escape, Key::kEscape},
+    {Qt::Key_F2, Key::kF2},         {Qt::Key_F3, Key::kF3},
+    {Qt::Key_F4, Key::kF4},         {Qt::Key_F5, Key::kF5},
+    {Qt::Key_F6, Key::kF6},         {Qt::Key_F7, Key::kF7},
+    {Qt::Key_F8, Key::kF8},         {Qt::Key_F9, Key::kF9},
+    {Qt::Key_F10, Key::kF10},       {Qt::Key_Space, Key::kSpace},
+    {Qt::Key_Insert, Key::kInsert}, {Qt::Key_Delete, Key::kDelete},
+};
 
 bool IsChord(const QKeyEvent& event) {
   return event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
@@ -22,15 +39,15 @@ QFont SmallFont() {
   return font;
 }
 
-QFont CoupledFont(const QFont& normal) {
-  QFont font = normal;
-  font.setBold(true);
-  font.setItalic(true);
+QFont FontOf(const ParamCell& cell) {
+  QFont font = SmallFont();
+  font.setBold(cell.coupled);
+  font.setItalic(cell.coupled);
   return font;
 }
 
 QPushButton* SmallButton(const char* text, const char* objectName) {
-  constexpr int kPadding = 12, kHeightPadding = 8;
+  constexpr int kPadding = 6, kHeightPadding = 8;
   auto* const button = new QPushButton(text);
   button->setObjectName(objectName);
   button->setFocusPolicy(Qt::NoFocus);
@@ -52,65 +69,21 @@ QLabel* ValueField(const char* objectName) {
   return field;
 }
 
-void ShowValue(QLabel& field, const FieldLook& look) {
-  const QString text = QString::fromStdString(look.text);
-  if (field.text() != text) field.setText(text);
+void ShowCell(QLabel& field, const ParamCell& cell) {
+  ShowText(field, cell.text);
   QPalette palette = field.palette();
-  palette.setColor(QPalette::WindowText, ScreenColour(look.colour));
-  palette.setColor(QPalette::Window, ScreenColour(look.marked ? kMarked : kWhite));
+  palette.setColor(QPalette::WindowText, ScreenColour(cell.colour));
+  palette.setColor(QPalette::Window, ScreenColour(cell.marked ? kMarked : kWhite));
   if (field.palette() != palette) field.setPalette(palette);
-  if (field.font().bold() != look.coupled) field.setFont(look.coupled ? CoupledFont(SmallFont()) : SmallFont());
+  if (const QFont wanted = FontOf(cell); field.font() != wanted) field.setFont(wanted);
 }
 
 std::optional<Key> KeyOf(const QKeyEvent& event) {
   if (IsChord(event) || (event.modifiers() & Qt::ShiftModifier)) return std::nullopt;
-  switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      return Key::kEnter;
-    case Qt::Key_Up:
-      return Key::kUp;
-    case Qt::Key_Down:
-      return Key::kDown;
-    case Qt::Key_Left:
-      return Key::kLeft;
-    case Qt::Key_Right:
-      return Key::kRight;
-    case Qt::Key_PageUp:
-      return Key::kPageUp;
-    case Qt::Key_PageDown:
-      return Key::kPageDown;
-    case Qt::Key_Tab:
-      return Key::kTab;
-    case Qt::Key_Escape:
-      return Key::kEscape;
-    case Qt::Key_F2:
-      return Key::kF2;
-    case Qt::Key_F3:
-      return Key::kF3;
-    case Qt::Key_F4:
-      return Key::kF4;
-    case Qt::Key_F5:
-      return Key::kF5;
-    case Qt::Key_F6:
-      return Key::kF6;
-    case Qt::Key_F7:
-      return Key::kF7;
-    case Qt::Key_F8:
-      return Key::kF8;
-    case Qt::Key_F9:
-      return Key::kF9;
-    case Qt::Key_F10:
-      return Key::kF10;
-    case Qt::Key_Space:
-      return Key::kSpace;
-    case Qt::Key_Insert:
-      return Key::kInsert;
-    case Qt::Key_Delete:
-      return Key::kDelete;
-    default:
-      return std::nullopt;
+  for (const auto& [onScreen, key] : kKeys) {
+    if (event.key() == onScreen) return key;
   }
+  return std::nullopt;
 }
 
 std::optional<char> DigitOf(const QKeyEvent& event) {
@@ -118,12 +91,6 @@ std::optional<char> DigitOf(const QKeyEvent& event) {
   if (IsChord(event) || event.text().size() != 1) return std::nullopt;
   const char letter = event.text().front().toLatin1();
   return letter >= '0' && letter <= '9' ? std::optional(letter) : std::nullopt;
-}
-
-void BringToFront(QWidget& window) {
-  window.show();
-  window.raise();
-  window.activateWindow();
 }
 
 }  // namespace kalvex

@@ -3,11 +3,10 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 
-#include "models/model_rows.h"
 #include "windows/model_keys.h"
 #include "windows/qt/editor_field.h"
-#include "windows/qt/fields.h"
 #include "windows/qt/rows_table.h"
+#include "windows/qt/show.h"
 #include "windows/qt/vdf_dialog_view.h"
 #include "windows/qt/vdf_panel.h"
 #include "windows/window_texts.h"
@@ -31,22 +30,16 @@ ModelView::ModelView(Keeper& keeper, std::uint32_t number)
       this, [shown = shown_] { return shown.Get() ? &shown.Get()->window.editor : nullptr; },
       [this](const QKeyEvent& event) { return Press(event); });
   Refresh();
-  BringToFront(*this);
+  show();
+  raise();
+  activateWindow();
 }
 
 QPushButton* ModelView::AddButton(const char* text, const char* objectName, ModelButton button) {
-  QPushButton* const made = SmallButton(text, objectName);
-  QObject::connect(made, &QPushButton::clicked, this, [shown = shown_, button] { shown.Press(button); });
-  buttons_[button] = made;
-  return made;
+  return buttons_[button] = shown_.NewButton(text, objectName, button);
 }
 
-void ModelView::LayOut() {
-  einfGroup_->setObjectName("einfGroup");
-  auto* const einf = new QVBoxLayout(einfGroup_);
-  einf->setContentsMargins(4, 3, 4, 4);
-  einf->addWidget(epsInf_);
-
+QLayout* ModelView::TopRow() {
   auto* const top = new QGridLayout;
   top->setSpacing(2);
   top->addWidget(einfGroup_, 0, 0, 2, 1);
@@ -60,6 +53,14 @@ void ModelView::LayOut() {
   top->addWidget(AddButton(texts::kRowDown, "down", ModelButton::kDown), 1, 4);
   top->setColumnStretch(0, 5);
   for (int column = 1; column <= 4; ++column) top->setColumnStretch(column, 4);
+  return top;
+}
+
+void ModelView::LayOut() {
+  einfGroup_->setObjectName("einfGroup");
+  auto* const einf = new QVBoxLayout(einfGroup_);
+  einf->setContentsMargins(4, 3, 4, 4);
+  einf->addWidget(epsInf_);
 
   rowsGroup_->setObjectName("rowsGroup");
   rowsGroup_->setFlat(true);
@@ -70,32 +71,34 @@ void ModelView::LayOut() {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(2, 2, 2, 2);
   layout->setSpacing(2);
-  layout->addLayout(top);
+  layout->addLayout(TopRow());
   layout->addWidget(rowsGroup_, 1);
   layout->addWidget(vdf_);
 }
 
 void ModelView::Refresh() {
+  ShowDialog();
   const Model* const model = shown_.Get();
   if (!model) return;
-  setWindowTitle(QString::fromStdString(model->name));
-  TakePlace(*this, model->window);
-  const FieldLook look = [&] {
-    const ModelCell cell = EpsInfCell(*model);
-    return FieldLook{cell.text, cell.colour, cell.coupled, cell.marked};
-  }();
-  ShowValue(*epsInf_, look);
+  setWindowTitle(QtText(model->name));
+  ShowPlace(model->window);
+  ShowCell(*epsInf_, EpsInfCell(*model));
   RefreshControls(*model);
   rows_->Refresh(*model);
   RefreshEditor(*model);
-  RefreshDialog();
+}
+
+// A macro has moved the window or changed its size.
+void ModelView::ShowPlace(const ModelWindow& record) {
+  resize(record.width, record.height);
+  if (pos() != QPoint(record.x, record.y)) move(record.x, record.y);
 }
 
 void ModelView::RefreshControls(const Model& model) {
   const ModelControls controls = ModelControlsOf(shown_.keeper.program().eval, model);
-  einfGroup_->setTitle(QString::fromStdString(controls.einfGroup));
-  rowsGroup_->setTitle(QString::fromStdString(controls.rowsGroup));
-  buttons_[ModelButton::kVdfPanel]->setText(QString::fromStdString(controls.vdfButton));
+  ShowText(*einfGroup_, controls.einfGroup);
+  ShowText(*rowsGroup_, controls.rowsGroup);
+  ShowText(*buttons_[ModelButton::kVdfPanel], controls.vdfButton);
   buttons_[ModelButton::kRemove]->setEnabled(controls.remove);
   buttons_[ModelButton::kUp]->setEnabled(controls.up);
   buttons_[ModelButton::kDown]->setEnabled(controls.down);
@@ -111,14 +114,11 @@ void ModelView::RefreshEditor(const Model& model) {
   editor_->Refresh(window.editor, place);
 }
 
-void ModelView::RefreshDialog() {
+void ModelView::ShowDialog() {
   const VdfDialog& record = shown_.keeper.program().vdfDialog;
-  const bool wanted = record.open && record.model == shown_.number;
-  if (wanted && !dialog_) dialog_ = new VdfDialogView(shown_.keeper, this);
-  if (wanted || !dialog_) return;
-  dialog_->hide();
-  dialog_->deleteLater();  // it may be one of its buttons that is at work
-  dialog_.clear();
+  const bool open = record.open && record.model == shown_.number;
+  if (open && !dialog_) dialog_ = new VdfDialogView(shown_.keeper, *this);
+  if (dialog_) dialog_->Refresh(open);
 }
 
 bool ModelView::Press(const QKeyEvent& event) {
@@ -155,12 +155,21 @@ void ModelView::mouseDoubleClickEvent(QMouseEvent* event) {
   shown_.Do([&](const WindowDesk& desk, Model& model) { DoublePressModelField(desk, model, {true}); });
 }
 
-void ModelView::moveEvent(QMoveEvent*) {
-  if (Model* const model = shown_.Get()) NotePlace(*this, model->window);
+// The record follows the window, which the user has moved or made larger.
+void ModelView::NotePlace() {
+  Model* const model = shown_.Get();
+  if (!model || shown_.keeper.IsReconciling()) return;
+  model->window.x = x();
+  model->window.y = y();
+  model->window.width = width();
+  model->window.height = height();
 }
 
+void ModelView::moveEvent(QMoveEvent*) { NotePlace(); }
+
 void ModelView::resizeEvent(QResizeEvent*) {
-  if (Model* const model = shown_.Get()) NotePlace(*this, model->window);
+  NotePlace();
+  shown_.keeper.Reconcile();
 }
 
 void ModelView::closeEvent(QCloseEvent* event) {

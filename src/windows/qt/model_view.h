@@ -4,7 +4,6 @@
 
 #include <QGroupBox>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QWidget>
 #include <map>
@@ -37,12 +36,15 @@ class ModelView : public QWidget {
 
  private:
   void LayOut();
+  QLayout* TopRow();
   QPushButton* AddButton(const char* text, const char* objectName, ModelButton button);
   bool Press(const QKeyEvent& event);
+  void NotePlace();
   bool IsOnEpsInf(const QMouseEvent& event) const;
   void RefreshControls(const Model& model);
   void RefreshEditor(const Model& model);
-  void RefreshDialog();
+  void ShowPlace(const ModelWindow& record);
+  void ShowDialog();
 
   ShownModel shown_;
   QGroupBox* einfGroup_;
@@ -52,7 +54,7 @@ class ModelView : public QWidget {
   VdfPanel* vdf_;
   EditorField* editor_;
   std::map<ModelButton, QPushButton*> buttons_;
-  QPointer<VdfDialogView> dialog_;
+  VdfDialogView* dialog_ = nullptr;
 };
 
 }  // namespace kalvex

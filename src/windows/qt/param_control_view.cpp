@@ -1,25 +1,17 @@
 #include "windows/qt/param_control_view.h"
 
-#include <QCloseEvent>
 #include <QGridLayout>
 
 #include "windows/qt/fields.h"
 #include "windows/qt/keeper.h"
+#include "windows/qt/show.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
 namespace {
 
-void ShowText(QLineEdit& field, const std::string& text, bool enabled) {
-  field.setEnabled(enabled);
-  if (enabled && field.hasFocus() && field.isModified()) return;  // a person is typing
-  const QString wanted = QString::fromStdString(text);
-  if (field.text() != wanted) field.setText(wanted);
-}
-
-void ShowCheck(QCheckBox& box, bool on, bool enabled) {
-  box.setChecked(on);
-  box.setEnabled(enabled);
+WindowPlace PlaceOf(ParamControl& window) {
+  return {window.open, window.x, window.y, window.wantsFront, &window.width, &window.height};
 }
 
 QLabel* MarkLabel(const char* text, const char* objectName) {
@@ -33,8 +25,10 @@ QLabel* MarkLabel(const char* text, const char* objectName) {
 
 }  // namespace
 
-ParamControlView::ParamControlView(Keeper& keeper) : QWidget(nullptr), keeper_(keeper), header_(new QLabel) {
-  setObjectName("paramControl");
+ParamControlView::ParamControlView(Keeper& keeper)
+    : SingleView(keeper, "paramControl", PlaceOf(keeper.program().paramControl),
+                 [&keeper] { CloseParamControl(keeper.desk()); }),
+      header_(new QLabel) {
   setWindowTitle(texts::kParamControlTitle);
   setFont(SmallFont());
   header_->setObjectName("header");
@@ -53,7 +47,6 @@ ParamControlView::ParamControlView(Keeper& keeper) : QWidget(nullptr), keeper_(k
   layout->setColumnStretch(1, 1);
   layout->setRowStretch(1, 1);
   setMinimumSize(layout->totalMinimumSize());
-  Refresh();
 }
 
 ParamControlView::~ParamControlView() {
@@ -84,7 +77,17 @@ QWidget* ParamControlView::MakeSlider() {
     if (!slider_->isSliderDown()) settle();
   });
 
-  // The labels stand at equal distances, as the ticks do.
+  auto* const both = new QWidget;
+  auto* const layout = new QHBoxLayout(both);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(slider_);
+  layout->addLayout(MakeMarks());
+  return both;
+}
+
+// The labels stand at equal distances, as the ticks do.
+QLayout* ParamControlView::MakeMarks() {
   auto* const labels = new QVBoxLayout;
   upperMark_ = MarkLabel(texts::kUpperMark, "upperMark");
   lowerMark_ = MarkLabel(texts::kLowerMark, "lowerMark");
@@ -97,25 +100,21 @@ QWidget* ParamControlView::MakeSlider() {
   labels->addWidget(lowerMark_);
   labels->addStretch();
   labels->addWidget(MarkLabel(texts::kSliderBottom, "bottomLabel"));
-
-  auto* const both = new QWidget;
-  auto* const layout = new QHBoxLayout(both);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(2);
-  layout->addWidget(slider_);
-  layout->addLayout(labels);
-  return both;
+  return labels;
 }
 
-QLineEdit* ParamControlView::MakeField(const char* objectName, void (*commit)(const WindowDesk&, std::string_view)) {
+QLineEdit* ParamControlView::MakeField(const char* objectName, ParamField which) {
   auto* const field = new QLineEdit;
   field->setObjectName(objectName);
   field->setMinimumWidth(fontMetrics().horizontalAdvance("-1.2345e+05") + 8);
+  QObject::connect(field, &QLineEdit::textEdited, this, [this, which](const QString& text) {
+    TypeIntoParamField(keeper_.desk(), which, text.toStdString());
+    keeper_.Reconcile();
+  });
   QObject::connect(field, &QLineEdit::returnPressed, field, &QWidget::clearFocus);
-  QObject::connect(field, &QLineEdit::editingFinished, this, [this, field, commit] {
+  QObject::connect(field, &QLineEdit::editingFinished, this, [this, field] {
     if (field->hasFocus()) return;  // Enter comes here first, and lets the focus go after
-    field->setModified(false);
-    commit(keeper_.desk(), field->text().toStdString());
+    LeaveParamField(keeper_.desk());
     keeper_.Reconcile();
   });
   return field;
@@ -132,15 +131,15 @@ QCheckBox* ParamControlView::MakeCheck(const char* objectName, void (*check)(con
 }
 
 QWidget* ParamControlView::MakeFields() {
-  value_ = MakeField("value", CommitValue);
-  min_ = MakeField("min", CommitMin);
-  max_ = MakeField("max", CommitMax);
+  value_ = MakeField("value", ParamField::kValue);
+  min_ = MakeField("min", ParamField::kMin);
+  max_ = MakeField("max", ParamField::kMax);
   useMin_ = MakeCheck("useMin", CheckUseMin);
   useMax_ = MakeCheck("useMax", CheckUseMax);
   adjustable_ = MakeCheck("adjustable", CheckAdjustable);
   coupling_ = new QComboBox;
   coupling_->setObjectName("coupling");
-  for (const std::string& choice : CouplingChoices()) coupling_->addItem(QString::fromStdString(choice));
+  for (const std::string& choice : CouplingChoices()) coupling_->addItem(QtText(choice));
   QObject::connect(coupling_, &QComboBox::activated, this, [this](int entry) {
     ChooseCoupling(keeper_.desk(), entry);
     keeper_.Reconcile();
@@ -166,45 +165,35 @@ QWidget* ParamControlView::MakeFields() {
 }
 
 void ParamControlView::RefreshHeader(const ParamFields& fields) {
-  header_->setText(QString::fromStdString(fields.header));
+  ShowText(*header_, fields.header);
   QPalette palette = header_->palette();
   palette.setColor(QPalette::Window, ScreenColour(kMarked));
   palette.setColor(QPalette::WindowText, ScreenColour(fields.headerColour));
   if (header_->palette() != palette) header_->setPalette(palette);
 }
 
-void ParamControlView::RefreshSlider(bool enabled) {
-  const ParamControl& record = keeper_.program().paramControl;
-  slider_->setEnabled(enabled);
-  if (slider_->sliderPosition() != record.position) slider_->setSliderPosition(record.position);
-  upperMark_->setVisible(record.marksShown);
-  lowerMark_->setVisible(record.marksShown);
+void ParamControlView::RefreshSlider(const ParamFields& fields) {
+  slider_->setEnabled(fields.enabled);
+  if (slider_->sliderPosition() != fields.position) slider_->setSliderPosition(fields.position);
+  upperMark_->setVisible(fields.marksShown);
+  lowerMark_->setVisible(fields.marksShown);
 }
 
 void ParamControlView::Refresh() {
-  ParamControl& record = keeper_.program().paramControl;
-  TakePlace(*this, record);
+  if (!ShowPlace()) return;
   const ParamFields fields = ParamFieldsOf(keeper_.desk());
   RefreshHeader(fields);
-  ShowText(*value_, fields.value, fields.enabled);
-  ShowText(*min_, fields.min, fields.enabled);
-  ShowText(*max_, fields.max, fields.enabled);
-  ShowCheck(*useMin_, fields.useMin, fields.enabled);
-  ShowCheck(*useMax_, fields.useMax, fields.enabled);
-  ShowCheck(*adjustable_, fields.adjustable, fields.enabled);
+  ShowText(*value_, fields.value);
+  ShowText(*min_, fields.min);
+  ShowText(*max_, fields.max);
+  ShowTick(*useMin_, fields.useMin);
+  ShowTick(*useMax_, fields.useMax);
+  ShowTick(*adjustable_, fields.adjustable);
   coupling_->setCurrentIndex(fields.coupling);
-  coupling_->setEnabled(fields.enabled);
-  RefreshSlider(fields.enabled);
-  if (std::exchange(record.wantsFront, false)) BringToFront(*this);
-}
-
-void ParamControlView::moveEvent(QMoveEvent*) { NotePlace(*this, keeper_.program().paramControl); }
-void ParamControlView::resizeEvent(QResizeEvent*) { NotePlace(*this, keeper_.program().paramControl); }
-
-void ParamControlView::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the window goes with its record
-  CloseParamControl(keeper_.desk());
-  keeper_.Reconcile();
+  for (QWidget* const control :
+       std::initializer_list<QWidget*>{value_, min_, max_, useMin_, useMax_, adjustable_, coupling_})
+    control->setEnabled(fields.enabled);
+  RefreshSlider(fields);
 }
 
 }  // namespace kalvex

@@ -6,37 +6,29 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
-#include <QWidget>
-#include <string_view>
 
 #include "windows/param_control.h"
+#include "windows/qt/single_view.h"
 
 namespace kalvex {
 
-class Keeper;
-
-class ParamControlView : public QWidget {
+class ParamControlView : public SingleView {
  public:
   explicit ParamControlView(Keeper& keeper);
   ~ParamControlView() override;
 
-  // Shows the selected parameter as it is now. What a person is typing stays.
+  // Shows the selected parameter as it is now.
   void Refresh();
-
- protected:
-  void moveEvent(QMoveEvent*) override;
-  void resizeEvent(QResizeEvent*) override;
-  void closeEvent(QCloseEvent*) override;
 
  private:
   QWidget* MakeSlider();
   QWidget* MakeFields();
-  QLineEdit* MakeField(const char* objectName, void (*commit)(const WindowDesk&, std::string_view));
+  QLayout* MakeMarks();
+  QLineEdit* MakeField(const char* objectName, ParamField which);
   QCheckBox* MakeCheck(const char* objectName, void (*check)(const WindowDesk&, bool));
   void RefreshHeader(const ParamFields& fields);
-  void RefreshSlider(bool enabled);
+  void RefreshSlider(const ParamFields& fields);
 
-  Keeper& keeper_;
   QLabel* header_;
   QSlider* slider_ = nullptr;
   QLabel *lowerMark_ = nullptr, *upperMark_ = nullptr;

@@ -6,6 +6,7 @@
 
 #include "models/model_rows.h"
 #include "windows/qt/fields.h"
+#include "windows/qt/show.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
@@ -13,8 +14,8 @@ namespace {
 
 constexpr int kColumnCount = static_cast<int>(texts::kModelColumns.size());
 
-std::vector<ModelCell> ShownCells(const Model& model) {
-  std::vector<ModelCell> cells;
+std::vector<ParamCell> ShownCells(const Model& model) {
+  std::vector<ParamCell> cells;
   // One line more than fits: the last one may be shown in part.
   for (int line = 0; line <= model.window.visibleRows; ++line) {
     for (int column = 0; column < kColumnCount; ++column) cells.push_back(CellOfLine(model, line, column));
@@ -43,7 +44,7 @@ void RowsModel::SetRowCount(int rows) {
 
 void RowsModel::Refresh(const Model& model) {
   SetRowCount(RowCount(model));
-  std::vector<ModelCell> before = ShownCells(model);
+  std::vector<ParamCell> before = ShownCells(model);
   before.swap(cells_);
   const bool scrolled = std::exchange(top_, model.window.topRow) != top_;
   const int lines = static_cast<int>(cells_.size()) / kColumnCount;
@@ -55,25 +56,25 @@ void RowsModel::Refresh(const Model& model) {
   }
 }
 
-ModelCell RowsModel::CellAt(const QModelIndex& index) const {
+ParamCell RowsModel::CellAt(const QModelIndex& index) const {
   const int line = index.row() - top_, lines = static_cast<int>(cells_.size()) / kColumnCount;
   if (line >= 0 && line < lines) return cells_[static_cast<std::size_t>(line * kColumnCount + index.column())];
   // Scrolled into view, and painted before the refresh.
   const Model* const model = shown_.Get();
-  return model ? CellOfLine(*model, index.row() - model->window.topRow, index.column()) : ModelCell{};
+  return model ? CellOfLine(*model, index.row() - model->window.topRow, index.column()) : ParamCell{};
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return QString::fromStdString(CellAt(index).text);
+      return QtText(CellAt(index).text);
     case Qt::ForegroundRole:
       return ScreenColour(CellAt(index).colour);
     case Qt::BackgroundRole:
       return ScreenColour(CellAt(index).marked ? kMarked : kWhite);
     case Qt::FontRole:
-      return CellAt(index).coupled ? CoupledFont(SmallFont()) : SmallFont();
+      return FontOf(CellAt(index));
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     default:
@@ -129,15 +130,15 @@ void RowsTable::SetUpHeaders() {
   });
   QObject::connect(heads, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
     shown_.Do([&](const WindowDesk&, Model& model) {
-      FitColumnWidth(model, column, [this](const std::string& text) { return TextWidth(text); });
+      FitColumnWidth(model, column, [this](const ParamCell& cell) { return TextWidth(cell); });
     });
   });
 }
 
-int RowsTable::TextWidth(const std::string& text) const {
+int RowsTable::TextWidth(const ParamCell& cell) const {
   // A cell has a margin on either side, and the grid takes a pixel.
   const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
-  return QFontMetrics(SmallFont()).horizontalAdvance(QString::fromStdString(text)) + 2 * margin + 1;
+  return QFontMetrics(FontOf(cell)).horizontalAdvance(QtText(cell.text)) + 2 * margin + 1;
 }
 
 void RowsTable::Refresh(const Model& model) {
@@ -152,22 +153,22 @@ void RowsTable::Refresh(const Model& model) {
 QRect RowsTable::CellRect(int row, int column) const { return visualRect(rows_->index(row, column)); }
 
 void RowsTable::Scroll(int action) {
-  Model* const model = shown_.Get();
-  if (!model) return;
-  switch (action) {
-    case QAbstractSlider::SliderSingleStepAdd:
-    case QAbstractSlider::SliderSingleStepSub:
-      ScrollByLines(*model, action == QAbstractSlider::SliderSingleStepAdd ? 1 : -1);
-      break;
-    case QAbstractSlider::SliderPageStepAdd:
-    case QAbstractSlider::SliderPageStepSub:
-      ScrollByPages(*model, action == QAbstractSlider::SliderPageStepAdd ? 1 : -1);
-      break;
-    default:
-      ScrollToPosition(*model, verticalScrollBar()->sliderPosition() + 1);
-  }
-  verticalScrollBar()->setSliderPosition(model->window.topRow);
-  shown_.keeper.Reconcile();
+  QScrollBar& bar = *verticalScrollBar();
+  shown_.Do([&](const WindowDesk& desk, Model& model) {
+    switch (action) {
+      case QAbstractSlider::SliderSingleStepAdd:
+      case QAbstractSlider::SliderSingleStepSub:
+        ScrollByLines(desk, model, action == QAbstractSlider::SliderSingleStepAdd ? 1 : -1);
+        break;
+      case QAbstractSlider::SliderPageStepAdd:
+      case QAbstractSlider::SliderPageStepSub:
+        ScrollByPages(desk, model, action == QAbstractSlider::SliderPageStepAdd ? 1 : -1);
+        break;
+      default:
+        ScrollToPosition(desk, model, bar.sliderPosition() + 1);
+    }
+    bar.setSliderPosition(model.window.topRow);
+  });
 }
 
 void RowsTable::mousePressEvent(QMouseEvent* event) {
@@ -190,11 +191,12 @@ void RowsTable::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void RowsTable::resizeEvent(QResizeEvent* event) {
-  if (Model* const model = shown_.Get()) {
-    SetVisibleRows(*model, viewport()->height() / verticalHeader()->defaultSectionSize());
-  }
   QTableView::resizeEvent(event);
-  shown_.keeper.Reconcile();
+  Model* const model = shown_.Get();
+  if (!model) return;
+  SetVisibleRows(*model, viewport()->height() / verticalHeader()->defaultSectionSize());
+  // Only the table: this comes before the window's own event, by which the record learns the new size.
+  Refresh(*model);
 }
 
 }  // namespace kalvex

@@ -24,13 +24,13 @@ class RowsModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  ModelCell CellAt(const QModelIndex& index) const;
+  ParamCell CellAt(const QModelIndex& index) const;
   void SetRowCount(int rows);
 
   ShownModel shown_;
   int rows_ = 0;
   int top_ = 0;                   // row of the first line
-  std::vector<ModelCell> cells_;  // line by line
+  std::vector<ParamCell> cells_;  // line by line
 };
 
 class RowsTable : public QTableView {
@@ -51,7 +51,7 @@ class RowsTable : public QTableView {
  private:
   void SetUpHeaders();
   void Scroll(int action);
-  int TextWidth(const std::string& text) const;
+  int TextWidth(const ParamCell& cell) const;
 
   ShownModel shown_;
   RowsModel* rows_;

@@ -40,6 +40,10 @@ void ShowText(QAbstractButton& button, std::string_view text) {
   if (const QString wanted = QtText(text); button.text() != wanted) button.setText(wanted);
 }
 
+void ShowText(QGroupBox& group, std::string_view title) {
+  if (const QString wanted = QtText(title); group.title() != wanted) group.setTitle(wanted);
+}
+
 void ShowTick(QAbstractButton& button, bool ticked) {
   if (button.isChecked() != ticked) button.setChecked(ticked);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QGroupBox>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,6 +21,7 @@ QString QtText(std::string_view utf8);
 void ShowText(QLabel& label, std::string_view text);
 void ShowText(QLineEdit& field, std::string_view text);
 void ShowText(QAbstractButton& button, std::string_view text);
+void ShowText(QGroupBox& group, std::string_view title);
 void ShowTick(QAbstractButton& button, bool ticked);
 
 // A row of a list: the texts of its columns with a tab between them, and a spot of a colour (0xRRGGBB) before them.

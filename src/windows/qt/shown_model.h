@@ -3,6 +3,7 @@
 
 #include "models/model_table.h"
 #include "windows/model_window.h"
+#include "windows/qt/fields.h"
 #include "windows/qt/keeper.h"
 
 namespace kalvex {
@@ -22,6 +23,11 @@ struct ShownModel {
   }
   void Press(ModelButton button) const {
     Do([button](const WindowDesk& desk, Model& model) { PressModelButton(desk, model, button); });
+  }
+  QPushButton* NewButton(const char* text, const char* objectName, ModelButton button) const {
+    QPushButton* const made = SmallButton(text, objectName);
+    QObject::connect(made, &QPushButton::clicked, made, [shown = *this, button] { shown.Press(button); });
+    return made;
   }
 };
 

@@ -15,6 +15,7 @@ SingleView::SingleView(Keeper& keeper, const char* name, WindowPlace place, std:
 }
 
 bool SingleView::ShowPlace() {
+  if (place_.open && place_.width) resize(*place_.width, *place_.height);
   if (place_.open && pos() != QPoint(place_.x, place_.y)) move(place_.x, place_.y);
   if (isVisible() != place_.open) setVisible(place_.open);
   if (place_.open && place_.wantsFront) {
@@ -29,6 +30,12 @@ void SingleView::moveEvent(QMoveEvent*) {
   if (keeper_.IsReconciling()) return;
   place_.x = pos().x();
   place_.y = pos().y();
+}
+
+void SingleView::resizeEvent(QResizeEvent*) {
+  if (keeper_.IsReconciling() || !place_.width) return;
+  *place_.width = width();
+  *place_.height = height();
 }
 
 void SingleView::closeEvent(QCloseEvent* event) {

@@ -17,18 +17,21 @@ struct WindowPlace {
   int& x;
   int& y;
   bool& wantsFront;
+  int* width = nullptr;  // null for a window that finds its size by itself
+  int* height = nullptr;
 };
 
-// A window of its own. It lies where its record says, and the record follows the user's hand.
+// A window of its own. It lies where its record says, as large as that says, and the record follows the user's hand.
 class SingleView : public QWidget {
  public:
   // close: what the cross of the window does to the record.
   SingleView(Keeper& keeper, const char* name, WindowPlace place, std::function<void()> close);
 
  protected:
-  // Opens, moves, brings to the front or hides the window. Gives whether it is open.
+  // Opens, moves, sizes, brings to the front or hides the window. Gives whether it is open.
   bool ShowPlace();
   void moveEvent(QMoveEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
   void closeEvent(QCloseEvent*) override;
 
   Keeper& keeper_;

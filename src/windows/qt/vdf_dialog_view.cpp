@@ -1,89 +1,72 @@
 #include "windows/qt/vdf_dialog_view.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QPushButton>
 
 #include "windows/qt/keeper.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
+namespace {
 
-VdfDialogView::VdfDialogView(Keeper& keeper, QWidget* over) : QDialog(over), keeper_(keeper) {
-  setObjectName("initVdf");
+constexpr int kNameLetters = 18;
+
+}  // namespace
+
+VdfDialogView::VdfDialogView(Keeper& keeper, QWidget& owner)
+    : ModalView(keeper, owner, "initVdf",
+                {[&keeper] { AcceptVdfDialog(keeper.desk()); }, [&keeper] { CancelVdfDialog(keeper.desk()); }}),
+      record_(keeper.program().vdfDialog),
+      fields_([&keeper] { keeper.Reconcile(); }) {
   setWindowTitle(texts::kVdfDialogTitle);
-  setWindowModality(Qt::WindowModal);
   auto* const layout = new QVBoxLayout(this);
-  layout->addWidget(MakeSources());
-  AddChecks(*layout);
+  layout->addWidget(Sources());
+  layout->addWidget(fields_.Tick("initKK", texts::kVdfDialogChecks[0], record_.kk));
+  layout->addWidget(fields_.Tick("initOn", texts::kVdfDialogChecks[1], record_.on));
+  layout->addWidget(fields_.Tick("initFitActive", texts::kVdfDialogChecks[2], record_.active));
   layout->addStretch();
-  AddButtons(*layout);
-  QObject::connect(this, &QDialog::rejected, this, [&keeper] {
-    CancelVdfDialog(keeper.desk());
-    keeper.Reconcile();
-  });
-  show();
+  layout->addLayout(ButtonRow(texts::kOkKey, texts::kCancelKey));
 }
 
-QWidget* VdfDialogView::MakeSources() {
+QWidget* VdfDialogView::Sources() {
   auto* const group = new QGroupBox(texts::kVdfDialogGroup);
   auto* const grid = new QGridLayout(group);
   grid->setColumnStretch(0, 1);
-  const VdfDialog& record = keeper_.program().vdfDialog;
-  for (std::size_t k = 0; k < record.choice.size(); ++k) {
-    auto* const list = new QComboBox;
-    list->setObjectName(QString("source%1").arg(k + 1));
-    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    list->setMinimumContentsLength(18);
-    for (const std::string& entry : record.entries) list->addItem(QString::fromStdString(entry));
-    list->setCurrentIndex(static_cast<int>(record.choice[k]));
-    auto* const every2nd = new QCheckBox(texts::kEvery2nd);
-    every2nd->setObjectName(QString("every2nd%1").arg(k + 1));
-    every2nd->setChecked(record.every2nd[k]);
-    grid->addWidget(list, static_cast<int>(k), 0);
-    grid->addWidget(every2nd, static_cast<int>(k), 1);
-    QObject::connect(list, &QComboBox::currentIndexChanged, this, [this, k](int entry) {
-      keeper_.program().vdfDialog.choice[k] = static_cast<std::size_t>(std::max(0, entry));
-    });
-    QObject::connect(every2nd, &QCheckBox::toggled, this,
-                     [this, k](bool on) { keeper_.program().vdfDialog.every2nd[k] = on; });
+  for (std::size_t k = 0; k < sources_.size(); ++k) {
+    const auto row = static_cast<int>(k);
+    grid->addWidget(sources_[k] = NewChoice(k), row, 0);
+    grid->addWidget(fields_.Tick(QString("every2nd%1").arg(row + 1), texts::kEvery2nd, record_.every2nd[k]), row, 1);
   }
   return group;
 }
 
-void VdfDialogView::AddChecks(QVBoxLayout& layout) {
-  constexpr std::array kFields = {&VdfDialog::kk, &VdfDialog::on, &VdfDialog::active};
-  constexpr std::array kNames = {"initKK", "initOn", "initFitActive"};
-  for (std::size_t k = 0; k < kFields.size(); ++k) {
-    auto* const check = new QCheckBox(texts::kVdfDialogChecks[k]);
-    check->setObjectName(kNames[k]);
-    check->setChecked(keeper_.program().vdfDialog.*kFields[k]);
-    QObject::connect(check, &QCheckBox::toggled, this,
-                     [this, field = kFields[k]](bool on) { keeper_.program().vdfDialog.*field = on; });
-    layout.addWidget(check);
+QComboBox* VdfDialogView::NewChoice(std::size_t source) {
+  auto* const box = new QComboBox;
+  box->setObjectName(QString("source%1").arg(source + 1));
+  box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  box->setMinimumContentsLength(kNameLetters);
+  QObject::connect(box, &QComboBox::activated, this,
+                   [this, source](int entry) { record_.choice[source] = static_cast<std::size_t>(entry); });
+  return box;
+}
+
+// The datasets are those of the moment at which the dialog opens.
+void VdfDialogView::FillChoices() {
+  QStringList names;
+  for (const std::string& entry : record_.entries) names << QtText(entry);
+  for (QComboBox* const box : sources_) {
+    box->clear();
+    box->addItems(names);
   }
 }
 
-void VdfDialogView::AddButtons(QVBoxLayout& layout) {
-  auto* const row = new QHBoxLayout;
-  row->addStretch();
-  auto* const ok = new QPushButton(texts::kOkKey);
-  ok->setObjectName("ok");
-  ok->setDefault(true);
-  auto* const cancel = new QPushButton(texts::kCancelKey);
-  cancel->setObjectName("cancel");
-  row->addWidget(ok);
-  row->addWidget(cancel);
-  layout.addLayout(row);
-  // The dialog itself goes with its record, which stays open while a fit uses what "OK" would change.
-  QObject::connect(ok, &QPushButton::clicked, this, [this] {
-    Keeper& keeper = keeper_;
-    AcceptVdfDialog(keeper.desk());
-    keeper.Reconcile();
-  });
-  QObject::connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+void VdfDialogView::Refresh(bool open) {
+  if (open) {
+    if (isHidden()) FillChoices();
+    for (std::size_t k = 0; k < sources_.size(); ++k) sources_[k]->setCurrentIndex(static_cast<int>(record_.choice[k]));
+    fields_.Refresh();
+  }
+  ShowOpen(open);
 }
 
 }  // namespace kalvex

@@ -1,24 +1,29 @@
 // The dialog that makes a mesh, over the window of its model.
 #pragma once
 
-#include <QDialog>
-#include <QVBoxLayout>
+#include <QComboBox>
 #include <array>
+
+#include "windows/qt/form_fields.h"
+#include "windows/qt/single_view.h"
+#include "windows/vdf_dialog.h"
 
 namespace kalvex {
 
-class Keeper;
-
-class VdfDialogView : public QDialog {
+class VdfDialogView : public ModalView {
  public:
-  VdfDialogView(Keeper& keeper, QWidget* over);
+  VdfDialogView(Keeper& keeper, QWidget& owner);
+  // open: the record is open for the model of this dialog's owner.
+  void Refresh(bool open);
 
  private:
-  QWidget* MakeSources();
-  void AddChecks(QVBoxLayout& layout);
-  void AddButtons(QVBoxLayout& layout);
+  QWidget* Sources();
+  QComboBox* NewChoice(std::size_t source);
+  void FillChoices();
 
-  Keeper& keeper_;
+  VdfDialog& record_;
+  FormFields fields_;
+  std::array<QComboBox*, 3> sources_;
 };
 
 }  // namespace kalvex

@@ -2,22 +2,22 @@
 
 #include <QHBoxLayout>
 
-#include "windows/qt/fields.h"
+#include "windows/qt/show.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
 
-VdfPanel::VdfPanel(ShownModel shown) : QGroupBox(texts::kVdfGroupAtStart), shown_(shown) {
+VdfPanel::VdfPanel(ShownModel shown) : QGroupBox(texts::kVdfGroupAtStart) {
   setObjectName("vdf");
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(2);
-  buttons->addWidget(AddButton(texts::kVdfInit, "vdfInit", ModelButton::kVdfInit), 1);
-  save_ = AddButton(texts::kSave, "vdfSave", ModelButton::kVdfSave);
-  buttons->addWidget(save_, 1);
-  buttons->addWidget(AddButton(texts::kLoad, "vdfLoad", ModelButton::kVdfLoad), 1);
+  buttons->addWidget(shown.NewButton(texts::kVdfInit, "vdfInit", ModelButton::kVdfInit), 1);
+  buttons->addWidget(save_ = shown.NewButton(texts::kSave, "vdfSave", ModelButton::kVdfSave), 1);
+  buttons->addWidget(shown.NewButton(texts::kLoad, "vdfLoad", ModelButton::kVdfLoad), 1);
   buttons->addSpacing(4);
 
   auto* const checks = new QHBoxLayout;
+  checks->setSpacing(3);
   constexpr std::array kButtons = {ModelButton::kVdfKK, ModelButton::kVdfOn, ModelButton::kVdfFit};
   for (std::size_t k = 0; k < checks_.size(); ++k) {
     checks_[k] = new QCheckBox(texts::kVdfChecks[k]);
@@ -40,19 +40,13 @@ VdfPanel::VdfPanel(ShownModel shown) : QGroupBox(texts::kVdfGroupAtStart), shown
   layout->addWidget(range_);
 }
 
-QPushButton* VdfPanel::AddButton(const char* text, const char* objectName, ModelButton button) {
-  QPushButton* const made = SmallButton(text, objectName);
-  QObject::connect(made, &QPushButton::clicked, this, [shown = shown_, button] { shown.Press(button); });
-  return made;
-}
-
 void VdfPanel::Refresh(const ModelControls& controls) {
-  setTitle(QString::fromStdString(controls.vdfGroup));
-  range_->setText(QString::fromStdString(controls.vdfRange));
+  ShowText(*this, controls.vdfGroup);
+  ShowText(*range_, controls.vdfRange);
   save_->setEnabled(controls.vdf);
   const std::array states = {controls.kk, controls.on, controls.fitActive};
   for (std::size_t k = 0; k < checks_.size(); ++k) {
-    checks_[k]->setChecked(states[k]);
+    ShowTick(*checks_[k], states[k]);
     checks_[k]->setEnabled(controls.vdf);
   }
 }

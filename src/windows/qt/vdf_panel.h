@@ -17,10 +17,7 @@ class VdfPanel : public QGroupBox {
   void Refresh(const ModelControls& controls);
 
  private:
-  QPushButton* AddButton(const char* text, const char* objectName, ModelButton button);
-
-  ShownModel shown_;
-  QPushButton* save_ = nullptr;
+  QPushButton* save_;
   QLabel* range_;
   std::array<QCheckBox*, 3> checks_;  // KK, On, Fit
 };

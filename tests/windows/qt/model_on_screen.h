@@ -1,0 +1,102 @@
+// A model with one row at 300 cm-1 in a window of its own, which has the keys.
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+
+#include "models/model_rows.h"
+#include "windows/colours.h"
+#include "windows/qt/on_screen.h"
+
+namespace kalvex {
+
+class ModelOnScreen : public OnScreen {
+ protected:
+  ModelOnScreen() {
+    Run("NewModel(XPos=50,YPos=150,Width=330,Height=280);"
+        "SetModelParam(ModelNo=1,ParamName=\"Wo\",LorNo=1,Value=300);");
+    Activate(view());
+  }
+  // Waits until the screen has given the window the keys: it tells so later, in the order in which it was asked.
+  void Activate(QWidget& window) {
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    window.setFocus();
+    Settle();
+  }
+  // Without a window manager a closed dialog leaves the keys to nobody, and the screen tells so up to 100 ms later.
+  void ActivateAfterDialog() {
+    QTest::qWait(150);
+    Activate(view());
+  }
+  // A second model, over the first.
+  Model& SecondModel() {
+    Run("NewModel(XPos=420,YPos=150,Width=330,Height=280);");
+    Activate(view(2));
+    return ModelNo(2);
+  }
+  void AddRows(int count) {
+    for (int row = 0; row < count; ++row) {
+      InsertRow(&ModelNo(1), RowCount(ModelNo(1)));
+      kalvex::Cell(ModelNo(1), RowCount(ModelNo(1)) - 1, Wo).value = 400 + 100 * row;
+    }
+    Settle();
+  }
+  QWidget& view(std::uint32_t number = 1) { return *keeper.modelWidget(number); }
+  QTableView& rows(std::uint32_t number = 1) { return *view(number).findChild<QTableView*>("rows"); }
+  ModelWindow& window() { return ModelNo(1).window; }
+  ModelParam& param(int row, int column) { return kalvex::Cell(ModelNo(1), row, column); }
+
+  void Press(Qt::Key key) {
+    QWidget* const to = QApplication::focusWidget() ? QApplication::focusWidget() : &view();
+    QTest::keyClick(to, key);
+    Settle();
+  }
+  void Press(std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) Press(key);
+  }
+  void Click(const char* button) {
+    auto* const found = Find<QAbstractButton>(button);
+    ASSERT_NE(found, nullptr) << button;
+    // A check box answers where its square and words are, however wide it is.
+    const bool check = qobject_cast<QCheckBox*>(found) != nullptr;
+    QTest::mouseClick(found, Qt::LeftButton, {}, check ? QPoint(7, found->height() / 2) : QPoint());
+    Settle();
+  }
+  QPoint Cell(int row, int column) { return rows().visualRect(rows().model()->index(row, column)).center(); }
+  void ClickCell(int row, int column, Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mouseClick(rows().viewport(), button, {}, Cell(row, column));
+    Settle();
+  }
+  void DoubleClickCell(int row, int column) {
+    QTest::mouseDClick(rows().viewport(), Qt::LeftButton, {}, Cell(row, column));
+    Settle();
+  }
+  QVariant Look(int row, int column, int role) { return rows().model()->index(row, column).data(role); }
+  std::string Shown(int row, int column) { return Look(row, column, Qt::DisplayRole).toString().toStdString(); }
+  // The field that is typed into, null if none is open.
+  QLineEdit* Editor() { return Find<QLineEdit>("editor"); }
+
+  // Answers the file dialog that opens next. Its title goes to asked.
+  void AnswerFileDialog(const QString& file) {
+    QTimer::singleShot(50, qApp, [this, file] {
+      auto* const dialog = Find<QFileDialog>("file");
+      ASSERT_NE(dialog, nullptr);
+      asked = dialog->windowTitle().toStdString();
+      auto* const name = dialog->findChild<QLineEdit*>("fileNameEdit");
+      name->setText(QDir::current().filePath(file));
+      QTest::keyClick(name, Qt::Key_Return);
+    });
+  }
+  std::string asked;
+};
+
+}  // namespace kalvex
