@@ -7,6 +7,7 @@
 
 #include "app/window_entry.h"
 #include "macro/run_macro.h"
+#include "windows/qt/icons.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"
 
@@ -39,12 +40,15 @@ int Run(Program& program, const char* macroFile) {
 }  // namespace
 }  // namespace kalvex
 
+constexpr int kGraphPicture = 2;  // a sheet of its own, seen on any ground
+
 int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, char** argv) {
   if (!kalvex::ScreenAnswers()) return -1;
   QApplication application(argc, argv);
   // Numbers in files and on the screen have a point everywhere; the toolkit has set the user's locale.
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
+  QApplication::setWindowIcon(kalvex::ToolIcon(kGraphPicture, Qt::white));
   const int status = kalvex::Run(program, macroFile);
   program.platform = kalvex::HeadlessPlatform();
   return status;

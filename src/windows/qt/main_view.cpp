@@ -5,6 +5,8 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QToolBar>
+#include <QWindow>
+#include <utility>
 
 #include "windows/main_window.h"
 #include "windows/qt/icons.h"
@@ -20,11 +22,13 @@ MainView::MainView(Keeper& keeper) : keeper_(keeper) {
     if (!menu) menu = menuBar()->addMenu(item.menu);
     AddCommand(menu->addAction(item.item), item.command);
   }
-  QToolBar* const bar = addToolBar(texts::kMainTitle);
-  bar->setMovable(false);
+  setContextMenuPolicy(Qt::PreventContextMenu);  // which would offer to hide the toolbar for good
+  bar_ = addToolBar(texts::kMainTitle);
+  bar_->setMovable(false);
   for (const texts::ToolButtonText& button : texts::kToolButtons) {
-    AddCommand(bar->addAction(ToolIcon(button.bitmap), button.tip), button.command);
+    AddCommand(bar_->addAction(button.tip), button.command);
   }
+  DrawIcons();
   placed_ = PlaceInRecord();
   resize(placed_.size());
   show();
@@ -38,6 +42,13 @@ void MainView::AddCommand(QAction* action, int command) {
     ChooseCommand(keeper_.program(), of);
     keeper_.Reconcile();
   });
+}
+
+void MainView::DrawIcons() {
+  const QColor ground = palette().color(QPalette::Window);
+  for (std::size_t k = 0; k < texts::kToolButtons.size(); ++k) {
+    bar_->actions()[static_cast<qsizetype>(k)]->setIcon(ToolIcon(texts::kToolButtons[k].bitmap, ground));
+  }
 }
 
 QAction* MainView::actionOf(int command) const {
@@ -76,13 +87,21 @@ void MainView::resizeEvent(QResizeEvent* event) {
   NotePlace();
 }
 
-void MainView::Refresh() {
-  const Program& program = keeper_.program();
+void MainView::FollowRecord() {
   if (PlaceInRecord() != placed_) {
     placed_ = PlaceInRecord();
-    move(placed_.topLeft());
+    asked_ = placed_.topLeft();
+    move(*asked_);
     resize(placed_.size());
   }
+  // A window that has not yet got its frame is moved without it, and the frame then stands above the place asked for.
+  if (!asked_ || windowHandle()->frameMargins().isNull()) return;
+  move(*std::exchange(asked_, std::nullopt));
+}
+
+void MainView::Refresh() {
+  const Program& program = keeper_.program();
+  FollowRecord();
   setWindowTitle(QString::fromStdString(program.mainWindow.title));
   for (const auto& [command, action] : actions_) {
     action->setEnabled(CommandAnswers(program, static_cast<MainCommand>(command)));
@@ -95,6 +114,11 @@ void MainView::Refresh() {
   }
   // Nothing is asked: no other window can refuse to close.
   if (program.mainWindow.quit) QCoreApplication::exit();
+}
+
+void MainView::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) DrawIcons();
 }
 
 void MainView::closeEvent(QCloseEvent* event) {

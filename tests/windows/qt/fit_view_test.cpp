@@ -27,10 +27,6 @@ class FitOnScreen : public OnScreen {
   FitWindow& window() { return program.fitWindow; }
   std::vector<ChiSqTerm>& terms() { return program.fit.list.terms; }
   void TwoTerms() { Run("AddChiSqTerm(DatasetNo=1,ModelNo=1);AddChiSqTerm(DatasetNo=2,ModelNo=1,Weight=2);"); }
-  void Press(const char* button) {
-    QTest::mouseClick(Find<QPushButton>(button), Qt::LeftButton);
-    Settle();
-  }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
   QTreeWidget& list() { return *Find<QTreeWidget>("fitTerms"); }
   // Acts once, from within the events that a run delivers.

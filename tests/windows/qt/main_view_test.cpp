@@ -9,7 +9,6 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QToolBar>
-#include <functional>
 
 #include "windows/main_window.h"
 #include "windows/qt/on_screen.h"
@@ -26,8 +25,6 @@ class MainOnScreen : public OnScreen {
     Action(command).trigger();
     Settle();
   }
-  // Does something as soon as a dialog has an event loop of its own.
-  static void Meanwhile(std::function<void()> act) { QTimer::singleShot(50, qApp, std::move(act)); }
 };
 
 TEST_F(MainOnScreen, HasItsMenuAndToolbarInOrder) {
