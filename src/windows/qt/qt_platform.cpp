@@ -120,8 +120,13 @@ std::string ProgramFolder(void*) {
   return QFile::encodeName(QCoreApplication::applicationDirPath() + '/').toStdString();
 }
 
+// The toolkit would say on standard error that the system has nothing to open it with.
 void OpenDocument(void*, const std::string& path) {
-  QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+  const QString file = QFile::decodeName(path.c_str());
+  if (!QFile::exists(file)) return;
+  const auto before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+  qInstallMessageHandler(before);
 }
 
 }  // namespace

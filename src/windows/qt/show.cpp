@@ -87,7 +87,10 @@ QIcon ColorSpot(std::uint32_t rgb) {
   pixmap.fill(Qt::gray);  // its edge, so that white and black are seen on any ground
   QPainter painter(&pixmap);
   painter.fillRect(1, 1, kSide - 2, kSide - 2, QColor::fromRgb(rgb | 0xFF000000u));
-  return QIcon(pixmap);
+  painter.end();
+  QIcon icon(pixmap);
+  icon.addPixmap(pixmap, QIcon::Selected);  // not mixed with the colour of the selection
+  return icon;
 }
 
 }  // namespace kalvex
