@@ -14,6 +14,11 @@
 #include "windows/window_texts.h"
 
 namespace kalvex {
+namespace {
+
+constexpr int kAboutIcon = 48;
+
+}  // namespace
 
 MainView::MainView(Keeper& keeper) : keeper_(keeper) {
   std::map<std::string, QMenu*> menus;
@@ -56,12 +61,17 @@ QAction* MainView::actionOf(int command) const {
   return found == actions_.end() ? nullptr : found->second;
 }
 
+// The box has no event loop of its own: a run of the fit goes on behind it.
 void MainView::ShowAbout() {
+  const bool open = keeper_.program().mainWindow.about;
+  if (!open || about_) return;
   const auto lines = AboutLines(KALVEX_VERSION, KALVEX_UPDATED);
-  QMessageBox::about(this, texts::kAboutTitle,
-                     QString::fromStdString(lines[0] + "<br>" + lines[1] + "<br>" + lines[2]));
-  CloseAbout(keeper_.program());
-  aboutShown_ = false;
+  about_ = new QMessageBox(QMessageBox::NoIcon, texts::kAboutTitle,
+                           QString::fromStdString(lines[0] + '\n' + lines[1] + '\n' + lines[2]), QMessageBox::Ok, this);
+  about_->setIconPixmap(windowIcon().pixmap(kAboutIcon));
+  about_->setAttribute(Qt::WA_DeleteOnClose);
+  QObject::connect(about_, &QMessageBox::finished, this, [this] { CloseAbout(keeper_.program()); });
+  about_->open();
 }
 
 QRect MainView::PlaceInRecord() const {
@@ -107,11 +117,7 @@ void MainView::Refresh() {
     action->setEnabled(CommandAnswers(program, static_cast<MainCommand>(command)));
     if (action->isCheckable()) action->setChecked(CommandIsOn(program, static_cast<MainCommand>(command)));
   }
-  if (program.mainWindow.about && !aboutShown_) {
-    aboutShown_ = true;  // once, from the event loop: the box has one of its own
-    QMetaObject::invokeMethod(
-        this, [this] { ShowAbout(); }, Qt::QueuedConnection);
-  }
+  ShowAbout();
   // Nothing is asked: no other window can refuse to close.
   if (program.mainWindow.quit) QCoreApplication::exit();
 }

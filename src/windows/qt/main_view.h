@@ -2,9 +2,11 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <map>
 #include <optional>
 
+class QMessageBox;
 class QToolBar;
 
 namespace kalvex {
@@ -37,7 +39,7 @@ class MainView : public QMainWindow {
   Keeper& keeper_;
   QToolBar* bar_ = nullptr;
   std::multimap<int, QAction*> actions_;
-  bool aboutShown_ = false;
+  QPointer<QMessageBox> about_;
   std::optional<QPoint> asked_;  // where a macro wants the window, until that is sure
   QRect placed_;                 // by the record as it was last followed; the system chooses the first place
 };

@@ -261,6 +261,30 @@ TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
   EXPECT_TRUE(looked);
 }
 
+TEST_F(FitOnScreen, ARunGoesOnBehindTheAboutBox) {
+  TwoTerms();
+  LetRunsBeLong();
+  int opened = -1;
+  QTimer eachTime;
+  QObject::connect(&eachTime, &QTimer::timeout, [&] {
+    if (!program.fit.FitRunning) return;
+    if (opened < 0) {
+      opened = program.fit.IterationCount;
+      ChooseCommand(program, MainCommand::kAbout);
+      return Settle();
+    }
+    if (program.fit.IterationCount < opened + 2) return;
+    ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+    QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
+  });
+  eachTime.start(0);
+  Press("fitStart");
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_GE(program.fit.IterationCount, opened + 2);
+  QApplication::activeModalWidget()->close();
+  EXPECT_FALSE(program.mainWindow.about);
+}
+
 TEST_F(FitOnScreen, ComesBackWhereItWasLeft) {
   auto* const fit = Find<QWidget>("fit");
   EXPECT_EQ(fit->pos(), QPoint(20, 200));
