@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QMessageBox>
 
 #include "windows/main_window.h"
 #include "windows/qt/on_screen.h"
@@ -31,6 +32,10 @@ class FileDialogsOnScreen : public OnScreen {
       auto* const kinds = dialog->findChild<QComboBox*>("fileTypeCombo");
       for (int k = 0; k < kinds->count(); ++k) rows << kinds->itemText(k);
       if (name.isEmpty()) return dialog->reject();
+      // A name that is refused is told in a box over the dialog, which would wait for ever.
+      Meanwhile([] {
+        if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) box->reject();
+      });
       dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
       QTest::keyClick(dialog->findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
       if (dialog->isVisible()) dialog->reject();
