@@ -18,15 +18,12 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   const auto program = std::make_unique<kalvex::Program>(line.threads > 0 ? line.threads : kalvex::ProcessorsAtHand());
   program->macro.verbose = line.verbose;
   program->showProgress = line.progress || isatty(STDERR_FILENO) != 0;
+  std::string fault = line.macroFile.empty() ? "no macro file is named, and there are no windows" : "";
   if (!line.headless && !line.check) {
-    std::string fault;
     if (const auto status = kalvex::RunInWindows(*program, line.macroFile, argc, argv, fault)) return *status;
-    if (!fault.empty()) std::fprintf(stderr, "kalvex: %s\n", fault.c_str());
   }
-  if (line.macroFile.empty()) {
-    std::fputs("kalvex: no macro file is named, and there are no windows\n", stderr);
-    return kRan;
-  }
+  if (!fault.empty()) std::fprintf(stderr, "kalvex: %s\n", fault.c_str());
+  if (line.macroFile.empty()) return kRan;
   const int result =
       line.check ? kalvex::CheckMacro(*program, line.macroFile) : kalvex::RunMacro(*program, line.macroFile);
   if (result >= 0) return kRan;

@@ -4,10 +4,13 @@
 #include "program/program.h"
 
 // Opens the windows, runs the macro if one is named, and stays until the main window is closed. Gives the exit status
-// of the program, or -1 where no screen answers: nothing has happened then.
-extern "C" int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, char** argv);
+// of the program, or -1 where there can be none: nothing has happened then. No screen that answers is no fault; what is
+// missing for one that does, is told in fault.
+extern "C" int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, char** argv,
+                                std::string& fault);
 
 namespace kalvex {
+inline constexpr const char* kNoWindows = "no windows: ";  // and why
 inline constexpr const char* kLayerEntry = "KalvexRunWindows";
 using LayerEntry = decltype(&KalvexRunWindows);
 }  // namespace kalvex

@@ -204,6 +204,18 @@ std::size_t FileNameStart(std::string_view path) {
 std::string_view FileNameOf(std::string_view path) { return path.substr(FileNameStart(path)); }
 std::string_view DirectoryOf(std::string_view path) { return path.substr(0, FileNameStart(path)); }
 
+std::string_view CutToBytes(std::string_view text, std::size_t most) {
+  constexpr std::size_t kLongestLetter = 4;
+  constexpr unsigned kLetterBegins = 0xC0;  // and the bytes that go on with it lie below
+  if (text.size() <= most) return text;
+  for (std::size_t end = most; most - end < kLongestLetter; --end) {
+    const auto byte = static_cast<unsigned char>(text[end]);
+    if (byte >= kLetterBegins) return text.substr(0, end);
+    if (byte < 0x80 || end == 0) break;  // no letter of several bytes
+  }
+  return text.substr(0, most);
+}
+
 const char* ParseReal(const char* first, const char* last, double& value) {
   const char* at = SkipSpace(first, last);
   const bool negative = at != last && *at == '-';

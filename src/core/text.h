@@ -22,6 +22,9 @@ std::string_view FileNameOf(std::string_view path);
 // Everything before the file name, its last separator included; empty for a bare name.
 std::string_view DirectoryOf(std::string_view path);
 
+// The text, cut to so many bytes where it is longer. A letter of several bytes (UTF-8) is not cut in two but left out.
+std::string_view CutToBytes(std::string_view text, std::size_t most);
+
 // Longest valid number at the start of [first, last), white space before it allowed, in the manner of strtod in the
 // C locale (decimal, hexadecimal, "inf", "nan"). Gives the place behind the number, or first if there is none, with
 // value left alone. A number too large for a double reads as infinity, one too small as 0.

@@ -185,7 +185,7 @@ const char* LoadDatasetRecord(Dataset& dataset, std::uint32_t& nextId) {
   const std::string_view fileName = FileNameOf(dataset.MasterFile);
   dataset.Quantity = QuantityOfFileName(fileName);
   dataset.id = nextId++;
-  dataset.name = fileName.substr(0, kDatasetNameSize);
+  dataset.name = CutToBytes(fileName, kDatasetNameSize);
   dataset.XMin = dataset.CutMin = dataset.points.front().x;
   dataset.XMax = dataset.CutMax = dataset.points.back().x;
   dataset.nActive = static_cast<int>(dataset.points.size());

@@ -78,7 +78,7 @@ std::string TitleOf(const std::string& format) {
     title += format[i];
     if (format[i] == '%' && i + 1 < format.size() && format[i + 1] == '%') ++i;
   }
-  return title.substr(0, kLongest);
+  return std::string(CutToBytes(title, kLongest));
 }
 
 void SetTitleIfGiven(const MacroCall& call, const char* name, std::string& title) {

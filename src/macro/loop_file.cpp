@@ -42,7 +42,7 @@ bool IsPlaceholder(std::string_view text, std::size_t i) {
 std::string Resolved(std::string_view text, const LoopRow& row, std::size_t length) {
   std::string out;
   const std::size_t end = std::min(text.size(), length);
-  for (std::size_t i = 0; i < end && out.size() < length; ++i) {
+  for (std::size_t i = 0; i < end; ++i) {
     if (!IsPlaceholder(text, i)) {
       out += text[i];
       continue;
@@ -50,8 +50,7 @@ std::string Resolved(std::string_view text, const LoopRow& row, std::size_t leng
     const auto column = static_cast<std::size_t>(text[++i] - '1');
     if (column < row.TokenCount()) out += LoopToken(row, column);
   }
-  out.resize(std::min(out.size(), length));
-  return out;
+  return std::string(CutToBytes(out, length));
 }
 
 }  // namespace

@@ -148,7 +148,7 @@ class Parser {
     if (!Take('"')) return FailHere("a text in quotes for " + std::string(param.name));
     const std::size_t end = text_.find('"', at_);
     if (end == std::string_view::npos) return Fail("a text that does not end", "'\"'");
-    slot.text = text_.substr(at_, std::min(end - at_, static_cast<std::size_t>(param.length)));
+    slot.text = CutToBytes(text_.substr(at_, end - at_), static_cast<std::size_t>(param.length));
     at_ = end + 1;
     return true;
   }

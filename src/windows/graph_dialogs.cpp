@@ -16,7 +16,7 @@ void Store(const AxisForm& form, Axis& axis) {
   axis.min = RealOf(form.min);
   axis.max = RealOf(form.max);
   axis.log = form.log;
-  axis.title = form.title.substr(0, kLongestTitle);
+  axis.title = CutToBytes(form.title, kLongestTitle);
   axis.titleShown = form.titleShown;
 }
 

@@ -222,7 +222,7 @@ inline constexpr FileQuestion kSaveModelFile = {"Save Model As", kModelFilters, 
 inline constexpr FileQuestion kLoadModelFile = {"Load Model", kModelFilters, "kvm"};
 inline constexpr FileQuestion kSaveVdfFile = {"Save VDF As", kVdfFilters, "kvv", true};
 inline constexpr FileQuestion kLoadVdfFile = {"Load VDF", kVdfFilters, "kvv"};
-inline constexpr FileQuestion kExportGraphFile = {"Export Graph to ASCII", kDatasetFilters, "kvm"};
+inline constexpr FileQuestion kExportGraphFile = {"Export Graph to ASCII", kDatasetFilters, "kvm", true};
 inline constexpr FileQuestion kSaveParamsFile = {"Save Parameters", kParamFilters, "kvp", true};
 inline constexpr FileQuestion kLoadParamsFile = {"Load Parameters", kParamFilters, "kvp"};
 

@@ -191,5 +191,20 @@ TEST(Text, PathsFallApartAtTheirLastSeparator) {
   }
 }
 
+TEST(Text, IsCutBetweenItsLetters) {
+  EXPECT_EQ(CutToBytes("abc", 3), "abc");
+  EXPECT_EQ(CutToBytes("abcd", 3), "abc");
+  EXPECT_EQ(CutToBytes("", 0), "");
+  EXPECT_EQ(CutToBytes("abc", 0), "");
+  const std::string letters = "a\u03C9\u20AC\U0001D714b";  // 1, 2, 3, 4 and 1 bytes
+  const std::size_t whole[] = {0, 1, 1, 3, 3, 3, 6, 6, 6, 6, 10, 11};
+  for (std::size_t most = 0; most <= letters.size(); ++most) {
+    EXPECT_EQ(CutToBytes(letters, most), letters.substr(0, whole[most])) << most;
+  }
+  // A text of another encoding is cut as it stands.
+  EXPECT_EQ(CutToBytes("a\x80\x80\x80\x80\x80\x80", 6), "a\x80\x80\x80\x80\x80");
+  EXPECT_EQ(CutToBytes("\x80\x80", 1), "\x80");
+}
+
 }  // namespace
 }  // namespace kalvex

@@ -284,6 +284,14 @@ TEST_F(Method, TheFoldersNameSaysNothingAboutTheQuantity) {
   EXPECT_EQ(Slot().Quantity, kE1);
 }
 
+TEST_F(Method, ALongNameIsCutBetweenItsLetters) {
+  std::string micro = "R";
+  for (int k = 0; k < 40; ++k) micro += "\u00B5";  // two bytes each
+  args.MasterFile = folder.Write(micro, "1 2\n");
+  ASSERT_EQ(Load(), "");
+  EXPECT_EQ(Slot().name, micro.substr(0, 49));
+}
+
 TEST_F(Method, AQuantityThatMatchesAShortNameOverridesTheFilesName) {
   for (int q = 0; q < kQuantityCount; ++q) {
     args.Quantity = kQuantityNames[static_cast<std::size_t>(q)].shortName;

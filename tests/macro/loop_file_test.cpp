@@ -182,6 +182,7 @@ TEST_F(Substitution, TextsEndAtTheirCapacity) {
   EXPECT_EQ(ShortText("%1", "0123456789abc"), "0123456789");
   EXPECT_EQ(ShortText("x%1x", "12345678"), "x12345678x");
   EXPECT_EQ(ShortText("12345678%1", "ab"), "12345678ab");
+  EXPECT_EQ(ShortText("12345678%1", "a\u03C9"), "12345678a");  // no half of a letter
   // A placeholder of which only the first character is inside the capacity is no placeholder.
   EXPECT_EQ(ShortText("123456789%1", "ab"), "123456789%");
 }

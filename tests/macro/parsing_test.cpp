@@ -136,6 +136,7 @@ TEST(Parsing, TextsAreCutToTheirCapacity) {
   EXPECT_EQ(text(""), "");
   EXPECT_EQ(text("0123456789"), "0123456789");
   EXPECT_EQ(text("0123456789abc"), "0123456789");
+  EXPECT_EQ(text("012345678\u03C9"), "012345678");  // no half of a letter
   EXPECT_EQ(SlotIn("FreeShape(Key=\"" + std::string(150, 'k') + "\");", "Key").text, std::string(100, 'k'));
   EXPECT_EQ(SlotIn("Echo(Text=\"" + std::string(999, 't') + "\");", "Text").text, std::string(200, 't'));
 }

@@ -17,10 +17,15 @@ std::string ShellQuoted(std::string_view text) {
 
 ProgramRun RunProgram(const ScratchFolder& folder, const std::vector<std::string>& args,
                       const std::vector<std::string>& environment) {
+  return RunCopy(KALVEX_PROGRAM, folder, args, environment);
+}
+
+ProgramRun RunCopy(const std::string& program, const ScratchFolder& folder, const std::vector<std::string>& args,
+                   const std::vector<std::string>& environment) {
   const ScratchFolder outputs;
   std::string command = "cd " + ShellQuoted(folder.Name()) + " && ";
   for (const std::string& setting : environment) command += ShellQuoted(setting).insert(0, "env ") + ' ';
-  command += ShellQuoted(KALVEX_PROGRAM);
+  command += ShellQuoted(program);
   for (const std::string& arg : args) command += ' ' + ShellQuoted(arg);
   command += " </dev/null >" + ShellQuoted(outputs.Path("out")) + " 2>" + ShellQuoted(outputs.Path("err"));
   const int raw = std::system(command.c_str());

@@ -18,6 +18,9 @@ struct ProgramRun {
 // Runs build/kalvex in the folder with these arguments. environment: "NAME=value" settings added to the test's own.
 ProgramRun RunProgram(const ScratchFolder& folder, const std::vector<std::string>& args,
                       const std::vector<std::string>& environment = {});
+// The same for a copy of it that lies elsewhere.
+ProgramRun RunCopy(const std::string& program, const ScratchFolder& folder, const std::vector<std::string>& args,
+                   const std::vector<std::string>& environment = {});
 
 // Writes the text as "macro.kvs" into the folder and runs it with --verbose.
 ProgramRun RunMacroText(const ScratchFolder& folder, std::string_view macro);

@@ -31,6 +31,18 @@ TEST_F(Graphs, PropertiesAreStoredAsTheyCanBeDrawn) {
   EXPECT_LT(graph.frame.left, 52);  // no title beside it
 }
 
+TEST_F(Graphs, ATitleIsCutBetweenItsLetters) {
+  Graph& graph = NewGraph();
+  GraphPropertiesForm form = PropertiesOf(graph);
+  std::string omegas;
+  for (int k = 0; k < 60; ++k) omegas += "\u03C9";  // two bytes each
+  form.X.title = omegas;
+  form.Y.title = 'x' + omegas;
+  StoreProperties(form, graph);
+  EXPECT_EQ(graph.X.title, omegas.substr(0, 98));
+  EXPECT_EQ(graph.Y.title, 'x' + omegas.substr(0, 98));
+}
+
 class ContentsDialog : public Graphs {
  protected:
   ContentsDialog() : graph(NewGraph()) {

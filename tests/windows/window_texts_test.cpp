@@ -186,6 +186,9 @@ TEST(WindowTexts, OfTheFileDialogs) {
   EXPECT_EQ(DialogText(texts::kLoadModelFile), "Load Model: Kalvex model files (*.KVM) *.kvm; kvm");
   EXPECT_EQ(DialogText(texts::kSaveVdfFile), "Save VDF As: Kalvex VDF files (*.KVV) *.kvv; kvv saves");
   EXPECT_EQ(DialogText(texts::kLoadVdfFile), "Load VDF: Kalvex VDF files (*.KVV) *.kvv; kvv");
+  EXPECT_EQ(
+      DialogText(texts::kExportGraphFile),
+      "Export Graph to ASCII: Data files (*.DAT) *.dat; Text files (*.TXT) *.txt; All files (*.*) *.*; kvm saves");
   EXPECT_EQ(DialogText(texts::kSaveParamsFile), "Save Parameters: Parameter files (*.KVP) *.kvp; kvp saves");
   EXPECT_EQ(DialogText(texts::kLoadParamsFile), "Load Parameters: Parameter files (*.KVP) *.kvp; kvp");
 }

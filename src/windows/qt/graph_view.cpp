@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QPainter>
+#include <cmath>
 
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
@@ -10,8 +11,17 @@
 #include "windows/qt/qt_canvas.h"
 
 namespace kalvex {
+namespace {
+
+// The pixel of the graph under the mouse, which a screen of finer pixels places between them.
+QPoint PixelAt(const QMouseEvent& event) {
+  return {static_cast<int>(std::floor(event.position().x())), static_cast<int>(std::floor(event.position().y()))};
+}
+
+}  // namespace
 
 GraphView::GraphView(Keeper& keeper, std::uint32_t number) : QWidget(nullptr), keeper_(keeper), number_(number) {
+  setObjectName(QString("graph%1").arg(number));
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   const Graph& of = *graph();
@@ -63,6 +73,8 @@ void GraphView::Refresh() {
 }
 
 void GraphView::paintEvent(QPaintEvent*) {
+  // The window has come to a screen of other pixels.
+  if (picture_.devicePixelRatio() != devicePixelRatioF()) Refresh();
   QPainter painter(this);
   painter.drawImage(QPoint(0, 0), picture_);
 }
@@ -89,14 +101,14 @@ void GraphView::closeEvent(QCloseEvent* event) {
 
 void GraphView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (const Graph* const of = graph()) {
-    DoublePressGraph(keeper_.desk(), *of, event->position().toPoint().x(), event->position().toPoint().y());
+    DoublePressGraph(keeper_.desk(), *of, PixelAt(*event).x(), PixelAt(*event).y());
   }
   keeper_.Reconcile();
 }
 
 void GraphView::mouseMoveEvent(QMouseEvent* event) {
   if (Graph* const of = graph()) {
-    MoveMouseOverGraph(keeper_.desk(), *of, event->position().toPoint().x(), event->position().toPoint().y());
+    MoveMouseOverGraph(keeper_.desk(), *of, PixelAt(*event).x(), PixelAt(*event).y());
     Refresh();
   }
 }

@@ -8,7 +8,16 @@ namespace kalvex {
 namespace {
 
 constexpr int kSide = 24;
-const QColor kInk(60, 70, 85), kRed(205, 60, 50), kBlue(50, 105, 190), kPaper(250, 250, 247);
+
+struct Inks {
+  QColor line, red, blue;
+};
+// For paper and other light ground, and for dark ground.
+const Inks kDark = {{60, 70, 85}, {205, 60, 50}, {50, 105, 190}};
+const Inks kLight = {{205, 212, 222}, {245, 125, 110}, {115, 170, 245}};
+const QColor kPaper(250, 250, 247);
+
+const Inks& InksOn(const QColor& ground) { return ground.lightness() < 128 ? kLight : kDark; }
 
 QPainterPath Curve(double top, double centre, double width) {
   QPainterPath path;
@@ -26,46 +35,46 @@ void Stroke(QPainter& painter, const QPainterPath& path, const QColor& color, do
 }
 
 void Sheet(QPainter& painter) {
-  painter.setPen(QPen(kInk, 1.2));
+  painter.setPen(QPen(kDark.line, 1.2));
   painter.setBrush(kPaper);
   painter.drawRoundedRect(QRectF(2.5, 2.5, 19, 19), 2, 2);
 }
 
 void Lines(QPainter& painter, int columns) {
-  painter.setPen(QPen(kInk, 1));
+  painter.setPen(QPen(kDark.line, 1));
   for (int y = 7; y <= 17; y += 5) painter.drawLine(QPointF(3, y), QPointF(21, y));
   for (int k = 1; k < columns; ++k)
     painter.drawLine(QPointF(2 + 20.0 * k / columns, 3), QPointF(2 + 20.0 * k / columns, 21));
 }
 
-void Axes(QPainter& painter) {
+void Axes(QPainter& painter, const Inks& inks) {
   QPainterPath path;
   path.moveTo(5, 5);
   path.lineTo(5, 19);
   path.lineTo(20, 19);
-  Stroke(painter, path, kInk, 1.2);
+  Stroke(painter, path, inks.line, 1.2);
 }
 
-void Points(QPainter& painter) {
+void Points(QPainter& painter, const Inks& inks) {
   painter.setPen(Qt::NoPen);
-  painter.setBrush(kInk);
+  painter.setBrush(inks.line);
   for (int x = 6; x <= 18; x += 3) {
     const double u = (x - 12) / 3.0;
     painter.drawEllipse(QPointF(x, 18 - 11 / (1 + u * u) + (x % 2 ? 0.8 : -0.8)), 1.1, 1.1);
   }
 }
 
-void Circle(QPainter& painter, bool whole) {
+void Circle(QPainter& painter, const Inks& inks, bool whole) {
   QPainterPath arc;
   arc.arcMoveTo(QRectF(5, 5, 14, 14), 60);
   arc.arcTo(QRectF(5, 5, 14, 14), 60, whole ? 300 : 240);
-  Stroke(painter, arc, kBlue, 2);
+  Stroke(painter, arc, inks.blue, 2);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(kBlue);
+  painter.setBrush(inks.blue);
   painter.drawPolygon(QPolygonF{QPointF(14, 2), QPointF(20, 6), QPointF(13.5, 9.5)});
 }
 
-void Draw(QPainter& painter, int number) {
+void Draw(QPainter& painter, const Inks& inks, int number) {
   switch (number) {
     case 1:  // a model: its table
       Sheet(painter);
@@ -73,45 +82,45 @@ void Draw(QPainter& painter, int number) {
       return;
     case 2:  // a graph
       Sheet(painter);
-      Axes(painter);
-      return Stroke(painter, Curve(12, 12, 2.6), kRed);
+      Axes(painter, kDark);
+      return Stroke(painter, Curve(12, 12, 2.6), kDark.red);
     case 3:  // the fit: points and a curve
-      Axes(painter);
-      Points(painter);
-      return Stroke(painter, Curve(11, 12, 3), kRed);
+      Axes(painter, inks);
+      Points(painter, inks);
+      return Stroke(painter, Curve(11, 12, 3), inks.red);
     case 4: {  // the parameter control: a slider
-      painter.setPen(QPen(kInk, 2));
+      painter.setPen(QPen(inks.line, 2));
       painter.drawLine(QPointF(12, 3), QPointF(12, 21));
-      painter.setPen(QPen(kInk, 1));
+      painter.setPen(QPen(inks.line, 1));
       for (int y = 4; y <= 20; y += 4) painter.drawLine(QPointF(5, y), QPointF(8, y));
-      painter.setBrush(kBlue);
+      painter.setBrush(inks.blue);
       painter.drawRoundedRect(QRectF(8, 9, 8, 5), 1, 1);
       return;
     }
     case 5:  // datasets: a list of points
       Sheet(painter);
-      return Points(painter);
+      return Points(painter, kDark);
     case 6: {  // the experiment: a beam on a surface
       QPainterPath beam;
       beam.moveTo(4, 4);
       beam.lineTo(12, 17);
       beam.lineTo(20, 4);
-      Stroke(painter, beam, kRed);
-      painter.setPen(QPen(kInk, 2.5));
+      Stroke(painter, beam, inks.red);
+      painter.setPen(QPen(inks.line, 2.5));
       painter.drawLine(QPointF(3, 19), QPointF(21, 19));
       return;
     }
     case 7:  // once
-      return Circle(painter, false);
+      return Circle(painter, inks, false);
     case 8: {  // always
-      Circle(painter, true);
-      painter.setBrush(kRed);
+      Circle(painter, inks, true);
+      painter.setBrush(inks.red);
       painter.drawEllipse(QPointF(12, 12), 2.5, 2.5);
       return;
     }
     case 9: {  // the reader: a cross on a curve
-      Stroke(painter, Curve(12, 12, 3), kRed);
-      painter.setPen(QPen(kInk, 1, Qt::DashLine));
+      Stroke(painter, Curve(12, 12, 3), inks.red);
+      painter.setPen(QPen(inks.line, 1, Qt::DashLine));
       painter.drawLine(QPointF(15, 3), QPointF(15, 21));
       painter.drawLine(QPointF(3, 12), QPointF(21, 12));
       return;
@@ -121,15 +130,15 @@ void Draw(QPainter& painter, int number) {
 
 }  // namespace
 
-QIcon ToolIcon(int number) {
+QIcon ToolIcon(int number, const QColor& ground) {
   QIcon icon;
-  for (const int scale : {1, 2}) {
+  for (const int scale : {1, 2, 3}) {
     QPixmap pixmap(kSide * scale, kSide * scale);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(scale, scale);
-    Draw(painter, number);
+    Draw(painter, InksOn(ground), number);
     painter.end();
     pixmap.setDevicePixelRatio(scale);
     icon.addPixmap(pixmap);

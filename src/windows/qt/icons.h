@@ -5,7 +5,7 @@
 
 namespace kalvex {
 
-// number: 1 to 9, as the toolbar counts them.
-QIcon ToolIcon(int number);
+// number: 1 to 9, as the toolbar counts them. ground: the colour on which it is to be seen.
+QIcon ToolIcon(int number, const QColor& ground);
 
 }  // namespace kalvex

@@ -1,27 +1,48 @@
 #include <xcb/xcb.h>
 
 #include <QApplication>
+#include <QFile>
+#include <QPluginLoader>
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
 
 #include "app/window_entry.h"
 #include "macro/run_macro.h"
+#include "windows/qt/icons.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"
 
 namespace kalvex {
 namespace {
 
-// The toolkit ends the process where it finds no screen, so this looks before. Who names a kind of screen to the
-// toolkit knows that there is one.
+// Who names a kind of screen to the toolkit knows that there is one.
+bool IsKindNamed() { return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"); }
+
+// The toolkit ends the process where it finds no screen, so this looks before.
 bool ScreenAnswers() {
-  const char* const kind = std::getenv("QT_QPA_PLATFORM");
-  if (kind && *kind) return true;
+  if (IsKindNamed()) return true;
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
   const bool answers = xcb_connection_has_error(connection) == 0;
   xcb_disconnect(connection);
   return answers;
+}
+
+// The toolkit ends the process, too, where its part for this kind of screen is not installed or cannot be loaded.
+// Gives what is missing, nothing if the part works.
+QString MissingForTheScreen() {
+  if (IsKindNamed()) return {};
+  const QString part = "platforms/libqxcb.so";
+  QStringList folders = QCoreApplication::libraryPaths();
+  const QString ownFolder = qEnvironmentVariable("QT_QPA_PLATFORM_PLUGIN_PATH");
+  if (!ownFolder.isEmpty()) folders = {ownFolder + "/.."};
+  QString reason = part + " is not installed";
+  for (const QString& folder : folders) {
+    if (!QFile::exists(folder + '/' + part)) continue;
+    QPluginLoader loader(folder + '/' + part);
+    if (loader.load()) return {};
+    reason = loader.errorString().simplified();
+  }
+  return reason;
 }
 
 int Run(Program& program, const char* macroFile) {
@@ -39,12 +60,19 @@ int Run(Program& program, const char* macroFile) {
 }  // namespace
 }  // namespace kalvex
 
-int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, char** argv) {
+constexpr int kGraphPicture = 2;  // a sheet of its own, seen on any ground
+
+int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, char** argv, std::string& fault) {
   if (!kalvex::ScreenAnswers()) return -1;
+  if (const QString missing = kalvex::MissingForTheScreen(); !missing.isEmpty()) {
+    fault = kalvex::kNoWindows + missing.toStdString();
+    return -1;
+  }
   QApplication application(argc, argv);
   // Numbers in files and on the screen have a point everywhere; the toolkit has set the user's locale.
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
+  QApplication::setWindowIcon(kalvex::ToolIcon(kGraphPicture, Qt::white));
   const int status = kalvex::Run(program, macroFile);
   program.platform = kalvex::HeadlessPlatform();
   return status;

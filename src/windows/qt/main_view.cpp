@@ -5,6 +5,8 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QToolBar>
+#include <QWindow>
+#include <utility>
 
 #include "windows/main_window.h"
 #include "windows/qt/icons.h"
@@ -12,6 +14,11 @@
 #include "windows/window_texts.h"
 
 namespace kalvex {
+namespace {
+
+constexpr int kAboutIcon = 48;
+
+}  // namespace
 
 MainView::MainView(Keeper& keeper) : keeper_(keeper) {
   std::map<std::string, QMenu*> menus;
@@ -20,11 +27,13 @@ MainView::MainView(Keeper& keeper) : keeper_(keeper) {
     if (!menu) menu = menuBar()->addMenu(item.menu);
     AddCommand(menu->addAction(item.item), item.command);
   }
-  QToolBar* const bar = addToolBar(texts::kMainTitle);
-  bar->setMovable(false);
+  setContextMenuPolicy(Qt::PreventContextMenu);  // which would offer to hide the toolbar for good
+  bar_ = addToolBar(texts::kMainTitle);
+  bar_->setMovable(false);
   for (const texts::ToolButtonText& button : texts::kToolButtons) {
-    AddCommand(bar->addAction(ToolIcon(button.bitmap), button.tip), button.command);
+    AddCommand(bar_->addAction(button.tip), button.command);
   }
+  DrawIcons();
   placed_ = PlaceInRecord();
   resize(placed_.size());
   show();
@@ -40,17 +49,29 @@ void MainView::AddCommand(QAction* action, int command) {
   });
 }
 
+void MainView::DrawIcons() {
+  const QColor ground = palette().color(QPalette::Window);
+  for (std::size_t k = 0; k < texts::kToolButtons.size(); ++k) {
+    bar_->actions()[static_cast<qsizetype>(k)]->setIcon(ToolIcon(texts::kToolButtons[k].bitmap, ground));
+  }
+}
+
 QAction* MainView::actionOf(int command) const {
   const auto found = actions_.find(command);
   return found == actions_.end() ? nullptr : found->second;
 }
 
+// The box has no event loop of its own: a run of the fit goes on behind it.
 void MainView::ShowAbout() {
+  const bool open = keeper_.program().mainWindow.about;
+  if (!open || about_) return;
   const auto lines = AboutLines(KALVEX_VERSION, KALVEX_UPDATED);
-  QMessageBox::about(this, texts::kAboutTitle,
-                     QString::fromStdString(lines[0] + "<br>" + lines[1] + "<br>" + lines[2]));
-  CloseAbout(keeper_.program());
-  aboutShown_ = false;
+  about_ = new QMessageBox(QMessageBox::NoIcon, texts::kAboutTitle,
+                           QString::fromStdString(lines[0] + '\n' + lines[1] + '\n' + lines[2]), QMessageBox::Ok, this);
+  about_->setIconPixmap(windowIcon().pixmap(kAboutIcon));
+  about_->setAttribute(Qt::WA_DeleteOnClose);
+  QObject::connect(about_, &QMessageBox::finished, this, [this] { CloseAbout(keeper_.program()); });
+  about_->open();
 }
 
 QRect MainView::PlaceInRecord() const {
@@ -76,25 +97,34 @@ void MainView::resizeEvent(QResizeEvent* event) {
   NotePlace();
 }
 
-void MainView::Refresh() {
-  const Program& program = keeper_.program();
+void MainView::FollowRecord() {
   if (PlaceInRecord() != placed_) {
     placed_ = PlaceInRecord();
-    move(placed_.topLeft());
+    asked_ = placed_.topLeft();
+    move(*asked_);
     resize(placed_.size());
   }
+  // A window that has not yet got its frame is moved without it, and the frame then stands above the place asked for.
+  if (!asked_ || windowHandle()->frameMargins().isNull()) return;
+  move(*std::exchange(asked_, std::nullopt));
+}
+
+void MainView::Refresh() {
+  const Program& program = keeper_.program();
+  FollowRecord();
   setWindowTitle(QString::fromStdString(program.mainWindow.title));
   for (const auto& [command, action] : actions_) {
     action->setEnabled(CommandAnswers(program, static_cast<MainCommand>(command)));
     if (action->isCheckable()) action->setChecked(CommandIsOn(program, static_cast<MainCommand>(command)));
   }
-  if (program.mainWindow.about && !aboutShown_) {
-    aboutShown_ = true;  // once, from the event loop: the box has one of its own
-    QMetaObject::invokeMethod(
-        this, [this] { ShowAbout(); }, Qt::QueuedConnection);
-  }
+  ShowAbout();
   // Nothing is asked: no other window can refuse to close.
   if (program.mainWindow.quit) QCoreApplication::exit();
+}
+
+void MainView::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) DrawIcons();
 }
 
 void MainView::closeEvent(QCloseEvent* event) {

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QThread>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -67,31 +68,50 @@ SuspendAnswer AskSuspend(void* self) {
     PressContinue(record);
   });
   QObject::connect(leave, &QPushButton::clicked, [&] { PressExitMacro(record); });
-  // The cross of the window leaves the question open: nobody has answered.
-  if (record.placed) dialog.move(record.x, record.y);
+  dialog.adjustSize();
+  const QPoint centred = dialog.screen()->availableGeometry().center() - dialog.rect().center();
+  dialog.move(record.placed ? QPoint(record.x, record.y) : centred);
   dialog.show();
   while (record.open && !keeper.program().mainWindow.quit) {
-    if (!dialog.isVisible()) PressContinue(record);
+    if (!dialog.isVisible()) PressContinue(record);  // the cross of the window
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
   PlaceSuspendDialog(record, dialog.x(), dialog.y());
   return AnswerOf(record);
 }
 
-std::optional<std::string> AskForFile(void* self, const FileQuestion& question, const std::string& folder) {
-  QStringList filters;
-  for (const FileFilter& filter : question.filters) {
-    // Text of the row, then the pattern in both cases of letters.
-    const QString pattern = Text(filter.pattern);
-    QString words = Text(filter.text);
-    words.truncate(words.indexOf(" ("));
-    filters << words + " (" + (pattern == "*.*" ? QString("*") : pattern + ' ' + pattern.toUpper()) + ')';
+// A name that is typed without an extension gets the usual one, unless a file has just that name.
+class FileDialog : public QFileDialog {
+ public:
+  FileDialog(QWidget* owner, const FileQuestion& question, const std::string& folder)
+      : QFileDialog(owner, question.title, QFile::decodeName(folder.c_str())), extension_(question.defaultExtension) {
+    setObjectName("file");
+    setOptions(DontConfirmOverwrite | HideNameFilterDetails);
+    setAcceptMode(question.forSaving ? AcceptSave : AcceptOpen);
+    setFileMode(question.forSaving ? AnyFile : ExistingFile);
+    QStringList rows;
+    for (const FileFilter& filter : question.filters) {
+      // What the row says, then, not shown, the pattern in both cases of letters.
+      const QString pattern = filter.pattern;
+      rows << QString(filter.text) + '(' + (pattern == "*.*" ? "*" : pattern + ' ' + pattern.toUpper()) + ')';
+    }
+    setNameFilters(rows);
   }
-  QFileDialog dialog(KeeperOf(self).mainWidget(), question.title, QString::fromStdString(folder), filters.join(";;"));
-  dialog.setObjectName("file");
-  dialog.setAcceptMode(question.forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(question.forSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+
+ protected:
+  void accept() override {
+    setDefaultSuffix({});
+    const QStringList chosen = selectedFiles();
+    if (!chosen.isEmpty() && !QFile::exists(chosen.front())) setDefaultSuffix(extension_);
+    QFileDialog::accept();
+  }
+
+ private:
+  QString extension_;
+};
+
+std::optional<std::string> AskForFile(void* self, const FileQuestion& question, const std::string& folder) {
+  FileDialog dialog(KeeperOf(self).mainWidget(), question, folder);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
 }
@@ -100,8 +120,13 @@ std::string ProgramFolder(void*) {
   return QFile::encodeName(QCoreApplication::applicationDirPath() + '/').toStdString();
 }
 
+// The toolkit would say on standard error that the system has nothing to open it with.
 void OpenDocument(void*, const std::string& path) {
-  QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+  const QString file = QFile::decodeName(path.c_str());
+  if (!QFile::exists(file)) return;
+  const auto before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+  qInstallMessageHandler(before);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "windows/qt/show.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -84,12 +85,16 @@ bool IsRowSelected(const QTreeWidget& list, std::size_t row) {
 
 QIcon ColorSpot(std::uint32_t rgb) {
   constexpr int kSide = 12;
-  QPixmap pixmap(kSide, kSide);
-  pixmap.fill(QColor::fromRgb(rgb | 0xFF000000u));
+  const qreal ratio = qApp->devicePixelRatio();
+  QPixmap pixmap(QSize(kSide, kSide) * ratio);
+  pixmap.setDevicePixelRatio(ratio);
+  pixmap.fill(Qt::gray);  // its edge, so that white and black are seen on any ground
   QPainter painter(&pixmap);
-  painter.setPen(Qt::gray);  // so that white and black are seen on any ground
-  painter.drawRect(0, 0, kSide - 1, kSide - 1);
-  return QIcon(pixmap);
+  painter.fillRect(1, 1, kSide - 2, kSide - 2, QColor::fromRgb(rgb | 0xFF000000u));
+  painter.end();
+  QIcon icon(pixmap);
+  icon.addPixmap(pixmap, QIcon::Selected);  // not mixed with the colour of the selection
+  return icon;
 }
 
 }  // namespace kalvex

@@ -27,10 +27,6 @@ class FitOnScreen : public OnScreen {
   FitWindow& window() { return program.fitWindow; }
   std::vector<ChiSqTerm>& terms() { return program.fit.list.terms; }
   void TwoTerms() { Run("AddChiSqTerm(DatasetNo=1,ModelNo=1);AddChiSqTerm(DatasetNo=2,ModelNo=1,Weight=2);"); }
-  void Press(const char* button) {
-    QTest::mouseClick(Find<QPushButton>(button), Qt::LeftButton);
-    Settle();
-  }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
   QTreeWidget& list() { return *Find<QTreeWidget>("fitTerms"); }
   // Acts once, from within the events that a run delivers.
@@ -263,6 +259,30 @@ TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
   eachTime.start(0);
   Press("fitStart");
   EXPECT_TRUE(looked);
+}
+
+TEST_F(FitOnScreen, ARunGoesOnBehindTheAboutBox) {
+  TwoTerms();
+  LetRunsBeLong();
+  int opened = -1;
+  QTimer eachTime;
+  QObject::connect(&eachTime, &QTimer::timeout, [&] {
+    if (!program.fit.FitRunning) return;
+    if (opened < 0) {
+      opened = program.fit.IterationCount;
+      ChooseCommand(program, MainCommand::kAbout);
+      return Settle();
+    }
+    if (program.fit.IterationCount < opened + 2) return;
+    ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+    QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
+  });
+  eachTime.start(0);
+  Press("fitStart");
+  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_GE(program.fit.IterationCount, opened + 2);
+  QApplication::activeModalWidget()->close();
+  EXPECT_FALSE(program.mainWindow.about);
 }
 
 TEST_F(FitOnScreen, ComesBackWhereItWasLeft) {

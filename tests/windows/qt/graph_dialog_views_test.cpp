@@ -24,11 +24,6 @@ class DialogsOfAGraph : public OnScreen {
     QTest::mouseDClick(keeper.graphWidget(number), Qt::LeftButton, {}, at);
     Settle();
   }
-  void Press(const char* button) {
-    auto* const pressed = Find<QAbstractButton>(button);
-    QTest::mouseClick(pressed, Qt::LeftButton, {}, QPoint(8, pressed->height() / 2));  // where a box has its tick
-    Settle();
-  }
   static Texts RowsOf(const QTreeWidget& list) {
     Texts rows;
     for (int k = 0; k < list.topLevelItemCount(); ++k) rows.push_back(list.topLevelItem(k)->text(0).toStdString());

@@ -1,5 +1,7 @@
 #include "windows/qt/graph_view.h"
 
+#include <QMouseEvent>
+
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
 #include "windows/qt/on_screen.h"
@@ -17,7 +19,8 @@ class GraphOnScreen : public OnScreen {
   GraphView& view() { return *dynamic_cast<GraphView*>(keeper.graphWidget(1)); }
   QImage PaintedWhole() {
     Graph copy = GraphNo(1);
-    QImage image(copy.Width, copy.Height, QImage::Format_RGB32);
+    QImage image(QSize(copy.Width, copy.Height) * view().devicePixelRatioF(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(view().devicePixelRatioF());
     QtCanvas canvas(image);
     PaintGraph(copy, program.eval, canvas.Filled());
     return image;
@@ -42,6 +45,23 @@ TEST_F(GraphOnScreen, HasAnotherFrameInAnotherSize) {
   Settle();
   EXPECT_EQ(GraphNo(1).Width, 700);
   EXPECT_EQ(view().picture(), PaintedWhole());
+}
+
+TEST_F(GraphOnScreen, HasAllPixelsOfTheScreen) {
+  EXPECT_EQ(view().picture().size(), QSize(500, 400) * view().devicePixelRatioF());
+  EXPECT_EQ(view().grab().toImage().convertToFormat(QImage::Format_RGB32), view().picture());
+}
+
+TEST_F(GraphOnScreen, ThePixelUnderTheMouseIsReadWhereverInItTheMouseIs) {
+  program.GraphReader = true;
+  const PlotFrame& frame = GraphNo(1).frame;
+  for (const double within : {0.0, 0.25, 0.5, 0.75}) {
+    const QPointF at(frame.left + 30 + within, frame.bottom - 20 + within);
+    QMouseEvent move(QEvent::MouseMove, at, view().mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&view(), &move);
+    EXPECT_EQ(GraphNo(1).readerColumn, 30) << within;
+    EXPECT_EQ(GraphNo(1).readerRow, 20) << within;
+  }
 }
 
 TEST_F(GraphOnScreen, ShowsTheReaderWhileItIsSwitchedOn) {

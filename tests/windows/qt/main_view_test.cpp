@@ -7,9 +7,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QToolBar>
-#include <functional>
 
 #include "windows/main_window.h"
 #include "windows/qt/on_screen.h"
@@ -26,8 +26,6 @@ class MainOnScreen : public OnScreen {
     Action(command).trigger();
     Settle();
   }
-  // Does something as soon as a dialog has an event loop of its own.
-  static void Meanwhile(std::function<void()> act) { QTimer::singleShot(50, qApp, std::move(act)); }
 };
 
 TEST_F(MainOnScreen, HasItsMenuAndToolbarInOrder) {
@@ -133,6 +131,26 @@ TEST_F(MainOnScreen, AboutNamesTheProgramAndItsVersion) {
   EXPECT_TRUE(text.startsWith("Kalvex - software to fit optical spectra"));
   EXPECT_TRUE(text.contains("Version: "));
   EXPECT_FALSE(program.mainWindow.about);
+}
+
+TEST_F(MainOnScreen, TheManualIsOpenedByWhateverTheSystemHasForIt) {
+  const QTemporaryDir programs;  // the toolkit finds no program in a folder with a blank in its name
+  QFile opener(programs.filePath("xdg-open"));
+  ASSERT_TRUE(opener.open(QFile::WriteOnly));
+  opener.write("#!/bin/sh\necho \"$1\" >opened\n");
+  opener.close();
+  opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", programs.path().toUtf8() + ':' + path);
+  program.platform.programFolder = [](void*) { return QDir::currentPath().toStdString() + '/'; };
+  Choose(MainCommand::kManual);
+  QTest::qWait(50);
+  EXPECT_FALSE(folder.Has("opened"));  // there is none
+  folder.Write("Manual.pdf", "%PDF");
+  Choose(MainCommand::kManual);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return folder.Has("opened") && folder.Read("opened").ends_with('\n'); }));
+  EXPECT_TRUE(folder.Read("opened").ends_with("/Manual.pdf\n")) << folder.Read("opened");
+  qputenv("PATH", path);
 }
 
 TEST_F(MainOnScreen, ClosedItEndsTheProgramAndAskedNothing) {

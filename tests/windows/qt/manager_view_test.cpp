@@ -19,10 +19,6 @@ class ManagerOnScreen : public OnScreen {
     Settle();
   }
   Dataset& Slot(int slot) { return *DatasetInSlot(program.datasets, slot); }
-  void Press(const char* button) {
-    QTest::mouseClick(Find<QAbstractButton>(button), Qt::LeftButton);
-    Settle();
-  }
 };
 
 TEST_F(ManagerOnScreen, ShowsTheFirstTenSlots) {

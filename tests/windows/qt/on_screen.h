@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
+#include <functional>
 
 #include "graphs/graph_table.h"
 #include "macro/run_macro.h"
@@ -21,7 +23,10 @@ namespace kalvex {
 
 class OnScreen : public testing::Test {
  protected:
-  OnScreen() : inside(folder.Name()), keeper(program) { program.platform = QtPlatform(keeper); }
+  // threads: how many may compute at once.
+  explicit OnScreen(int threads = 1) : inside(folder.Name()), program(threads), keeper(program) {
+    program.platform = QtPlatform(keeper);
+  }
   ~OnScreen() override {
     program.platform = HeadlessPlatform();
     // After a quit the toolkit refuses all further event loops, dialogs among them, until its own has run once more.
@@ -52,6 +57,16 @@ class OnScreen : public testing::Test {
     }
     return nullptr;
   }
+
+  // Presses a button or a box, where the latter has its tick.
+  void Press(const char* name) {
+    auto* const button = Find<QAbstractButton>(name);
+    ASSERT_NE(button, nullptr) << name;
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+    Settle();
+  }
+  // Does something as soon as a dialog has an event loop of its own.
+  static void Meanwhile(std::function<void()> act) { QTimer::singleShot(50, qApp, std::move(act)); }
 
   // Types over what a field holds.
   void Type(const char* field, const char* text) {
