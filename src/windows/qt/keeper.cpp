@@ -81,21 +81,13 @@ void Keeper::ReconcileSingle(std::unique_ptr<View>& view, bool open) {
   if (view) view->Refresh();
 }
 
-template <class View>
-void Keeper::ReconcileOne(std::unique_ptr<View>& view, bool open) {
-  if (!open && view) Retire(view.release());
-  if (!open) return;
-  if (!view) view = std::make_unique<View>(*this);
-  view->Refresh();
-}
-
 void Keeper::ReconcileAll() {
   main_->Refresh();
   ReconcileGraphs();
   ReconcileSingle(manager_, program_.datasetManager.open);
   ReconcileSingle(fit_, program_.fitWindow.open);
-  ReconcileOne(paramControl_, program_.paramControl.open);
-  ReconcileOne(expParams_, program_.expParamsWindow.open);
+  ReconcileSingle(paramControl_, program_.paramControl.open);
+  ReconcileSingle(expParams_, program_.expParamsWindow.open);
   ReconcileModels();
 }
 

@@ -48,9 +48,6 @@ class Keeper {
   // A window of which there is one: made when it is first opened.
   template <class View>
   void ReconcileSingle(std::unique_ptr<View>& view, bool open);
-  // The same for one that goes with its record.
-  template <class View>
-  void ReconcileOne(std::unique_ptr<View>& view, bool open);
   template <class View, class IsGone>
   void RetireIf(std::map<std::uint32_t, std::unique_ptr<View>>& views, IsGone isGone);
   // Takes a window off the screen. It is deleted later, since it may be its own handler that is at work.
