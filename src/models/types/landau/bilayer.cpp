@@ -87,7 +87,7 @@ void PrepareBilayer(const TypeInputs<T>& in, bool withoutFieldToo, FieldTables<T
 template <class T>
 SheetTensor<T> BilayerTensor(const TypeInputs<T>& in, const LadderTable<T>& table, bool reversed) {
   const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kBroadening]};
-  SheetTensor<T> tensor = LadderTensor(table, z, reversed);
+  SheetTensor<T> tensor = LadderTensor(table, z, reversed, in.ahead());
   tensor.xx += Complex<T>{in[kBackground], T(0)};
   return tensor;
 }
@@ -273,7 +273,7 @@ struct Graphite {
   static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q) {
     if (in.x == 0) return;
     const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kGraphiteWidth]};
-    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, in.value(kGraphiteB) < 0);
+    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, in.value(kGraphiteB) < 0, in.ahead());
     const Complex<T> xx = tensor.xx + in[kGraphiteBackground];
     const Complex<T> xy = (in.value(kGraphiteB) != 0 ? tensor.xy : Complex<T>{}) + in[kGraphiteHall];
     const Circular<T> sigma = CircularOf(xx, xy);
