@@ -23,6 +23,7 @@ BlockFiller::BlockFiller(EvalContext& ctx, Model& model, const SpectrumRequest& 
 int BlockFiller::FillOneByOne(SpectrumBlock& block) {
   int status = 0;
   for (std::size_t i = 0; i < block.count; ++i) {
+    ctx_.typeScratch.ahead = request_.x.subspan(block.first + i, block.count - i);
     const QuantitySet wanted = request_.wanted[block.first + i];
     WantOnly(ctx_.quantities, wanted);
     if (const int failed = EvalModel(ctx_, model_, request_.x[block.first + i], request_.derivatives)) status = failed;
@@ -34,6 +35,7 @@ int BlockFiller::FillOneByOne(SpectrumBlock& block) {
       }
     }
   }
+  ctx_.typeScratch.ahead = {};
   return status;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <span>
 #include <typeindex>
 #include <vector>
 
@@ -24,6 +25,7 @@ inline constexpr int kTypeLanes = 8;
 using TypeDual = Dual<kTypeLanes>;
 
 struct TypeScratch {
+  std::span<const double> ahead;   // as in the stack
   std::vector<double> raw;         // of each input: the number in its cell
   std::vector<Cplx> at;            // the response, the number itself, or the value of the dataset
   std::vector<Model*> partner;     // null where the input is no model
@@ -42,6 +44,8 @@ struct TypeScratch {
 struct TypeScratchStack {
   std::deque<TypeScratch> levels;  // a deque, since an evaluation holds on to its level while deeper ones are added
   std::size_t depth = 0;
+  // The frequency at which a spectrum stands and those it comes to next; empty where that is not known.
+  std::span<const double> ahead;
   std::map<std::uint32_t, std::any> caches;    // by the model's number
   std::map<std::type_index, std::any> shared;  // by what it is: kept for all models of a type together
 };

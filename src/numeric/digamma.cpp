@@ -1,7 +1,10 @@
 #include "numeric/digamma.h"
 
+#include <algorithm>
 #include <array>
 #include <numbers>
+
+#include "core/vector_clones.h"
 
 namespace kalvex {
 namespace {
@@ -61,7 +64,69 @@ Cplx PiCotangent(const Cplx& z) {
   return -TimesI((1.0 + q) / (1.0 - q)) * kPi;
 }
 
+constexpr std::size_t kGroup = 8;
+typedef double Pack __attribute__((vector_size(kGroup * sizeof(double))));
+
+// Aligned as the widest of the clones has it.
+struct alignas(sizeof(Pack)) ComplexPack {
+  Pack re, im;
+};
+
+// As Polygammas for n = 1 and 2, in all lanes at once; z becomes the place at which the series is taken.
+KALVEX_VECTOR_CLONES void GroupOfTrigammas(ComplexPack& z, ComplexPack& value, ComplexPack& slope) {
+  constexpr double kFarEnough = 10 * 10;  // for these two, with all ten terms
+  Pack valueRe{}, valueIm{}, slopeRe{}, slopeIm{}, re = z.re;
+  const Pack im = z.im, one = Pack{} + 1, none{};
+  for (;;) {
+    const Pack norm = re * re + im * im;
+    const auto near = norm < kFarEnough;
+    bool any = false;
+    for (std::size_t i = 0; i < kGroup; ++i) any = any || near[i];
+    if (!any) break;
+    const Pack step = near ? one : none, ir = step * re / norm, ii = -(step * im) / norm;
+    const Pack r2 = ir * ir - ii * ii, i2 = 2 * ir * ii;
+    valueRe += r2;
+    valueIm += i2;
+    slopeRe -= 2 * (r2 * ir - i2 * ii);
+    slopeIm -= 2 * (r2 * ii + i2 * ir);
+    re += step;
+  }
+  const Pack norm = re * re + im * im, ir = re / norm, ii = -im / norm;
+  const Pack r2 = ir * ir - ii * ii, i2 = 2 * ir * ii;
+  // By Horner's rule in z^-2: psi' = 1/z + 1/(2z^2) + sum/z, psi'' = -1/z^2 - 1/z^3 - sum/z^2.
+  Pack aRe{}, aIm{}, bRe{}, bIm{};
+  for (std::size_t k = std::size(kBernoulli); k-- > 0;) {
+    const Pack ar = aRe + kSeries[1][k], br = bRe + kSeries[2][k];
+    aRe = ar * r2 - aIm * i2;
+    aIm = ar * i2 + aIm * r2;
+    bRe = br * r2 - bIm * i2;
+    bIm = br * i2 + bIm * r2;
+  }
+  aRe += 1 + 0.5 * ir;
+  aIm += 0.5 * ii;
+  bRe += 1 + ir;
+  bIm += ii;
+  value = {valueRe + (aRe * ir - aIm * ii), valueIm + (aRe * ii + aIm * ir)};
+  slope = {slopeRe - (bRe * r2 - bIm * i2), slopeIm - (bRe * i2 + bIm * r2)};
+}
+
 }  // namespace
+
+void Trigammas(std::span<const Cplx> z, std::span<Cplx> values, std::span<Cplx> slopes) {
+  for (std::size_t first = 0; first < z.size(); first += kGroup) {
+    ComplexPack at, value, slope;
+    for (std::size_t i = 0; i < kGroup; ++i) {
+      const Cplx& of = z[std::min(first + i, z.size() - 1)];
+      at.re[i] = of.re;
+      at.im[i] = of.im;
+    }
+    GroupOfTrigammas(at, value, slope);
+    for (std::size_t i = 0; i < kGroup && first + i < z.size(); ++i) {
+      values[first + i] = {value.re[i], value.im[i]};
+      slopes[first + i] = {slope.re[i], slope.im[i]};
+    }
+  }
+}
 
 // Recurrence psi(z) = psi(z + 1) - 1/z up to the asymptotic series.
 void Polygammas(const Cplx& z, std::span<Cplx> out) {

@@ -11,6 +11,9 @@ namespace kalvex {
 Cplx Digamma(const Cplx& z);
 Cplx Trigamma(const Cplx& z);
 
+// psi' and psi'' of many z, eight at a time, to some 1e-13 where Re z > 0.
+void Trigammas(std::span<const Cplx> z, std::span<Cplx> values, std::span<Cplx> slopes);
+
 inline constexpr int kMostPolygammas = 8;
 
 // psi, psi', psi'', ... at once, at most kMostPolygammas of them, for Re z > 0; out[n] is the n-th derivative.

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "support/tolerances.h"
 
@@ -46,6 +47,22 @@ TEST(Digamma, HigherOnesAreDerivativesOfTheLower) {
     const Cplx slope = (high[n] - low[n]) / (2 * h);
     EXPECT_NEAR(at[n + 1].re, slope.re, 1e-5 * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
     EXPECT_NEAR(at[n + 1].im, slope.im, 1e-5 * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
+  }
+}
+
+TEST(Digamma, ManyTrigammasAreThoseOfOneNumberEach) {
+  std::vector<Cplx> z;
+  for (const double x : {1e-3, 0.5, 3.2, 9.99, 40.0}) {
+    for (const double y : {-30.0, -1.5, 0.0, 0.2, 7.0, 500.0}) z.push_back({x, y});
+  }
+  z.pop_back();  // no multiple of the numbers that go together
+  std::vector<Cplx> values(z.size()), slopes(z.size());
+  Trigammas(z, values, slopes);
+  for (std::size_t i = 0; i < z.size(); ++i) {
+    std::array<Cplx, 3> psi;
+    Polygammas(z[i], psi);
+    EXPECT_NEAR(Abs(values[i] - psi[1]), 0, 1e-14 * Abs(psi[1])) << z[i].re << ' ' << z[i].im;
+    EXPECT_NEAR(Abs(slopes[i] - psi[2]), 0, 1e-13 * Abs(psi[2])) << z[i].re << ' ' << z[i].im;
   }
 }
 

@@ -219,10 +219,14 @@ std::string PageOf(const ModelType& type) {
   text += std::string("\n## Formula\n\n```\n") + type.page.formula + "\n```\n\nSource: " + type.page.source +
           ".\n\n## Results\n\n";
   AppendFills(type, text);
-  text += "\n## Macro\n\n```\n";
+  return text + "\n## Macro\n\n```\n" + MacroOf(type) + "```\n";
+}
+
+std::string MacroOf(const ModelType& type) {
+  std::string text;
   Numbers numbers;
   AppendModel(type, type.name, numbers, text);
-  return text + "```\n";
+  return text;
 }
 
 }  // namespace kalvex

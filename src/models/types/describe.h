@@ -15,6 +15,8 @@ std::string ListOfTypes();
 // The same as a page with links, and the page of one type, in Markdown.
 std::string IndexOfTypes();
 std::string PageOf(const ModelType& type);
+// The macro on that page: it sets up a model of the type, the last one it makes, with everything that it names.
+std::string MacroOf(const ModelType& type);
 
 // What an element of the rows means in a model of this type, null if the type does not read it.
 const RowCell* CellAt(const RowMap& map, int row, int column);

@@ -18,7 +18,9 @@ constexpr auto kSlots = static_cast<std::size_t>(kQuantityCount);
 TypeScratch& NextLevel(EvalContext& ctx) {
   TypeScratchStack& stack = ctx.typeScratch;
   if (stack.levels.size() == stack.depth) stack.levels.emplace_back();
-  return stack.levels[stack.depth++];
+  TypeScratch& level = stack.levels[stack.depth++];
+  level.ahead = stack.ahead;
+  return level;
 }
 
 bool HasFreeParam(Model& model) {

@@ -50,6 +50,11 @@ class TypeInputs {
   TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency);
 
   double x;
+  // x and the frequencies that are asked for next, so that what a table gives can be made for several of them at once.
+  std::span<const double> ahead() const {
+    const bool stands = !scratch_.ahead.empty() && scratch_.ahead.front() == x;
+    return stands ? scratch_.ahead : std::span<const double>(&x, 1);
+  }
   // Response of a partner.
   const Complex<T>& eps(int i) const { return values_[static_cast<std::size_t>(i)]; }
   // A number that can be fitted.

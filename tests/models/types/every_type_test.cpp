@@ -107,6 +107,37 @@ TEST_P(EveryType, GivesTheSameForOneQuantityAsForAll) {
   for (const int q : s.Filled()) EXPECT_EQ(s.Value(q, s.x), all[static_cast<std::size_t>(q)].value) << q;
 }
 
+// A number, a setting too, of any model of a sample.
+void Change(TypeSample& s, std::size_t place) {
+  for (Model& model : s.program.params.models) {
+    if (model.number == 0) continue;
+    if (place < model.rows.size()) {
+      ModelParam& param = model.rows[place];
+      param.value = param.adjustable ? 1.01 * param.value : param.value + 1;
+      return;
+    }
+    place -= model.rows.size();
+  }
+}
+
+// What is kept from frequency to frequency is made of the numbers.
+TEST_P(EveryType, KeepsNothingOfNumbersThatHaveChanged) {
+  TypeSample kept(type(), 1);
+  std::size_t places = 0;
+  for (const Model& model : kept.program.params.models) places += model.number != 0 ? model.rows.size() : 0;
+  for (std::size_t place = 0; place < places; ++place) {
+    TypeSample before(type(), 1), fresh(type(), 1);
+    for (const int q : before.Filled()) before.Value(q, before.x);
+    Change(before, place);
+    Change(fresh, place);
+    for (const int q : before.Filled()) {
+      const double value = fresh.Value(q, fresh.x), again = before.Value(q, before.x);
+      if (std::isnan(value) && std::isnan(again)) continue;
+      EXPECT_EQ(again, value) << "Quantity " << q << ", number " << place;
+    }
+  }
+}
+
 // What has no value by definition: a ratio of the rotating analyser's for light that is not reflected at all, and a
 // dipole at the height 0.
 bool HasNoValue(const ModelType& type, int quantity, const std::string& edge) {

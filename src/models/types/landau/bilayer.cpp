@@ -87,7 +87,7 @@ void PrepareBilayer(const TypeInputs<T>& in, bool withoutFieldToo, FieldTables<T
 template <class T>
 SheetTensor<T> BilayerTensor(const TypeInputs<T>& in, const LadderTable<T>& table, bool reversed) {
   const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kBroadening]};
-  SheetTensor<T> tensor = LadderTensor(table, z, reversed);
+  SheetTensor<T> tensor = LadderTensor(table, z, reversed, in.ahead());
   tensor.xx += Complex<T>{in[kBackground], T(0)};
   return tensor;
 }
@@ -273,7 +273,7 @@ struct Graphite {
   static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q) {
     if (in.x == 0) return;
     const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kGraphiteWidth]};
-    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, in.value(kGraphiteB) < 0);
+    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, in.value(kGraphiteB) < 0, in.ahead());
     const Complex<T> xx = tensor.xx + in[kGraphiteBackground];
     const Complex<T> xy = (in.value(kGraphiteB) != 0 ? tensor.xy : Complex<T>{}) + in[kGraphiteHall];
     const Circular<T> sigma = CircularOf(xx, xy);
@@ -292,7 +292,7 @@ int ReadPartner(EvalContext& ctx, Model& partner, Read read) {
   TypeRun run(ctx, partner, type->map, type->fills);
   if (run.ReadRows() != 0) return -1;
   for (std::size_t i = 0; i < run.InputCount(); ++i) run.scratch().at[i] = {run.scratch().raw[i], 0};
-  read(TypeInputs<double>(run.scratch(), type->map, 0));
+  read(TypeInputs<double>(run.scratch(), type->map, 0), run.scratch().raw);
   return 0;
 }
 
@@ -307,16 +307,27 @@ constexpr SlotUse kBilayerLevelFills[] = {{kRefl, "energy of the level in one va
 constexpr RowMap kBilayerLevelsMap{
     .rows = Exactly(1), .head = kBilayerLevelsHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
+struct BilayerLevelsKept {
+  std::vector<double> numbers;  // of the partner
+  std::vector<double> inOneValley, inTheOther;
+};
+
 int EvaluateBilayerLevels(EvalContext& ctx, Model& model, double x, bool) {
   TypeRun run(ctx, model, kBilayerLevelsMap, kBilayerLevelFills);
   if (const int status = run.ReadRows()) return status;
+  auto& levels = CacheOf<BilayerLevelsKept>(ctx, model);
   Slots<double> q{};
-  const int status = ReadPartner(ctx, *run.scratch().partner[0], [&](const TypeInputs<double>& in) {
-    const double eps = LadderUnit(in[kField], kVelocityPerHopping * in[kG0]);
-    const int highest = LevelsOf(in.value(kHighest));
-    q[kRefl] = LevelAt(BilayerEnergies(BandsOf(in, 1), eps, highest), x);
-    q[kTrans] = LevelAt(BilayerEnergies(BandsOf(in, -1), eps, highest), x);
-  });
+  const int status = ReadPartner(ctx, *run.scratch().partner[0],
+                                 [&](const TypeInputs<double>& in, const std::vector<double>& numbers) {
+                                   if (levels.numbers != numbers) {
+                                     const double eps = LadderUnit(in[kField], kVelocityPerHopping * in[kG0]);
+                                     const int highest = LevelsOf(in.value(kHighest));
+                                     levels = {numbers, BilayerEnergies(BandsOf(in, 1), eps, highest),
+                                               BilayerEnergies(BandsOf(in, -1), eps, highest)};
+                                   }
+                                   q[kRefl] = LevelAt(levels.inOneValley, x);
+                                   q[kTrans] = LevelAt(levels.inTheOther, x);
+                                 });
   if (status == 0) run.Store(q);
   return status;
 }
@@ -341,11 +352,12 @@ int EvaluateGraphiteLevels(EvalContext& ctx, Model& model, double x, bool) {
   const bool byField = own.setting(kByField) == 1;
   const double index = own.value(kLevelIndex);
   Slots<double> q{};
-  const int status = ReadPartner(ctx, *run.scratch().partner[kGraphiteModel], [&](const TypeInputs<double>& in) {
-    const double eps = GraphiteUnit(in, byField ? x : in[kGraphiteB]);
-    const auto bands = GraphiteBands(in, byField ? 0 : x);
-    q[kRefl] = LevelAt(BilayerEnergies(bands, eps, LevelsOf(in.value(kGraphiteHighest))), index);
-  });
+  const int status = ReadPartner(
+      ctx, *run.scratch().partner[kGraphiteModel], [&](const TypeInputs<double>& in, const std::vector<double>&) {
+        const double eps = GraphiteUnit(in, byField ? x : in[kGraphiteB]);
+        const auto bands = GraphiteBands(in, byField ? 0 : x);
+        q[kRefl] = LevelAt(BilayerEnergies(bands, eps, LevelsOf(in.value(kGraphiteHighest))), index);
+      });
   if (status == 0) run.Store(q);
   return status;
 }

@@ -65,7 +65,7 @@ struct GrapheneMagnetooptics {
     const double w = kElectronvoltPerWavenumber * in.x;
     for (const auto& carriers : table.carriers) {
       const Complex<T> W{T(w), T(2) * carriers.width};
-      const LadderSums<T> sums = SumLadder(carriers.ladder, W);
+      const LadderSums<T> sums = SumLadder(carriers.ladder, W, in.ahead());
       const Complex<T> xx = -TimesI(W * sums.diagonal * carriers.perDiagonal), xy = sums.hall * carriers.perHall;
       q[kS1] += carriers.weight * xx.re;
       q[kS2] += carriers.weight * xx.im;
@@ -182,7 +182,7 @@ struct GrapheneCircular {
     const Complex<T> background{in[kBackground], T(0)}, hall{in[kHallBackground], T(0)};
     const SheetTensor<T> band = ChiralBand(z, in[kGap], in[kPotential], 1);
     const Complex<T> zeroField = T(4) * band.xx + background;
-    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, ValueOf(in[kField]) < 0);
+    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, ValueOf(in[kField]) < 0, in.ahead());
     const Circular<T> sigma = CircularOf(table.inField ? tensor.xx + background : zeroField, tensor.xy + hall);
     FillSheetOnSubstrate(sigma, zeroField, in[kLayers], Sqrt(in.eps(kSubstrate)), q);
   }

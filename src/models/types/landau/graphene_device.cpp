@@ -93,7 +93,7 @@ struct GrapheneConductivity {
     q[kRps] = filling;
     if (std::fabs(ValueOf(filling)) > kTinyNorm) q[kRefl] = density / (T(2) * filling);
     const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kBroadening]};
-    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, ValueOf(in[kField]) < 0);
+    const SheetTensor<T> tensor = LadderTensor(table.ladder, z, ValueOf(in[kField]) < 0, in.ahead());
     const Complex<T> xx = tensor.xx * in[kWeight] + in[kBackground], xy = tensor.xy * in[kWeight] + in[kHallBackground];
     q[kS1] = xx.re;
     q[kS2] = xx.im;

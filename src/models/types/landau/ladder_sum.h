@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <span>
 #include <vector>
 
 #include "models/type_scratch.h"
@@ -28,6 +29,12 @@ inline constexpr double kLadderScale = 2 * 6.577e-16;
 // Eight times e^2/(4 hbar) over 3.35 A, in Ohm^-1 cm^-1.
 inline constexpr double kLadderConductivity = 14532;
 
+template <class T>
+struct LadderSums {
+  Complex<T> diagonal;
+  Complex<T> hall;
+};
+
 // The transitions of a spectrum.
 template <class T>
 struct LadderTable {
@@ -35,7 +42,16 @@ struct LadderTable {
   std::vector<T> diagonal;  // what stands above D^2 - Z^2 in sigma_xx
   std::vector<T> hall;      // and in sigma_xy; empty without a field
 
+  // Sums that were made together, at these Z; the last one that was asked for.
+  struct Made {
+    std::vector<Complex<T>> at;
+    std::vector<LadderSums<T>> sums;
+    std::size_t last = 0;
+  };
+  mutable Made made;
+
   void Clear() {
+    made.at.clear();
     square.clear();
     diagonal.clear();
     hall.clear();
@@ -74,27 +90,12 @@ void AddTransition(LadderTable<T>& table, const T& weight, const T& from, const 
   }
 }
 
-template <class T>
-struct LadderSums {
-  Complex<T> diagonal;
-  Complex<T> hall;
-};
-
-inline LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx& z) {
-  const Cplx z2 = z * z;
-  const bool hasHall = !table.hall.empty();
-  LadderSums<double> sums;
-  for (std::size_t k = 0; k < table.square.size(); ++k) {
-    const Cplx u = Cplx{1, 0} / (table.square[k] - z2);
-    sums.diagonal += u * table.diagonal[k];
-    if (hasHall) sums.hall += u * table.hall[k];
-  }
-  return sums;
-}
-
-// The same with derivatives: only the weights of a transition are carried in all directions, its denominator is made
-// once.
-LadderSums<TypeDual> SumLadder(const LadderTable<TypeDual>& table, const Complex<TypeDual>& z);
+// Both sums at Z = E + ig in eV. ahead: frequencies in cm-1, of which the first one is that of Z; a table takes longer
+// to come from memory than to be added up, so that sums are made for all of them together, and kept for the next calls.
+// No sum depends on which others are made with it.
+LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx& z, std::span<const double> ahead = {});
+LadderSums<TypeDual> SumLadder(const LadderTable<TypeDual>& table, const Complex<TypeDual>& z,
+                               std::span<const double> ahead = {});
 
 template <class T>
 struct SheetTensor {
@@ -104,8 +105,9 @@ struct SheetTensor {
 
 // sigma_xx and sigma_xy in Ohm^-1 cm^-1 of a layer at Z = E + ig in eV; reversed is the sign of the field.
 template <class T>
-SheetTensor<T> LadderTensor(const LadderTable<T>& table, const Complex<T>& z, bool reversed) {
-  const LadderSums<T> sums = SumLadder(table, z);
+SheetTensor<T> LadderTensor(const LadderTable<T>& table, const Complex<T>& z, bool reversed,
+                            std::span<const double> ahead = {}) {
+  const LadderSums<T> sums = SumLadder(table, z, ahead);
   const T scale(kLadderConductivity / std::numbers::pi);
   return {-TimesI(z * sums.diagonal * scale), sums.hall * (reversed ? scale : -scale)};
 }

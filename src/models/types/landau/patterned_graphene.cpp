@@ -65,10 +65,10 @@ struct GrapheneMixture {
 
   static void Fill(const TypeInputs<double>& in, const Table<double>& table, Slots<double>& q) {
     const Cplx z{kElectronvoltPerWavenumber * in.x, in[kBroadening]};
-    const Cplx zero = Effective(in, LadderTensor(table.withoutField, z, false).xx);
+    const Cplx zero = Effective(in, LadderTensor(table.withoutField, z, false, in.ahead()).xx);
     Circular<double> sigma{zero, zero};
     if (in[kField] != 0 && in[kVelocity] != 0) {
-      const SheetTensor<double> tensor = LadderTensor(table.inField, z, in[kField] < 0);
+      const SheetTensor<double> tensor = LadderTensor(table.inField, z, in[kField] < 0, in.ahead());
       const Circular<double> pure = CircularOf(tensor.xx, tensor.xy);
       sigma = {Effective(in, pure.plus), Effective(in, pure.minus)};
     }

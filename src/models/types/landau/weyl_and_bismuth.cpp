@@ -192,7 +192,7 @@ int EvaluateWeyl(EvalContext& ctx, Model& model, double x, bool) {
   // Per node the quarter of four flavours, in siemens per metre.
   constexpr double kPrefactor = 2 / std::numbers::pi * 6.085432e-05;
   const Cplx z{kElectronvoltPerWavenumber * x, in[kBroadening]};
-  const LadderSums<double> sums = SumLadder(table.ladder, z);
+  const LadderSums<double> sums = SumLadder(table.ladder, z, in.ahead());
   const double scale = kPrefactor * kPerCentimetre, side = in[kField] > 0 ? -1 : in[kField] < 0 ? 1 : 0;
   const Cplx xx = -TimesI(z * sums.diagonal) * scale + in[kBackground],
              xy = sums.hall * (side * scale) + in[kHallBackground];
@@ -367,8 +367,8 @@ struct Bismuth {
     if (in.x == 0) return;
     const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kBiBroadening]};
     const bool reversed = in.value(kBiField) < 0;
-    const SheetTensor<T> electrons = LadderTensor(table.electrons, z, reversed),
-                         holes = LadderTensor(table.holes, z, reversed);
+    const SheetTensor<T> electrons = LadderTensor(table.electrons, z, reversed, in.ahead()),
+                         holes = LadderTensor(table.holes, z, reversed, in.ahead());
     const Complex<T> xx = electrons.xx + holes.xx + in[kBiBackground];
     const Complex<T> hall = in.value(kBiField) == 0 ? Complex<T>{} : electrons.xy + holes.xy;
     const Circular<T> sigma = CircularOf(xx, hall + in[kBiHall]);

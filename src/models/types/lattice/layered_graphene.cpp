@@ -220,7 +220,8 @@ LayeredResponse<T> ResponseAt(const TypeInputs<T>& in, int layers, bool intraban
   const T thickness = NumberOr(in, kSpacing, kLayerDistance * layers);
   const T scale = T(kConductance / kCentimetrePerAngstrom) / thickness;
   LayeredResponse<T> response;
-  response.interband = -TimesI(z * SumLadder(bands.between, z).diagonal) * (scale * NumberOr(in, kInterband, 1));
+  response.interband =
+      -TimesI(z * SumLadder(bands.between, z, in.ahead()).diagonal) * (scale * NumberOr(in, kInterband, 1));
   if (intraband) {
     response.intraband = TimesI(Complex<T>{bands.within, T(0)} / z) * (scale * NumberOr(in, kIntraband, 1));
   }

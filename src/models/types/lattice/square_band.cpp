@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <span>
 
 #include "models/types/frame.h"
 #include "models/types/types.h"
@@ -123,23 +124,33 @@ struct Tunnelling {
     const T perUnit = T(1) / (T(2 * std::numbers::pi) * kT);
     T sum(0);
     double states = 0;
-    for (const State<T>& state : table.states) {
-      const T& width = in.x < 0 ? state.widthBelow : state.width;
-      const Complex<T> z{T(0.5) + width * perUnit, (T(in.x) - state.energy) * perUnit};
-      sum += TrigammaOf(z).re * T(state.share);
-      states += state.share;
+    for (std::size_t first = 0; first < table.states.size(); first += kTogether) {
+      const std::size_t count = std::min(kTogether, table.states.size() - first);
+      sum += SumOfStates(in.x, perUnit, std::span(table.states).subspan(first, count));
+      for (std::size_t i = first; i < first + count; ++i) states += table.states[i].share;
     }
     q[kRefl] = sum * perUnit / T(std::numbers::pi * states);
   }
 
  private:
+  // States whose functions are made together.
+  static constexpr std::size_t kTogether = 64;
+
   template <class T>
-  static Complex<T> TrigammaOf(const Complex<T>& z) {
-    const Cplx at = ValueOf(z);
-    if (!(at.re > 0)) return {};
-    std::array<Cplx, 3> psi;
-    Polygammas(at, psi);
-    return Analytic(z, psi[1], psi[2]);
+  static T SumOfStates(double x, const T& perUnit, std::span<const State<T>> states) {
+    std::array<Complex<T>, kTogether> z;
+    std::array<Cplx, kTogether> at, values, slopes;
+    for (std::size_t i = 0; i < states.size(); ++i) {
+      const T& width = x < 0 ? states[i].widthBelow : states[i].width;
+      z[i] = {T(0.5) + width * perUnit, (T(x) - states[i].energy) * perUnit};
+      at[i] = ValueOf(z[i]);
+    }
+    Trigammas(std::span(at).first(states.size()), values, slopes);
+    T sum(0);
+    for (std::size_t i = 0; i < states.size(); ++i) {
+      if (at[i].re > 0) sum += Analytic(z[i], values[i], slopes[i]).re * T(states[i].share);
+    }
+    return sum;
   }
 };
 

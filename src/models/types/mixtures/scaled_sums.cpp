@@ -1,5 +1,8 @@
 // Sums of dielectric functions with factors that depend on the temperature.
+#include <algorithm>
+#include <map>
 #include <numbers>
+#include <vector>
 
 #include "models/eps_sum.h"
 #include "models/types/frame.h"
@@ -52,24 +55,54 @@ struct MeshCoupling {
   }
 };
 
+// Kernels at the points of a mesh, kept for every frequency as long as temperature and mesh stay: in a fit of a2F they
+// are nearly all the work.
+struct KeptKernels {
+  double kelvins = 0;
+  std::vector<double> places;  // of the mesh, cm-1
+  std::map<double, std::vector<BosonKernel>> at;
+
+  bool AreFor(const VarDielFunc& vdf, double T) const {
+    return T == kelvins && std::equal(places.begin(), places.end(), vdf.mesh.begin(), vdf.mesh.end(),
+                                      [](double x, const VdfMeshPoint& point) { return x == point.x; });
+  }
+};
+
+const std::vector<BosonKernel>& KernelsAt(const VarDielFunc& vdf, double x, double kelvins, KeptKernels& kept) {
+  constexpr std::size_t kMost = std::size_t{1} << 20;  // 32 MiB
+  if (!kept.AreFor(vdf, kelvins)) {
+    kept = {.kelvins = kelvins, .places = {}, .at = {}};
+    for (const VdfMeshPoint& point : vdf.mesh) kept.places.push_back(point.x);
+  }
+  const auto found = kept.at.find(x);
+  if (found != kept.at.end()) return found->second;
+  if (kept.at.size() * kept.places.size() >= kMost) kept.at.clear();
+  const double unit = 2 * std::numbers::pi * kKelvin * kelvins;
+  std::vector<BosonKernel>& kernels = kept.at[x];
+  for (const double place : kept.places) {
+    kernels.push_back(place > 0 ? BosonKernelAt(x / unit, place / unit) : BosonKernel{});
+  }
+  return kernels;
+}
+
 // The kernel at each mesh point times twice its weight, kept in the context to be ready for the derivatives.
 struct MeshKernels {
+  KeptKernels kept;
   std::vector<Cplx> byValue;
   Cplx memory;
   Cplx slope;  // of the memory function by T
 };
 
 void FillKernels(const VarDielFunc& vdf, double x, double kelvins, MeshKernels& kernels) {
-  const double unit = 2 * std::numbers::pi * kKelvin * kelvins;
+  const std::vector<BosonKernel>& at = KernelsAt(vdf, x, kelvins, kernels.kept);
   kernels.byValue.assign(vdf.mesh.size(), {});
   kernels.memory = kernels.slope = {};
   for (std::size_t k = 0; k < vdf.mesh.size(); ++k) {
     if (vdf.mesh[k].x <= 0) continue;
-    const BosonKernel K = BosonKernelAt(x / unit, vdf.mesh[k].x / unit);
     const double weight = 2 * MeshCoupling::WeightOf(vdf, k), a2F = vdf.mesh[k].e2.value;
-    kernels.byValue[k] = K.value * weight;
+    kernels.byValue[k] = at[k].value * weight;
     kernels.memory += kernels.byValue[k] * a2F;
-    kernels.slope -= K.slope * (weight * a2F / kelvins);
+    kernels.slope -= at[k].slope * (weight * a2F / kelvins);
   }
 }
 

@@ -6,8 +6,10 @@
 // the sum over momenta of q^2 exp(-2qh) r_p(q). The Fourier component of order n is what the lock-in amplifier shows.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
+#include "core/vector_clones.h"
 #include "models/eps_sum.h"
 #include "models/eval_model.h"
 #include "models/row_code.h"
@@ -52,10 +54,10 @@ Cplx FarFieldFactor(const Cplx& eps, double degrees) {
 Cplx ImageOf(const Cplx& eps) { return Quotient(eps - 1.0, eps + 1.0); }
 
 // The harmonic of a dipole over a surface without dispersion.
-Cplx DipoleSignal(const Tip& tip, const Cplx& beta, int harmonic) {
+Cplx DipoleSignal(const Tip& tip, const Cplx& beta, const std::vector<CyclePoint>& cycle) {
   const Cplx f0 = beta * (0.25 / (tip.height * tip.height * tip.height));
   Cplx sum;
-  for (const CyclePoint& point : CycleOf(tip, tip.cycle, harmonic)) {
+  for (const CyclePoint& point : cycle) {
     sum += Quotient({point.factor, 0}, 1.0 - f0 / (point.height * point.height * point.height));
   }
   return sum;
@@ -74,23 +76,46 @@ Contrast ContrastOf(const Cplx& s) {
 
 // ---- the sum over momenta
 
-// The mesh of qh, which is the same at all heights, and what a momentum weighs: (qh)^2 exp(-2qh) d(qh).
+constexpr std::size_t kLanes = 8;
+typedef double Pack __attribute__((vector_size(kLanes * sizeof(double))));
+
+// The mesh of qh, which is the same at all heights, and what a momentum weighs: (qh)^2 exp(-2qh) d(qh). Places without
+// a weight fill it up to whole packs.
 struct MomentumMesh {
-  struct Point {
-    double place, weight;
-  };
-  std::vector<Point> points;
+  std::vector<double> places, weights;
+  std::size_t count = 0;
   double sum = 0;  // of all weights
 
-  MomentumMesh(double from, double to, int count) {
-    const double width = (to - from) / count;
-    for (int j = 0; j < count; ++j) {
-      const double u = from + (j + 0.5) * width;
-      points.push_back({u, u * u * std::exp(-2 * u) * width});
-      sum += points.back().weight;
+  MomentumMesh() = default;
+  MomentumMesh(double from, double to, int momenta) : count(static_cast<std::size_t>(momenta)) {
+    places.resize((count + kLanes - 1) / kLanes * kLanes);
+    weights.resize(places.size());
+    const double width = (to - from) / momenta;
+    for (std::size_t j = 0; j < count; ++j) {
+      const double u = places[j] = from + (static_cast<double>(j) + 0.5) * width;
+      sum += weights[j] = u * u * std::exp(-2 * u) * width;
     }
   }
 };
+
+// The sum of weight (top + s)/(bottom + s), s = slope place, over the mesh.
+KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top, const Cplx& bottom, const Cplx& slope,
+                                      Cplx* out) {
+  Pack re{}, im{};
+  for (std::size_t j = 0; j < mesh.places.size(); j += kLanes) {
+    Pack place, weight;
+    std::memcpy(&place, mesh.places.data() + j, sizeof(place));
+    std::memcpy(&weight, mesh.weights.data() + j, sizeof(weight));
+    const Pack sRe = place * slope.re, sIm = place * slope.im;
+    const Pack aRe = top.re + sRe, aIm = top.im + sIm, bRe = bottom.re + sRe, bIm = bottom.im + sIm;
+    const Pack norm = bRe * bRe + bIm * bIm;
+    const Pack share = weight / (norm < kTinyNorm ? Pack{} + kTinyNorm : norm);
+    re += (aRe * bRe + aIm * bIm) * share;
+    im += (aIm * bRe - aRe * bIm) * share;
+  }
+  *out = {};
+  for (std::size_t lane = 0; lane < kLanes; ++lane) *out += Cplx{re[lane], im[lane]};
+}
 
 // A surface at one frequency, whose r_p is asked for at any momentum: a plain model in the limit of large momenta, with
 // a sheet if there is one, or a model of type 73 or 77, whose row of the momentum is set for the question.
@@ -102,15 +127,26 @@ class Surface {
   bool HasDispersion() const { return row_ >= 0 || Norm(sheet_) > 0; }
   Cplx Reflection(double q) {
     if (row_ >= 0) return ReflectionOfModel(q);
-    const double k = 2 * std::numbers::pi * x_;
-    const Cplx S = k == 0 ? Cplx{} : TimesI(sheet_) * (kUniversalSheet * q / k);
+    const Cplx S = SheetPerMomentum() * q;
     return Quotient(eps_ - 1.0 + S, eps_ + 1.0 + S);
+  }
+  // The sum of weight r_p(place/h) over a mesh.
+  Cplx Sum(const MomentumMesh& mesh, double h) {
+    if (!HasDispersion()) return Reflection(0) * mesh.sum;
+    Cplx sum;
+    if (row_ < 0) SumOverMesh(mesh, eps_ - 1.0, eps_ + 1.0, SheetPerMomentum() / h, &sum);
+    for (std::size_t j = 0; row_ >= 0 && j < mesh.count; ++j) sum += Reflection(mesh.places[j] / h) * mesh.weights[j];
+    return sum;
   }
 
  private:
   static int MomentumRow(const Model& model) {
     const int code = NegatedCode(model.epsInf), row = code == 73 ? 1 : code == 77 ? 2 : -1;
     return row >= 0 && RowCount(model) > row ? row : -1;
+  }
+  Cplx SheetPerMomentum() const {
+    const double k = 2 * std::numbers::pi * x_;
+    return k == 0 ? Cplx{} : TimesI(sheet_) * (kUniversalSheet / k);
   }
   Cplx ReflectionOfModel(double q) {
     ModelParam &re = Cell(model_, row_, Wo), &im = Cell(model_, row_, Wp);
@@ -133,18 +169,12 @@ class Surface {
 };
 
 // The field that the tip's unit dipole makes at its place: the sum of q^2 exp(-2qh) r_p(q) dq, in 1/cm^3.
-Cplx ImageField(Surface& surface, const MomentumMesh& mesh, double h) {
-  const double perVolume = 1 / (h * h * h);
-  if (!surface.HasDispersion()) return surface.Reflection(0) * (mesh.sum * perVolume);
-  Cplx sum;
-  for (const auto& [place, weight] : mesh.points) sum += surface.Reflection(place / h) * weight;
-  return sum * perVolume;
-}
+Cplx ImageField(Surface& surface, const MomentumMesh& mesh, double h) { return surface.Sum(mesh, h) / (h * h * h); }
 
-Cplx MomentumSignal(const Tip& tip, Surface& surface, const MomentumMesh& mesh, int count, int harmonic) {
+Cplx MomentumSignal(const Tip& tip, Surface& surface, const MomentumMesh& mesh, const std::vector<CyclePoint>& cycle) {
   const double a3 = tip.radius * tip.radius * tip.radius, lowest = tip.height * tip.radius;
   Cplx sum;
-  for (const CyclePoint& point : CycleOf(tip, count, harmonic)) {
+  for (const CyclePoint& point : cycle) {
     sum += Quotient({point.factor, 0}, 1.0 - ImageField(surface, mesh, lowest * point.height) * a3);
   }
   return sum;
@@ -241,6 +271,21 @@ Tip TipOf(const TypeInputs<double>& in) {
           std::clamp(in.setting(kCycle), 1, kMostPoints)};
 }
 
+// What a tip's numbers make, whatever the frequency.
+struct KeptTip {
+  std::vector<double> numbers;
+  std::vector<CyclePoint> dipole, nextHarmonic, momenta;  // cycles
+  MomentumMesh mesh;
+};
+void MakeTip(const Tip& tip, const TypeInputs<double>& in, KeptTip& kept) {
+  constexpr int kMostMomenta = 100000;
+  const int count = in.setting(kCount) > 0 ? std::min(in.setting(kCount), 10000) : tip.cycle;
+  kept.dipole = CycleOf(tip, tip.cycle, tip.harmonic);
+  kept.nextHarmonic = CycleOf(tip, tip.cycle, tip.harmonic + 1);
+  kept.momenta = CycleOf(tip, count, tip.harmonic);
+  kept.mesh = MomentumMesh(in.value(kFrom), in.value(kTo), std::clamp(in.setting(kMomenta), 1, kMostMomenta));
+}
+
 void FillContrast(const Cplx& signal, const Cplx& reference, int modulus, int phase, Slots<double>& q) {
   const Contrast contrast = ContrastOf(Quotient(signal, reference));
   q[static_cast<std::size_t>(modulus)] = contrast.modulus;
@@ -248,36 +293,39 @@ void FillContrast(const Cplx& signal, const Cplx& reference, int modulus, int ph
 }
 
 int EvaluateTip(EvalContext& ctx, Model& model, double x, const TipKind& kind) {
-  constexpr int kMostMomenta = 100000;
   const std::span<const SlotUse> fills(kTipFills.data(), kind.fills);
   TypeRun run(ctx, model, kind.map, fills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kind.map, x);
   for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(static_cast<int>(i), x, false);
   const Tip tip = TipOf(in);
+  auto& kept = CacheOf<KeptTip>(ctx, model);
+  if (kept.numbers != run.scratch().raw) {
+    MakeTip(tip, in, kept);
+    kept.numbers = run.scratch().raw;
+  }
   const Cplx eps[] = {ResponseAt(run, in, kSample), ResponseAt(run, in, kReference)};
   const Cplx far[] = {FarFieldFactor(eps[0], in[kAngle]), FarFieldFactor(eps[1], in[kAngle])};
-  const auto dipole = [&](int which, int harmonic) { return DipoleSignal(tip, ImageOf(eps[which]), harmonic); };
+  const auto dipole = [&](int which, const std::vector<CyclePoint>& cycle) {
+    return far[which] * DipoleSignal(tip, ImageOf(eps[which]), cycle);
+  };
   Slots<double> q{};
-  FillContrast(far[0] * dipole(0, tip.harmonic), far[1] * dipole(1, tip.harmonic), kRefl, kRp, q);
+  FillContrast(dipole(0, kept.dipole), dipole(1, kept.dipole), kRefl, kRp, q);
   if (kind.fills > 6) {
-    const Contrast next =
-        ContrastOf(Quotient(far[0] * dipole(0, tip.harmonic + 1), far[1] * dipole(1, tip.harmonic + 1)));
+    const Contrast next = ContrastOf(Quotient(dipole(0, kept.nextHarmonic), dipole(1, kept.nextHarmonic)));
     q[kTrans] = next.logarithm;
     q[kRs] = next.phase;
   }
-  const MomentumMesh mesh(in.value(kFrom), in.value(kTo), std::clamp(in.setting(kMomenta), 1, kMostMomenta));
-  const int count = in.setting(kCount) > 0 ? std::min(in.setting(kCount), 10000) : tip.cycle;
   const Cplx sheet = SheetOfData(in.data(kSheetRe), in.data(kSheetIm));
   Surface sample(ctx, *run.scratch().partner[kSample], x, eps[0], sheet);
   Surface reference(ctx, *run.scratch().partner[kReference], x, eps[1], {});
-  const Cplx sums[] = {MomentumSignal(tip, sample, mesh, count, tip.harmonic),
-                       MomentumSignal(tip, reference, mesh, count, tip.harmonic)};
+  const Cplx sums[] = {MomentumSignal(tip, sample, kept.mesh, kept.momenta),
+                       MomentumSignal(tip, reference, kept.mesh, kept.momenta)};
   FillContrast(far[0] * sums[0], far[1] * sums[1], kE1, kE2, q);
   FillContrast(sums[0], sums[1], kS1, kS2, q);
   if (kind.fills > 8) {
     const double a3 = tip.radius * tip.radius * tip.radius;
-    const Cplx field = ImageField(sample, mesh, tip.height * tip.radius) * a3;
+    const Cplx field = ImageField(sample, kept.mesh, tip.height * tip.radius) * a3;
     q[kN1] = field.re;
     q[kN2] = field.im;
   }
@@ -312,15 +360,25 @@ struct DipoleOnReflection {
     Cplx rp, sample, reference{1, 0}, ratio;
   };
 
+  struct KeptCycle {
+    std::vector<double> numbers;
+    std::vector<CyclePoint> cycle;
+  };
+
   // The far field of the sample meets the reflection that the surface gives; a reference brings its own.
-  static Signals SignalsOf(const TypeInputs<double>& in, const Cplx& rp) {
+  static Signals SignalsOf(TypeRun& run, const TypeInputs<double>& in, const Cplx& rp) {
     const Tip tip{in.setting(kOrder), HeldFromZero(in[kTipRadius]), in[kTipHeight], in[kTipAmplitude],
                   std::clamp(in.setting(kPoints), 1, 10000)};
-    Signals signals{.rp = rp, .sample = DipoleSignal(tip, rp, tip.harmonic), .ratio = {}};
+    auto& [numbers, cycle] = CacheOf<KeptCycle>(run.context(), run.model());
+    if (numbers != run.scratch().raw) {
+      cycle = CycleOf(tip, tip.cycle, tip.harmonic);
+      numbers = run.scratch().raw;
+    }
+    Signals signals{.rp = rp, .sample = DipoleSignal(tip, rp, cycle), .ratio = {}};
     signals.ratio = signals.sample;
     if (!in.has(kReferenceModel)) return signals;
     const Cplx eps = in.eps(kReferenceModel);
-    signals.reference = DipoleSignal(tip, ImageOf(eps), tip.harmonic);
+    signals.reference = DipoleSignal(tip, ImageOf(eps), cycle);
     signals.ratio = Quotient(signals.sample, signals.reference);
     return signals;
   }
@@ -365,7 +423,7 @@ int EvaluateOnReflection(EvalContext& ctx, Model& model, double x, bool atRadius
     if (EvalModel(ctx, partner, x, false) != 0) return -1;
     rp = {ctx.quantities[kE1].value, ctx.quantities[kE2].value};
   }
-  const D::Signals s = D::SignalsOf(in, rp);
+  const D::Signals s = D::SignalsOf(run, in, rp);
   const Contrast contrast = ContrastOf(s.ratio);
   Slots<double> q{};
   q[kRefl] = contrast.modulus;
