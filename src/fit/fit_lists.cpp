@@ -198,16 +198,20 @@ void AddToTerms(FitState& fit, const FitSpectrum& spectrum, std::span<const doub
 
 void AddChiSq(FitState& fit, EvalContext& eval, Model& model, const FitSpectrum& spectrum) {
   const std::size_t terms = spectrum.terms.size();
-  std::vector<double> sums(MostBlocksOfBatch(eval) * terms);
-  const auto sumUp = [&](const SpectrumBlock& block, std::size_t place) {
-    for (std::size_t t = 0; t < terms; ++t) sums[place * terms + t] = ChiSqInBlock(spectrum.terms[t], block);
-  };
-  const auto add = [&](std::span<const SpectrumBlock> batch) {
-    for (std::size_t b = 0; b < batch.size(); ++b) {
-      AddToTerms(fit, spectrum, std::span(sums).subspan(b * terms, terms));
+  const SpectrumRequest request = RequestOf(spectrum);
+  std::vector<double> sums(MostPortionsOfBatch(eval) * terms);
+  BatchSink sink;
+  sink.blocksOfPortion = BlocksOfPortion(eval, model, request);
+  sink.work = [&](const SpectrumBlock& block, std::size_t place) {
+    for (std::size_t t = 0; t < terms; ++t) {
+      double& sum = sums[place * terms + t];
+      sum = (sink.BeginsPortion(block) ? 0 : sum) + ChiSqInBlock(spectrum.terms[t], block);
     }
   };
-  EvalSpectrumInBatches(eval, model, RequestOf(spectrum), {sumUp, add});
+  sink.take = [&](std::size_t portions) {
+    for (std::size_t p = 0; p < portions; ++p) AddToTerms(fit, spectrum, std::span(sums).subspan(p * terms, terms));
+  };
+  EvalSpectrumInBatches(eval, model, request, sink);
 }
 
 int HeldInside(int position, const ChiSqTermList& list) {

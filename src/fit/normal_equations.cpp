@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 #include "fit/fit_coordinate.h"
 #include "fit/fit_lists.h"
@@ -134,38 +135,90 @@ void Gather(const GatherInput& in, BlockGradients& out) {
   }
 }
 
-void AddChiSq(FitState& fit, const FitSpectrum& spectrum, const SpectrumBlock& block) {
-  double total = fit.TotalChiSq;
-  for (const TermPoints& points : spectrum.terms) {
-    const double weight = fit.list.terms[static_cast<std::size_t>(points.term)].weight;
-    const PointRange range = PointsInBlock(points, block);
-    for (std::size_t p = range.first; p < range.end; ++p) {
-      const double w = 1 / (points.sigma[p] * points.sigma[p]);
-      const double r = block.Value(points.quantity, points.at[p]) - points.y[p];
-      total += weight * w * r * r;
-    }
+double ChiSqOf(const GatherInput& in) {
+  double sum = 0;
+  const PointRange range = PointsInBlock(in.points, in.block);
+  for (std::size_t p = range.first; p < range.end; ++p) {
+    const double r = in.Misfit(p) / in.points.sigma[p];
+    sum += in.term.weight * r * r;
   }
-  fit.TotalChiSq = total;
+  return sum;
 }
 
 // Adds block after block, in an order that does not depend on how many of them come at once; the panels of blocks
 // between which nothing else is to be added go together.
-void AddGradients(NormalEquations& equations, ThreadPool* pool) {
+void AddGradients(std::span<const PortionSums> portions, const SquareMatrix& alpha, std::span<double> beta,
+                  ThreadPool* pool) {
   std::vector<const VectorPanel*> panels;
   const auto addPanels = [&] {
-    if (!panels.empty()) AddOuterProducts(panels, equations.Alpha(), equations.beta, pool);
+    if (!panels.empty()) AddOuterProducts(panels, alpha, beta, pool);
     panels.clear();
   };
-  for (const BlockGradients& block : std::span(equations.gradients).first(equations.waiting)) {
-    if (block.HasSinglePoints()) {
+  for (const PortionSums& portion : portions) {
+    if (portion.gradients.HasSinglePoints()) {
       addPanels();
-      block.AddSinglePoints(equations.Alpha(), equations.beta);
+      portion.gradients.AddSinglePoints(alpha, beta);
     }
-    for (const VectorPanel& panel : block.Panels()) panels.push_back(&panel);
+    for (const VectorPanel& panel : portion.gradients.Panels()) panels.push_back(&panel);
   }
   addPanels();
+}
+
+void AddWaiting(NormalEquations& equations, ThreadPool* pool) {
+  AddGradients(std::span(equations.portions).first(equations.waiting), equations.Alpha(), equations.beta, pool);
   equations.waiting = 0;
 }
+
+void AddPortion(PortionSums& portion, NormalEquations& equations) {
+  const std::size_t n = equations.beta.size();
+  const SquareMatrix alpha = equations.Alpha(), own = portion.Alpha();
+  for (std::size_t i = 0; i < n; ++i) {
+    equations.beta[i] += portion.beta[i];
+    for (std::size_t j = i; j < n; ++j) alpha(i, j) += own(i, j);
+  }
+}
+
+// One spectrum on its way into the equations.
+struct Accumulation {
+  FitState& fit;
+  NormalEquations& equations;
+  const FitSpectrum& spectrum;
+  ThreadPool* pool;
+  std::vector<SlopeColumn> columns;
+  std::vector<GradientColumns> ofTerms;
+  std::size_t mostPortions;
+
+  void Add(const SpectrumBlock& block, bool begins, std::size_t place) {
+    PortionSums& sums = equations.portions[equations.waiting + place];
+    if (begins) Clear(sums);
+    sums.gradients.Clear();
+    for (const TermPoints& points : spectrum.terms) {
+      const auto t = static_cast<std::size_t>(points.term);
+      const GatherInput in{fit.list.terms[t], columns, ofTerms[t], points, block};
+      Gather(in, sums.gradients);
+      sums.chiSq += ChiSqOf(in);
+    }
+    if (equations.AreSmall()) AddGradients({&sums, 1}, sums.Alpha(), sums.beta, nullptr);
+  }
+
+  void Take(std::size_t portions) {
+    for (PortionSums& sums : std::span(equations.portions).subspan(equations.waiting, portions)) {
+      fit.TotalChiSq += sums.chiSq;
+      if (equations.AreSmall()) AddPortion(sums, equations);
+    }
+    if (equations.AreSmall()) return;
+    equations.waiting += portions;
+    if (equations.waiting + mostPortions > equations.portions.size()) AddWaiting(equations, pool);
+  }
+
+ private:
+  void Clear(PortionSums& sums) {
+    sums.chiSq = 0;
+    if (!equations.AreSmall()) return;
+    sums.alphaData.assign(equations.alphaData.size(), 0.0);
+    sums.beta.assign(equations.beta.size(), 0.0);
+  }
+};
 
 }  // namespace
 
@@ -174,36 +227,27 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
   // A matrix that does not stay in the cache is read and written once for several blocks.
-  constexpr std::size_t kSmall = 200 * 200;
-  const std::size_t together = equations.alphaData.size() > kSmall ? 8 : 1;
-  const std::size_t most = MostBlocksOfBatch(eval);
-  std::vector<BlockGradients>& gradients = equations.gradients;
-  if (gradients.empty()) gradients.resize(most + together - 1, BlockGradients(equations.beta.size()));
+  const std::size_t together = equations.AreSmall() ? 1 : 8, most = MostPortionsOfBatch(eval);
+  if (equations.portions.empty()) equations.portions.resize(most + together - 1, PortionSums(equations.beta.size()));
   for (const FitSpectrum& spectrum : fit.spectra) {
     Model* const model = GetModelByNumber(*eval.params, spectrum.modelId);
     if (!model) continue;
     std::vector<ParamPlace> places;
-    const std::vector<SlopeColumn> columns = ColumnsOf(fit, spectrum, places);
+    std::vector<SlopeColumn> columns = ColumnsOf(fit, spectrum, places);
     SpectrumRequest request = RequestOf(spectrum);
     request.derivatives = true;
     request.slopesOf = places;
-    const std::vector<GradientColumns> ofTerms = ColumnsOfTerms(fit, columns, equations.beta.size());
-    const auto gather = [&](const SpectrumBlock& block, std::size_t place) {
-      BlockGradients& out = gradients[equations.waiting + place];
-      out.Clear();
-      for (const TermPoints& points : spectrum.terms) {
-        const auto t = static_cast<std::size_t>(points.term);
-        Gather({fit.list.terms[t], columns, ofTerms[t], points, block}, out);
-      }
+    std::vector<GradientColumns> ofTerms = ColumnsOfTerms(fit, columns, equations.beta.size());
+    Accumulation sums{fit, equations, spectrum, eval.pool, std::move(columns), std::move(ofTerms), most};
+    BatchSink sink;
+    if (equations.AreSmall()) sink.blocksOfPortion = BlocksOfPortion(eval, *model, request);
+    sink.work = [&](const SpectrumBlock& block, std::size_t place) {
+      sums.Add(block, sink.BeginsPortion(block), place);
     };
-    const auto add = [&](std::span<const SpectrumBlock> batch) {
-      for (const SpectrumBlock& block : batch) AddChiSq(fit, spectrum, block);
-      equations.waiting += batch.size();
-      if (equations.waiting + most > gradients.size()) AddGradients(equations, eval.pool);
-    };
-    EvalSpectrumInBatches(eval, *model, request, {gather, add});
+    sink.take = [&](std::size_t portions) { sums.Take(portions); };
+    EvalSpectrumInBatches(eval, *model, request, sink);
   }
-  AddGradients(equations, eval.pool);
+  AddWaiting(equations, eval.pool);
 }
 
 }  // namespace kalvex

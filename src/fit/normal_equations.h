@@ -11,14 +11,26 @@
 
 namespace kalvex {
 
+// What the points of a portion of a spectrum contribute.
+struct PortionSums {
+  BlockGradients gradients;  // of a block
+  double chiSq = 0;
+  std::vector<double> alphaData, beta;  // for small equations only
+
+  explicit PortionSums(std::size_t size) : gradients(size) {}
+  SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }
+};
+
 struct NormalEquations {
   std::vector<double> alphaData;  // upper triangle and diagonal
   std::vector<double> beta;
-  std::vector<BlockGradients> gradients;  // room for the blocks that wait, kept between the iterations
-  std::size_t waiting = 0;                // blocks gathered and not yet added
+  std::vector<PortionSums> portions;  // kept between the iterations
+  std::size_t waiting = 0;            // of them, with gradients that are not yet added to large equations
 
   explicit NormalEquations(std::size_t size) : alphaData(size * size), beta(size) {}
   SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }
+  // A matrix that stays in the cache: each portion of a spectrum has one of its own.
+  bool AreSmall() const { return beta.size() <= 320; }
 };
 
 // Evaluates every spectrum with derivatives, fills the equations at the present values, and sets TotalChiSq. The

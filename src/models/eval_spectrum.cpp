@@ -63,19 +63,36 @@ int LeaveBehind(EvalContext& ctx, Model& model, const SpectrumRequest& request, 
   return status;
 }
 
-// Fills blocks until one cannot be filled at once, and hands over those after the first `done` frequencies; gives the
-// number of frequencies that have now been handed over.
-std::size_t FillAlone(BlockFiller& filler, const SpectrumRequest& request, const BatchSink& sink, std::size_t done) {
+// Hands over, on this thread, the blocks of the portions that have not been handed over yet.
+class HandingOver {
+ public:
+  HandingOver(const SpectrumRequest& request, const BatchSink& sink, std::size_t done)
+      : size_(request.x.size()), sink_(sink), done_(done) {}
+
+  void Give(const SpectrumBlock& block) {
+    if (block.first < done_) return;
+    sink_.work(block, 0);
+    const std::size_t end = block.first + block.count;
+    if (end % sink_.Frequencies() != 0 && end != size_) return;
+    sink_.take(1);
+    done_ = end;
+  }
+  bool AreAllDone() const { return done_ == size_; }
+
+ private:
+  std::size_t size_;
+  const BatchSink& sink_;
+  std::size_t done_;
+};
+
+// Fills blocks until one cannot be filled at once.
+void FillAlone(BlockFiller& filler, const SpectrumRequest& request, HandingOver& rest) {
   SpectrumBlock block(request);
   for (block.first = 0; block.first < request.x.size(); block.first += kSpectrumBlock) {
     block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
-    if (!filler.FillAtOnce(block)) break;
-    if (block.first < done) continue;
-    sink.work(block, 0);
-    sink.take({&block, 1});
-    done = block.first + block.count;
+    if (!filler.FillAtOnce(block)) return;
+    rest.Give(block);
   }
-  return done;
 }
 
 }  // namespace
@@ -86,27 +103,25 @@ int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest&
     ctx.vdfKernels.Prepare(model.number, model.vdf, request.x);
   }
   BlockFiller filler(ctx, model, request, ctx.vdfKernels);
-  std::size_t done = PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0;
-  if (filler.FillsAtOnce() && done < request.x.size()) done = FillAlone(filler, request, sink, done);
-  if (done > 0 && done == request.x.size()) return LeaveBehind(ctx, model, request, filler);
+  HandingOver rest(request, sink, PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0);
+  if (filler.FillsAtOnce() && !rest.AreAllDone()) FillAlone(filler, request, rest);
+  if (!request.x.empty() && rest.AreAllDone()) return LeaveBehind(ctx, model, request, filler);
   // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
   SpectrumBlock block(request);
   int status = 0;
   for (std::size_t first = 0; first < request.x.size(); first += kSpectrumBlock) {
     if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
-    if (first < done) continue;
-    sink.work(block, 0);
-    sink.take({&block, 1});
+    rest.Give(block);
   }
   return status;
 }
 
 int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink) {
-  const auto handOver = [&](std::span<const SpectrumBlock> batch) {
-    for (const SpectrumBlock& block : batch) sink(block);
-  };
-  return EvalSpectrumInBatches(ctx, model, request, {[](const SpectrumBlock&, std::size_t) {}, handOver});
+  std::vector<SpectrumBlock> batch(MostPortionsOfBatch(ctx));
+  const auto keep = [&](const SpectrumBlock& block, std::size_t place) { batch[place] = block; };
+  const auto handOver = [&](std::size_t blocks) { std::for_each_n(batch.begin(), blocks, sink); };
+  return EvalSpectrumInBatches(ctx, model, request, {keep, handOver});
 }
 
 }  // namespace kalvex

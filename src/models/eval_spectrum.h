@@ -16,7 +16,7 @@ namespace kalvex {
 int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink);
 
-// The same in batches of one or more consecutive blocks, for a sink whose own work can be shared out.
+// The same for a sink whose own work can be shared out.
 int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

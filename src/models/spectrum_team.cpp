@@ -20,6 +20,7 @@ struct SpectrumWorker {
   EvalContext ctx;
   Model* model = nullptr;
   std::optional<BlockFiller> filler;
+  SpectrumBlock block;  // no unused number in it is NaN
 };
 
 SpectrumTeam::SpectrumTeam(std::size_t threads) {
@@ -132,7 +133,7 @@ void Forget(SpectrumWorker& worker, bool derivatives) {
 
 // ---- batches
 
-constexpr std::size_t kMostBlocks = 16;  // of a batch for each thread
+constexpr std::size_t kPortionsOfThread = 16;  // in a batch
 
 bool AnyNaN(const double* numbers, std::size_t count) {
   std::int64_t any = 0;  // as wide as the numbers, so that many are tried at once
@@ -154,11 +155,24 @@ bool IsWhole(SpectrumBlock& block, const SpectrumRequest& request) {
   return true;
 }
 
-// Blocks that are in the making at the same time: enough to keep all threads busy, and no more memory than that.
-std::size_t BlocksOfBatch(std::size_t threads, const SpectrumRequest& request) {
-  constexpr std::size_t kNumbers = std::size_t{1} << 19;
-  const std::size_t block = kSpectrumBlock * (1 + (request.derivatives ? request.slopesOf.size() : 0));
-  return threads * std::clamp<std::size_t>(kNumbers / block, 1, kMostBlocks);
+// Fills the blocks of a portion and lets them go through the sink, until one is not trusted.
+bool FillPortion(SpectrumWorker& worker, const SpectrumRequest& request, QuantitySet anywhere, std::size_t first,
+                 const BatchSink& sink, std::size_t place) {
+  const std::size_t end = std::min(first + sink.Frequencies(), request.x.size());
+  SpectrumBlock& block = worker.block;
+  BlockFiller& filler = *worker.filler;
+  block.MakeRoomFor(request, anywhere);
+  for (block.first = first; block.first < end; block.first += kSpectrumBlock) {
+    block.count = std::min(kSpectrumBlock, end - block.first);
+    Forget(worker, request.derivatives);
+    const bool filled = filler.FillsAtOnce() ? filler.FillAtOnce(block) : filler.FillOneByOne(block) == 0;
+    if (!filled || (filler.ReadsTables() && !IsWhole(block, request))) {
+      block = {};
+      return false;
+    }
+    sink.work(block, place);
+  }
+  return true;
 }
 
 }  // namespace
@@ -168,50 +182,43 @@ double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumR
   return static_cast<double>(request.x.size()) * (request.derivatives ? cost.withSlopes : cost.values);
 }
 
+std::size_t BlocksOfPortion(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
+  constexpr double kNanoseconds = 20e3, kMost = 8;
+  const double ofBlock = NanosecondsOf(ctx, model, request) / static_cast<double>(request.x.size()) * kSpectrumBlock;
+  return static_cast<std::size_t>(std::clamp(kNanoseconds / ofBlock, 1.0, kMost));
+}
+
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   if (!ctx.pool || request.x.size() < 4 * kSpectrumBlock) return false;
   if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
   return ctx.pool->Pays(NanosecondsOf(ctx, model, request));
 }
 
-std::size_t MostBlocksOfBatch(const EvalContext& ctx) { return ctx.pool ? ctx.pool->Threads() * kMostBlocks : 1; }
+std::size_t MostPortionsOfBatch(const EvalContext& ctx) {
+  return ctx.pool ? ctx.pool->Threads() * kPortionsOfThread : 1;
+}
 
 std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink) {
   ThreadPool& pool = *ctx.pool;
   if (!ctx.team) ctx.team = std::make_shared<SpectrumTeam>(pool.Threads());
-  const std::size_t most = BlocksOfBatch(pool.Threads(), request);
   const QuantitySet anywhere = WantedAnywhere(request);
-  std::vector<SpectrumBlock>& blocks = ctx.team->blocks;
-  if (blocks.size() < most) blocks.resize(most);
-  std::vector<char> trusted(most);
+  std::vector<char> whole(MostPortionsOfBatch(ctx));
   std::vector<char> ready(ctx.team->workers.size());
   std::size_t next = 0;
   while (next < request.x.size()) {
-    const std::size_t left = (request.x.size() - next + kSpectrumBlock - 1) / kSpectrumBlock;
-    const std::size_t count = std::min(most, left);
+    const std::size_t left = (request.x.size() - next + sink.Frequencies() - 1) / sink.Frequencies();
+    const std::size_t count = std::min(whole.size(), left);
     pool.Run(count, [&](std::size_t task, std::size_t thread) {
       SpectrumWorker& worker = *ctx.team->workers[thread];
       if (!ready[thread]) Prepare(worker, ctx, model, request);
       ready[thread] = 1;
-      SpectrumBlock& block = blocks[task];
-      block.MakeRoomFor(request, anywhere);
-      block.first = next + task * kSpectrumBlock;
-      block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
-      Forget(worker, request.derivatives);
-      BlockFiller& filler = *worker.filler;
-      const bool filled = filler.FillsAtOnce() ? filler.FillAtOnce(block) : filler.FillOneByOne(block) == 0;
-      trusted[task] = filled && (!filler.ReadsTables() || IsWhole(block, request));
-      if (trusted[task]) sink.work(block, task);
+      whole[task] = FillPortion(worker, request, anywhere, next + task * sink.Frequencies(), sink, task);
     });
     const auto good = static_cast<std::size_t>(
-        std::find(trusted.begin(), trusted.begin() + static_cast<std::ptrdiff_t>(count), 0) - trusted.begin());
-    if (good > 0) {
-      sink.take(std::span<const SpectrumBlock>(blocks).first(good));
-      next = blocks[good - 1].first + blocks[good - 1].count;
-    }
-    if (good == count) continue;
-    blocks.clear();
-    break;
+        std::find(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(count), 0) - whole.begin());
+    if (good > 0) sink.take(good);
+    next = std::min(next + good * sink.Frequencies(), request.x.size());
+    if (good < count) break;
   }
   return next;
 }

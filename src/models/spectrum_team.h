@@ -18,17 +18,22 @@
 
 namespace kalvex {
 
-// What becomes of blocks of results. One block after the other, or several consecutive ones at the same time on any
-// threads, go through `work`, with their place in the batch; then the caller's thread gets the batch in `take`.
+// What becomes of blocks of results. So many consecutive blocks are a portion; the last one of a spectrum may have
+// fewer. The blocks of a portion go through `work` one after the other, those of several consecutive portions at the
+// same time on any threads, with the portion's place in the batch. A portion that is begun once more counts from its
+// first block on. `take` tells the caller's thread how many portions, from place 0 on, are whole.
 struct BatchSink {
   std::function<void(const SpectrumBlock& block, std::size_t place)> work;
-  std::function<void(std::span<const SpectrumBlock> batch)> take;
+  std::function<void(std::size_t portions)> take;
+  std::size_t blocksOfPortion = 1;
+
+  bool BeginsPortion(const SpectrumBlock& block) const { return block.first % Frequencies() == 0; }
+  std::size_t Frequencies() const { return blocksOfPortion * kSpectrumBlock; }  // of a whole portion
 };
 
 struct SpectrumWorker;
 struct SpectrumTeam {
   std::vector<std::unique_ptr<SpectrumWorker>> workers;  // one for each thread of the pool
-  std::vector<SpectrumBlock> blocks;                     // of the batch in the making; no unused number in them is NaN
 
   explicit SpectrumTeam(std::size_t threads);
   ~SpectrumTeam();
@@ -39,14 +44,17 @@ struct SpectrumTeam {
 // How long the spectrum takes one thread, more or less.
 double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 
+// Blocks that are a task worth giving to a thread, however many threads there are.
+std::size_t BlocksOfPortion(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
+
 // Whether the threads of ctx can gain by sharing out this spectrum.
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 
-// No batch of a spectrum in this context has more blocks.
-std::size_t MostBlocksOfBatch(const EvalContext& ctx);
+// No batch of a spectrum in this context has more portions.
+std::size_t MostPortionsOfBatch(const EvalContext& ctx);
 
-// Evaluates the spectrum in the team of ctx and hands over batches of blocks until one is not trusted; the caller's
-// tables and results are only read. Gives the number of frequencies that were handed over.
+// Evaluates the spectrum in the team of ctx and hands over portions until one has a block that is not trusted; the
+// caller's tables and results are only read. Gives the number of frequencies that were handed over.
 std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

@@ -29,7 +29,7 @@ bool SeesOther(const std::atomic<std::uint32_t>& number, std::uint32_t old, Cloc
 }
 
 // Between two pieces of work of one fit there is seldom more.
-constexpr auto kPatience = std::chrono::microseconds(200);
+constexpr auto kPatience = std::chrono::milliseconds(1);
 
 }  // namespace
 
@@ -64,8 +64,9 @@ void ThreadPool::DoTasks(std::size_t thread) {
 // Work often comes in short pieces one after the other: looking out for it is cheaper than to be woken up.
 void ThreadPool::WatchFor(std::uint32_t seen) {
   ++watching_;
+  awake_ = true;
   const bool more = SeesOther(round_, seen, kPatience);
-  --watching_;
+  if (--watching_ == 0 && !more) awake_ = false;
   if (!more) round_.wait(seen);
 }
 
@@ -91,19 +92,19 @@ bool ThreadPool::Pays(double nanoseconds) const {
   constexpr std::size_t kMostThatCount = 4;
   constexpr double kShareOfWatcher = 15e3;
   const auto threads = static_cast<double>(std::min(wanted_, kMostThatCount));
-  const bool watched = watching_ > 0;
-  return wanted_ > 1 && nanoseconds >= threads * (watched ? std::min(leastShare_, kShareOfWatcher) : leastShare_);
+  return wanted_ > 1 && nanoseconds >= threads * (awake_ ? std::min(leastShare_, kShareOfWatcher) : leastShare_);
 }
 
 void ThreadPool::CallThreads() {
   if (threads_.size() + 1 < wanted_) Start();
+  awake_ = true;
   ++round_;
   round_.notify_all();
 }
 
 // They find the gate closed, and go on looking.
 void ThreadPool::Rouse() {
-  if (wanted_ > 1 && watching_ == 0) CallThreads();
+  if (wanted_ > 1 && !awake_) CallThreads();
 }
 
 void ThreadPool::Run(std::size_t count, const Work& work) {

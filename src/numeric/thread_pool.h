@@ -57,6 +57,7 @@ class ThreadPool {
   std::atomic<std::uint32_t> round_{0};   // goes on when there is something new to do
   std::atomic<std::uint32_t> gate_{0};    // threads at work, and whether more may join
   std::atomic<std::size_t> watching_{0};  // threads that look out for work
+  std::atomic<bool> awake_{false};        // called, and not all asleep since
   std::atomic<bool> ends_{false};
   std::atomic<bool> failed_{false};
   std::exception_ptr failure_;
