@@ -120,7 +120,9 @@ int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink) {
   std::vector<SpectrumBlock> batch(MostPortionsOfBatch(ctx));
   const auto keep = [&](const SpectrumBlock& block, std::size_t place) { batch[place] = block; };
-  const auto handOver = [&](std::size_t blocks) { std::for_each_n(batch.begin(), blocks, sink); };
+  const auto handOver = [&](std::size_t blocks) {
+    for (const SpectrumBlock& block : std::span(batch).first(blocks)) sink(block);
+  };
   return EvalSpectrumInBatches(ctx, model, request, {keep, handOver});
 }
 
