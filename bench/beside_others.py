@@ -41,11 +41,16 @@ class Workloads:
         return min(seconds(self.run(macro, threads)[2]) for _ in range(self.runs))
 
     def evaluation(self, macro, threads):
-        """Seconds of one evaluation: by processor time, since the rest of the macro waits for the disk, on one core."""
+        """Seconds of one evaluation, of ten times as many as the macro has, so that the rest of it does not count. By
+        processor time on one core, since the rest waits for the disk."""
         base, times = EVALUATIONS[macro]
+        with open(os.path.join(self.folder, macro + ".kvs")) as file:
+            text = re.sub(r"(?:^VarDielFunc.*\n)+", lambda found: 10 * found.group(0), file.read(), flags=re.MULTILINE)
+        with open(os.path.join(self.folder, "repeated.kvs"), "w") as file:
+            file.write(text)
         column = 1 if threads == 1 else 0
-        least = [min(self.run(name, threads)[column] for _ in range(self.runs)) for name in (macro, base)]
-        return (least[0] - least[1]) / times
+        least = [min(self.run(name, threads)[column] for _ in range(self.runs)) for name in ("repeated", base)]
+        return (least[0] - least[1]) / (10 * times)
 
     def files(self):
         """Processor seconds of W4 without its fits, and of a macro that does nothing."""
