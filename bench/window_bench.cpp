@@ -1,4 +1,5 @@
-// The windows on a screen: how soon the first one is there, and how a graph follows the slider of the parameter control.
+// The windows on a screen: how soon the first one is there, and how a graph follows the slider of the parameter
+// control.
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/wait.h>
