@@ -4,12 +4,12 @@
 #include <cmath>
 #include <random>
 
+#include "evaluation/eval_model.h"
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
-#include "models/eval_model.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 
 namespace {
 

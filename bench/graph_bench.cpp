@@ -6,10 +6,10 @@
 #include "graphs/curve_samples.h"
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
 #include "pictures/pixel_surface.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 
 namespace {
 

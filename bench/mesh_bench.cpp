@@ -4,15 +4,15 @@
 
 #include <cmath>
 
+#include "evaluation/eval_model.h"
 #include "fit/fit_coordinate.h"
 #include "fit/fit_lists.h"
 #include "fit/normal_equations.h"
 #include "fit/run_fit.h"
-#include "models/eval_model.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
 #include "program/program.h"
-#include "vdf/vdf_mesh.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
+#include "records/vdf_mesh.h"
 
 namespace {
 

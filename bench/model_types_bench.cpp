@@ -12,14 +12,14 @@
 
 #include "core/files.h"
 #include "core/text.h"
+#include "evaluation/eval_spectrum.h"
 #include "files/vdf_file.h"
 #include "macro/run_macro.h"
-#include "models/eval_spectrum.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
-#include "models/types/describe.h"
-#include "models/types/types.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
+#include "types/describe.h"
+#include "types/types.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 #include <filesystem>
 #include <tuple>
 
+#include "evaluation/eval_model.h"
+#include "evaluation/eval_spectrum.h"
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
-#include "models/eval_model.h"
-#include "models/eval_spectrum.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 
 namespace {
 

@@ -14,9 +14,9 @@
 #include <string>
 
 #include "graphs/graph_table.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 #include "windows/param_control.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "core/text.h"
-#include "models/types/describe.h"
+#include "types/describe.h"
 
 namespace kalvex {
 

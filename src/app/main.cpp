@@ -7,8 +7,8 @@
 #include "app/command_line.h"
 #include "app/window_layer.h"
 #include "macro/run_macro.h"
-#include "models/types/describe.h"
 #include "program/program.h"
+#include "types/describe.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "core/text.h"
 #include "datasets/interpolation.h"
+#include "datasets/quantity.h"
 #include "datasets/read_dataset.h"
-#include "models/quantity.h"
 
 namespace kalvex {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "core/files.h"
 #include "core/text.h"
-#include "models/eval_model.h"
-#include "models/eval_spectrum.h"
+#include "evaluation/eval_model.h"
+#include "evaluation/eval_spectrum.h"
 
 namespace kalvex {
 namespace {

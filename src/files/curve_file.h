@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "models/eval_context.h"
+#include "evaluation/eval_context.h"
 
 namespace kalvex {
 

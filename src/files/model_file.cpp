@@ -6,8 +6,8 @@
 #include "core/bytes.h"
 #include "core/files.h"
 #include "core/text.h"
-#include "models/eval_model.h"
-#include "models/model_rows.h"
+#include "evaluation/eval_model.h"
+#include "records/model_rows.h"
 
 // Little-endian and packed, n rows:
 //     0            218       record of epsInf

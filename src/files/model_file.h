@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "models/eval_context.h"
-#include "models/model.h"
+#include "evaluation/eval_context.h"
+#include "records/model.h"
 
 namespace kalvex {
 

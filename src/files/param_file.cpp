@@ -9,7 +9,7 @@
 #include "core/bytes.h"
 #include "core/files.h"
 #include "core/text.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 
 // Little-endian and packed, one record an element: i32 table entry | i32 row | i32 column | f64 value
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "core/notices.h"
-#include "models/model.h"
+#include "records/model.h"
 
 namespace kalvex {
 

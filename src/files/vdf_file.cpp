@@ -4,7 +4,7 @@
 
 #include "core/bytes.h"
 #include "core/files.h"
-#include "vdf/vdf_mesh.h"
+#include "records/vdf_mesh.h"
 
 // Little-endian and packed: u32 On | u32 KK | u32 FitActive | i32 n | n times f64 x, f64 e1, f64 e2
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "vdf/var_diel_func.h"
+#include "records/var_diel_func.h"
 
 namespace kalvex {
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "models/vector_kernels.h"
+#include "evaluation/vector_kernels.h"
 #include "numeric/rank_update.h"
 
 namespace kalvex {

@@ -6,11 +6,11 @@
 
 #include "core/files.h"
 #include "core/text.h"
+#include "evaluation/eval_model.h"
+#include "evaluation/eval_spectrum.h"
 #include "fit/fit_lists.h"
-#include "models/eval_model.h"
-#include "models/eval_spectrum.h"
-#include "models/model_table.h"
-#include "models/param_value.h"
+#include "records/model_table.h"
+#include "records/param_value.h"
 
 namespace kalvex {
 namespace {

@@ -1,8 +1,8 @@
 // The analytic derivatives beside difference quotients, for those who work on the models: tables for a person to read.
 #pragma once
 
+#include "evaluation/eval_context.h"
 #include "fit/fit_state.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

@@ -2,7 +2,7 @@
 // the limits in force.
 #pragma once
 
-#include "models/model_param.h"
+#include "records/model_param.h"
 
 namespace kalvex {
 

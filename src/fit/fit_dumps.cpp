@@ -9,9 +9,9 @@
 #include "core/files.h"
 #include "core/text.h"
 #include "datasets/dataset.h"
+#include "evaluation/eval_model.h"
 #include "fit/fit_lists.h"
-#include "models/eval_model.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "core/notices.h"
 #include "core/platform.h"
+#include "evaluation/eval_context.h"
 #include "fit/fit_state.h"
 #include "fit/run_fit.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "datasets/dataset.h"
-#include "models/eval_model.h"
-#include "models/eval_spectrum.h"
-#include "models/model_table.h"
-#include "models/vector_kernels.h"
+#include "evaluation/eval_model.h"
+#include "evaluation/eval_spectrum.h"
+#include "evaluation/vector_kernels.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 namespace {

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
+#include "evaluation/eval_context.h"
+#include "evaluation/spectrum_block.h"
 #include "fit/fit_state.h"
-#include "models/eval_context.h"
-#include "models/spectrum_block.h"
 
 namespace kalvex {
 

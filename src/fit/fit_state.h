@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "models/model.h"
-#include "models/param_place.h"
-#include "models/quantity.h"
+#include "datasets/quantity.h"
+#include "records/model.h"
+#include "records/param_place.h"
 
 namespace kalvex {
 

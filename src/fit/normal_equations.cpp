@@ -6,10 +6,10 @@
 #include <span>
 #include <utility>
 
+#include "evaluation/eval_spectrum.h"
 #include "fit/fit_coordinate.h"
 #include "fit/fit_lists.h"
-#include "models/eval_spectrum.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <vector>
 
+#include "evaluation/eval_context.h"
 #include "fit/block_gradients.h"
 #include "fit/fit_state.h"
-#include "models/eval_context.h"
 #include "numeric/band_solver.h"
 
 namespace kalvex {

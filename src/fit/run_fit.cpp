@@ -8,14 +8,14 @@
 
 #include "core/limits.h"
 #include "core/text.h"
+#include "evaluation/spectrum_team.h"
 #include "fit/confidence.h"
 #include "fit/fit_coordinate.h"
 #include "fit/fit_lists.h"
 #include "fit/fit_log.h"
 #include "fit/normal_equations.h"
-#include "models/model_table.h"
-#include "models/param_value.h"
-#include "models/spectrum_team.h"
+#include "records/model_table.h"
+#include "records/param_value.h"
 
 namespace kalvex {
 namespace {

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "core/platform.h"
+#include "evaluation/eval_context.h"
 #include "fit/fit_state.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "models/eval_spectrum.h"
+#include "evaluation/eval_spectrum.h"
 #include "numeric/complex.h"
 
 namespace kalvex {

@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
+#include "evaluation/eval_context.h"
 #include "graphs/graph.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

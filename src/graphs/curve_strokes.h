@@ -1,8 +1,8 @@
 // The strokes of a graph's curves, made from what they show.
 #pragma once
 
+#include "evaluation/eval_context.h"
 #include "graphs/graph.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

@@ -2,10 +2,10 @@
 
 #include "core/files.h"
 #include "core/text.h"
+#include "datasets/quantity.h"
 #include "graphs/curve_samples.h"
 #include "graphs/painting.h"
-#include "models/model_table.h"
-#include "models/quantity.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "evaluation/eval_context.h"
 #include "graphs/graph.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "evaluation/eval_context.h"
 #include "graphs/graph.h"
-#include "models/eval_context.h"
 
 namespace kalvex {
 

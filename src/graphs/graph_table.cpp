@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <tuple>
 
+#include "datasets/quantity.h"
 #include "graphs/axes.h"
-#include "models/model_table.h"
-#include "models/quantity.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 namespace {

@@ -7,7 +7,7 @@
 #include "core/notices.h"
 #include "datasets/dataset.h"
 #include "graphs/graph.h"
-#include "models/model.h"
+#include "records/model.h"
 
 namespace kalvex {
 

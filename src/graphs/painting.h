@@ -1,8 +1,8 @@
 // A graph on a screen or a picture of pixels: everything, or only the pixels that have changed.
 #pragma once
 
+#include "evaluation/eval_context.h"
 #include "graphs/graph.h"
-#include "models/eval_context.h"
 #include "pictures/canvas.h"
 
 namespace kalvex {

@@ -8,7 +8,7 @@
 #include "graphs/curve_samples.h"
 #include "graphs/painting.h"
 #include "graphs/strokes.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 namespace {

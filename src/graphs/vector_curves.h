@@ -1,8 +1,8 @@
 // A graph for paper: lines and symbols as they are, not as pixels.
 #pragma once
 
+#include "evaluation/eval_context.h"
 #include "graphs/graph.h"
-#include "models/eval_context.h"
 #include "pictures/canvas.h"
 
 namespace kalvex {

@@ -1,8 +1,8 @@
 #include "core/text.h"
 #include "datasets/dataset_operations.h"
 #include "datasets/load_dataset.h"
+#include "datasets/quantity.h"
 #include "macro/handlers.h"
-#include "models/quantity.h"
 #include "program/program.h"
 
 namespace kalvex {

@@ -8,8 +8,8 @@
 #include "macro/handlers.h"
 #include "macro/if_given.h"
 #include "macro/param_fields.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_table.h"
 #include "windows/fit_window.h"
 #include "windows/redraw.h"
 

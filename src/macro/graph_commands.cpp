@@ -1,4 +1,5 @@
 #include "core/text.h"
+#include "datasets/quantity.h"
 #include "graphs/curve_samples.h"
 #include "graphs/graph_export.h"
 #include "graphs/graph_picture.h"
@@ -6,7 +7,6 @@
 #include "macro/handlers.h"
 #include "macro/if_given.h"
 #include "macro/named_model.h"
-#include "models/quantity.h"
 #include "program/program.h"
 
 namespace kalvex {

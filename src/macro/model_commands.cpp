@@ -5,11 +5,11 @@
 #include "macro/handlers.h"
 #include "macro/named_model.h"
 #include "macro/param_fields.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
-#include "models/param_value.h"
-#include "models/types/describe.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
+#include "records/param_value.h"
+#include "types/describe.h"
 #include "windows/redraw.h"
 
 namespace kalvex {

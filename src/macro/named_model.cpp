@@ -1,7 +1,7 @@
 #include "macro/named_model.h"
 
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 

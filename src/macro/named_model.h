@@ -4,7 +4,7 @@
 #include <string>
 
 #include "macro/command_table.h"
-#include "models/model.h"
+#include "records/model.h"
 
 namespace kalvex {
 

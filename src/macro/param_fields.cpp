@@ -1,8 +1,8 @@
 #include "macro/param_fields.h"
 
 #include "core/text.h"
-#include "models/param_value.h"
 #include "program/program.h"
+#include "records/param_value.h"
 
 namespace kalvex {
 

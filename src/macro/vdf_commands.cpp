@@ -1,12 +1,12 @@
 #include <array>
 
 #include "core/text.h"
+#include "evaluation/eps_sum.h"
 #include "files/vdf_file.h"
 #include "macro/handlers.h"
 #include "macro/named_model.h"
-#include "models/eps_sum.h"
 #include "program/program.h"
-#include "vdf/vdf_mesh.h"
+#include "records/vdf_mesh.h"
 #include "windows/redraw.h"
 
 namespace kalvex {

@@ -4,8 +4,8 @@
 
 #include "core/text.h"
 #include "graphs/graph_table.h"
-#include "models/model_table.h"
-#include "models/types/types.h"
+#include "records/model_table.h"
+#include "types/types.h"
 #include "windows/model_window.h"
 #include "windows/redraw.h"
 

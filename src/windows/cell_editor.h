@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "models/model.h"
+#include "records/model.h"
 #include "windows/colours.h"
 
 namespace kalvex {

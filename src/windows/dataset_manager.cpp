@@ -2,7 +2,7 @@
 
 #include "core/text.h"
 #include "datasets/dataset_operations.h"
-#include "models/quantity.h"
+#include "datasets/quantity.h"
 #include "windows/desk.h"
 #include "windows/window_texts.h"
 

@@ -1,7 +1,7 @@
 #include "windows/exp_params_window.h"
 
 #include "core/text.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "windows/desk.h"
 #include "windows/redraw.h"
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "models/model.h"
+#include "records/model.h"
 #include "windows/cell_editor.h"
 #include "windows/keys.h"
 

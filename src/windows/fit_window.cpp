@@ -4,7 +4,7 @@
 
 #include "core/text.h"
 #include "fit/fit_lists.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "datasets/dataset.h"
+#include "datasets/quantity.h"
 #include "graphs/graph.h"
-#include "models/model.h"
-#include "models/quantity.h"
+#include "records/model.h"
 
 namespace kalvex {
 

@@ -1,7 +1,7 @@
 // The keys of a model's window. It has them only while it is the active one.
 #pragma once
 
-#include "models/model.h"
+#include "records/model.h"
 #include "windows/keys.h"
 
 namespace kalvex {

@@ -6,7 +6,7 @@
 #include <array>
 #include <string>
 
-#include "models/model.h"
+#include "records/model.h"
 #include "windows/cell_editor.h"
 
 namespace kalvex {

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "core/text.h"
-#include "models/model_table.h"
-#include "models/model_type.h"
-#include "models/param_value.h"
+#include "evaluation/model_type.h"
+#include "records/model_table.h"
+#include "records/param_value.h"
 #include "windows/desk.h"
 #include "windows/redraw.h"
 #include "windows/window_texts.h"

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "models/param_place.h"
+#include "records/param_place.h"
 #include "windows/colours.h"
 #include "windows/slider_map.h"
 

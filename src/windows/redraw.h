@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/notices.h"
-#include "models/model.h"
+#include "records/model.h"
 
 namespace kalvex {
 

@@ -1,7 +1,7 @@
 #include "windows/vdf_dialog.h"
 
-#include "models/model_table.h"
-#include "vdf/vdf_mesh.h"
+#include "records/model_table.h"
+#include "records/vdf_mesh.h"
 #include "windows/desk.h"
 #include "windows/model_window.h"
 

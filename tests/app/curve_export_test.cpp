@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "app/kalvex_run.h"
-#include "models/quantity.h"
+#include "datasets/quantity.h"
 #include "support/difference_quotient.h"
 
 namespace kalvex {

@@ -10,10 +10,10 @@
 
 #include "app/kalvex_run.h"
 #include "core/files.h"
+#include "datasets/quantity.h"
 #include "macro/command_table.h"
 #include "macro/parse.h"
-#include "models/model.h"
-#include "models/quantity.h"
+#include "records/model.h"
 
 namespace kalvex {
 namespace {

@@ -7,10 +7,10 @@
 #include "app/kalvex_run.h"
 #include "core/files.h"
 #include "core/text.h"
+#include "datasets/quantity.h"
 #include "files/vdf_file.h"
-#include "models/quantity.h"
-#include "models/types/describe.h"
-#include "models/types/types.h"
+#include "types/describe.h"
+#include "types/types.h"
 
 namespace kalvex {
 namespace {

@@ -17,33 +17,10 @@ namespace {
 
 // The first entry whose text a path begins with gives its floor.
 const std::vector<std::pair<std::string, int>> kFloors = {
-    {"core/", 1},
-    {"numeric/", 1},
-    {"pictures/", 1},
-    {"models/model_param", 2},
-    {"models/model.h", 2},
-    {"models/model_table", 2},
-    {"models/model_rows", 2},
-    {"models/param_", 2},
-    {"models/row_code", 2},
-    {"models/quantity.", 2},
-    {"vdf/var_diel_func", 2},
-    {"datasets/", 2},
-    {"terms/", 3},
-    {"models/types/", 5},
-    {"models/", 4},
-    {"vdf/", 4},
-    {"fit/", 6},
-    {"graphs/", 6},
-    {"files/", 6},
-    {"windows/qt/", 11},
-    {"manual/", 11},
-    {"windows/main_window", 10},
-    {"windows/", 7},
-    {"macro/macro_state", 7},
-    {"program/", 8},
-    {"macro/", 9},
-    {"app/", 10},
+    {"core/", 1},       {"numeric/", 1}, {"datasets/", 2}, {"records/", 2}, {"terms/", 3},
+    {"evaluation/", 4}, {"types/", 5},   {"fit/", 6},      {"files/", 6},   {"graphs/", 6},
+    {"pictures/", 6},   {"session/", 7}, {"store/", 8},    {"series/", 8},  {"windows/qt/", 10},
+    {"windows/", 9},    {"program/", 9}, {"macro/", 9},    {"app/", 10},    {"manual/", 10},
 };
 
 int FloorOf(const std::string& path) {

@@ -5,7 +5,7 @@
 #include "datasets/dataset_operations.h"
 #include "datasets/interpolation.h"
 #include "datasets/loading.h"
-#include "models/quantity.h"
+#include "datasets/quantity.h"
 #include "support/tolerances.h"
 
 namespace kalvex {

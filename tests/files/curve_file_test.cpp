@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <limits>
 
+#include "datasets/quantity.h"
 #include "files/model_files.h"
-#include "models/quantity.h"
 #include "support/tolerances.h"
 
 namespace kalvex {

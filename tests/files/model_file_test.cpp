@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
+#include "datasets/quantity.h"
 #include "files/model_files.h"
-#include "models/quantity.h"
 
 namespace kalvex {
 namespace {

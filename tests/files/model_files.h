@@ -7,9 +7,9 @@
 
 #include "files/bytes_of.h"
 #include "files/model_file.h"
-#include "models/model_rows.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {

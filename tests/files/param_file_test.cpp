@@ -4,8 +4,8 @@
 
 #include <cstring>
 
-#include "models/model_rows.h"
-#include "models/model_table.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {

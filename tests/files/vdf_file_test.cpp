@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
+#include "evaluation/mesh_samples.h"
 #include "files/bytes_of.h"
 #include "support/scratch_folder.h"
-#include "vdf/mesh_samples.h"
 
 namespace kalvex {
 namespace {

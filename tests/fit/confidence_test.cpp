@@ -12,7 +12,7 @@
 #include "fit/fit_coordinate.h"
 #include "fit/normal_equations.h"
 #include "fit/running.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "support/tolerances.h"
 
 namespace kalvex {

@@ -2,10 +2,10 @@
 
 #include <sstream>
 
+#include "evaluation/eval_model.h"
 #include "fit/derivative_test.h"
-#include "models/eval_model.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_table.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fit/running.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 
 namespace kalvex {
 namespace {

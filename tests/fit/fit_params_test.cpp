@@ -6,7 +6,7 @@
 
 #include "fit/param_places.h"
 #include "fit/sample_fit.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 
 namespace kalvex {
 namespace {

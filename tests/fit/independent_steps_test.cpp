@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fit/running.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "support/tolerances.h"
 
 namespace kalvex {

@@ -7,7 +7,7 @@
 
 #include "fit/fit_coordinate.h"
 #include "fit/sample_fit.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "support/difference_quotient.h"
 #include "support/tolerances.h"
 

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "fit/running.h"
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "support/tolerances.h"
 
 namespace kalvex {

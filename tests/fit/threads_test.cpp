@@ -6,8 +6,8 @@
 #include <random>
 
 #include "fit/running.h"
+#include "records/vdf_mesh.h"
 #include "support/program_state.h"
-#include "vdf/vdf_mesh.h"
 
 namespace kalvex {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "datasets/load_dataset.h"
 #include "datasets/read_dataset.h"
+#include "evaluation/eval_model.h"
 #include "files/model_file.h"
 #include "files/param_file.h"
 #include "files/vdf_file.h"
@@ -15,9 +16,8 @@
 #include "macro/loop_file.h"
 #include "macro/parse.h"
 #include "macro/run_macro.h"
-#include "models/eval_model.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_table.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {

@@ -2,13 +2,13 @@
 #include <complex>
 #include <set>
 
+#include "evaluation/eval_model.h"
 #include "graphs/axes.h"
 #include "graphs/curve_samples.h"
 #include "graphs/curve_strokes.h"
 #include "graphs/graphs.h"
 #include "graphs/painting.h"
-#include "models/eval_model.h"
-#include "models/model_rows.h"
+#include "records/model_rows.h"
 
 namespace kalvex {
 namespace {

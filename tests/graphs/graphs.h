@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "graphs/graph_table.h"
-#include "models/model_table.h"
 #include "pictures/canvas.h"
 #include "program/program.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 

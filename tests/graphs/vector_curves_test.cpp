@@ -1,9 +1,9 @@
 #include "graphs/vector_curves.h"
 
+#include "evaluation/eval_model.h"
 #include "graphs/axes.h"
 #include "graphs/curve_samples.h"
 #include "graphs/graphs.h"
-#include "models/eval_model.h"
 
 namespace kalvex {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "macro/run_macro.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {

@@ -1,6 +1,6 @@
 #include "windows/exp_params_window.h"
 
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "windows/cell_editor.h"
 #include "windows/open_windows.h"
 

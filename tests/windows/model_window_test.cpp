@@ -1,6 +1,6 @@
 #include "windows/model_window.h"
 
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "support/scratch_folder.h"
 #include "windows/cell_editor.h"
 #include "windows/model_keys.h"

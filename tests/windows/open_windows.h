@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "models/model_rows.h"
-#include "models/model_table.h"
-#include "models/quantity.h"
+#include "datasets/quantity.h"
 #include "program/program.h"
+#include "records/model_rows.h"
+#include "records/model_table.h"
 
 namespace kalvex {
 

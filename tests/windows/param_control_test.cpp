@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "windows/exp_params_window.h"
 #include "windows/model_window.h"
 #include "windows/open_windows.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "models/model_table.h"
-#include "models/param_value.h"
+#include "records/model_table.h"
+#include "records/param_value.h"
 
 namespace kalvex {
 namespace {

@@ -1,6 +1,6 @@
-#include "models/eps_sum.h"
+#include "evaluation/eps_sum.h"
+#include "records/vdf_mesh.h"
 #include "support/scratch_folder.h"
-#include "vdf/vdf_mesh.h"
 #include "windows/model_keys.h"
 #include "windows/model_window.h"
 #include "windows/open_windows.h"

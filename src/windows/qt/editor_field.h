@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <functional>
 
-#include "models/model.h"
+#include "records/model.h"
 
 namespace kalvex {
 

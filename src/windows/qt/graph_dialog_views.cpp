@@ -4,8 +4,8 @@
 #include <QGroupBox>
 #include <QPushButton>
 
+#include "datasets/quantity.h"
 #include "graphs/graph_table.h"
-#include "models/quantity.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/symbol_view.h"
 #include "windows/window_texts.h"

@@ -1,7 +1,7 @@
 #include "windows/qt/keeper.h"
 
 #include "graphs/graph_table.h"
-#include "models/model_table.h"
+#include "records/model_table.h"
 #include "windows/qt/exp_params_view.h"
 #include "windows/qt/fit_view.h"
 #include "windows/qt/graph_view.h"

@@ -2,7 +2,7 @@
 
 #include <QGridLayout>
 
-#include "models/quantity.h"
+#include "datasets/quantity.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/load_dialog_view.h"
 #include "windows/qt/show.h"

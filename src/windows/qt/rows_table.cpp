@@ -4,7 +4,7 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 
-#include "models/model_rows.h"
+#include "records/model_rows.h"
 #include "windows/qt/fields.h"
 #include "windows/qt/show.h"
 #include "windows/window_texts.h"

@@ -1,7 +1,7 @@
 // A model as its widgets know it.
 #pragma once
 
-#include "models/model_table.h"
+#include "records/model_table.h"
 #include "windows/model_window.h"
 #include "windows/qt/fields.h"
 #include "windows/qt/keeper.h"

@@ -1,5 +1,5 @@
 // The window of the experimental parameters on the screen.
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "windows/qt/model_on_screen.h"
 
 namespace kalvex {

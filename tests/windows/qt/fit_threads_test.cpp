@@ -3,7 +3,7 @@
 #include <QPushButton>
 #include <QThread>
 
-#include "models/spectrum_team.h"
+#include "evaluation/spectrum_team.h"
 #include "windows/qt/graph_view.h"
 #include "windows/qt/on_screen.h"
 

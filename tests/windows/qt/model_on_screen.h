@@ -11,7 +11,7 @@
 #include <QPushButton>
 #include <QTableView>
 
-#include "models/model_rows.h"
+#include "records/model_rows.h"
 #include "windows/colours.h"
 #include "windows/qt/on_screen.h"
 

@@ -13,8 +13,8 @@
 
 #include "graphs/graph_table.h"
 #include "macro/run_macro.h"
-#include "models/model_table.h"
 #include "program/program.h"
+#include "records/model_table.h"
 #include "support/scratch_folder.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"

@@ -1,7 +1,7 @@
 // The parameter control on the screen.
 #include <QSlider>
 
-#include "models/param_value.h"
+#include "records/param_value.h"
 #include "windows/qt/graph_view.h"
 #include "windows/qt/model_on_screen.h"
 

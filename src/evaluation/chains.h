@@ -1,0 +1,20 @@
+// The chain rule from a Quantity to the parameters: dQuantity[q] of each adjustable parameter of a model, of the
+// experimental parameters and of the mesh, out of the derivatives that the Quantity and the row sum have left.
+#pragma once
+
+#include "evaluation/eval_context.h"
+
+namespace kalvex {
+
+// dQuantity[q] = 0 for all of them.
+void ClearDerivativeColumn(EvalContext& ctx, Model& model, int quantity);
+// dQuantity[q] += dRe dEpsRe + dIm dEpsIm, and += dExp of each experimental parameter.
+void AddChain(EvalContext& ctx, Model& model, int quantity);
+// The same with = in the place of +=.
+void SetChain(EvalContext& ctx, Model& model, int quantity);
+// For the model that holds the magnetic response: dQuantity[q] = dMuRe dEpsRe + dMuIm dEpsIm.
+void SetChainForMu(EvalContext& ctx, Model& model, int quantity);
+// For a Quantity of the real row sum: dQuantity[q] = (dQuantity/dsum) dScalar.
+void SetChainForScalar(EvalContext& ctx, Model& model, int quantity);
+
+}  // namespace kalvex

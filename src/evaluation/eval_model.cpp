@@ -1,0 +1,74 @@
+#include "evaluation/eval_model.h"
+
+#include "evaluation/chains.h"
+#include "evaluation/eps_sum.h"
+#include "evaluation/quantity_formulas.h"
+
+namespace kalvex {
+namespace {
+
+template <class Visit>
+void ForEachWanted(EvalContext& ctx, Visit visit) {
+  for (int q = 0; q < kQuantityCount; ++q) {
+    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+    if (quantity.wanted) visit(q, quantity);
+  }
+}
+
+}  // namespace
+
+const ModelType* TypeOf(const EvalContext& ctx, const Model& model) {
+  const std::int32_t code = NegatedCode(model.epsInf);
+  if (code == 0) return nullptr;
+  for (const ModelType* type : ctx.types) {
+    if (type->code == code) return type;
+  }
+  return nullptr;
+}
+
+const char* TypeNameOf(const EvalContext& ctx, const Model& model) {
+  const ModelType* type = TypeOf(ctx, model);
+  return type ? type->name : "Diel. function";
+}
+
+int EvalModel(EvalContext& ctx, Model& model, double x, bool derivatives) {
+  const ModelType* type = TypeOf(ctx, model);
+  return type ? type->evaluate(ctx, model, x, derivatives) : StdEvalBulk(ctx, model, x, derivatives);
+}
+
+int EvalModelAfter(EvalContext& ctx, Model& model) {
+  const ModelType* type = TypeOf(ctx, model);
+  return type ? type->after(ctx, model) : StdEvalAfter(ctx, model);
+}
+
+QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives) {
+  return {x, derivatives, ctx.DcFlag, &ctx.params->ExpParams};
+}
+
+int StdEvalBulk(EvalContext& ctx, Model& model, double x, bool derivatives) {
+  const Cplx eps = EpsSum(ctx, model, x, derivatives);
+  const QuantityInput input = QuantityInputAt(ctx, ctx.DcFlag ? kDcFrequency : x, derivatives);
+  ForEachWanted(ctx, [&](int q, Quantity& quantity) {
+    QuantityOfEps(input, eps, q, quantity);
+    if (derivatives) SetChain(ctx, model, q);
+  });
+  return 0;
+}
+
+int StdEvalAfter(EvalContext& ctx, Model& model) {
+  SeedDependencies(ctx, model);
+  ForEachWanted(ctx, [&](int q, Quantity& quantity) {
+    DependencyStub(q, quantity);
+    SetChain(ctx, model, q);
+  });
+  return 0;
+}
+
+double ZeroFrequencyWeight(EvalContext& ctx, Model& model) {
+  constexpr double kNearZero = 1e-5;  // cm-1
+  ctx.quantities[kE1].wanted = 1;
+  StdEvalBulk(ctx, model, kNearZero, false);
+  return -ctx.quantities[kE1].value * kNearZero * kNearZero;
+}
+
+}  // namespace kalvex

@@ -1,0 +1,28 @@
+// One model at one frequency: the reference for what is right. The caller sets the wanted flags of ctx.quantities
+// before and reads the values, and dQuantity of the parameters, after.
+#pragma once
+
+#include "evaluation/eval_context.h"
+#include "evaluation/quantity_formulas.h"
+
+namespace kalvex {
+
+// Wanted Quantities at frequency x (cm-1), and on request their derivatives by every adjustable parameter. A special
+// model may give -1; the Quantities then stand as they stood.
+int EvalModel(EvalContext& ctx, Model& model, double x, bool derivatives);
+
+// The dependency pass: leaves dQuantity[q] of each wanted Quantity other than 0 exactly on the adjustable parameters
+// that the Quantity can depend on. The numbers themselves mean nothing.
+int EvalModelAfter(EvalContext& ctx, Model& model);
+
+// The two for a plain model.
+int StdEvalBulk(EvalContext& ctx, Model& model, double x, bool derivatives);
+int StdEvalAfter(EvalContext& ctx, Model& model);
+
+// What QuantityOfEps reads of a context, at frequency x.
+QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives);
+
+// Weight of the delta function at zero frequency, -eps1 w^2 at w = 1e-5 cm-1, as a plain model. Leaves E1 wanted.
+double ZeroFrequencyWeight(EvalContext& ctx, Model& model);
+
+}  // namespace kalvex

@@ -1,0 +1,129 @@
+#include "evaluation/eval_spectrum.h"
+
+#include <algorithm>
+
+#include "evaluation/block_filler.h"
+#include "evaluation/eps_sum.h"
+#include "evaluation/eval_model.h"
+#include "evaluation/plain_spectrum.h"
+
+namespace kalvex {
+namespace {
+
+// Within a spectrum within a spectrum the outer one goes on to be the one that counts.
+class SpectrumNumber {
+ public:
+  explicit SpectrumNumber(EvalContext& ctx) : ctx_(ctx), before_(ctx.spectrum) {
+    if (before_ == 0) ctx_.spectrum = ++ctx_.spectraBefore;
+  }
+  SpectrumNumber(const SpectrumNumber&) = delete;
+  SpectrumNumber& operator=(const SpectrumNumber&) = delete;
+  ~SpectrumNumber() { ctx_.spectrum = before_; }
+
+ private:
+  EvalContext& ctx_;
+  std::uint64_t before_;
+};
+
+// The frequencies, in order, at which a Quantity is wanted for the last time, and the last one.
+std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
+  std::vector<std::size_t> last;
+  const QuantitySet anywhere = WantedAnywhere(request);
+  QuantitySet seen = 0;
+  for (std::size_t i = request.x.size(); i-- > 0 && (last.empty() || seen != anywhere);) {
+    if ((request.wanted[i] & ~seen) != 0 || last.empty()) last.push_back(i);
+    seen |= request.wanted[i];
+  }
+  std::reverse(last.begin(), last.end());
+  return last;
+}
+
+int FillOneByOne(BlockFiller& filler, const SpectrumRequest& request, std::size_t first, SpectrumBlock& block) {
+  block.first = first;
+  block.count = std::min(kSpectrumBlock, request.x.size() - first);
+  return filler.FillOneByOne(block);
+}
+
+// Brings the caller's tables to what they would hold if every frequency had been evaluated there. A special model that
+// gives up without a word takes its results from the frequency before, so that of such a one whole blocks count.
+int LeaveBehind(EvalContext& ctx, Model& model, const SpectrumRequest& request, BlockFiller& filler) {
+  int status = 0;
+  SpectrumBlock block(request);
+  std::size_t next = 0;
+  for (const std::size_t i : LastFrequencies(request)) {
+    if (filler.FillsAtOnce()) {
+      WantOnly(ctx.quantities, request.wanted[i]);
+      EvalModel(ctx, model, request.x[i], request.derivatives);
+    } else if (i >= next) {
+      const std::size_t first = i / kSpectrumBlock * kSpectrumBlock;
+      if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
+      next = first + kSpectrumBlock;
+    }
+  }
+  return status;
+}
+
+// Hands over, on this thread, the blocks of the portions that have not been handed over yet.
+class HandingOver {
+ public:
+  HandingOver(const SpectrumRequest& request, const BatchSink& sink, std::size_t done)
+      : size_(request.x.size()), sink_(sink), done_(done) {}
+
+  void Give(const SpectrumBlock& block) {
+    if (block.first < done_) return;
+    sink_.work(block, 0);
+    const std::size_t end = block.first + block.count;
+    if (end % sink_.Frequencies() != 0 && end != size_) return;
+    sink_.take(1);
+    done_ = end;
+  }
+  bool AreAllDone() const { return done_ == size_; }
+
+ private:
+  std::size_t size_;
+  const BatchSink& sink_;
+  std::size_t done_;
+};
+
+// Fills blocks until one cannot be filled at once.
+void FillAlone(BlockFiller& filler, const SpectrumRequest& request, HandingOver& rest) {
+  SpectrumBlock block(request);
+  for (block.first = 0; block.first < request.x.size(); block.first += kSpectrumBlock) {
+    block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
+    if (!filler.FillAtOnce(block)) return;
+    rest.Give(block);
+  }
+}
+
+}  // namespace
+
+int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink) {
+  const SpectrumNumber number(ctx);
+  if (HasVdf(model) && model.vdf.KK && PlainSpectrum::AppliesTo(ctx, model)) {
+    ctx.vdfKernels.Prepare(model.number, model.vdf, request.x);
+  }
+  BlockFiller filler(ctx, model, request, ctx.vdfKernels);
+  HandingOver rest(request, sink, PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0);
+  if (filler.FillsAtOnce() && !rest.AreAllDone()) FillAlone(filler, request, rest);
+  if (!request.x.empty() && rest.AreAllDone()) return LeaveBehind(ctx, model, request, filler);
+  // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
+  SpectrumBlock block(request);
+  int status = 0;
+  for (std::size_t first = 0; first < request.x.size(); first += kSpectrumBlock) {
+    if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
+    rest.Give(block);
+  }
+  return status;
+}
+
+int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
+                 const std::function<void(const SpectrumBlock&)>& sink) {
+  std::vector<SpectrumBlock> batch(MostPortionsOfBatch(ctx));
+  const auto keep = [&](const SpectrumBlock& block, std::size_t place) { batch[place] = block; };
+  const auto handOver = [&](std::size_t blocks) {
+    for (const SpectrumBlock& block : std::span(batch).first(blocks)) sink(block);
+  };
+  return EvalSpectrumInBatches(ctx, model, request, {keep, handOver});
+}
+
+}  // namespace kalvex

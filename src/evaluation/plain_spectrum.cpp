@@ -1,0 +1,185 @@
+#include "evaluation/plain_spectrum.h"
+
+#include <algorithm>
+
+#include "core/vector_clones.h"
+#include "evaluation/eps_sum.h"
+#include "evaluation/eval_model.h"
+#include "records/model_table.h"
+
+namespace kalvex {
+namespace {
+
+static_assert(kSpectrumBlock == kKernelBlock);
+
+constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+
+// out = a b, out += sum over the rows of a_j b_j, and out = a b + c d, at the frequencies of a block.
+KALVEX_VECTOR_CLONES void Multiply(const double* a, const double* b, double* out) {
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] = a[i] * b[i];
+}
+KALVEX_VECTOR_CLONES void AddMultiples(const double* a, const double* rows, std::size_t count, double* out) {
+  double sum[kSpectrumBlock] = {};
+  for (std::size_t j = 0; j < count; ++j, rows += kSpectrumBlock) {
+    for (std::size_t i = 0; i < kSpectrumBlock; ++i) sum[i] += a[j] * rows[i];
+  }
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] += sum[i];
+}
+KALVEX_VECTOR_CLONES void MultiplyPairs(const double* a, const double* b, const double* c, const double* d,
+                                        double* out) {
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] = a[i] * b[i] + c[i] * d[i];
+}
+
+}  // namespace
+
+bool PlainSpectrum::AppliesTo(const EvalContext& ctx, const Model& model) {
+  return !TypeOf(ctx, model) && !ctx.FrequencyOverrideFlag;
+}
+
+PlainSpectrum::PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
+    : ctx_(ctx),
+      model_(model),
+      request_(request),
+      kernelCache_(kernels),
+      throughTables_(!PlainRows::Are(model)),
+      rows_(model) {
+  if (request.derivatives) Classify();
+  if (HasVdf(model)) weights_.resize(kSpectrumBlock);
+}
+
+PlainSpectrum::Slope PlainSpectrum::SourceOf(const ParamPlace& place, std::size_t k) {
+  const ModelParam& param = ParamAt(*ctx_.params, place);
+  const Slope stale{Source::kStale, &param, 0};
+  if (!param.adjustable) return stale;
+  if (place.Where == ParamKind::kExp) {
+    anyExpSlope_ = true;
+    return {Source::kExp, &param, static_cast<std::size_t>(place.nep)};
+  }
+  if (place.nm != SlotOf(*ctx_.params, model_)) return stale;
+  if (place.Where == ParamKind::kMesh) {
+    if (!HasVdf(model_)) return stale;
+    const auto index = 2 * static_cast<std::size_t>(place.nen) + (place.isIm ? 1 : 0);
+    meshSlopes_[index] = k;
+    return {Source::kMesh, &param, index};
+  }
+  if (throughTables_) return {Source::kTable, &param, tableParams_++};
+  rows_.Claim(place, k);
+  return {Source::kRow, &param, 0};
+}
+
+void PlainSpectrum::Classify() {
+  meshSlopes_.assign(2 * model_.vdf.mesh.size(), kNobody);
+  for (const ParamPlace& place : request_.slopesOf) slopes_.push_back(SourceOf(place, slopes_.size()));
+  tableSlopes_.resize(2 * kSpectrumBlock * tableParams_);
+}
+
+void PlainSpectrum::TakeFrequencies(const SpectrumBlock& block) {
+  const auto x = request_.x.subspan(block.first, block.count);
+  std::fill(std::copy(x.begin(), x.end(), x_.begin()), x_.end(), x.back());
+  if (ctx_.DcFlag) {
+    eps_.w.fill(kDcFrequency);
+  } else {
+    eps_.w = x_;
+  }
+}
+
+void PlainSpectrum::SumRows(std::size_t count) {
+  if (!throughTables_) return rows_.Sum(x_.data(), request_.derivatives, eps_.re.data(), eps_.im.data());
+  for (std::size_t i = 0; i < count; ++i) {
+    const Cplx sum = RowSum(ctx_, model_, x_[i], request_.derivatives);
+    eps_.re[i] = sum.re;
+    eps_.im[i] = sum.im;
+    for (const Slope& slope : slopes_) {
+      if (slope.source != Source::kTable) continue;
+      double* const kept = tableSlopes_.data() + slope.index * 2 * kSpectrumBlock;
+      kept[i] = slope.param->dEpsRe;
+      kept[kSpectrumBlock + i] = slope.param->dEpsIm;
+    }
+  }
+  std::fill(eps_.re.begin() + count, eps_.re.end(), eps_.re[count - 1]);
+  std::fill(eps_.im.begin() + count, eps_.im.end(), eps_.im[count - 1]);
+}
+
+void PlainSpectrum::AddMesh(const SpectrumBlock& block) {
+  const auto& mesh = model_.vdf.mesh;
+  const bool constrained = model_.vdf.KK != 0;
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) {
+    const VdfWeights at = weights_[i] = VdfWeightsAt(model_.vdf, x_[i]);
+    for (const auto& [point, weight] : {std::pair(at.first, at.firstWeight), std::pair(at.second, at.secondWeight)}) {
+      if (point < 0) continue;
+      eps_.im[i] += weight * mesh[static_cast<std::size_t>(point)].e2.value;
+      if (!constrained) eps_.re[i] += weight * mesh[static_cast<std::size_t>(point)].e1.value;
+    }
+  }
+  if (!constrained) return;
+  kernels_ = kernelCache_.Block(model_.vdf, block.first, spareKernels_);
+  meshValues_.clear();
+  for (const VdfMeshPoint& point : mesh) meshValues_.push_back(point.e2.value);
+  AddMultiples(meshValues_.data(), kernels_, meshValues_.size(), eps_.re.data());
+}
+
+// What the piecewise linear curves themselves give, at the one or two points that hold them up.
+void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const VdfWeights& at = weights_[i];
+    for (const auto& [point, weight] : {std::pair(at.first, at.firstWeight), std::pair(at.second, at.secondWeight)}) {
+      if (point < 0 || weight == 0) continue;
+      for (const std::size_t imaginary : {0u, 1u}) {
+        const std::size_t k = meshSlopes_[2 * static_cast<std::size_t>(point) + imaginary];
+        if (k != kNobody) block.Slopes(k, quantity)[i] += weight * (imaginary ? result.dIm : result.dRe)[i];
+      }
+    }
+  }
+}
+
+void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
+  for (std::size_t k = 0; k < slopes_.size(); ++k) {
+    const Slope& slope = slopes_[k];
+    double* const out = block.Slopes(k, quantity);
+    switch (slope.source) {
+      case Source::kRow:
+        break;
+      case Source::kTable: {
+        const double* const by = tableSlopes_.data() + slope.index * 2 * kSpectrumBlock;
+        MultiplyPairs(result.dRe.data(), by, result.dIm.data(), by + kSpectrumBlock, out);
+        break;
+      }
+      case Source::kMesh:
+        if (model_.vdf.KK && slope.index % 2 == 1) {
+          Multiply(result.dRe.data(), kernels_ + slope.index / 2 * kSpectrumBlock, out);
+        } else {
+          std::fill_n(out, kSpectrumBlock, 0.0);
+        }
+        break;
+      case Source::kExp:
+        std::copy(result.dExp[slope.index].begin(), result.dExp[slope.index].end(), out);
+        break;
+      case Source::kStale:
+        std::fill_n(out, kSpectrumBlock, slope.param->dQuantity[static_cast<std::size_t>(quantity)]);
+        break;
+    }
+  }
+  if (!throughTables_) rows_.FillSlopes(block, quantity, x_.data(), result.dRe.data(), result.dIm.data());
+  if (HasVdf(model_)) AddMeshWeights(block, quantity, result);
+}
+
+bool PlainSpectrum::FillBlock(SpectrumBlock& block) {
+  TakeFrequencies(block);
+  SumRows(block.count);
+  if (HasVdf(model_)) AddMesh(block);
+  QuantitySet anywhere = 0;
+  for (std::size_t i = 0; i < block.count; ++i) anywhere |= request_.wanted[block.first + i];
+  const QuantityInput input = QuantityInputAt(ctx_, 0, request_.derivatives);
+  bool whole = true;
+  for (int q = 0; q < kQuantityCount; ++q) {
+    if (!Contains(anywhere, q)) continue;
+    QuantityOfEpsBlock(input, eps_, q, result_);
+    std::copy(result_.value.begin(), result_.value.end(), block.Values(q));
+    if (!request_.derivatives) continue;
+    FillSlopes(block, q, result_);
+    whole = whole && !(result_.anyLimit && anyExpSlope_);
+  }
+  return whole;
+}
+
+}  // namespace kalvex

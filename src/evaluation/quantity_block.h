@@ -1,0 +1,31 @@
+// Quantities of a bulk sample at a block of frequencies.
+#pragma once
+
+#include <array>
+
+#include "evaluation/quantity_formulas.h"
+#include "evaluation/spectrum_block.h"
+
+namespace kalvex {
+
+struct alignas(64) BlockNumbers : std::array<double, kSpectrumBlock> {};
+
+// The dielectric function at the frequencies of a block, for which a Quantity is asked.
+struct EpsBlock {
+  BlockNumbers w;  // cm-1
+  BlockNumbers re;
+  BlockNumbers im;
+};
+
+struct QuantityBlock {
+  BlockNumbers value;
+  BlockNumbers dRe;  // with derivatives
+  BlockNumbers dIm;
+  std::array<BlockNumbers, kExpParamCount> dExp;  // 0 for parameters that the Quantity does not read
+  bool anyLimit = false;                          // somewhere |eps| has left its range, and dExp has no meaning
+};
+
+// What QuantityOfEps gives at each frequency. Of `in` the frequency does not count.
+void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
+
+}  // namespace kalvex

@@ -1,0 +1,121 @@
+#include "evaluation/quantity_formulas.h"
+
+#include <utility>
+
+#include "evaluation/bulk_formulas.h"
+
+namespace kalvex {
+namespace {
+
+using Oblique = bulk::ObliqueAmplitude<double, 2>;
+
+// How the limiting values and the dependencies of a Quantity stand; and which experimental parameters it reads.
+struct QuantityTraits {
+  bool ofMu;
+  int nExp;
+  std::array<int, 3> expIndex;
+  double valueBig;
+  double valueSmall;
+  double wRe, wIm, wMuRe, wMuIm;
+};
+
+constexpr std::array<int, 3> kNoExp = {};
+constexpr std::array<int, 3> kScaleR = {kScalingFactorOfR};
+constexpr std::array<int, 3> kPlate = {kSampleThickness, kThicknessSpread, kScalingFactorOfT};
+constexpr std::array<int, 3> kOblique = {kAngleOfIncidence, kAngleSpread, kScalingFactorOfR};
+
+constexpr std::array<QuantityTraits, kQuantityCount> kTraits = {{
+    {true, 1, kScaleR, 1, 1, 1, 1, 1, 1},
+    {true, 3, kPlate, 0, 1, 1, 1, 1, 1},
+    {true, 3, kOblique, 1, 1, 1, 1, 1, 1},
+    {true, 3, kOblique, 1, 1, 1, 1, 1, 1},
+    {true, 3, kOblique, 1, 1, 1, 1, 1, 1},
+    {false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
+    {false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
+    {false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
+    {false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
+    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {false, 0, kNoExp, 0, 0, 1, 1, 0, 0},
+    {true, 3, kPlate, 0, 0, 1, 1, 1, 1},
+    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+}};
+
+const QuantityTraits& TraitsOf(int quantity) { return kTraits[static_cast<std::size_t>(quantity)]; }
+
+// rp = (a c - m)/(a c + m) with m = sqrt(mu - s^2/eps), a = sqrt(eps).
+Lanes PAmplitude(const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Oblique& out) {
+  const Cplx a = Sqrt(eps), inverse = Cplx{1, 0} / eps;
+  const bulk::Slope<double, 2> argument{mu - angle.s2 * inverse, {angle.s2 * (inverse * inverse), Cplx{1, 0}}};
+  const bulk::Slope<double, 2> root{a, {0.5 * (a * inverse), Cplx{}}};
+  return bulk::ContrastOf(bulk::TimesCos(root, angle.c), bulk::RootOf(argument, -inverse), out);
+}
+
+// rs is rp with eps and mu exchanged.
+Lanes SAmplitude(const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Oblique& out) {
+  const Lanes fails = PAmplitude(mu, eps, angle, out);
+  std::swap(out.r.d[0], out.r.d[1]);
+  return fails;
+}
+
+Lanes ObliqueOfEpsMu(int quantity, const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Oblique& out) {
+  if (quantity == kRp) return PAmplitude(eps, mu, angle, out);
+  if (quantity == kRs) return SAmplitude(eps, mu, angle, out);
+  Oblique p, s;
+  const bool fails = PAmplitude(eps, mu, angle, p) != Lanes::kNone || SAmplitude(eps, mu, angle, s) != Lanes::kNone;
+  if (fails || Abs(s.r.z) < kTinyNorm) return Lanes::kAll;
+  const Cplx inverse = Cplx{1, 0} / s.r.z, ratio = p.r.z * inverse;
+  const auto slope = [&](const Cplx& dp, const Cplx& ds) { return (dp - ratio * ds) * inverse; };
+  out = {{ratio, bulk::Slopes<double, 2>([&](std::size_t k) { return slope(p.r.d[k], s.r.d[k]); })},
+         slope(p.dSin2, s.dSin2),
+         slope(p.dCos, s.dCos)};
+  return Lanes::kNone;
+}
+
+void PutLimit(const QuantityInput& in, double value, Quantity& out) {
+  out.value = value;
+  if (in.derivatives) bulk::ClearSlopes(out);
+}
+
+}  // namespace
+
+void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out) {
+  const QuantityTraits& traits = TraitsOf(quantity);
+  const double modulus = Abs(eps);
+  if (modulus > kNoValue) return PutLimit(in, traits.valueBig, out);
+  if (modulus < kTinyNorm) return PutLimit(in, traits.valueSmall, out);
+  bulk::QuantityBetweenLimits<1>(in, eps, quantity, out);
+}
+
+void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out) {
+  const QuantityTraits& traits = TraitsOf(quantity);
+  const double epsModulus = Abs(eps), muModulus = Abs(mu);
+  if (epsModulus > kNoValue || muModulus > kNoValue) return PutLimit(in, traits.valueBig, out);
+  if (epsModulus < kTinyNorm || muModulus < kTinyNorm) return PutLimit(in, traits.valueSmall, out);
+  if (!traits.ofMu) return PutLimit(in, 0, out);
+  if (quantity == kRp || quantity == kRs || quantity == kRps) {
+    bulk::ObliqueReflectivity<2>(in, out, [&](const bulk::Angle& angle, Oblique& amplitude) {
+      return ObliqueOfEpsMu(quantity, eps, mu, angle, amplitude);
+    });
+    return;
+  }
+  bulk::SurfaceQuantity(in, bulk::SurfaceOf(eps, mu), quantity, out);
+}
+
+void DependencyStub(int quantity, Quantity& out) {
+  const QuantityTraits& traits = TraitsOf(quantity);
+  for (int k = 0; k < traits.nExp; ++k) {
+    out.dExp[static_cast<std::size_t>(traits.expIndex[static_cast<std::size_t>(k)])] = 1;
+  }
+  out.dRe = traits.wRe;
+  out.dIm = traits.wIm;
+}
+
+void DependencyStubMu(int quantity, Quantity& out) {
+  DependencyStub(quantity, out);
+  out.dMuRe = TraitsOf(quantity).wMuRe;
+  out.dMuIm = TraitsOf(quantity).wMuIm;
+}
+
+}  // namespace kalvex

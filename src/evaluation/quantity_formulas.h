@@ -1,0 +1,52 @@
+// From the complex dielectric function eps, and where there is one the permeability mu, of a bulk sample to the 15
+// Quantities, with derivatives. Units: frequency cm-1, thickness cm, angles degrees, conductivity ohm-1 cm-1.
+#pragma once
+
+#include <array>
+
+#include "evaluation/quantity_table.h"
+#include "numeric/complex.h"
+#include "records/model_param.h"
+
+namespace kalvex {
+
+// What a Quantity is computed from besides eps; T is double, or a pack of frequencies.
+template <class T>
+struct QuantityInputOf {
+  T w{};  // frequency, cm-1
+  bool derivatives = false;
+  bool dcFlag = false;  // S1 is to be given as its reciprocal, the resistivity
+  const std::array<ModelParam, kExpParamCount>* exp = nullptr;
+};
+using QuantityInput = QuantityInputOf<double>;
+
+// Fills value, dRe, dIm, and dExp of the adjustable experimental parameters. An |eps| above 1e30 or below 1e-30 gives
+// the Quantity's limiting value with dRe = dIm = 0, and leaves dExp alone.
+void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out);
+// The same with a permeability; dMuRe and dMuIm too. E1, E2, S1, S2 and LF, which have no meaning there, give 0.
+void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out);
+
+// For the dependency pass: derivatives of 1 where the Quantity depends on its input at all, 0 elsewhere.
+void DependencyStub(int quantity, Quantity& out);
+void DependencyStubMu(int quantity, Quantity& out);
+
+inline constexpr double kRadiansPerDegree = 0.017453292519943295;
+
+// The ten nodes and weights of the averages over thickness and over angle: sample k stands at (2 x - 1)*spread + 1
+// times the mean. The weights sum to 1.000074097, and published fits rely on that sum: they are not to be mended.
+struct AveragingNode {
+  double x;
+  double g;
+};
+inline constexpr std::array<AveragingNode, 10> kAveragingNodes = {{{0.013046736, 0.009628313},
+                                                                   {0.067468317, 0.047708233},
+                                                                   {0.160295216, 0.102294125},
+                                                                   {0.283302303, 0.15441429},
+                                                                   {0.425562831, 0.185955039},
+                                                                   {0.574437169, 0.185955039},
+                                                                   {0.716697697, 0.15441429},
+                                                                   {0.839704784, 0.102294125},
+                                                                   {0.932531683, 0.04778233},
+                                                                   {0.986953264, 0.009628313}}};
+
+}  // namespace kalvex

@@ -1,0 +1,31 @@
+// What an evaluation leaves for each of the 15 Quantities.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/limits.h"
+#include "datasets/quantity.h"
+
+namespace kalvex {
+
+// What an evaluation leaves for one Quantity.
+struct Quantity {
+  std::uint32_t wanted = 0;  // the next evaluation must compute it
+  double value = 0;
+  double dRe = 0;  // derivative by the real part of eps
+  double dIm = 0;
+  double dScalar = 0;  // derivative by the real row sum
+  double dMuRe = 0;
+  double dMuIm = 0;
+  std::array<double, kExpParamCount> dExp{};  // derivative by each experimental parameter
+};
+
+using QuantityTable = std::array<Quantity, kQuantityCount>;
+
+// Wants the Quantities of the set and no others.
+inline void WantOnly(QuantityTable& table, QuantitySet set) {
+  for (int q = 0; q < kQuantityCount; ++q) table[static_cast<std::size_t>(q)].wanted = Contains(set, q) ? 1 : 0;
+}
+
+}  // namespace kalvex

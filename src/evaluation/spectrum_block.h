@@ -1,0 +1,74 @@
+// What EvalSpectrum is asked for, and what it hands over.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <vector>
+
+#include "datasets/quantity.h"
+#include "records/param_place.h"
+
+namespace kalvex {
+
+inline constexpr std::size_t kSpectrumBlock = 64;
+
+struct SpectrumRequest {
+  std::span<const double> x;            // cm-1
+  std::span<const QuantitySet> wanted;  // one for each frequency
+  bool derivatives = false;
+  std::span<const ParamPlace>
+      slopesOf;  // with derivatives: the parameters whose slopes the caller will read, each once
+};
+
+// The Quantities that are wanted at any frequency.
+inline QuantitySet WantedAnywhere(const SpectrumRequest& request) {
+  QuantitySet anywhere = 0;
+  for (const QuantitySet wanted : request.wanted) anywhere |= wanted;
+  return anywhere;
+}
+
+// The results at the frequencies first to first + count - 1. A value or slope that was not asked for has no meaning.
+class SpectrumBlock {
+ public:
+  SpectrumBlock() = default;
+  explicit SpectrumBlock(const SpectrumRequest& request) { MakeRoomFor(request, WantedAnywhere(request)); }
+
+  // What stands in the block loses its meaning. anywhere: WantedAnywhere of the request, which is as long as the
+  // spectrum.
+  void MakeRoomFor(const SpectrumRequest& request, QuantitySet anywhere) {
+    std::size_t columns = 0;
+    for (int q = 0; q < kQuantityCount; ++q) {
+      if (Contains(anywhere, q)) column_[static_cast<std::size_t>(q)] = columns++;
+    }
+    values_.resize(columns * kSpectrumBlock);
+    slopes_.resize(request.derivatives ? request.slopesOf.size() * values_.size() : 0);
+  }
+
+  std::size_t first = 0;
+  std::size_t count = 0;
+
+  double Value(int quantity, std::size_t i) const { return values_[Index(quantity, i)]; }
+  // Derivative of the Quantity by parameter number k of the request.
+  double Slope(std::size_t k, int quantity, std::size_t i) const {
+    return slopes_[k * values_.size() + Index(quantity, i)];
+  }
+
+  // For those who fill it: the values, or the slopes by one parameter, at all frequencies of the block.
+  const double* Values(int quantity) const { return values_.data() + Index(quantity, 0); }
+  double* Values(int quantity) { return values_.data() + Index(quantity, 0); }
+  const double* Slopes(std::size_t k, int quantity) const {
+    return slopes_.data() + k * values_.size() + Index(quantity, 0);
+  }
+  double* Slopes(std::size_t k, int quantity) { return slopes_.data() + k * values_.size() + Index(quantity, 0); }
+
+ private:
+  std::size_t Index(int quantity, std::size_t i) const {
+    return column_[static_cast<std::size_t>(quantity)] * kSpectrumBlock + i;
+  }
+  std::array<std::size_t, kQuantityCount> column_{};  // of each Quantity that is wanted anywhere in the request
+  std::vector<double> values_;
+  std::vector<double> slopes_;
+};
+
+}  // namespace kalvex

@@ -1,0 +1,33 @@
+// The value of a variational dielectric function: piecewise linear curves, and under the constraint the exact
+// Kramers-Kronig transform of the imaginary part, which is a sum of triangles.
+#pragma once
+
+#include "numeric/complex.h"
+#include "records/var_diel_func.h"
+
+namespace kalvex {
+
+// The kernel of the transform at frequency X (cm-1): out[j] is the real part that a triangle of height 1 at mesh point
+// j makes, (2/pi) P-integral of w T(w)/(w^2 - X^2) dw; 0 at the two end points. out has the size of the mesh.
+void VdfKernel(const VarDielFunc& vdf, double X, double* out);
+
+// The one or two mesh points that hold up the piecewise linear curves at a frequency, with their weights.
+struct VdfWeights {
+  int first = -1;  // -1 outside the mesh
+  int second = -1;
+  double firstWeight = 0;
+  double secondWeight = 0;
+};
+VdfWeights VdfWeightsAt(const VarDielFunc& vdf, double X);
+
+// Value at frequency X. With derivatives, dEpsRe and dEpsIm of both parameters of every mesh point. Outside the mesh
+// the imaginary part is 0, and the real part 0 or the tail of the transform.
+Cplx EvalVdf(VarDielFunc& vdf, double X, bool derivatives);
+// Marks what EvalVdf depends on by derivatives of 1.
+void VdfGradient(VarDielFunc& vdf);
+
+// Integral of w e2(w)/(4 pi) from the first mesh point to the limit; derivatives to dScalar.
+double VdfScalarSum(VarDielFunc& vdf, double limit, bool derivatives);
+void VdfScalarGradient(VarDielFunc& vdf);
+
+}  // namespace kalvex

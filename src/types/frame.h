@@ -1,0 +1,490 @@
+// What every special model has in common. A type is its row map and its formula:
+//
+//     struct SampleInMedium {
+//       enum Input { kMedium, kSample, kScale };
+//       static constexpr RowCell kHead[] = {Partner(0, Wo, "medium"), Partner(0, Wp, "sample"), Own(0, G, "scale", 1)};
+//       static constexpr SlotUse kFills[] = {{kRefl, "reflectivity"}};
+//       template <class T> static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
+//         const Complex<T> n1 = Sqrt(in.eps(kMedium)), n2 = Sqrt(in.eps(kSample));
+//         q[kRefl] = in[kScale] * Norm(Quotient(n2 - n1, n2 + n1));
+//       }
+//     };
+//     constinit const ModelType kSampleInMedium = FittedType<SampleInMedium, Exactly(1)>(17, "...", {page});
+//
+// With double the formula gives values, with dual numbers exact derivatives by the responses of the partners and by the
+// type's own numbers; TypeRun carries them on to the parameters. A material gives in the place of Fill
+// `Complex<T> Response(const TypeInputs<T>& in)`, a dielectric function from which all 15 Quantities follow. Either
+// may be given a `bool&` as last argument: false there ends the evaluation with -1. Groups of rows that repeat stand in
+// kGroup, kGroupStart and kGroupRows. `double FrequencyOf(const TypeInputs<double>&, int input)`, where there is one,
+// is the frequency at which a partner is asked. `void Keep(TypeRun&, const TypeInputs<double>&)` leaves further results
+// in the context after an evaluation. `std::uint64_t Idle(const TypeInputs<double>&)`, where there is one,
+// are the inputs (InputBits) that do not count with the settings as they are. Evaluated partners are asked for the
+// Quantities that the type fills, or for those of `kAsked`, an array of their numbers. A material whose response is a
+// sum of those of its partners with real factors has `kSumOfPartners`: real and imaginary parts do not mix in it.
+//
+// What does not depend on the frequency is made once for a spectrum:
+//     template <class T> struct Table { ... };
+//     template <class T> static void Prepare(const TypeInputs<T>& in, Table<T>& table);
+//     template <class T> static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q);
+// Prepare reads own numbers and settings only, no partner and no frequency. The frame keeps its table, also those of
+// the passes over the directions of derivatives, until one of them changes.
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <type_traits>
+#include <vector>
+
+#include "evaluation/eval_context.h"
+#include "evaluation/quantity_formulas.h"
+
+namespace kalvex {
+
+template <class T>
+using Slots = std::array<T, kQuantityCount>;
+
+// The inputs of one evaluation, numbered as the cells of the row map: those of the head, then group by group.
+template <class T>
+class TypeInputs {
+ public:
+  TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency);
+
+  double x;
+  // x and the frequencies that are asked for next, so that what a table gives can be made for several of them at once.
+  std::span<const double> ahead() const {
+    const bool stands = !scratch_.ahead.empty() && scratch_.ahead.front() == x;
+    return stands ? scratch_.ahead : std::span<const double>(&x, 1);
+  }
+  // Response of a partner.
+  const Complex<T>& eps(int i) const { return values_[static_cast<std::size_t>(i)]; }
+  // A number that can be fitted.
+  const T& operator[](int i) const { return values_[static_cast<std::size_t>(i)].re; }
+  // A Quantity of an evaluated partner.
+  const T& quantity(int i, int q) const {
+    return quantities_[static_cast<std::size_t>(i)][static_cast<std::size_t>(q)];
+  }
+  // The value of a dataset at x.
+  double data(int i) const { return scratch_.at[static_cast<std::size_t>(i)].re; }
+  // What stands in the cell, and the same truncated to an integer.
+  double value(int i) const { return scratch_.raw[static_cast<std::size_t>(i)]; }
+  int setting(int i) const { return TruncatedSetting(value(i)); }
+  // Whether an optional partner is there.
+  bool has(int i) const { return scratch_.partner[static_cast<std::size_t>(i)] != nullptr; }
+  const Model& partner(int i) const { return *scratch_.partner[static_cast<std::size_t>(i)]; }
+  int groups() const { return groups_; }
+  // The input that is cell j of group k.
+  int Of(int k, int j) const { return head_ + k * group_ + j; }
+
+ private:
+  static int TruncatedSetting(double value);
+  const TypeScratch& scratch_;
+  const Complex<T>* values_;
+  const Slots<T>* quantities_;
+  int head_, group_, groups_;
+};
+
+// a/b, with the norm of the denominator taken as at least 1e-30.
+template <class T>
+Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
+  if (Norm(ValueOf(b)) < kTinyNorm) return a * Conj(b) / T(kTinyNorm);
+  return a / b;
+}
+
+// a, moved away from 0 to be a divisor.
+template <class T>
+T HeldFromZero(const T& a) {
+  constexpr double kLeast = 1e-15;  // the root of the least norm
+  return std::fabs(ValueOf(a)) < kLeast ? T(kLeast) : a;
+}
+
+// exp(z), and exactly 1 where a gain would make the real part exceed the limit.
+inline constexpr double kGainLimit = 20;
+template <class T>
+Complex<T> GuardedExponent(const Complex<T>& z, double limit = kGainLimit) {
+  return ValueOf(z).re > limit ? Complex<T>{} : z;
+}
+template <class T>
+Complex<T> GuardedExp(const Complex<T>& z, double limit = kGainLimit) {
+  return Exp(GuardedExponent(z, limit));
+}
+
+// Modulus and argument of z, in radians. Both are 0, without a slope, where z is too small to have a direction.
+template <class T>
+T Modulus(const Complex<T>& z) {
+  return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Sqrt(Norm(z));
+}
+template <class T>
+T Argument(const Complex<T>& z) {
+  return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Log(z).im;
+}
+
+// Degree of coherence between 0 and 1.
+template <class T>
+T Clipped01(const T& c) {
+  return ValueOf(c) < 0 ? T(0) : ValueOf(c) > 1 ? T(1) : c;
+}
+
+inline constexpr double kDegreesPerRadian = 57.29577951308232;
+
+// What a type gives: results of its own; or the response of a material, in which the real and imaginary parts of the
+// partners mix or stay apart.
+enum class Parts : std::uint8_t { kOwn, kMixed, kApart };
+
+using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
+
+// One evaluation: reads the rows, and carries values and derivatives to where they belong. Types with a formula use it
+// through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
+class TypeRun {
+ public:
+  TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+          std::span<const int> asked = {});
+  TypeRun(const TypeRun&) = delete;
+  TypeRun& operator=(const TypeRun&) = delete;
+  ~TypeRun();
+
+  // Tests the number of rows, finds the partners, reads the numbers. 0, or the status with which the evaluation ends.
+  int ReadRows();
+  // Asks partner and dataset number i at a frequency; with derivatives its parameters keep those of its response.
+  void Ask(int i, double x, bool derivatives);
+  // The same for all of them; -1 if an evaluated partner fails.
+  int AskAll(double x, bool derivatives);
+  // Numbers the directions in which derivatives are wanted, and makes room for them.
+  void CountDirections();
+
+  int Directions() const { return directions_; }
+  double& Slope(int quantity, int direction) {
+    return scratch_.slopes[static_cast<std::size_t>(quantity * directions_ + direction)];
+  }
+  // The inputs as dual numbers whose lanes are the directions from `first` on.
+  void MakeDuals(int first);
+
+  // Stores the wanted values; then, with derivatives, the chain from the slopes to the parameters.
+  void Store(const Slots<double>& values);
+  void Chain();
+  // Stores the wanted Quantities of a dielectric function, leaving their derivatives by it for ChainOfMaterial.
+  void StoreMaterial(const Cplx& eps, double x, bool derivatives);
+  // The derivative of the dielectric function by one direction.
+  void SetEpsSlope(int direction, const Cplx& slope) {
+    scratch_.epsSlopes[static_cast<std::size_t>(direction)] = slope;
+  }
+  void ChainOfMaterial();
+
+  TypeScratch& scratch() { return scratch_; }
+  EvalContext& context() { return ctx_; }
+  Model& model() { return model_; }
+  std::size_t InputCount() const { return scratch_.raw.size(); }
+
+ private:
+  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
+                              Parts, IdleInputs);
+  std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
+  int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
+  int SeedEvaluated(int i);
+  void SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm);
+  template <class Visit>
+  void ForEachWanted(Visit visit);
+  const RowCell& CellOf(int i) const;
+  bool IsEvaluatedPartner(int i) const;
+  double* ColumnOf(int i, int slot);
+  void ClearColumns(int quantity);
+  int AskEvaluated(int i, double x, bool derivatives);
+  void AddEvaluated(int quantity);
+  void ChainQuantity(int quantity, const std::array<double, kExpParamCount>& dExp);
+
+  EvalContext& ctx_;
+  Model& model_;
+  const RowMap& map_;
+  std::span<const SlotUse> fills_;
+  std::span<const int> asked_;  // Quantities of evaluated partners; empty: those of the fills, each by each
+  TypeScratch& scratch_;
+  double x_ = 0;
+  bool derivatives_ = false;
+  int directions_ = 0;
+};
+
+// The after-step: what each wanted Quantity depends on.
+int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+                     std::span<const int> asked, Parts parts, IdleInputs idle);
+
+// An evaluation of a partner asks for Quantities of its own, or for those that are wanted anyway, to be read while this
+// lives; afterwards the table stands again as it did before.
+class WantedForPartner {
+ public:
+  explicit WantedForPartner(QuantityTable& table) : table_(table), before_(table) {}
+  WantedForPartner(QuantityTable& table, QuantitySet set) : WantedForPartner(table) { WantOnly(table, set); }
+  WantedForPartner(const WantedForPartner&) = delete;
+  WantedForPartner& operator=(const WantedForPartner&) = delete;
+  ~WantedForPartner() { table_ = before_; }
+
+ private:
+  QuantityTable& table_;
+  QuantityTable before_;
+};
+
+// The model that an element of the rows names, null if there is none of that number.
+Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
+
+template <class Type>
+constexpr RowMap MapOf(RowRule rows) {
+  RowMap map{.rows = rows, .head = {}, .group = {}, .groupStart = 0, .groupRows = 1};
+  if constexpr (requires { Type::kHead; }) map.head = Type::kHead;
+  if constexpr (requires { Type::kGroup; }) {
+    map.group = Type::kGroup;
+    map.groupStart = Type::kGroupStart;
+    map.groupRows = Type::kGroupRows;
+  }
+  return map;
+}
+
+template <class Type, RowRule kRows>
+inline constexpr RowMap kMapOf = MapOf<Type>(kRows);
+
+template <class Type>
+constexpr std::span<const SlotUse> FillsOf() {
+  if constexpr (requires { Type::kFills; }) {
+    return Type::kFills;
+  } else {
+    return {};
+  }
+}
+
+template <class Type>
+constexpr std::span<const int> AskedOf() {
+  if constexpr (requires { Type::kAsked; }) {
+    return Type::kAsked;
+  } else {
+    return {};
+  }
+}
+
+template <class Type>
+constexpr IdleInputs IdleOf() {
+  if constexpr (requires(const TypeInputs<double>& in) { Type::Idle(in); }) {
+    return Type::Idle;
+  } else {
+    return nullptr;
+  }
+}
+
+// What a type keeps between its evaluations for one model, in the context of the evaluation.
+template <class Cache>
+Cache& CacheOf(EvalContext& ctx, const Model& model) {
+  std::any& cache = ctx.typeScratch.caches[model.number];
+  if (!cache.has_value() || cache.type() != typeid(Cache)) cache = Cache{};
+  return *std::any_cast<Cache>(&cache);
+}
+
+// What all models of a type share, in the same place.
+template <class Shared>
+Shared& SharedOf(EvalContext& ctx) {
+  std::any& shared = ctx.typeScratch.shared[typeid(Shared)];
+  if (!shared.has_value()) shared = Shared{};
+  return *std::any_cast<Shared>(&shared);
+}
+
+// The tables of a type that prepares: of values, and of each pass over the directions.
+template <class Type>
+struct PreparedTables {
+  template <class T>
+  using Table = typename Type::template Table<T>;
+
+  std::vector<double> numbers;  // for which they were made
+  std::vector<int> directions;
+  bool valuesHold = false;
+  std::size_t passesHold = 0;
+  Table<double> values{};
+  std::vector<Table<TypeDual>> passes{};
+};
+
+template <class Type>
+concept Prepares = requires {
+  typename Type::template Table<double>;
+};
+
+template <class Type>
+PreparedTables<Type>& TablesOf(TypeRun& run) {
+  auto& tables = CacheOf<PreparedTables<Type>>(run.context(), run.model());
+  if (tables.numbers != run.scratch().raw) {
+    tables.numbers = run.scratch().raw;
+    tables.valuesHold = false;
+    tables.passesHold = 0;
+  }
+  return tables;
+}
+
+template <class Type>
+const typename Type::template Table<double>& ValueTable(TypeRun& run, const TypeInputs<double>& in) {
+  auto& tables = TablesOf<Type>(run);
+  if (!tables.valuesHold) Type::Prepare(in, tables.values);
+  tables.valuesHold = true;
+  return tables.values;
+}
+
+// Passes are asked for in order.
+template <class Type>
+const typename Type::template Table<TypeDual>& PassTable(TypeRun& run, const TypeInputs<TypeDual>& in,
+                                                         std::size_t pass) {
+  auto& tables = TablesOf<Type>(run);
+  if (tables.directions != run.scratch().direction) {
+    tables.directions = run.scratch().direction;
+    tables.passesHold = 0;
+  }
+  if (tables.passes.size() <= pass) tables.passes.resize(pass + 1);
+  if (tables.passesHold <= pass) Type::Prepare(in, tables.passes[pass]);
+  tables.passesHold = std::max(tables.passesHold, pass + 1);
+  return tables.passes[pass];
+}
+
+template <class Type, class T>
+bool CallFormula(TypeRun& run, const TypeInputs<T>& in, std::size_t pass, Slots<T>& q, Complex<T>& eps) {
+  bool holds = true;
+  if constexpr (Prepares<Type>) {
+    const auto& table = [&]() -> const auto& {
+      if constexpr (std::is_same_v<T, double>) {
+        return ValueTable<Type>(run, in);
+      } else {
+        return PassTable<Type>(run, in, pass);
+      }
+    }
+    ();
+    if constexpr (requires { Type::Response(in, table); }) {
+      eps = Type::Response(in, table);
+    } else if constexpr (requires { Type::Fill(in, table, q, holds); }) {
+      Type::Fill(in, table, q, holds);
+    } else {
+      Type::Fill(in, table, q);
+    }
+  } else if constexpr (requires { Type::Response(in, holds); }) {
+    eps = Type::Response(in, holds);
+  } else if constexpr (requires { Type::Response(in); }) {
+    eps = Type::Response(in);
+  } else if constexpr (requires { Type::Fill(in, q, holds); }) {
+    Type::Fill(in, q, holds);
+  } else {
+    Type::Fill(in, q);
+  }
+  return holds;
+}
+
+template <class Type>
+inline constexpr bool kIsMaterial = !requires {
+  Type::kFills;
+};
+
+template <class Type>
+int AskPartners(TypeRun& run, const RowMap& map, double x, bool derivatives) {
+  if constexpr (requires(const TypeInputs<double>& in) { Type::FrequencyOf(in, 0); }) {
+    const TypeInputs<double> in(run.scratch(), map, x);
+    for (std::size_t i = 0; i < run.InputCount(); ++i) {
+      run.Ask(static_cast<int>(i), Type::FrequencyOf(in, static_cast<int>(i)), derivatives);
+    }
+    return 0;
+  } else {
+    return run.AskAll(x, derivatives);
+  }
+}
+
+// The slopes of what the formula gives by every direction, in passes of a few directions each.
+template <class Type>
+void FillSlopes(TypeRun& run, const RowMap& map, double x) {
+  run.CountDirections();
+  for (int first = 0; first < run.Directions(); first += kTypeLanes) {
+    run.MakeDuals(first);
+    Slots<TypeDual> values{};
+    Complex<TypeDual> eps;
+    CallFormula<Type>(run, TypeInputs<TypeDual>(run.scratch(), map, x), static_cast<std::size_t>(first / kTypeLanes),
+                      values, eps);
+    for (int lane = 0; lane < kTypeLanes && first + lane < run.Directions(); ++lane) {
+      const auto l = static_cast<std::size_t>(lane);
+      if constexpr (kIsMaterial<Type>) {
+        run.SetEpsSlope(first + lane, {eps.re.v[l], eps.im.v[l]});
+      } else {
+        for (const SlotUse& slot : FillsOf<Type>()) {
+          run.Slope(slot.quantity, first + lane) = values[static_cast<std::size_t>(slot.quantity)].v[l];
+        }
+      }
+    }
+  }
+}
+
+template <class Type, RowRule kRows, bool kFitted>
+int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
+  const RowMap& map = kMapOf<Type, kRows>;
+  TypeRun run(ctx, model, map, FillsOf<Type>(), AskedOf<Type>());
+  if (const int status = run.ReadRows()) return status;
+  const bool slopes = derivatives && kFitted;
+  if constexpr (requires(const TypeInputs<double>& in) { Type::Admits(in); }) {
+    if (!Type::Admits(TypeInputs<double>(run.scratch(), map, x))) return -1;
+  }
+  if (AskPartners<Type>(run, map, x, slopes) != 0) return -1;
+  Slots<double> values{};
+  Cplx eps;
+  if (!CallFormula<Type>(run, TypeInputs<double>(run.scratch(), map, x), 0, values, eps)) return -1;
+  if constexpr (kIsMaterial<Type>) {
+    run.StoreMaterial(eps, x, slopes);
+  } else {
+    run.Store(values);
+  }
+  if constexpr (requires(const TypeInputs<double>& in) { Type::Keep(run, in); }) {
+    Type::Keep(run, TypeInputs<double>(run.scratch(), map, x));
+  }
+  if constexpr (kFitted) {
+    if (!slopes) return 0;
+    FillSlopes<Type>(run, map, x);
+    if constexpr (kIsMaterial<Type>) {
+      run.ChainOfMaterial();
+    } else {
+      run.Chain();
+    }
+  }
+  return 0;
+}
+
+template <class Type>
+constexpr Parts PartsOf() {
+  if constexpr (!kIsMaterial<Type>) {
+    return Parts::kOwn;
+  } else if constexpr (requires { Type::kSumOfPartners; }) {
+    return Parts::kApart;
+  } else {
+    return Parts::kMixed;
+  }
+}
+
+template <class Type, RowRule kRows>
+int AfterType(EvalContext& ctx, Model& model) {
+  return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), PartsOf<Type>(),
+                          IdleOf<Type>());
+}
+
+inline int AfterNothing(EvalContext&, Model&) { return 0; }
+
+// A type whose parameters, and those of its partners, can be fitted.
+template <class Type, RowRule kRows>
+constexpr ModelType FittedType(int code, const char* name, const TypePage& page) {
+  return {code,
+          name,
+          EvaluateType<Type, kRows, true>,
+          AfterType<Type, kRows>,
+          true,
+          kIsMaterial<Type>,
+          kMapOf<Type, kRows>,
+          FillsOf<Type>(),
+          page};
+}
+
+// A type to look at, of which nothing reaches the fit.
+template <class Type, RowRule kRows>
+constexpr ModelType ShownType(int code, const char* name, const TypePage& page) {
+  return {code,
+          name,
+          EvaluateType<Type, kRows, false>,
+          AfterNothing,
+          false,
+          kIsMaterial<Type>,
+          kMapOf<Type, kRows>,
+          FillsOf<Type>(),
+          page};
+}
+
+}  // namespace kalvex

@@ -1,0 +1,30 @@
+// Spectra of stacks, a block of frequencies at a time.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "evaluation/eval_context.h"
+#include "evaluation/spectrum_block.h"
+#include "evaluation/stack_block.h"
+
+namespace kalvex {
+
+// Quantities of the six results.
+inline constexpr std::array<int, kStackResults> kStackSlots = {kRefl, kTrans, kE1, kE2, kS1, kS2};
+
+// A stack as it stands for a whole spectrum.
+struct StackLayout {
+  StackHead head;
+  std::vector<Model*> layers;
+  std::vector<std::vector<ThicknessNode>> nodes;  // of each layer
+  int firstRow = 0;                               // of the layers; their thickness stands in Wp,
+  bool spreads = false;                           // and their spread in G
+  int heads = 0;                                  // numbers of row 0 that can be fitted, in columns headColumn[i]
+  int headColumn[2] = {};
+};
+
+// Empty where a Quantity is wanted that is no result, or a layer is more than plain rows.
+FillBlock StackFillerOf(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackLayout& layout);
+
+}  // namespace kalvex
