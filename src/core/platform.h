@@ -1,6 +1,4 @@
-// What the program needs of the machine it runs on, as a record of functions. HeadlessPlatform is the built-in filling:
-// messages go to standard error, and whoever would be asked is taken to have answered "go on", or to have
-// chosen no file.
+// What the program needs of the machine it runs on.
 #pragma once
 
 #include <cstdint>
@@ -27,25 +25,37 @@ struct FileQuestion {
   bool forSaving = false;
 };
 
-struct Platform {
-  void* self = nullptr;
+class Platform {
+ public:
+  virtual ~Platform() = default;
   // A message box with an exclamation icon and one button.
-  void (*showMessage)(void* self, std::string_view title, std::string_view text) = nullptr;
+  virtual void ShowMessage(std::string_view title, std::string_view text) = 0;
   // Delivers all pending window events.
-  void (*pumpEvents)(void* self) = nullptr;
-  void (*sleep)(void* self, int milliseconds) = nullptr;
+  virtual void PumpEvents() = 0;
+  virtual void Sleep(int milliseconds) = 0;
   // The dialog of the macro command Suspend; returns when it is answered.
-  SuspendAnswer (*askSuspend)(void* self) = nullptr;
+  virtual SuspendAnswer AskSuspend() = 0;
   // A file dialog that opens in the folder, or wherever it likes if that is empty. Nothing if the user cancels.
-  std::optional<std::string> (*askFile)(void* self, const FileQuestion& question, const std::string& folder) = nullptr;
+  virtual std::optional<std::string> AskFile(const FileQuestion& question, const std::string& folder) = 0;
   // Where the program's own file lies, with a separator at the end; empty if that is not known.
-  std::string (*programFolder)(void* self) = nullptr;
+  virtual std::string ProgramFolder() = 0;
   // Shows a document with whatever the system has for it. A failure is not told.
-  void (*openDocument)(void* self, const std::string& path) = nullptr;
+  virtual void OpenDocument(const std::string& path) = 0;
   // The clock, in whole seconds.
-  std::int64_t (*clockSeconds)(void* self) = nullptr;
+  virtual std::int64_t ClockSeconds() = 0;
 };
 
-Platform HeadlessPlatform();
+// Without a screen: messages go to standard error; whoever would be asked answers "go on", or chooses no file.
+class HeadlessPlatform : public Platform {
+ public:
+  void ShowMessage(std::string_view title, std::string_view text) override;
+  void PumpEvents() override {}
+  void Sleep(int milliseconds) override;
+  SuspendAnswer AskSuspend() override { return SuspendAnswer::kContinue; }
+  std::optional<std::string> AskFile(const FileQuestion&, const std::string&) override { return std::nullopt; }
+  std::string ProgramFolder() override;
+  void OpenDocument(const std::string&) override {}
+  std::int64_t ClockSeconds() override;
+};
 
 }  // namespace kalvex

@@ -34,7 +34,7 @@ struct EvalContext {
   VdfKernelCache vdfKernels;
   TypeScratchStack typeScratch;
 
-  const Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
+  Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
 
   ThreadPool* pool = nullptr;  // null: this thread alone
   std::shared_ptr<SpectrumTeam> team;

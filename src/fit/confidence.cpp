@@ -24,15 +24,15 @@ std::vector<double> CovarianceOf(const SquareMatrix& alpha, BandFactor& factor) 
   return cov;
 }
 
-void SetErrors(FitState& fit, const SquareMatrix& cov) {
+void SetErrors(const FitState& fit, std::span<ModelParam* const> cells, std::span<const FitCoordinate> coordinates,
+               const SquareMatrix& cov) {
   for (std::size_t i = 0; i < cov.size; ++i) {
-    ModelParam& cell = *fit.params[i].cell;
     const double variance = cov(i, i);
-    cell.error = variance > 0 ? std::sqrt(fit.options.DeltaChiSq * variance) : 0;
-    if (HasLimit(cell)) cell.error *= std::fabs(cell.fitScale);
+    const double error = variance > 0 ? std::sqrt(fit.options.DeltaChiSq * variance) : 0;
+    cells[i]->error = coordinates[i].limited ? error * std::fabs(coordinates[i].scale) : error;
   }
-  for (std::size_t i = cov.size; i < fit.params.size(); ++i) {
-    fit.params[i].cell->error = fit.params[static_cast<std::size_t>(fit.params[i].master)].cell->error;
+  for (std::size_t i = cov.size; i < cells.size(); ++i) {
+    cells[i]->error = cells[static_cast<std::size_t>(fit.params[i].master)]->error;
   }
 }
 
@@ -56,13 +56,13 @@ std::vector<Correlation> CorrelationsOf(const SquareMatrix& cov) {
   return pairs;
 }
 
-std::string ParamsTable(const FitState& fit) {
+std::string ParamsTable(const FitState& fit, std::span<ModelParam* const> cells) {
   std::string text = "np Where nm nl nc nep nen Val Err\n";
   for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFreeParams); ++i) {
     const ParamPlace& at = fit.params[i].place;
     text += std::to_string(i + 1) + ' ' + KindText(at.Where);
     for (const int index : {at.nm, at.nl, at.nc, at.nep, at.nen}) text += ' ' + std::to_string(index);
-    for (const double value : {fit.params[i].cell->value, fit.params[i].cell->error}) {
+    for (const double value : {cells[i]->value, cells[i]->error}) {
       text += ' ';
       AppendG(text, value);
     }
@@ -81,15 +81,22 @@ std::string CorrelationTable(const std::vector<Correlation>& pairs) {
   return text;
 }
 
+void Write(FitState& fit, const char* file, const std::string& text) {
+  auto& missed = fit.report.notWritten;
+  if (!WriteWholeFile(file, text) && std::find(missed.begin(), missed.end(), file) == missed.end()) {
+    missed.emplace_back(file);
+  }
+}
+
 }  // namespace
 
-void WriteConfidence(FitState& fit, const SquareMatrix& alpha, BandFactor& factor) {
+void WriteConfidence(FitState& fit, std::span<ModelParam* const> cells, std::span<const FitCoordinate> coordinates,
+                     const SquareMatrix& alpha, BandFactor& factor) {
   std::vector<double> covData = CovarianceOf(alpha, factor);
   const SquareMatrix cov{covData.data(), alpha.size};
-  SetErrors(fit, cov);
-  const std::vector<Correlation> pairs = CorrelationsOf(cov);
-  WriteWholeFile("Params.dat", ParamsTable(fit));
-  WriteWholeFile("ParCorrs.dat", CorrelationTable(pairs));
+  SetErrors(fit, cells, coordinates, cov);
+  Write(fit, "Params.dat", ParamsTable(fit, cells));
+  Write(fit, "ParCorrs.dat", CorrelationTable(CorrelationsOf(cov)));
 }
 
 }  // namespace kalvex

@@ -61,7 +61,8 @@ void AppendComparison(std::string& text, double analytic, double numeric) {
 
 // d(sum of squares)/d(parameter): a row for each term, a column for each fit parameter, coupled ones under their
 // master.
-std::vector<std::vector<double>> AnalyticGradients(FitState& fit, EvalContext& eval) {
+std::vector<std::vector<double>> AnalyticGradients(FitState& fit, const FitCells& cells, ParamTables& params,
+                                                   EvalContext& eval) {
   std::vector<std::vector<double>> gradients(fit.list.terms.size(), std::vector<double>(fit.params.size()));
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
   const auto addPoint = [&](const TermPoints& points, std::size_t p) {
@@ -69,12 +70,12 @@ std::vector<std::vector<double>> AnalyticGradients(FitState& fit, EvalContext& e
     const double sigma = points.sigma[p], d = (points.y[p] - eval.quantities[q].value) / sigma;
     fit.list.terms[t].termChiSq += d * d;
     for (const int j : fit.list.terms[t].params) {
-      const FitParam& param = fit.params[static_cast<std::size_t>(j)];
-      gradients[t][static_cast<std::size_t>(param.master)] += -2 * d * param.cell->dQuantity[q] / sigma;
+      const auto i = static_cast<std::size_t>(j), master = static_cast<std::size_t>(fit.params[i].master);
+      gradients[t][master] += -2 * d * cells[i]->dQuantity[q] / sigma;
     }
   };
   for (const FitSpectrum& spectrum : fit.spectra) {
-    Model* const model = GetModelByNumber(*eval.params, spectrum.modelId);
+    Model* const model = GetModelByNumber(params, spectrum.modelId);
     if (!model) continue;
     std::vector<std::size_t> next(spectrum.terms.size());
     for (std::size_t i = 0; i < spectrum.x.size(); ++i) {
@@ -91,18 +92,19 @@ std::vector<std::vector<double>> AnalyticGradients(FitState& fit, EvalContext& e
 
 }  // namespace
 
-int TestDerivatives(FitState& fit, EvalContext& eval) {
+int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
   const double wantedStep = StepFromFile();
-  const auto gradients = AnalyticGradients(fit, eval);
+  const FitCells cells = CellsOfFit(fit, params, eval);
+  const auto gradients = AnalyticGradients(fit, cells, params, eval);
   ComputeChiSq(fit, eval);
   for (ChiSqTerm& term : fit.list.terms) term.prevChiSq = term.termChiSq;
   std::string text = "NumParams = " + std::to_string(fit.NumFitParams) + '\n';
   for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFreeParams); ++i) {
-    ModelParam& cell = *fit.params[i].cell;
+    ModelParam& cell = *cells[i];
     const double h = StepFor(wantedStep, cell.value);
-    SetValue(*eval.params, cell, cell.value + h);
+    SetValue(params, cell, cell.value + h);
     ComputeChiSq(fit, eval);
-    SetValue(*eval.params, cell, cell.value - h);
+    SetValue(params, cell, cell.value - h);
     text += Heading(fit.params[i].place);
     double analyticSum = 0, numericSum = 0;
     for (std::size_t t = 0; t < fit.list.terms.size(); ++t) {
@@ -120,26 +122,27 @@ int TestDerivatives(FitState& fit, EvalContext& eval) {
   return WriteWholeFile("TestDeriv1.txt", text) ? 0 : -1;
 }
 
-int TestQuantityDerivatives(FitState& fit, EvalContext& eval) {
+int TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
   const double step = StepFromFile();
+  const FitCells cells = CellsOfFit(fit, params, eval);
   const auto values = [&](Model& model, bool derivatives) {
     EvalModel(eval, model, kTestFrequency, derivatives);
     return eval.quantities;
   };
   std::string text;
   for (const ChiSqTerm& term : fit.list.terms) {
-    Model* const model = GetModelByNumber(*eval.params, term.modelId);
+    Model* const model = GetModelByNumber(params, term.modelId);
     if (!model) continue;
     WantOnly(eval.quantities, static_cast<QuantitySet>(SetOf(kQuantityCount) - 1));
     const QuantityTable before = values(*model, false);
     values(*model, true);
-    for (const FitParam& param : fit.params) {
-      const auto analytic = param.cell->dQuantity;
-      const double value = param.cell->value;
-      param.cell->value += step;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const auto analytic = cells[i]->dQuantity;
+      const double value = cells[i]->value;
+      cells[i]->value += step;
       const QuantityTable after = values(*model, false);
-      param.cell->value = value;
-      text += Heading(param.place);
+      cells[i]->value = value;
+      text += Heading(fit.params[i].place);
       for (std::size_t q = 0; q < analytic.size(); ++q) {
         const double numeric = (after[q].value - before[q].value) / step;
         const std::string name = kQuantityNames[q].shortName;

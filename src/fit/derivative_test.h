@@ -9,10 +9,10 @@ namespace kalvex {
 // "TestDeriv1.txt": the derivative of each term's sum of squares by each master parameter. The step is the number in
 // "DELTA.DAT" of the current directory, or 1e-5; 777 there means 1e-5 of the value. Rows that differ by 1 % carry
 // "(!!!)". 0, or -1 if the file cannot be written.
-int TestDerivatives(FitState& fit, EvalContext& eval);
+[[nodiscard]] int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval);
 
 // "TestDeriv.txt": the derivative of each Quantity of each term's model at 100 cm-1 by each fit parameter, with an
 // absolute step. Rows that differ by 1 % carry "FALSE". 0, or -1 if the file cannot be written.
-int TestQuantityDerivatives(FitState& fit, EvalContext& eval);
+[[nodiscard]] int TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval);
 
 }  // namespace kalvex

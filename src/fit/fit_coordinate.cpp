@@ -12,28 +12,25 @@ namespace kalvex {
 //     both     (max + min)/2 + (max - min)/2 sin(2 u/s)     (s/2) asin((2 value - max - min)/(max - min)),  s =
 //     sqrt(max - min)
 
-void FitSetCoord(ModelParam& param) {
+FitCoordinate FitCoordinateOf(const ModelParam& param) {
   if (param.useMin && param.useMax) {
     const double range = param.max - param.min;
-    if (!(range > 0)) {
-      param.fitCoord = param.fitScale = 0;
-      return;
-    }
+    if (!(range > 0)) return {0, 0, true};
     const double s = std::sqrt(range);
     // A value set past its limits by hand stands on the limit for the fit.
     const double sine = std::clamp((2 * param.value - param.max - param.min) / range, -1.0, 1.0);
-    param.fitCoord = s / 2 * std::asin(sine);
-    param.fitScale = s * std::cos(2 * param.fitCoord / s);
-  } else if (param.useMin) {
-    param.fitCoord = std::sqrt(std::max(0.0, param.value - param.min));
-    param.fitScale = 2 * param.fitCoord;
-  } else if (param.useMax) {
-    param.fitCoord = std::sqrt(std::max(0.0, param.max - param.value));
-    param.fitScale = -2 * param.fitCoord;
-  } else {
-    param.fitCoord = param.value;
-    param.fitScale = 1.0;
+    const double u = s / 2 * std::asin(sine);
+    return {u, s * std::cos(2 * u / s), true};
   }
+  if (param.useMin) {
+    const double u = std::sqrt(std::max(0.0, param.value - param.min));
+    return {u, 2 * u, true};
+  }
+  if (param.useMax) {
+    const double u = std::sqrt(std::max(0.0, param.max - param.value));
+    return {u, -2 * u, true};
+  }
+  return {param.value, 1.0, false};
 }
 
 double FitCoordToValue(const ModelParam& param, double coordinate) {

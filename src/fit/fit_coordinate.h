@@ -8,8 +8,13 @@ namespace kalvex {
 
 inline bool HasLimit(const ModelParam& param) { return param.useMin || param.useMax; }
 
-// Sets fitCoord, and fitScale, the derivative of value by it; the latter is 0 on a limit.
-void FitSetCoord(ModelParam& param);
+// A parameter as the fit sees it.
+struct FitCoordinate {
+  double at = 0;         // the coordinate that belongs to the value
+  double scale = 1;      // derivative of the value by the coordinate; 0 on a limit
+  bool limited = false;  // a limit is in force: otherwise the coordinate is the value
+};
+FitCoordinate FitCoordinateOf(const ModelParam& param);
 // The value that belongs to a coordinate.
 double FitCoordToValue(const ModelParam& param, double coordinate);
 

@@ -16,9 +16,9 @@
 namespace kalvex {
 namespace {
 
-void Rebuild(FitState& fit, EvalContext& eval) {
-  RebuildFitParams(fit, eval);
-  RebuildFitPoints(fit, eval);
+void Rebuild(FitState& fit, ParamTables& params, EvalContext& eval) {
+  RebuildFitParams(fit, params, eval);
+  RebuildFitPoints(fit, *eval.datasets);
   ComputeChiSq(fit, eval);
 }
 
@@ -68,9 +68,9 @@ bool ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
 }
 
 // The models number 1, 2, ...; false if one does not exist.
-bool FindModelsFromOne(const EvalContext& eval, std::span<Model*> models) {
+bool FindModelsFromOne(ParamTables& params, std::span<Model*> models) {
   for (std::uint32_t i = 0; i < models.size(); ++i) {
-    models[i] = GetModelByNumber(*eval.params, i + 1);
+    models[i] = GetModelByNumber(params, i + 1);
     if (!models[i]) return false;
   }
   return true;
@@ -78,13 +78,13 @@ bool FindModelsFromOne(const EvalContext& eval, std::span<Model*> models) {
 
 }  // namespace
 
-int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datasets, const Notices& notices,
-                           const Platform& platform, const FitHooks& hooks) {
+int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval, DatasetTable& datasets,
+                           Platform& platform, FitObserver& observer, const std::function<void()>& datasetChanged) {
   constexpr std::array<double, 11> kFactors = {0.90, 0.92, 0.94, 0.96, 0.98, 1.00, 1.02, 1.04, 1.06, 1.08, 1.10};
   constexpr std::array<double, 3> kAnchorWeights = {1e-8, 1e-7, 1e-6};
   if (fit.list.terms.size() < 3) return -1;
   Dataset* const dataset = GetDatasetById(datasets, fit.list.terms.back().datasetId);
-  Model* const model = GetModelByNumber(*eval.params, fit.list.terms.back().modelId);
+  Model* const model = GetModelByNumber(params, fit.list.terms.back().modelId);
   if (!dataset || dataset->id == 0 || !model) return -1;
 
   const std::vector<DataRow> points = dataset->points;
@@ -95,11 +95,14 @@ int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datas
     fit.list.terms.back().weight = value;
     ComputeChiSq(fit, eval);
   };
-  const auto tellGraphs = [&] { NotifyGraphs(notices, GraphEvent::kDatasetChanged, dataset->id); };
+  int status = 0;
+  const auto run = [&](int iterations) {
+    fit.options.MaxIterations = iterations;
+    if (const int failed = RunFit(fit, params, eval, platform, observer)) status = failed;
+  };
 
   anchorWeight(0);
-  fit.options.MaxIterations = 10;
-  RunFit(fit, eval, platform, hooks);
+  run(10);
   const std::vector<double> reference = CurveOf(eval, *model, *dataset);
   std::string text;
   for (std::size_t i = 0; i < reference.size(); ++i) {
@@ -108,21 +111,20 @@ int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datas
     dataset->nActive = 1;
     // The term must weigh something while the lists are built, or it would be left out of them.
     fit.list.terms.back().weight = kAnchorWeights.front();
-    tellGraphs();
-    Rebuild(fit, eval);
+    datasetChanged();
+    Rebuild(fit, params, eval);
     AppendG(text, dataset->points[i].x);
     text += ' ';
     AppendG(text, reference[i]);
     text += ' ';
     for (const double factor : kFactors) {
       dataset->points[i].y = reference[i] * factor;
-      RebuildFitPoints(fit, eval);
+      RebuildFitPoints(fit, datasets);
       ComputeChiSq(fit, eval);
-      tellGraphs();
+      datasetChanged();
       for (const double value : kAnchorWeights) {
         anchorWeight(value);
-        fit.options.MaxIterations = 5;
-        RunFit(fit, eval, platform, hooks);
+        run(5);
       }
       AppendG(text, ChiSqOfAllButTheLast(fit));
       text += ' ';
@@ -137,14 +139,14 @@ int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datas
   dataset->CutMin = cutMin;
   dataset->CutMax = cutMax;
   ComputeActiveRange(*dataset);
-  Rebuild(fit, eval);
-  tellGraphs();
-  return written ? 0 : -1;
+  Rebuild(fit, params, eval);
+  datasetChanged();
+  return written ? status : -1;
 }
 
-int WriteDerivativeDump(EvalContext& eval) {
+int WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
   std::array<Model*, 4> models{};
-  if (!FindModelsFromOne(eval, models)) return -1;
+  if (!FindModelsFromOne(params, models)) return -1;
   std::string text;
   const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);
@@ -167,9 +169,9 @@ int WriteDerivativeDump(EvalContext& eval) {
   return loaded && WriteWholeFile("Jakob.dat", text) ? 0 : -1;
 }
 
-int WriteSensitivityDump(EvalContext& eval) {
+int WriteSensitivityDump(ParamTables& params, EvalContext& eval) {
   std::array<Model*, 3> models{};
-  if (!FindModelsFromOne(eval, models)) return -1;
+  if (!FindModelsFromOne(params, models)) return -1;
   std::string text;
   const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);

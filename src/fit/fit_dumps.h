@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include "core/notices.h"
 #include "core/platform.h"
 #include "evaluation/eval_context.h"
 #include "fit/fit_state.h"
@@ -16,15 +15,17 @@ namespace kalvex {
 // by point over 0.90 to 1.10 of the fitted curve, with the parameters fitted anew at every value. Needs three terms.
 // The last term's dataset, weight and cutting range are back in place at the end; the parameters end where the last of
 // the runs left them.
-int WriteQuantityErrorBars(FitState& fit, EvalContext& eval, DatasetTable& datasets, const Notices& notices,
-                           const Platform& platform, const FitHooks& hooks);
+// datasetChanged hears of every change of that dataset.
+[[nodiscard]] int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval, DatasetTable& datasets,
+                                         Platform& platform, FitObserver& observer,
+                                         const std::function<void()>& datasetChanged);
 
 // "Jakob.dat": derivatives of S1 and S2 of models 3 and 4 by the mesh point of models 1 and 2 that belongs to each
 // active row of dataset 1. Needs those four models and the dataset; rows outside a mesh are left out.
-int WriteDerivativeDump(EvalContext& eval);
+[[nodiscard]] int WriteDerivativeDump(ParamTables& params, EvalContext& eval);
 
 // "Jakob2.dat": how well S1 and S2 of model 3 fix the two values of the mesh point of model 1 at each active row of
 // dataset 1: the row sums of the magnitudes of the inverse Jacobian. Needs models 1 to 3 and the dataset.
-int WriteSensitivityDump(EvalContext& eval);
+[[nodiscard]] int WriteSensitivityDump(ParamTables& params, EvalContext& eval);
 
 }  // namespace kalvex

@@ -1,6 +1,7 @@
 #include "fit/fit_lists.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 #include <span>
 #include <tuple>
@@ -98,65 +99,73 @@ FitSpectrum SpectrumOf(const FitState& fit, const DatasetTable& datasets, std::u
   return spectrum;
 }
 
-void AddIfAdjustable(std::vector<FitParam>& params, ModelParam& cell, const ParamPlace& place) {
-  if (!cell.adjustable) return;
-  FitParam& param = params.emplace_back();
-  param.place = place;
-  param.cell = &cell;
-}
+// The list while it is made, with the records beside it.
+struct ParamsInMaking {
+  std::vector<FitParam> params;
+  FitCells cells;
 
-void AddParamsOf(std::vector<FitParam>& params, Model& model, int slot) {
-  AddIfAdjustable(params, model.epsInf, {ParamKind::kEpsInf, slot, 0, 0, 0, 0, 0});
-  for (int row = 0; row < RowCount(model); ++row) {
-    for (int column = 0; column < kColumns; ++column) {
-      AddIfAdjustable(params, Cell(model, row, column), {ParamKind::kRow, slot, row, column, 0, 0, 0});
+  void AddIfAdjustable(ModelParam& cell, const ParamPlace& place, std::uint32_t modelNumber) {
+    if (!cell.adjustable) return;
+    FitParam& param = params.emplace_back();
+    param.place = place;
+    param.modelNumber = modelNumber;
+    cells.push_back(&cell);
+  }
+
+  void AddParamsOf(Model& model, int slot) {
+    AddIfAdjustable(model.epsInf, {ParamKind::kEpsInf, slot, 0, 0, 0, 0, 0}, model.number);
+    for (int row = 0; row < RowCount(model); ++row) {
+      for (int column = 0; column < kColumns; ++column) {
+        AddIfAdjustable(Cell(model, row, column), {ParamKind::kRow, slot, row, column, 0, 0, 0}, model.number);
+      }
+    }
+    if (!model.vdf.On) return;
+    for (int i = 0; i < static_cast<int>(model.vdf.mesh.size()); ++i) {
+      VdfMeshPoint& point = model.vdf.mesh[static_cast<std::size_t>(i)];
+      AddIfAdjustable(point.e2, {ParamKind::kMesh, slot, 0, 0, 0, i, 1}, model.number);
+      // Under the Kramers-Kronig constraint the real part is computed and no unknown.
+      if (!model.vdf.KK) AddIfAdjustable(point.e1, {ParamKind::kMesh, slot, 0, 0, 0, i, 0}, model.number);
     }
   }
-  if (!model.vdf.On) return;
-  for (int i = 0; i < static_cast<int>(model.vdf.mesh.size()); ++i) {
-    VdfMeshPoint& point = model.vdf.mesh[static_cast<std::size_t>(i)];
-    AddIfAdjustable(params, point.e2, {ParamKind::kMesh, slot, 0, 0, 0, i, 1});
-    // Under the Kramers-Kronig constraint the real part is computed and no unknown.
-    if (!model.vdf.KK) AddIfAdjustable(params, point.e1, {ParamKind::kMesh, slot, 0, 0, 0, i, 0});
-  }
-}
+};
 
-std::vector<FitParam> AdjustableParams(ParamTables& tables) {
-  std::vector<FitParam> params;
+ParamsInMaking AdjustableParams(ParamTables& tables) {
+  ParamsInMaking made;
   for (Model& model : tables.models) {
-    if (model.number != 0) AddParamsOf(params, model, SlotOf(tables, model));
+    if (model.number != 0) made.AddParamsOf(model, SlotOf(tables, model));
   }
   for (int k = 0; k < kExpParamCount; ++k) {
-    AddIfAdjustable(params, tables.ExpParams[static_cast<std::size_t>(k)], {ParamKind::kExp, 0, 0, 0, k, 0, 0});
+    made.AddIfAdjustable(tables.ExpParams[static_cast<std::size_t>(k)], {ParamKind::kExp, 0, 0, 0, k, 0, 0}, 0);
   }
-  return params;
+  return made;
 }
 
 // Asks the dependency pass which parameters the term's Quantity depends on.
-void FindDependencies(FitState& fit, EvalContext& eval, std::size_t t) {
-  const ChiSqTerm& term = fit.list.terms[t];
-  Model* const model = GetModelByNumber(*eval.params, term.modelId);
+void FindDependencies(const ChiSqTerm& term, std::size_t t, ParamTables& tables, EvalContext& eval,
+                      ParamsInMaking& made) {
+  Model* const model = GetModelByNumber(tables, term.modelId);
   const Dataset* const dataset = GetDatasetById(*eval.datasets, term.datasetId);
   if (term.weight == 0 || !model || !dataset) return;
   const auto q = static_cast<std::size_t>(dataset->Quantity);
   WantOnly(eval.quantities, SetOf(dataset->Quantity));
-  for (FitParam& param : fit.params) param.cell->dQuantity[q] = 0;
+  for (ModelParam* const cell : made.cells) cell->dQuantity[q] = 0;
   EvalModelAfter(eval, *model);
-  for (FitParam& param : fit.params) {
-    if (param.cell->dQuantity[q] == 0) continue;
-    param.termUse[t] = 1;
-    param.used = true;
+  for (std::size_t i = 0; i < made.params.size(); ++i) {
+    if (made.cells[i]->dQuantity[q] == 0) continue;
+    made.params[i].termUse[t] = 1;
+    made.params[i].used = true;
   }
 }
 
 // The first used member of a group is its master, so that the group keeps its unknown whatever else belongs to it.
-void DecideMasters(std::vector<FitParam>& params) {
-  for (std::size_t i = 0; i < params.size(); ++i) {
-    const std::uint32_t group = params[i].cell->coupling;
-    params[i].isMaster = group == 0 || std::none_of(params.begin(), params.begin() + static_cast<std::ptrdiff_t>(i),
-                                                    [&](const FitParam& earlier) {
-                                                      return earlier.used && earlier.cell->coupling == group;
-                                                    });
+void DecideMasters(ParamsInMaking& made) {
+  for (std::size_t i = 0; i < made.params.size(); ++i) {
+    const std::uint32_t group = made.cells[i]->coupling;
+    bool anyBefore = false;
+    for (std::size_t k = 0; k < i && group != 0; ++k) {
+      anyBefore = anyBefore || (made.params[k].used && made.cells[k]->coupling == group);
+    }
+    made.params[i].isMaster = !anyBefore;
   }
 }
 
@@ -170,22 +179,35 @@ bool ComesBefore(const FitParam& a, const FitParam& b) {
   return key(a) < key(b);
 }
 
-void NumberMasters(FitState& fit) {
-  fit.NumFitParams = fit.NumFreeParams = 0;
-  for (std::size_t i = 0; i < fit.params.size() && fit.params[i].used; ++i) {
-    FitParam& param = fit.params[i];
-    ++fit.NumFitParams;
+// In the order of the fit, those without influence dropped.
+void SortParams(ParamsInMaking& made) {
+  std::vector<std::size_t> order(made.params.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return ComesBefore(made.params[a], made.params[b]); });
+  ParamsInMaking sorted;
+  for (const std::size_t i : order) {
+    if (!made.params[i].used) break;
+    sorted.params.push_back(std::move(made.params[i]));
+    sorted.cells.push_back(made.cells[i]);
+  }
+  made = std::move(sorted);
+}
+
+void NumberMasters(FitState& fit, ParamsInMaking& made) {
+  fit.NumFitParams = static_cast<int>(made.params.size());
+  fit.NumFreeParams = 0;
+  for (std::size_t i = 0; i < made.params.size(); ++i) {
+    FitParam& param = made.params[i];
     param.master = static_cast<int>(i);
     if (param.isMaster) {
       ++fit.NumFreeParams;
       continue;
     }
-    const auto master = std::find_if(fit.params.begin(), fit.params.end(), [&](const FitParam& earlier) {
-      return earlier.cell->coupling == param.cell->coupling;
-    });
-    param.master = static_cast<int>(master - fit.params.begin());
+    const auto isOfGroup = [&](const ModelParam* other) { return other->coupling == made.cells[i]->coupling; };
+    const auto master = std::find_if(made.cells.begin(), made.cells.end(), isOfGroup);
+    param.master = static_cast<int>(master - made.cells.begin());
   }
-  fit.params.resize(static_cast<std::size_t>(fit.NumFitParams));
 }
 
 void AddToTerms(FitState& fit, const FitSpectrum& spectrum, std::span<const double> sums) {
@@ -234,14 +256,15 @@ void RemoveChiSqTerm(ChiSqTermList& list, int position) {
 
 void ClearChiSqTerms(ChiSqTermList& list) { list.terms.clear(); }
 
-void RebuildFitPoints(FitState& fit, const EvalContext& eval) {
+void RebuildFitPoints(FitState& fit, const DatasetTable& datasets) {
   std::set<std::uint32_t> models;
   for (const ChiSqTerm& term : fit.list.terms) models.insert(term.modelId);
-  fit.spectra.clear();
+  std::vector<FitSpectrum> spectra;
   for (const std::uint32_t modelId : models) {
-    FitSpectrum spectrum = SpectrumOf(fit, *eval.datasets, modelId);
-    if (!spectrum.x.empty()) fit.spectra.push_back(std::move(spectrum));
+    FitSpectrum spectrum = SpectrumOf(fit, datasets, modelId);
+    if (!spectrum.x.empty()) spectra.push_back(std::move(spectrum));
   }
+  fit.spectra = std::move(spectra);
 }
 
 std::size_t CountFitPoints(const FitState& fit) {
@@ -252,23 +275,40 @@ std::size_t CountFitPoints(const FitState& fit) {
   return count;
 }
 
-void RebuildFitParams(FitState& fit, EvalContext& eval) {
+void RebuildFitParams(FitState& fit, ParamTables& params, EvalContext& eval) {
   const std::size_t termCount = fit.list.terms.size();
-  fit.params = AdjustableParams(*eval.params);
-  for (FitParam& param : fit.params) param.termUse.assign(termCount, 0);
-  for (std::size_t t = 0; t < termCount; ++t) FindDependencies(fit, eval, t);
-  DecideMasters(fit.params);
-  std::stable_sort(fit.params.begin(), fit.params.end(), ComesBefore);
-  NumberMasters(fit);
+  ParamsInMaking made = AdjustableParams(params);
+  for (FitParam& param : made.params) param.termUse.assign(termCount, 0);
+  for (std::size_t t = 0; t < termCount; ++t) FindDependencies(fit.list.terms[t], t, params, eval, made);
+  DecideMasters(made);
+  SortParams(made);
+  NumberMasters(fit, made);
   for (std::size_t t = 0; t < termCount; ++t) {
-    ChiSqTerm& term = fit.list.terms[t];
-    term.params.clear();
-    if (term.weight == 0) continue;
-    for (std::size_t j = 0; j < fit.params.size(); ++j) {
-      if (fit.params[j].termUse[t]) term.params.push_back(static_cast<int>(j));
+    std::vector<int> ofTerm;
+    for (std::size_t j = 0; j < made.params.size(); ++j) {
+      if (made.params[j].termUse[t]) ofTerm.push_back(static_cast<int>(j));
     }
+    fit.list.terms[t].params = std::move(ofTerm);
   }
+  fit.params = std::move(made.params);
+  fit.startValues.clear();
   fit.UndoAvailable = fit.startValuesStored = false;
+}
+
+void RebuildFitLists(FitState& fit, ParamTables& params, EvalContext& eval) {
+  RebuildFitPoints(fit, *eval.datasets);
+  RebuildFitParams(fit, params, eval);
+  ComputeChiSq(fit, eval);
+}
+
+FitCells CellsOfFit(FitState& fit, ParamTables& params, EvalContext& eval) {
+  FitCells cells;
+  for (const FitParam& param : fit.params) cells.push_back(FindParam(params, param.place, param.modelNumber));
+  if (std::find(cells.begin(), cells.end(), nullptr) == cells.end()) return cells;
+  RebuildFitParams(fit, params, eval);
+  cells.clear();
+  for (const FitParam& param : fit.params) cells.push_back(&ParamAt(params, param.place));
+  return cells;
 }
 
 SpectrumRequest RequestOf(const FitSpectrum& spectrum) {

@@ -17,12 +17,20 @@ void ClearChiSqTerms(ChiSqTermList& list);
 
 // Lists the active rows of every term of weight other than 0 by model and x. All points of a model within 1e-10 of the
 // x of the first one share that frequency.
-void RebuildFitPoints(FitState& fit, const EvalContext& eval);
+void RebuildFitPoints(FitState& fit, const DatasetTable& datasets);
 std::size_t CountFitPoints(const FitState& fit);
 
 // Collects the adjustable parameters, keeps those that influence a term, puts the masters of coupling groups first, and
 // notes for each term the parameters it depends on. Ends the possibility of Undo.
-void RebuildFitParams(FitState& fit, EvalContext& eval);
+void RebuildFitParams(FitState& fit, ParamTables& params, EvalContext& eval);
+
+// The records of the fit's parameters, for an operation during which no row, mesh or model comes or goes.
+using FitCells = std::vector<ModelParam*>;
+// If a parameter of the list no longer exists the list is rebuilt first, so that no entry is null.
+FitCells CellsOfFit(FitState& fit, ParamTables& params, EvalContext& eval);
+
+// After the list of terms has changed: points, parameters, ChiSq.
+void RebuildFitLists(FitState& fit, ParamTables& params, EvalContext& eval);
 
 // ((y - Q)/sigma)^2 summed over the points of each term, and the weighted total. Not divided by anything.
 void ComputeChiSq(FitState& fit, EvalContext& eval);

@@ -21,29 +21,30 @@ std::string HeadLine(const FitState& fit) {
   return line + '\n';
 }
 
-std::string Row(const FitState& fit) {
+std::string Row(const FitState& fit, std::span<ModelParam* const> cells) {
   std::string line = std::to_string(fit.IterationCount) + ' ' + std::to_string(fit.ElapsedSeconds) + ' ';
   AppendField(line, fit.Lambda);
   AppendField(line, fit.TotalChiSq);
   for (const ChiSqTerm& term : fit.list.terms) AppendField(line, term.termChiSq);
   for (std::size_t p = 0; p < static_cast<std::size_t>(fit.NumFreeParams); ++p) {
-    AppendField(line, fit.params[p].cell->value);
-    AppendField(line, fit.params[p].cell->error);
+    AppendField(line, cells[p]->value);
+    AppendField(line, cells[p]->error);
   }
   return line + '\n';
 }
 
 }  // namespace
 
-void FitLog::Begin(const FitState& fit) {
+bool FitLog::Begin(const FitState& fit, std::span<ModelParam* const> cells) {
   file_.reset(std::fopen("Fitlog.dat", "ab"));
-  if (!file_) return;
+  if (!file_) return false;
   WriteLine(HeadLine(fit));
-  WriteRow(fit);
+  WriteRow(fit, cells);
+  return true;
 }
 
-void FitLog::WriteRow(const FitState& fit) {
-  if (file_) WriteLine(Row(fit));
+void FitLog::WriteRow(const FitState& fit, std::span<ModelParam* const> cells) {
+  if (file_) WriteLine(Row(fit, cells));
 }
 
 void FitLog::WriteLine(std::string_view line) {

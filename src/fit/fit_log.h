@@ -1,6 +1,7 @@
 // "Fitlog.dat": a file that grows by a head line a run and a row an accepted iteration.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "core/files.h"
@@ -10,10 +11,10 @@ namespace kalvex {
 
 class FitLog {
  public:
-  // Opens the file, writes the head line and the row of the start. A file that cannot be opened means no log.
-  void Begin(const FitState& fit);
+  // Opens the file, writes the head line and the row of the start. False if the file cannot be opened: there is no log.
+  [[nodiscard]] bool Begin(const FitState& fit, std::span<ModelParam* const> cells);
   // One row, flushed; nothing happens unless Begin has opened the file.
-  void WriteRow(const FitState& fit);
+  void WriteRow(const FitState& fit, std::span<ModelParam* const> cells);
 
  private:
   void WriteLine(std::string_view line);

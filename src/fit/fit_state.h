@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/shared_list.h"
 #include "datasets/quantity.h"
 #include "records/model.h"
 #include "records/param_place.h"
@@ -17,11 +18,10 @@ struct ChiSqTerm {
   int id = 0;
   std::uint32_t datasetId = 0;
   std::uint32_t modelId = 0;
-  double weight = 1.0;      // 0 takes the term out of the fit; it stays in the list
-  double termChiSq = 0;     // without the weight
-  double prevChiSq = 0;     // of the derivative test
-  bool selected = false;    // in the list of the fit window
-  std::vector<int> params;  // indices of the FitParams on which it depends
+  double weight = 1.0;     // 0 takes the term out of the fit; it stays in the list
+  double termChiSq = 0;    // without the weight
+  double prevChiSq = 0;    // of the derivative test
+  SharedList<int> params;  // indices of the FitParams on which it depends
 };
 
 // The id counter is the program's, so that the ids of the fit's list and of a list of candidates never meet.
@@ -49,14 +49,15 @@ struct FitSpectrum {
   std::vector<TermPoints> terms;
 };
 
+// A parameter of the fit, by place and number and never by address: rows, meshes and models come and go while the list
+// waits to be rebuilt.
 struct FitParam {
   ParamPlace place;
-  ModelParam* cell = nullptr;  // where the value lives; found anew whenever that may have moved
-  std::vector<char> termUse;   // one flag a term: the parameter influences it
-  bool used = false;           // it influences at least one term
-  bool isMaster = true;        // no earlier used parameter is of the same coupling group
-  int master = 0;              // the parameter whose row and column of the matrices serves this one
-  double startValue = 0;       // before the run; the swap partner of Undo
+  std::uint32_t modelNumber = 0;  // of the model that holds it; 0 for an experimental parameter
+  std::vector<char> termUse;      // one flag a term: the parameter influences it
+  bool used = false;              // it influences at least one term
+  bool isMaster = true;           // no earlier used parameter is of the same coupling group
+  int master = 0;                 // the parameter whose row and column of the matrices serves this one
 };
 
 struct FitOptions {
@@ -82,14 +83,16 @@ struct FitOptions {
 struct FitReport {
   std::string stop;  // which rule ended it
   double startChiSq = 0;
-  std::vector<int> withoutInfluence;  // masters whose diagonal of alpha was 0 when no step could be taken
+  std::vector<int> withoutInfluence;    // masters whose diagonal of alpha was 0 when no step could be taken
+  std::vector<std::string> notWritten;  // files of the run that could not be written
 };
 
 struct FitState {
   ChiSqTermList list;
   int nextTermId = 0;
-  std::vector<FitSpectrum> spectra;  // by model
-  std::vector<FitParam> params;      // the masters first
+  SharedList<FitSpectrum> spectra;  // by model
+  SharedList<FitParam> params;      // the masters first
+  std::vector<double> startValues;  // of the params before the last run: the swap partners of Undo
 
   int NumFitParams = 0;
   int NumFreeParams = 0;  // masters: the size of the matrices

@@ -14,7 +14,7 @@
 namespace kalvex {
 namespace {
 
-// A parameter with a limit that stands closer to it than this has no say in the step.
+// A limited parameter whose scale is smaller stands on its limit: it takes no part in the step.
 constexpr double kLeastScale = 1e-10;
 
 // One parameter, as the points of a spectrum see it.
@@ -27,7 +27,8 @@ struct SlopeColumn {
 
 // The columns of all parameters of the fit that a term of the spectrum depends on; the others have no place in the
 // request.
-std::vector<SlopeColumn> ColumnsOf(const FitState& fit, const FitSpectrum& spectrum, std::vector<ParamPlace>& places) {
+std::vector<SlopeColumn> ColumnsOf(const FitState& fit, const FitSpectrum& spectrum,
+                                   std::span<const FitCoordinate> coordinates, std::vector<ParamPlace>& places) {
   std::vector<char> used(fit.params.size());
   for (const TermPoints& points : spectrum.terms) {
     if (points.y.empty()) continue;
@@ -39,11 +40,10 @@ std::vector<SlopeColumn> ColumnsOf(const FitState& fit, const FitSpectrum& spect
   for (std::size_t j = 0; j < fit.params.size(); ++j) {
     if (!used[j]) continue;
     const FitParam& param = fit.params[j];
-    const bool limited = HasLimit(*param.cell);
     columns[j].slope = places.size();
     columns[j].master = static_cast<std::size_t>(param.master);
-    columns[j].scale = limited ? param.cell->fitScale : 1;
-    columns[j].counts = !limited || !(std::fabs(param.cell->fitScale) < kLeastScale);
+    columns[j].scale = coordinates[j].scale;
+    columns[j].counts = !coordinates[j].limited || !(std::fabs(coordinates[j].scale) < kLeastScale);
     places.push_back(param.place);
   }
   return columns;
@@ -222,7 +222,8 @@ struct Accumulation {
 
 }  // namespace
 
-void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations& equations) {
+void AccumulateNormalEquations(FitState& fit, EvalContext& eval, std::span<const FitCoordinate> coordinates,
+                               NormalEquations& equations) {
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
@@ -233,7 +234,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations
     Model* const model = GetModelByNumber(*eval.params, spectrum.modelId);
     if (!model) continue;
     std::vector<ParamPlace> places;
-    std::vector<SlopeColumn> columns = ColumnsOf(fit, spectrum, places);
+    std::vector<SlopeColumn> columns = ColumnsOf(fit, spectrum, coordinates, places);
     SpectrumRequest request = RequestOf(spectrum);
     request.derivatives = true;
     request.slopesOf = places;

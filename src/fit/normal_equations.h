@@ -2,10 +2,12 @@
 //     alpha = sum 2 W J J,   beta = sum 2 W (Q - y) J
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "evaluation/eval_context.h"
 #include "fit/block_gradients.h"
+#include "fit/fit_coordinate.h"
 #include "fit/fit_state.h"
 #include "numeric/band_solver.h"
 
@@ -33,8 +35,9 @@ struct NormalEquations {
   bool AreSmall() const { return beta.size() <= 320; }
 };
 
-// Evaluates every spectrum with derivatives, fills the equations at the present values, and sets TotalChiSq. The
-// parameters' fitScale must be that of the present values.
-void AccumulateNormalEquations(FitState& fit, EvalContext& eval, NormalEquations& equations);
+// Evaluates every spectrum with derivatives, fills the equations at the present values, and sets TotalChiSq.
+// coordinates: of each parameter of the fit, at its present value.
+void AccumulateNormalEquations(FitState& fit, EvalContext& eval, std::span<const FitCoordinate> coordinates,
+                               NormalEquations& equations);
 
 }  // namespace kalvex

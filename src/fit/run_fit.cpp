@@ -22,9 +22,12 @@ namespace {
 
 struct Run {
   FitState& fit;
+  ParamTables& params;
   EvalContext& eval;
-  const Platform& platform;
-  const FitHooks& hooks;
+  Platform& platform;
+  FitObserver& observer;
+  FitCells cells;                          // of fit.params
+  std::vector<FitCoordinate> coordinates;  // of the same, at the start of the iteration
   NormalEquations equations;
   std::vector<double> diagonal;  // of alpha, without damping
   BandFactor factor;
@@ -34,18 +37,21 @@ struct Run {
   FitLog log;
   std::int64_t startTime = 0;
 
-  Run(FitState& state, EvalContext& context, const Platform& machine, const FitHooks& around)
+  Run(FitState& state, ParamTables& tables, EvalContext& context, Platform& machine, FitObserver& follower)
       : fit(state),
+        params(tables),
         eval(context),
         platform(machine),
-        hooks(around),
+        observer(follower),
+        cells(CellsOfFit(state, tables, context)),
+        coordinates(cells.size()),
         equations(static_cast<std::size_t>(state.NumFreeParams)),
         diagonal(equations.beta.size()),
         delta(equations.beta.size()),
         saved(equations.beta.size()) {}
 
   std::size_t Masters() const { return equations.beta.size(); }
-  ModelParam& CellOf(std::size_t i) const { return *fit.params[i].cell; }
+  ModelParam& CellOf(std::size_t i) const { return *cells[i]; }
 };
 
 // Threads that are asleep are worth waking for a whole iteration, though not for each of its pieces.
@@ -66,8 +72,8 @@ void RouseThreads(Run& run) {
 
 void BeginIteration(Run& run) {
   RouseThreads(run);
-  for (const FitParam& param : run.fit.params) FitSetCoord(*param.cell);
-  AccumulateNormalEquations(run.fit, run.eval, run.equations);
+  for (std::size_t i = 0; i < run.cells.size(); ++i) run.coordinates[i] = FitCoordinateOf(*run.cells[i]);
+  AccumulateNormalEquations(run.fit, run.eval, run.coordinates, run.equations);
   const SquareMatrix alpha = run.equations.Alpha();
   for (std::size_t i = 0; i < run.Masters(); ++i) run.diagonal[i] = alpha(i, i);
   run.history.push_back(run.fit.TotalChiSq);
@@ -80,9 +86,9 @@ void SetDamping(Run& run, double factor) {
 
 // Coupled parameters are written one by one too: their masters' groups reach them, but a limit of their own may hold.
 void SetCoupledOnes(Run& run) {
-  for (std::size_t i = run.Masters(); i < run.fit.params.size(); ++i) {
+  for (std::size_t i = run.Masters(); i < run.cells.size(); ++i) {
     const auto master = static_cast<std::size_t>(run.fit.params[i].master);
-    SetValue(*run.eval.params, run.CellOf(i), run.CellOf(master).value);
+    SetValue(run.params, run.CellOf(i), run.CellOf(master).value);
   }
 }
 
@@ -90,10 +96,10 @@ void TakeStep(Run& run) {
   run.limitHit = false;
   for (std::size_t i = 0; i < run.Masters(); ++i) {
     ModelParam& cell = run.CellOf(i);
-    const double candidate =
-        HasLimit(cell) ? FitCoordToValue(cell, cell.fitCoord - run.delta[i]) : cell.value - run.delta[i];
+    const double candidate = run.coordinates[i].limited ? FitCoordToValue(cell, run.coordinates[i].at - run.delta[i])
+                                                        : cell.value - run.delta[i];
     run.saved[i] = cell.value;
-    if (SetValue(*run.eval.params, cell, candidate) < 0) run.limitHit = true;
+    if (SetValue(run.params, cell, candidate) < 0) run.limitHit = true;
   }
   SetCoupledOnes(run);
 }
@@ -133,13 +139,13 @@ void FinishIteration(Run& run) {
   FitState& fit = run.fit;
   if (fit.options.CalcConfidence) {
     SetDamping(run, 1);
-    WriteConfidence(fit, run.equations.Alpha(), run.factor);
+    WriteConfidence(fit, run.cells, run.coordinates, run.equations.Alpha(), run.factor);
   }
   fit.IterationCount = static_cast<int>(run.history.size());
-  fit.ElapsedSeconds = static_cast<int>(run.platform.clockSeconds(run.platform.self) - run.startTime);
+  fit.ElapsedSeconds = static_cast<int>(run.platform.ClockSeconds() - run.startTime);
   fit.ChiSqChange = run.history.front() - fit.TotalChiSq;
-  if (run.hooks.iterationDone) run.hooks.iterationDone(run.hooks.self);
-  run.log.WriteRow(fit);
+  run.observer.IterationEnds();
+  run.log.WriteRow(fit, run.cells);
 }
 
 void ShowLimitMessage(const Run& run) {
@@ -148,7 +154,7 @@ void ShowLimitMessage(const Run& run) {
   text += ", ";
   AppendG(text, kValueClamp);
   text += "].\n\nThe fitting routine is stopped.";
-  run.platform.showMessage(run.platform.self, "Attention", text);
+  run.platform.ShowMessage("Attention", text);
 }
 
 bool ReductionTooSmall(const Run& run) {
@@ -170,8 +176,14 @@ const char* StopRuleThatHolds(Run& run) {
   if (options.StopOnIterations && fit.IterationCount >= options.MaxIterations) return "number of iterations";
   if (options.StopOnTime && fit.ElapsedSeconds >= options.MaxSeconds) return "time";
   if (options.StopOnReduction && ReductionTooSmall(run)) return "ChiSq no longer falls";
-  if (run.hooks.poll) run.hooks.poll(run.hooks.self);
+  run.observer.Poll();
   return fit.StopRequested ? "stopped by the user" : nullptr;
+}
+
+// What Undo swaps with; of coupled ones what was stored before stays.
+void NoteStartValues(Run& run) {
+  run.fit.startValues.resize(run.cells.size());
+  for (std::size_t i = 0; i < run.Masters(); ++i) run.fit.startValues[i] = run.CellOf(i).value;
 }
 
 const char* Iterate(Run& run) {
@@ -189,19 +201,19 @@ const char* Iterate(Run& run) {
 
 void RunToItsEnd(Run& run) {
   FitState& fit = run.fit;
-  run.startTime = run.platform.clockSeconds(run.platform.self);
+  run.startTime = run.platform.ClockSeconds();
   fit.Lambda = fit.options.InitialLambda;
   fit.IterationCount = fit.ElapsedSeconds = 0;
   fit.ChiSqChange = 0;
   ComputeChiSq(fit, run.eval);
   fit.report.startChiSq = fit.TotalChiSq;
-  if (fit.options.LogFit) run.log.Begin(fit);
+  if (fit.options.LogFit && !run.log.Begin(fit, run.cells)) fit.report.notWritten.emplace_back("Fitlog.dat");
   fit.report.stop = Iterate(run);
 }
 
 }  // namespace
 
-int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const FitHooks& hooks) {
+int RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer) {
   fit.report = {};
   if (fit.NumFitParams < 1) {
     fit.report.stop = "no parameter to fit";
@@ -209,13 +221,11 @@ int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const Fit
     return 0;
   }
   fit.FitRunning = true;
-  for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFreeParams); ++i) {
-    fit.params[i].startValue = fit.params[i].cell->value;
-  }
-  if (hooks.started) hooks.started(hooks.self);
   int status = 0;
   try {
-    Run run(fit, eval, platform, hooks);
+    Run run(fit, params, eval, platform, observer);
+    NoteStartValues(run);
+    observer.RunStarts();
     RunToItsEnd(run);
   } catch (const std::bad_alloc&) {
     fit.report.stop = "not enough memory";
@@ -225,14 +235,16 @@ int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const Fit
   return status;
 }
 
-void StoreStartValues(FitState& fit) {
-  for (FitParam& param : fit.params) param.startValue = param.cell->value;
+void StoreStartValues(FitState& fit, ParamTables& params, EvalContext& eval) {
+  fit.startValues.clear();
+  for (const ModelParam* const cell : CellsOfFit(fit, params, eval)) fit.startValues.push_back(cell->value);
   fit.startValuesStored = true;
 }
 
-void UndoFit(FitState& fit, EvalContext& eval) {
+void UndoFit(FitState& fit, ParamTables& params, EvalContext& eval) {
+  const FitCells cells = CellsOfFit(fit, params, eval);
   if (!fit.startValuesStored) return;
-  for (FitParam& param : fit.params) std::swap(param.cell->value, param.startValue);
+  for (std::size_t i = 0; i < cells.size(); ++i) std::swap(cells[i]->value, fit.startValues[i]);
   ComputeChiSq(fit, eval);
 }
 

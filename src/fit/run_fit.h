@@ -11,15 +11,16 @@
 
 namespace kalvex {
 
-// What happens around a run.
-struct FitHooks {
-  void* self = nullptr;
-  // After each accepted iteration: windows, graphs and progress lines follow.
-  void (*iterationDone)(void* self) = nullptr;
-  // Lets a stop request set FitState::StopRequested; called once for each accepted iteration.
-  void (*poll)(void* self) = nullptr;
+// Who follows a run.
+class FitObserver {
+ public:
+  virtual ~FitObserver() = default;
   // Before the first iteration, which may take long: windows show that the run has begun.
-  void (*started)(void* self) = nullptr;
+  virtual void RunStarts() {}
+  // After each accepted iteration: windows, graphs and progress lines follow.
+  virtual void IterationEnds() {}
+  // Once for each accepted iteration: the chance of a stop request to set FitState::StopRequested.
+  virtual void Poll() {}
 };
 
 inline constexpr double kLambdaFactor = 10.0;
@@ -28,13 +29,14 @@ inline constexpr int kMostIterations = 1000;
 // Adjusts the values of fit.params to lower TotalChiSq until a stop rule holds, and writes the files that the options
 // ask for to the current directory. Without parameters it does nothing. fit.report tells how it ended. Gives 0, or -1
 // if memory is too short.
-int RunFit(FitState& fit, EvalContext& eval, const Platform& platform, const FitHooks& hooks);
+[[nodiscard]] int RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform,
+                         FitObserver& observer);
 
 // Swaps each parameter's value and the one before the run, past limits and coupling, and computes ChiSq. Nothing
 // happens unless UndoAvailable.
-void UndoFit(FitState& fit, EvalContext& eval);
+void UndoFit(FitState& fit, ParamTables& params, EvalContext& eval);
 
 // Stores every parameter's value for Undo.
-void StoreStartValues(FitState& fit);
+void StoreStartValues(FitState& fit, ParamTables& params, EvalContext& eval);
 
 }  // namespace kalvex

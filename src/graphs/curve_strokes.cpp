@@ -24,7 +24,7 @@ class StrokePen {
     if (AddStroke(buffer_, column, rows) || told_) return;
     told_ = true;
     if (!platform_) return;
-    platform_->showMessage(platform_->self, "Internal Error",
+    platform_->ShowMessage("Internal Error",
                            "Number of strokes is out of the allocation range.\nPlease contact the developer");
   }
   void AddLine(std::span<const Point> places, PlotSize size) {
@@ -33,7 +33,7 @@ class StrokePen {
 
  private:
   StrokeBuffer& buffer_;
-  const Platform* platform_;
+  Platform* platform_;
   bool told_ = false;
 };
 

@@ -59,8 +59,7 @@ MacroResult LoadDatasetCommand(MacroCall& call) {
   args.Match = call.Int("Match");
   const int slot = args.DatasetNo.value_or(1);
   if (const char* const message = LoadDatasetFromMacro(call.program.datasets, args)) {
-    const Platform& platform = call.program.platform;
-    platform.showMessage(platform.self, texts::kErrorTitle, message);
+    call.program.platform->ShowMessage(texts::kErrorTitle, message);
     return call.Nothing("'" + args.MasterFile.value_or("") + "': " + message);
   }
   ShowDatasets(call);

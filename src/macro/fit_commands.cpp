@@ -35,7 +35,7 @@ ModelParam* FindExpParam(Program& program, const std::string& name) {
 std::string PlaceText(const Program& program, const FitParam& param) {
   constexpr const char* kColumnNames[] = {"Wo", "Wp", "G"};
   const ParamPlace& at = param.place;
-  if (at.Where == ParamKind::kExp) return std::string(NameOf(*param.cell));
+  if (at.Where == ParamKind::kExp) return std::string(NameOf(ParamAt(program.params, at)));
   std::string text = "model " + std::to_string(program.params.models[static_cast<std::size_t>(at.nm)].number);
   if (at.Where == ParamKind::kEpsInf) return text + " Einf";
   if (at.Where == ParamKind::kRow) return text + " row " + std::to_string(at.nl + 1) + ' ' + kColumnNames[at.nc];
@@ -120,12 +120,13 @@ MacroResult DeleteChiSqTermCommand(MacroCall& call) {
 MacroResult FitCommand(MacroCall& call) {
   Program& program = call.program;
   if (!program.fitWindow.open) return call.Nothing("the fit window is not open, WindowFit() opens it");
+  RunFollower follower(program);
   if (program.fit.FitRunning) {
-    RunMacroFit(DeskOf(program), program.platform, HooksOf(program), call.Int("NumIters"));
+    RunMacroFit(DeskOf(program), *program.platform, follower, call.Int("NumIters"));
     return call.Done("the running fit was asked to stop");
   }
   const auto start = std::chrono::steady_clock::now();
-  RunMacroFit(DeskOf(program), program.platform, HooksOf(program), call.Int("NumIters"));
+  RunMacroFit(DeskOf(program), *program.platform, follower, call.Int("NumIters"));
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   ShowValues(program);
   const std::string summary = Summary(program, took.count());
@@ -164,17 +165,21 @@ MacroResult UndoFitCommand(MacroCall& call) {
 
 MacroResult QuantityErrorBarsCommand(MacroCall& call) {
   Program& program = call.program;
-  const int status = WriteQuantityErrorBars(program.fit, program.eval, program.datasets, program.notices,
-                                            program.platform, HooksOf(program));
+  RunFollower follower(program);
+  const auto tellGraphs = [&] { NotifyGraphs(program.notices, GraphEvent::kDatasetChanged, -1); };
+  const int status = WriteQuantityErrorBars(program.fit, program.params, program.eval, program.datasets,
+                                            *program.platform, follower, tellGraphs);
   return Written(call, status, "QntyErrorBars.dat", "it needs three ChiSq terms, the last with a dataset and a model");
 }
 
 MacroResult DumpDerivativesCommand(MacroCall& call) {
-  return Written(call, WriteDerivativeDump(call.program.eval), "Jakob.dat", "it needs dataset 1 and models 1 to 4");
+  return Written(call, WriteDerivativeDump(call.program.params, call.program.eval), "Jakob.dat",
+                 "it needs dataset 1 and models 1 to 4");
 }
 
 MacroResult DumpSensitivityCommand(MacroCall& call) {
-  return Written(call, WriteSensitivityDump(call.program.eval), "Jakob2.dat", "it needs dataset 1 and models 1 to 3");
+  return Written(call, WriteSensitivityDump(call.program.params, call.program.eval), "Jakob2.dat",
+                 "it needs dataset 1 and models 1 to 3");
 }
 
 }  // namespace kalvex

@@ -31,19 +31,19 @@ MacroResult MainWindowCommand(MacroCall& call) {
 }
 
 MacroResult WaitCommand(MacroCall& call) {
-  const Platform& platform = call.program.platform;
-  platform.pumpEvents(platform.self);
+  Platform& platform = *call.program.platform;
+  platform.PumpEvents();
   const auto time = call.Int("Time");
   if (!time) return call.Done("events delivered");
-  platform.sleep(platform.self, std::max(0, *time));
+  platform.Sleep(std::max(0, *time));
   return call.Done("waited " + std::to_string(*time) + " ms");
 }
 
 MacroResult SuspendCommand(MacroCall& call) {
   MacroState& macro = call.program.macro;
   if (macro.neverSuspend) return call.Done("goes on, as asked for before");
-  const Platform& platform = call.program.platform;
-  const SuspendAnswer answer = platform.askSuspend(platform.self);
+  Platform& platform = *call.program.platform;
+  const SuspendAnswer answer = platform.AskSuspend();
   if (answer == SuspendAnswer::kExitMacro) {
     call.Done("macro ended");
     return MacroResult::kStop;

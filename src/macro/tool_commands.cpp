@@ -28,13 +28,13 @@ MacroResult SaveParamsSpecialCommand(MacroCall& call) {
 }
 
 MacroResult TestDerivativesCommand(MacroCall& call) {
-  if (TestDerivatives(call.program.fit, call.program.eval) != 0)
+  if (TestDerivatives(call.program.fit, call.program.params, call.program.eval) != 0)
     return call.Nothing("'TestDeriv1.txt' cannot be written");
   return call.Done("written to 'TestDeriv1.txt'");
 }
 
 MacroResult TestQuantityDerivativesCommand(MacroCall& call) {
-  if (TestQuantityDerivatives(call.program.fit, call.program.eval) != 0) {
+  if (TestQuantityDerivatives(call.program.fit, call.program.params, call.program.eval) != 0) {
     return call.Nothing("'TestDeriv.txt' cannot be written");
   }
   return call.Done("written to 'TestDeriv.txt'");

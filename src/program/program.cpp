@@ -19,29 +19,17 @@ void PrintProgress(const FitState& fit) {
                TextG(fit.TotalChiSq, 8).c_str(), TextG(fit.Lambda).c_str(), fit.ElapsedSeconds);
 }
 
-void FollowIteration(void* self) {
-  const Program& program = ProgramOf(self);
-  ShowValues(ProgramOf(self));
-  RefreshTermLines(DeskOf(ProgramOf(self)));
-  if (program.showProgress) PrintProgress(program.fit);
-}
-
-void DeliverEvents(void* self) {
-  const Platform& platform = ProgramOf(self).platform;
-  platform.pumpEvents(platform.self);
-}
-
 }  // namespace
 
 Program::Program(int threads) : pool(threads) {
-  SeedNoise(noise, static_cast<std::uint32_t>(platform.clockSeconds(platform.self)));
+  SeedNoise(noise, static_cast<std::uint32_t>(platform->ClockSeconds()));
   params.ExpParams = DefaultExpParams();
   eval.params = &params;
   eval.datasets = &datasets;
   eval.pool = &pool;
   eval.termEnvironment.datasets = &datasets;
   eval.types = ModelTypeTable;
-  eval.platform = &platform;
+  eval.platform = platform;
   notices.owner = this;
   notices.graphs = [](void* self, GraphEvent event, std::int64_t id) {
     AnswerGraphEvent(ProgramOf(self).graphs, event, id, ProgramOf(self).AutoScreenUpdate);
@@ -51,15 +39,21 @@ Program::Program(int threads) : pool(threads) {
   };
 }
 
-FitDesk DeskOf(Program& program) { return {program.fitWindow, program.fit, program.eval, program.AutoScreenUpdate}; }
+FitDesk DeskOf(Program& program) {
+  return {program.fitWindow, program.fit, program.params, program.eval, program.AutoScreenUpdate};
+}
 
 WindowDesk WindowDeskOf(Program& program) {
   return {program.params,       program.datasets,  program.eval,           program.fit,         program.graphs,
-          program.notices,      program.platform,  program.datasetManager, program.loadDialog,  program.expParamsWindow,
+          program.notices,      *program.platform, program.datasetManager, program.loadDialog,  program.expParamsWindow,
           program.paramControl, program.vdfDialog, program.graphDialogs,   program.GraphReader, program.fileFolder};
 }
 
-FitHooks HooksOf(Program& program) { return {&program, FollowIteration, DeliverEvents, DeliverEvents}; }
+void RunFollower::IterationEnds() {
+  ShowValues(program_);
+  RefreshTermLines(DeskOf(program_));
+  if (program_.showProgress) PrintProgress(program_.fit);
+}
 
 void ShowValues(Program& program) {
   if (program.expParamsWindow.open) RefreshExpParams(program.notices, program.params, true);

@@ -33,7 +33,8 @@ struct MainWindow {
 };
 
 struct Program {
-  Platform platform = HeadlessPlatform();
+  HeadlessPlatform headless;
+  Platform* platform = &headless;
   Notices notices;
   NoiseGenerator noise;
 
@@ -67,10 +68,20 @@ struct Program {
 };
 
 FitDesk DeskOf(Program& program);
-WindowDesk WindowDeskOf(Program& program);
 // Around a run of the fit: the list of the fit window and the model windows follow each accepted iteration, and
 // progress is told if wanted.
-FitHooks HooksOf(Program& program);
+class RunFollower : public FitObserver {
+ public:
+  explicit RunFollower(Program& program) : program_(program) {}
+  void RunStarts() override { program_.platform->PumpEvents(); }
+  void IterationEnds() override;
+  void Poll() override { program_.platform->PumpEvents(); }
+
+ private:
+  Program& program_;
+};
+
+WindowDesk WindowDeskOf(Program& program);
 
 // The model windows, and that of the experimental parameters if it is open, show their values anew; the fit, which has
 // set them, is not told.

@@ -30,8 +30,6 @@ struct ModelParam {
   std::array<double, kQuantityCount> dQuantity{};
 
   std::uint32_t reserved = 0;  // no meaning; kept in the model file
-  double fitCoord = 0;         // the fit's coordinate, and the derivative of value by it
-  double fitScale = 0;
 };
 
 inline std::string_view NameOf(const ModelParam& param) {

@@ -22,5 +22,11 @@ const char* KindText(ParamKind kind);
 
 // The parameter at a place that exists.
 ModelParam& ParamAt(ParamTables& tables, const ParamPlace& place);
+const ModelParam& ParamAt(const ParamTables& tables, const ParamPlace& place);
+
+// The same for a place that may be gone: null unless the entry of the table still holds the model of that number, with
+// that row or mesh point. The experimental parameters are always there.
+ModelParam* FindParam(ParamTables& tables, const ParamPlace& place, std::uint32_t modelNumber);
+const ModelParam* FindParam(const ParamTables& tables, const ParamPlace& place, std::uint32_t modelNumber);
 
 }  // namespace kalvex

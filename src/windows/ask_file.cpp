@@ -4,8 +4,8 @@
 
 namespace kalvex {
 
-std::optional<std::string> AskFile(const Platform& platform, std::string& folder, const FileQuestion& question) {
-  std::optional<std::string> file = platform.askFile(platform.self, question, folder);
+std::optional<std::string> AskFile(Platform& platform, std::string& folder, const FileQuestion& question) {
+  std::optional<std::string> file = platform.AskFile(question, folder);
   if (!file || file->empty()) return std::nullopt;
   folder = DirectoryOf(*file);
   if (question.forSaving && FileNameOf(*file).find('.') == std::string_view::npos) {

@@ -10,6 +10,6 @@ namespace kalvex {
 
 // The file that the user chose, nothing if the dialog was cancelled. A file to be written gets the default extension if
 // its name has none. folder is where the dialog opens, and becomes where the file lies.
-std::optional<std::string> AskFile(const Platform& platform, std::string& folder, const FileQuestion& question);
+std::optional<std::string> AskFile(Platform& platform, std::string& folder, const FileQuestion& question);
 
 }  // namespace kalvex

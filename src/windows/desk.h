@@ -25,7 +25,7 @@ struct WindowDesk {
   FitState& fit;
   GraphTable& graphs;
   const Notices& notices;
-  const Platform& platform;
+  Platform& platform;
   DatasetManager& datasetManager;
   LoadDialog& loadDialog;
   ExpParamsWindow& expParams;

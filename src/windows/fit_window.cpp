@@ -13,21 +13,21 @@ namespace {
 constexpr int kUnfoldedHeight = 282, kFoldedHeight = 139, kFoldThreshold = 201;
 
 void AfterDatasetChange(FitDesk desk) {
-  RebuildFitParams(desk.fit, desk.eval);
-  RebuildFitPoints(desk.fit, desk.eval);
+  RebuildFitParams(desk.fit, desk.params, desk.eval);
+  RebuildFitPoints(desk.fit, *desk.eval.datasets);
   ComputeChiSq(desk.fit, desk.eval);
   RefreshTermLines(desk);
 }
 
 void AfterParamChange(FitDesk desk, bool compute) {
-  RebuildFitParams(desk.fit, desk.eval);
+  RebuildFitParams(desk.fit, desk.params, desk.eval);
   if (compute) ComputeChiSq(desk.fit, desk.eval);
   RefreshTermLines(desk);
 }
 
 std::string PairText(const FitDesk& desk, const ChiSqTerm& term) {
   const Dataset* const dataset = GetDatasetById(*desk.eval.datasets, term.datasetId);
-  const Model* const model = GetModelByNumber(*desk.eval.params, term.modelId);
+  const Model* const model = GetModelByNumber(desk.params, term.modelId);
   std::string text = "[";
   text += kQuantityNames[static_cast<std::size_t>(dataset ? dataset->Quantity : 0)].shortName;
   text += "] \"" + (dataset ? dataset->name : "") + "\" - \"" + (model ? model->name : "") + "\"";
@@ -36,7 +36,7 @@ std::string PairText(const FitDesk& desk, const ChiSqTerm& term) {
 
 // A list of terms that has become another one is filled from its first line, with nothing selected.
 void FillTermLines(FitDesk desk) {
-  for (ChiSqTerm& term : desk.fit.list.terms) term.selected = false;
+  desk.window.selected.clear();
   desk.window.topLine = 0;
   RebuildAfterTermChange(desk);
   SelectionChanged(desk);
@@ -53,9 +53,9 @@ void RemoveTermsIf(FitDesk desk, Matches matches) {
   FillTermLines(desk);
 }
 
-int RunAndRefresh(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
+int RunAndRefresh(FitDesk desk, Platform& platform, FitObserver& observer) {
   desk.fit.StopRequested = false;
-  const int status = RunFit(desk.fit, desk.eval, platform, hooks);
+  const int status = RunFit(desk.fit, desk.params, desk.eval, platform, observer);
   RefreshTermLines(desk);
   return status;
 }
@@ -123,15 +123,13 @@ void RefreshTermLines(FitDesk desk) {
 }
 
 void RebuildAfterTermChange(FitDesk desk) {
-  RebuildFitPoints(desk.fit, desk.eval);
-  RebuildFitParams(desk.fit, desk.eval);
-  ComputeChiSq(desk.fit, desk.eval);
+  RebuildFitLists(desk.fit, desk.params, desk.eval);
   RefreshTermLines(desk);
 }
 
 bool AddTerm(FitDesk desk, int datasetSlot, std::uint32_t modelNumber, std::optional<double> weight) {
   const Dataset* const dataset = DatasetInSlot(*desk.eval.datasets, datasetSlot);
-  if (!dataset || !GetModelByNumber(*desk.eval.params, modelNumber)) return false;
+  if (!dataset || !GetModelByNumber(desk.params, modelNumber)) return false;
   ChiSqTerm& term = InsertChiSqTerm(desk.fit, desk.fit.list, static_cast<int>(desk.fit.list.terms.size()));
   term.datasetId = dataset->id;
   term.modelId = modelNumber;
@@ -144,7 +142,7 @@ bool DeleteTerm(FitDesk desk, int datasetSlot, int modelSlot) {
   const Dataset* const dataset = DatasetInSlot(*desk.eval.datasets, datasetSlot);
   bool found = false;
   if (dataset && modelSlot >= 1 && modelSlot <= kMaxModels) {
-    const std::uint32_t number = desk.eval.params->models[static_cast<std::size_t>(modelSlot - 1)].number;
+    const std::uint32_t number = desk.params.models[static_cast<std::size_t>(modelSlot - 1)].number;
     auto& terms = desk.fit.list.terms;
     const auto match = std::find_if(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
       return term.datasetId == dataset->id && term.modelId == number;
@@ -160,7 +158,7 @@ void SelectionChanged(FitDesk desk) {
   const ChiSqTerm* first = nullptr;
   desk.window.weightText.clear();
   for (const ChiSqTerm& term : desk.fit.list.terms) {
-    if (!term.selected) continue;
+    if (!desk.window.selected.contains(term.id)) continue;
     if (first && first->weight != term.weight) return;
     first = &term;
   }
@@ -169,7 +167,8 @@ void SelectionChanged(FitDesk desk) {
 
 void SelectTermLine(FitDesk desk, std::size_t line, bool selected) {
   if (line >= desk.fit.list.terms.size()) return;
-  desk.fit.list.terms[line].selected = selected;
+  const int id = desk.fit.list.terms[line].id;
+  selected ? static_cast<void>(desk.window.selected.insert(id)) : static_cast<void>(desk.window.selected.erase(id));
   SelectionChanged(desk);
 }
 
@@ -182,14 +181,14 @@ void WeightEdited(FitDesk desk, std::string_view text) {
   desk.window.weightText = text;
   if (text.empty()) return;
   for (ChiSqTerm& term : desk.fit.list.terms) {
-    if (term.selected) term.weight = RealOf(text);
+    if (desk.window.selected.contains(term.id)) term.weight = RealOf(text);
   }
   RebuildAfterTermChange(desk);
 }
 
 void RemoveSelectedTerms(FitDesk desk) {
   if (desk.fit.FitRunning) return;
-  RemoveTermsIf(desk, [](const ChiSqTerm& term) { return term.selected; });
+  RemoveTermsIf(desk, [selected = desk.window.selected](const ChiSqTerm& term) { return selected.contains(term.id); });
 }
 
 void ToggleFold(FitWindow& window) {
@@ -210,15 +209,15 @@ std::vector<std::string> DatasetChoices(const FitDesk& desk) {
 
 std::vector<std::string> ModelChoices(const FitDesk& desk) {
   std::vector<std::string> choices{texts::kAddTermsAll};
-  for (const std::uint32_t number : ListModelNumbers(*desk.eval.params)) {
-    choices.push_back(GetModelByNumber(*desk.eval.params, number)->name);
+  for (const std::uint32_t number : ListModelNumbers(desk.params)) {
+    choices.push_back(GetModelByNumber(desk.params, number)->name);
   }
   return choices;
 }
 
 void OfferCandidates(FitDesk desk, AddTermsDialog& dialog, std::size_t datasetChoice, std::size_t modelChoice) {
   const auto datasets = Chosen(ListDatasetIds(*desk.eval.datasets), datasetChoice);
-  const auto models = Chosen(ListModelNumbers(*desk.eval.params), modelChoice);
+  const auto models = Chosen(ListModelNumbers(desk.params), modelChoice);
   dialog.candidates.terms.clear();
   dialog.lines.clear();
   dialog.datasetChoice = datasetChoice;
@@ -263,18 +262,18 @@ void AcceptAddTerms(FitDesk desk) {
 
 void CancelAddTerms(FitDesk desk) { desk.window.addTerms = {}; }
 
-int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks) {
+int StartFit(FitDesk desk, Platform& platform, FitObserver& observer) {
   if (desk.fit.FitRunning) {
     desk.fit.StopRequested = true;
     return 0;
   }
-  StoreStartValues(desk.fit);
-  const int status = RunAndRefresh(desk, platform, hooks);
+  StoreStartValues(desk.fit, desk.params, desk.eval);
+  const int status = RunAndRefresh(desk, platform, observer);
   desk.fit.UndoAvailable = true;
   return status;
 }
 
-int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, std::optional<int> iterations) {
+int RunMacroFit(FitDesk desk, Platform& platform, FitObserver& observer, std::optional<int> iterations) {
   FitOptions& options = desk.fit.options;
   const FitOptions before = options;
   if (iterations) {
@@ -285,8 +284,8 @@ int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, s
     desk.fit.StopRequested = true;
     return 0;
   }
-  StoreStartValues(desk.fit);
-  const int status = RunAndRefresh(desk, platform, hooks);
+  StoreStartValues(desk.fit, desk.params, desk.eval);
+  const int status = RunAndRefresh(desk, platform, observer);
   options.MaxIterations = before.MaxIterations;
   options.StopOnIterations = before.StopOnIterations;
   return status;
@@ -297,7 +296,7 @@ void PressUndo(FitDesk desk) {
 }
 
 void TakeBackLastRun(FitDesk desk) {
-  UndoFit(desk.fit, desk.eval);
+  UndoFit(desk.fit, desk.params, desk.eval);
   RefreshTermLines(desk);
 }
 

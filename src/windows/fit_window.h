@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,7 @@ struct FitWindow {
   std::string foldButton = texts::kFoldAtStart;
   std::string weightText;          // the field for the weight of the selected terms
   std::vector<std::string> lines;  // one for each term
+  std::set<int> selected;          // ids of the terms whose lines are selected
   int topLine = 0;                 // first line shown
   AddTermsDialog addTerms;
   bool optionsOpen = false;
@@ -59,6 +61,7 @@ struct FitWindow {
 struct FitDesk {
   FitWindow& window;
   FitState& fit;
+  ParamTables& params;
   EvalContext& eval;
   const bool& autoScreenUpdate;
 };
@@ -125,10 +128,10 @@ void AcceptAddTerms(FitDesk desk);
 void CancelAddTerms(FitDesk desk);
 
 // The "START" button: a run that Undo can take back; during a run it asks the run to stop.
-int StartFit(FitDesk desk, const Platform& platform, const FitHooks& hooks);
+int StartFit(FitDesk desk, Platform& platform, FitObserver& observer);
 // Fit of the macro language: no Undo for all parameters, and with a number of iterations that one limit holds for this
 // run.
-int RunMacroFit(FitDesk desk, const Platform& platform, const FitHooks& hooks, std::optional<int> iterations);
+int RunMacroFit(FitDesk desk, Platform& platform, FitObserver& observer, std::optional<int> iterations);
 // The "Undo" button. The caller refreshes the model windows.
 void PressUndo(FitDesk desk);
 // Undo of the macro language: the last run, whoever started it.

@@ -83,7 +83,7 @@ void AcceptLoadDialog(const WindowDesk& desk) {
   Dataset& dataset = *DatasetInSlot(desk.datasets, dialog.slot);
   ReadControls(dialog, dataset);
   if (const char* const message = LoadDatasetRecord(dataset, desk.datasets.nextId)) {
-    desk.platform.showMessage(desk.platform.self, texts::kErrorTitle, message);
+    desk.platform.ShowMessage(texts::kErrorTitle, message);
   } else {
     dialog.open = false;
   }

@@ -22,20 +22,19 @@ void OpenExpParamsWindow(Program& program) {
 }
 
 void SaveParamsDialog(Program& program) {
-  if (const auto file = AskFile(program.platform, program.fileFolder, texts::kSaveParamsFile)) {
+  if (const auto file = AskFile(*program.platform, program.fileFolder, texts::kSaveParamsFile)) {
     SaveParams(program.params, *file);
   }
 }
 
 void LoadParamsDialog(Program& program) {
-  if (const auto file = AskFile(program.platform, program.fileFolder, texts::kLoadParamsFile)) {
+  if (const auto file = AskFile(*program.platform, program.fileFolder, texts::kLoadParamsFile)) {
     LoadParams(program.params, program.notices, *file);
   }
 }
 
-void OpenManual(const Program& program) {
-  const Platform& platform = program.platform;
-  platform.openDocument(platform.self, platform.programFolder(platform.self) + texts::kManualFile);
+void OpenManual(Program& program) {
+  program.platform->OpenDocument(program.platform->ProgramFolder() + texts::kManualFile);
 }
 
 }  // namespace
@@ -109,7 +108,7 @@ void ChooseCommand(Program& program, MainCommand command) {
       SaveParamsSpecial(program.params);
       return;
     case MainCommand::kTestDerivatives:
-      TestDerivatives(program.fit, program.eval);
+      static_cast<void>(TestDerivatives(program.fit, program.params, program.eval));
       return;
     case MainCommand::kManual:
       return OpenManual(program);
@@ -137,7 +136,7 @@ std::array<std::string, 3> AboutLines(std::string_view version, std::string_view
 void CloseAbout(Program& program) { program.mainWindow.about = false; }
 
 int RunMacroDialog(Program& program) {
-  const auto file = AskFile(program.platform, program.fileFolder, texts::kRunMacroFile);
+  const auto file = AskFile(*program.platform, program.fileFolder, texts::kRunMacroFile);
   return file ? RunMacro(program, *file) : -1;
 }
 
@@ -147,6 +146,9 @@ void PressFitUndo(Program& program) {
   ShowValues(program);
 }
 
-int PressFitStart(Program& program) { return StartFit(DeskOf(program), program.platform, HooksOf(program)); }
+int PressFitStart(Program& program) {
+  RunFollower follower(program);
+  return StartFit(DeskOf(program), *program.platform, follower);
+}
 
 }  // namespace kalvex

@@ -22,7 +22,7 @@ using Std = std::complex<double>;
 Std Oscillator(double w, double wo, double wp, double g) { return wp * wp / Std(wo * wo - w * w, -w * g); }
 
 TEST(EpsSum, AddsTheRowsToEpsInf) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {0, 500, 30}}, 4);
   const Std expected = 4.0 + Oscillator(120, 100, 200, 10) + Oscillator(120, 0, 500, 30);
   const Cplx sum = EpsSum(program.eval, model, 120, false);
@@ -31,13 +31,13 @@ TEST(EpsSum, AddsTheRowsToEpsInf) {
 }
 
 TEST(EpsSum, WithoutRowsItIsEpsInfEverywhere) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {}, 7);
   for (const double w : {0.0, 1.0, 1e6}) EXPECT_EQ(EpsSum(program.eval, model, w, false), (Cplx{7, 0}));
 }
 
 TEST(EpsSum, TheFactorisedRowsMakeTheProduct) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{-1002, 400, 8}, {-1000, 5, 99}, {-1001, 300, 4}, {150, 60, 5}}, 0);
   const Std product = 5.0 * Std(400 * 400 - 320 * 320, -320 * 8) / Std(300 * 300 - 320 * 320, -320 * 4);
   const Std expected = product + Oscillator(320, 150, 60, 5);
@@ -47,14 +47,14 @@ TEST(EpsSum, TheFactorisedRowsMakeTheProduct) {
 }
 
 TEST(EpsSum, UnequalCountsAddThePreviousContributionOnceMore) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{-1000, 5, 0}, {-1002, 400, 8}, {-1001, 300, 4}, {-1001, 310, 4}, {150, 60, 5}}, 2);
   const Std expected = 2.0 + 2.0 * Oscillator(320, 150, 60, 5);
   EXPECT_CLOSE(EpsSum(program.eval, model, 320, false).re, expected.real(), kChain);
 }
 
 TEST(EpsSum, OfTwoBaseRowsTheLaterCountsAndTheOtherHasSlopeZero) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{-1000, 5, 0}, {-1000, 6, 0}}, 0);
   Cell(model, 0, Wp).dEpsRe = 9;
   EXPECT_EQ(EpsSum(program.eval, model, 320, true), (Cplx{6, 0}));
@@ -64,7 +64,7 @@ TEST(EpsSum, OfTwoBaseRowsTheLaterCountsAndTheOtherHasSlopeZero) {
 }
 
 TEST(EpsSum, FactorsWithoutABaseAddNothingAndKeepTheirSlopes) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{-1002, 400, 8}, {-1001, 300, 4}}, 2);
   Cell(model, 0, Wp).dEpsRe = 9;
   Cell(model, 1, G).dEpsIm = 8;
@@ -74,7 +74,7 @@ TEST(EpsSum, FactorsWithoutABaseAddNothingAndKeepTheirSlopes) {
 }
 
 TEST(EpsSum, ACodeWithoutMeaningAddsNothingAndHasNoSlopes) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{-999, 400, 8}, {-1, 50, 5}}, 2);
   Cell(model, 0, Wp).dEpsRe = 9;
   EXPECT_EQ(EpsSum(program.eval, model, 320, true), (Cplx{2, 0}));
@@ -83,7 +83,7 @@ TEST(EpsSum, ACodeWithoutMeaningAddsNothingAndHasNoSlopes) {
 }
 
 TEST(EpsSum, TheOverrideTakesTheFrequencyFromTheScalingFactorOfT) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}});
   program.params.ExpParams[kScalingFactorOfT].value = 60;
   const Cplx at60 = EpsSum(program.eval, model, 60, false);
@@ -92,7 +92,7 @@ TEST(EpsSum, TheOverrideTakesTheFrequencyFromTheScalingFactorOfT) {
 }
 
 TEST(DependencySeed, MarksPlainRowsAndCompleteTermsOnly) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 0}, {-1002, 400, 8}, {-1001, 300, 4}, {-999, 1, 1}});
   SeedDependencies(program.eval, model);
   EXPECT_EQ(model.epsInf.dEpsRe, 1);
@@ -108,7 +108,7 @@ TEST(DependencySeed, MarksPlainRowsAndCompleteTermsOnly) {
 }
 
 TEST(ScalarSum, AddsTheWeightsOfTheRowsAndLeavesEpsInfOut) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {300, 50, 20}});
   const double expected =
       (200.0 * 200 * PartialWeightOf(250, 100, 10).F + 50.0 * 50 * PartialWeightOf(250, 300, 20).F) /
@@ -117,14 +117,14 @@ TEST(ScalarSum, AddsTheWeightsOfTheRowsAndLeavesEpsInfOut) {
 }
 
 TEST(ScalarSum, ACompleteTermWithoutAWeightMakesItZero) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 0}});
   EXPECT_EQ(ScalarSum(program.eval, model, 250, true), 0);
   EXPECT_EQ(Cell(model, 1, Wp).dScalar, 0);
 }
 
 TEST(ScalarSum, ItsSeedMarksPlainRowsAndTermsWithoutRegardToFactors) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 7}, {-1001, 3, 4}});
   SeedScalarDependencies(program.eval, model);
   EXPECT_EQ(Cell(model, 0, G).dScalar, 1);
@@ -168,7 +168,7 @@ class Chains : public testing::Test {
     EXPECT_EQ(program.params.ExpParams[5].dQuantity[kRefl], 0);
   }
 
-  Program program;
+  Tables program;
   Model& model;
 };
 
@@ -192,7 +192,7 @@ TEST_F(Chains, MuAndScalarLeaveTheExperimentalParametersAlone) {
 }
 
 TEST(EvalModel, DerivativesByEveryParameterAgreeWithDifferenceQuotients) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 0}, {-1002, 400, 8}, {-1001, 300, 4}});
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
   for (int q = 0; q < kQuantityCount; ++q) {
@@ -216,7 +216,7 @@ TEST(EvalModel, DerivativesByEveryParameterAgreeWithDifferenceQuotients) {
 }
 
 TEST(EvalModel, TheDependencyPassMarksExactlyTheParametersThatMatter) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-999, 3, 4}, {-1000, 5, 0}});
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
   for (int q = 0; q < kQuantityCount; ++q) {
@@ -244,7 +244,7 @@ TEST(EvalModel, TheDependencyPassMarksExactlyTheParametersThatMatter) {
 }
 
 TEST(EvalModel, ADcPlotTakesTheSumAtItsFrequencyAndTheQuantityAtZero) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{0, 500, 30}}, 1);
   const Cplx eps = EpsSum(program.eval, model, 100, false);
   program.eval.DcFlag = true;
@@ -252,7 +252,7 @@ TEST(EvalModel, ADcPlotTakesTheSumAtItsFrequencyAndTheQuantityAtZero) {
 }
 
 TEST(EvalModel, TheZeroFrequencyWeightOfADrudeRowIsItsSquaredPlasmaFrequency) {
-  Program program;
+  Tables program;
   Model& model = NewModel(program, {{0, 500, 0}, {300, 100, 10}}, 2);
   EXPECT_CLOSE(ZeroFrequencyWeight(program.eval, model), 250000, 1e-9);
   EXPECT_EQ(program.eval.quantities[kE1].wanted, 1u);
@@ -266,7 +266,7 @@ class Differential : public testing::Test {
         model(NewModel(program, {{1, 0, 0}, {2, 0, 0}}, -1)) {
     model.epsInf.adjustable = 0;
   }
-  Program program;
+  Tables program;
   Model& reference;
   Model& change;
   Model& model;

@@ -7,10 +7,10 @@
 #include "evaluation/eval_model.h"
 #include "evaluation/eval_spectrum.h"
 #include "fit/fit_lists.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
 #include "records/vdf_mesh.h"
+#include "support/tables.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
@@ -19,7 +19,7 @@ namespace {
 constexpr int kFrequencies = 150;  // more than two blocks
 
 struct Problem {
-  Program program;
+  Tables program;
   Model* model = nullptr;
   std::vector<double> x;
   std::vector<QuantitySet> wanted;

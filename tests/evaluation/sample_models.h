@@ -4,14 +4,14 @@
 #include <initializer_list>
 
 #include "evaluation/eval_model.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "support/tables.h"
 
 namespace kalvex {
 
 // A new model with these rows, all free; a negative Wo is a code and held.
-inline Model& NewModel(Program& program, std::initializer_list<std::array<double, 3>> rows, double epsInf = 3) {
+inline Model& NewModel(Tables& program, std::initializer_list<std::array<double, 3>> rows, double epsInf = 3) {
   Model& model = *CreateModel(program.params);
   model.epsInf.value = epsInf;
   ClearRows(&model);
@@ -25,7 +25,7 @@ inline Model& NewModel(Program& program, std::initializer_list<std::array<double
 }
 
 // The places of all adjustable parameters of the models.
-inline std::vector<ParamPlace> AllFreePlaces(const Program& program) {
+inline std::vector<ParamPlace> AllFreePlaces(const Tables& program) {
   std::vector<ParamPlace> places;
   for (int m = 0; m < kMaxModels; ++m) {
     const Model& model = program.params.models[static_cast<std::size_t>(m)];
@@ -40,7 +40,7 @@ inline std::vector<ParamPlace> AllFreePlaces(const Program& program) {
   return places;
 }
 
-inline double QuantityAt(Program& program, Model& model, int quantity, double x, bool derivatives = false) {
+inline double QuantityAt(Tables& program, Model& model, int quantity, double x, bool derivatives = false) {
   WantOnly(program.eval.quantities, SetOf(quantity));
   EvalModel(program.eval, model, x, derivatives);
   return program.eval.quantities[static_cast<std::size_t>(quantity)].value;

@@ -39,7 +39,7 @@ Spectrum EvenSpectrum(QuantitySet wanted) {
 
 // Builds a program with so many threads, and evaluates the last of its models.
 Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
-  Program program(threads);
+  Tables program(threads);
   program.pool.SetLeastShare(0);
   Model& model = build(program);
   const std::vector<ParamPlace> places = AllFreePlaces(program);
@@ -80,7 +80,7 @@ Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function
 
 constexpr QuantitySet kReflAndTrans = static_cast<QuantitySet>(SetOf(kRefl) | SetOf(kTrans));
 
-Model& PlainModel(Program& program) {
+Model& PlainModel(Tables& program) {
   program.params.ExpParams[kSampleThickness].adjustable = 1;
   return NewModel(program, {{100, 200, 20}, {700, 300, 40}, {1500, 900, 100}, {0, 500, 60}});
 }
@@ -89,7 +89,7 @@ TEST(SharedSpectra, APlainModelWithAndWithoutDerivatives) {
   Spectrum spectrum = EvenSpectrum(kReflAndTrans);
   ExpectTheSameForAllThreads(spectrum, PlainModel);
   spectrum.derivatives = false;
-  ExpectTheSameForAllThreads(spectrum, [](Program& program) -> Model& {
+  ExpectTheSameForAllThreads(spectrum, [](Tables& program) -> Model& {
     Model& model = PlainModel(program);
     for (int row = 4; row < 12; ++row) InsertRow(&model, row);
     return model;
@@ -107,7 +107,7 @@ TEST(SharedSpectra, QuantitiesThatAreWantedHereAndThere) {
 
 // Partners with terms that build tables on first use: the gap of a superconductor, and a coupling spectrum of 3 points.
 TEST(SharedSpectra, ASpecialModelOfPartnersWithCompositeTerms) {
-  ExpectTheSameForAllThreads(EvenSpectrum(SetOf(kRefl)), [](Program& program) -> Model& {
+  ExpectTheSameForAllThreads(EvenSpectrum(SetOf(kRefl)), [](Tables& program) -> Model& {
     Dataset& coupling = program.datasets.slots[0];
     coupling.id = program.datasets.nextId++;
     coupling.points = {{100, 0.2, 0.01}, {200, 0.5, 0.01}, {300, 0.1, 0.01}};
@@ -121,7 +121,7 @@ TEST(SharedSpectra, ASpecialModelOfPartnersWithCompositeTerms) {
 
 TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
   const Spectrum spectrum = EvenSpectrum(kReflAndTrans);
-  const auto sumOf = [&](Program& program, Model& model) {
+  const auto sumOf = [&](Tables& program, Model& model) {
     const std::vector<ParamPlace> places = AllFreePlaces(program);
     double sum = 0;
     EvalSpectrum(program.eval, model, {spectrum.x, spectrum.wanted, true, places},
@@ -133,7 +133,7 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
   Cell(changed, 0, Wp).value += 1;
   const double expected = sumOf(alone, changed);
   for (const int threads : kThreadCounts) {
-    Program program(threads);
+    Tables program(threads);
     program.pool.SetLeastShare(0);
     Model& model = PlainModel(program);
     EXPECT_NE(sumOf(program, model), expected);
@@ -161,7 +161,7 @@ const ModelType kFrail{.code = 17, .name = "frail", .evaluate = EvaluateFrail, .
 const ModelType* const kFrailTable[] = {&kFrail};
 
 std::function<Model&(Program&)> Frail(double failsFrom, double failsTo, double idleFrom, double idleTo) {
-  return [=](Program& program) -> Model& {
+  return [=](Tables& program) -> Model& {
     program.eval.types = kFrailTable;
     Model& model = NewModel(program, {{3, failsFrom, failsTo}, {1, idleFrom, idleTo}}, -17);
     FixAll(&model, true);
@@ -195,7 +195,7 @@ TEST(SharedSpectra, AGiveUpAcrossTheBorderOfTwoBlocks) {
 
 TEST(SharedSpectra, AMissingPartnerFailsAsEver) {
   const Spectrum spectrum = EvenSpectrum(SetOf(kRefl));
-  const Outcome alone = ExpectTheSameForAllThreads(spectrum, [](Program& program) -> Model& {
+  const Outcome alone = ExpectTheSameForAllThreads(spectrum, [](Tables& program) -> Model& {
     NewModel(program, {{100, 200, 20}}, 2);
     Model& sample = NewModel(program, {{1, 5, 1}}, -17);
     sample.epsInf.adjustable = 0;
@@ -209,7 +209,7 @@ TEST(SharedSpectra, AMissingPartnerFailsAsEver) {
 // ---- what is not shared
 
 bool IsShared(std::size_t points, bool derivatives, std::optional<double> leastShare = {}) {
-  Program program(2);
+  Tables program(2);
   if (leastShare) program.pool.SetLeastShare(*leastShare);
   Model& model = PlainModel(program);
   const std::vector<double> x(points, 50.0);
@@ -230,7 +230,7 @@ TEST(SharedSpectra, AShortSpectrumIsNotShared) {
 // A pulse is made for all times and frequencies at once.
 TEST(SharedSpectra, NoSpecialModelIsSharedWhileThereIsOneThatIsComputedAsAWhole) {
   const Spectrum spectrum = EvenSpectrum(kReflAndTrans);
-  const auto build = [](Program& program, bool reflection) -> Model& {
+  const auto build = [](Tables& program, bool reflection) -> Model& {
     Dataset& reference = program.datasets.slots[0];
     reference.id = program.datasets.nextId++;
     for (int i = 0; i < 50; ++i) reference.points.push_back({14.0 * i, std::sin(i * 0.7), 0});
@@ -243,7 +243,7 @@ TEST(SharedSpectra, NoSpecialModelIsSharedWhileThereIsOneThatIsComputedAsAWhole)
     return special;
   };
   for (const bool reflection : {false, true}) {
-    const auto make = [&](Program& program) -> Model& { return build(program, reflection); };
+    const auto make = [&](Tables& program) -> Model& { return build(program, reflection); };
     const Outcome alone = Evaluate(1, spectrum, make), several = Evaluate(4, spectrum, make);
     EXPECT_TRUE(SameBits(alone.numbers, several.numbers));
     EXPECT_FALSE(several.shared);
@@ -252,12 +252,12 @@ TEST(SharedSpectra, NoSpecialModelIsSharedWhileThereIsOneThatIsComputedAsAWhole)
 
 // Levels that a type keeps from frequency to frequency, and layers with a spread.
 TEST(SharedSpectra, TypesThatKeepTables) {
-  ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Program& program) -> Model& {
+  ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Tables& program) -> Model& {
     Model& levels = NewModel(program, {{50, 7, 40}, {1, 0, 0}, {0.01, 0.1, 0.01}, {1e6, 1, 0}}, -41);
     levels.epsInf.adjustable = 0;
     return levels;
   });
-  ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Program& program) -> Model& {
+  ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Tables& program) -> Model& {
     const double a = NewModel(program, {{100, 200, 10}}).number, b = NewModel(program, {{0, 900, 40}}, 2).number;
     Model& stack = NewModel(program, {{a, 0.001, 0.2}, {b, 0.0001, 0}, {a, 0.0005, 0}}, -2);
     stack.epsInf.adjustable = 0;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kPoints = 150;  // more than two blocks
 
-std::vector<ParamPlace> FreePlaces(const Program& program) {
+std::vector<ParamPlace> FreePlaces(const Tables& program) {
   std::vector<ParamPlace> places = AllFreePlaces(program);
   for (int k = 0; k < kExpParamCount; ++k) {
     if (!program.params.ExpParams[static_cast<std::size_t>(k)].adjustable) continue;
@@ -74,7 +74,7 @@ void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, do
   }
 }
 
-Model& Oscillators(Program& program) {
+Model& Oscillators(Tables& program) {
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
   program.params.ExpParams[kSampleThickness].value = 0.003;
   program.params.ExpParams[kThicknessSpread].value = 0.1;
@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(All, EveryQuantityOfABlock, testing::Range(0, kQuantity
 // Values do not depend on whether derivatives are asked for, and keep to those of single frequencies: the sum of the
 // rows within a few units in the last place of its largest part, and so does what is made of it.
 TEST(SpectrumBlocks, ClosedFormulasKeepToThoseOfSingleFrequencies) {
-  Program program;
+  Tables program;
   Model& model = Oscillators(program);
   std::vector<double> x;
   for (std::size_t i = 0; i < kPoints; ++i) x.push_back(5 + 3.3 * static_cast<double>(i));
@@ -146,7 +146,7 @@ TEST(SpectrumBlocks, RowsThatShareQuotientsAreExactWithinAFewUnits) {
 // A resonance without width that is hit exactly, an unphysical gain, thicknesses at which nothing gets through.
 TEST(SpectrumBlocks, LanesThatNeedBranchesOfTheirOwn) {
   for (const auto& rows : {std::array<double, 3>{100, 200, 0}, {100, 200, -900}, {100, 3000, 4000}}) {
-    const auto build = [&](Program& program) -> Model& {
+    const auto build = [&](Tables& program) -> Model& {
       program.params.ExpParams[kSampleThickness].value = 0.02;
       return NewModel(program, {rows, {40, 20, 3}});
     };
@@ -157,7 +157,7 @@ TEST(SpectrumBlocks, LanesThatNeedBranchesOfTheirOwn) {
 // What an adjustable experimental parameter has at a frequency that gives none of its own is that of the frequency
 // before.
 TEST(SpectrumBlocks, ASlopeThatStaysFromTheFrequencyBefore) {
-  const auto build = [](Program& program) -> Model& {
+  const auto build = [](Tables& program) -> Model& {
     program.params.ExpParams[kScalingFactorOfR].adjustable = 1;
     return NewModel(program, {{100, 200, 0}, {40, 20, 3}});
   };
@@ -166,7 +166,7 @@ TEST(SpectrumBlocks, ASlopeThatStaysFromTheFrequencyBefore) {
 
 // ---- stacks
 
-Model& Stack(Program& program, int code, std::initializer_list<std::array<double, 3>> head,
+Model& Stack(Tables& program, int code, std::initializer_list<std::array<double, 3>> head,
              std::initializer_list<std::array<double, 3>> layers) {
   NewModel(program, {{100, 200, 20}, {700, 300, 40}});
   NewModel(program, {{0, 900, 40}}, 2);
@@ -182,19 +182,19 @@ Model& Stack(Program& program, int code, std::initializer_list<std::array<double
 }
 
 TEST(SpectrumBlocks, LayersWithAndWithoutSpread) {
-  ExpectSpectrumOfSingleFrequencies({kRefl, kTrans}, 15, 6, kChain, [](Program& program) -> Model& {
+  ExpectSpectrumOfSingleFrequencies({kRefl, kTrans}, 15, 6, kChain, [](Tables& program) -> Model& {
     return Stack(program, 2, {}, {{1, 0.001, 0.2}, {2, 0.0001, 0}, {1, 0.0005, 0.1}});
   });
 }
 
 TEST(SpectrumBlocks, AmplitudesOfAStack) {
-  ExpectSpectrumOfSingleFrequencies({kRefl, kTrans, kE1, kE2, kS1, kS2}, 15, 6, kChain, [](Program& program) -> Model& {
+  ExpectSpectrumOfSingleFrequencies({kRefl, kTrans, kE1, kE2, kS1, kS2}, 15, 6, kChain, [](Tables& program) -> Model& {
     return Stack(program, 2, {}, {{2, 0.00005, 0}, {1, 0.002, 0.3}});
   });
 }
 
 TEST(SpectrumBlocks, NodesOfEqualWeight) {
-  ExpectSpectrumOfSingleFrequencies({kTrans}, 15, 6, kChain, [](Program& program) -> Model& {
+  ExpectSpectrumOfSingleFrequencies({kTrans}, 15, 6, kChain, [](Tables& program) -> Model& {
     Model& stack = Stack(program, 32, {{0, 5, 0}}, {{1, 0.001, 0.2}, {2, 0.0001, 0}});
     for (int c = 0; c < kColumns; ++c) Cell(stack, 0, c).adjustable = 0;
     return stack;
@@ -203,11 +203,11 @@ TEST(SpectrumBlocks, NodesOfEqualWeight) {
 
 TEST(SpectrumBlocks, ObliqueAndEvanescentWaves) {
   for (const double polarisation : {0.0, 1.0}) {
-    ExpectSpectrumOfSingleFrequencies({kRefl, kE2}, 15, 6, kChain, [&](Program& program) -> Model& {
+    ExpectSpectrumOfSingleFrequencies({kRefl, kE2}, 15, 6, kChain, [&](Tables& program) -> Model& {
       return Stack(program, 92, {{0, 50, polarisation}}, {{1, 0.001, 0}, {2, 0.0001, 0}});
     });
   }
-  ExpectSpectrumOfSingleFrequencies({kRefl, kS1}, 15, 6, kChain, [](Program& program) -> Model& {
+  ExpectSpectrumOfSingleFrequencies({kRefl, kS1}, 15, 6, kChain, [](Tables& program) -> Model& {
     return Stack(program, 106, {{1.1, 0.01, 0}}, {{1, 0.001, 0}, {2, 0.0001, 0}});
   });
 }

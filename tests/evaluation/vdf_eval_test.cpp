@@ -9,8 +9,8 @@
 
 #include "evaluation/eps_sum.h"
 #include "evaluation/mesh_samples.h"
-#include "program/program.h"
 #include "records/model_table.h"
+#include "support/tables.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
@@ -197,7 +197,7 @@ class ModelWithMesh : public testing::Test {
     model.vdf = RandomMesh(true);
     Cell(model, 0, Wo).value = 120;
   }
-  Program program;
+  Tables program;
   Model& model;
 };
 

@@ -7,10 +7,10 @@
 
 #include "files/bytes_of.h"
 #include "files/model_file.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
 #include "support/scratch_folder.h"
+#include "support/tables.h"
 
 namespace kalvex {
 
@@ -33,7 +33,7 @@ class ModelFiles : public testing::Test {
   ModelFiles() : model(*CreateModel(program.params)) {}
   int Save(const std::string& name) { return SaveModel(program.eval, model, 12.5, folder.Path(name)); }
   ScratchFolder folder;
-  Program program;
+  Tables program;
   Model& model;
 };
 

@@ -4,9 +4,9 @@
 
 #include "evaluation/eval_model.h"
 #include "fit/derivative_test.h"
-#include "program/program.h"
 #include "records/model_table.h"
 #include "support/scratch_folder.h"
+#include "support/tables.h"
 
 namespace kalvex {
 namespace {
@@ -32,7 +32,7 @@ class DerivativeTables : public testing::Test {
 
   ScratchFolder folder;
   InFolder inside;
-  Program program;
+  Tables program;
   Model& model;
 };
 

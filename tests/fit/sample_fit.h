@@ -9,14 +9,14 @@
 #include "evaluation/eval_spectrum.h"
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "support/tables.h"
 
 namespace kalvex {
 
 struct SampleFit {
-  Program program;
+  Tables program;
   std::vector<std::string> messages;
 
   explicit SampleFit(int threads = 1) : program(threads) {

@@ -16,9 +16,9 @@
 #include "macro/loop_file.h"
 #include "macro/parse.h"
 #include "macro/run_macro.h"
-#include "program/program.h"
 #include "records/model_table.h"
 #include "support/scratch_folder.h"
+#include "support/tables.h"
 
 namespace kalvex {
 namespace {
@@ -112,7 +112,7 @@ TEST(DamagedFiles, StatementsWithAnyNumbersRun) {
     }
     folder.Write("numbers.kvs", damaged);
     folder.Write("ten.dat", "1 .1\n2 .2\n3 .3\n4 .4\n5 .5\n6 .6\n7 .7\n8 .8\n9 .9\n10 1\n");
-    Program program;
+    Tables program;
     program.platform.showMessage = [](void*, std::string_view, std::string_view) {};
     LoadDatasetArgs args;
     args.MasterFile = "ten.dat";
@@ -151,7 +151,7 @@ TEST(DamagedFiles, LoopFilesGiveRowsInsideTheirLimits) {
 
 TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
   const ScratchFolder folder;
-  Program program;
+  Tables program;
   Model& model = *CreateModel(program.params);
   ASSERT_EQ(SaveModel(program.eval, model, 0, folder.Path("good.kvm")), 0);
   const std::string good = folder.Read("good.kvm");
@@ -166,7 +166,7 @@ TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
 
 TEST(DamagedFiles, MeshAndParameterFilesLoadOrLeaveThingsAlone) {
   const ScratchFolder folder;
-  Program program;
+  Tables program;
   Model& model = *CreateModel(program.params);
   model.vdf.mesh.resize(6);
   for (std::size_t i = 0; i < 6; ++i) model.vdf.mesh[i].x = 100.0 * static_cast<double>(i + 1);

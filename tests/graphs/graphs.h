@@ -10,8 +10,8 @@
 
 #include "graphs/graph_table.h"
 #include "pictures/canvas.h"
-#include "program/program.h"
 #include "records/model_table.h"
+#include "support/tables.h"
 
 namespace kalvex {
 
@@ -90,7 +90,7 @@ class Graphs : public testing::Test {
     ASSERT_EQ(graph.plotHeight, height);
   }
 
-  Program program;
+  Tables program;
 };
 
 }  // namespace kalvex

@@ -330,7 +330,7 @@ TEST(Codes, ARowsCodeIsAnExactWholeNumberThatIsHeld) {
 }
 
 TEST(Codes, AModelsTypeIsOnlyCutToAWholeNumber) {
-  Program program;
+  Tables program;
   Model& model = *CreateModel(program.params);
   const auto type = [&](double value, std::uint32_t adjustable) {
     model.epsInf.value = value;

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "program/program.h"
+#include "support/tables.h"
 
 namespace kalvex {
 
@@ -15,7 +15,7 @@ inline void AddNumbersOf(const ModelParam& param, std::vector<double>& numbers) 
   numbers.insert(numbers.end(), param.dQuantity.begin(), param.dQuantity.end());
 }
 
-inline std::vector<double> NumbersLeftIn(const Program& program) {
+inline std::vector<double> NumbersLeftIn(const Tables& program) {
   std::vector<double> numbers;
   for (const Model& model : program.params.models) {
     if (model.number != 0) ForEachParam(model, [&](const ModelParam& param) { AddNumbersOf(param, numbers); });

@@ -492,7 +492,7 @@ TEST(TypeTable, HoldsNamesAndNumbersOfRowsAsUsersKnowThem) {
 }
 
 TEST(TypeTable, LeavesAModelWithACodeOfNoTypePlain) {
-  Program program;
+  Tables program;
   Model& model = *CreateModel(program.params);
   model.epsInf.value = -30;
   model.epsInf.adjustable = 0;

@@ -55,7 +55,7 @@ class TypeFixture : public testing::Test {
     }
   }
 
-  Program program;
+  Tables program;
 };
 
 // Fields through layers by characteristic matrices: admittance y and phase 2 pi x k d of each, from the front.

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "evaluation/model_type.h"
-#include "program/program.h"
+#include "support/tables.h"
 
 namespace kalvex {
 
@@ -17,7 +17,7 @@ class TypeSample {
   TypeSample(const ModelType& type, unsigned seed);
 
   const ModelType& type;
-  Program program;
+  Tables program;
   Model& model() { return *GetModelByNumber(number_); }
   double x = 0;  // somewhere in the type's range
 

@@ -127,7 +127,7 @@ struct BilayerCache {
 };
 
 void Tell(const EvalContext& ctx, const std::string& message) {
-  if (ctx.platform) ctx.platform->showMessage(ctx.platform->self, "Error", message);
+  if (ctx.platform) ctx.platform->ShowMessage("Error", message);
 }
 
 BilayerEnergies EnergiesOf(const TypeInputs<double>& in) {

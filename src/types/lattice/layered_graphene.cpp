@@ -243,8 +243,8 @@ std::uint64_t IdleOfLayers(const TypeInputs<double>& in, bool intraband) {
 template <class Type>
 void TellOfUnsolved(TypeRun& run) {
   BandTable<double>& bands = TablesOf<Type>(run).values.bands;
-  const Platform* const platform = run.context().platform;
-  if (bands.unsolved && platform) platform->showMessage(platform->self, "Error", "Too many iterations in tqli\n");
+  Platform* const platform = run.context().platform;
+  if (bands.unsolved && platform) platform->ShowMessage("Error", "Too many iterations in tqli\n");
   bands.unsolved = false;
 }
 

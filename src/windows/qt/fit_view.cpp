@@ -169,7 +169,7 @@ void FitView::ShowTerms() {
   const auto& terms = program.fit.list.terms;
   std::vector<ShownRow> rows;
   for (const std::string& line : program.fitWindow.lines) {
-    rows.push_back({line, rows.size() < terms.size() && terms[rows.size()].selected});
+    rows.push_back({line, rows.size() < terms.size() && program.fitWindow.selected.contains(terms[rows.size()].id)});
   }
   ShowRows(*terms_, rows);
   terms_->verticalScrollBar()->setValue(program.fitWindow.topLine);

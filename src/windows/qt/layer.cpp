@@ -47,7 +47,8 @@ QString MissingForTheScreen() {
 
 int Run(Program& program, const char* macroFile) {
   Keeper keeper(program);
-  program.platform = QtPlatform(keeper);
+  QtPlatform platform(keeper);
+  program.platform = program.eval.platform = &platform;
   if (*macroFile) {
     const int result = RunMacro(program, macroFile);
     if (result < 0) std::fprintf(stderr, "%s\n", program.macro.fault.c_str());
@@ -74,6 +75,6 @@ int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, 
   QLocale::setDefault(QLocale::c());
   QApplication::setWindowIcon(kalvex::ToolIcon(kGraphPicture, Qt::white));
   const int status = kalvex::Run(program, macroFile);
-  program.platform = kalvex::HeadlessPlatform();
+  program.platform = program.eval.platform = &program.headless;
   return status;
 }

@@ -20,65 +20,7 @@
 namespace kalvex {
 namespace {
 
-Keeper& KeeperOf(void* self) { return *static_cast<Keeper*>(self); }
-
 QString Text(std::string_view utf8) { return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())); }
-
-void ShowMessage(void* self, std::string_view title, std::string_view text) {
-  KeeperOf(self).Reconcile();
-  QMessageBox(QMessageBox::Warning, Text(title), Text(text), QMessageBox::Ok, KeeperOf(self).mainWidget()).exec();
-}
-
-void PumpEvents(void* self) {
-  KeeperOf(self).ReconcileNowAndThen();
-  QCoreApplication::processEvents();
-}
-
-// The windows stay alive while a macro waits.
-void Sleep(void* self, int milliseconds) {
-  KeeperOf(self).Reconcile();
-  QElapsedTimer timer;
-  timer.start();
-  while (timer.elapsed() < milliseconds && !KeeperOf(self).program().mainWindow.quit) {
-    const qint64 left = milliseconds - timer.elapsed();
-    QCoreApplication::processEvents(QEventLoop::AllEvents, static_cast<int>(left));
-    QThread::msleep(static_cast<unsigned long>(std::clamp<qint64>(left, 0, 10)));
-  }
-}
-
-SuspendAnswer AskSuspend(void* self) {
-  Keeper& keeper = KeeperOf(self);
-  keeper.Reconcile();
-  SuspendDialog& record = keeper.program().suspendDialog;
-  OpenSuspendDialog(record);
-  QDialog dialog(keeper.mainWidget());
-  dialog.setObjectName("suspend");
-  dialog.setWindowTitle(texts::kSuspendTitle);
-  auto* const layout = new QVBoxLayout(&dialog);
-  layout->addWidget(new QLabel(texts::kSuspendQuestion));
-  auto* const goOn = new QPushButton(texts::kSuspendContinue);
-  auto* const leave = new QPushButton(texts::kSuspendExit);
-  auto* const never = new QCheckBox(texts::kSuspendNever);
-  for (QWidget* const widget :
-       {static_cast<QWidget*>(goOn), static_cast<QWidget*>(leave), static_cast<QWidget*>(never)}) {
-    layout->addWidget(widget);
-  }
-  QObject::connect(goOn, &QPushButton::clicked, [&] {
-    record.neverAgain = never->isChecked();
-    PressContinue(record);
-  });
-  QObject::connect(leave, &QPushButton::clicked, [&] { PressExitMacro(record); });
-  dialog.adjustSize();
-  const QPoint centred = dialog.screen()->availableGeometry().center() - dialog.rect().center();
-  dialog.move(record.placed ? QPoint(record.x, record.y) : centred);
-  dialog.show();
-  while (record.open && !keeper.program().mainWindow.quit) {
-    if (!dialog.isVisible()) PressContinue(record);  // the cross of the window
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
-  PlaceSuspendDialog(record, dialog.x(), dialog.y());
-  return AnswerOf(record);
-}
 
 // A name that is typed without an extension gets the usual one, unless a file has just that name.
 class FileDialog : public QFileDialog {
@@ -110,38 +52,80 @@ class FileDialog : public QFileDialog {
   QString extension_;
 };
 
-std::optional<std::string> AskForFile(void* self, const FileQuestion& question, const std::string& folder) {
-  FileDialog dialog(KeeperOf(self).mainWidget(), question, folder);
+}  // namespace
+
+void QtPlatform::ShowMessage(std::string_view title, std::string_view text) {
+  keeper_.Reconcile();
+  QMessageBox(QMessageBox::Warning, Text(title), Text(text), QMessageBox::Ok, keeper_.mainWidget()).exec();
+}
+
+void QtPlatform::PumpEvents() {
+  keeper_.ReconcileNowAndThen();
+  QCoreApplication::processEvents();
+}
+
+// The windows stay alive while a macro waits.
+void QtPlatform::Sleep(int milliseconds) {
+  keeper_.Reconcile();
+  QElapsedTimer timer;
+  timer.start();
+  while (timer.elapsed() < milliseconds && !keeper_.program().mainWindow.quit) {
+    const qint64 left = milliseconds - timer.elapsed();
+    QCoreApplication::processEvents(QEventLoop::AllEvents, static_cast<int>(left));
+    QThread::msleep(static_cast<unsigned long>(std::clamp<qint64>(left, 0, 10)));
+  }
+}
+
+SuspendAnswer QtPlatform::AskSuspend() {
+  keeper_.Reconcile();
+  SuspendDialog& record = keeper_.program().suspendDialog;
+  OpenSuspendDialog(record);
+  QDialog dialog(keeper_.mainWidget());
+  dialog.setObjectName("suspend");
+  dialog.setWindowTitle(texts::kSuspendTitle);
+  auto* const layout = new QVBoxLayout(&dialog);
+  layout->addWidget(new QLabel(texts::kSuspendQuestion));
+  auto* const goOn = new QPushButton(texts::kSuspendContinue);
+  auto* const leave = new QPushButton(texts::kSuspendExit);
+  auto* const never = new QCheckBox(texts::kSuspendNever);
+  for (QWidget* const widget :
+       {static_cast<QWidget*>(goOn), static_cast<QWidget*>(leave), static_cast<QWidget*>(never)}) {
+    layout->addWidget(widget);
+  }
+  QObject::connect(goOn, &QPushButton::clicked, [&] {
+    record.neverAgain = never->isChecked();
+    PressContinue(record);
+  });
+  QObject::connect(leave, &QPushButton::clicked, [&] { PressExitMacro(record); });
+  dialog.adjustSize();
+  const QPoint centred = dialog.screen()->availableGeometry().center() - dialog.rect().center();
+  dialog.move(record.placed ? QPoint(record.x, record.y) : centred);
+  dialog.show();
+  while (record.open && !keeper_.program().mainWindow.quit) {
+    if (!dialog.isVisible()) PressContinue(record);  // the cross of the window
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  PlaceSuspendDialog(record, dialog.x(), dialog.y());
+  return AnswerOf(record);
+}
+
+std::optional<std::string> QtPlatform::AskFile(const FileQuestion& question, const std::string& folder) {
+  FileDialog dialog(keeper_.mainWidget(), question, folder);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
 }
 
-std::string ProgramFolder(void*) {
+std::string QtPlatform::ProgramFolder() {
   return QFile::encodeName(QCoreApplication::applicationDirPath() + '/').toStdString();
 }
 
 // The toolkit would say on standard error that the system has nothing to open it with.
-void OpenDocument(void*, const std::string& path) {
+void QtPlatform::OpenDocument(const std::string& path) {
   const QString file = QFile::decodeName(path.c_str());
   if (!QFile::exists(file)) return;
   const auto before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
   QDesktopServices::openUrl(QUrl::fromLocalFile(file));
   qInstallMessageHandler(before);
-}
-
-}  // namespace
-
-Platform QtPlatform(Keeper& keeper) {
-  Platform platform = keeper.program().platform;  // the clock stays
-  platform.self = &keeper;
-  platform.showMessage = ShowMessage;
-  platform.pumpEvents = PumpEvents;
-  platform.sleep = Sleep;
-  platform.askSuspend = AskSuspend;
-  platform.askFile = AskForFile;
-  platform.programFolder = ProgramFolder;
-  platform.openDocument = OpenDocument;
-  return platform;
 }
 
 }  // namespace kalvex

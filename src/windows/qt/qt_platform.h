@@ -1,4 +1,4 @@
-// What the program needs of the machine, where there is a screen.
+// The platform of a program with windows.
 #pragma once
 
 #include "core/platform.h"
@@ -7,7 +7,20 @@ namespace kalvex {
 
 class Keeper;
 
-// The functions work on the keeper, which must outlive them.
-Platform QtPlatform(Keeper& keeper);
+// Message boxes and dialogs belong to the main window, and events reach the windows. The clock is that of the machine.
+class QtPlatform : public HeadlessPlatform {
+ public:
+  explicit QtPlatform(Keeper& keeper) : keeper_(keeper) {}
+  void ShowMessage(std::string_view title, std::string_view text) override;
+  void PumpEvents() override;
+  void Sleep(int milliseconds) override;
+  SuspendAnswer AskSuspend() override;
+  std::optional<std::string> AskFile(const FileQuestion& question, const std::string& folder) override;
+  std::string ProgramFolder() override;
+  void OpenDocument(const std::string& path) override;
+
+ private:
+  Keeper& keeper_;
+};
 
 }  // namespace kalvex

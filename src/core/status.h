@@ -1,0 +1,85 @@
+// How an operation says that it could not do what it says. Status is that alone; Result is a value, or the reason why
+// there is none. Both must be looked at: a failure that nobody reads does not compile.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace kalvex {
+
+enum class StatusCode {
+  kOk,
+  kBadArgument,  // the argument means nothing, or lies outside its range
+  kMissing,      // what an argument names does not exist
+  kFull,         // a table has no free entry
+  kBusy,         // not while a fit runs
+  kNothingToDo,  // there is nothing that the operation could act on
+  kCannotRead,   // a file does not open
+  kBadFormat,    // a file is not what it should be
+  kCannotWrite,  // a file cannot be written
+  kOutOfMemory,
+  kNotComputed,  // a model computes nothing
+};
+
+class [[nodiscard]] Status {
+ public:
+  Status() = default;  // success
+  // text: one sentence without a full stop, for a person. about: what it is about, as the person named it ("model 3",
+  // a file's name); may be empty.
+  Status(StatusCode code, std::string text, std::string about = {})
+      : code_(code), text_(std::move(text)), about_(std::move(about)) {}
+
+  bool Ok() const { return code_ == StatusCode::kOk; }
+  StatusCode Code() const { return code_; }
+  const std::string& Text() const { return text_; }
+  const std::string& About() const { return about_; }
+
+  // Says that a failure here changes nothing for the caller.
+  void Ignore() const {}
+
+ private:
+  StatusCode code_ = StatusCode::kOk;
+  std::string text_, about_;
+};
+
+template <class T>
+class [[nodiscard]] Result {
+ public:
+  Result(T value) : value_(std::move(value)) {}            // NOLINT: a value is a result
+  Result(Status failure) : status_(std::move(failure)) {}  // NOLINT: and so is a failure
+  Result(StatusCode code, std::string text, std::string about = {})
+      : status_(code, std::move(text), std::move(about)) {}
+
+  bool Ok() const { return value_.has_value(); }
+  const Status& GetStatus() const { return status_; }
+  const std::string& Text() const { return status_.Text(); }
+
+  // Only of a result that is Ok.
+  const T& operator*() const { return *value_; }
+  T& operator*() { return *value_; }
+  const T* operator->() const { return &*value_; }
+
+ private:
+  std::optional<T> value_;
+  Status status_;
+};
+
+// The failures that several operations share, in the same words everywhere.
+inline Status NoSuchModel(long long number) {
+  std::string model = "model " + std::to_string(number);
+  return {StatusCode::kMissing, model + " does not exist", model};
+}
+inline Status NoSuchGraph(long long number) {
+  std::string graph = "graph " + std::to_string(number);
+  return {StatusCode::kMissing, graph + " does not exist", graph};
+}
+inline Status NotLoaded(long long slot) {
+  std::string dataset = "dataset " + std::to_string(slot);
+  return {StatusCode::kMissing, dataset + " is not loaded", dataset};
+}
+inline Status CannotWrite(const std::string& file) {
+  return {StatusCode::kCannotWrite, "'" + file + "' cannot be written", file};
+}
+
+}  // namespace kalvex
