@@ -14,6 +14,11 @@ std::size_t VdfKernelCache::BytesOfOthers(const Entry& entry) const {
   return bytes;
 }
 
+void VdfKernelCache::Forget(std::uint32_t model) {
+  std::erase_if(entries_, [&](const Entry& entry) { return entry.model == model; });
+  current_ = 0;
+}
+
 void VdfKernelCache::Prepare(std::uint32_t model, const VarDielFunc& vdf, std::span<const double> x) {
   current_ = 0;
   while (current_ < entries_.size() && entries_[current_].model != model) ++current_;

@@ -14,6 +14,8 @@ inline constexpr std::size_t kKernelBlock = 64;
 
 class VdfKernelCache {
  public:
+  // A model is closed: its kernels go, and what they took is free for others.
+  void Forget(std::uint32_t model);
   // Gets ready for blocks of these frequencies and this mesh, of the model of that number.
   void Prepare(std::uint32_t model, const VarDielFunc& vdf, std::span<const double> x);
   // The kernels of the block of frequencies that starts at `first`, a multiple of kKernelBlock: that of mesh point j at

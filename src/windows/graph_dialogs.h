@@ -15,7 +15,6 @@
 
 namespace kalvex {
 
-inline constexpr int kLongestTitle = 99;  // of an axis, bytes
 
 struct AxisForm {
   std::string min, max;

@@ -63,7 +63,7 @@ QWidget* PropertiesView::AxisGroup(const char* title, const QString& name, AxisF
   QLineEdit* const words = fields_.Text(name + "Title", axis.title);
   for (QLineEdit* const number : {min, max}) number->setFixedWidth(kNumberWidth);
   words->setMinimumWidth(kTitleWidth);
-  words->setMaxLength(kLongestTitle);
+  words->setMaxLength(static_cast<int>(kLongestTitle));
   grid->addWidget(new QLabel(texts::kRange), 0, 0);
   grid->addWidget(min, 0, 1);
   grid->addWidget(max, 0, 2);
