@@ -30,6 +30,8 @@ Session::Session(Platform& platform, int threads) : platform_(&platform), pool_(
 
 Session::~Session() = default;
 
+std::size_t Session::BytesKeptForEvaluation() const { return eval_.vdfKernels.Bytes(); }
+
 void Session::UsePlatform(Platform& platform) { platform_ = eval_.platform = &platform; }
 
 void Session::Listen(SessionListener& listener) { listeners_.push_back(&listener); }

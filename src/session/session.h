@@ -121,6 +121,9 @@ class Session {
   // The type of a special model, null for a plain one.
   const ModelType* TypeOfModel(const Model& model) const;
 
+  // What is kept so that the next evaluation is faster: it belongs to models that exist, and has a bound.
+  std::size_t BytesKeptForEvaluation() const;
+
   void UsePlatform(Platform& platform);
   Platform& GetPlatform() { return *platform_; }
   void Listen(SessionListener& listener);
