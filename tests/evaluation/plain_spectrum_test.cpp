@@ -51,8 +51,10 @@ struct Problem {
       x.push_back(10 + 2.5 * i);
       wanted.push_back(static_cast<QuantitySet>(i % 3 ? SetOf(kRefl) : SetOf(kTrans) | SetOf(kS1)));
     }
-    OpenFitWindow(DeskOf(program));
-    AddTerm(DeskOf(program), 1, 1, {});
+    ChiSqTerm& term = InsertChiSqTerm(program.fit, program.fit.list, 0);
+    term.datasetId = dataset.id;
+    term.modelId = model->number;
+    RebuildFitLists(program.fit, program.params, program.eval);
     for (const FitParam& param : program.fit.params) places.push_back(param.place);
     places.push_back({ParamKind::kExp, 0, 0, 0, kSampleThickness, 0, 0});
   }

@@ -38,7 +38,7 @@ Spectrum EvenSpectrum(QuantitySet wanted) {
 }
 
 // Builds a program with so many threads, and evaluates the last of its models.
-Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
+Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Tables&)>& build) {
   Tables program(threads);
   program.pool.SetLeastShare(0);
   Model& model = build(program);
@@ -66,7 +66,7 @@ Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Mode
 }
 
 // Gives the outcome with one thread.
-Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
+Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function<Model&(Tables&)>& build) {
   const Outcome alone = Evaluate(1, spectrum, build);
   EXPECT_FALSE(alone.shared);
   for (const int threads : kThreadCounts) {
@@ -128,7 +128,7 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
                  [&](const SpectrumBlock& block) { sum += block.Value(kRefl, 0) + block.Slope(1, kTrans, 0); });
     return sum;
   };
-  Program alone;
+  Tables alone;
   Model& changed = PlainModel(alone);
   Cell(changed, 0, Wp).value += 1;
   const double expected = sumOf(alone, changed);
@@ -160,7 +160,7 @@ int EvaluateFrail(EvalContext& ctx, Model& model, double x, bool derivatives) {
 const ModelType kFrail{.code = 17, .name = "frail", .evaluate = EvaluateFrail, .after = nullptr};
 const ModelType* const kFrailTable[] = {&kFrail};
 
-std::function<Model&(Program&)> Frail(double failsFrom, double failsTo, double idleFrom, double idleTo) {
+std::function<Model&(Tables&)> Frail(double failsFrom, double failsTo, double idleFrom, double idleTo) {
   return [=](Tables& program) -> Model& {
     program.eval.types = kFrailTable;
     Model& model = NewModel(program, {{3, failsFrom, failsTo}, {1, idleFrom, idleTo}}, -17);

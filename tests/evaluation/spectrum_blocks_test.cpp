@@ -30,7 +30,7 @@ std::vector<ParamPlace> FreePlaces(const Tables& program) {
 template <class Build>
 void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, double from, double step,
                                        double tolerance, Build build) {
-  Program together, single;
+  Tables together, single;
   Model &fast = build(together), &slow = build(single);
   const std::vector<ParamPlace> places = FreePlaces(together);
   ASSERT_GE(places.size(), 3u);

@@ -326,18 +326,19 @@ TEST_P(EveryFittedType, IsFittedBackFromPerturbedParameters) {
     ++slot;
   }
   for (ModelParam& param : s.program.params.ExpParams) param.adjustable = 0;
-  RebuildFitPoints(fit, s.program.eval);
-  RebuildFitParams(fit, s.program.eval);
+  RebuildFitPoints(fit, s.program.datasets);
+  RebuildFitParams(fit, s.program.params, s.program.eval);
   ASSERT_GT(fit.NumFitParams, 0);
-  for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFitParams); ++i) {
-    fit.params[i].cell->value *= i % 2 == 0 ? 1.01 : 0.99;
+  for (std::size_t i = 0; i < fit.params.size(); ++i) {
+    ParamAt(s.program.params, fit.params[i].place).value *= i % 2 == 0 ? 1.01 : 0.99;
   }
   ComputeChiSq(fit, s.program.eval);
   const double before = fit.TotalChiSq;
   fit.options.StopOnIterations = true;
   fit.options.MaxIterations = 200;
   fit.options.ReductionAmount = 1e-12;
-  ASSERT_EQ(RunFit(fit, s.program.eval, s.program.platform, {}), 0);
+  FitObserver silent;
+  ASSERT_EQ(RunFit(fit, s.program.params, s.program.eval, s.program.platform, silent), 0);
   EXPECT_LT(fit.TotalChiSq, 1e-6 * before) << "from " << before << ", " << fit.report.stop;
 }
 
