@@ -59,13 +59,13 @@ struct ParamRef {
 
 // What is to become of a parameter; what is not given stays.
 struct ParamEdit {
-  std::optional<double> value;
-  std::optional<std::uint32_t> adjustable;
-  std::optional<double> min, max;
-  std::optional<std::uint32_t> useMin, useMax;
-  std::optional<int> coupling;  // group 1 to 24; any other number means none
-  bool holdInLimits = false;    // the value is held inside the limits in force, also where none is given
-  bool told = true;             // the fit and the graphs hear of the model
+  std::optional<double> value{};
+  std::optional<std::uint32_t> adjustable{};
+  std::optional<double> min{}, max{};
+  std::optional<std::uint32_t> useMin{}, useMax{};
+  std::optional<int> coupling{};  // group 1 to 24; any other number means none
+  bool holdInLimits = false;      // the value is held inside the limits in force, also where none is given
+  bool told = true;               // the fit and the graphs hear of the model
 };
 
 // Whether the fit and the graphs hear of a change at once, or find it at their next rebuilding.
@@ -77,14 +77,14 @@ struct TermPair {
 };
 
 struct FitRequest {
-  std::optional<int> iterations;  // at most so many in this run, whatever the options say
-  bool byHand = false;            // a person can take it back: FitState::UndoAvailable
+  std::optional<int> iterations{};  // at most so many in this run, whatever the options say
+  bool byHand = false;              // a person can take it back: FitState::UndoAvailable
 };
 
 struct AxisEdit {
-  std::optional<double> min, max;
-  std::optional<bool> log, titleShown;
-  std::optional<std::string> title;
+  std::optional<double> min{}, max{};
+  std::optional<bool> log{}, titleShown{};
+  std::optional<std::string> title{};
 };
 struct GraphEdit {
   AxisEdit x, y;

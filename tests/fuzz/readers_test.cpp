@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "datasets/load_dataset.h"
 #include "datasets/read_dataset.h"
 #include "evaluation/eval_model.h"
 #include "files/model_file.h"
@@ -14,7 +15,9 @@
 #include "macro/clean.h"
 #include "macro/loop_file.h"
 #include "macro/parse.h"
+#include "macro/run_macro.h"
 #include "records/model_table.h"
+#include "support/open_session.h"
 #include "support/scratch_folder.h"
 #include "support/tables.h"
 
@@ -87,6 +90,37 @@ TEST(DamagedFiles, MacrosParseOrNameAFaultInsideTheText) {
   }
 }
 
+// Statements that touch no file, with damaged numbers: whatever they ask for, the program goes on.
+TEST(DamagedFiles, StatementsWithAnyNumbersRun) {
+  const ScratchFolder folder;
+  const InFolder inside(folder.Name());
+  const std::string text =
+      "NewModel();NewModel();SetModelParam(ModelNo=1,ParamName=\"G\",LorNo=1,Value=1,MinOn=1,MaxOn=1,CoupledTo=1);"
+      "SetModelParam(ModelNo=2,ParamName=\"Wo\",LorNo=1,Value=-1,FitActive=0,CoupledTo=2);"
+      "InsertModelRow(ModelNo=1,LorNo=1);SortModelRows(ModelNo=1,Key=4);MoveModelRow(ModelNo=1,LorNo=1,Up=1);"
+      "CopyModelParam(DestModelNo=1,DestParamName=\"Wo\",DestLorNo=1,SourceModelNo=2,SourceParamName=\"G\",SourceLorNo="
+      "1);"
+      "AddChiSqTerm(DatasetNo=1,ModelNo=1,Weight=1);WindowFit();FixAllModelParams(ModelNo=2);"
+      "SetExpParam(ParamName=\"Angle of\",Value=45,FitActive=1,CoupledTo=1);CutDataset(DatasetNo=1,XMin=3,XMax=7);"
+      "TransformDataset(DatasetNo=1,Scale=2,Shift=1);AddNoise(DatasetNo=1,Sigma=0.1);Fit(NumIters=2);"
+      "RemoveModelRow(ModelNo=1,LorNo=1);CloseModel(ModelNo=2);UnloadDataset(DatasetNo=1);Fit(NumIters=2);";
+  std::mt19937 random(7);
+  for (int i = 0; i < 300; ++i) {
+    std::string damaged = text;
+    for (int k = 0; k < 12; ++k) {
+      const std::size_t at = damaged.find_first_of("0123456789", random() % damaged.size());
+      if (at != std::string::npos) damaged.replace(at, 1, std::to_string(random() % 200));
+    }
+    folder.Write("numbers.kvs", damaged);
+    folder.Write("ten.dat", "1 .1\n2 .2\n3 .3\n4 .4\n5 .5\n6 .6\n7 .7\n8 .8\n9 .9\n10 1\n");
+    OpenDesk open;
+    DatasetSource source;
+    source.MasterFile = "ten.dat";
+    ASSERT_TRUE(open.session.LoadDataset(1, source).Ok());
+    ASSERT_EQ(RunMacro(open.desk, "numbers.kvs"), kMacroEnded) << open.desk.macro.fault;
+  }
+}
+
 TEST(DamagedFiles, DatasetsLoadSortedOrGiveAStatus) {
   const ScratchFolder folder;
   Damage damage("0123456789.eE+-xX \t\n\r,#ninfa");
@@ -138,12 +172,11 @@ TEST(DamagedFiles, MeshAndParameterFilesLoadOrLeaveThingsAlone) {
   for (std::size_t i = 0; i < 6; ++i) model.vdf.mesh[i].x = 100.0 * static_cast<double>(i + 1);
   model.vdf.On = model.vdf.KK = 1;
   ASSERT_EQ(SaveVdf(model.vdf, folder.Path("good.kvv")), 0);
-  ASSERT_EQ(SaveParams(tables.params, folder.Path("good.kvp")), 0);
-  const Notices nobody;
+  ASSERT_TRUE(SaveParams(tables.params, folder.Path("good.kvp")).Ok());
   Damage damage(std::string("\0\x01\x7f\xff", 4));
   for (int i = 0; i < kRounds; ++i) {
     LoadVdf(model.vdf, folder.Write("bad.kvv", damage.Of(folder.Read("good.kvv"))));
-    LoadParams(tables.params, nobody, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp"))));
+    LoadParams(tables.params, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp")))).GetStatus().Ignore();
     // Whatever the mesh is now, it must be possible to ask for its value.
     EvalModel(tables.eval, model, 250, true);
     ASSERT_LE(model.vdf.mesh.size(), 400u);
