@@ -19,7 +19,7 @@ enum class ChangeKind {
   kFitTerms,   // the list of terms has become another one
   kFitValues,  // the same terms, but their ChiSq, the points or the parameters have changed
   kFitOptions,
-  kFitRun,        // a run begins, accepts an iteration, or ends
+  kFitRun,        // id: the iteration that a run has accepted; 0: a run begins or ends
   kGraphCreated,  // id: the graph's number
   kGraphChanged,
   kGraphClosed,

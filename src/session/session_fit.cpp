@@ -49,18 +49,18 @@ class Session::RunFollower : public FitObserver {
  public:
   explicit RunFollower(Session& session) : session_(session) {}
   void RunStarts() override {
-    Tell();
+    Tell(0);
     session_.platform_->PumpEvents();
   }
   void IterationEnds() override {
     session_.ShowValues();
-    Tell();
+    Tell(session_.tables_.fit.IterationCount);
   }
   void Poll() override { session_.platform_->PumpEvents(); }
 
  private:
-  void Tell() {
-    session_.Tell(ChangeKind::kFitRun);
+  void Tell(int iteration) {
+    session_.Tell(ChangeKind::kFitRun, static_cast<std::uint32_t>(iteration));
     session_.Deliver(nullptr);
   }
   Session& session_;

@@ -1,5 +1,6 @@
 #include "core/text.h"
 #include "files/curve_file.h"
+#include "graphs/curve_samples.h"
 #include "graphs/graph_export.h"
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
@@ -122,6 +123,9 @@ Status Session::EditGraph(std::uint32_t number, const GraphEdit& edit) {
 }
 
 Status Session::AddCurve(std::uint32_t number, const Curve& curve) {
+  if (curve.kind == CurveKind::kMulti && !HasRowContributions(curve.quantity)) {
+    return {StatusCode::kBadArgument, "rows contribute to E1, E2, S1 and S2 only"};
+  }
   return ChangeGraph(number, OnGraph("curve in", number, CurveStatement(number, curve, tables_.datasets)),
                      [&](Graph& graph) { return kalvex::AddCurve(graph, curve), Status(); });
 }
@@ -189,6 +193,11 @@ Status Session::DrawGraph(std::uint32_t number, PictureFormat format, int width,
 
 Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const CurveExport& what,
                                  const std::string& file) {
+  if (what.points < 1) return {StatusCode::kBadArgument, "XPts should be at least 1"};
+  if (!(what.xMin < what.xMax)) return {StatusCode::kBadArgument, "XMin should be below XMax"};
+  if (what.grid == 2 && !(what.xMin > 0)) {
+    return {StatusCode::kBadArgument, "a logarithmic grid needs XMin above 0"};
+  }
   Statement statement("ExportModelCurve");
   statement.Text("File", file).Int("ModelNo", number.value_or(0));
   if (what.quantity) statement.Text("Quantity", QuantityNameOf(*what.quantity));

@@ -37,6 +37,15 @@ std::string LabelOf(const ParamRef& param, const ModelParam& record) {
   return label + " of model " + std::to_string(param.model);
 }
 
+Status NoSuchParam(const Session& session, const ParamRef& param) {
+  if (param.where == ParamKind::kExp) return {StatusCode::kNotThere, "there is no such experimental parameter"};
+  const Model* const model = session.FindModel(param.model);
+  if (!model) return NoSuchModel(param.model);
+  const std::string name = "model " + std::to_string(param.model);
+  if (param.row >= 1 && param.row <= RowCount(*model)) return {StatusCode::kNotThere, name + " has no such column"};
+  return {StatusCode::kNotThere, name + " has no row " + std::to_string(param.row), name};
+}
+
 bool IsValueAlone(const ParamEdit& edit) {
   return edit.value && !edit.adjustable && !edit.min && !edit.max && !edit.useMin && !edit.useMax && !edit.coupling;
 }
@@ -76,7 +85,7 @@ Pieces Session::PiecesOfEdit(const ParamRef& param, const ParamEdit&) {
 
 Status Session::SetParam(const ParamRef& ref, const ParamEdit& edit) {
   ModelParam* const param = ParamOf(ref);
-  if (!param) return {StatusCode::kNotThere, "there is no such parameter"};
+  if (!param) return NoSuchParam(*this, ref);
   const std::string label = LabelOf(ref, *param);
   return Do({label, StatementOf(ref, *param, edit).Done(), IsValueAlone(edit) ? label : "",
              kOnModels | kOnExpParams | kOnFit},
@@ -101,7 +110,7 @@ Status Session::SetParam(const ParamRef& ref, const ParamEdit& edit) {
 Status Session::CopyParam(const ParamRef& to, const ParamRef& from) {
   ModelParam* const target = ParamOf(to);
   const ModelParam* const source = FindParam(from);
-  if (!target || !source) return {StatusCode::kNotThere, "there is no such parameter"};
+  if (!target || !source) return NoSuchParam(*this, target ? from : to);
   Statement statement("CopyModelParam");
   statement.Int("DestModelNo", to.model).Text("DestParamName", ColumnName(to)).Int("DestLorNo", to.row);
   statement.Int("SourceModelNo", from.model).Text("SourceParamName", ColumnName(from)).Int("SourceLorNo", from.row);
