@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "core/status.h"
@@ -58,29 +59,33 @@ struct MacroCommand {
   std::span<const MacroParam> params;  // their order decides what an abbreviation means
 };
 
-// One row of the description of a command's parameters: a name, and the member of the record P that takes the value.
-// The type of the member is the type of the parameter.
+// One row of the description of a command's parameters: the name, and how its value goes into the record P.
 template <class P>
 struct ParamRow {
   MacroParam param;
-  std::optional<int> P::*integer = nullptr;
-  std::optional<double> P::*real = nullptr;
-  std::optional<std::string> P::*text = nullptr;
-
-  constexpr ParamRow(const char* name, std::optional<int> P::*member)
-      : param{name, ParamType::kInteger, 0}, integer(member) {}
-  constexpr ParamRow(const char* name, std::optional<double> P::*member)
-      : param{name, ParamType::kReal, 0}, real(member) {}
-  constexpr ParamRow(const char* name, std::optional<std::string> P::*member, int length)
-      : param{name, ParamType::kString, length}, text(member) {}
-
-  void Take(const MacroSlot& slot, P& record) const {
-    if (!slot.given) return;
-    if (integer) record.*integer = slot.intValue;
-    if (real) record.*real = slot.realValue;
-    if (text) record.*text = slot.text;
-  }
+  void (*take)(const MacroSlot& slot, P& record);
 };
+
+inline void TakeValue(const MacroSlot& slot, std::optional<int>& member) { member = slot.intValue; }
+inline void TakeValue(const MacroSlot& slot, std::optional<double>& member) { member = slot.realValue; }
+inline void TakeValue(const MacroSlot& slot, std::optional<std::string>& member) { member = slot.text; }
+
+template <class T>
+inline constexpr ParamType kTypeOfMember = ParamType::kString;
+template <>
+inline constexpr ParamType kTypeOfMember<int> = ParamType::kInteger;
+template <>
+inline constexpr ParamType kTypeOfMember<double> = ParamType::kReal;
+
+// The row of a member of the record, whose type is the type of the parameter. length: the capacity of a string, bytes.
+template <auto kMember>
+constexpr auto Row(const char* name, int length = 0) {
+  return [&]<class P, class T>(std::optional<T> P::*) {
+    static_assert(kTypeOfMember<T> != ParamType::kString || std::is_same_v<T, std::string>);
+    const auto take = [](const MacroSlot& slot, P& record) { TakeValue(slot, record.*kMember); };
+    return ParamRow<P>{{name, kTypeOfMember<T>, length}, take};
+  }(kMember);
+}
 
 // The rows of a record P, which P::Describe() gives, and what the parser sees of them.
 template <class P>
@@ -95,7 +100,9 @@ inline constexpr auto kParamsOf = [] {
 template <class P>
 P RecordOf(const MacroBlock& block) {
   P record;
-  for (std::size_t i = 0; i < kRowsOf<P>.size(); ++i) kRowsOf<P>[i].Take(block[i], record);
+  for (std::size_t i = 0; i < kRowsOf<P>.size(); ++i) {
+    if (block[i].given) kRowsOf<P>[i].take(block[i], record);
+  }
   return record;
 }
 

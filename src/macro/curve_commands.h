@@ -11,15 +11,9 @@ struct ExportModelCurveParams {
   std::optional<std::string> File, Quantity;
   static constexpr auto Describe() {
     using P = ExportModelCurveParams;
-    return std::to_array<ParamRow<P>>({{"File", &P::File, 200},
-                                       {"ModelNo", &P::ModelNo},
-                                       {"XMethod", &P::XMethod},
-                                       {"Quantity", &P::Quantity, 10},
-                                       {"XMin", &P::XMin},
-                                       {"XMax", &P::XMax},
-                                       {"XPts", &P::XPts},
-                                       {"XGrid", &P::XGrid},
-                                       {"Deriv", &P::Deriv}});
+    return std::to_array({Row<&P::File>("File", 200), Row<&P::ModelNo>("ModelNo"), Row<&P::XMethod>("XMethod"),
+                          Row<&P::Quantity>("Quantity", 10), Row<&P::XMin>("XMin"), Row<&P::XMax>("XMax"),
+                          Row<&P::XPts>("XPts"), Row<&P::XGrid>("XGrid"), Row<&P::Deriv>("Deriv")});
   }
 };
 MacroResult ExportModelCurveCommand(MacroCall& call, const ExportModelCurveParams& p);

@@ -13,30 +13,19 @@ struct LoadDatasetParams {
   std::optional<std::string> Quantity, MasterFile, XFile, YErrFile;
   static constexpr auto Describe() {
     using P = LoadDatasetParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo},
-                                       {"Quantity", &P::Quantity, 10},
-                                       {"MasterFile", &P::MasterFile, 200},
-                                       {"XMethod", &P::XMethod},
-                                       {"XFile", &P::XFile, 200},
-                                       {"XMin", &P::XMin},
-                                       {"XMax", &P::XMax},
-                                       {"XPts", &P::XPts},
-                                       {"XGrid", &P::XGrid},
-                                       {"YMethod", &P::YMethod},
-                                       {"YVal", &P::YVal},
-                                       {"YErrMethod", &P::YErrMethod},
-                                       {"YErrFile", &P::YErrFile, 200},
-                                       {"YErrVal", &P::YErrVal},
-                                       {"Match", &P::Match}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Quantity>("Quantity", 10),
+                          Row<&P::MasterFile>("MasterFile", 200), Row<&P::XMethod>("XMethod"),
+                          Row<&P::XFile>("XFile", 200), Row<&P::XMin>("XMin"), Row<&P::XMax>("XMax"),
+                          Row<&P::XPts>("XPts"), Row<&P::XGrid>("XGrid"), Row<&P::YMethod>("YMethod"),
+                          Row<&P::YVal>("YVal"), Row<&P::YErrMethod>("YErrMethod"), Row<&P::YErrFile>("YErrFile", 200),
+                          Row<&P::YErrVal>("YErrVal"), Row<&P::Match>("Match")});
   }
 };
 MacroResult LoadDatasetCommand(MacroCall& call, const LoadDatasetParams& p);
 
 struct DatasetNoParams {
   std::optional<int> DatasetNo;
-  static constexpr auto Describe() {
-    return std::to_array<ParamRow<DatasetNoParams>>({{"DatasetNo", &DatasetNoParams::DatasetNo}});
-  }
+  static constexpr auto Describe() { return std::to_array({Row<&DatasetNoParams::DatasetNo>("DatasetNo")}); }
 };
 MacroResult UnloadDatasetCommand(MacroCall& call, const DatasetNoParams& p);
 
@@ -45,7 +34,7 @@ struct TransformDatasetParams {
   std::optional<double> Scale, Shift;
   static constexpr auto Describe() {
     using P = TransformDatasetParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"Scale", &P::Scale}, {"Shift", &P::Shift}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
   }
 };
 MacroResult TransformDatasetCommand(MacroCall& call, const TransformDatasetParams& p);
@@ -55,10 +44,8 @@ struct ExportDatasetParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = ExportDatasetParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo},
-                                       {"File", &P::File, 200},
-                                       {"ExportFitted", &P::ExportFitted},
-                                       {"ExportErrorBars", &P::ExportErrorBars}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::File>("File", 200),
+                          Row<&P::ExportFitted>("ExportFitted"), Row<&P::ExportErrorBars>("ExportErrorBars")});
   }
 };
 MacroResult ExportDatasetCommand(MacroCall& call, const ExportDatasetParams& p);
@@ -68,7 +55,7 @@ struct AddNoiseParams {
   std::optional<double> Sigma;
   static constexpr auto Describe() {
     using P = AddNoiseParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"Sigma", &P::Sigma}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Sigma>("Sigma")});
   }
 };
 MacroResult AddNoiseCommand(MacroCall& call, const AddNoiseParams& p);
@@ -78,7 +65,7 @@ struct CutDatasetParams {
   std::optional<double> XMin, XMax;
   static constexpr auto Describe() {
     using P = CutDatasetParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"XMin", &P::XMin}, {"XMax", &P::XMax}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::XMin>("XMin"), Row<&P::XMax>("XMax")});
   }
 };
 MacroResult CutDatasetCommand(MacroCall& call, const CutDatasetParams& p);
@@ -88,7 +75,7 @@ struct SetDatasetQuantityParams {
   std::optional<std::string> Quantity;
   static constexpr auto Describe() {
     using P = SetDatasetQuantityParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"Quantity", &P::Quantity, 10}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Quantity>("Quantity", 10)});
   }
 };
 MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityParams& p);

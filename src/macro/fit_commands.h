@@ -13,14 +13,9 @@ struct SetExpParamParams {
   std::optional<std::string> ParamName;
   static constexpr auto Describe() {
     using P = SetExpParamParams;
-    return std::to_array<ParamRow<P>>({{"ParamName", &P::ParamName, 100},
-                                       {"Value", &P::Value},
-                                       {"FitActive", &P::FitActive},
-                                       {"MinLimit", &P::MinLimit},
-                                       {"MaxLimit", &P::MaxLimit},
-                                       {"MinOn", &P::MinOn},
-                                       {"MaxOn", &P::MaxOn},
-                                       {"CoupledTo", &P::CoupledTo}});
+    return std::to_array({Row<&P::ParamName>("ParamName", 100), Row<&P::Value>("Value"),
+                          Row<&P::FitActive>("FitActive"), Row<&P::MinLimit>("MinLimit"), Row<&P::MaxLimit>("MaxLimit"),
+                          Row<&P::MinOn>("MinOn"), Row<&P::MaxOn>("MaxOn"), Row<&P::CoupledTo>("CoupledTo")});
   }
 };
 MacroResult SetExpParamCommand(MacroCall& call, const SetExpParamParams& p);
@@ -31,7 +26,7 @@ struct AddChiSqTermParams {
   std::optional<double> Weight;
   static constexpr auto Describe() {
     using P = AddChiSqTermParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"ModelNo", &P::ModelNo}, {"Weight", &P::Weight}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::Weight>("Weight")});
   }
 };
 MacroResult AddChiSqTermCommand(MacroCall& call, const AddChiSqTermParams& p);
@@ -40,16 +35,14 @@ struct DeleteChiSqTermParams {
   std::optional<int> DatasetNo, ModelNo;
   static constexpr auto Describe() {
     using P = DeleteChiSqTermParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"ModelNo", &P::ModelNo}});
+    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::ModelNo>("ModelNo")});
   }
 };
 MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams& p);
 
 struct FitRunParams {
   std::optional<int> NumIters;
-  static constexpr auto Describe() {
-    return std::to_array<ParamRow<FitRunParams>>({{"NumIters", &FitRunParams::NumIters}});
-  }
+  static constexpr auto Describe() { return std::to_array({Row<&FitRunParams::NumIters>("NumIters")}); }
 };
 MacroResult FitCommand(MacroCall& call, const FitRunParams& p);
 
@@ -60,19 +53,13 @@ struct FitOptionsParams {
   bool operator==(const FitOptionsParams&) const = default;
   static constexpr auto Describe() {
     using P = FitOptionsParams;
-    return std::to_array<ParamRow<P>>({{"StopOnIterations", &P::StopOnIterations},
-                                       {"MaxIterations", &P::MaxIterations},
-                                       {"StopOnTime", &P::StopOnTime},
-                                       {"MaxSeconds", &P::MaxSeconds},
-                                       {"StopOnReduction", &P::StopOnReduction},
-                                       {"ReductionIterations", &P::ReductionIterations},
-                                       {"ReductionAmount", &P::ReductionAmount},
-                                       {"StopOnLambda", &P::StopOnLambda},
-                                       {"MaxLambda", &P::MaxLambda},
-                                       {"InitialLambda", &P::InitialLambda},
-                                       {"CalcConfidence", &P::CalcConfidence},
-                                       {"DeltaChiSq", &P::DeltaChiSq},
-                                       {"LogFit", &P::LogFit}});
+    return std::to_array(
+        {Row<&P::StopOnIterations>("StopOnIterations"), Row<&P::MaxIterations>("MaxIterations"),
+         Row<&P::StopOnTime>("StopOnTime"), Row<&P::MaxSeconds>("MaxSeconds"),
+         Row<&P::StopOnReduction>("StopOnReduction"), Row<&P::ReductionIterations>("ReductionIterations"),
+         Row<&P::ReductionAmount>("ReductionAmount"), Row<&P::StopOnLambda>("StopOnLambda"),
+         Row<&P::MaxLambda>("MaxLambda"), Row<&P::InitialLambda>("InitialLambda"),
+         Row<&P::CalcConfidence>("CalcConfidence"), Row<&P::DeltaChiSq>("DeltaChiSq"), Row<&P::LogFit>("LogFit")});
   }
 };
 MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p);

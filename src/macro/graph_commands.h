@@ -10,7 +10,7 @@ struct NewGraphParams {
   static constexpr auto Describe() {
     using P = NewGraphParams;
     return std::to_array<ParamRow<P>>(
-        {{"XPos", &P::XPos}, {"YPos", &P::YPos}, {"Width", &P::Width}, {"Height", &P::Height}});
+        {Row<&P::XPos>("XPos"), Row<&P::YPos>("YPos"), Row<&P::Width>("Width"), Row<&P::Height>("Height")});
   }
 };
 MacroResult NewGraphCommand(MacroCall& call, const NewGraphParams& p);
@@ -21,16 +21,10 @@ struct GraphPropertiesParams {
   std::optional<std::string> XTitle, YTitle;
   static constexpr auto Describe() {
     using P = GraphPropertiesParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo},
-                                       {"Xmin", &P::Xmin},
-                                       {"Xmax", &P::Xmax},
-                                       {"Xlog", &P::Xlog},
-                                       {"XTitle", &P::XTitle, 100},
-                                       {"Ymin", &P::Ymin},
-                                       {"Ymax", &P::Ymax},
-                                       {"Ylog", &P::Ylog},
-                                       {"YTitle", &P::YTitle, 100},
-                                       {"ShowFitted", &P::ShowFitted}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::Xmin>("Xmin"), Row<&P::Xmax>("Xmax"),
+                          Row<&P::Xlog>("Xlog"), Row<&P::XTitle>("XTitle", 100), Row<&P::Ymin>("Ymin"),
+                          Row<&P::Ymax>("Ymax"), Row<&P::Ylog>("Ylog"), Row<&P::YTitle>("YTitle", 100),
+                          Row<&P::ShowFitted>("ShowFitted")});
   }
 };
 MacroResult GraphPropertiesCommand(MacroCall& call, const GraphPropertiesParams& p);
@@ -40,17 +34,11 @@ struct AddDataCurveParams {
   std::optional<double> Scale, Shift;
   static constexpr auto Describe() {
     using P = AddDataCurveParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo},
-                                       {"DatasetNo", &P::DatasetNo},
-                                       {"nColor", &P::nColor},
-                                       {"ShowLine", &P::ShowLine},
-                                       {"ShowSymbol", &P::ShowSymbol},
-                                       {"ShowError", &P::ShowError},
-                                       {"nSymbolSize", &P::nSymbolSize},
-                                       {"nSymbolShape", &P::nSymbolShape},
-                                       {"SymbolOpen", &P::SymbolOpen},
-                                       {"Scale", &P::Scale},
-                                       {"Shift", &P::Shift}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::DatasetNo>("DatasetNo"), Row<&P::nColor>("nColor"),
+                          Row<&P::ShowLine>("ShowLine"), Row<&P::ShowSymbol>("ShowSymbol"),
+                          Row<&P::ShowError>("ShowError"), Row<&P::nSymbolSize>("nSymbolSize"),
+                          Row<&P::nSymbolShape>("nSymbolShape"), Row<&P::SymbolOpen>("SymbolOpen"),
+                          Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
   }
 };
 MacroResult AddDataCurveCommand(MacroCall& call, const AddDataCurveParams& p);
@@ -61,12 +49,8 @@ struct AddModelCurveParams {
   std::optional<std::string> Quantity;
   static constexpr auto Describe() {
     using P = AddModelCurveParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo},
-                                       {"ModelNo", &P::ModelNo},
-                                       {"Quantity", &P::Quantity, 10},
-                                       {"nColor", &P::nColor},
-                                       {"Scale", &P::Scale},
-                                       {"Shift", &P::Shift}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::Quantity>("Quantity", 10),
+                          Row<&P::nColor>("nColor"), Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
   }
 };
 MacroResult AddModelCurveCommand(MacroCall& call, const AddModelCurveParams& p);
@@ -77,12 +61,8 @@ struct AddChiSqCurveParams {
   std::optional<double> Scale, Shift;
   static constexpr auto Describe() {
     using P = AddChiSqCurveParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo},
-                                       {"DatasetNo", &P::DatasetNo},
-                                       {"ModelNo", &P::ModelNo},
-                                       {"nColor", &P::nColor},
-                                       {"Scale", &P::Scale},
-                                       {"Shift", &P::Shift}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::DatasetNo>("DatasetNo"), Row<&P::ModelNo>("ModelNo"),
+                          Row<&P::nColor>("nColor"), Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
   }
 };
 MacroResult AddChiSqCurveCommand(MacroCall& call, const AddChiSqCurveParams& p);
@@ -91,7 +71,7 @@ struct AddFreqCurveParams {
   std::optional<int> GraphNo, ModelNo, nColor;
   static constexpr auto Describe() {
     using P = AddFreqCurveParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo}, {"ModelNo", &P::ModelNo}, {"nColor", &P::nColor}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::nColor>("nColor")});
   }
 };
 MacroResult AddFreqCurveCommand(MacroCall& call, const AddFreqCurveParams& p);
@@ -100,7 +80,7 @@ struct DeleteDataCurveParams {
   std::optional<int> GraphNo, DatasetNo;
   static constexpr auto Describe() {
     using P = DeleteDataCurveParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo}, {"DatasetNo", &P::DatasetNo}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::DatasetNo>("DatasetNo")});
   }
 };
 MacroResult DeleteDataCurveCommand(MacroCall& call, const DeleteDataCurveParams& p);
@@ -111,7 +91,7 @@ struct DeleteModelCurveParams {
   static constexpr auto Describe() {
     using P = DeleteModelCurveParams;
     return std::to_array<ParamRow<P>>(
-        {{"GraphNo", &P::GraphNo}, {"ModelNo", &P::ModelNo}, {"Quantity", &P::Quantity, 10}});
+        {Row<&P::GraphNo>("GraphNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::Quantity>("Quantity", 10)});
   }
 };
 MacroResult DeleteModelCurveCommand(MacroCall& call, const DeleteModelCurveParams& p);
@@ -121,7 +101,7 @@ struct ExportGraphParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = ExportGraphParams;
-    return std::to_array<ParamRow<P>>({{"GraphNo", &P::GraphNo}, {"File", &P::File, 200}});
+    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::File>("File", 200)});
   }
 };
 MacroResult ExportGraphCommand(MacroCall& call, const ExportGraphParams& p);
@@ -132,16 +112,14 @@ struct DrawGraphParams {
   static constexpr auto Describe() {
     using P = DrawGraphParams;
     return std::to_array<ParamRow<P>>(
-        {{"GraphNo", &P::GraphNo}, {"File", &P::File, 200}, {"Width", &P::Width}, {"Height", &P::Height}});
+        {Row<&P::GraphNo>("GraphNo"), Row<&P::File>("File", 200), Row<&P::Width>("Width"), Row<&P::Height>("Height")});
   }
 };
 MacroResult DrawGraphCommand(MacroCall& call, const DrawGraphParams& p);
 
 struct GraphNoParams {
   std::optional<int> GraphNo;
-  static constexpr auto Describe() {
-    return std::to_array<ParamRow<GraphNoParams>>({{"GraphNo", &GraphNoParams::GraphNo}});
-  }
+  static constexpr auto Describe() { return std::to_array({Row<&GraphNoParams::GraphNo>("GraphNo")}); }
 };
 MacroResult CloseGraphCommand(MacroCall& call, const GraphNoParams& p);
 

@@ -16,20 +16,18 @@ struct PositionParams {
   std::optional<int> XPos, YPos;
   static constexpr auto Describe() {
     using P = PositionParams;
-    return std::to_array<ParamRow<P>>({{"XPos", &P::XPos}, {"YPos", &P::YPos}});
+    return std::to_array({Row<&P::XPos>("XPos"), Row<&P::YPos>("YPos")});
   }
 };
 
 struct FileParams {
   std::optional<std::string> File;
-  static constexpr auto Describe() { return std::to_array<ParamRow<FileParams>>({{"File", &FileParams::File, 200}}); }
+  static constexpr auto Describe() { return std::to_array({Row<&FileParams::File>("File", 200)}); }
 };
 
 struct ModelNoParams {
   std::optional<int> ModelNo;
-  static constexpr auto Describe() {
-    return std::to_array<ParamRow<ModelNoParams>>({{"ModelNo", &ModelNoParams::ModelNo}});
-  }
+  static constexpr auto Describe() { return std::to_array({Row<&ModelNoParams::ModelNo>("ModelNo")}); }
 };
 
 struct ModelFileParams {
@@ -37,7 +35,7 @@ struct ModelFileParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = ModelFileParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo}, {"File", &P::File, 200}});
+    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::File>("File", 200)});
   }
 };
 

@@ -13,7 +13,7 @@ struct FreeShapeParams {
   std::optional<std::string> Key;
   static constexpr auto Describe() {
     using P = FreeShapeParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo}, {"Key", &P::Key, 100}});
+    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::Key>("Key", 100)});
   }
 };
 MacroResult FreeShapeCommand(MacroCall& call, const FreeShapeParams& p);
@@ -24,16 +24,11 @@ struct VarDielFuncParams {
       Source3Every2nd;
   static constexpr auto Describe() {
     using P = VarDielFuncParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo},
-                                       {"Source1DatasetNo", &P::Source1DatasetNo},
-                                       {"Source1Every2nd", &P::Source1Every2nd},
-                                       {"Source2DatasetNo", &P::Source2DatasetNo},
-                                       {"Source2Every2nd", &P::Source2Every2nd},
-                                       {"Source3DatasetNo", &P::Source3DatasetNo},
-                                       {"Source3Every2nd", &P::Source3Every2nd},
-                                       {"KK", &P::KK},
-                                       {"On", &P::On},
-                                       {"FitActive", &P::FitActive}});
+    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::Source1DatasetNo>("Source1DatasetNo"),
+                          Row<&P::Source1Every2nd>("Source1Every2nd"), Row<&P::Source2DatasetNo>("Source2DatasetNo"),
+                          Row<&P::Source2Every2nd>("Source2Every2nd"), Row<&P::Source3DatasetNo>("Source3DatasetNo"),
+                          Row<&P::Source3Every2nd>("Source3Every2nd"), Row<&P::KK>("KK"), Row<&P::On>("On"),
+                          Row<&P::FitActive>("FitActive")});
   }
 };
 MacroResult VarDielFuncCommand(MacroCall& call, const VarDielFuncParams& p);
