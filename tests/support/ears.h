@@ -16,10 +16,24 @@ class Ears : public SessionListener {
   Ears& operator=(const Ears&) = delete;
   ~Ears() override { session_.StopListening(*this); }
   void Changed(const Change& change) override {
-    static constexpr const char* kNames[] = {
-        "dataset loaded", "dataset", "dataset unloaded", "new model", "model", "rows",         "model loaded", "model closed",
-        "experiment",     "terms",   "fit",              "options",   "run",   "new graph",    "graph",        "graph closed",
-        "settings",       "everything"};
+    static constexpr const char* kNames[] = {"dataset loaded",
+                                             "dataset",
+                                             "dataset unloaded",
+                                             "new model",
+                                             "model",
+                                             "rows",
+                                             "model loaded",
+                                             "model closed",
+                                             "experiment",
+                                             "terms",
+                                             "fit",
+                                             "options",
+                                             "run",
+                                             "new graph",
+                                             "graph",
+                                             "graph closed",
+                                             "settings",
+                                             "everything"};
     heard.push_back(kNames[static_cast<int>(change.kind)]);
     if (change.id != 0) heard.back() += ' ' + std::to_string(change.id);
   }

@@ -8,9 +8,7 @@ namespace {
 
 class FileDialogs : public OpenWindows {
  protected:
-  std::optional<std::string> Ask(const FileQuestion& question) {
-    return AskFile(desk, question);
-  }
+  std::optional<std::string> Ask(const FileQuestion& question) { return AskFile(desk, question); }
 };
 
 TEST_F(FileDialogs, OpenWhereTheLastOneOfThisRunEnded) {

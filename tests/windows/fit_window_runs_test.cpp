@@ -67,7 +67,9 @@ TEST_F(FitWindows, ARunTellsThatItHasBegunBeforeItsFirstIteration) {
   fit.options.StopOnIterations = true;
   fit.options.MaxIterations = 1;
   Texts heard;
-  platform.events = [&] { heard.push_back(std::to_string(fit.IterationCount) + (fit.FitRunning ? " running" : " idle")); };
+  platform.events = [&] {
+    heard.push_back(std::to_string(fit.IterationCount) + (fit.FitRunning ? " running" : " idle"));
+  };
   PressFitStart(desk);
   EXPECT_EQ(heard, (Texts{"0 running", "1 running"}));
 }
