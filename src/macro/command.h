@@ -7,6 +7,8 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "core/status.h"
@@ -60,42 +62,41 @@ struct MacroCommand {
 
 // One row of the description of a command's parameters: a name, and the member of the record P that takes the value.
 // The type of the member is the type of the parameter.
-template <class P>
+template <class P, class T>
 struct ParamRow {
   MacroParam param;
-  std::optional<int> P::*integer = nullptr;
-  std::optional<double> P::*real = nullptr;
-  std::optional<std::string> P::*text = nullptr;
-
-  constexpr ParamRow(const char* name, std::optional<int> P::*member)
-      : param{name, ParamType::kInteger, 0}, integer(member) {}
-  constexpr ParamRow(const char* name, std::optional<double> P::*member)
-      : param{name, ParamType::kReal, 0}, real(member) {}
-  constexpr ParamRow(const char* name, std::optional<std::string> P::*member, int length)
-      : param{name, ParamType::kString, length}, text(member) {}
+  std::optional<T> P::*member;
 
   void Take(const MacroSlot& slot, P& record) const {
     if (!slot.given) return;
-    if (integer) record.*integer = slot.intValue;
-    if (real) record.*real = slot.realValue;
-    if (text) record.*text = slot.text;
+    if constexpr (std::is_same_v<T, int>) record.*member = slot.intValue;
+    if constexpr (std::is_same_v<T, double>) record.*member = slot.realValue;
+    if constexpr (std::is_same_v<T, std::string>) record.*member = slot.text;
   }
 };
+template <class P>
+constexpr ParamRow<P, int> Param(const char* name, std::optional<int> P::*member) {
+  return {{name, ParamType::kInteger, 0}, member};
+}
+template <class P>
+constexpr ParamRow<P, double> Param(const char* name, std::optional<double> P::*member) {
+  return {{name, ParamType::kReal, 0}, member};
+}
+template <class P>
+constexpr ParamRow<P, std::string> Param(const char* name, std::optional<std::string> P::*member, int length) {
+  return {{name, ParamType::kString, length}, member};
+}
 
-// The rows of a record P, which P::Describe() gives, and what the parser sees of them.
+// What the parser sees of a record P, whose rows are P::Describe(), a tuple of them.
 template <class P>
-inline constexpr auto kRowsOf = P::Describe();
-template <class P>
-inline constexpr auto kParamsOf = [] {
-  std::array<MacroParam, kRowsOf<P>.size()> params;
-  for (std::size_t i = 0; i < params.size(); ++i) params[i] = kRowsOf<P>[i].param;
-  return params;
-}();
+inline constexpr auto kParamsOf =
+    std::apply([](const auto&... row) { return std::array<MacroParam, sizeof...(row)>{row.param...}; }, P::Describe());
 
 template <class P>
-P RecordOf(const MacroBlock& block) {
+P RecordOf([[maybe_unused]] const MacroBlock& block) {
   P record;
-  for (std::size_t i = 0; i < kRowsOf<P>.size(); ++i) kRowsOf<P>[i].Take(block[i], record);
+  std::apply([&, i = std::size_t{0}](const auto&... row) mutable { (row.Take(block[i++], record), ...); },
+             P::Describe());
   return record;
 }
 

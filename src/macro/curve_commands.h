@@ -11,15 +11,9 @@ struct ExportModelCurveParams {
   std::optional<std::string> File, Quantity;
   static constexpr auto Describe() {
     using P = ExportModelCurveParams;
-    return std::to_array<ParamRow<P>>({{"File", &P::File, 200},
-                                       {"ModelNo", &P::ModelNo},
-                                       {"XMethod", &P::XMethod},
-                                       {"Quantity", &P::Quantity, 10},
-                                       {"XMin", &P::XMin},
-                                       {"XMax", &P::XMax},
-                                       {"XPts", &P::XPts},
-                                       {"XGrid", &P::XGrid},
-                                       {"Deriv", &P::Deriv}});
+    return std::tuple(Param("File", &P::File, 200), Param("ModelNo", &P::ModelNo), Param("XMethod", &P::XMethod),
+                      Param("Quantity", &P::Quantity, 10), Param("XMin", &P::XMin), Param("XMax", &P::XMax),
+                      Param("XPts", &P::XPts), Param("XGrid", &P::XGrid), Param("Deriv", &P::Deriv));
   }
 };
 MacroResult ExportModelCurveCommand(MacroCall& call, const ExportModelCurveParams& p);

@@ -13,14 +13,10 @@ struct SetExpParamParams {
   std::optional<std::string> ParamName;
   static constexpr auto Describe() {
     using P = SetExpParamParams;
-    return std::to_array<ParamRow<P>>({{"ParamName", &P::ParamName, 100},
-                                       {"Value", &P::Value},
-                                       {"FitActive", &P::FitActive},
-                                       {"MinLimit", &P::MinLimit},
-                                       {"MaxLimit", &P::MaxLimit},
-                                       {"MinOn", &P::MinOn},
-                                       {"MaxOn", &P::MaxOn},
-                                       {"CoupledTo", &P::CoupledTo}});
+    return std::tuple(Param("ParamName", &P::ParamName, 100), Param("Value", &P::Value),
+                      Param("FitActive", &P::FitActive), Param("MinLimit", &P::MinLimit),
+                      Param("MaxLimit", &P::MaxLimit), Param("MinOn", &P::MinOn), Param("MaxOn", &P::MaxOn),
+                      Param("CoupledTo", &P::CoupledTo));
   }
 };
 MacroResult SetExpParamCommand(MacroCall& call, const SetExpParamParams& p);
@@ -31,7 +27,7 @@ struct AddChiSqTermParams {
   std::optional<double> Weight;
   static constexpr auto Describe() {
     using P = AddChiSqTermParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"ModelNo", &P::ModelNo}, {"Weight", &P::Weight}});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo), Param("Weight", &P::Weight));
   }
 };
 MacroResult AddChiSqTermCommand(MacroCall& call, const AddChiSqTermParams& p);
@@ -40,16 +36,14 @@ struct DeleteChiSqTermParams {
   std::optional<int> DatasetNo, ModelNo;
   static constexpr auto Describe() {
     using P = DeleteChiSqTermParams;
-    return std::to_array<ParamRow<P>>({{"DatasetNo", &P::DatasetNo}, {"ModelNo", &P::ModelNo}});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo));
   }
 };
 MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams& p);
 
 struct FitRunParams {
   std::optional<int> NumIters;
-  static constexpr auto Describe() {
-    return std::to_array<ParamRow<FitRunParams>>({{"NumIters", &FitRunParams::NumIters}});
-  }
+  static constexpr auto Describe() { return std::tuple(Param("NumIters", &FitRunParams::NumIters)); }
 };
 MacroResult FitCommand(MacroCall& call, const FitRunParams& p);
 
@@ -60,19 +54,13 @@ struct FitOptionsParams {
   bool operator==(const FitOptionsParams&) const = default;
   static constexpr auto Describe() {
     using P = FitOptionsParams;
-    return std::to_array<ParamRow<P>>({{"StopOnIterations", &P::StopOnIterations},
-                                       {"MaxIterations", &P::MaxIterations},
-                                       {"StopOnTime", &P::StopOnTime},
-                                       {"MaxSeconds", &P::MaxSeconds},
-                                       {"StopOnReduction", &P::StopOnReduction},
-                                       {"ReductionIterations", &P::ReductionIterations},
-                                       {"ReductionAmount", &P::ReductionAmount},
-                                       {"StopOnLambda", &P::StopOnLambda},
-                                       {"MaxLambda", &P::MaxLambda},
-                                       {"InitialLambda", &P::InitialLambda},
-                                       {"CalcConfidence", &P::CalcConfidence},
-                                       {"DeltaChiSq", &P::DeltaChiSq},
-                                       {"LogFit", &P::LogFit}});
+    return std::tuple(
+        Param("StopOnIterations", &P::StopOnIterations), Param("MaxIterations", &P::MaxIterations),
+        Param("StopOnTime", &P::StopOnTime), Param("MaxSeconds", &P::MaxSeconds),
+        Param("StopOnReduction", &P::StopOnReduction), Param("ReductionIterations", &P::ReductionIterations),
+        Param("ReductionAmount", &P::ReductionAmount), Param("StopOnLambda", &P::StopOnLambda),
+        Param("MaxLambda", &P::MaxLambda), Param("InitialLambda", &P::InitialLambda),
+        Param("CalcConfidence", &P::CalcConfidence), Param("DeltaChiSq", &P::DeltaChiSq), Param("LogFit", &P::LogFit));
   }
 };
 MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p);

@@ -9,11 +9,8 @@ struct NewModelParams {
   std::optional<int> XPos, YPos, Width, Height, VarDielFuncSeen;
   static constexpr auto Describe() {
     using P = NewModelParams;
-    return std::to_array<ParamRow<P>>({{"XPos", &P::XPos},
-                                       {"YPos", &P::YPos},
-                                       {"Width", &P::Width},
-                                       {"Height", &P::Height},
-                                       {"VarDielFuncSeen", &P::VarDielFuncSeen}});
+    return std::tuple(Param("XPos", &P::XPos), Param("YPos", &P::YPos), Param("Width", &P::Width),
+                      Param("Height", &P::Height), Param("VarDielFuncSeen", &P::VarDielFuncSeen));
   }
 };
 MacroResult NewModelCommand(MacroCall& call, const NewModelParams& p);
@@ -26,17 +23,10 @@ struct SetModelParamParams {
   std::optional<std::string> ParamName;
   static constexpr auto Describe() {
     using P = SetModelParamParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo},
-                                       {"ParamName", &P::ParamName, 100},
-                                       {"LorNo", &P::LorNo},
-                                       {"Value", &P::Value},
-                                       {"FitActive", &P::FitActive},
-                                       {"MinLimit", &P::MinLimit},
-                                       {"MaxLimit", &P::MaxLimit},
-                                       {"MinOn", &P::MinOn},
-                                       {"MaxOn", &P::MaxOn},
-                                       {"CoupledTo", &P::CoupledTo},
-                                       {"Update", &P::Update}});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("ParamName", &P::ParamName, 100), Param("LorNo", &P::LorNo),
+                      Param("Value", &P::Value), Param("FitActive", &P::FitActive), Param("MinLimit", &P::MinLimit),
+                      Param("MaxLimit", &P::MaxLimit), Param("MinOn", &P::MinOn), Param("MaxOn", &P::MaxOn),
+                      Param("CoupledTo", &P::CoupledTo), Param("Update", &P::Update));
   }
 };
 MacroResult SetModelParamCommand(MacroCall& call, const SetModelParamParams& p);
@@ -46,12 +36,9 @@ struct CopyModelParamParams {
   std::optional<std::string> DestParamName, SourceParamName;
   static constexpr auto Describe() {
     using P = CopyModelParamParams;
-    return std::to_array<ParamRow<P>>({{"DestModelNo", &P::DestModelNo},
-                                       {"DestParamName", &P::DestParamName, 100},
-                                       {"DestLorNo", &P::DestLorNo},
-                                       {"SourceModelNo", &P::SourceModelNo},
-                                       {"SourceParamName", &P::SourceParamName, 100},
-                                       {"SourceLorNo", &P::SourceLorNo}});
+    return std::tuple(Param("DestModelNo", &P::DestModelNo), Param("DestParamName", &P::DestParamName, 100),
+                      Param("DestLorNo", &P::DestLorNo), Param("SourceModelNo", &P::SourceModelNo),
+                      Param("SourceParamName", &P::SourceParamName, 100), Param("SourceLorNo", &P::SourceLorNo));
   }
 };
 MacroResult CopyModelParamCommand(MacroCall& call, const CopyModelParamParams& p);
@@ -61,7 +48,7 @@ struct ModelRowParams {
   std::optional<int> ModelNo, LorNo;
   static constexpr auto Describe() {
     using P = ModelRowParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo}, {"LorNo", &P::LorNo}});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("LorNo", &P::LorNo));
   }
 };
 MacroResult InsertModelRowCommand(MacroCall& call, const ModelRowParams& p);
@@ -71,7 +58,7 @@ struct MoveModelRowParams {
   std::optional<int> ModelNo, LorNo, Up;
   static constexpr auto Describe() {
     using P = MoveModelRowParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo}, {"LorNo", &P::LorNo}, {"Up", &P::Up}});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("LorNo", &P::LorNo), Param("Up", &P::Up));
   }
 };
 MacroResult MoveModelRowCommand(MacroCall& call, const MoveModelRowParams& p);
@@ -80,7 +67,7 @@ struct SortModelRowsParams {
   std::optional<int> ModelNo, Key;
   static constexpr auto Describe() {
     using P = SortModelRowsParams;
-    return std::to_array<ParamRow<P>>({{"ModelNo", &P::ModelNo}, {"Key", &P::Key}});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("Key", &P::Key));
   }
 };
 MacroResult SortModelRowsCommand(MacroCall& call, const SortModelRowsParams& p);
