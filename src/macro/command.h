@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -59,50 +60,43 @@ struct MacroCommand {
   std::span<const MacroParam> params;  // their order decides what an abbreviation means
 };
 
-// One row of the description of a command's parameters: the name, and how its value goes into the record P.
-template <class P>
+// One row of the description of a command's parameters: a name, and the member of the record P that takes the value.
+// The type of the member is the type of the parameter.
+template <class P, class T>
 struct ParamRow {
   MacroParam param;
-  void (*take)(const MacroSlot& slot, P& record);
+  std::optional<T> P::*member;
+
+  void Take(const MacroSlot& slot, P& record) const {
+    if (!slot.given) return;
+    if constexpr (std::is_same_v<T, int>) record.*member = slot.intValue;
+    if constexpr (std::is_same_v<T, double>) record.*member = slot.realValue;
+    if constexpr (std::is_same_v<T, std::string>) record.*member = slot.text;
+  }
 };
-
-inline void TakeValue(const MacroSlot& slot, std::optional<int>& member) { member = slot.intValue; }
-inline void TakeValue(const MacroSlot& slot, std::optional<double>& member) { member = slot.realValue; }
-inline void TakeValue(const MacroSlot& slot, std::optional<std::string>& member) { member = slot.text; }
-
-template <class T>
-inline constexpr ParamType kTypeOfMember = ParamType::kString;
-template <>
-inline constexpr ParamType kTypeOfMember<int> = ParamType::kInteger;
-template <>
-inline constexpr ParamType kTypeOfMember<double> = ParamType::kReal;
-
-// The row of a member of the record, whose type is the type of the parameter. length: the capacity of a string, bytes.
-template <auto kMember>
-constexpr auto Row(const char* name, int length = 0) {
-  return [&]<class P, class T>(std::optional<T> P::*) {
-    static_assert(kTypeOfMember<T> != ParamType::kString || std::is_same_v<T, std::string>);
-    const auto take = [](const MacroSlot& slot, P& record) { TakeValue(slot, record.*kMember); };
-    return ParamRow<P>{{name, kTypeOfMember<T>, length}, take};
-  }(kMember);
+template <class P>
+constexpr ParamRow<P, int> Param(const char* name, std::optional<int> P::*member) {
+  return {{name, ParamType::kInteger, 0}, member};
+}
+template <class P>
+constexpr ParamRow<P, double> Param(const char* name, std::optional<double> P::*member) {
+  return {{name, ParamType::kReal, 0}, member};
+}
+template <class P>
+constexpr ParamRow<P, std::string> Param(const char* name, std::optional<std::string> P::*member, int length) {
+  return {{name, ParamType::kString, length}, member};
 }
 
-// The rows of a record P, which P::Describe() gives, and what the parser sees of them.
+// What the parser sees of a record P, whose rows are P::Describe(), a tuple of them.
 template <class P>
-inline constexpr auto kRowsOf = P::Describe();
-template <class P>
-inline constexpr auto kParamsOf = [] {
-  std::array<MacroParam, kRowsOf<P>.size()> params;
-  for (std::size_t i = 0; i < params.size(); ++i) params[i] = kRowsOf<P>[i].param;
-  return params;
-}();
+inline constexpr auto kParamsOf =
+    std::apply([](const auto&... row) { return std::array<MacroParam, sizeof...(row)>{row.param...}; }, P::Describe());
 
 template <class P>
-P RecordOf(const MacroBlock& block) {
+P RecordOf([[maybe_unused]] const MacroBlock& block) {
   P record;
-  for (std::size_t i = 0; i < kRowsOf<P>.size(); ++i) {
-    if (block[i].given) kRowsOf<P>[i].take(block[i], record);
-  }
+  std::apply([&, i = std::size_t{0}](const auto&... row) mutable { (row.Take(block[i++], record), ...); },
+             P::Describe());
   return record;
 }
 

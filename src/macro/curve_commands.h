@@ -11,9 +11,9 @@ struct ExportModelCurveParams {
   std::optional<std::string> File, Quantity;
   static constexpr auto Describe() {
     using P = ExportModelCurveParams;
-    return std::to_array({Row<&P::File>("File", 200), Row<&P::ModelNo>("ModelNo"), Row<&P::XMethod>("XMethod"),
-                          Row<&P::Quantity>("Quantity", 10), Row<&P::XMin>("XMin"), Row<&P::XMax>("XMax"),
-                          Row<&P::XPts>("XPts"), Row<&P::XGrid>("XGrid"), Row<&P::Deriv>("Deriv")});
+    return std::tuple(Param("File", &P::File, 200), Param("ModelNo", &P::ModelNo), Param("XMethod", &P::XMethod),
+                      Param("Quantity", &P::Quantity, 10), Param("XMin", &P::XMin), Param("XMax", &P::XMax),
+                      Param("XPts", &P::XPts), Param("XGrid", &P::XGrid), Param("Deriv", &P::Deriv));
   }
 };
 MacroResult ExportModelCurveCommand(MacroCall& call, const ExportModelCurveParams& p);

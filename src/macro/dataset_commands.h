@@ -13,19 +13,19 @@ struct LoadDatasetParams {
   std::optional<std::string> Quantity, MasterFile, XFile, YErrFile;
   static constexpr auto Describe() {
     using P = LoadDatasetParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Quantity>("Quantity", 10),
-                          Row<&P::MasterFile>("MasterFile", 200), Row<&P::XMethod>("XMethod"),
-                          Row<&P::XFile>("XFile", 200), Row<&P::XMin>("XMin"), Row<&P::XMax>("XMax"),
-                          Row<&P::XPts>("XPts"), Row<&P::XGrid>("XGrid"), Row<&P::YMethod>("YMethod"),
-                          Row<&P::YVal>("YVal"), Row<&P::YErrMethod>("YErrMethod"), Row<&P::YErrFile>("YErrFile", 200),
-                          Row<&P::YErrVal>("YErrVal"), Row<&P::Match>("Match")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("Quantity", &P::Quantity, 10),
+                      Param("MasterFile", &P::MasterFile, 200), Param("XMethod", &P::XMethod),
+                      Param("XFile", &P::XFile, 200), Param("XMin", &P::XMin), Param("XMax", &P::XMax),
+                      Param("XPts", &P::XPts), Param("XGrid", &P::XGrid), Param("YMethod", &P::YMethod),
+                      Param("YVal", &P::YVal), Param("YErrMethod", &P::YErrMethod),
+                      Param("YErrFile", &P::YErrFile, 200), Param("YErrVal", &P::YErrVal), Param("Match", &P::Match));
   }
 };
 MacroResult LoadDatasetCommand(MacroCall& call, const LoadDatasetParams& p);
 
 struct DatasetNoParams {
   std::optional<int> DatasetNo;
-  static constexpr auto Describe() { return std::to_array({Row<&DatasetNoParams::DatasetNo>("DatasetNo")}); }
+  static constexpr auto Describe() { return std::tuple(Param("DatasetNo", &DatasetNoParams::DatasetNo)); }
 };
 MacroResult UnloadDatasetCommand(MacroCall& call, const DatasetNoParams& p);
 
@@ -34,7 +34,7 @@ struct TransformDatasetParams {
   std::optional<double> Scale, Shift;
   static constexpr auto Describe() {
     using P = TransformDatasetParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("Scale", &P::Scale), Param("Shift", &P::Shift));
   }
 };
 MacroResult TransformDatasetCommand(MacroCall& call, const TransformDatasetParams& p);
@@ -44,8 +44,8 @@ struct ExportDatasetParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = ExportDatasetParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::File>("File", 200),
-                          Row<&P::ExportFitted>("ExportFitted"), Row<&P::ExportErrorBars>("ExportErrorBars")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("File", &P::File, 200),
+                      Param("ExportFitted", &P::ExportFitted), Param("ExportErrorBars", &P::ExportErrorBars));
   }
 };
 MacroResult ExportDatasetCommand(MacroCall& call, const ExportDatasetParams& p);
@@ -55,7 +55,7 @@ struct AddNoiseParams {
   std::optional<double> Sigma;
   static constexpr auto Describe() {
     using P = AddNoiseParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Sigma>("Sigma")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("Sigma", &P::Sigma));
   }
 };
 MacroResult AddNoiseCommand(MacroCall& call, const AddNoiseParams& p);
@@ -65,7 +65,7 @@ struct CutDatasetParams {
   std::optional<double> XMin, XMax;
   static constexpr auto Describe() {
     using P = CutDatasetParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::XMin>("XMin"), Row<&P::XMax>("XMax")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("XMin", &P::XMin), Param("XMax", &P::XMax));
   }
 };
 MacroResult CutDatasetCommand(MacroCall& call, const CutDatasetParams& p);
@@ -75,7 +75,7 @@ struct SetDatasetQuantityParams {
   std::optional<std::string> Quantity;
   static constexpr auto Describe() {
     using P = SetDatasetQuantityParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::Quantity>("Quantity", 10)});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("Quantity", &P::Quantity, 10));
   }
 };
 MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityParams& p);

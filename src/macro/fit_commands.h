@@ -13,9 +13,10 @@ struct SetExpParamParams {
   std::optional<std::string> ParamName;
   static constexpr auto Describe() {
     using P = SetExpParamParams;
-    return std::to_array({Row<&P::ParamName>("ParamName", 100), Row<&P::Value>("Value"),
-                          Row<&P::FitActive>("FitActive"), Row<&P::MinLimit>("MinLimit"), Row<&P::MaxLimit>("MaxLimit"),
-                          Row<&P::MinOn>("MinOn"), Row<&P::MaxOn>("MaxOn"), Row<&P::CoupledTo>("CoupledTo")});
+    return std::tuple(Param("ParamName", &P::ParamName, 100), Param("Value", &P::Value),
+                      Param("FitActive", &P::FitActive), Param("MinLimit", &P::MinLimit),
+                      Param("MaxLimit", &P::MaxLimit), Param("MinOn", &P::MinOn), Param("MaxOn", &P::MaxOn),
+                      Param("CoupledTo", &P::CoupledTo));
   }
 };
 MacroResult SetExpParamCommand(MacroCall& call, const SetExpParamParams& p);
@@ -26,7 +27,7 @@ struct AddChiSqTermParams {
   std::optional<double> Weight;
   static constexpr auto Describe() {
     using P = AddChiSqTermParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::Weight>("Weight")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo), Param("Weight", &P::Weight));
   }
 };
 MacroResult AddChiSqTermCommand(MacroCall& call, const AddChiSqTermParams& p);
@@ -35,14 +36,14 @@ struct DeleteChiSqTermParams {
   std::optional<int> DatasetNo, ModelNo;
   static constexpr auto Describe() {
     using P = DeleteChiSqTermParams;
-    return std::to_array({Row<&P::DatasetNo>("DatasetNo"), Row<&P::ModelNo>("ModelNo")});
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo));
   }
 };
 MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams& p);
 
 struct FitRunParams {
   std::optional<int> NumIters;
-  static constexpr auto Describe() { return std::to_array({Row<&FitRunParams::NumIters>("NumIters")}); }
+  static constexpr auto Describe() { return std::tuple(Param("NumIters", &FitRunParams::NumIters)); }
 };
 MacroResult FitCommand(MacroCall& call, const FitRunParams& p);
 
@@ -53,13 +54,13 @@ struct FitOptionsParams {
   bool operator==(const FitOptionsParams&) const = default;
   static constexpr auto Describe() {
     using P = FitOptionsParams;
-    return std::to_array(
-        {Row<&P::StopOnIterations>("StopOnIterations"), Row<&P::MaxIterations>("MaxIterations"),
-         Row<&P::StopOnTime>("StopOnTime"), Row<&P::MaxSeconds>("MaxSeconds"),
-         Row<&P::StopOnReduction>("StopOnReduction"), Row<&P::ReductionIterations>("ReductionIterations"),
-         Row<&P::ReductionAmount>("ReductionAmount"), Row<&P::StopOnLambda>("StopOnLambda"),
-         Row<&P::MaxLambda>("MaxLambda"), Row<&P::InitialLambda>("InitialLambda"),
-         Row<&P::CalcConfidence>("CalcConfidence"), Row<&P::DeltaChiSq>("DeltaChiSq"), Row<&P::LogFit>("LogFit")});
+    return std::tuple(
+        Param("StopOnIterations", &P::StopOnIterations), Param("MaxIterations", &P::MaxIterations),
+        Param("StopOnTime", &P::StopOnTime), Param("MaxSeconds", &P::MaxSeconds),
+        Param("StopOnReduction", &P::StopOnReduction), Param("ReductionIterations", &P::ReductionIterations),
+        Param("ReductionAmount", &P::ReductionAmount), Param("StopOnLambda", &P::StopOnLambda),
+        Param("MaxLambda", &P::MaxLambda), Param("InitialLambda", &P::InitialLambda),
+        Param("CalcConfidence", &P::CalcConfidence), Param("DeltaChiSq", &P::DeltaChiSq), Param("LogFit", &P::LogFit));
   }
 };
 MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p);

@@ -7,7 +7,7 @@ namespace kalvex {
 
 struct BeginLoopParams {
   std::optional<std::string> LoopFile;
-  static constexpr auto Describe() { return std::to_array({Row<&BeginLoopParams::LoopFile>("LoopFile", 200)}); }
+  static constexpr auto Describe() { return std::tuple(Param("LoopFile", &BeginLoopParams::LoopFile, 200)); }
 };
 MacroResult BeginLoopCommand(MacroCall& call, const BeginLoopParams& p);
 MacroResult EndLoopCommand(MacroCall& call, const NoParams& p);
@@ -17,28 +17,28 @@ struct MainWindowParams {
   std::optional<std::string> Title;
   static constexpr auto Describe() {
     using P = MainWindowParams;
-    return std::to_array({Row<&P::XPos>("XPos"), Row<&P::YPos>("YPos"), Row<&P::Width>("Width"),
-                          Row<&P::Height>("Height"), Row<&P::Title>("Title", 200)});
+    return std::tuple(Param("XPos", &P::XPos), Param("YPos", &P::YPos), Param("Width", &P::Width),
+                      Param("Height", &P::Height), Param("Title", &P::Title, 200));
   }
 };
 MacroResult MainWindowCommand(MacroCall& call, const MainWindowParams& p);
 
 struct WaitParams {
   std::optional<int> Time;
-  static constexpr auto Describe() { return std::to_array({Row<&WaitParams::Time>("Time")}); }
+  static constexpr auto Describe() { return std::tuple(Param("Time", &WaitParams::Time)); }
 };
 MacroResult WaitCommand(MacroCall& call, const WaitParams& p);
 MacroResult SuspendCommand(MacroCall& call, const NoParams& p);
 
 struct ExitParams {
   std::optional<int> QuitApp;
-  static constexpr auto Describe() { return std::to_array({Row<&ExitParams::QuitApp>("QuitApp")}); }
+  static constexpr auto Describe() { return std::tuple(Param("QuitApp", &ExitParams::QuitApp)); }
 };
 MacroResult ExitCommand(MacroCall& call, const ExitParams& p);
 
 struct EchoParams {
   std::optional<std::string> Text;
-  static constexpr auto Describe() { return std::to_array({Row<&EchoParams::Text>("Text", 200)}); }
+  static constexpr auto Describe() { return std::tuple(Param("Text", &EchoParams::Text, 200)); }
 };
 MacroResult EchoCommand(MacroCall& call, const EchoParams& p);
 

@@ -9,8 +9,8 @@ struct NewGraphParams {
   std::optional<int> XPos, YPos, Width, Height;
   static constexpr auto Describe() {
     using P = NewGraphParams;
-    return std::to_array<ParamRow<P>>(
-        {Row<&P::XPos>("XPos"), Row<&P::YPos>("YPos"), Row<&P::Width>("Width"), Row<&P::Height>("Height")});
+    return std::tuple(Param("XPos", &P::XPos), Param("YPos", &P::YPos), Param("Width", &P::Width),
+                      Param("Height", &P::Height));
   }
 };
 MacroResult NewGraphCommand(MacroCall& call, const NewGraphParams& p);
@@ -21,10 +21,10 @@ struct GraphPropertiesParams {
   std::optional<std::string> XTitle, YTitle;
   static constexpr auto Describe() {
     using P = GraphPropertiesParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::Xmin>("Xmin"), Row<&P::Xmax>("Xmax"),
-                          Row<&P::Xlog>("Xlog"), Row<&P::XTitle>("XTitle", 100), Row<&P::Ymin>("Ymin"),
-                          Row<&P::Ymax>("Ymax"), Row<&P::Ylog>("Ylog"), Row<&P::YTitle>("YTitle", 100),
-                          Row<&P::ShowFitted>("ShowFitted")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("Xmin", &P::Xmin), Param("Xmax", &P::Xmax),
+                      Param("Xlog", &P::Xlog), Param("XTitle", &P::XTitle, 100), Param("Ymin", &P::Ymin),
+                      Param("Ymax", &P::Ymax), Param("Ylog", &P::Ylog), Param("YTitle", &P::YTitle, 100),
+                      Param("ShowFitted", &P::ShowFitted));
   }
 };
 MacroResult GraphPropertiesCommand(MacroCall& call, const GraphPropertiesParams& p);
@@ -34,11 +34,11 @@ struct AddDataCurveParams {
   std::optional<double> Scale, Shift;
   static constexpr auto Describe() {
     using P = AddDataCurveParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::DatasetNo>("DatasetNo"), Row<&P::nColor>("nColor"),
-                          Row<&P::ShowLine>("ShowLine"), Row<&P::ShowSymbol>("ShowSymbol"),
-                          Row<&P::ShowError>("ShowError"), Row<&P::nSymbolSize>("nSymbolSize"),
-                          Row<&P::nSymbolShape>("nSymbolShape"), Row<&P::SymbolOpen>("SymbolOpen"),
-                          Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("DatasetNo", &P::DatasetNo), Param("nColor", &P::nColor),
+                      Param("ShowLine", &P::ShowLine), Param("ShowSymbol", &P::ShowSymbol),
+                      Param("ShowError", &P::ShowError), Param("nSymbolSize", &P::nSymbolSize),
+                      Param("nSymbolShape", &P::nSymbolShape), Param("SymbolOpen", &P::SymbolOpen),
+                      Param("Scale", &P::Scale), Param("Shift", &P::Shift));
   }
 };
 MacroResult AddDataCurveCommand(MacroCall& call, const AddDataCurveParams& p);
@@ -49,8 +49,8 @@ struct AddModelCurveParams {
   std::optional<std::string> Quantity;
   static constexpr auto Describe() {
     using P = AddModelCurveParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::Quantity>("Quantity", 10),
-                          Row<&P::nColor>("nColor"), Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("ModelNo", &P::ModelNo), Param("Quantity", &P::Quantity, 10),
+                      Param("nColor", &P::nColor), Param("Scale", &P::Scale), Param("Shift", &P::Shift));
   }
 };
 MacroResult AddModelCurveCommand(MacroCall& call, const AddModelCurveParams& p);
@@ -61,8 +61,8 @@ struct AddChiSqCurveParams {
   std::optional<double> Scale, Shift;
   static constexpr auto Describe() {
     using P = AddChiSqCurveParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::DatasetNo>("DatasetNo"), Row<&P::ModelNo>("ModelNo"),
-                          Row<&P::nColor>("nColor"), Row<&P::Scale>("Scale"), Row<&P::Shift>("Shift")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo),
+                      Param("nColor", &P::nColor), Param("Scale", &P::Scale), Param("Shift", &P::Shift));
   }
 };
 MacroResult AddChiSqCurveCommand(MacroCall& call, const AddChiSqCurveParams& p);
@@ -71,7 +71,7 @@ struct AddFreqCurveParams {
   std::optional<int> GraphNo, ModelNo, nColor;
   static constexpr auto Describe() {
     using P = AddFreqCurveParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::nColor>("nColor")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("ModelNo", &P::ModelNo), Param("nColor", &P::nColor));
   }
 };
 MacroResult AddFreqCurveCommand(MacroCall& call, const AddFreqCurveParams& p);
@@ -80,7 +80,7 @@ struct DeleteDataCurveParams {
   std::optional<int> GraphNo, DatasetNo;
   static constexpr auto Describe() {
     using P = DeleteDataCurveParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::DatasetNo>("DatasetNo")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("DatasetNo", &P::DatasetNo));
   }
 };
 MacroResult DeleteDataCurveCommand(MacroCall& call, const DeleteDataCurveParams& p);
@@ -90,8 +90,8 @@ struct DeleteModelCurveParams {
   std::optional<std::string> Quantity;
   static constexpr auto Describe() {
     using P = DeleteModelCurveParams;
-    return std::to_array<ParamRow<P>>(
-        {Row<&P::GraphNo>("GraphNo"), Row<&P::ModelNo>("ModelNo"), Row<&P::Quantity>("Quantity", 10)});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("ModelNo", &P::ModelNo),
+                      Param("Quantity", &P::Quantity, 10));
   }
 };
 MacroResult DeleteModelCurveCommand(MacroCall& call, const DeleteModelCurveParams& p);
@@ -101,7 +101,7 @@ struct ExportGraphParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = ExportGraphParams;
-    return std::to_array({Row<&P::GraphNo>("GraphNo"), Row<&P::File>("File", 200)});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("File", &P::File, 200));
   }
 };
 MacroResult ExportGraphCommand(MacroCall& call, const ExportGraphParams& p);
@@ -111,15 +111,15 @@ struct DrawGraphParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = DrawGraphParams;
-    return std::to_array<ParamRow<P>>(
-        {Row<&P::GraphNo>("GraphNo"), Row<&P::File>("File", 200), Row<&P::Width>("Width"), Row<&P::Height>("Height")});
+    return std::tuple(Param("GraphNo", &P::GraphNo), Param("File", &P::File, 200), Param("Width", &P::Width),
+                      Param("Height", &P::Height));
   }
 };
 MacroResult DrawGraphCommand(MacroCall& call, const DrawGraphParams& p);
 
 struct GraphNoParams {
   std::optional<int> GraphNo;
-  static constexpr auto Describe() { return std::to_array({Row<&GraphNoParams::GraphNo>("GraphNo")}); }
+  static constexpr auto Describe() { return std::tuple(Param("GraphNo", &GraphNoParams::GraphNo)); }
 };
 MacroResult CloseGraphCommand(MacroCall& call, const GraphNoParams& p);
 

@@ -9,8 +9,8 @@ struct NewModelParams {
   std::optional<int> XPos, YPos, Width, Height, VarDielFuncSeen;
   static constexpr auto Describe() {
     using P = NewModelParams;
-    return std::to_array({Row<&P::XPos>("XPos"), Row<&P::YPos>("YPos"), Row<&P::Width>("Width"),
-                          Row<&P::Height>("Height"), Row<&P::VarDielFuncSeen>("VarDielFuncSeen")});
+    return std::tuple(Param("XPos", &P::XPos), Param("YPos", &P::YPos), Param("Width", &P::Width),
+                      Param("Height", &P::Height), Param("VarDielFuncSeen", &P::VarDielFuncSeen));
   }
 };
 MacroResult NewModelCommand(MacroCall& call, const NewModelParams& p);
@@ -23,10 +23,10 @@ struct SetModelParamParams {
   std::optional<std::string> ParamName;
   static constexpr auto Describe() {
     using P = SetModelParamParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::ParamName>("ParamName", 100), Row<&P::LorNo>("LorNo"),
-                          Row<&P::Value>("Value"), Row<&P::FitActive>("FitActive"), Row<&P::MinLimit>("MinLimit"),
-                          Row<&P::MaxLimit>("MaxLimit"), Row<&P::MinOn>("MinOn"), Row<&P::MaxOn>("MaxOn"),
-                          Row<&P::CoupledTo>("CoupledTo"), Row<&P::Update>("Update")});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("ParamName", &P::ParamName, 100), Param("LorNo", &P::LorNo),
+                      Param("Value", &P::Value), Param("FitActive", &P::FitActive), Param("MinLimit", &P::MinLimit),
+                      Param("MaxLimit", &P::MaxLimit), Param("MinOn", &P::MinOn), Param("MaxOn", &P::MaxOn),
+                      Param("CoupledTo", &P::CoupledTo), Param("Update", &P::Update));
   }
 };
 MacroResult SetModelParamCommand(MacroCall& call, const SetModelParamParams& p);
@@ -36,9 +36,9 @@ struct CopyModelParamParams {
   std::optional<std::string> DestParamName, SourceParamName;
   static constexpr auto Describe() {
     using P = CopyModelParamParams;
-    return std::to_array({Row<&P::DestModelNo>("DestModelNo"), Row<&P::DestParamName>("DestParamName", 100),
-                          Row<&P::DestLorNo>("DestLorNo"), Row<&P::SourceModelNo>("SourceModelNo"),
-                          Row<&P::SourceParamName>("SourceParamName", 100), Row<&P::SourceLorNo>("SourceLorNo")});
+    return std::tuple(Param("DestModelNo", &P::DestModelNo), Param("DestParamName", &P::DestParamName, 100),
+                      Param("DestLorNo", &P::DestLorNo), Param("SourceModelNo", &P::SourceModelNo),
+                      Param("SourceParamName", &P::SourceParamName, 100), Param("SourceLorNo", &P::SourceLorNo));
   }
 };
 MacroResult CopyModelParamCommand(MacroCall& call, const CopyModelParamParams& p);
@@ -48,7 +48,7 @@ struct ModelRowParams {
   std::optional<int> ModelNo, LorNo;
   static constexpr auto Describe() {
     using P = ModelRowParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::LorNo>("LorNo")});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("LorNo", &P::LorNo));
   }
 };
 MacroResult InsertModelRowCommand(MacroCall& call, const ModelRowParams& p);
@@ -58,7 +58,7 @@ struct MoveModelRowParams {
   std::optional<int> ModelNo, LorNo, Up;
   static constexpr auto Describe() {
     using P = MoveModelRowParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::LorNo>("LorNo"), Row<&P::Up>("Up")});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("LorNo", &P::LorNo), Param("Up", &P::Up));
   }
 };
 MacroResult MoveModelRowCommand(MacroCall& call, const MoveModelRowParams& p);
@@ -67,7 +67,7 @@ struct SortModelRowsParams {
   std::optional<int> ModelNo, Key;
   static constexpr auto Describe() {
     using P = SortModelRowsParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::Key>("Key")});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("Key", &P::Key));
   }
 };
 MacroResult SortModelRowsCommand(MacroCall& call, const SortModelRowsParams& p);

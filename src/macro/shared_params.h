@@ -9,25 +9,25 @@
 namespace kalvex {
 
 struct NoParams {
-  static constexpr auto Describe() { return std::array<ParamRow<NoParams>, 0>{}; }
+  static constexpr auto Describe() { return std::tuple(); }
 };
 
 struct PositionParams {
   std::optional<int> XPos, YPos;
   static constexpr auto Describe() {
     using P = PositionParams;
-    return std::to_array({Row<&P::XPos>("XPos"), Row<&P::YPos>("YPos")});
+    return std::tuple(Param("XPos", &P::XPos), Param("YPos", &P::YPos));
   }
 };
 
 struct FileParams {
   std::optional<std::string> File;
-  static constexpr auto Describe() { return std::to_array({Row<&FileParams::File>("File", 200)}); }
+  static constexpr auto Describe() { return std::tuple(Param("File", &FileParams::File, 200)); }
 };
 
 struct ModelNoParams {
   std::optional<int> ModelNo;
-  static constexpr auto Describe() { return std::to_array({Row<&ModelNoParams::ModelNo>("ModelNo")}); }
+  static constexpr auto Describe() { return std::tuple(Param("ModelNo", &ModelNoParams::ModelNo)); }
 };
 
 struct ModelFileParams {
@@ -35,7 +35,7 @@ struct ModelFileParams {
   std::optional<std::string> File;
   static constexpr auto Describe() {
     using P = ModelFileParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::File>("File", 200)});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("File", &P::File, 200));
   }
 };
 

@@ -13,7 +13,7 @@ struct FreeShapeParams {
   std::optional<std::string> Key;
   static constexpr auto Describe() {
     using P = FreeShapeParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::Key>("Key", 100)});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("Key", &P::Key, 100));
   }
 };
 MacroResult FreeShapeCommand(MacroCall& call, const FreeShapeParams& p);
@@ -24,11 +24,11 @@ struct VarDielFuncParams {
       Source3Every2nd;
   static constexpr auto Describe() {
     using P = VarDielFuncParams;
-    return std::to_array({Row<&P::ModelNo>("ModelNo"), Row<&P::Source1DatasetNo>("Source1DatasetNo"),
-                          Row<&P::Source1Every2nd>("Source1Every2nd"), Row<&P::Source2DatasetNo>("Source2DatasetNo"),
-                          Row<&P::Source2Every2nd>("Source2Every2nd"), Row<&P::Source3DatasetNo>("Source3DatasetNo"),
-                          Row<&P::Source3Every2nd>("Source3Every2nd"), Row<&P::KK>("KK"), Row<&P::On>("On"),
-                          Row<&P::FitActive>("FitActive")});
+    return std::tuple(Param("ModelNo", &P::ModelNo), Param("Source1DatasetNo", &P::Source1DatasetNo),
+                      Param("Source1Every2nd", &P::Source1Every2nd), Param("Source2DatasetNo", &P::Source2DatasetNo),
+                      Param("Source2Every2nd", &P::Source2Every2nd), Param("Source3DatasetNo", &P::Source3DatasetNo),
+                      Param("Source3Every2nd", &P::Source3Every2nd), Param("KK", &P::KK), Param("On", &P::On),
+                      Param("FitActive", &P::FitActive));
   }
 };
 MacroResult VarDielFuncCommand(MacroCall& call, const VarDielFuncParams& p);

@@ -42,7 +42,7 @@ Status Session::ChangeModel(std::uint32_t number, Operation operation, Changed w
     Status status = change(*model);
     if (!status.Ok()) return status;
     what == Changed::kRows ? HearRows(*model) : HearModel(*model);
-    Tell(what == Changed::kRows ? ChangeKind::kModelRows : ChangeKind::kModelChanged, number);
+    if (what == Changed::kRows) Tell(ChangeKind::kModelRows, number);
     return status;
   });
 }

@@ -92,8 +92,9 @@ std::optional<int> ExpParamsView::IndexAt(const QMouseEvent& event) const {
 void ExpParamsView::mousePressEvent(QMouseEvent* event) {
   const auto index = IndexAt(*event);
   if (!index) return;
-  if (event->button() == Qt::LeftButton) PressExpParam(keeper_.desk(), *index);
-  if (event->button() == Qt::RightButton) RightPressExpParam(keeper_.desk(), *index);
+  const int line = *index;
+  if (event->button() == Qt::LeftButton) PressExpParam(keeper_.desk(), line);
+  if (event->button() == Qt::RightButton) RightPressExpParam(keeper_.desk(), line);
   keeper_.Reconcile();
 }
 
