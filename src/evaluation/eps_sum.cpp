@@ -60,29 +60,28 @@ void ForEachFactorRow(Model& model, std::int32_t code, Visit visit) {
   }
 }
 
-// The factorised product goes on behind its base value with the number of numerators, the number of denominators, and
-// columns 1 and 2 of each of them, the numerators first.
-void AppendFactors(EvalContext& ctx, Model& model) {
+// A term with factor rows goes on behind its own inputs: the number of rows with each of its factor codes, then columns
+// 1 and 2 of all of them, code by code.
+void AppendFactors(EvalContext& ctx, Model& model, std::span<const std::int32_t> codes) {
   auto& inputs = ctx.termScratch;
   const std::size_t counts = inputs.size();
-  inputs.resize(counts + 2);
-  for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
+  inputs.resize(counts + codes.size());
+  for (std::size_t i = 0; i < codes.size(); ++i) {
     const std::size_t before = inputs.size();
-    ForEachFactorRow(model, code, [&](int row) {
+    ForEachFactorRow(model, codes[i], [&](int row) {
       inputs.push_back(InputOf(Cell(model, row, Wp)));
       inputs.push_back(InputOf(Cell(model, row, G)));
     });
-    const auto factors = static_cast<double>((inputs.size() - before) / 2);
-    inputs[counts + (code == kDenominatorRow ? 1 : 0)].value = factors;
+    inputs[counts + i].value = static_cast<double>((inputs.size() - before) / 2);
   }
 }
 
-void CollectInputs(EvalContext& ctx, Model& model, int record) {
+void CollectInputs(EvalContext& ctx, Model& model, int number, const TermRecord& record) {
   ctx.termScratch.clear();
-  for (const InputPair& input : TermTable[static_cast<std::size_t>(record)].Inputs()) {
-    ctx.termScratch.push_back(InputOf(NamedParam(ctx, model, record, input)));
+  for (const InputPair& input : record.Inputs()) {
+    ctx.termScratch.push_back(InputOf(NamedParam(ctx, model, number, input)));
   }
-  if (record == kFactorisedRecord) AppendFactors(ctx, model);
+  AppendFactors(ctx, model, record.factorCodes);
 }
 
 // Calls visit(record number, record) for each composite term that has all its rows, in table order, until visit gives
@@ -129,11 +128,11 @@ Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    CollectInputs(ctx, model, number);
+    CollectInputs(ctx, model, number, record);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
     record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
-    if (number == kRealPartRecord) sum.re = term.re;
+    if (record.replacesRealPart) sum.re = term.re;
     return true;
   });
   return sum;
@@ -154,8 +153,7 @@ void SeedDependencies(EvalContext& ctx, Model& model) {
   if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     for (const InputPair& input : record.Inputs()) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
-    if (number != kFactorisedRecord) return true;
-    for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
+    for (const std::int32_t code : record.factorCodes) {
       ForEachFactorRow(model, code, [&](int row) {
         SetEpsSlopes(Cell(model, row, Wp), 1);
         SetEpsSlopes(Cell(model, row, G), 1);
@@ -187,7 +185,7 @@ double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   const bool anySpecial = WalkRows(ctx, model, plain, special);
   const bool allHaveWeights = !anySpecial || ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     if (!record.scalarCalc) return false;
-    CollectInputs(ctx, model, number);
+    CollectInputs(ctx, model, number, record);
     record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     return true;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "records/row_code.h"
 #include "terms/boson_coupling.h"
 #include "terms/carrier_terms.h"
 #include "terms/coupled_terms.h"
@@ -44,9 +45,12 @@ constexpr InputPair kCrosswise[] = {{0, 1}, {1, 1}, {0, 2}, {1, 2}};
 constexpr InputPair kThreeOfTwo[] = {{0, 1}, {0, 2}, {1, 2}};
 constexpr InputPair kWeightWidthCentre[] = {{0, 1}, {0, 2}, {1, 1}};
 
+constexpr std::int32_t kFactorCodes[] = {kNumeratorRow, kDenominatorRow};
+
 constexpr std::array<TermRecord, kTermRecords> MakeTable() {
   std::array<TermRecord, kTermRecords> table{};
   table[0] = Record(1000, 1, kBase, CalcFactorised);
+  table[0].factorCodes = kFactorCodes;
   table[1] = Record(1, 2, kCrosswise, CalcPair1);
   table[2] = Record(3, 2, kThreeOfTwo, CalcPair3);
   table[3] = Record(5, 2, kThreeOfTwo, CalcFamily5);
@@ -88,6 +92,7 @@ constexpr std::array<TermRecord, kTermRecords> MakeTable() {
   for (int i = 0; i < 6; ++i)
     table[static_cast<std::size_t>(57 + i)] = InOrder(200 + 2 * i, 2, kAllColumns, CalcFamily200);
   table[63] = InOrder(220, 11, 16, CalcGauss220);
+  table[63].replacesRealPart = true;
   table[64] = InOrder(240, 12, 18, CalcBands);
   table[65] = InOrder(260, 4, 7, CalcBands);
   table[66] = InOrder(270, 7, kAllColumns, CalcBands);

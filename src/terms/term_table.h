@@ -50,15 +50,16 @@ struct TermRecord {
   ScalarCalc scalarCalc = nullptr;
   int nInputs = 0;
   std::array<InputPair, kMaxTermInputs> inputs{};
+  // Codes of rows that the term takes any number of. Behind its own inputs come the numbers of rows with each of these
+  // codes, then columns 1 and 2 of all of them, code by code.
+  std::span<const std::int32_t> factorCodes{};
+  bool replacesRealPart = false;  // its real part takes the place of the whole real part of the sum so far
 
   std::span<const std::int16_t> Ids() const { return {ids.data(), static_cast<std::size_t>(nIds)}; }
   std::span<const InputPair> Inputs() const { return {inputs.data(), static_cast<std::size_t>(nInputs)}; }
 };
 
 extern const std::array<TermRecord, kTermRecords> TermTable;
-
-inline constexpr int kFactorisedRecord = 0;  // takes a variable number of inputs
-inline constexpr int kRealPartRecord = 63;   // its real part replaces the whole real part of the sum so far
 
 // Row number found for each id of each record, kNoSlot where the code is absent: part of an evaluation's state.
 struct TermSlots {
