@@ -8,6 +8,7 @@
 #include "app/window_layer.h"
 #include "macro/run_macro.h"
 #include "program/program.h"
+#include "terms/describe.h"
 #include "types/describe.h"
 
 namespace {
@@ -56,6 +57,15 @@ int main(int argc, char** argv) {
   if (line.describeType >= 0) {
     const kalvex::ModelType* const type = kalvex::TypeOfCode(line.describeType);
     std::fputs((type ? kalvex::PageOf(*type) : kalvex::IndexOfTypes()).c_str(), stdout);
+    return kRan;
+  }
+  if (line.listTerms) {
+    std::fputs(kalvex::ListOfTerms().c_str(), stdout);
+    return kRan;
+  }
+  if (line.describeTerm >= 0) {
+    const kalvex::TermRecord* const record = kalvex::TermOfCode(line.describeTerm);
+    std::fputs((record ? kalvex::PageOf(*record) : kalvex::IndexOfTerms()).c_str(), stdout);
     return kRan;
   }
   return RunOrCheck(line, argc, argv);

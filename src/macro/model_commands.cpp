@@ -9,6 +9,7 @@
 #include "records/model_rows.h"
 #include "records/model_table.h"
 #include "records/param_value.h"
+#include "terms/describe.h"
 #include "types/describe.h"
 #include "windows/redraw.h"
 
@@ -35,15 +36,21 @@ NamedParam FindParamByName(Model& model, const std::string& name, std::optional<
   return {nullptr, false, "'" + name + "' is none of Einf, Wo, Wp, G"};
 }
 
-// "Wp" of a plain model, "Wp (thickness, cm)" of a special one, whose leading value names the type.
+// What an element of the rows means, from the type of the model or from the code of the row; empty for a plain row.
+std::string MeaningAt(const ModelType* type, const Model& model, int row, int column) {
+  if (!type) return TermMeaningAt(model, row, column);
+  const RowCell* const cell = CellAt(type->map, row, column);
+  return cell ? cell->meaning : "not used";
+}
+
+// "Wp" of a plain row, "Wp (thickness, cm)" where the type of the model or the code of the row gives it a meaning.
 std::string ParamLabel(const MacroCall& call, const Model& model, const std::string& name, std::optional<int> lorNo) {
   const ModelType* const type = TypeOf(call.program.eval, model);
-  if (!type) return name;
-  if (EqualsIgnoringCase(name, "Einf")) return name + " (" + type->name + ')';
+  if (EqualsIgnoringCase(name, "Einf")) return type ? name + " (" + type->name + ')' : name;
   for (int column = 0; column < kColumns; ++column) {
     if (!EqualsIgnoringCase(name, kColumnNames[static_cast<std::size_t>(column)])) continue;
-    const RowCell* const cell = CellAt(type->map, lorNo.value_or(0) - 1, column);
-    return name + " (" + (cell ? cell->meaning : "not used") + ')';
+    const std::string meaning = MeaningAt(type, model, lorNo.value_or(0) - 1, column);
+    return meaning.empty() ? name : name + " (" + meaning + ')';
   }
   return name;
 }
