@@ -112,7 +112,7 @@ Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
     model.epsInf.dEpsRe = 1;
     model.epsInf.dEpsIm = 0;
   }
-  // A calculator that gives up leaves this as it is, and then the contribution before it counts once more.
+  // A calculator that writes nothing leaves this as it is, and then the contribution before it counts once more.
   Cplx term;
   const auto plain = [&](int row) {
     const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
