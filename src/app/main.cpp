@@ -11,6 +11,7 @@
 #include "macro/run_macro.h"
 #include "numeric/thread_pool.h"
 #include "session/session.h"
+#include "terms/describe.h"
 #include "types/describe.h"
 #include "windows/desk.h"
 
@@ -64,6 +65,15 @@ int main(int argc, char** argv) {
   if (line.describeType >= 0) {
     const kalvex::ModelType* const type = kalvex::TypeOfCode(line.describeType);
     std::fputs((type ? kalvex::PageOf(*type) : kalvex::IndexOfTypes()).c_str(), stdout);
+    return kRan;
+  }
+  if (line.listTerms) {
+    std::fputs(kalvex::ListOfTerms().c_str(), stdout);
+    return kRan;
+  }
+  if (line.describeTerm >= 0) {
+    const kalvex::TermRecord* const record = kalvex::TermOfCode(line.describeTerm);
+    std::fputs((record ? kalvex::PageOf(*record) : kalvex::IndexOfTerms()).c_str(), stdout);
     return kRan;
   }
   return RunOrCheck(line, argc, argv);

@@ -47,9 +47,8 @@ bool WalkRows(EvalContext& ctx, Model& model, Plain plain, Special special) {
 }
 
 // The parameter that input number i of a complete record names.
-ModelParam& NamedParam(const EvalContext& ctx, Model& model, int record, const InputPair& input) {
-  const auto r = static_cast<std::size_t>(record);
-  return Cell(model, ctx.slots.row[r][static_cast<std::size_t>(input.idIndex)], input.column);
+ModelParam& NamedParam(const EvalContext& ctx, Model& model, std::size_t record, const TermCell& input) {
+  return Cell(model, ctx.slots.row[record][static_cast<std::size_t>(input.idIndex)], input.column);
 }
 
 template <class Visit>
@@ -60,37 +59,36 @@ void ForEachFactorRow(Model& model, std::int32_t code, Visit visit) {
   }
 }
 
-// The factorised product goes on behind its base value with the number of numerators, the number of denominators, and
-// columns 1 and 2 of each of them, the numerators first.
-void AppendFactors(EvalContext& ctx, Model& model) {
+// A term with factor rows has more inputs after its own: the number of rows of each kind, then columns Wp and G of all
+// of them, kind by kind.
+void AppendFactors(EvalContext& ctx, Model& model, std::span<const FactorRow> factors) {
   auto& inputs = ctx.termScratch;
   const std::size_t counts = inputs.size();
-  inputs.resize(counts + 2);
-  for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
+  inputs.resize(counts + factors.size());
+  for (std::size_t i = 0; i < factors.size(); ++i) {
     const std::size_t before = inputs.size();
-    ForEachFactorRow(model, code, [&](int row) {
+    ForEachFactorRow(model, factors[i].code, [&](int row) {
       inputs.push_back(InputOf(Cell(model, row, Wp)));
       inputs.push_back(InputOf(Cell(model, row, G)));
     });
-    const auto factors = static_cast<double>((inputs.size() - before) / 2);
-    inputs[counts + (code == kDenominatorRow ? 1 : 0)].value = factors;
+    inputs[counts + i].value = static_cast<double>((inputs.size() - before) / 2);
   }
 }
 
-void CollectInputs(EvalContext& ctx, Model& model, int record) {
+void CollectInputs(EvalContext& ctx, Model& model, std::size_t number, const TermRecord& record) {
   ctx.termScratch.clear();
-  for (const InputPair& input : TermTable[static_cast<std::size_t>(record)].Inputs()) {
-    ctx.termScratch.push_back(InputOf(NamedParam(ctx, model, record, input)));
+  for (const TermCell& input : record.inputs) {
+    ctx.termScratch.push_back(InputOf(NamedParam(ctx, model, number, input)));
   }
-  if (record == kFactorisedRecord) AppendFactors(ctx, model);
+  AppendFactors(ctx, model, record.factors);
 }
 
 // Calls visit(record number, record) for each composite term that has all its rows, in table order, until visit gives
 // false.
 template <class Visit>
 bool ForEachCompleteTerm(const EvalContext& ctx, Visit visit) {
-  for (int record = 0; record < kTermRecords; ++record) {
-    if (IsComplete(ctx.slots, record) && !visit(record, TermTable[static_cast<std::size_t>(record)])) return false;
+  for (std::size_t record = 0; record < kTermRecords; ++record) {
+    if (IsComplete(ctx.slots, record) && !visit(record, *TermTable[record])) return false;
   }
   return true;
 }
@@ -114,7 +112,7 @@ Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
     model.epsInf.dEpsRe = 1;
     model.epsInf.dEpsIm = 0;
   }
-  // A calculator that gives up leaves this as it is, and then the contribution before it counts once more.
+  // A calculator that writes nothing leaves this as it is, and then the contribution before it counts once more.
   Cplx term;
   const auto plain = [&](int row) {
     const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
@@ -128,12 +126,12 @@ Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
   };
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
-  ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    CollectInputs(ctx, model, number);
+  ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+    CollectInputs(ctx, model, number, record);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
     record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
-    if (number == kRealPartRecord) sum.re = term.re;
+    if (record.replacesRealPart) sum.re = term.re;
     return true;
   });
   return sum;
@@ -152,11 +150,10 @@ void SeedDependencies(EvalContext& ctx, Model& model) {
   const bool anySpecial = WalkRows(ctx, model, plain, special);
   if (model.vdf.On) VdfGradient(model.vdf);
   if (!anySpecial) return;
-  ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    for (const InputPair& input : record.Inputs()) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
-    if (number != kFactorisedRecord) return true;
-    for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
-      ForEachFactorRow(model, code, [&](int row) {
+  ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+    for (const TermCell& input : record.inputs) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
+    for (const FactorRow& factor : record.factors) {
+      ForEachFactorRow(model, factor.code, [&](int row) {
         SetEpsSlopes(Cell(model, row, Wp), 1);
         SetEpsSlopes(Cell(model, row, G), 1);
       });
@@ -185,13 +182,14 @@ double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
     if (derivatives) ForEachColumn(model, row, [](ModelParam& param) { SetScalarSlope(param, 0); });
   };
   const bool anySpecial = WalkRows(ctx, model, plain, special);
-  const bool allHaveWeights = !anySpecial || ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    if (!record.scalarCalc) return false;
-    CollectInputs(ctx, model, number);
-    record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
-    sum += term;
-    return true;
-  });
+  const bool allHaveWeights =
+      !anySpecial || ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+        if (!record.scalarCalc) return false;
+        CollectInputs(ctx, model, number, record);
+        record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
+        sum += term;
+        return true;
+      });
   if (!allHaveWeights) return 0;
   return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, derivatives) : sum;
 }
@@ -205,8 +203,8 @@ void SeedScalarDependencies(EvalContext& ctx, Model& model) {
   const bool anySpecial = WalkRows(ctx, model, plain, special);
   if (model.vdf.On) VdfScalarGradient(model.vdf);
   if (!anySpecial) return;
-  ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    for (const InputPair& input : record.Inputs()) SetScalarSlope(NamedParam(ctx, model, number, input), 1);
+  ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+    for (const TermCell& input : record.inputs) SetScalarSlope(NamedParam(ctx, model, number, input), 1);
     return true;
   });
 }

@@ -3,6 +3,7 @@
 #include "core/text.h"
 #include "macro/named_model.h"
 #include "macro/param_fields.h"
+#include "terms/describe.h"
 #include "types/describe.h"
 #include "windows/desk.h"
 
@@ -27,13 +28,19 @@ Result<ParamRef> ParamNamed(const Model& model, const std::string& name, std::op
   return ParamRef::Row(model.number, *lorNo, *column);
 }
 
-// "Wp" of a plain model, "Wp (thickness, cm)" of a special one, whose leading value names the type.
+// What an element of the rows means, from the type of the model or from the code of the row; empty for a plain row.
+std::string MeaningAt(const ModelType* type, const Model& model, int row, int column) {
+  if (!type) return TermMeaningAt(model, row, column);
+  const RowCell* const cell = CellAt(type->map, row, column);
+  return cell ? cell->meaning : "not used";
+}
+
+// "Wp" of a plain row, "Wp (thickness, cm)" where the type of the model or the code of the row gives it a meaning.
 std::string ParamLabel(const Session& session, const Model& model, const std::string& name, const ParamRef& param) {
   const ModelType* const type = session.TypeOfModel(model);
-  if (!type) return name;
-  if (param.where == ParamKind::kEpsInf) return name + " (" + type->name + ')';
-  const RowCell* const cell = CellAt(type->map, param.row - 1, param.column);
-  return name + " (" + (cell ? cell->meaning : "not used") + ')';
+  if (param.where == ParamKind::kEpsInf) return type ? name + " (" + type->name + ')' : name;
+  const std::string meaning = MeaningAt(type, model, param.row - 1, param.column);
+  return meaning.empty() ? name : name + " (" + meaning + ')';
 }
 
 std::string RowsText(const Model& model) {
