@@ -20,7 +20,7 @@ const std::vector<std::pair<std::string, int>> kFloors = {
     {"core/", 1},       {"numeric/", 1}, {"datasets/", 2}, {"records/", 2}, {"terms/", 3},
     {"evaluation/", 4}, {"types/", 5},   {"fit/", 6},      {"files/", 6},   {"graphs/", 6},
     {"pictures/", 6},   {"session/", 7}, {"store/", 8},    {"series/", 8},  {"windows/qt/", 10},
-    {"windows/", 9},    {"program/", 9}, {"macro/", 9},    {"app/", 10},    {"manual/", 10},
+    {"windows/", 9},    {"macro/", 9},   {"app/", 10},     {"manual/", 10},
 };
 
 int FloorOf(const std::string& path) {

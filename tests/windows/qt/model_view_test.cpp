@@ -240,20 +240,20 @@ TEST_F(LongModelOnScreen, ADividerIsDraggedOrFitsTheWidestTextShown) {
   EXPECT_EQ(window().columnWidths[1], 75);
   EXPECT_EQ(rows().columnWidth(1), 75);
   EXPECT_EQ(Shown(0, 1), "300 ");  // nothing was sorted
-  const auto fit = [&] {
+  const auto fitted = [&] {
     QTest::mouseDClick(heads().viewport(), Qt::LeftButton, {}, Divider(1));
     Settle();
     return rows().columnWidth(1);
   };
-  const int narrow = fit();
+  const int narrow = fitted();
   EXPECT_LT(narrow, 50);
   param(30, Wo).value = 1.23456e-9;  // not shown
-  EXPECT_EQ(fit(), narrow);
+  EXPECT_EQ(fitted(), narrow);
   param(1, Wo).value = 1.23456e-9;
-  const int wide = fit();
+  const int wide = fitted();
   EXPECT_GT(wide, narrow);
   param(1, Wo).coupling = 1;
-  EXPECT_GT(fit(), wide);
+  EXPECT_GT(fitted(), wide);
   EXPECT_EQ(window().columnWidths[1], rows().columnWidth(1));
 }
 
