@@ -14,10 +14,8 @@
 #include <string>
 
 #include "graphs/graph_table.h"
-#include "program/program.h"
-#include "records/model_rows.h"
-#include "records/model_table.h"
-#include "windows/param_control.h"
+#include "session/session.h"
+#include "windows/desk.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"
 
@@ -88,29 +86,31 @@ class PaintCount : public QObject {
 
 // A model of 25 oscillators, a graph of 800 x 600 with its reflectivity, and the slider on the first frequency.
 struct Sweep {
-  Program program;
-  Keeper keeper{program};
-  Model& model = *CreateModel(program.params);
+  HeadlessPlatform headless;
+  Session session{headless};
+  Desk desk{session};
+  Keeper keeper{desk};
+  QtPlatform platform{keeper};
 
   Sweep() {
-    program.platform = QtPlatform(keeper);
-    for (int row = 0; row < 25; ++row) {
-      if (row > 0) InsertRow(&model, row);
-      const std::array<double, 3> numbers = {100.0 + 36 * row, 150, 15};
+    session.UsePlatform(platform);
+    const std::uint32_t model = *session.NewModel();
+    for (int row = 1; row <= 25; ++row) {
+      if (row > 1) session.InsertRow(model, row).Ignore();
+      const std::array<double, 3> numbers = {100.0 + 36 * (row - 1), 150, 15};
       for (int column = 0; column < kColumns; ++column) {
-        Cell(model, row, column).value = numbers[static_cast<std::size_t>(column)];
+        session.SetParam(ParamRef::Row(model, row, column), {.value = numbers[static_cast<std::size_t>(column)]})
+            .Ignore();
       }
     }
-    Graph& graph = *CreateGraph(program.graphs);
-    AddCurve(graph, ModelCurve(model, kRefl));
-    graph.Width = 800;
-    graph.Height = 600;
-    RebuildGraph(graph);
-    OpenParamControl(keeper.desk());
-    SelectParam(keeper.desk(), OwnerOf(model), {ParamKind::kRow, SlotOf(program.params, model), 0, Wo, 0, 0, 0});
+    const std::uint32_t graph = *session.NewGraph();
+    session.AddCurve(graph, ModelCurve(*session.FindModel(model), kRefl)).Ignore();
+    session.ResizeGraph(graph, 800, 600).Ignore();
+    OpenParamControl(desk);
+    SelectParam(desk, ParamRef::Row(model, 1, Wo));
     Settle();
   }
-  ~Sweep() { program.platform = HeadlessPlatform(); }
+  ~Sweep() { session.UsePlatform(headless); }
 
   void Settle() {
     keeper.Reconcile();

@@ -15,7 +15,7 @@ struct VdfDialog {
   bool open = false;
   std::uint32_t model = 0;  // number of the model
   std::vector<std::string> entries;
-  std::vector<std::uint32_t> datasets;     // ids of the entries behind the first, which is empty
+  std::vector<std::uint32_t> datasets;     // ids of the entries after the first, which is empty
   std::array<std::size_t, 3> choice = {};  // in each drop-down list; 0 is the empty entry
   std::array<bool, 3> every2nd = {};       // the check box beside it
   bool kk = true, on = true, active = true;

@@ -183,7 +183,7 @@ inline constexpr const char* kScreenUpdateUnit = "iteration(s)";
 inline constexpr const char* kInitialLambda = "Inital value of Lambda";
 
 // A graph's two dialogs.
-inline constexpr const char* kPropertiesTitle = " - properties";  // behind the graph's name
+inline constexpr const char* kPropertiesTitle = " - properties";  // after the graph's name
 inline constexpr std::array<const char*, 2> kAxisGroups = {"X", "Y"};
 inline constexpr const char* kRange = "Range:";
 inline constexpr const char* kLogScale = "log scale";

@@ -15,7 +15,7 @@ TEST_F(FitWindows, ChangesElsewhereRemoveTermsAndRebuildTheLists) {
   session.CloseModel(3).Ignore();
   EXPECT_EQ(terms().size(), 1u);
   datasets.slots[1].lastActive = 9;
-  session.TransformDataset(2, 1, 0).Ignore();
+  session.SetDatasetQuantity(2, kE1, Heard::kAtOnce).Ignore();
   EXPECT_EQ(CountFitPoints(fit), 10u);
   session.FixAllParams(2, true).Ignore();
   EXPECT_EQ(fit.NumFitParams, 0);
@@ -65,7 +65,7 @@ class FitNotices : public FitWindows {
   bool ParamsAreNew() { return fit.NumFreeParams == 7; }
   bool ChiSqIsNew() { return fit.TotalChiSq > 0; }
   // Changes that leave everything as it is, so that only what they set off is seen.
-  void ChangeDataset() { session.TransformDataset(1, 1, 0).Ignore(); }
+  void ChangeDataset() { session.SetDatasetQuantity(1, kRefl, Heard::kAtOnce).Ignore(); }
   void ChangeModel() { session.SetParam(ParamRef::EpsInf(2), {.value = 3}).Ignore(); }
   void ChangeExpParam() { session.SetParam(ParamRef::Exp(kAngleOfIncidence), {.value = 80}).Ignore(); }
 };
@@ -83,15 +83,15 @@ TEST_F(FitNotices, AChangedDatasetRenewsEverything) {
 }
 
 TEST_F(FitNotices, ChangedParametersLeaveThePointsAndWithoutAutoUpdateChiSq) {
-  for (const auto change : {&FitNotices::ChangeModel, &FitNotices::ChangeExpParam}) {
+  for (const bool ofModel : {true, false}) {
     fit.TotalChiSq = 0;
     session.SetAutoScreenUpdate(false).Ignore();
-    (this->*change)();
+    ofModel ? ChangeModel() : ChangeExpParam();
     EXPECT_TRUE(ParamsAreNew());
     EXPECT_FALSE(PointsAreNew() || ChiSqIsNew());
     EXPECT_FALSE(fit.UndoAvailable);
     session.SetAutoScreenUpdate(true).Ignore();
-    (this->*change)();
+    ofModel ? ChangeModel() : ChangeExpParam();
     EXPECT_TRUE(ChiSqIsNew());
     EXPECT_FALSE(PointsAreNew());
     MakeStale();

@@ -37,12 +37,12 @@ TEST_F(MainWindows, TheExperimentOpensTheParameterControlBefore) {
 }
 
 TEST_F(MainWindows, EachWindowOpensFromToolbarAndMenuAndComesToTheFront) {
-  for (const auto& [fit, manager] : {std::pair(MainCommand::kFitWindow, MainCommand::kDatasetManager),
-                                     std::pair(MainCommand::kMenuFit, MainCommand::kMenuDatasetManager)}) {
+  for (const auto& [openFit, openManager] : {std::pair(MainCommand::kFitWindow, MainCommand::kDatasetManager),
+                                             std::pair(MainCommand::kMenuFit, MainCommand::kMenuDatasetManager)}) {
     desk.fitWindow.open = desk.datasetManager.open = false;
     desk.fitWindow.wantsFront = desk.datasetManager.wantsFront = false;
-    Choose(fit);
-    Choose(manager);
+    Choose(openFit);
+    Choose(openManager);
     EXPECT_TRUE(desk.fitWindow.open && desk.datasetManager.open);
     EXPECT_TRUE(desk.fitWindow.wantsFront && desk.datasetManager.wantsFront);
   }

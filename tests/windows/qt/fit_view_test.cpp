@@ -61,7 +61,7 @@ TEST_F(FitOnScreen, SelectionsShareAWeightThatTypingChanges) {
   Click(list(), 1);
   EXPECT_EQ(weight->text(), "2");
   Click(list(), 0, Qt::ControlModifier);
-  EXPECT_TRUE(terms()[0].selected && terms()[1].selected);
+  EXPECT_EQ(window().selected, (std::set<int>{terms()[0].id, terms()[1].id}));
   EXPECT_EQ(weight->text(), "");
   QTest::keyClicks(weight, "3");
   EXPECT_EQ(terms()[0].weight, 3);
@@ -108,8 +108,8 @@ TEST_F(FitOnScreen, AddsTheSelectedOfTheOfferedTerms) {
   ASSERT_NE(lines, nullptr);
   EXPECT_EQ(lines->topLevelItemCount(), 4);
   EXPECT_EQ(lines->topLevelItem(0)->text(0), "[E1] \"E1_b.dat\" - \"M2\"");
-  auto* const datasets = Find<QComboBox>("addTermsDataset");
-  QTest::keyClick(datasets, Qt::Key_Down);  // the first dataset
+  auto* const choice = Find<QComboBox>("addTermsDataset");
+  QTest::keyClick(choice, Qt::Key_Down);  // the first dataset
   Settle();
   ASSERT_EQ(lines->topLevelItemCount(), 2);
   Click(*lines, 1);

@@ -72,6 +72,36 @@ TEST_F(ModelOnScreen, AnswersTheMouse) {
   EXPECT_TRUE(window().vdfShown);
 }
 
+TEST_F(ModelOnScreen, StepsGoBackAndForwardByKeys) {
+  ClickCell(0, 1);
+  Press({Qt::Key_4, Qt::Key_2, Qt::Key_Return});
+  EXPECT_EQ(Shown(0, 1), "42 ");
+  Click("add");
+  const auto step = [&](Qt::KeyboardModifiers keys) {
+    QTest::keyClick(&view(), Qt::Key_Z, keys);
+    Settle();
+  };
+  step(Qt::ControlModifier);
+  EXPECT_EQ(rows().model()->rowCount(), 1);
+  EXPECT_EQ(Shown(0, 1), "42 ");
+  step(Qt::ControlModifier);
+  EXPECT_EQ(Shown(0, 1), "300 ");
+  step(Qt::ControlModifier | Qt::ShiftModifier);
+  step(Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Shown(0, 1), "42 ");
+  EXPECT_EQ(rows().model()->rowCount(), 2);
+}
+
+TEST_F(ModelOnScreen, AFieldThatIsTypedIntoTakesItsOwnStepsBack) {
+  ClickCell(0, 1);
+  Press({Qt::Key_4, Qt::Key_2});
+  QTest::keyClick(Editor(), Qt::Key_Z, Qt::ControlModifier);
+  Settle();
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_NE(Editor()->text(), "42");
+  EXPECT_EQ(param(0, Wo).value, 300);
+}
+
 TEST_F(ModelOnScreen, ClosedByTheUserLeavesGraphsAndProgram) {
   Run("NewGraph();AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");");
   view().close();
@@ -210,20 +240,20 @@ TEST_F(LongModelOnScreen, ADividerIsDraggedOrFitsTheWidestTextShown) {
   EXPECT_EQ(window().columnWidths[1], 75);
   EXPECT_EQ(rows().columnWidth(1), 75);
   EXPECT_EQ(Shown(0, 1), "300 ");  // nothing was sorted
-  const auto fit = [&] {
+  const auto fitted = [&] {
     QTest::mouseDClick(heads().viewport(), Qt::LeftButton, {}, Divider(1));
     Settle();
     return rows().columnWidth(1);
   };
-  const int narrow = fit();
+  const int narrow = fitted();
   EXPECT_LT(narrow, 50);
   param(30, Wo).value = 1.23456e-9;  // not shown
-  EXPECT_EQ(fit(), narrow);
+  EXPECT_EQ(fitted(), narrow);
   param(1, Wo).value = 1.23456e-9;
-  const int wide = fit();
+  const int wide = fitted();
   EXPECT_GT(wide, narrow);
   param(1, Wo).coupling = 1;
-  EXPECT_GT(fit(), wide);
+  EXPECT_GT(fitted(), wide);
   EXPECT_EQ(window().columnWidths[1], rows().columnWidth(1));
 }
 
