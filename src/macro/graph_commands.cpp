@@ -90,13 +90,12 @@ std::string PlotText(const Graph& graph) {
 }  // namespace
 
 MacroResult NewGraphCommand(MacroCall& call, const NewGraphParams& p) {
-  const auto number = call.session.NewGraph();
+  // A size counts only with a place, as for every window.
+  const bool placed = p.XPos && p.YPos;
+  const auto number = placed ? call.session.NewGraph(p.Width, p.Height) : call.session.NewGraph();
   if (!number.Ok()) return call.Nothing(number.Text());
-  Status status;
-  if (PlaceIfGiven(p, call.desk.graphs[*number]) && (p.Width || p.Height)) {
-    status = call.session.ResizeGraph(*number, p.Width, p.Height);
-  }
-  return call.Told(status, PlotText(*call.session.FindGraph(*number)));
+  PlaceIfGiven(p, call.desk.graphs[*number]);
+  return call.Done(PlotText(*call.session.FindGraph(*number)));
 }
 
 MacroResult GraphPropertiesCommand(MacroCall& call, const GraphPropertiesParams& p) {

@@ -36,6 +36,14 @@ Graph WithoutPicture(const Graph& graph) {
   return kept;
 }
 
+std::vector<std::pair<std::size_t, Graph>> GraphsOf(const GraphTable& table) {
+  std::vector<std::pair<std::size_t, Graph>> graphs;
+  for (std::size_t slot = 0; slot < table.slots.size(); ++slot) {
+    if (table.slots[slot].number != 0) graphs.emplace_back(slot, WithoutPicture(table.slots[slot]));
+  }
+  return graphs;
+}
+
 }  // namespace
 
 void History::Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables) {
@@ -55,21 +63,22 @@ void History::Begin(const Operation& operation, const Pieces& touched, const Ses
     step.saved.emplace_back(std::move(params));
   }
   for (const int entry : touched.models) {
-    step.saved.emplace_back(SavedModel{entry, tables.params.models[static_cast<std::size_t>(entry)]});
+    const Model& model = tables.params.models[static_cast<std::size_t>(entry)];
+    step.saved.emplace_back(SavedModel{entry, std::make_unique<Model>(model)});
   }
   for (const int entry : touched.datasets) {
-    step.saved.emplace_back(SavedDataset{entry, tables.datasets.slots[static_cast<std::size_t>(entry)]});
+    const Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(entry)];
+    step.saved.emplace_back(SavedDataset{entry, std::make_unique<Dataset>(dataset)});
   }
-  if (touched.expParams) step.saved.emplace_back(SavedExpParams{tables.params.ExpParams});
-  if (touched.graphs) {
-    SavedGraphs graphs;
-    for (const Graph& graph : tables.graphs.slots) graphs.graphs.push_back(WithoutPicture(graph));
-    step.saved.emplace_back(std::move(graphs));
+  if (touched.expParams) {
+    using ExpParams = std::array<ModelParam, kExpParamCount>;
+    step.saved.emplace_back(SavedExpParams{std::make_unique<ExpParams>(tables.params.ExpParams)});
   }
+  if (touched.graphs) step.saved.emplace_back(SavedGraphs{GraphsOf(tables.graphs)});
   if (touched.noise) step.saved.emplace_back(SavedNoise{tables.noise});
-  step.saved.emplace_back(SavedRest{tables.fit, tables.params.nextModelNumber, tables.datasets.nextId,
-                                    tables.graphs.nextNumber, tables.autoScreenUpdate, tables.graphReader,
-                                    tables.fitFollows});
+  if (touched.fit || tables.fitFollows) step.saved.emplace_back(SavedFit{std::make_unique<FitState>(tables.fit)});
+  step.saved.emplace_back(SavedRest{tables.params.nextModelNumber, tables.datasets.nextId, tables.graphs.nextNumber,
+                                    tables.autoScreenUpdate, tables.graphReader, tables.fitFollows});
   for (const Saved& saved : step.saved) step.bytes += BytesOf(saved);
   bytes_ += step.bytes;
   back_.push_back(std::move(step));
@@ -131,20 +140,21 @@ void History::Swap(Saved& saved, SessionTables& tables) {
     if constexpr (std::is_same_v<Piece, SavedParams>) {
       for (auto& [place, param] : piece.params) swap(ParamAt(tables.params, place), param);
     } else if constexpr (std::is_same_v<Piece, SavedModel>) {
-      swap(tables.params.models[static_cast<std::size_t>(piece.entry)], piece.model);
+      swap(tables.params.models[static_cast<std::size_t>(piece.entry)], *piece.model);
     } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
-      swap(tables.datasets.slots[static_cast<std::size_t>(piece.entry)], piece.dataset);
+      swap(tables.datasets.slots[static_cast<std::size_t>(piece.entry)], *piece.dataset);
     } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
-      swap(tables.params.ExpParams, piece.params);
+      swap(tables.params.ExpParams, *piece.params);
     } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {
-      for (std::size_t i = 0; i < piece.graphs.size(); ++i) {
-        Graph present = WithoutPicture(tables.graphs.slots[i]);
-        tables.graphs.slots[i] = std::exchange(piece.graphs[i], std::move(present));
-      }
+      auto present = GraphsOf(tables.graphs);
+      for (const auto& [slot, graph] : present) tables.graphs.slots[slot] = Graph();
+      for (auto& [slot, graph] : piece.graphs) tables.graphs.slots[slot] = std::move(graph);
+      piece.graphs = std::move(present);
     } else if constexpr (std::is_same_v<Piece, SavedNoise>) {
       swap(tables.noise, piece.noise);
+    } else if constexpr (std::is_same_v<Piece, SavedFit>) {
+      swap(tables.fit, *piece.fit);
     } else {
-      swap(tables.fit, piece.fit);
       swap(tables.params.nextModelNumber, piece.nextModelNumber);
       swap(tables.datasets.nextId, piece.nextDatasetId);
       swap(tables.graphs.nextNumber, piece.nextGraphNumber);
@@ -175,15 +185,17 @@ std::size_t History::BytesOf(const Saved& saved) {
         if constexpr (std::is_same_v<Piece, SavedParams>) {
           return piece.params.size() * sizeof(piece.params.front());
         } else if constexpr (std::is_same_v<Piece, SavedModel>) {
-          return BytesOfModel(piece.model);
+          return BytesOfModel(*piece.model);
         } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
-          return BytesOfDataset(piece.dataset);
+          return BytesOfDataset(*piece.dataset);
         } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {
-          std::size_t bytes = piece.graphs.size() * sizeof(Graph);
-          for (const Graph& graph : piece.graphs) bytes += graph.curves.size() * sizeof(Curve);
+          std::size_t bytes = piece.graphs.size() * sizeof(piece.graphs.front());
+          for (const auto& [slot, graph] : piece.graphs) bytes += graph.curves.size() * sizeof(Curve);
           return bytes;
-        } else if constexpr (std::is_same_v<Piece, SavedRest>) {
-          return BytesOfFit(piece.fit);
+        } else if constexpr (std::is_same_v<Piece, SavedFit>) {
+          return BytesOfFit(*piece.fit);
+        } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
+          return sizeof(*piece.params);
         } else {
           return sizeof(Piece);
         }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <string>
 #include <utility>
 #include <variant>
@@ -30,7 +31,8 @@ struct SessionTables {
   bool fitFollows = false;
 };
 
-// What an operation touches. The fit, the counters and the switches, which are small, are always among it.
+// What an operation touches. The counters and the switches, which are small, are always among it, and the fit's state
+// is while the fit follows changes.
 struct Pieces {
   std::vector<ParamPlace> params;
   std::vector<int> models;    // entries of the model table
@@ -38,12 +40,14 @@ struct Pieces {
   bool expParams = false;
   bool graphs = false;
   bool noise = false;
+  bool fit = false;
 
   Pieces& Model(int entry) { return models.push_back(entry), *this; }
   Pieces& Dataset(int entry) { return datasets.push_back(entry), *this; }
   Pieces& ExpParams() { return expParams = true, *this; }
   Pieces& Graphs() { return graphs = true, *this; }
   Pieces& Noise() { return noise = true, *this; }
+  Pieces& Fit() { return fit = true, *this; }
 };
 
 class History {
@@ -76,30 +80,34 @@ class History {
   struct SavedParams {
     std::vector<std::pair<ParamPlace, ModelParam>> params;
   };
+  // The large ones on the heap, so that a step with small ones is small.
   struct SavedModel {
     int entry;
-    Model model;
+    std::unique_ptr<Model> model;
   };
   struct SavedDataset {
     int entry;
-    Dataset dataset;
+    std::unique_ptr<Dataset> dataset;
   };
   struct SavedExpParams {
-    std::array<ModelParam, kExpParamCount> params;
+    std::unique_ptr<std::array<ModelParam, kExpParamCount>> params;
   };
   struct SavedGraphs {
-    std::vector<Graph> graphs;  // without what is drawn
+    std::vector<std::pair<std::size_t, Graph>> graphs;  // those that exist, by their slot, without what is drawn
+  };
+  struct SavedFit {
+    std::unique_ptr<FitState> fit;
   };
   struct SavedNoise {
     NoiseGenerator noise;
   };
   // What belongs to every step.
   struct SavedRest {
-    FitState fit;
     std::uint32_t nextModelNumber, nextDatasetId, nextGraphNumber;
     bool autoScreenUpdate, graphReader, fitFollows;
   };
-  using Saved = std::variant<SavedParams, SavedModel, SavedDataset, SavedExpParams, SavedGraphs, SavedNoise, SavedRest>;
+  using Saved =
+      std::variant<SavedParams, SavedModel, SavedDataset, SavedExpParams, SavedGraphs, SavedNoise, SavedFit, SavedRest>;
   struct Step {
     Operation operation;
     std::vector<Saved> saved;

@@ -228,7 +228,8 @@ class Session {
 
   // ---- graphs and curves (session_graphs.cpp); all can be done during a fit
 
-  Result<std::uint32_t> NewGraph();
+  // Of the usual size, or of one in pixels; its number.
+  Result<std::uint32_t> NewGraph(std::optional<int> width = {}, std::optional<int> height = {});
   Status CloseGraph(std::uint32_t graph);
   Status ResizeGraph(std::uint32_t graph, std::optional<int> width, std::optional<int> height);
   Status EditGraph(std::uint32_t graph, const GraphEdit& edit);

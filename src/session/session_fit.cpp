@@ -33,7 +33,7 @@ Pieces AllValues(const ParamTables& tables) {
   for (const std::uint32_t number : ListModelNumbers(tables)) {
     pieces.Model(SlotOf(tables, *GetModelByNumber(tables, number)));
   }
-  return pieces.ExpParams();
+  return pieces.ExpParams().Fit();
 }
 
 Status Written(int status, const char* file, const char* needs) {
@@ -116,7 +116,7 @@ Status Session::OpenFit() {
     tables_.fitFollows = true;
     return {};
   }
-  return Do({"open the fit", Statement("WindowFit").Done(), {}, kOnFit}, {}, [&] {
+  return Do({"open the fit", Statement("WindowFit").Done(), {}, kOnFit}, Pieces().Fit(), [&] {
     tables_.fitFollows = true;
     RebuildFitLists(tables_.fit, tables_.params, eval_);
     Tell(ChangeKind::kFitValues);
@@ -126,11 +126,14 @@ Status Session::OpenFit() {
 }
 
 Status Session::CloseFit() {
+  const auto close = [&] {
+    tables_.fitFollows = false;
+    Tell(ChangeKind::kSettings);
+    return Status();
+  };
+  if (!tables_.fit.FitRunning) return Do({"close the fit", {}, {}, kOnFit}, Pieces().Fit(), close);
   StopFit();
-  tables_.fitFollows = false;
-  Tell(ChangeKind::kSettings);
-  Deliver(nullptr);
-  return {};
+  return DoOutside({"close the fit", {}, {}, kOnFit}, close);
 }
 
 Status Session::AddTerm(int slot, std::uint32_t model, std::optional<double> weight) {
@@ -138,7 +141,7 @@ Status Session::AddTerm(int slot, std::uint32_t model, std::optional<double> wei
   if (!dataset) return {StatusCode::kBadArgument, "DatasetNo should be 1 to " + std::to_string(kMaxDatasets)};
   if (!FindModel(model)) return NoSuchModel(model);
   const auto statement = Statement("AddChiSqTerm").Int("DatasetNo", slot).Int("ModelNo", model).Real("Weight", weight);
-  return Do({"add a term", statement.Done(), {}, kOnFit}, {}, [&] {
+  return Do({"add a term", statement.Done(), {}, kOnFit}, Pieces().Fit(), [&] {
     ChiSqTerm& term = InsertChiSqTerm(tables_.fit, tables_.fit.list, static_cast<int>(tables_.fit.list.terms.size()));
     term.datasetId = dataset->id;
     term.modelId = model;
@@ -149,7 +152,7 @@ Status Session::AddTerm(int slot, std::uint32_t model, std::optional<double> wei
 }
 
 Status Session::AddTerms(std::span<const TermPair> pairs) {
-  return Do({"add terms", {}, {}, kOnFit}, {}, [&] {
+  return Do({"add terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
     auto& terms = tables_.fit.list.terms;
     for (const TermPair& pair : pairs) {
       const bool present = std::any_of(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
@@ -167,7 +170,7 @@ Status Session::AddTerms(std::span<const TermPair> pairs) {
 
 Status Session::DeleteTerm(int slot, int modelSlot) {
   auto statement = Statement("DeleteChiSqTerm").Int("DatasetNo", slot).Int("ModelNo", modelSlot);
-  return Do({"remove a term", statement.Done(), {}, kOnFit}, {}, [&] {
+  return Do({"remove a term", statement.Done(), {}, kOnFit}, Pieces().Fit(), [&] {
     const Dataset* const dataset = SlotOf(slot);
     const bool both = dataset && modelSlot >= 1 && modelSlot <= kMaxModels;
     const std::uint32_t number = both ? tables_.params.models[static_cast<std::size_t>(modelSlot - 1)].number : 0;
@@ -183,7 +186,7 @@ Status Session::DeleteTerm(int slot, int modelSlot) {
 }
 
 Status Session::RemoveTerms(std::span<const int> ids) {
-  return Do({"remove terms", {}, {}, kOnFit}, {}, [&] {
+  return Do({"remove terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
     std::erase_if(tables_.fit.list.terms,
                   [&](const ChiSqTerm& term) { return std::find(ids.begin(), ids.end(), term.id) != ids.end(); });
     RebuildTerms();
@@ -192,7 +195,7 @@ Status Session::RemoveTerms(std::span<const int> ids) {
 }
 
 Status Session::WeighTerms(std::span<const int> ids, double weight) {
-  return Do({"weigh terms", {}, {}, kOnFit}, {}, [&] {
+  return Do({"weigh terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
     for (ChiSqTerm& term : tables_.fit.list.terms) {
       if (std::find(ids.begin(), ids.end(), term.id) != ids.end()) term.weight = weight;
     }
@@ -203,7 +206,7 @@ Status Session::WeighTerms(std::span<const int> ids, double weight) {
 }
 
 Status Session::SetFitOptions(const FitOptions& options) {
-  return Do({"options of the fit", OptionsStatement(options), {}, kOnFit}, {}, [&] {
+  return Do({"options of the fit", OptionsStatement(options), {}, kOnFit}, Pieces().Fit(), [&] {
     tables_.fit.options = options;
     Tell(ChangeKind::kFitOptions);
     return Status();
@@ -253,7 +256,7 @@ Status Session::UndoFit() {
 }
 
 Status Session::Recompute() {
-  return Do({"update", {}, {}, kOnFit | kOnGraphs}, {}, [&] {
+  return Do({"update", {}, {}, kOnFit | kOnGraphs}, Pieces().Fit(), [&] {
     TellGraphs(GraphEvent::kForcedUpdate, -1);
     RebuildParams(true);
     Tell(ChangeKind::kFitValues);

@@ -65,14 +65,20 @@ std::string CurveStatement(std::uint32_t graph, const Curve& curve, const Datase
 
 }  // namespace
 
-Result<std::uint32_t> Session::NewGraph() {
-  return Do({"new graph", Statement("NewGraph").Done(), {}, kOnGraphs}, Pieces().Graphs(),
-            [&]() -> Result<std::uint32_t> {
-              const Graph* const graph = CreateGraph(tables_.graphs);
-              if (!graph) return {StatusCode::kFull, "there are " + std::to_string(kMaxGraphs) + " graphs already"};
-              Tell(ChangeKind::kGraphCreated, graph->number);
-              return graph->number;
-            });
+Result<std::uint32_t> Session::NewGraph(std::optional<int> width, std::optional<int> height) {
+  Statement statement("NewGraph");
+  if (width || height) statement.Int("XPos", 0).Int("YPos", 0).Int("Width", width).Int("Height", height);
+  return Do({"new graph", statement.Done(), {}, kOnGraphs}, Pieces().Graphs(), [&]() -> Result<std::uint32_t> {
+    Graph* const graph = CreateGraph(tables_.graphs);
+    if (!graph) return {StatusCode::kFull, "there are " + std::to_string(kMaxGraphs) + " graphs already"};
+    if (width || height) {
+      graph->Width = width.value_or(graph->Width);
+      graph->Height = height.value_or(graph->Height);
+      RebuildGraph(*graph);
+    }
+    Tell(ChangeKind::kGraphCreated, graph->number);
+    return graph->number;
+  });
 }
 
 template <class Act>

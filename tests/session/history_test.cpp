@@ -29,7 +29,7 @@ class Person {
     const std::uint32_t model = Number(), graph = Number();
     const int slot = Below(4), row = Below(4);
     const double value = 50.0 * Below(12) + 1;
-    switch (Below(34)) {
+    switch (Below(35)) {
       case 0: {
         DatasetSource source;
         source.MasterFile = file_;
@@ -114,6 +114,9 @@ class Person {
       }
       case 32:
         return session_.SetAutoScreenUpdate(Coin()).Ignore();
+      case 33:
+        if (Below(4) == 0) session_.CloseFit().Ignore();
+        return;
       default:
         session_.EndGesture();
     }
