@@ -1,5 +1,7 @@
 #include "evaluation/eps_sum.h"
 
+#include <array>
+#include <span>
 #include <utility>
 
 #include "evaluation/vdf_eval.h"
@@ -8,29 +10,41 @@
 namespace kalvex {
 namespace {
 
-TermInput InputOf(ModelParam& param) {
-  return {param.value, param.adjustable, &param.dEpsRe, &param.dEpsIm, &param.dScalar};
-}
+// A model whose terms are summed, and where their slopes go, null without derivatives.
+struct Summed {
+  const Model& model;
+  ModelSlopes* slopes;
 
-void SetEpsSlopes(ModelParam& param, double value) {
-  if (!param.adjustable) return;
-  param.dEpsRe = value;
-  param.dEpsIm = value;
-}
+  Summed(EvalContext& ctx, const Model& of, bool derivatives)
+      : model(of), slopes(derivatives ? &SlopesOf(ctx, of) : nullptr) {}
 
-void SetScalarSlope(ModelParam& param, double value) {
-  if (param.adjustable) param.dScalar = value;
-}
+  TermInput Input(int row, int column) const {
+    const ModelParam& param = Cell(model, row, column);
+    if (!slopes) return {param.value, param.adjustable, nullptr, nullptr, nullptr};
+    ParamSlopes& of = Cell(*slopes, row, column);
+    return {param.value, param.adjustable, &of.dEpsRe, &of.dEpsIm, &of.dScalar};
+  }
+  std::array<TermInput, kColumns> Row(int row) const { return {Input(row, Wo), Input(row, Wp), Input(row, G)}; }
 
-template <class Visit>
-void ForEachColumn(Model& model, int row, Visit visit) {
-  for (int column = 0; column < kColumns; ++column) visit(Cell(model, row, column));
-}
+  // Calls visit on the slopes of the row's adjustable parameters, if there are any slopes.
+  template <class Visit>
+  void ForEachSlope(int row, Visit visit) const {
+    for (int column = 0; slopes && column < kColumns; ++column) ForSlope(row, column, visit);
+  }
+  template <class Visit>
+  void ForSlope(int row, int column, Visit visit) const {
+    if (slopes && Cell(model, row, column).adjustable) visit(Cell(*slopes, row, column));
+  }
+  void SetEpsInfSlope() const {
+    if (slopes && model.epsInf.adjustable) slopes->epsInf.PutEps(1, 0);
+  }
+  std::span<MeshSlopes> Mesh() const { return slopes ? std::span(slopes->mesh) : std::span<MeshSlopes>(); }
+};
 
 // Walks the rows: plain(row) for a plain one; any other fills the slots, and special(row, code) is called. Gives false
 // if there was no special row, so that no composite term can be complete.
 template <class Plain, class Special>
-bool WalkRows(EvalContext& ctx, Model& model, Plain plain, Special special) {
+bool WalkRows(EvalContext& ctx, const Model& model, Plain plain, Special special) {
   bool anySpecial = false;
   const int count = RowCount(model);
   for (int row = 0; row < count; ++row) {
@@ -46,14 +60,13 @@ bool WalkRows(EvalContext& ctx, Model& model, Plain plain, Special special) {
   return anySpecial;
 }
 
-// The parameter that input number i of a complete record names.
-ModelParam& NamedParam(const EvalContext& ctx, Model& model, int record, const InputPair& input) {
-  const auto r = static_cast<std::size_t>(record);
-  return Cell(model, ctx.slots.row[r][static_cast<std::size_t>(input.idIndex)], input.column);
+// The row of an input of a complete record.
+int RowOf(const EvalContext& ctx, int record, const InputPair& input) {
+  return ctx.slots.row[static_cast<std::size_t>(record)][static_cast<std::size_t>(input.idIndex)];
 }
 
 template <class Visit>
-void ForEachFactorRow(Model& model, std::int32_t code, Visit visit) {
+void ForEachFactorRow(const Model& model, std::int32_t code, Visit visit) {
   const int count = RowCount(model);
   for (int row = 0; row < count; ++row) {
     if (RowCode(Cell(model, row, Wo)) == code) visit(row);
@@ -62,27 +75,38 @@ void ForEachFactorRow(Model& model, std::int32_t code, Visit visit) {
 
 // The factorised product goes on behind its base value with the number of numerators, the number of denominators, and
 // columns 1 and 2 of each of them, the numerators first.
-void AppendFactors(EvalContext& ctx, Model& model) {
+void AppendFactors(EvalContext& ctx, const Summed& sum) {
   auto& inputs = ctx.termScratch;
   const std::size_t counts = inputs.size();
   inputs.resize(counts + 2);
   for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
     const std::size_t before = inputs.size();
-    ForEachFactorRow(model, code, [&](int row) {
-      inputs.push_back(InputOf(Cell(model, row, Wp)));
-      inputs.push_back(InputOf(Cell(model, row, G)));
+    ForEachFactorRow(sum.model, code, [&](int row) {
+      inputs.push_back(sum.Input(row, Wp));
+      inputs.push_back(sum.Input(row, G));
     });
     const auto factors = static_cast<double>((inputs.size() - before) / 2);
     inputs[counts + (code == kDenominatorRow ? 1 : 0)].value = factors;
   }
 }
 
-void CollectInputs(EvalContext& ctx, Model& model, int record) {
+void CollectInputs(EvalContext& ctx, const Summed& sum, int record) {
   ctx.termScratch.clear();
   for (const InputPair& input : TermTable[static_cast<std::size_t>(record)].Inputs()) {
-    ctx.termScratch.push_back(InputOf(NamedParam(ctx, model, record, input)));
+    ctx.termScratch.push_back(sum.Input(RowOf(ctx, record, input), input.column));
   }
-  if (record == kFactorisedRecord) AppendFactors(ctx, model);
+  if (record == kFactorisedRecord) AppendFactors(ctx, sum);
+}
+
+bool IsFactor(std::int32_t code) { return code == kNumeratorRow || code == kDenominatorRow; }
+
+// Factors have no slopes of their own: they keep those that they have, until the product is computed.
+void MarkFactorSlopes(const Summed& sum, bool former) {
+  for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
+    ForEachFactorRow(sum.model, code, [&](int row) {
+      for (const int column : {Wp, G}) sum.ForSlope(row, column, [&](ParamSlopes& of) { of.formerEps = former; });
+    });
+  }
 }
 
 // Calls visit(record number, record) for each composite term that has all its rows, in table order, until visit gives
@@ -101,64 +125,65 @@ double SumFrequency(const EvalContext& ctx, double x) {
   return ctx.FrequencyOverrideFlag ? ctx.params->ExpParams[kScalingFactorOfT].value : x;
 }
 
-Cplx EpsSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+Cplx EpsSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Cplx sum = RowSum(ctx, model, x, derivatives);
   if (!HasVdf(model)) return sum;
-  return sum + EvalVdf(model.vdf, SumFrequency(ctx, x), derivatives);
+  return sum + EvalVdf(model.vdf, SumFrequency(ctx, x), Summed(ctx, model, derivatives).Mesh());
 }
 
-Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const double w = SumFrequency(ctx, x);
+  const Summed summed(ctx, model, derivatives);
   Cplx sum{model.epsInf.value, 0};
-  if (derivatives && model.epsInf.adjustable) {
-    model.epsInf.dEpsRe = 1;
-    model.epsInf.dEpsIm = 0;
-  }
+  summed.SetEpsInfSlope();
   // A calculator that gives up leaves this as it is, and then the contribution before it counts once more.
   Cplx term;
   const auto plain = [&](int row) {
-    const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
-                                InputOf(Cell(model, row, G))};
+    const auto inputs = summed.Row(row);
     CalcLorentz({w, derivatives, inputs, nullptr}, term);
     sum += term;
   };
   const auto special = [&](int row, std::int32_t code) {
-    const bool factor = code == kNumeratorRow || code == kDenominatorRow;
-    if (derivatives && !factor) ForEachColumn(model, row, [](ModelParam& param) { SetEpsSlopes(param, 0); });
+    if (!derivatives) return;
+    summed.ForEachSlope(row, [&](ParamSlopes& of) {
+      if (IsFactor(code)) {
+        of.formerEps = true;
+      } else {
+        of.PutEps(0, 0);
+      }
+    });
   };
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    CollectInputs(ctx, model, number);
+    CollectInputs(ctx, summed, number);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
-    record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
+    const int status = record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     if (number == kRealPartRecord) sum.re = term.re;
+    if (number == kFactorisedRecord && status >= 0) MarkFactorSlopes(summed, false);
     return true;
   });
   return sum;
 }
 
-void SeedDependencies(EvalContext& ctx, Model& model) {
-  if (model.epsInf.adjustable) {
-    model.epsInf.dEpsRe = 1;
-    model.epsInf.dEpsIm = 0;
-  }
-  const auto set = [&](int row, double value) {
-    ForEachColumn(model, row, [&](ModelParam& param) { SetEpsSlopes(param, value); });
+void SeedDependencies(EvalContext& ctx, const Model& model) {
+  const Summed summed(ctx, model, true);
+  summed.SetEpsInfSlope();
+  const auto one = [](ParamSlopes& of) { of.PutEps(1, 1); };
+  const auto plain = [&](int row) { summed.ForEachSlope(row, one); };
+  const auto special = [&](int row, std::int32_t) {
+    summed.ForEachSlope(row, [](ParamSlopes& of) { of.PutEps(0, 0); });
   };
-  const auto plain = [&](int row) { set(row, 1); };
-  const auto special = [&](int row, std::int32_t) { set(row, 0); };
   const bool anySpecial = WalkRows(ctx, model, plain, special);
-  if (model.vdf.On) VdfGradient(model.vdf);
+  if (model.vdf.On) VdfGradient(model.vdf, summed.Mesh());
   if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    for (const InputPair& input : record.Inputs()) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
+    for (const InputPair& input : record.Inputs()) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
     if (number != kFactorisedRecord) return true;
     for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
       ForEachFactorRow(model, code, [&](int row) {
-        SetEpsSlopes(Cell(model, row, Wp), 1);
-        SetEpsSlopes(Cell(model, row, G), 1);
+        for (const int column : {Wp, G}) summed.ForSlope(row, column, one);
       });
     }
     return true;
@@ -173,40 +198,39 @@ void MakeVdfPositive(EvalContext& ctx, Model& model) {
   }
 }
 
-double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+double ScalarSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
+  const Summed summed(ctx, model, derivatives);
+  if (summed.slopes) {
+    ForEachParam(model, *summed.slopes, [](const ModelParam&, ParamSlopes& of) { of.dScalar = 0; });
+  }
   double sum = 0, term = 0;
   const auto plain = [&](int row) {
-    const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
-                                InputOf(Cell(model, row, G))};
+    const auto inputs = summed.Row(row);
     ScalarLorentz({x, derivatives, inputs, nullptr}, term);
     sum += term;
   };
-  const auto special = [&](int row, std::int32_t) {
-    if (derivatives) ForEachColumn(model, row, [](ModelParam& param) { SetScalarSlope(param, 0); });
-  };
-  const bool anySpecial = WalkRows(ctx, model, plain, special);
+  const bool anySpecial = WalkRows(ctx, model, plain, [](int, std::int32_t) {});
   const bool allHaveWeights = !anySpecial || ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     if (!record.scalarCalc) return false;
-    CollectInputs(ctx, model, number);
+    CollectInputs(ctx, summed, number);
     record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     return true;
   });
   if (!allHaveWeights) return 0;
-  return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, derivatives) : sum;
+  return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, summed.Mesh()) : sum;
 }
 
-void SeedScalarDependencies(EvalContext& ctx, Model& model) {
-  const auto set = [&](int row, double value) {
-    ForEachColumn(model, row, [&](ModelParam& param) { SetScalarSlope(param, value); });
-  };
-  const auto plain = [&](int row) { set(row, 1); };
-  const auto special = [&](int row, std::int32_t) { set(row, 0); };
-  const bool anySpecial = WalkRows(ctx, model, plain, special);
-  if (model.vdf.On) VdfScalarGradient(model.vdf);
+void SeedScalarDependencies(EvalContext& ctx, const Model& model) {
+  const Summed summed(ctx, model, true);
+  ForEachParam(model, *summed.slopes, [](const ModelParam&, ParamSlopes& of) { of.dScalar = 0; });
+  const auto one = [](ParamSlopes& of) { of.dScalar = 1; };
+  const auto plain = [&](int row) { summed.ForEachSlope(row, one); };
+  const bool anySpecial = WalkRows(ctx, model, plain, [](int, std::int32_t) {});
+  if (model.vdf.On) VdfScalarGradient(summed.Mesh());
   if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    for (const InputPair& input : record.Inputs()) SetScalarSlope(NamedParam(ctx, model, number, input), 1);
+    for (const InputPair& input : record.Inputs()) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
     return true;
   });
 }

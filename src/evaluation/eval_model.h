@@ -9,20 +9,24 @@ namespace kalvex {
 
 // Wanted Quantities at frequency x (cm-1), and on request their derivatives by every adjustable parameter. A special
 // model may give -1; the Quantities then stand as they stood.
-int EvalModel(EvalContext& ctx, Model& model, double x, bool derivatives);
+int EvalModel(EvalContext& ctx, const Model& model, double x, bool derivatives);
 
 // The dependency pass: leaves dQuantity[q] of each wanted Quantity other than 0 exactly on the adjustable parameters
 // that the Quantity can depend on. The numbers themselves mean nothing.
-int EvalModelAfter(EvalContext& ctx, Model& model);
+int EvalModelAfter(EvalContext& ctx, const Model& model);
+
+// The two as a part of another evaluation: the slopes go on as they stand.
+int EvalPartner(EvalContext& ctx, const Model& model, double x, bool derivatives);
+int EvalPartnerAfter(EvalContext& ctx, const Model& model);
 
 // The two for a plain model.
-int StdEvalBulk(EvalContext& ctx, Model& model, double x, bool derivatives);
-int StdEvalAfter(EvalContext& ctx, Model& model);
+int StdEvalBulk(EvalContext& ctx, const Model& model, double x, bool derivatives);
+int StdEvalAfter(EvalContext& ctx, const Model& model);
 
 // What QuantityOfEps reads of a context, at frequency x.
 QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives);
 
 // Weight of the delta function at zero frequency, -eps1 w^2 at w = 1e-5 cm-1, as a plain model. Leaves E1 wanted.
-double ZeroFrequencyWeight(EvalContext& ctx, Model& model);
+double ZeroFrequencyWeight(EvalContext& ctx, const Model& model);
 
 }  // namespace kalvex

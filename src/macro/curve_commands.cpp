@@ -28,7 +28,7 @@ MacroResult ExportModelCurveCommand(MacroCall& call) {
   const std::string file = *call.Text("File");
   const int number = *call.Int("ModelNo");
   Model* const model = ModelOf(call, number);
-  const int status = ExportModelCurve(call.program.eval, model, what, file);
+  const int status = ExportModelCurve(call.program.params, call.program.eval, model, what, file);
   if (status < 0) return call.Nothing("'" + file + "' cannot be written");
   const std::string empty = ", so '" + file + "' is empty";
   if (!model) return call.Done("model " + std::to_string(number) + " does not exist" + empty);

@@ -136,7 +136,7 @@ using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
 // through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
 class TypeRun {
  public:
-  TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+  TypeRun(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
           std::span<const int> asked = {});
   TypeRun(const TypeRun&) = delete;
   TypeRun& operator=(const TypeRun&) = delete;
@@ -150,6 +150,8 @@ class TypeRun {
   int AskAll(double x, bool derivatives);
   // Numbers the directions in which derivatives are wanted, and makes room for them.
   void CountDirections();
+  // The slopes by the number that input i is, if that can be fitted, else null. With derivatives only.
+  ParamSlopes* SlopesOfOwn(int i);
 
   int Directions() const { return directions_; }
   double& Slope(int quantity, int direction) {
@@ -171,11 +173,11 @@ class TypeRun {
 
   TypeScratch& scratch() { return scratch_; }
   EvalContext& context() { return ctx_; }
-  Model& model() { return model_; }
+  const Model& model() const { return model_; }
   std::size_t InputCount() const { return scratch_.raw.size(); }
 
  private:
-  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
+  friend int MarkDependencies(EvalContext&, const Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
                               Parts, IdleInputs);
   std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
   int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
@@ -184,6 +186,7 @@ class TypeRun {
   template <class Visit>
   void ForEachWanted(Visit visit);
   const RowCell& CellOf(int i) const;
+  int RowOf(int i) const;
   bool IsEvaluatedPartner(int i) const;
   double* ColumnOf(int i, int slot);
   void ClearColumns(int quantity);
@@ -192,7 +195,7 @@ class TypeRun {
   void ChainQuantity(int quantity, const std::array<double, kExpParamCount>& dExp);
 
   EvalContext& ctx_;
-  Model& model_;
+  const Model& model_;
   const RowMap& map_;
   std::span<const SlotUse> fills_;
   std::span<const int> asked_;  // Quantities of evaluated partners; empty: those of the fills, each by each
@@ -203,7 +206,7 @@ class TypeRun {
 };
 
 // The after-step: what each wanted Quantity depends on.
-int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, Parts parts, IdleInputs idle);
 
 // An evaluation of a partner asks for Quantities of its own, or for those that are wanted anyway, to be read while this
@@ -222,7 +225,7 @@ class WantedForPartner {
 };
 
 // The model that an element of the rows names, null if there is none of that number.
-Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
+const Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
 
 template <class Type>
 constexpr RowMap MapOf(RowRule rows) {
@@ -408,7 +411,7 @@ void FillSlopes(TypeRun& run, const RowMap& map, double x) {
 }
 
 template <class Type, RowRule kRows, bool kFitted>
-int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateType(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const RowMap& map = kMapOf<Type, kRows>;
   TypeRun run(ctx, model, map, FillsOf<Type>(), AskedOf<Type>());
   if (const int status = run.ReadRows()) return status;
@@ -452,12 +455,12 @@ constexpr Parts PartsOf() {
 }
 
 template <class Type, RowRule kRows>
-int AfterType(EvalContext& ctx, Model& model) {
+int AfterType(EvalContext& ctx, const Model& model) {
   return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), PartsOf<Type>(),
                           IdleOf<Type>());
 }
 
-inline int AfterNothing(EvalContext&, Model&) { return 0; }
+inline int AfterNothing(EvalContext&, const Model&) { return 0; }
 
 // A type whose parameters, and those of its partners, can be fitted.
 template <class Type, RowRule kRows>

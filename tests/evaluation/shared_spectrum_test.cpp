@@ -38,7 +38,7 @@ Spectrum EvenSpectrum(QuantitySet wanted) {
 }
 
 // Builds a program with so many threads, and evaluates the last of its models.
-Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
+Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Tables&)>& build) {
   Tables program(threads);
   program.pool.SetLeastShare(0);
   Model& model = build(program);
@@ -59,6 +59,7 @@ Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Mode
     }
   });
   EXPECT_EQ(next, spectrum.x.size());
+  if (spectrum.derivatives) TakeOverSlopes(program.params, program.eval.slopes);
   const std::vector<double> left = NumbersLeftIn(program);
   outcome.numbers.insert(outcome.numbers.end(), left.begin(), left.end());
   outcome.shared = program.eval.team != nullptr;
@@ -66,7 +67,7 @@ Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Mode
 }
 
 // Gives the outcome with one thread.
-Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function<Model&(Program&)>& build) {
+Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function<Model&(Tables&)>& build) {
   const Outcome alone = Evaluate(1, spectrum, build);
   EXPECT_FALSE(alone.shared);
   for (const int threads : kThreadCounts) {
@@ -128,7 +129,7 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
                  [&](const SpectrumBlock& block) { sum += block.Value(kRefl, 0) + block.Slope(1, kTrans, 0); });
     return sum;
   };
-  Program alone;
+  Tables alone;
   Model& changed = PlainModel(alone);
   Cell(changed, 0, Wp).value += 1;
   const double expected = sumOf(alone, changed);
@@ -146,13 +147,14 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
 
 // Gives the number of its row times x; in a range of frequencies it fails with a status, in another it gives up
 // without one. What it left at the frequency before counts there.
-int EvaluateFrail(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateFrail(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (x > Cell(model, 0, Wp).value && x < Cell(model, 0, G).value) return -3;
   if (x > Cell(model, 1, Wp).value && x < Cell(model, 1, G).value) return 0;
-  for (std::size_t q = 0; q < ctx.quantities.size(); ++q) {
-    if (!ctx.quantities[q].wanted) continue;
-    ctx.quantities[q].value = Cell(model, 0, Wo).value * std::sin(x);
-    if (derivatives) Cell(model, 0, Wo).dQuantity[q] = std::sin(x);
+  for (int q = 0; q < kQuantityCount; ++q) {
+    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+    if (!quantity.wanted) continue;
+    quantity.Put(Cell(model, 0, Wo).value * std::sin(x));
+    if (derivatives) Cell(SlopesOf(ctx, model), 0, Wo).Put(q, std::sin(x));
   }
   return 0;
 }
@@ -160,14 +162,14 @@ int EvaluateFrail(EvalContext& ctx, Model& model, double x, bool derivatives) {
 const ModelType kFrail{.code = 17, .name = "frail", .evaluate = EvaluateFrail, .after = nullptr};
 const ModelType* const kFrailTable[] = {&kFrail};
 
-std::function<Model&(Program&)> Frail(double failsFrom, double failsTo, double idleFrom, double idleTo) {
+std::function<Model&(Tables&)> Frail(double failsFrom, double failsTo, double idleFrom, double idleTo) {
   return [=](Tables& program) -> Model& {
     program.eval.types = kFrailTable;
     Model& model = NewModel(program, {{3, failsFrom, failsTo}, {1, idleFrom, idleTo}}, -17);
     FixAll(&model, true);
     Cell(model, 0, Wo).adjustable = 1;
     for (Quantity& quantity : program.eval.quantities) quantity.value = 77;
-    Cell(model, 0, Wo).dQuantity.fill(99);
+    Cell(model, 0, Wo).savedSlopes.dQuantity.fill(99);
     return model;
   };
 }

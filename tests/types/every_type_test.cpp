@@ -153,7 +153,8 @@ void ExpectFinite(TypeSample& s, const std::string& edge) {
     if (s.Differentiate(q) != 0 || HasNoValue(s.type, q, edge)) continue;
     EXPECT_TRUE(std::isfinite(s.program.eval.quantities[slot].value)) << edge << ", Quantity " << q;
     for (const auto& free : s.FreeParams()) {
-      EXPECT_TRUE(std::isfinite(free.param->dQuantity[slot])) << edge << ", Quantity " << q << " by " << free.name;
+      EXPECT_TRUE(std::isfinite(free.param->savedSlopes.dQuantity[slot]))
+          << edge << ", Quantity " << q << " by " << free.name;
     }
   }
 }
@@ -248,7 +249,7 @@ TEST_P(EveryFittedType, DerivativesAgreeWithRiddersQuotients) {
       ASSERT_EQ(s.Differentiate(q), 0);
       const double value = std::fabs(s.program.eval.quantities[static_cast<std::size_t>(q)].value);
       for (const auto& free : s.FreeParams()) {
-        const double slope = free.param->dQuantity[static_cast<std::size_t>(q)];
+        const double slope = free.param->savedSlopes.dQuantity[static_cast<std::size_t>(q)];
         const std::string where = free.name + " in Quantity " + std::to_string(q);
         const double start = free.param->value;
         const double scale = std::fmax(std::fabs(start), 1e-3);
@@ -285,7 +286,7 @@ void HoldWithoutInfluence(TypeSample& s, const std::vector<int>& quantities) {
     for (const int q : quantities) {
       s.Differentiate(q);
       for (const auto& free : s.FreeParams()) {
-        if (free.param->dQuantity[static_cast<std::size_t>(q)] != 0) influential.insert(free.param);
+        if (free.param->savedSlopes.dQuantity[static_cast<std::size_t>(q)] != 0) influential.insert(free.param);
       }
     }
   }
@@ -326,18 +327,19 @@ TEST_P(EveryFittedType, IsFittedBackFromPerturbedParameters) {
     ++slot;
   }
   for (ModelParam& param : s.program.params.ExpParams) param.adjustable = 0;
-  RebuildFitPoints(fit, s.program.eval);
-  RebuildFitParams(fit, s.program.eval);
+  RebuildFitPoints(fit, s.program.datasets);
+  RebuildFitParams(fit, s.program.params, s.program.eval);
   ASSERT_GT(fit.NumFitParams, 0);
   for (std::size_t i = 0; i < static_cast<std::size_t>(fit.NumFitParams); ++i) {
-    fit.params[i].cell->value *= i % 2 == 0 ? 1.01 : 0.99;
+    ParamAt(s.program.params, fit.params[i].place).value *= i % 2 == 0 ? 1.01 : 0.99;
   }
   ComputeChiSq(fit, s.program.eval);
   const double before = fit.TotalChiSq;
   fit.options.StopOnIterations = true;
   fit.options.MaxIterations = 200;
   fit.options.ReductionAmount = 1e-12;
-  ASSERT_EQ(RunFit(fit, s.program.eval, s.program.platform, {}), 0);
+  FitObserver nobody;
+  ASSERT_EQ(RunFit(fit, s.program.params, s.program.eval, s.program.platform, nobody), 0);
   EXPECT_LT(fit.TotalChiSq, 1e-6 * before) << "from " << before << ", " << fit.report.stop;
 }
 

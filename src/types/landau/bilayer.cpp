@@ -287,7 +287,7 @@ struct Graphite {
 
 // Reads the rows of a partner as its own type reads them.
 template <class Read>
-int ReadPartner(EvalContext& ctx, Model& partner, Read read) {
+int ReadPartner(EvalContext& ctx, const Model& partner, Read read) {
   const ModelType* const type = TypeOf(ctx, partner);
   TypeRun run(ctx, partner, type->map, type->fills);
   if (run.ReadRows() != 0) return -1;
@@ -312,7 +312,7 @@ struct BilayerLevelsKept {
   std::vector<double> inOneValley, inTheOther;
 };
 
-int EvaluateBilayerLevels(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateBilayerLevels(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kBilayerLevelsMap, kBilayerLevelFills);
   if (const int status = run.ReadRows()) return status;
   auto& levels = CacheOf<BilayerLevelsKept>(ctx, model);
@@ -344,7 +344,7 @@ constexpr RowMap kGraphiteLevelsMap{
     .rows = kRows, .head = kGraphiteLevelsHead<kCode>, .group = {}, .groupStart = 0, .groupRows = 1};
 
 template <int kCode, RowRule kRows>
-int EvaluateGraphiteLevels(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateGraphiteLevels(EvalContext& ctx, const Model& model, double x, bool) {
   const RowMap& map = kGraphiteLevelsMap<kCode, kRows>;
   TypeRun run(ctx, model, map, kGraphiteLevelFills);
   if (const int status = run.ReadRows()) return status;
@@ -371,7 +371,7 @@ constexpr ModelType LevelsType(int code, const char* name, const TypePage& page)
 
 // ---- reserved
 
-int DoNothing(EvalContext&, Model&, double, bool) { return 0; }
+int DoNothing(EvalContext&, const Model&, double, bool) { return 0; }
 
 constexpr TypePage GraphitePage() {
   return {

@@ -15,13 +15,6 @@ namespace fs = std::filesystem;
 
 class BilayerProgram : public TypeFixture {
  protected:
-  BilayerProgram() {
-    program.platform.self = this;
-    program.platform.showMessage = [](void* self, std::string_view, std::string_view text) {
-      static_cast<BilayerProgram*>(self)->messages.emplace_back(text);
-    };
-  }
-
   // Path Gamma - K - M - Gamma; conductivity in bins of 0.1 eV up to 3 eV.
   Model& MakeBilayer(double g0, double g1, double cells = 24) {
     return Make(31, {{g0, g1, 0},
@@ -43,7 +36,7 @@ class BilayerProgram : public TypeFixture {
 
   const ScratchFolder folder;
   const InFolder inside{folder.Name()};
-  std::vector<std::string> messages;
+  const std::vector<std::string>& messages = program.platform.messages;
 };
 
 TEST_F(BilayerProgram, WritesItsFilesOnce) {
@@ -250,13 +243,13 @@ TEST_F(BilayerProgram, WithABadFileTellsSoAndLeavesTheQuantities) {
   EXPECT_EQ(Status(model, 0.5), -1);
   EXPECT_EQ(Left(kRefl), 77);
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "Error in the line #2, of the file Q.cfg (should be 0 <= Qmin < Qmax <= 1).\n");
+  EXPECT_EQ(messages[0], "Error: Error in the line #2, of the file Q.cfg (should be 0 <= Qmin < Qmax <= 1).\n");
   folder.Write("Q.cfg", "0\n0 0 0 1 1 0 6 6 1\n");  // mended by hand
   EXPECT_EQ(Status(model, 0.5), 0);
   fs::remove(folder.Path("Q.cfg"));
   Cell(model, 2, Wo).value = 0.1;
   EXPECT_EQ(Status(model, 0.5), -1);
-  EXPECT_EQ(messages.back(), "Cannot open file Q.cfg.\n");
+  EXPECT_EQ(messages.back(), "Error: Cannot open file Q.cfg.\n");
 }
 
 TEST_F(BilayerProgram, TakesALatticeMadeByHandWhereItHasWrittenNone) {
@@ -264,7 +257,7 @@ TEST_F(BilayerProgram, TakesALatticeMadeByHandWhereItHasWrittenNone) {
   Model& model = Make(31, {{-1, -1, -1}, {-1, -1, -1}, {0, -1, 0}, {0, 0, 0}, {1, 0.5, 0}, {2, 0.5, 0.5}, {3, 0, 0}});
   EXPECT_EQ(Status(model, 0.5), -1);
   ASSERT_FALSE(messages.empty());
-  EXPECT_EQ(messages[0], "Cannot open file Bilayer.lat\n");
+  EXPECT_EQ(messages[0], "Error: Cannot open file Bilayer.lat\n");
   folder.Write("Bilayer.lat", "3 3 9\n90 90 90\n1\nX 0 0 0 0.5\n1\nX X 3 0.1 -0.25\n");
   EXPECT_NEAR(At(model, kRefl, 0), 0.5 - 0.25 * 4, 1e-12);
   EXPECT_NEAR(At(model, kRefl, 1), 0.5, 1e-12);
@@ -292,7 +285,7 @@ TEST_F(BilayerProgram, RefusesMoreBinsThanThereIsRoomFor) {
   Cell(model, 7, G).value = 1e9;
   EXPECT_EQ(Status(model, 0.5), -1);
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "Out of memory.\n");
+  EXPECT_EQ(messages[0], "Error: Out of memory.\n");
 }
 
 }  // namespace
