@@ -1,5 +1,6 @@
 #include "evaluation/block_filler.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "evaluation/eval_model.h"
@@ -25,6 +26,11 @@ void BlockFiller::Forget() {
   ctx_.readFormerResult = false;
 }
 
+bool BlockFiller::HasFormer(QuantitySet wanted) const {
+  return ctx_.readFormerResult || std::any_of(slopes_.begin(), slopes_.end(),
+                                              [&](const ParamSlopes* slopes) { return slopes->HasFormer(wanted); });
+}
+
 int BlockFiller::FillOneByOne(SpectrumBlock& block) {
   int status = 0;
   block.hasFormer = false;
@@ -32,18 +38,17 @@ int BlockFiller::FillOneByOne(SpectrumBlock& block) {
     ctx_.typeScratch.ahead = request_.x.subspan(block.first + i, block.count - i);
     const QuantitySet wanted = request_.wanted[block.first + i];
     WantOnly(ctx_.quantities, wanted);
-    Forget();
+    if (ctx_.notesFormer) Forget();
     const int failed = EvalPartner(ctx_, model_, request_.x[block.first + i], request_.derivatives);
     if (failed != 0) status = failed;
-    block.hasFormer = block.hasFormer || failed != 0 || ctx_.readFormerResult;
     for (int q = 0; q < kQuantityCount; ++q) {
       if (!Contains(wanted, q)) continue;
       block.Values(q)[i] = ctx_.quantities[static_cast<std::size_t>(q)].value;
       for (std::size_t k = 0; k < slopes_.size(); ++k) {
         block.Slopes(k, q)[i] = slopes_[k]->dQuantity[static_cast<std::size_t>(q)];
-        block.hasFormer = block.hasFormer || slopes_[k]->IsFormer(q);
       }
     }
+    block.hasFormer = block.hasFormer || failed != 0 || (ctx_.notesFormer && HasFormer(wanted));
   }
   ctx_.typeScratch.ahead = {};
   return status;

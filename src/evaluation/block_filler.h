@@ -23,6 +23,7 @@ class BlockFiller {
 
  private:
   void Forget();
+  bool HasFormer(QuantitySet wanted) const;
 
   EvalContext& ctx_;
   const Model& model_;

@@ -35,11 +35,11 @@ void AddChain(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) {
     slopes.Add(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
-    if (slopes.formerEps) slopes.Mark(quantity, true);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
   });
   OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
     slopes.Add(quantity, slope);
-    if (of.formerExp) slopes.Mark(quantity, true);
+    if (of.formerExp) slopes.madeOfFormer = true;
   });
 }
 
@@ -47,11 +47,11 @@ void SetChain(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) {
     slopes.Put(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
-    slopes.Mark(quantity, slopes.formerEps);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
   });
   OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
     slopes.Put(quantity, slope);
-    slopes.Mark(quantity, of.formerExp);
+    if (of.formerExp) slopes.madeOfFormer = true;
   });
 }
 
@@ -59,7 +59,7 @@ void SetChainForMu(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) {
     slopes.Put(quantity, of.dMuRe * slopes.dEpsRe + of.dMuIm * slopes.dEpsIm);
-    slopes.Mark(quantity, slopes.formerEps);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
   });
 }
 

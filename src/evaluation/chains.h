@@ -1,5 +1,5 @@
-// The chain rule from a Quantity to the parameters: dQuantity[q] of each adjustable parameter of a model, of the
-// experimental parameters and of the mesh, out of the derivatives that the Quantity and the row sum have left.
+// The chain rule from a Quantity to the parameters: the slopes dQuantity[q] by each adjustable parameter of a model, of
+// the experimental parameters and of the mesh, out of the derivatives that the Quantity and the row sum have left.
 #pragma once
 
 #include "evaluation/eval_context.h"

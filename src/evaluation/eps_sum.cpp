@@ -2,7 +2,6 @@
 
 #include <array>
 #include <span>
-#include <utility>
 
 #include "evaluation/vdf_eval.h"
 #include "terms/lorentz.h"
@@ -41,28 +40,42 @@ struct Summed {
   std::span<MeshSlopes> Mesh() const { return slopes ? std::span(slopes->mesh) : std::span<MeshSlopes>(); }
 };
 
-// Walks the rows: plain(row) for a plain one; any other fills the slots, and special(row, code) is called. Gives false
-// if there was no special row, so that no composite term can be complete.
+void FindCompleteTerms(const std::vector<std::int32_t>& codes, CompleteTerms& terms) {
+  terms.codes = codes;
+  terms.records.clear();
+  ClearSlots(terms.slots);
+  for (std::size_t row = 0; row < codes.size(); ++row) {
+    if (codes[row] != kPlainRow) FillSlots(terms.slots, codes[row], static_cast<int>(row));
+  }
+  for (int record = 0; record < kTermRecords; ++record) {
+    if (IsComplete(terms.slots, record)) terms.records.push_back(record);
+  }
+}
+
+// Walks the rows, plain(row) or special(row, code), and finds the composite terms. Gives false if there was no special
+// row, so that no composite term can be complete.
 template <class Plain, class Special>
 bool WalkRows(EvalContext& ctx, const Model& model, Plain plain, Special special) {
   bool anySpecial = false;
+  ctx.rowCodes.clear();
   const int count = RowCount(model);
   for (int row = 0; row < count; ++row) {
     const std::int32_t code = RowCode(Cell(model, row, Wo));
+    ctx.rowCodes.push_back(code);
     if (code == kPlainRow) {
       plain(row);
-      continue;
+    } else {
+      anySpecial = true;
+      special(row, code);
     }
-    if (!std::exchange(anySpecial, true)) ClearSlots(ctx.slots);
-    FillSlots(ctx.slots, code, row);
-    special(row, code);
   }
+  if (anySpecial && ctx.rowCodes != ctx.completeTerms.codes) FindCompleteTerms(ctx.rowCodes, ctx.completeTerms);
   return anySpecial;
 }
 
 // The row of an input of a complete record.
 int RowOf(const EvalContext& ctx, int record, const InputPair& input) {
-  return ctx.slots.row[static_cast<std::size_t>(record)][static_cast<std::size_t>(input.idIndex)];
+  return ctx.completeTerms.slots.row[static_cast<std::size_t>(record)][static_cast<std::size_t>(input.idIndex)];
 }
 
 template <class Visit>
@@ -100,11 +113,14 @@ void CollectInputs(EvalContext& ctx, const Summed& sum, int record) {
 
 bool IsFactor(std::int32_t code) { return code == kNumeratorRow || code == kDenominatorRow; }
 
-// Factors have no slopes of their own: they keep those that they have, until the product is computed.
-void MarkFactorSlopes(const Summed& sum, bool former) {
+// The slopes by a factor's code, and by its numbers where the product is not computed, stay as they are.
+void MarkFactorSlopes(const Summed& sum, bool productIsComputed) {
   for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
     ForEachFactorRow(sum.model, code, [&](int row) {
-      for (const int column : {Wp, G}) sum.ForSlope(row, column, [&](ParamSlopes& of) { of.formerEps = former; });
+      for (const int column : {Wo, Wp, G}) {
+        const bool former = column == Wo || !productIsComputed;
+        sum.ForSlope(row, column, [&](ParamSlopes& of) { of.formerEps = former; });
+      }
     });
   }
 }
@@ -113,8 +129,8 @@ void MarkFactorSlopes(const Summed& sum, bool former) {
 // false.
 template <class Visit>
 bool ForEachCompleteTerm(const EvalContext& ctx, Visit visit) {
-  for (int record = 0; record < kTermRecords; ++record) {
-    if (IsComplete(ctx.slots, record) && !visit(record, TermTable[static_cast<std::size_t>(record)])) return false;
+  for (const int record : ctx.completeTerms.records) {
+    if (!visit(record, TermTable[static_cast<std::size_t>(record)])) return false;
   }
   return true;
 }
@@ -144,26 +160,21 @@ Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
     sum += term;
   };
   const auto special = [&](int row, std::int32_t code) {
-    if (!derivatives) return;
-    summed.ForEachSlope(row, [&](ParamSlopes& of) {
-      if (IsFactor(code)) {
-        of.formerEps = true;
-      } else {
-        of.PutEps(0, 0);
-      }
-    });
+    if (!IsFactor(code)) summed.ForEachSlope(row, [](ParamSlopes& of) { of.PutEps(0, 0); });
   };
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
+  bool product = false;
   ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
     CollectInputs(ctx, summed, number);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
     const int status = record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     if (number == kRealPartRecord) sum.re = term.re;
-    if (number == kFactorisedRecord && status >= 0) MarkFactorSlopes(summed, false);
+    product = product || (number == kFactorisedRecord && status >= 0);
     return true;
   });
+  if (ctx.notesFormer) MarkFactorSlopes(summed, product);
   return sum;
 }
 

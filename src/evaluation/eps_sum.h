@@ -7,7 +7,7 @@
 namespace kalvex {
 
 // Dielectric function at frequency x (cm-1): epsInf, the rows, the composite terms, the variational function. With
-// derivatives, those of the sum by each adjustable parameter go to its dEpsRe and dEpsIm. Cannot fail.
+// derivatives, those of the sum by each adjustable parameter go to dEpsRe and dEpsIm of its slopes. Cannot fail.
 Cplx EpsSum(EvalContext& ctx, const Model& model, double x, bool derivatives);
 // The same without the variational function.
 Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives);

@@ -47,7 +47,7 @@ int EvalModelAfter(EvalContext& ctx, const Model& model) {
 int EvalPartner(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const ModelType* type = TypeOf(ctx, model);
   const int status = type ? type->evaluate(ctx, model, x, derivatives) : StdEvalBulk(ctx, model, x, derivatives);
-  if (status == 0) {
+  if (ctx.notesFormer && status == 0) {
     ForEachWanted(ctx, [&](int, const Quantity& quantity) {
       ctx.readFormerResult = ctx.readFormerResult || quantity.formerValue;
     });

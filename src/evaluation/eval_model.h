@@ -1,5 +1,6 @@
 // One model at one frequency: the reference for what is right. The caller sets the wanted flags of ctx.quantities
-// before and reads the values, and dQuantity of the parameters, after.
+// before and reads ctx.quantities and, with derivatives, ctx.slopes after. After an evaluation with derivatives, and
+// after the dependency pass, the owner of the parameters calls TakeOverSlopes.
 #pragma once
 
 #include "evaluation/eval_context.h"
@@ -11,8 +12,8 @@ namespace kalvex {
 // model may give -1; the Quantities then stand as they stood.
 int EvalModel(EvalContext& ctx, const Model& model, double x, bool derivatives);
 
-// The dependency pass: leaves dQuantity[q] of each wanted Quantity other than 0 exactly on the adjustable parameters
-// that the Quantity can depend on. The numbers themselves mean nothing.
+// The dependency pass: among the adjustable parameters dQuantity[q] of each wanted Quantity is other than 0 exactly for
+// those that the Quantity can depend on. The numbers themselves mean nothing.
 int EvalModelAfter(EvalContext& ctx, const Model& model);
 
 // The two as a part of another evaluation: the slopes go on as they stand.

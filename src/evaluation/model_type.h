@@ -14,8 +14,8 @@ struct EvalContext;
 struct SpectrumRequest;
 class SpectrumBlock;
 
-// Fills one block of a spectrum at once, with what EvalModel would give, but without leaving anything in the tables;
-// false where the result would depend on what another frequency has left there.
+// Fills one block of a spectrum at once, with what EvalModel would give, but without leaving anything in the context;
+// false where it has to be filled one by one.
 using FillBlock = std::function<bool(SpectrumBlock& block)>;
 
 // How many rows a type takes, and the status that another number gives: -1, or of its own with too few.

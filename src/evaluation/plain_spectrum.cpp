@@ -89,7 +89,7 @@ void PlainSpectrum::SumRows(SpectrumBlock& block) {
   const std::size_t count = block.count;
   for (std::size_t i = 0; i < count; ++i) {
     for (const Slope& slope : slopes_) {
-      if (slope.of) slope.of->Forget();
+      if (slope.of && ctx_.notesFormer) slope.of->Forget();
     }
     const Cplx sum = RowSum(ctx_, model_, x_[i], request_.derivatives);
     eps_.re[i] = sum.re;

@@ -20,7 +20,7 @@ class PlainSpectrum {
 
   // Whether this is a model for it.
   static bool AppliesTo(const EvalContext& ctx, const Model& model);
-  // False where a slope is asked for that EvalModel would leave as it was at another frequency.
+  // False where a slope is asked for that EvalModel would keep from another frequency.
   bool FillBlock(SpectrumBlock& block);
 
  private:

@@ -17,13 +17,15 @@ struct ParamSlopes {
   double dEpsIm = 0;
   double dScalar = 0;                              // of the real row sum
   std::array<double, kQuantityCount> dQuantity{};  // of each Quantity
-  // Which of these are of a former evaluation, as far as Forget has been called before this one.
+
+  // What of these is of a former evaluation; counts only if Forget has been called before this one.
   QuantitySet formerQuantities = 0;
   bool formerEps = false;
+  bool madeOfFormer = false;  // a slope of a Quantity is made of such a number
 
   void Put(int quantity, double slope) {
     dQuantity[static_cast<std::size_t>(quantity)] = slope;
-    Mark(quantity, false);
+    formerQuantities = static_cast<QuantitySet>(formerQuantities & ~SetOf(quantity));
   }
   void PutZeros() {
     dQuantity.fill(0);
@@ -35,14 +37,10 @@ struct ParamSlopes {
     dEpsIm = im;
     formerEps = false;
   }
-  void Mark(int quantity, bool former) {
-    const auto others = static_cast<QuantitySet>(formerQuantities & ~SetOf(quantity));
-    formerQuantities = former ? static_cast<QuantitySet>(others | SetOf(quantity)) : others;
-  }
-  bool IsFormer(int quantity) const { return Contains(formerQuantities, quantity); }
+  bool HasFormer(QuantitySet wanted) const { return madeOfFormer || (formerQuantities & wanted) != 0; }
   void Forget() {
     formerQuantities = kEveryQuantity;
-    formerEps = false;
+    formerEps = madeOfFormer = false;
   }
 };
 

@@ -83,6 +83,7 @@ void Prepare(SpectrumWorker& worker, EvalContext& ctx, const Model& model, const
   own.termEnvironment.datasets = ctx.termEnvironment.datasets;
   CopyTables(own.termEnvironment, ctx.termEnvironment);
   own.spectrum = ctx.spectrum;
+  own.notesFormer = true;
   own.DcFlag = ctx.DcFlag;
   own.FrequencyOverrideFlag = ctx.FrequencyOverrideFlag;
   if (request.derivatives) MakeRoom(own.slopes, *own.params);

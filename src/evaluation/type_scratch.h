@@ -32,6 +32,7 @@ struct TypeScratch {
   std::vector<const Model*> partner;     // null where the input is no model
   std::vector<double> partnerX;          // frequency at which the partner is asked
   std::vector<const ModelParam*> param;  // of a number that can be fitted, else null
+  std::vector<int> row;                  // in which the input stands
   std::vector<int> direction;            // the first of the input's directions, -1 if nothing can vary it
   std::vector<std::array<double, kQuantityCount>> quantities;  // of an evaluated partner
   std::vector<Complex<TypeDual>> dual;

@@ -91,18 +91,11 @@ const RowCell& TypeRun::CellOf(int i) const {
   return map_.group[(at - map_.head.size()) % map_.group.size()];
 }
 
-// The row of an input that is an element of the rows.
-int TypeRun::RowOf(int i) const {
-  const int head = static_cast<int>(map_.head.size());
-  if (i < head) return CellOf(i).row;
-  return CellOf(i).row + map_.groupStart + (i - head) / static_cast<int>(map_.group.size()) * map_.groupRows;
-}
-
 ParamSlopes* TypeRun::SlopesOfOwn(int i) {
   if (!scratch_.param[static_cast<std::size_t>(i)]) return nullptr;
   const RowCell& cell = CellOf(i);
   if (cell.use == CellUse::kExperimental) return &ctx_.slopes.ExpParams[static_cast<std::size_t>(cell.row)];
-  return &Cell(SlopesOf(ctx_, model_), RowOf(i), cell.column);
+  return &Cell(SlopesOf(ctx_, model_), scratch_.row[static_cast<std::size_t>(i)], cell.column);
 }
 
 bool TypeRun::IsEvaluatedPartner(int i) const {
@@ -122,6 +115,7 @@ int TypeRun::ReadRows() {
   scratch_.partner.assign(count, nullptr);
   scratch_.partnerX.assign(count, 0);
   scratch_.param.assign(count, nullptr);
+  scratch_.row.resize(count);
   scratch_.quantities.resize(count);
   for (std::size_t i = 0; i < count; ++i) {
     const int index = static_cast<int>(i);
@@ -131,7 +125,10 @@ int TypeRun::ReadRows() {
       scratch_.raw[i] = scratch_.param[i]->value;
       continue;
     }
-    const int row = RowOf(index);
+    const bool inGroup = i >= map_.head.size();
+    const auto group = inGroup ? static_cast<int>((i - map_.head.size()) / map_.group.size()) : 0;
+    const int row = cell.row + (inGroup ? map_.groupStart + group * map_.groupRows : 0);
+    scratch_.row[i] = row;
     const ModelParam* const param = row < rows ? &Cell(model_, row, cell.column) : nullptr;
     scratch_.raw[i] = param ? param->value : cell.absent;
     if (cell.use == CellUse::kOwn) scratch_.param[i] = param;
@@ -200,10 +197,7 @@ int TypeRun::AskEvaluated(int i, double x, bool derivatives) {
     scratch_.quantities[static_cast<std::size_t>(i)][q] = ctx_.quantities[q].value;
     if (!derivatives) continue;
     double* const column = ColumnOf(i, static_cast<int>(s));
-    for (std::size_t p = 0; p < scratch_.free.size(); ++p) {
-      column[p] = scratch_.free[p]->dQuantity[q];
-      ctx_.readFormerResult = ctx_.readFormerResult || scratch_.free[p]->IsFormer(Asked(s));
-    }
+    for (std::size_t p = 0; p < scratch_.free.size(); ++p) column[p] = scratch_.free[p]->dQuantity[q];
   }
   return 0;
 }

@@ -28,6 +28,9 @@
 //     template <class T> static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q);
 // Prepare reads own numbers and settings only, no partner and no frequency. The frame keeps its table, also those of
 // the passes over the directions of derivatives, until one of them changes.
+//
+// A type lists those of these members that it need not have, as `static constexpr Hooks kHooks = hook::kIdle |
+// hook::kPrepare;`. One that is listed and not found as it should be, or found and not listed, does not compile.
 #pragma once
 
 #include <algorithm>
@@ -186,7 +189,6 @@ class TypeRun {
   template <class Visit>
   void ForEachWanted(Visit visit);
   const RowCell& CellOf(int i) const;
-  int RowOf(int i) const;
   bool IsEvaluatedPartner(int i) const;
   double* ColumnOf(int i, int slot);
   void ClearColumns(int quantity);
@@ -410,8 +412,56 @@ void FillSlopes(TypeRun& run, const RowMap& map, double x) {
   }
 }
 
+// The members that the frame looks for and does without.
+using Hooks = unsigned;
+namespace hook {
+inline constexpr Hooks kFrequencyOf = 1, kKeep = 2, kIdle = 4, kAdmits = 8, kPrepare = 16, kAsked = 32,
+                       kSumOfPartners = 64;
+}  // namespace hook
+
+template <class Type>
+constexpr Hooks HooksFound() {
+  Hooks found = 0;
+  const auto add = [&](Hooks hook, bool is) { found |= is ? hook : 0; };
+  add(
+      hook::kFrequencyOf, requires(const TypeInputs<double>& in) {
+        { Type::FrequencyOf(in, 0) } -> std::same_as<double>;
+      });
+  add(
+      hook::kKeep, requires(TypeRun & run, const TypeInputs<double>& in) { Type::Keep(run, in); });
+  add(
+      hook::kIdle, requires(const TypeInputs<double>& in) {
+        { Type::Idle(in) } -> std::same_as<std::uint64_t>;
+      });
+  add(
+      hook::kAdmits, requires(const TypeInputs<double>& in) {
+        { Type::Admits(in) } -> std::same_as<bool>;
+      });
+  if constexpr (Prepares<Type>) {
+    add(
+        hook::kPrepare, requires(const TypeInputs<double>& in, typename Type::template Table<double>& table) {
+          Type::Prepare(in, table);
+        });
+  }
+  add(
+      hook::kAsked, requires { Type::kAsked; });
+  add(
+      hook::kSumOfPartners, requires { Type::kSumOfPartners; });
+  return found;
+}
+
+template <class Type>
+constexpr Hooks HooksListed() {
+  if constexpr (requires { Type::kHooks; }) {
+    return Type::kHooks;
+  } else {
+    return 0;
+  }
+}
+
 template <class Type, RowRule kRows, bool kFitted>
 int EvaluateType(EvalContext& ctx, const Model& model, double x, bool derivatives) {
+  static_assert(HooksFound<Type>() == HooksListed<Type>(), "kHooks lists what the frame finds, and nothing else");
   const RowMap& map = kMapOf<Type, kRows>;
   TypeRun run(ctx, model, map, FillsOf<Type>(), AskedOf<Type>());
   if (const int status = run.ReadRows()) return status;

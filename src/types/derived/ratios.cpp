@@ -12,6 +12,7 @@ namespace {
 // Ratio or difference of up to four models, in two Quantities.
 template <int kCode, int kFirst, int kSecond, int kTypicalMode>
 struct RatioOfFour {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kAdmits;
   enum Input { kMode, kA, kB, kC, kD };
   enum Mode { kRatio = 1, kRatioDifference, kDifference, kDoubleRatio };
   static constexpr RowCell kHead[] = {Setting(0, Wo, "mode: 1 A/B, 2 A/B - C/D, 3 A - B, 4 (A/B)/(C/D)", kTypicalMode),
@@ -64,6 +65,7 @@ struct RatioOfFour {
 
 // Two graphene devices compared, with the absorption of a path and a background.
 struct RatioOfDevices {
+  static constexpr Hooks kHooks = hook::kIdle;
   enum Input { kA, kB, kPath, kFactor0, kFactor1, kFactor2, kOffset0, kOffset1, kOffset2 };
   static constexpr RowCell kHead[] = {EvaluatedLike(0, Wo, "first model", 98),
                                       EvaluatedLike(0, Wp, "second model", 98),

@@ -98,6 +98,7 @@ std::uint64_t IdleInBilayer(const TypeInputs<double>& in) {
 }
 
 struct BilayerOnSubstrate {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr auto kCells = [] {
     std::array<RowCell, 14> cells{};
     std::copy(kBilayerCells.begin(), kBilayerCells.end(), cells.begin());
@@ -138,6 +139,7 @@ struct BilayerOnSubstrate {
 };
 
 struct BilayerMaterial {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr std::span<const RowCell> kHead = kBilayerCells;
   static constexpr std::uint64_t kNoBackground = ~InputBits({kBackground, kHallBackground}),
                                  kDiagonal = ~InputBits({kHallBackground}), kHall = ~InputBits({kBackground});
@@ -224,6 +226,7 @@ T GraphiteUnit(const TypeInputs<T>& in, const T& field) {
 }
 
 struct Graphite {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr std::span<const RowCell> kHead = kGraphiteCells;
   static constexpr auto kAll =
       MagnetisedFills("the same reflectivity", ~InputBits({}), ~InputBits({kGraphiteBackground}));

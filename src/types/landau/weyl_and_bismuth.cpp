@@ -302,6 +302,7 @@ int BismuthLevels(double setting) {
 }
 
 struct Bismuth {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr std::span<const RowCell> kHead = kBismuthHead;
   static constexpr auto kMasked = [] {
     auto fills = MagnetisedFills("the same reflectivity", ~std::uint64_t{0}, ~InputBits({kBiBackground, kBiEpsInf}));

@@ -15,6 +15,7 @@ namespace {
 
 // A response that depends on frequency and temperature through their quotient only.
 struct UniversalRatio {
+  static constexpr Hooks kHooks = hook::kFrequencyOf | hook::kAdmits | hook::kSumOfPartners;
   enum Input { kConstant, kQuadratic, kUniversal, kTemperature, kReduction };
   static constexpr RowCell kHead[] = {
       Partner(0, Wo, "part without temperature, e0"), Partner(0, Wp, "part with the square of the temperature, e1"),
