@@ -7,9 +7,9 @@
 #include "evaluation/eval_model.h"
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "tables.h"
 
 namespace {
 
@@ -35,40 +35,39 @@ void SetModel(kalvex::Model& model, double off) {
   }
 }
 
-void MakeProblem(kalvex::Program& program) {
-  kalvex::Model& model = *kalvex::CreateModel(program.params);
+void MakeProblem(kalvex::Tables& tables) {
+  kalvex::Model& model = *kalvex::CreateModel(tables.params);
   SetModel(model, 0);
-  kalvex::Dataset& dataset = program.datasets.slots[0];
-  dataset.id = program.datasets.nextId++;
+  kalvex::Dataset& dataset = tables.datasets.slots[0];
+  dataset.id = tables.datasets.nextId++;
   std::mt19937 random(2);
   std::normal_distribution<double> noise(0, 0.002);
-  kalvex::WantOnly(program.eval.quantities, kalvex::SetOf(kalvex::kRefl));
+  kalvex::WantOnly(tables.eval.quantities, kalvex::SetOf(kalvex::kRefl));
   for (int i = 0; i < kPoints; ++i) {
     const double x = 20 * std::pow(1000.0, i / (kPoints - 1.0));
-    kalvex::EvalModel(program.eval, model, x, false);
-    dataset.points.push_back({x, program.eval.quantities[kalvex::kRefl].value + noise(random), 0.002});
+    kalvex::EvalModel(tables.eval, model, x, false);
+    dataset.points.push_back({x, tables.eval.quantities[kalvex::kRefl].value + noise(random), 0.002});
   }
   dataset.firstActive = 0;
   dataset.lastActive = kPoints - 1;
-  kalvex::OpenFitWindow(kalvex::DeskOf(program));
-  kalvex::AddTerm(kalvex::DeskOf(program), 1, 1, {});
+  kalvex::AddTerm(tables, 1, model);
 }
 
 void FitOf76Parameters(benchmark::State& state) {
-  kalvex::Program program(static_cast<int>(state.range(1)));
-  MakeProblem(program);
-  kalvex::FitOptions& options = program.fit.options;
+  kalvex::Tables tables(static_cast<int>(state.range(1)));
+  MakeProblem(tables);
+  kalvex::FitOptions& options = tables.fit.options;
   options.StopOnIterations = true;
   options.MaxIterations = static_cast<int>(state.range(0));
   options.StopOnReduction = false;
   for (auto _ : state) {
     state.PauseTiming();
-    SetModel(program.params.models[0], 0.1);
+    SetModel(tables.params.models[0], 0.1);
     state.ResumeTiming();
-    kalvex::RunFit(program.fit, program.eval, program.platform, {});
+    if (!kalvex::RunFit(tables)) state.SkipWithError("out of memory");
   }
-  state.counters["ChiSq"] = program.fit.TotalChiSq;
-  state.counters["iterations"] = program.fit.IterationCount;
+  state.counters["ChiSq"] = tables.fit.TotalChiSq;
+  state.counters["iterations"] = tables.fit.IterationCount;
 }
 BENCHMARK(FitOf76Parameters)
     ->ArgNames({"iterations", "threads"})
@@ -77,9 +76,9 @@ BENCHMARK(FitOf76Parameters)
     ->Unit(benchmark::kMillisecond);
 
 void ChiSqOf5000Points(benchmark::State& state) {
-  kalvex::Program program(static_cast<int>(state.range(0)));
-  MakeProblem(program);
-  for (auto _ : state) kalvex::ComputeChiSq(program.fit, program.eval);
+  kalvex::Tables tables(static_cast<int>(state.range(0)));
+  MakeProblem(tables);
+  for (auto _ : state) kalvex::ComputeChiSq(tables.fit, tables.eval);
 }
 BENCHMARK(ChiSqOf5000Points)->ArgName("threads")->Arg(1)->Arg(2)->UseRealTime()->Unit(benchmark::kMillisecond);
 

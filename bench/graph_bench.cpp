@@ -7,21 +7,21 @@
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
 #include "pictures/pixel_surface.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "tables.h"
 
 namespace {
 
-using kalvex::Program;
+using kalvex::Tables;
 
 constexpr int kOscillators = 25, kPoints = 10000;
 
 // Data of 10 000 points with error bars, and three Quantities of a model, in a window of 800 x 600.
 struct LiveGraph {
-  Program program;
-  kalvex::Model& model = *kalvex::CreateModel(program.params);
-  kalvex::Graph& graph = *kalvex::CreateGraph(program.graphs);
+  Tables tables;
+  kalvex::Model& model = *kalvex::CreateModel(tables.params);
+  kalvex::Graph& graph = *kalvex::CreateGraph(tables.graphs);
   kalvex::PixelSurface surface = kalvex::MakePixelSurface(800, 600, 0xFFFFFF);
 
   LiveGraph() {
@@ -32,8 +32,8 @@ struct LiveGraph {
         kalvex::Cell(model, row, column).value = value;
       }
     }
-    kalvex::Dataset& dataset = program.datasets.slots[0];
-    dataset.id = program.datasets.nextId++;
+    kalvex::Dataset& dataset = tables.datasets.slots[0];
+    dataset.id = tables.datasets.nextId++;
     for (int i = 0; i < kPoints; ++i) {
       const double x = 1000.0 * i / kPoints;
       dataset.points.push_back({x, 0.4 + 0.2 * std::sin(0.05 * x) + 0.02 * std::sin(1e4 * x), 0.02});
@@ -46,8 +46,10 @@ struct LiveGraph {
     graph.Width = 800;
     graph.Height = 600;
     kalvex::RebuildGraph(graph);
-    kalvex::PaintGraph(graph, program.eval, kalvex::CanvasOf(surface));
+    kalvex::PaintGraph(graph, tables.eval, kalvex::CanvasOf(surface));
   }
+
+  void Tell(kalvex::GraphEvent event) { kalvex::AnswerGraphEvent(tables.graphs, event, 1, true); }
 
   void MoveParameter() {
     double& frequency = kalvex::Cell(model, 3, kalvex::Wo).value;
@@ -62,9 +64,9 @@ void RepaintOfAGraph(benchmark::State& state) {
   LiveGraph live;
   for (auto _ : state) {
     live.MoveParameter();
-    kalvex::NotifyGraphs(live.program.notices, kalvex::GraphEvent::kModelParamChanged, 1);
-    if (state.range(0)) kalvex::NotifyGraphs(live.program.notices, kalvex::GraphEvent::kDatasetChanged, 1);
-    kalvex::RepaintGraph(live.graph, live.program.eval, kalvex::CanvasOf(live.surface));
+    live.Tell(kalvex::GraphEvent::kModelParamChanged);
+    if (state.range(0)) live.Tell(kalvex::GraphEvent::kDatasetChanged);
+    kalvex::RepaintGraph(live.graph, live.tables.eval, kalvex::CanvasOf(live.surface));
   }
 }
 BENCHMARK(RepaintOfAGraph)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
@@ -72,7 +74,7 @@ BENCHMARK(RepaintOfAGraph)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 void PaintOfAWholeGraph(benchmark::State& state) {
   LiveGraph live;
   for (auto _ : state) {
-    kalvex::PaintGraph(live.graph, live.program.eval, kalvex::CanvasOf(live.surface));
+    kalvex::PaintGraph(live.graph, live.tables.eval, kalvex::CanvasOf(live.surface));
   }
 }
 BENCHMARK(PaintOfAWholeGraph)->Unit(benchmark::kMillisecond);
@@ -83,7 +85,7 @@ void EvaluationForAGraph(benchmark::State& state) {
   for (auto _ : state) {
     live.MoveParameter();
     benchmark::DoNotOptimize(
-        kalvex::ModelValues(live.graph, live.program.eval, live.model, LiveGraph::kCurves, live.graph.columnX));
+        kalvex::ModelValues(live.graph, live.tables.eval, live.model, LiveGraph::kCurves, live.graph.columnX));
   }
 }
 BENCHMARK(EvaluationForAGraph)->Unit(benchmark::kMillisecond);

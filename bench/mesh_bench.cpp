@@ -9,10 +9,10 @@
 #include "fit/fit_lists.h"
 #include "fit/normal_equations.h"
 #include "fit/run_fit.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
 #include "records/vdf_mesh.h"
+#include "tables.h"
 
 namespace {
 
@@ -28,11 +28,11 @@ void SetRow(kalvex::Model& model, int row, double wo, double wp, double g) {
 
 // A spectrum of three oscillators and a bump of E2, to be followed by a mesh on two of the oscillators.
 struct Problem {
-  kalvex::Program program;
+  kalvex::Tables tables;
   kalvex::Model& model;
 
   Problem(int meshPoints, bool kk, bool twoQuantities, int threads)
-      : program(threads), model(*kalvex::CreateModel(program.params)) {
+      : tables(threads), model(*kalvex::CreateModel(tables.params)) {
     kalvex::InsertRow(&model, 1);
     kalvex::InsertRow(&model, 2);
     SetRow(model, 0, 300, 500, 30);
@@ -50,27 +50,25 @@ struct Problem {
     vdf.source[0].datasetId = mesh.id;
     vdf.initOn = vdf.initFitActive = 1;
     vdf.initKK = kk ? 1 : 0;
-    kalvex::InitVdfMesh(vdf, program.datasets);
-    const kalvex::FitDesk desk = kalvex::DeskOf(program);
-    kalvex::OpenFitWindow(desk);
-    kalvex::AddTerm(desk, 1, 1, {});
-    if (twoQuantities) kalvex::AddTerm(desk, 2, 1, {});
+    kalvex::InitVdfMesh(vdf, tables.datasets);
+    kalvex::AddTerm(tables, 1, model);
+    if (twoQuantities) kalvex::AddTerm(tables, 2, model);
   }
 
   kalvex::Dataset& Slot(int slot) {
-    kalvex::Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
-    dataset.id = program.datasets.nextId++;
+    kalvex::Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(slot - 1)];
+    dataset.id = tables.datasets.nextId++;
     return dataset;
   }
 
   void Measure(int slot, int quantity) {
     kalvex::Dataset& dataset = Slot(slot);
     dataset.Quantity = quantity;
-    kalvex::WantOnly(program.eval.quantities, kalvex::SetOf(quantity));
+    kalvex::WantOnly(tables.eval.quantities, kalvex::SetOf(quantity));
     for (int i = 0; i < kPoints; ++i) {
       const double x = Frequency(i, kPoints);
-      kalvex::EvalModel(program.eval, model, x, false);
-      dataset.points.push_back({x, program.eval.quantities[static_cast<std::size_t>(quantity)].value, 0.005});
+      kalvex::EvalModel(tables.eval, model, x, false);
+      dataset.points.push_back({x, tables.eval.quantities[static_cast<std::size_t>(quantity)].value, 0.005});
     }
     dataset.firstActive = 0;
     dataset.lastActive = kPoints - 1;
@@ -78,17 +76,17 @@ struct Problem {
 };
 
 void RunFits(benchmark::State& state, Problem& problem) {
-  kalvex::Program& program = problem.program;
-  program.fit.options.StopOnIterations = true;
-  program.fit.options.StopOnReduction = false;
-  program.fit.options.MaxIterations = 5;
+  kalvex::Tables& tables = problem.tables;
+  tables.fit.options.StopOnIterations = true;
+  tables.fit.options.StopOnReduction = false;
+  tables.fit.options.MaxIterations = 5;
   int iterations = 0;
   for (auto _ : state) {
     for (kalvex::VdfMeshPoint& point : problem.model.vdf.mesh) point.e1.value = point.e2.value = 0;
-    kalvex::RunFit(program.fit, program.eval, program.platform, {});
-    iterations += program.fit.IterationCount;
+    if (!kalvex::RunFit(tables)) state.SkipWithError("out of memory");
+    iterations += tables.fit.IterationCount;
   }
-  state.counters["unknowns"] = program.fit.NumFreeParams;
+  state.counters["unknowns"] = tables.fit.NumFreeParams;
   state.counters["iteration_s"] =
       benchmark::Counter(iterations, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
@@ -116,16 +114,19 @@ BENCHMARK(FreeMesh)->Apply(FreeSizes);
 // The shares of an iteration: evaluation with kernels at hand and alpha together, and the solution alone.
 void ConstrainedMeshAlpha(benchmark::State& state) {
   Problem problem(static_cast<int>(state.range(0)), true, false, static_cast<int>(state.range(1)));
-  kalvex::FitState& fit = problem.program.fit;
-  for (const kalvex::FitParam& param : fit.params) kalvex::FitSetCoord(*param.cell);
+  kalvex::FitState& fit = problem.tables.fit;
+  std::vector<kalvex::FitCoordinate> coordinates;
+  for (const kalvex::ModelParam* const cell : kalvex::CellsOfFit(fit, problem.tables.params, problem.tables.eval)) {
+    coordinates.push_back(kalvex::FitCoordinateOf(*cell));
+  }
   kalvex::NormalEquations equations(static_cast<std::size_t>(fit.NumFreeParams));
-  for (auto _ : state) kalvex::AccumulateNormalEquations(fit, problem.program.eval, equations);
+  for (auto _ : state) kalvex::AccumulateNormalEquations(fit, problem.tables.eval, coordinates, equations);
 }
 BENCHMARK(ConstrainedMeshAlpha)->Apply(FullSizes);
 
 void ConstrainedMeshEvaluation(benchmark::State& state) {
   Problem problem(static_cast<int>(state.range(0)), true, false, static_cast<int>(state.range(1)));
-  for (auto _ : state) kalvex::ComputeChiSq(problem.program.fit, problem.program.eval);
+  for (auto _ : state) kalvex::ComputeChiSq(problem.tables.fit, problem.tables.eval);
 }
 BENCHMARK(ConstrainedMeshEvaluation)->Apply(FullSizes);
 

@@ -9,17 +9,17 @@
 #include "evaluation/eval_spectrum.h"
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "tables.h"
 
 namespace {
 
 using kalvex::Model;
-using kalvex::Program;
+using kalvex::Tables;
 
-Model& NewModel(Program& program, double epsInf, std::initializer_list<std::array<double, 3>> rows) {
-  Model& model = *kalvex::CreateModel(program.params);
+Model& NewModel(Tables& tables, double epsInf, std::initializer_list<std::array<double, 3>> rows) {
+  Model& model = *kalvex::CreateModel(tables.params);
   kalvex::ClearRows(&model);
   model.epsInf.value = epsInf;
   model.epsInf.adjustable = epsInf > 0;
@@ -34,7 +34,7 @@ Model& NewModel(Program& program, double epsInf, std::initializer_list<std::arra
 // Quantities of a model at so many frequencies, with the derivatives by all free parameters, after a change of it as a
 // fit makes them: what depends on the parameters alone counts.
 template <class Change>
-void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& model, double from, double to,
+void EvaluateWithDerivatives(benchmark::State& state, Tables& tables, Model& model, double from, double to,
                              std::size_t points, kalvex::QuantitySet wanted, Change change) {
   std::vector<double> x(points);
   for (std::size_t i = 0; i < points; ++i)
@@ -47,28 +47,28 @@ void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& m
   for (auto _ : state) {
     double sum = 0;
     change();
-    kalvex::EvalSpectrum(program.eval, model, request,
+    kalvex::EvalSpectrum(tables.eval, model, request,
                          [&](const kalvex::SpectrumBlock& block) { sum += block.count > 0 ? 1 : 0; });
     benchmark::DoNotOptimize(sum);
   }
 }
 
-void EvaluateWithDerivatives(benchmark::State& state, Program& program, Model& model, double from, double to,
+void EvaluateWithDerivatives(benchmark::State& state, Tables& tables, Model& model, double from, double to,
                              std::size_t points, kalvex::QuantitySet wanted) {
-  EvaluateWithDerivatives(state, program, model, from, to, points, wanted, [] {});
+  EvaluateWithDerivatives(state, tables, model, from, to, points, wanted, [] {});
 }
 
 // Five layers of three materials; the second and the fourth thickness spread when asked for.
 void StackOfFiveLayers(benchmark::State& state) {
-  Program program(static_cast<int>(state.range(1)));
+  Tables tables(static_cast<int>(state.range(1)));
   const double spread = state.range(0) ? 0.05 : 0;
-  NewModel(program, 2.2, {{1000, 300, 40}, {450, 200, 30}});
-  NewModel(program, 4, {{600, 400, 30}, {300, 150, 20}});
-  NewModel(program, 3, {{0, 3000, 200}});
-  Model& stack = NewModel(program, -2,
-                          {{1, 0.0004, 0}, {2, 0.0006, spread}, {3, 0.00002, 0}, {1, 0.0009, spread}, {2, 0.0003, 0}});
+  NewModel(tables, 2.2, {{1000, 300, 40}, {450, 200, 30}});
+  NewModel(tables, 4, {{600, 400, 30}, {300, 150, 20}});
+  NewModel(tables, 3, {{0, 3000, 200}});
+  Model& stack =
+      NewModel(tables, -2, {{1, 0.0004, 0}, {2, 0.0006, spread}, {3, 0.00002, 0}, {1, 0.0009, spread}, {2, 0.0003, 0}});
   EvaluateWithDerivatives(
-      state, program, stack, 50, 4000, 4000,
+      state, tables, stack, 50, 4000, 4000,
       static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kTrans)));
 }
 BENCHMARK(StackOfFiveLayers)
@@ -80,24 +80,24 @@ BENCHMARK(StackOfFiveLayers)
 // One iteration's worth of a fit in the time domain: the trace of 4096 points with its derivatives.
 void PulseOf4096Points(benchmark::State& state) {
   constexpr int kPoints = 4096;
-  Program program;
-  kalvex::Dataset& reference = program.datasets.slots[0];
-  reference.id = program.datasets.nextId++;
+  Tables tables;
+  kalvex::Dataset& reference = tables.datasets.slots[0];
+  reference.id = tables.datasets.nextId++;
   for (int i = 0; i < kPoints; ++i) {
     const double t = 12.0 * i / (kPoints - 1);
     reference.points.push_back({t, (1 - 30 * (t - 3) * (t - 3)) * std::exp(-(t - 3) * (t - 3) * 40), 0.01});
   }
-  NewModel(program, 2.1, {{53, 9, 10}, {1000, 570, 22000}});
-  Model& slab = NewModel(program, -51, {{1, 1, 0}, {0, 12, kPoints}, {0, 0.05, 0}, {3, 0, 100}});
-  EvaluateWithDerivatives(state, program, slab, 0, 12, kPoints, kalvex::SetOf(kalvex::kRp));
+  NewModel(tables, 2.1, {{53, 9, 10}, {1000, 570, 22000}});
+  Model& slab = NewModel(tables, -51, {{1, 1, 0}, {0, 12, kPoints}, {0, 0.05, 0}, {3, 0, 100}});
+  EvaluateWithDerivatives(state, tables, slab, 0, 12, kPoints, kalvex::SetOf(kalvex::kRp));
 }
 BENCHMARK(PulseOf4096Points)->Unit(benchmark::kMillisecond);
 
 // Graphene in a field: 1000 frequencies of the tensor, 11 free parameters, about 60 levels.
 void GrapheneInAField(benchmark::State& state) {
-  Program program;
-  Model& model = NewModel(program, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
-  EvaluateWithDerivatives(state, program, model, 50, 4000, 1000,
+  Tables tables;
+  Model& model = NewModel(tables, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
+  EvaluateWithDerivatives(state, tables, model, 50, 4000, 1000,
                           static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kS1) | kalvex::SetOf(kalvex::kS2)),
                           [&] { kalvex::Cell(model, 2, kalvex::Wp).value += 1e-6; });
 }
@@ -106,8 +106,8 @@ BENCHMARK(GrapheneInAField)->Unit(benchmark::kMillisecond);
 // A fit to both parts of the tensor's diagonal, 1000 points each, with background, broadening and weight free, from 10
 // % beside the truth. The velocity is held: it moves levels across the cut-off, and ChiSq has steps there.
 void FitOfGrapheneInAField(benchmark::State& state) {
-  Program program;
-  Model& model = NewModel(program, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
+  Tables tables;
+  Model& model = NewModel(tables, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
   const auto setBackgroundBroadeningWeight = [&](double off) {
     for (const auto& [row, column, truth] :
          {std::tuple{1, kalvex::Wp, 5000.0}, {2, kalvex::G, 0.01}, {3, kalvex::Wp, 1.0}}) {
@@ -118,38 +118,37 @@ void FitOfGrapheneInAField(benchmark::State& state) {
   };
   for (kalvex::ModelParam& param : model.rows) param.adjustable = false;
   setBackgroundBroadeningWeight(0);
-  kalvex::OpenFitWindow(kalvex::DeskOf(program));
   for (const int quantity : {kalvex::kS1, kalvex::kS2}) {
-    kalvex::Dataset& dataset = program.datasets.slots[quantity == kalvex::kS1 ? 0 : 1];
-    dataset.id = program.datasets.nextId++;
+    kalvex::Dataset& dataset = tables.datasets.slots[quantity == kalvex::kS1 ? 0 : 1];
+    dataset.id = tables.datasets.nextId++;
     dataset.Quantity = quantity;
-    kalvex::WantOnly(program.eval.quantities, kalvex::SetOf(quantity));
+    kalvex::WantOnly(tables.eval.quantities, kalvex::SetOf(quantity));
     for (int i = 0; i < 1000; ++i) {
       const double x = 50 + 3.95 * i;
-      kalvex::EvalModel(program.eval, model, x, false);
-      const double y = program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+      kalvex::EvalModel(tables.eval, model, x, false);
+      const double y = tables.eval.quantities[static_cast<std::size_t>(quantity)].value;
       dataset.points.push_back({x, y, 0.01 * std::fabs(y) + 1});
     }
     dataset.firstActive = 0;
     dataset.lastActive = 999;
-    kalvex::AddTerm(kalvex::DeskOf(program), quantity == kalvex::kS1 ? 1 : 2, 1, {});
+    kalvex::AddTerm(tables, quantity == kalvex::kS1 ? 1 : 2, model);
   }
   for (auto _ : state) {
     state.PauseTiming();
     setBackgroundBroadeningWeight(0.1);
-    kalvex::ComputeChiSq(program.fit, program.eval);
+    kalvex::ComputeChiSq(tables.fit, tables.eval);
     state.ResumeTiming();
-    kalvex::RunFit(program.fit, program.eval, program.platform, {});
+    if (!kalvex::RunFit(tables)) state.SkipWithError("out of memory");
   }
-  if (program.fit.TotalChiSq > 1e-6) state.SkipWithError("the fit did not find the truth");
-  state.counters["iterations"] = program.fit.IterationCount;
+  if (tables.fit.TotalChiSq > 1e-6) state.SkipWithError("the fit did not find the truth");
+  state.counters["iterations"] = tables.fit.IterationCount;
 }
 BENCHMARK(FitOfGrapheneInAField)->Unit(benchmark::kMillisecond);
 
 // Bilayer graphene in a field: transmission and rotation at 1000 frequencies, 13 free parameters, 60 levels.
 void BilayerInAField(benchmark::State& state) {
-  Program program;
-  Model& model = NewModel(program, -62,
+  Tables tables;
+  Model& model = NewModel(tables, -62,
                           {{50, 8, 0.01},
                            {3.1, 0.38, 0.14},
                            {0.1, 0.02, 0.1},
@@ -160,7 +159,7 @@ void BilayerInAField(benchmark::State& state) {
                            {0, 0, 0},
                            {0, 0, 0}});
   EvaluateWithDerivatives(
-      state, program, model, 50, 4000, 1000,
+      state, tables, model, 50, 4000, 1000,
       static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kTrans) | kalvex::SetOf(kalvex::kDepth)),
       [&] { kalvex::Cell(model, 2, kalvex::G).value += 1e-6; });
 }
@@ -169,8 +168,8 @@ BENCHMARK(BilayerInAField)->Unit(benchmark::kMillisecond);
 // Bismuth in a field: reflectivity and Kerr rotation at 1000 frequencies, 15 free parameters, 60 levels at 100 wave
 // vectors.
 void BismuthInAField(benchmark::State& state) {
-  Program program;
-  Model& model = NewModel(program, -74,
+  Tables tables;
+  Model& model = NewModel(tables, -74,
                           {{20, 4, 0.002},
                            {0.0153, 0.035, 0.006},
                            {0.25, 3, 60},
@@ -181,7 +180,7 @@ void BismuthInAField(benchmark::State& state) {
                            {0, 0, 0},
                            {0, 0, 0},
                            {0, 0, 0}});
-  EvaluateWithDerivatives(state, program, model, 20, 1000, 1000,
+  EvaluateWithDerivatives(state, tables, model, 20, 1000, 1000,
                           static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kRp)),
                           [&] { kalvex::Cell(model, 1, kalvex::Wp).value += 1e-6; });
 }
@@ -190,13 +189,13 @@ BENCHMARK(BismuthInAField)->Unit(benchmark::kMillisecond);
 // A tip on silicon carbide and gold, 1000 frequencies, 64 points of its cycle, 100 momenta: contrast and phase of the
 // sum over momenta. The sample: a plain model, or a surface of type 73 that answers at each momentum.
 void TipOnASurface(benchmark::State& state) {
-  Program program;
-  NewModel(program, 0, {{-1000, 6.56, 0}, {-1002, 970, 5}, {-1001, 797, 5}});
-  NewModel(program, 1, {{0, 68920, 341}});
-  NewModel(program, -73, {{1, 0, 0}, {0, 0, 0}});
+  Tables tables;
+  NewModel(tables, 0, {{-1000, 6.56, 0}, {-1002, 970, 5}, {-1001, 797, 5}});
+  NewModel(tables, 1, {{0, 68920, 341}});
+  NewModel(tables, -73, {{1, 0, 0}, {0, 0, 0}});
   const double sample = state.range(0) ? 3 : 1;
-  Model& model = NewModel(program, -80, {{sample, 2, 2}, {0, 0, 0}, {2e-6, 1.02, 1}, {0, 12, 100}, {0, 60, 64}});
-  EvaluateWithDerivatives(state, program, model, 800, 1050, 1000,
+  Model& model = NewModel(tables, -80, {{sample, 2, 2}, {0, 0, 0}, {2e-6, 1.02, 1}, {0, 12, 100}, {0, 60, 64}});
+  EvaluateWithDerivatives(state, tables, model, 800, 1050, 1000,
                           static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kE1) | kalvex::SetOf(kalvex::kE2)));
 }
 BENCHMARK(TipOnASurface)->ArgName("surface")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
@@ -208,9 +207,9 @@ void BandsOfABilayer(benchmark::State& state) {
                               folder = std::filesystem::temp_directory_path() / "kalvex_bench_bands";
   std::filesystem::create_directories(folder);
   std::filesystem::current_path(folder);  // the type writes its files there
-  Program program;
+  Tables tables;
   const double cells = static_cast<double>(state.range(0));
-  Model& model = NewModel(program, -31,
+  Model& model = NewModel(tables, -31,
                           {{-3, 0.4, -0.3},
                            {0.15, 0.018, 0.1},
                            {0, 0, 10},
@@ -225,7 +224,7 @@ void BandsOfABilayer(benchmark::State& state) {
       static_cast<kalvex::QuantitySet>(cells > 0 ? kalvex::SetOf(kalvex::kDepth)
                                                  : kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kTrans) |
                                                        kalvex::SetOf(kalvex::kRp) | kalvex::SetOf(kalvex::kRs));
-  EvaluateWithDerivatives(state, program, model, 0, cells > 0 ? 1.2 : 4.0296, 1000, wanted,
+  EvaluateWithDerivatives(state, tables, model, 0, cells > 0 ? 1.2 : 4.0296, 1000, wanted,
                           [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
   std::filesystem::current_path(before);
   std::filesystem::remove_all(folder);
@@ -234,8 +233,8 @@ BENCHMARK(BandsOfABilayer)->ArgName("cells")->Arg(0)->Arg(300)->Unit(benchmark::
 
 // The dielectric function of bilayer graphene at 1000 frequencies, 14 free parameters, 120 rings in 12 directions.
 void BandsOfABilayerInTheInfrared(benchmark::State& state) {
-  Program program;
-  Model& model = NewModel(program, -36,
+  Tables tables;
+  Model& model = NewModel(tables, -36,
                           {{-3, 0.4, -0.3},
                            {0.15, 0.018, 0.1},
                            {0.15, 0, 100},
@@ -245,7 +244,7 @@ void BandsOfABilayerInTheInfrared(benchmark::State& state) {
                            {0, 0, 0},
                            {0, 0, 0},
                            {0, 0, 0}});
-  EvaluateWithDerivatives(state, program, model, 1500, 5000, 1000,
+  EvaluateWithDerivatives(state, tables, model, 1500, 5000, 1000,
                           static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kE1) | kalvex::SetOf(kalvex::kE2)),
                           [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
 }

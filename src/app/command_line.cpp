@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "core/text.h"
+#include "terms/describe.h"
 #include "types/describe.h"
 
 namespace kalvex {
@@ -19,10 +20,23 @@ constinit const char* const kUsage =
     "  --threads N   compute with N threads; without it with as many as there are processors\n"
     "  --list-types  list the special models: code, name, for what sample\n"
     "  --describe-type N  show the page of the special model with code N; 0 shows the page of all\n"
+    "  --list-terms  list the terms with a code: codes, name, causal or not\n"
+    "  --describe-term N  show the page of the term with a row of code N; 0 shows the page of all\n"
     "  --help        show this text\n"
     "  --version     show the version\n"
     "\n"
     "Exit status: 0 the macro ran to its end, 1 it could not run, 2 wrong command line.\n";
+
+namespace {
+
+// The code after an option, 0 or one that is known. False for another text.
+template <class Find>
+bool ReadCode(std::string_view text, Find find, int& code) {
+  code = IntegerOf(text);
+  return std::to_string(code) == text && (code == 0 || find(code));
+}
+
+}  // namespace
 
 bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::string& fault) {
   bool onlyFiles = false;
@@ -51,11 +65,15 @@ bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::
     } else if (arg == "--list-types") {
       line.listTypes = true;
     } else if (arg == "--describe-type") {
-      const std::string_view code = i + 1 < args.size() ? args[++i] : "";
-      line.describeType = IntegerOf(code);
-      const bool known = line.describeType == 0 || TypeOfCode(line.describeType);
-      if (!known || std::to_string(line.describeType) != code) {
+      if (!ReadCode(i + 1 < args.size() ? args[++i] : "", TypeOfCode, line.describeType)) {
         fault = "--describe-type needs the code of a special model; --list-types shows them";
+        return false;
+      }
+    } else if (arg == "--list-terms") {
+      line.listTerms = true;
+    } else if (arg == "--describe-term") {
+      if (!ReadCode(i + 1 < args.size() ? args[++i] : "", TermOfCode, line.describeTerm)) {
+        fault = "--describe-term needs a code of a term; --list-terms shows them";
         return false;
       }
     } else if (arg == "--threads") {

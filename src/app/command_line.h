@@ -16,6 +16,8 @@ struct CommandLine {
   bool version = false;
   bool listTypes = false;
   int describeType = -1;  // code of the special model whose page is wanted, 0 for the page of all
+  bool listTerms = false;
+  int describeTerm = -1;  // a code of the term whose page is wanted, 0 for the page of all
   int threads = 0;        // 0: as many as there are processors
   std::string macroFile;
 };

@@ -5,29 +5,38 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "app/progress.h"
 #include "app/window_layer.h"
+#include "core/platform.h"
 #include "macro/run_macro.h"
-#include "program/program.h"
+#include "numeric/thread_pool.h"
+#include "session/session.h"
+#include "terms/describe.h"
 #include "types/describe.h"
+#include "windows/desk.h"
 
 namespace {
 
 enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2 };
 
 int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
-  const auto program = std::make_unique<kalvex::Program>(line.threads > 0 ? line.threads : kalvex::ProcessorsAtHand());
-  program->macro.verbose = line.verbose;
-  program->showProgress = line.progress || isatty(STDERR_FILENO) != 0;
+  kalvex::HeadlessPlatform platform;
+  const int threads = line.threads > 0 ? line.threads : kalvex::ProcessorsAtHand();
+  const auto session = std::make_unique<kalvex::Session>(platform, threads);
+  const auto desk = std::make_unique<kalvex::Desk>(*session);
+  kalvex::Progress progress(*session);
+  desk->macro.verbose = line.verbose;
+  desk->macro.progress = line.progress || isatty(STDERR_FILENO) != 0;
+  if (desk->macro.progress) session->Listen(progress);
   std::string fault = line.macroFile.empty() ? "no macro file is named, and there are no windows" : "";
   if (!line.headless && !line.check) {
-    if (const auto status = kalvex::RunInWindows(*program, line.macroFile, argc, argv, fault)) return *status;
+    if (const auto status = kalvex::RunInWindows(*desk, line.macroFile, argc, argv, fault)) return *status;
   }
   if (!fault.empty()) std::fprintf(stderr, "kalvex: %s\n", fault.c_str());
   if (line.macroFile.empty()) return kRan;
-  const int result =
-      line.check ? kalvex::CheckMacro(*program, line.macroFile) : kalvex::RunMacro(*program, line.macroFile);
+  const int result = line.check ? kalvex::CheckMacro(*desk, line.macroFile) : kalvex::RunMacro(*desk, line.macroFile);
   if (result >= 0) return kRan;
-  std::fprintf(stderr, "%s\n", program->macro.fault.c_str());
+  std::fprintf(stderr, "%s\n", desk->macro.fault.c_str());
   return kCouldNotRun;
 }
 
@@ -56,6 +65,15 @@ int main(int argc, char** argv) {
   if (line.describeType >= 0) {
     const kalvex::ModelType* const type = kalvex::TypeOfCode(line.describeType);
     std::fputs((type ? kalvex::PageOf(*type) : kalvex::IndexOfTypes()).c_str(), stdout);
+    return kRan;
+  }
+  if (line.listTerms) {
+    std::fputs(kalvex::ListOfTerms().c_str(), stdout);
+    return kRan;
+  }
+  if (line.describeTerm >= 0) {
+    const kalvex::TermRecord* const record = kalvex::TermOfCode(line.describeTerm);
+    std::fputs((record ? kalvex::PageOf(*record) : kalvex::IndexOfTerms()).c_str(), stdout);
     return kRan;
   }
   return RunOrCheck(line, argc, argv);

@@ -57,14 +57,13 @@ LayerEntry EntryOf(const std::string& library, std::string& fault) {
 
 }  // namespace
 
-std::optional<int> RunInWindows(Program& program, const std::string& macroFile, int argc, char** argv,
-                                std::string& fault) {
+std::optional<int> RunInWindows(Desk& desk, const std::string& macroFile, int argc, char** argv, std::string& fault) {
   if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY")) return std::nullopt;
   const std::string library = OwnFolder() + kLibrary;
   if (access(library.c_str(), F_OK) != 0) return std::nullopt;
   const LayerEntry entry = EntryOf(library, fault);
   if (!entry) return std::nullopt;
-  const int status = entry(program, macroFile.c_str(), argc, argv, fault);
+  const int status = entry(desk, macroFile.c_str(), argc, argv, fault);
   if (status < 0) return std::nullopt;
   return status;
 }

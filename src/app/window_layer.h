@@ -1,15 +1,15 @@
 // The library of windows beside the program.
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "program/program.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 
-// Loads the library and hands the program over to its windows. Gives the exit status; nothing where there are to be no
+// Loads the library and hands the desk over to its windows. Gives the exit status; nothing where there are to be no
 // windows: the library is not installed, or no screen answers. In fault is what is broken, if something is.
-std::optional<int> RunInWindows(Program& program, const std::string& macroFile, int argc, char** argv,
-                                std::string& fault);
+std::optional<int> RunInWindows(Desk& desk, const std::string& macroFile, int argc, char** argv, std::string& fault);
 
 }  // namespace kalvex

@@ -11,7 +11,7 @@ namespace kalvex {
 enum class StatusCode {
   kOk,
   kBadArgument,  // the argument means nothing, or lies outside its range
-  kMissing,      // what an argument names does not exist
+  kNotThere,      // what an argument names does not exist
   kFull,         // a table has no free entry
   kBusy,         // not while a fit runs
   kNothingToDo,  // there is nothing that the operation could act on
@@ -68,15 +68,15 @@ class [[nodiscard]] Result {
 // The failures that several operations share, in the same words everywhere.
 inline Status NoSuchModel(long long number) {
   std::string model = "model " + std::to_string(number);
-  return {StatusCode::kMissing, model + " does not exist", model};
+  return {StatusCode::kNotThere, model + " does not exist", model};
 }
 inline Status NoSuchGraph(long long number) {
   std::string graph = "graph " + std::to_string(number);
-  return {StatusCode::kMissing, graph + " does not exist", graph};
+  return {StatusCode::kNotThere, graph + " does not exist", graph};
 }
 inline Status NotLoaded(long long slot) {
   std::string dataset = "dataset " + std::to_string(slot);
-  return {StatusCode::kMissing, dataset + " is not loaded", dataset};
+  return {StatusCode::kNotThere, dataset + " is not loaded", dataset};
 }
 inline Status CannotWrite(const std::string& file) {
   return {StatusCode::kCannotWrite, "'" + file + "' cannot be written", file};

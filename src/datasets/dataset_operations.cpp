@@ -5,57 +5,32 @@
 
 namespace kalvex {
 
-bool UnloadDatasetNo(DatasetTable& table, const Notices& notices, int slot) {
-  Dataset* const dataset = DatasetInSlot(table, slot);
-  if (!dataset) return false;
-  const std::uint32_t id = dataset->id;
-  NotifyGraphs(notices, GraphEvent::kDatasetUnloaded, id);
-  NotifyFit(notices, FitNotice::kDatasetGone, id);
-  UnloadDataset(*dataset);
-  return true;
-}
-
-bool TransformDatasetNo(DatasetTable& table, const Notices& notices, int slot, double scale, double shift) {
-  Dataset* const dataset = DatasetInSlot(table, slot);
-  if (!dataset) return false;
-  for (DataRow& row : dataset->points) {
+void TransformDataset(Dataset& dataset, double scale, double shift) {
+  for (DataRow& row : dataset.points) {
     row.y = scale * row.y + shift;
     row.sigma *= scale;
   }
-  ComputeActiveRange(*dataset);
-  NotifyGraphs(notices, GraphEvent::kDatasetChanged, dataset->id);
-  NotifyFit(notices, FitNotice::kDatasetChanged, dataset->id);
-  return true;
+  ComputeActiveRange(dataset);
 }
 
-bool CutDatasetNo(DatasetTable& table, int slot, std::optional<double> xMin, std::optional<double> xMax) {
-  Dataset* const dataset = DatasetInSlot(table, slot);
-  if (!dataset) return false;
-  dataset->CutMin = xMin.value_or(dataset->CutMin);
-  dataset->CutMax = xMax.value_or(dataset->CutMax);
-  ComputeActiveRange(*dataset);
-  return true;
+void CutDataset(Dataset& dataset, std::optional<double> xMin, std::optional<double> xMax) {
+  dataset.CutMin = xMin.value_or(dataset.CutMin);
+  dataset.CutMax = xMax.value_or(dataset.CutMax);
+  ComputeActiveRange(dataset);
 }
 
-bool AddNoiseToDataset(DatasetTable& table, const Notices& notices, NoiseGenerator& noise, int slot, double sigma) {
-  Dataset* const dataset = DatasetInSlot(table, slot);
-  if (!dataset) return false;
-  for (DataRow& row : dataset->points) {
+void AddNoise(Dataset& dataset, NoiseGenerator& noise, double sigma) {
+  for (DataRow& row : dataset.points) {
     row.y += sigma * NextNormal(noise);
     row.sigma = sigma;
   }
-  NotifyGraphs(notices, GraphEvent::kForcedUpdate, dataset->id);
-  NotifyFit(notices, FitNotice::kDatasetGone, dataset->id);
-  return true;
 }
 
-bool ExportDatasetNo(const DatasetTable& table, int slot, const std::string& path, bool onlyFitted, bool errorBars) {
-  const Dataset* const dataset = DatasetInSlot(table, slot);
-  if (!dataset) return false;
+Status ExportDataset(const Dataset& dataset, const std::string& path, bool onlyFitted, bool errorBars) {
   std::string text;
-  if (dataset->id != 0) {
-    for (const DataRow& row : dataset->points) {
-      if (onlyFitted && (row.x > dataset->CutMax || row.x < dataset->CutMin)) continue;
+  if (dataset.id != 0) {
+    for (const DataRow& row : dataset.points) {
+      if (onlyFitted && (row.x > dataset.CutMax || row.x < dataset.CutMin)) continue;
       AppendG(text, row.x);
       text += ' ';
       AppendG(text, row.y);
@@ -66,7 +41,7 @@ bool ExportDatasetNo(const DatasetTable& table, int slot, const std::string& pat
       text += '\n';
     }
   }
-  return WriteWholeFile(path, text);
+  return WriteWholeFile(path, text) ? Status() : CannotWrite(path);
 }
 
 }  // namespace kalvex

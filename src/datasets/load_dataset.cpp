@@ -153,37 +153,43 @@ const char* MakeRows(Dataset& dataset, const SourceTables& tables) {
   return FillValues(dataset, tables, dataset.points);
 }
 
-template <class Method>
-Method MethodOf(std::optional<int> number) {
-  return static_cast<Method>(number.value_or(1) - 1);
+void StoreSource(const DatasetSource& source, Dataset& dataset) {
+  dataset.MasterFile = source.MasterFile;
+  dataset.XFile = source.XFile;
+  dataset.YErrFile = source.YErrFile;
+  dataset.XMethod = source.XMethod;
+  dataset.YMethod = source.YMethod;
+  dataset.YErrMethod = source.YErrMethod;
+  dataset.XGrid = source.XGrid;
+  dataset.Match = source.Match;
+  dataset.XMin = source.XMin;
+  dataset.XMax = source.XMax;
+  dataset.XPts = source.XPts;
+  dataset.YVal = source.YVal;
+  dataset.YErrVal = source.YErrVal;
 }
 
-bool InRange(std::optional<int> number, int methods) { return !number || (*number >= 1 && *number <= methods); }
-
-const char* FaultOfMethods(const LoadDatasetArgs& args) {
-  if (!InRange(args.XMethod, 3)) return "XMethod should be 1, 2 or 3.";
-  if (!InRange(args.XGrid, 2)) return "XGrid should be 1 or 2.";
-  if (!InRange(args.YMethod, 2)) return "YMethod should be 1 or 2.";
-  if (!InRange(args.YErrMethod, 3)) return "YErrMethod should be 1, 2 or 3.";
-  if (!InRange(args.Match, 2)) return "Match should be 1 or 2.";
-  return nullptr;
-}
-
-}  // namespace
-
-const char* LoadDatasetRecord(Dataset& dataset, std::uint32_t& nextId) {
+// Null, or what is wrong.
+const char* LoadRows(Dataset& dataset) {
   SourceTables tables;
   if (const char* fault = ReadSources(dataset, tables)) return fault;
   if (dataset.XMethod == XSource::kGenerated) {
     if (const char* fault = FaultOfGrid(dataset)) return fault;
   }
   try {
-    if (const char* fault = MakeRows(dataset, tables)) return fault;
+    return MakeRows(dataset, tables);
   } catch (const std::bad_alloc&) {
     return "Not enough memory for the dataset.";
   }
+}
+
+}  // namespace
+
+Status LoadDataset(Dataset& dataset, const DatasetSource& source, std::uint32_t& nextId) {
+  StoreSource(source, dataset);
+  if (const char* const fault = LoadRows(dataset)) return {StatusCode::kCannotRead, fault, dataset.MasterFile};
   const std::string_view fileName = FileNameOf(dataset.MasterFile);
-  dataset.Quantity = QuantityOfFileName(fileName);
+  dataset.Quantity = source.Quantity.value_or(QuantityOfFileName(fileName));
   dataset.id = nextId++;
   dataset.name = CutToBytes(fileName, kDatasetNameSize);
   dataset.XMin = dataset.CutMin = dataset.points.front().x;
@@ -191,31 +197,7 @@ const char* LoadDatasetRecord(Dataset& dataset, std::uint32_t& nextId) {
   dataset.nActive = static_cast<int>(dataset.points.size());
   dataset.firstActive = 0;
   dataset.lastActive = dataset.nActive - 1;
-  return nullptr;
-}
-
-const char* LoadDatasetFromMacro(DatasetTable& table, const LoadDatasetArgs& args) {
-  Dataset* const dataset = DatasetInSlot(table, args.DatasetNo.value_or(1));
-  if (!dataset) return "DatasetNo should be 1 to 100.";
-  if (const char* fault = FaultOfMethods(args)) return fault;
-  dataset->MasterFile = args.MasterFile.value_or("");
-  dataset->XFile = args.XFile.value_or("");
-  dataset->YErrFile = args.YErrFile.value_or("");
-  dataset->XMethod = MethodOf<XSource>(args.XMethod);
-  dataset->YMethod = MethodOf<YSource>(args.YMethod);
-  dataset->YErrMethod = MethodOf<ErrorSource>(args.YErrMethod);
-  dataset->XGrid = MethodOf<Grid>(args.XGrid);
-  dataset->Match = MethodOf<Matching>(args.Match);
-  dataset->XMin = args.XMin.value_or(1.0);
-  dataset->XMax = args.XMax.value_or(1000.0);
-  dataset->XPts = args.XPts.value_or(1000);
-  dataset->YVal = args.YVal.value_or(0.0);
-  dataset->YErrVal = args.YErrVal.value_or(0.01);
-  if (const char* fault = LoadDatasetRecord(*dataset, table.nextId)) return fault;
-  if (args.Quantity) {
-    if (const auto quantity = QuantityOfShortName(*args.Quantity)) dataset->Quantity = *quantity;
-  }
-  return nullptr;
+  return {};
 }
 
 }  // namespace kalvex

@@ -4,25 +4,30 @@
 #include <optional>
 #include <string>
 
-#include "core/notices.h"
+#include "core/status.h"
 #include "datasets/dataset.h"
 
 namespace kalvex {
 
-// Loads into a record whose files and methods are set, and gives it the next id. Gives null, or the message that tells
-// the user what is wrong; the record's rows are then as they were, except that a YErrVal not above 0 is found only when
-// the new rows are there already.
-const char* LoadDatasetRecord(Dataset& dataset, std::uint32_t& nextId);
-
-// What a macro's LoadDataset may give; the method numbers are those of the macro language, from 1.
-struct LoadDatasetArgs {
-  std::optional<int> DatasetNo;
-  std::optional<std::string> Quantity, MasterFile, XFile, YErrFile;
-  std::optional<int> XMethod, XPts, XGrid, YMethod, YErrMethod, Match;
-  std::optional<double> XMin, XMax, YVal, YErrVal;
+// Where the rows come from. A Quantity that is not given comes from the master file's name.
+struct DatasetSource {
+  std::string MasterFile, XFile, YErrFile;
+  XSource XMethod = XSource::kMaster;
+  YSource YMethod = YSource::kMaster;
+  ErrorSource YErrMethod = ErrorSource::kMaster;
+  Grid XGrid = Grid::kLinear;
+  Matching Match = Matching::kInterpolation;
+  double XMin = 1.0;  // of a generated grid, cm-1
+  double XMax = 1000.0;
+  int XPts = 1000;
+  double YVal = 0.0;
+  double YErrVal = 0.01;
+  std::optional<int> Quantity;
 };
 
-// Fills the slot (default 1) from the parameters and their defaults and loads it. Gives null or the message.
-const char* LoadDatasetFromMacro(DatasetTable& table, const LoadDatasetArgs& args);
+// Stores the source in the record, loads the rows, and gives the record the next id. On failure, whose text tells the
+// user what is wrong, the rows are as they were, except that a YErrVal not above 0 is found only when the new rows are
+// there already.
+Status LoadDataset(Dataset& dataset, const DatasetSource& source, std::uint32_t& nextId);
 
 }  // namespace kalvex

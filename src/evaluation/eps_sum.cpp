@@ -47,7 +47,7 @@ void FindCompleteTerms(const std::vector<std::int32_t>& codes, CompleteTerms& te
   for (std::size_t row = 0; row < codes.size(); ++row) {
     if (codes[row] != kPlainRow) FillSlots(terms.slots, codes[row], static_cast<int>(row));
   }
-  for (int record = 0; record < kTermRecords; ++record) {
+  for (std::size_t record = 0; record < kTermRecords; ++record) {
     if (IsComplete(terms.slots, record)) terms.records.push_back(record);
   }
 }
@@ -74,8 +74,8 @@ bool WalkRows(EvalContext& ctx, const Model& model, Plain plain, Special special
 }
 
 // The row of an input of a complete record.
-int RowOf(const EvalContext& ctx, int record, const InputPair& input) {
-  return ctx.completeTerms.slots.row[static_cast<std::size_t>(record)][static_cast<std::size_t>(input.idIndex)];
+int RowOf(const EvalContext& ctx, std::size_t record, const TermCell& input) {
+  return ctx.completeTerms.slots.row[record][static_cast<std::size_t>(input.idIndex)];
 }
 
 template <class Visit>
@@ -86,29 +86,28 @@ void ForEachFactorRow(const Model& model, std::int32_t code, Visit visit) {
   }
 }
 
-// The factorised product goes on behind its base value with the number of numerators, the number of denominators, and
-// columns 1 and 2 of each of them, the numerators first.
-void AppendFactors(EvalContext& ctx, const Summed& sum) {
+// A term with factor rows has more inputs after its own: the number of rows of each kind, then columns Wp and G of all
+// of them, kind by kind.
+void AppendFactors(EvalContext& ctx, const Summed& sum, std::span<const FactorRow> factors) {
   auto& inputs = ctx.termScratch;
   const std::size_t counts = inputs.size();
-  inputs.resize(counts + 2);
-  for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
+  inputs.resize(counts + factors.size());
+  for (std::size_t i = 0; i < factors.size(); ++i) {
     const std::size_t before = inputs.size();
-    ForEachFactorRow(sum.model, code, [&](int row) {
+    ForEachFactorRow(sum.model, factors[i].code, [&](int row) {
       inputs.push_back(sum.Input(row, Wp));
       inputs.push_back(sum.Input(row, G));
     });
-    const auto factors = static_cast<double>((inputs.size() - before) / 2);
-    inputs[counts + (code == kDenominatorRow ? 1 : 0)].value = factors;
+    inputs[counts + i].value = static_cast<double>((inputs.size() - before) / 2);
   }
 }
 
-void CollectInputs(EvalContext& ctx, const Summed& sum, int record) {
+void CollectInputs(EvalContext& ctx, const Summed& sum, std::size_t number, const TermRecord& record) {
   ctx.termScratch.clear();
-  for (const InputPair& input : TermTable[static_cast<std::size_t>(record)].Inputs()) {
-    ctx.termScratch.push_back(sum.Input(RowOf(ctx, record, input), input.column));
+  for (const TermCell& input : record.inputs) {
+    ctx.termScratch.push_back(sum.Input(RowOf(ctx, number, input), input.column));
   }
-  if (record == kFactorisedRecord) AppendFactors(ctx, sum);
+  AppendFactors(ctx, sum, record.factors);
 }
 
 bool IsFactor(std::int32_t code) { return code == kNumeratorRow || code == kDenominatorRow; }
@@ -129,8 +128,8 @@ void MarkFactorSlopes(const Summed& sum, bool productIsComputed) {
 // false.
 template <class Visit>
 bool ForEachCompleteTerm(const EvalContext& ctx, Visit visit) {
-  for (const int record : ctx.completeTerms.records) {
-    if (!visit(record, TermTable[static_cast<std::size_t>(record)])) return false;
+  for (const std::size_t record : ctx.completeTerms.records) {
+    if (!visit(record, *TermTable[record])) return false;
   }
   return true;
 }
@@ -152,7 +151,7 @@ Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Summed summed(ctx, model, derivatives);
   Cplx sum{model.epsInf.value, 0};
   summed.SetEpsInfSlope();
-  // A calculator that gives up leaves this as it is, and then the contribution before it counts once more.
+  // A calculator that writes nothing leaves this as it is, and then the contribution before it counts once more.
   Cplx term;
   const auto plain = [&](int row) {
     const auto inputs = summed.Row(row);
@@ -165,13 +164,13 @@ Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
   bool product = false;
-  ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    CollectInputs(ctx, summed, number);
+  ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+    CollectInputs(ctx, summed, number, record);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
     const int status = record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
-    if (number == kRealPartRecord) sum.re = term.re;
-    product = product || (number == kFactorisedRecord && status >= 0);
+    if (record.replacesRealPart) sum.re = term.re;
+    product = product || (!record.factors.empty() && status >= 0);
     return true;
   });
   if (ctx.notesFormer) MarkFactorSlopes(summed, product);
@@ -189,11 +188,10 @@ void SeedDependencies(EvalContext& ctx, const Model& model) {
   const bool anySpecial = WalkRows(ctx, model, plain, special);
   if (model.vdf.On) VdfGradient(model.vdf, summed.Mesh());
   if (!anySpecial) return;
-  ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    for (const InputPair& input : record.Inputs()) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
-    if (number != kFactorisedRecord) return true;
-    for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
-      ForEachFactorRow(model, code, [&](int row) {
+  ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+    for (const TermCell& input : record.inputs) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
+    for (const FactorRow& factor : record.factors) {
+      ForEachFactorRow(model, factor.code, [&](int row) {
         for (const int column : {Wp, G}) summed.ForSlope(row, column, one);
       });
     }
@@ -221,13 +219,14 @@ double ScalarSum(EvalContext& ctx, const Model& model, double x, bool derivative
     sum += term;
   };
   const bool anySpecial = WalkRows(ctx, model, plain, [](int, std::int32_t) {});
-  const bool allHaveWeights = !anySpecial || ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    if (!record.scalarCalc) return false;
-    CollectInputs(ctx, summed, number);
-    record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
-    sum += term;
-    return true;
-  });
+  const bool allHaveWeights =
+      !anySpecial || ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+        if (!record.scalarCalc) return false;
+        CollectInputs(ctx, summed, number, record);
+        record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
+        sum += term;
+        return true;
+      });
   if (!allHaveWeights) return 0;
   return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, summed.Mesh()) : sum;
 }
@@ -240,8 +239,8 @@ void SeedScalarDependencies(EvalContext& ctx, const Model& model) {
   const bool anySpecial = WalkRows(ctx, model, plain, [](int, std::int32_t) {});
   if (model.vdf.On) VdfScalarGradient(summed.Mesh());
   if (!anySpecial) return;
-  ForEachCompleteTerm(ctx, [&](int number, const TermRecord& record) {
-    for (const InputPair& input : record.Inputs()) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
+  ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
+    for (const TermCell& input : record.inputs) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
     return true;
   });
 }

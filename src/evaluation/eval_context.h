@@ -45,7 +45,7 @@ struct SpectrumTeam;  // made by the first spectrum that is shared out, see spec
 struct CompleteTerms {
   std::vector<std::int32_t> codes;  // of each row
   TermSlots slots;
-  std::vector<int> records;  // those that have all their rows, in table order
+  std::vector<std::size_t> records;  // those that have all their rows, in table order
 };
 
 struct EvalContext {

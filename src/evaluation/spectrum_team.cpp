@@ -112,6 +112,16 @@ bool FillPortion(SpectrumWorker& worker, const SpectrumRequest& request, Quantit
 
 }  // namespace
 
+void ForgetModel(EvalContext& ctx, std::uint32_t number) {
+  ctx.vdfKernels.Forget(number);
+  ctx.typeScratch.caches.erase(number);
+  if (!ctx.team) return;
+  for (const auto& worker : ctx.team->workers) {
+    worker->filler.reset();
+    ForgetModel(worker->ctx, number);
+  }
+}
+
 double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   const Cost cost = CostOfQuantities(ctx, model, WantedAnywhere(request));
   return static_cast<double>(request.x.size()) * (request.derivatives ? cost.withSlopes : cost.values);

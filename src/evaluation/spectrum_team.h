@@ -39,6 +39,9 @@ struct SpectrumTeam {
   SpectrumTeam& operator=(const SpectrumTeam&) = delete;
 };
 
+// A model is closed: what was kept for it goes, here and in the team.
+void ForgetModel(EvalContext& ctx, std::uint32_t number);
+
 // How long the spectrum takes one thread, more or less.
 double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 

@@ -6,12 +6,15 @@
 
 namespace kalvex {
 
-std::size_t VdfKernelCache::BytesOfOthers(const Entry& entry) const {
+std::size_t VdfKernelCache::Bytes() const {
   std::size_t bytes = 0;
-  for (const Entry& other : entries_) {
-    if (&other != &entry) bytes += other.kernels.size() * sizeof(double);
-  }
+  for (const Entry& entry : entries_) bytes += entry.kernels.size() * sizeof(double);
   return bytes;
+}
+
+void VdfKernelCache::Forget(std::uint32_t model) {
+  std::erase_if(entries_, [&](const Entry& entry) { return entry.model == model; });
+  current_ = 0;
 }
 
 void VdfKernelCache::Prepare(std::uint32_t model, const VarDielFunc& vdf, std::span<const double> x) {
@@ -28,7 +31,8 @@ void VdfKernelCache::Prepare(std::uint32_t model, const VarDielFunc& vdf, std::s
   for (const VdfMeshPoint& point : vdf.mesh) entry.mesh.push_back(point.x);
   const std::size_t blockSize = entry.mesh.size() * kKernelBlock;
   const std::size_t blocks = (x.size() + kKernelBlock - 1) / kKernelBlock;
-  const bool keep = BytesOfOthers(entry) + blocks * blockSize * sizeof(double) <= mostBytes;
+  const std::size_t ofOthers = Bytes() - entry.kernels.size() * sizeof(double);
+  const bool keep = ofOthers + blocks * blockSize * sizeof(double) <= mostBytes;
   entry.kernels.assign(keep ? blocks * blockSize : 0, 0.0);
   entry.kernels.shrink_to_fit();
   entry.blockIsReady.assign(keep ? blocks : 0, 0);

@@ -14,6 +14,8 @@ inline constexpr std::size_t kKernelBlock = 64;
 
 class VdfKernelCache {
  public:
+  // A model is closed: its kernels go, and what they took is free for others.
+  void Forget(std::uint32_t model);
   // Gets ready for blocks of these frequencies and this mesh, of the model of that number.
   void Prepare(std::uint32_t model, const VarDielFunc& vdf, std::span<const double> x);
   // The kernels of the block of frequencies that starts at `first`, a multiple of kKernelBlock: that of mesh point j at
@@ -21,6 +23,7 @@ class VdfKernelCache {
   // the same time, for different blocks, each with a spare of its own.
   const double* Block(const VarDielFunc& vdf, std::size_t first, std::vector<double>& spare);
 
+  std::size_t Bytes() const;                       // of the kernels that are kept
   std::size_t mostBytes = std::size_t{256} << 20;  // what is kept; beyond it blocks are computed anew each time
 
  private:
@@ -30,7 +33,6 @@ class VdfKernelCache {
     std::vector<double> kernels;     // of all blocks, empty where they are not kept
     std::vector<char> blockIsReady;  // of each block that is kept
   };
-  std::size_t BytesOfOthers(const Entry& entry) const;
   std::vector<Entry> entries_;
   std::size_t current_ = 0;
 };

@@ -82,7 +82,7 @@ std::string LineOf(const SpecialEntry& entry) {
 
 }  // namespace
 
-int SaveParams(const ParamTables& tables, const std::string& path) {
+Status SaveParams(const ParamTables& tables, const std::string& path) {
   ByteWriter out;
   for (const Model& model : tables.models) {
     if (model.number == 0) continue;
@@ -95,12 +95,12 @@ int SaveParams(const ParamTables& tables, const std::string& path) {
       }
     }
   }
-  return WriteWholeFile(path, out.Content()) ? 0 : -1;
+  return WriteWholeFile(path, out.Content()) ? Status() : CannotWrite(path);
 }
 
-int LoadParams(ParamTables& tables, const Notices& notices, const std::string& path) {
+Result<std::vector<std::uint32_t>> LoadParams(ParamTables& tables, const std::string& path) {
   std::string content;
-  if (!ReadWholeFile(path, content)) return -1;
+  if (!ReadWholeFile(path, content)) return {StatusCode::kCannotRead, "'" + path + "' cannot be opened", path};
   ByteReader in(content);
   const auto readModel = [&](Model& model) {
     for (int row = 0; row < RowCount(model); ++row) {
@@ -113,28 +113,30 @@ int LoadParams(ParamTables& tables, const Notices& notices, const std::string& p
     }
     return true;
   };
+  std::vector<std::uint32_t> complete;
   for (Model& model : tables.models) {
     if (model.number == 0) continue;
     if (!readModel(model)) break;
-    NotifyGraphs(notices, GraphEvent::kModelParamChanged, model.number);
+    complete.push_back(model.number);
   }
-  NotifyFit(notices, FitNotice::kModelParamsChanged);
-  return 0;
+  return complete;
 }
 
-int SaveParamsSpecial(const ParamTables& tables) {
+Status SaveParamsSpecial(const ParamTables& tables) {
   std::vector<SpecialEntry> entries;
-  if (!ReadConfiguration(tables, entries)) return -1;
+  if (!ReadConfiguration(tables, entries)) {
+    return {StatusCode::kBadFormat, "'ParsSpecial.cfg' is missing or wrong", "ParsSpecial.cfg"};
+  }
   std::stable_sort(entries.begin(), entries.end(),
                    [](const SpecialEntry& a, const SpecialEntry& b) { return a.file < b.file; });
   for (auto first = entries.begin(); first != entries.end();) {
     const auto end = std::find_if(first, entries.end(), [&](const SpecialEntry& e) { return e.file != first->file; });
     std::string text;
     for (auto entry = first; entry != end; ++entry) text += LineOf(*entry);
-    if (!WriteWholeFile(first->file, text)) return -1;
+    if (!WriteWholeFile(first->file, text)) return CannotWrite(first->file);
     first = end;
   }
-  return 0;
+  return {};
 }
 
 }  // namespace kalvex

@@ -102,6 +102,7 @@ int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval
     if (const int failed = RunFit(fit, params, eval, platform, observer)) status = failed;
   };
 
+  CellsOfFit(fit, params, eval);  // lists from before are made anew while the last term weighs something
   anchorWeight(0);
   run(10);
   const std::vector<double> reference = CurveOf(eval, *model, *dataset);

@@ -211,22 +211,31 @@ void RunToItsEnd(Run& run) {
   fit.report.stop = Iterate(run);
 }
 
+void NoteNothingToFit(FitState& fit) {
+  fit.report.stop = "no parameter to fit";
+  fit.report.startChiSq = fit.TotalChiSq;
+}
+
 }  // namespace
 
 int RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer) {
   fit.report = {};
   if (fit.NumFitParams < 1) {
-    fit.report.stop = "no parameter to fit";
-    fit.report.startChiSq = fit.TotalChiSq;
+    NoteNothingToFit(fit);
     return 0;
   }
   fit.FitRunning = true;
   int status = 0;
   try {
     Run run(fit, params, eval, platform, observer);
-    NoteStartValues(run);
-    observer.RunStarts();
-    RunToItsEnd(run);
+    // All parameters of a list from before may be gone.
+    if (run.cells.empty()) {
+      NoteNothingToFit(fit);
+    } else {
+      NoteStartValues(run);
+      observer.RunStarts();
+      RunToItsEnd(run);
+    }
   } catch (const std::bad_alloc&) {
     fit.report.stop = "not enough memory";
     status = -1;

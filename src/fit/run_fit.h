@@ -33,7 +33,7 @@ inline constexpr int kMostIterations = 1000;
                          FitObserver& observer);
 
 // Swaps each parameter's value and the one before the run, past limits and coupling, and computes ChiSq. Nothing
-// happens unless UndoAvailable.
+// happens unless start values are stored.
 void UndoFit(FitState& fit, ParamTables& params, EvalContext& eval);
 
 // Stores every parameter's value for Undo.

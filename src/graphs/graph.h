@@ -50,6 +50,8 @@ struct Curve {
   bool changed = false;       // the strokes are not those that were painted last
 };
 
+inline constexpr std::size_t kLongestTitle = 99;  // bytes of an axis title
+
 struct Axis {
   double min = 0.0;
   double max = 1.0;
@@ -77,10 +79,7 @@ enum class Repaint { kNothing, kChanges, kEverything };
 struct Graph {
   std::uint32_t number = 0;  // 0 marks a free slot
   std::string name;
-  bool active = false;
-  int XPos = 200;  // of the window, whose whole area is drawn on
-  int YPos = 200;
-  int Width = 400;
+  int Width = 400;  // of what is drawn on, pixels
   int Height = 300;
 
   PlotFrame frame;

@@ -61,6 +61,15 @@ void ForgetPlot(Graph& graph) {
   graph.rowY.clear();
 }
 
+template <class Table>
+auto FindGraph(Table& table, std::uint32_t number) -> decltype(table.slots.data()) {
+  if (number == 0) return nullptr;
+  for (auto& graph : table.slots) {
+    if (graph.number == number) return &graph;
+  }
+  return nullptr;
+}
+
 Curve CurveOf(CurveKind kind, int quantity, std::uint32_t datasetId, std::uint32_t modelId) {
   Curve curve;
   curve.kind = kind;
@@ -72,12 +81,8 @@ Curve CurveOf(CurveKind kind, int quantity, std::uint32_t datasetId, std::uint32
 
 }  // namespace
 
-Graph* GetGraphByNumber(GraphTable& table, std::uint32_t number) {
-  if (number == 0) return nullptr;
-  const auto found =
-      std::find_if(table.slots.begin(), table.slots.end(), [&](const Graph& graph) { return graph.number == number; });
-  return found == table.slots.end() ? nullptr : &*found;
-}
+Graph* GetGraphByNumber(GraphTable& table, std::uint32_t number) { return FindGraph(table, number); }
+const Graph* GetGraphByNumber(const GraphTable& table, std::uint32_t number) { return FindGraph(table, number); }
 
 Graph* CreateGraph(GraphTable& table) {
   const auto free =

@@ -4,15 +4,27 @@
 
 #include <cstdint>
 
-#include "core/notices.h"
 #include "datasets/dataset.h"
 #include "graphs/graph.h"
 #include "records/model.h"
 
 namespace kalvex {
 
+// What a graph hears of a change elsewhere.
+enum class GraphEvent : int {
+  kDatasetUnloaded = 0,   // id: the dataset's id
+  kDatasetChanged = 1,    // id: not used
+  kModelClosed = 2,       // id: the model's number
+  kModelRowsChanged = 3,  // id: the model's number
+  kModelParamChanged = 4,
+  kExpParamChanged = 5,
+  kForcedUpdate = 6,  // id: -1, or the id of the dataset to which noise was added
+  kReaderToggled = 7,
+};
+
 // The graph of that number, or null; 0 is no number.
 Graph* GetGraphByNumber(GraphTable& table, std::uint32_t number);
+const Graph* GetGraphByNumber(const GraphTable& table, std::uint32_t number);
 
 // A graph with the default axes and no curves in the first free slot; null if all are taken.
 Graph* CreateGraph(GraphTable& table);

@@ -47,10 +47,10 @@ std::string CleanMacro(std::string_view text, std::vector<std::uint32_t>* source
   return compact;
 }
 
-TextPlace PlaceOf(std::string_view text, std::size_t offset) {
+LineAndColumn PlaceOf(std::string_view text, std::size_t offset) {
   const std::string_view before = text.substr(0, offset);
   const std::size_t feed = before.rfind('\n');
-  TextPlace place;
+  LineAndColumn place;
   place.line += static_cast<int>(std::count(before.begin(), before.end(), '\n'));
   place.column += static_cast<int>(feed == std::string_view::npos ? before.size() : before.size() - feed - 1);
   return place;

@@ -16,10 +16,10 @@ namespace kalvex {
 //   sources   if given, the place in the text of each character that was kept
 std::string CleanMacro(std::string_view text, std::vector<std::uint32_t>* sources = nullptr);
 
-struct TextPlace {
+struct LineAndColumn {
   int line = 1;
   int column = 1;
 };
-TextPlace PlaceOf(std::string_view text, std::size_t offset);
+LineAndColumn PlaceOf(std::string_view text, std::size_t offset);
 
 }  // namespace kalvex

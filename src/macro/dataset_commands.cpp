@@ -1,135 +1,127 @@
+#include "macro/dataset_commands.h"
+
 #include "core/text.h"
-#include "datasets/dataset_operations.h"
-#include "datasets/load_dataset.h"
 #include "datasets/quantity.h"
-#include "macro/handlers.h"
-#include "program/program.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 namespace {
 
 std::string SlotText(int slot) { return "dataset " + std::to_string(slot); }
 
-const Dataset* LoadedDataset(const MacroCall& call, int slot) {
-  const Dataset* const dataset = DatasetInSlot(call.program.datasets, slot);
-  return dataset && dataset->id != 0 ? dataset : nullptr;
+// An operation acts on a slot whether or not it holds anything; this says what that came to.
+MacroResult Outcome(MacroCall& call, const Status& status, int slot, bool isLoaded, const std::string& done) {
+  return call.Told(status.Ok() && !isLoaded ? NotLoaded(slot) : status, SlotText(slot) + ' ' + done);
 }
 
-// Most operations act on a slot whether or not it holds anything; this says what that came to.
-MacroResult Outcome(MacroCall& call, int slot, bool wasLoaded, const std::string& done) {
-  return wasLoaded ? call.Done(SlotText(slot) + ' ' + done) : call.Nothing(SlotText(slot) + " is not loaded");
-}
-
-void ShowDatasets(const MacroCall& call) { RefreshDatasetManager(call.program.datasetManager, call.program.datasets); }
+const char* QuantityText(int quantity) { return kQuantityNames[static_cast<std::size_t>(quantity)].shortName; }
 
 std::string RangeText(const Dataset& dataset) {
   return std::to_string(dataset.nActive) + " of " + std::to_string(dataset.points.size()) + " points from " +
          TextG(dataset.CutMin) + " to " + TextG(dataset.CutMax);
 }
 
+// Takes the method of a number that counts from 1. False if there is no such method.
+template <class Method>
+bool TakeMethod(std::optional<int> number, Method last, Method& method) {
+  if (!number) return true;
+  if (*number < 1 || *number - 1 > static_cast<int>(last)) return false;
+  method = static_cast<Method>(*number - 1);
+  return true;
+}
+
+// Null, or which number is wrong.
+const char* TakeMethods(const LoadDatasetParams& p, DatasetSource& source) {
+  if (!TakeMethod(p.XMethod, XSource::kGenerated, source.XMethod)) return "XMethod should be 1, 2 or 3.";
+  if (!TakeMethod(p.XGrid, Grid::kLogarithmic, source.XGrid)) return "XGrid should be 1 or 2.";
+  if (!TakeMethod(p.YMethod, YSource::kFixed, source.YMethod)) return "YMethod should be 1 or 2.";
+  if (!TakeMethod(p.YErrMethod, ErrorSource::kFixed, source.YErrMethod)) return "YErrMethod should be 1, 2 or 3.";
+  if (!TakeMethod(p.Match, Matching::kAveraging, source.Match)) return "Match should be 1 or 2.";
+  return nullptr;
+}
+
+Status Load(Session& session, int slot, const LoadDatasetParams& p) {
+  DatasetSource source;
+  if (const char* const fault = TakeMethods(p, source)) return {StatusCode::kBadArgument, fault};
+  SetIfGiven(source.MasterFile, p.MasterFile);
+  SetIfGiven(source.XFile, p.XFile);
+  SetIfGiven(source.YErrFile, p.YErrFile);
+  SetIfGiven(source.XMin, p.XMin);
+  SetIfGiven(source.XMax, p.XMax);
+  SetIfGiven(source.XPts, p.XPts);
+  SetIfGiven(source.YVal, p.YVal);
+  SetIfGiven(source.YErrVal, p.YErrVal);
+  if (p.Quantity) source.Quantity = QuantityOfShortName(*p.Quantity);
+  return session.LoadDataset(slot, source);
+}
+
 }  // namespace
 
-MacroResult DatasetManagerCommand(MacroCall& call) {
-  DatasetManager& window = call.program.datasetManager;
-  OpenDatasetManager(window, call.program.datasets);
-  const auto x = call.Int("XPos"), y = call.Int("YPos");
-  if (x && y) {
-    window.x = *x;
-    window.y = *y;
-  }
+MacroResult DatasetManagerCommand(MacroCall& call, const PositionParams& p) {
+  OpenDatasetManager(call.desk);
+  PlaceIfGiven(p, call.desk.datasetManager);
   return call.Done("open");
 }
 
-MacroResult LoadDatasetCommand(MacroCall& call) {
-  LoadDatasetArgs args;
-  args.DatasetNo = call.Int("DatasetNo");
-  args.Quantity = call.Text("Quantity");
-  args.MasterFile = call.Text("MasterFile");
-  args.XMethod = call.Int("XMethod");
-  args.XFile = call.Text("XFile");
-  args.XMin = call.Real("XMin");
-  args.XMax = call.Real("XMax");
-  args.XPts = call.Int("XPts");
-  args.XGrid = call.Int("XGrid");
-  args.YMethod = call.Int("YMethod");
-  args.YVal = call.Real("YVal");
-  args.YErrMethod = call.Int("YErrMethod");
-  args.YErrFile = call.Text("YErrFile");
-  args.YErrVal = call.Real("YErrVal");
-  args.Match = call.Int("Match");
-  const int slot = args.DatasetNo.value_or(1);
-  if (const char* const message = LoadDatasetFromMacro(call.program.datasets, args)) {
-    call.program.platform->ShowMessage(texts::kErrorTitle, message);
-    return call.Nothing("'" + args.MasterFile.value_or("") + "': " + message);
+MacroResult LoadDatasetCommand(MacroCall& call, const LoadDatasetParams& p) {
+  const int slot = p.DatasetNo.value_or(1);
+  if (const Status status = Load(call.session, slot, p); !status.Ok()) {
+    call.session.GetPlatform().ShowMessage(texts::kErrorTitle, status.Text());
+    return call.Nothing("'" + p.MasterFile.value_or("") + "': " + status.Text());
   }
-  ShowDatasets(call);
-  const Dataset& dataset = *LoadedDataset(call, slot);
-  std::string said = SlotText(slot) + " is '" + dataset.name + "', " +
-                     kQuantityNames[static_cast<std::size_t>(dataset.Quantity)].shortName + ", " + RangeText(dataset);
-  if (args.Quantity && !QuantityOfShortName(*args.Quantity)) {
-    said += "; '" + *args.Quantity + "' is no Quantity and was ignored";
-  }
+  const Dataset& dataset = *call.session.FindDataset(slot);
+  std::string said =
+      SlotText(slot) + " is '" + dataset.name + "', " + QuantityText(dataset.Quantity) + ", " + RangeText(dataset);
+  if (p.Quantity && !QuantityOfShortName(*p.Quantity)) said += "; '" + *p.Quantity + "' is no Quantity and was ignored";
   return call.Done(said);
 }
 
-MacroResult UnloadDatasetCommand(MacroCall& call) {
-  const int slot = call.Int("DatasetNo").value_or(1);
-  const bool loaded = LoadedDataset(call, slot) != nullptr;
-  UnloadDatasetNo(call.program.datasets, call.program.notices, slot);
-  ShowDatasets(call);
-  return Outcome(call, slot, loaded, "unloaded");
+MacroResult UnloadDatasetCommand(MacroCall& call, const DatasetNoParams& p) {
+  const int slot = p.DatasetNo.value_or(1);
+  const bool wasLoaded = call.session.FindDataset(slot) != nullptr;
+  return Outcome(call, call.session.UnloadDataset(slot), slot, wasLoaded, "unloaded");
 }
 
-MacroResult TransformDatasetCommand(MacroCall& call) {
-  const int slot = call.Int("DatasetNo").value_or(1);
-  const double scale = call.Real("Scale").value_or(1.0), shift = call.Real("Shift").value_or(0.0);
-  TransformDatasetNo(call.program.datasets, call.program.notices, slot, scale, shift);
-  return Outcome(call, slot, LoadedDataset(call, slot) != nullptr, "times " + TextG(scale) + " plus " + TextG(shift));
+MacroResult TransformDatasetCommand(MacroCall& call, const TransformDatasetParams& p) {
+  const int slot = p.DatasetNo.value_or(1);
+  const double scale = p.Scale.value_or(1.0), shift = p.Shift.value_or(0.0);
+  const Status status = call.session.TransformDataset(slot, scale, shift);
+  return Outcome(call, status, slot, call.session.FindDataset(slot) != nullptr,
+                 "times " + TextG(scale) + " plus " + TextG(shift));
 }
 
-MacroResult ExportDatasetCommand(MacroCall& call) {
-  const auto slot = call.Int("DatasetNo");
-  const auto file = call.Text("File");
-  if (!slot) return call.Nothing("DatasetNo is missing");
-  if (!file) return call.Nothing("File is missing");
-  const bool written = ExportDatasetNo(call.program.datasets, *slot, *file, call.Int("ExportFitted").value_or(0) != 0,
-                                       call.Int("ExportErrorBars").value_or(0) != 0);
-  if (!written) return call.Nothing("'" + *file + "' cannot be written");
-  const bool loaded = LoadedDataset(call, *slot) != nullptr;
-  return call.Done(SlotText(*slot) + (loaded ? " written to '" : " is not loaded; an empty file is at '") + *file +
-                   "'");
+MacroResult ExportDatasetCommand(MacroCall& call, const ExportDatasetParams& p) {
+  if (!p.DatasetNo) return call.Missing("DatasetNo");
+  if (!p.File) return call.Missing("File");
+  const Status status = call.session.ExportDataset(*p.DatasetNo, *p.File, FlagOf(p.ExportFitted).value_or(false),
+                                                   FlagOf(p.ExportErrorBars).value_or(false));
+  const bool isLoaded = call.session.FindDataset(*p.DatasetNo) != nullptr;
+  return call.Told(status, SlotText(*p.DatasetNo) +
+                               (isLoaded ? " written to '" : " is not loaded; an empty file is at '") + *p.File + "'");
 }
 
-MacroResult AddNoiseCommand(MacroCall& call) {
-  const int slot = call.Int("DatasetNo").value_or(1);
-  const auto sigma = call.Real("Sigma");
-  if (!sigma) return call.Nothing("Sigma is missing");
-  AddNoiseToDataset(call.program.datasets, call.program.notices, call.program.noise, slot, *sigma);
-  return Outcome(call, slot, LoadedDataset(call, slot) != nullptr, "has noise of " + TextG(*sigma));
+MacroResult AddNoiseCommand(MacroCall& call, const AddNoiseParams& p) {
+  if (!p.Sigma) return call.Missing("Sigma");
+  const int slot = p.DatasetNo.value_or(1);
+  const Status status = call.session.AddNoise(slot, *p.Sigma);
+  return Outcome(call, status, slot, call.session.FindDataset(slot) != nullptr, "has noise of " + TextG(*p.Sigma));
 }
 
-MacroResult CutDatasetCommand(MacroCall& call) {
-  const int slot = call.Int("DatasetNo").value_or(1);
-  CutDatasetNo(call.program.datasets, slot, call.Real("XMin"), call.Real("XMax"));
-  ShowActivePoints(call.program.datasetManager, call.program.datasets, slot);
-  const Dataset* const dataset = LoadedDataset(call, slot);
-  return Outcome(call, slot, dataset != nullptr, dataset ? "cut to " + RangeText(*dataset) : "");
+MacroResult CutDatasetCommand(MacroCall& call, const CutDatasetParams& p) {
+  const int slot = p.DatasetNo.value_or(1);
+  const Status status = call.session.CutDataset(slot, p.XMin, p.XMax, Heard::kLater);
+  const Dataset* const dataset = call.session.FindDataset(slot);
+  return Outcome(call, status, slot, dataset != nullptr, dataset ? "cut to " + RangeText(*dataset) : "");
 }
 
-MacroResult SetDatasetQuantityCommand(MacroCall& call) {
-  const auto slot = call.Int("DatasetNo");
-  const auto key = call.Text("Quantity");
-  if (!slot) return call.Nothing("DatasetNo is missing");
-  if (!key) return call.Nothing("Quantity is missing");
-  const auto quantity = QuantityOfShortName(*key);
-  if (!quantity) return call.Nothing("'" + *key + "' is no Quantity");
-  if (!LoadedDataset(call, *slot)) return Outcome(call, *slot, false, "");
-  Dataset& dataset = *DatasetInSlot(call.program.datasets, *slot);
-  dataset.Quantity = *quantity;
-  ShowDatasets(call);
-  NotifyGraphs(call.program.notices, GraphEvent::kDatasetChanged, dataset.id);
-  NotifyFit(call.program.notices, FitNotice::kDatasetChanged, dataset.id);
-  return call.Done(SlotText(*slot) + " is now " + kQuantityNames[static_cast<std::size_t>(*quantity)].shortName);
+MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityParams& p) {
+  if (!p.DatasetNo) return call.Missing("DatasetNo");
+  if (!p.Quantity) return call.Missing("Quantity");
+  const auto quantity = QuantityOfShortName(*p.Quantity);
+  if (!quantity) return call.Nothing("'" + *p.Quantity + "' is no Quantity");
+  if (!call.session.FindDataset(*p.DatasetNo)) return call.Nothing(NotLoaded(*p.DatasetNo).Text());
+  return call.Told(call.session.SetDatasetQuantity(*p.DatasetNo, *quantity, Heard::kAtOnce),
+                   SlotText(*p.DatasetNo) + " is now " + QuantityText(*quantity));
 }
 
 }  // namespace kalvex

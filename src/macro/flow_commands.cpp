@@ -1,49 +1,43 @@
+#include "macro/flow_commands.h"
+
 #include <algorithm>
 #include <cstdio>
 
-#include "macro/handlers.h"
-#include "program/program.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 
-MacroResult BeginLoopCommand(MacroCall& call) {
-  const auto file = call.Text("LoopFile");
-  if (!file) return call.Nothing("LoopFile is missing, so there is no loop");
-  call.program.macro.loopFile = *file;
-  call.Done("loop over the lines of '" + *file + "'");
+MacroResult BeginLoopCommand(MacroCall& call, const BeginLoopParams& p) {
+  if (!p.LoopFile) return call.Nothing("LoopFile is missing, so there is no loop");
+  call.desk.macro.loopFile = *p.LoopFile;
+  call.Done("loop over the lines of '" + *p.LoopFile + "'");
   return MacroResult::kBeginLoop;
 }
 
-MacroResult EndLoopCommand(MacroCall&) { return MacroResult::kEndLoop; }
+MacroResult EndLoopCommand(MacroCall&, const NoParams&) { return MacroResult::kEndLoop; }
 
-MacroResult MainWindowCommand(MacroCall& call) {
-  MainWindow& window = call.program.mainWindow;
-  const auto x = call.Int("XPos"), y = call.Int("YPos");
-  if (x && y) {
-    window.x = *x;
-    window.y = *y;
-    window.width = call.Int("Width").value_or(window.width);
-    window.height = call.Int("Height").value_or(window.height);
+MacroResult MainWindowCommand(MacroCall& call, const MainWindowParams& p) {
+  MainWindow& window = call.desk.mainWindow;
+  if (PlaceIfGiven(p, window)) {
+    SetIfGiven(window.width, p.Width);
+    SetIfGiven(window.height, p.Height);
   }
-  if (const auto title = call.Text("Title"))
-    window.title = title->empty() ? texts::kMainTitle : texts::kMainTitle + (' ' + *title);
+  if (p.Title) window.title = p.Title->empty() ? texts::kMainTitle : texts::kMainTitle + (' ' + *p.Title);
   return call.Done("main window '" + window.title + "'");
 }
 
-MacroResult WaitCommand(MacroCall& call) {
-  Platform& platform = *call.program.platform;
+MacroResult WaitCommand(MacroCall& call, const WaitParams& p) {
+  Platform& platform = call.session.GetPlatform();
   platform.PumpEvents();
-  const auto time = call.Int("Time");
-  if (!time) return call.Done("events delivered");
-  platform.Sleep(std::max(0, *time));
-  return call.Done("waited " + std::to_string(*time) + " ms");
+  if (!p.Time) return call.Done("events delivered");
+  platform.Sleep(std::max(0, *p.Time));
+  return call.Done("waited " + std::to_string(*p.Time) + " ms");
 }
 
-MacroResult SuspendCommand(MacroCall& call) {
-  MacroState& macro = call.program.macro;
+MacroResult SuspendCommand(MacroCall& call, const NoParams&) {
+  MacroState& macro = call.desk.macro;
   if (macro.neverSuspend) return call.Done("goes on, as asked for before");
-  Platform& platform = *call.program.platform;
-  const SuspendAnswer answer = platform.AskSuspend();
+  const SuspendAnswer answer = call.session.GetPlatform().AskSuspend();
   if (answer == SuspendAnswer::kExitMacro) {
     call.Done("macro ended");
     return MacroResult::kStop;
@@ -52,15 +46,14 @@ MacroResult SuspendCommand(MacroCall& call) {
   return call.Done("goes on");
 }
 
-MacroResult ExitCommand(MacroCall& call) {
-  const bool quit = call.Int("QuitApp").value_or(0) != 0;
+MacroResult ExitCommand(MacroCall& call, const ExitParams& p) {
+  const bool quit = p.QuitApp.value_or(0) != 0;
   call.Done(quit ? "macro ended, program quits" : "macro ended");
   return quit ? MacroResult::kQuit : MacroResult::kStop;
 }
 
-MacroResult EchoCommand(MacroCall& call) {
-  const std::string text = call.Text("Text").value_or("");
-  std::printf("%s\n", text.c_str());
+MacroResult EchoCommand(MacroCall& call, const EchoParams& p) {
+  std::printf("%s\n", p.Text.value_or("").c_str());
   std::fflush(stdout);
   return call.Done("one line printed");
 }

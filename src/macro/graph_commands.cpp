@@ -1,47 +1,40 @@
+#include "macro/graph_commands.h"
+
 #include "core/text.h"
 #include "datasets/quantity.h"
-#include "graphs/curve_samples.h"
-#include "graphs/graph_export.h"
 #include "graphs/graph_picture.h"
 #include "graphs/graph_table.h"
-#include "macro/handlers.h"
-#include "macro/if_given.h"
 #include "macro/named_model.h"
-#include "program/program.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 namespace {
 
-// Null, after saying what is missing, unless GraphNo names a graph.
-Graph* NeededGraph(MacroCall& call) {
-  const auto number = call.Int("GraphNo");
-  if (!number) {
-    call.Nothing("GraphNo is missing");
+// The graph named by GraphNo, which must be given and exist; null after saying what is missing.
+const Graph* NeededGraph(MacroCall& call, std::optional<int> graphNo) {
+  if (!graphNo) {
+    call.Missing("GraphNo");
     return nullptr;
   }
-  Graph* const graph =
-      *number > 0 ? GetGraphByNumber(call.program.graphs, static_cast<std::uint32_t>(*number)) : nullptr;
-  if (!graph) call.Nothing("graph " + std::to_string(*number) + " does not exist");
+  const Graph* const graph = call.session.FindGraph(*graphNo);
+  if (!graph) call.Nothing(NoSuchGraph(*graphNo).Text());
   return graph;
 }
 
 // The same for DatasetNo and a loaded dataset.
-const Dataset* NeededDataset(MacroCall& call) {
-  const auto number = call.Int("DatasetNo");
-  if (!number) {
-    call.Nothing("DatasetNo is missing");
+const Dataset* NeededDataset(MacroCall& call, std::optional<int> datasetNo) {
+  if (!datasetNo) {
+    call.Missing("DatasetNo");
     return nullptr;
   }
-  const Dataset* const dataset = DatasetInSlot(call.program.datasets, *number);
-  if (dataset && dataset->id != 0) return dataset;
-  call.Nothing("dataset " + std::to_string(*number) + " is not loaded");
-  return nullptr;
+  const Dataset* const dataset = call.session.FindDataset(*datasetNo);
+  if (!dataset) call.Nothing(NotLoaded(*datasetNo).Text());
+  return dataset;
 }
 
-std::optional<int> NeededQuantity(MacroCall& call) {
-  const auto name = call.Text("Quantity");
+std::optional<int> NeededQuantity(MacroCall& call, const std::optional<std::string>& name) {
   if (!name) {
-    call.Nothing("Quantity is missing");
+    call.Missing("Quantity");
     return std::nullopt;
   }
   const auto quantity = QuantityOfShortName(*name);
@@ -51,38 +44,38 @@ std::optional<int> NeededQuantity(MacroCall& call) {
 
 std::string GraphText(const Graph& graph) { return "graph " + std::to_string(graph.number); }
 
-void SetLook(const MacroCall& call, Curve& curve) {
-  SetIfGiven(curve.nColor, call.Int("nColor"));
-  SetIfGiven(curve.Scale, call.Real("Scale"));
-  SetIfGiven(curve.Shift, call.Real("Shift"));
+template <class P>
+void SetLook(const P& p, Curve& curve) {
+  SetIfGiven(curve.nColor, p.nColor);
+  SetIfGiven(curve.Scale, p.Scale);
+  SetIfGiven(curve.Shift, p.Shift);
 }
 
 // Ends a command that adds a curve.
-MacroResult Add(MacroCall& call, Graph& graph, const Curve& curve) {
-  AddCurve(graph, curve);
+MacroResult Add(MacroCall& call, const Graph& graph, const Curve& curve) {
+  const Session& session = call.session;
+  if (const Status status = call.session.AddCurve(graph.number, curve); !status.Ok()) {
+    return call.Nothing(status.Text());
+  }
   const Curve& added = graph.curves.back();
-  return call.Done(GraphText(graph) + ": " + CurveText(added, call.program.datasets, call.program.params) + ", " +
+  return call.Done(GraphText(graph) + ": " + CurveText(added, session.Datasets(), session.Params()) + ", " +
                    kCurveColors[static_cast<std::size_t>(added.colorIndex)].name);
 }
 
-MacroResult Removed(MacroCall& call, Graph& graph, bool removed) {
-  return removed ? call.Done(GraphText(graph) + " has " + std::to_string(graph.curves.size()) + " curves")
-                 : call.Nothing(GraphText(graph) + " has no such curve");
+MacroResult Remove(MacroCall& call, const Graph& graph, CurveKind kind, std::uint32_t of, int quantity) {
+  const Status status = call.session.RemoveCurve(graph.number, kind, of, quantity);
+  return call.Told(status, GraphText(graph) + " has " + std::to_string(graph.curves.size()) + " curves");
 }
 
 // A title is a format: %% stands for %. Other marks have nothing to stand for and stay.
-std::string TitleOf(const std::string& format) {
-  constexpr std::size_t kLongest = 99;
+std::optional<std::string> TitleOf(const std::optional<std::string>& format) {
+  if (!format) return std::nullopt;
   std::string title;
-  for (std::size_t i = 0; i < format.size(); ++i) {
-    title += format[i];
-    if (format[i] == '%' && i + 1 < format.size() && format[i + 1] == '%') ++i;
+  for (std::size_t i = 0; i < format->size(); ++i) {
+    title += (*format)[i];
+    if (format->compare(i, 2, "%%") == 0) ++i;
   }
-  return std::string(CutToBytes(title, kLongest));
-}
-
-void SetTitleIfGiven(const MacroCall& call, const char* name, std::string& title) {
-  if (const auto format = call.Text(name)) title = TitleOf(*format);
+  return title;
 }
 
 std::string RangeText(const Axis& axis) {
@@ -96,48 +89,39 @@ std::string PlotText(const Graph& graph) {
 
 }  // namespace
 
-MacroResult NewGraphCommand(MacroCall& call) {
-  Graph* const graph = CreateGraph(call.program.graphs);
-  if (!graph) return call.Nothing("there are 100 graphs already");
-  const auto x = call.Int("XPos"), y = call.Int("YPos");
-  if (x && y) {
-    graph->XPos = *x;
-    graph->YPos = *y;
-    SetIfGiven(graph->Width, call.Int("Width"));
-    SetIfGiven(graph->Height, call.Int("Height"));
-    RebuildGraph(*graph);
+MacroResult NewGraphCommand(MacroCall& call, const NewGraphParams& p) {
+  const auto number = call.session.NewGraph();
+  if (!number.Ok()) return call.Nothing(number.Text());
+  Status status;
+  if (PlaceIfGiven(p, call.desk.graphs[*number]) && (p.Width || p.Height)) {
+    status = call.session.ResizeGraph(*number, p.Width, p.Height);
   }
-  return call.Done(PlotText(*graph));
+  return call.Told(status, PlotText(*call.session.FindGraph(*number)));
 }
 
-MacroResult GraphPropertiesCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
+MacroResult GraphPropertiesCommand(MacroCall& call, const GraphPropertiesParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
   if (!graph) return MacroResult::kNext;
-  SetIfGiven(graph->X.min, call.Real("Xmin"));
-  SetIfGiven(graph->X.max, call.Real("Xmax"));
-  SetFlagIfGiven(graph->X.log, call.Int("Xlog"));
-  SetTitleIfGiven(call, "XTitle", graph->X.title);
-  SetIfGiven(graph->Y.min, call.Real("Ymin"));
-  SetIfGiven(graph->Y.max, call.Real("Ymax"));
-  SetFlagIfGiven(graph->Y.log, call.Int("Ylog"));
-  SetTitleIfGiven(call, "YTitle", graph->Y.title);
-  SetFlagIfGiven(graph->ShowFitted, call.Int("ShowFitted"));
-  ApplyAxes(*graph);
-  return call.Done(PlotText(*graph) + ", X " + RangeText(graph->X) + ", Y " + RangeText(graph->Y));
+  GraphEdit edit;
+  edit.x = {.min = p.Xmin, .max = p.Xmax, .log = FlagOf(p.Xlog), .titleShown = {}, .title = TitleOf(p.XTitle)};
+  edit.y = {.min = p.Ymin, .max = p.Ymax, .log = FlagOf(p.Ylog), .titleShown = {}, .title = TitleOf(p.YTitle)};
+  edit.showFitted = FlagOf(p.ShowFitted);
+  const Status status = call.session.EditGraph(graph->number, edit);
+  return call.Told(status, PlotText(*graph) + ", X " + RangeText(graph->X) + ", Y " + RangeText(graph->Y));
 }
 
-MacroResult AddDataCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Dataset* const dataset = graph ? NeededDataset(call) : nullptr;
+MacroResult AddDataCurveCommand(MacroCall& call, const AddDataCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Dataset* const dataset = graph ? NeededDataset(call, p.DatasetNo) : nullptr;
   if (!dataset) return MacroResult::kNext;
   Curve curve = DataCurve(*dataset);
-  SetLook(call, curve);
-  SetFlagIfGiven(curve.ShowLine, call.Int("ShowLine"));
-  SetFlagIfGiven(curve.ShowSymbol, call.Int("ShowSymbol"));
-  SetFlagIfGiven(curve.ShowError, call.Int("ShowError"));
-  SetIfGiven(curve.nSymbolSize, call.Int("nSymbolSize"));
-  SetIfGiven(curve.nSymbolShape, call.Int("nSymbolShape"));
-  SetFlagIfGiven(curve.SymbolOpen, call.Int("SymbolOpen"));
+  SetLook(p, curve);
+  SetFlagIfGiven(curve.ShowLine, p.ShowLine);
+  SetFlagIfGiven(curve.ShowSymbol, p.ShowSymbol);
+  SetFlagIfGiven(curve.ShowError, p.ShowError);
+  SetIfGiven(curve.nSymbolSize, p.nSymbolSize);
+  SetIfGiven(curve.nSymbolShape, p.nSymbolShape);
+  SetFlagIfGiven(curve.SymbolOpen, p.SymbolOpen);
   Add(call, *graph, curve);
   if (!curve.ShowLine && !curve.ShowSymbol && !curve.ShowError) {
     call.said += "; nothing of it is drawn without ShowLine, ShowSymbol or ShowError";
@@ -145,93 +129,86 @@ MacroResult AddDataCurveCommand(MacroCall& call) {
   return MacroResult::kNext;
 }
 
-MacroResult AddModelCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Model* const model = graph ? NeededModel(call) : nullptr;
-  const auto quantity = model ? NeededQuantity(call) : std::nullopt;
+MacroResult AddModelCurveCommand(MacroCall& call, const AddModelCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
+  const auto quantity = model ? NeededQuantity(call, p.Quantity) : std::nullopt;
   if (!quantity) return MacroResult::kNext;
   Curve curve = ModelCurve(*model, *quantity);
-  SetLook(call, curve);
+  SetLook(p, curve);
   return Add(call, *graph, curve);
 }
 
-MacroResult AddChiSqCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Dataset* const dataset = graph ? NeededDataset(call) : nullptr;
-  const Model* const model = dataset ? NeededModel(call) : nullptr;
+MacroResult AddMultiCurveCommand(MacroCall& call, const AddModelCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
+  const auto quantity = model ? NeededQuantity(call, p.Quantity) : std::nullopt;
+  if (!quantity) return MacroResult::kNext;
+  Curve curve = MultiCurve(*model, *quantity);
+  SetLook(p, curve);
+  return Add(call, *graph, curve);
+}
+
+MacroResult AddChiSqCurveCommand(MacroCall& call, const AddChiSqCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Dataset* const dataset = graph ? NeededDataset(call, p.DatasetNo) : nullptr;
+  const Model* const model = dataset ? NeededModel(call, p.ModelNo) : nullptr;
   if (!model) return MacroResult::kNext;
   Curve curve = ChiSqCurve(*dataset, *model);
-  SetLook(call, curve);
+  SetLook(p, curve);
   return Add(call, *graph, curve);
 }
 
-MacroResult AddMultiCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Model* const model = graph ? NeededModel(call) : nullptr;
-  const auto quantity = model ? NeededQuantity(call) : std::nullopt;
-  if (!quantity) return MacroResult::kNext;
-  if (!HasRowContributions(*quantity)) return call.Nothing("rows contribute to E1, E2, S1 and S2 only");
-  Curve curve = MultiCurve(*model, *quantity);
-  SetLook(call, curve);
-  return Add(call, *graph, curve);
-}
-
-MacroResult AddFreqCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Model* const model = graph ? NeededModel(call) : nullptr;
+MacroResult AddFreqCurveCommand(MacroCall& call, const AddFreqCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
   if (!model) return MacroResult::kNext;
   Curve curve = FreqCurve(*model);
-  SetIfGiven(curve.nColor, call.Int("nColor"));
+  SetIfGiven(curve.nColor, p.nColor);
   return Add(call, *graph, curve);
 }
 
-MacroResult DeleteDataCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Dataset* const dataset = graph ? NeededDataset(call) : nullptr;
+MacroResult DeleteDataCurveCommand(MacroCall& call, const DeleteDataCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Dataset* const dataset = graph ? NeededDataset(call, p.DatasetNo) : nullptr;
   if (!dataset) return MacroResult::kNext;
-  return Removed(call, *graph, RemoveCurve(*graph, CurveKind::kData, dataset->id, -1));
+  return Remove(call, *graph, CurveKind::kData, dataset->id, -1);
 }
 
-MacroResult DeleteModelCurveCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
-  const Model* const model = graph ? NeededModel(call) : nullptr;
-  const auto quantity = model ? NeededQuantity(call) : std::nullopt;
+MacroResult DeleteModelCurveCommand(MacroCall& call, const DeleteModelCurveParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
+  const auto quantity = model ? NeededQuantity(call, p.Quantity) : std::nullopt;
   if (!quantity) return MacroResult::kNext;
-  return Removed(call, *graph, RemoveCurve(*graph, CurveKind::kModel, model->number, *quantity));
+  return Remove(call, *graph, CurveKind::kModel, model->number, *quantity);
 }
 
-MacroResult ExportGraphCommand(MacroCall& call) {
-  const Graph* const graph = NeededGraph(call);
+MacroResult ExportGraphCommand(MacroCall& call, const ExportGraphParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
   if (!graph) return MacroResult::kNext;
-  const auto file = call.Text("File");
-  if (!file) return call.Nothing("File is missing");
-  const int curves = ExportGraph(*graph, call.program.eval, *file);
-  if (curves < 0) return call.Nothing("'" + *file + "' cannot be written");
-  return call.Done(std::to_string(curves) + " curves at " + std::to_string(graph->plotWidth) + " points written to '" +
-                   *file + "'");
+  if (!p.File) return call.Missing("File");
+  const auto curves = call.session.ExportGraph(graph->number, *p.File);
+  if (!curves.Ok()) return call.Nothing(curves.Text());
+  return call.Done(std::to_string(*curves) + " curves at " + std::to_string(graph->plotWidth) + " points written to '" +
+                   *p.File + "'");
 }
 
-MacroResult DrawGraphCommand(MacroCall& call) {
-  const Graph* const graph = NeededGraph(call);
+MacroResult DrawGraphCommand(MacroCall& call, const DrawGraphParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
   if (!graph) return MacroResult::kNext;
-  const auto file = call.Text("File");
-  if (!file) return call.Nothing("File is missing");
-  const auto format = PictureFormatOf(*file);
-  if (!format) return call.Nothing("the name of a picture ends in .svg, .pdf or .png, not as '" + *file + "'");
-  const int width = call.Int("Width").value_or(graph->Width), height = call.Int("Height").value_or(graph->Height);
-  if (!IsPictureSize(width, height)) return call.Nothing("a picture has 1 to 16000 pixels along each side");
-  if (SaveGraphPicture(*graph, call.program.eval, *format, width, height, *file) != 0) {
-    return call.Nothing("'" + *file + "' cannot be written");
-  }
-  return call.Done(std::to_string(width) + " x " + std::to_string(height) + " pixels drawn to '" + *file + "'");
+  if (!p.File) return call.Missing("File");
+  const auto format = PictureFormatOf(*p.File);
+  if (!format) return call.Nothing("the name of a picture ends in .svg, .pdf or .png, not as '" + *p.File + "'");
+  const int width = p.Width.value_or(graph->Width), height = p.Height.value_or(graph->Height);
+  return call.Told(call.session.DrawGraph(graph->number, *format, width, height, *p.File),
+                   std::to_string(width) + " x " + std::to_string(height) + " pixels drawn to '" + *p.File + "'");
 }
 
-MacroResult CloseGraphCommand(MacroCall& call) {
-  Graph* const graph = NeededGraph(call);
+MacroResult CloseGraphCommand(MacroCall& call, const GraphNoParams& p) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
   if (!graph) return MacroResult::kNext;
   const std::string closed = GraphText(*graph) + " closed";
-  CloseGraph(*graph);
-  return call.Done(closed);
+  return call.Told(call.session.CloseGraph(graph->number), closed);
 }
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// State of the macro interpreter, of which there is one in a program.
+// State of the macro interpreter, of which there is one on a desk.
 #pragma once
 
 #include <string>
@@ -26,8 +26,9 @@ struct MacroState {
   bool neverSuspend = false;  // the user wants no more questions from Suspend, for the rest of the process
   std::string loopFile;       // as BeginLoop gave it
   std::vector<LoopRow> loopRows;
-  bool verbose = false;  // tell on standard error what each statement did
-  std::string fault;     // why the last macro could not run: place, what was found and what was expected
+  bool verbose = false;   // tell on standard error what each statement did
+  bool progress = false;  // tell on standard error how a fit ended
+  std::string fault;      // why the last macro could not run: place, what was found and what was expected
 };
 
 }  // namespace kalvex

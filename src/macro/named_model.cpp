@@ -1,26 +1,18 @@
 #include "macro/named_model.h"
 
-#include "program/program.h"
-#include "records/model_table.h"
+#include "session/session.h"
 
 namespace kalvex {
 
-std::string ModelText(int number) { return "model " + std::to_string(number); }
+std::string ModelText(long long number) { return "model " + std::to_string(number); }
 
-Model* ModelOf(const MacroCall& call, int number) {
-  return number > 0 ? GetModelByNumber(call.program.params, static_cast<std::uint32_t>(number)) : nullptr;
-}
-
-MacroResult NoModel(MacroCall& call, int number) { return call.Nothing(ModelText(number) + " does not exist"); }
-
-Model* NeededModel(MacroCall& call) {
-  const auto number = call.Int("ModelNo");
-  if (!number) {
-    call.Nothing("ModelNo is missing");
+const Model* NeededModel(MacroCall& call, std::optional<int> modelNo) {
+  if (!modelNo) {
+    call.Missing("ModelNo");
     return nullptr;
   }
-  Model* const model = ModelOf(call, *number);
-  if (!model) NoModel(call, *number);
+  const Model* const model = call.session.FindModel(*modelNo);
+  if (!model) call.Nothing(NoSuchModel(*modelNo).Text());
   return model;
 }
 

@@ -1,19 +1,31 @@
-// The fields of a parameter that a macro statement gives, as SetModelParam and SetExpParam share them.
+// The fields of a parameter that a statement gives, as SetModelParam and SetExpParam share them.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
-#include "macro/command_table.h"
 #include "records/model.h"
+#include "session/session.h"
 
 namespace kalvex {
 
-// Value and FitActive, through the setters that keep limits and coupling.
-void SetValueAndFitActive(MacroCall& call, ModelParam& param);
-// The four limit fields, and the value once more so that new limits take effect.
-void SetLimits(MacroCall& call, ModelParam& param);
-void SetCouplingIfGiven(MacroCall& call, ModelParam& param);
+template <class P>
+ParamEdit EditOf(const P& p) {
+  const auto flag = [](std::optional<int> on) {
+    return on ? std::optional(static_cast<std::uint32_t>(*on)) : std::nullopt;
+  };
+  ParamEdit edit;
+  edit.value = p.Value;
+  edit.adjustable = flag(p.FitActive);
+  edit.min = p.MinLimit;
+  edit.max = p.MaxLimit;
+  edit.useMin = flag(p.MinOn);
+  edit.useMax = flag(p.MaxOn);
+  edit.coupling = p.CoupledTo;
+  edit.holdInLimits = true;
+  return edit;
+}
 
 // How the parameter stands now, for verbose output.
 std::string ParamText(const ModelParam& param);

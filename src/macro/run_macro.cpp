@@ -10,6 +10,7 @@
 #include "macro/command_table.h"
 #include "macro/loop_file.h"
 #include "macro/parse.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 namespace {
@@ -27,16 +28,16 @@ struct Macro {
 };
 
 // Line and column of a place in the compact text; its end stands for the end of the file.
-TextPlace SourcePlace(const Macro& macro, std::size_t at) {
+LineAndColumn SourcePlace(const Macro& macro, std::size_t at) {
   std::vector<std::uint32_t> sources;
   CleanMacro(macro.text, &sources);
   return PlaceOf(macro.text, at < sources.size() ? sources[at] : macro.text.size());
 }
 
-std::optional<Macro> ReadMacro(Program& program, std::string_view fileName) {
+std::optional<Macro> ReadMacro(Desk& desk, std::string_view fileName) {
   Macro macro;
   macro.fileName = WithoutQuotes(fileName);
-  std::string& fault = program.macro.fault;
+  std::string& fault = desk.macro.fault;
   fault.clear();
   if (macro.fileName.empty()) {
     fault = "no macro file is named";
@@ -49,7 +50,7 @@ std::optional<Macro> ReadMacro(Program& program, std::string_view fileName) {
   macro.compact = CleanMacro(macro.text);
   MacroFault found;
   if (ParseMacro(macro.compact, macro.statements, found)) return macro;
-  const TextPlace place = SourcePlace(macro, found.at);
+  const LineAndColumn place = SourcePlace(macro, found.at);
   fault =
       macro.fileName + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + ": " + found.description;
   return std::nullopt;
@@ -57,8 +58,8 @@ std::optional<Macro> ReadMacro(Program& program, std::string_view fileName) {
 
 class Executor {
  public:
-  Executor(Program& program, const Macro& macro) : program_(program), macro_(macro) {
-    if (!program.macro.verbose) return;
+  Executor(Desk& desk, const Macro& macro) : desk_(desk), macro_(macro) {
+    if (!desk.macro.verbose) return;
     std::vector<std::uint32_t> sources;
     CleanMacro(macro.text, &sources);
     std::size_t from = 0;
@@ -93,10 +94,11 @@ class Executor {
  private:
   MacroResult Execute(const MacroStatement& statement) {
     MacroBlock block = statement.block;
-    if (inLoop_) SubstituteLoopValues(*statement.command, program_.macro.loopRows[loopRow_], block);
-    MacroCall call{program_, *statement.command, block, {}};
-    const MacroResult result = statement.command->handler(call);
-    if (program_.macro.verbose) {
+    if (inLoop_) SubstituteLoopValues(*statement.command, desk_.macro.loopRows[loopRow_], block);
+    MacroCall call{desk_, desk_.session, {}};
+    const MacroResult result = statement.command->run(call, block);
+    desk_.session.EndGesture();  // each statement is a step of its own
+    if (desk_.macro.verbose) {
       const std::string said = result == MacroResult::kEndLoop ? EndLoopText() : call.said;
       std::fprintf(stderr, "%s:%d: %s: %s\n", macro_.fileName.c_str(), lines_[pc_], statement.command->name,
                    said.c_str());
@@ -107,18 +109,18 @@ class Executor {
   // What the end of a loop will come to, which its handler cannot know.
   std::string EndLoopText() const {
     if (!inLoop_) return "nothing done: there is no loop";
-    const std::size_t passes = program_.macro.loopRows.size();
+    const std::size_t passes = desk_.macro.loopRows.size();
     if (loopRow_ + 1 == passes) return "the loop is done, passes: " + std::to_string(passes);
     return "on to pass " + std::to_string(loopRow_ + 2) + " of " + std::to_string(passes);
   }
 
   bool BeginLoop() {
-    const std::string& file = program_.macro.loopFile;
-    if (!ReadLoopFile(file, program_.macro.loopRows)) {
-      const TextPlace place = SourcePlace(macro_, macro_.statements[pc_].at);
-      program_.macro.fault = macro_.fileName + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) +
-                             ": the loop file '" + file +
-                             "' cannot be opened or is empty, a file with a line for each pass was expected";
+    const std::string& file = desk_.macro.loopFile;
+    if (!ReadLoopFile(file, desk_.macro.loopRows)) {
+      const LineAndColumn place = SourcePlace(macro_, macro_.statements[pc_].at);
+      desk_.macro.fault = macro_.fileName + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) +
+                          ": the loop file '" + file +
+                          "' cannot be opened or is empty, a file with a line for each pass was expected";
       return false;
     }
     inLoop_ = true;
@@ -128,7 +130,7 @@ class Executor {
   }
 
   void EndLoop() {
-    if (inLoop_ && ++loopRow_ < program_.macro.loopRows.size()) {
+    if (inLoop_ && ++loopRow_ < desk_.macro.loopRows.size()) {
       pc_ = loopStart_ + 1;
       return;
     }
@@ -136,7 +138,7 @@ class Executor {
     ++pc_;
   }
 
-  Program& program_;
+  Desk& desk_;
   const Macro& macro_;
   std::vector<int> lines_;  // of each statement, for verbose output
   std::size_t pc_ = 0;
@@ -147,17 +149,16 @@ class Executor {
 
 }  // namespace
 
-int RunMacro(Program& program, std::string_view fileName) {
-  if (program.macro.running) return kMacroAlreadyRunning;
-  program.macro.running = true;
-  const std::optional<Macro> macro = ReadMacro(program, fileName);
-  const int result = macro ? Executor(program, *macro).Run() : kMacroFailed;
-  program.macro.running = false;
+int RunMacro(Desk& desk, std::string_view fileName) {
+  if (desk.macro.running) return kMacroAlreadyRunning;
+  desk.macro.running = true;
+  desk.session.EndGesture();
+  const std::optional<Macro> macro = ReadMacro(desk, fileName);
+  const int result = macro ? Executor(desk, *macro).Run() : kMacroFailed;
+  desk.macro.running = false;
   return result;
 }
 
-int CheckMacro(Program& program, std::string_view fileName) {
-  return ReadMacro(program, fileName) ? kMacroEnded : kMacroFailed;
-}
+int CheckMacro(Desk& desk, std::string_view fileName) { return ReadMacro(desk, fileName) ? kMacroEnded : kMacroFailed; }
 
 }  // namespace kalvex

@@ -1,50 +1,48 @@
-#include "files/param_file.h"
-#include "fit/derivative_test.h"
-#include "macro/handlers.h"
-#include "program/program.h"
-#include "terms/term_tables.h"
+#include "macro/tool_commands.h"
+
+#include "session/session.h"
 
 namespace kalvex {
+namespace {
 
-MacroResult SaveParamsCommand(MacroCall& call) {
-  const std::string file = call.Text("File").value_or("");
-  if (SaveParams(call.program.params, file) != 0) return call.Nothing("'" + file + "' cannot be written");
-  return call.Done("the rows of all models written to '" + file + "'");
+std::string LastOf(const std::vector<std::string>& labels) { return labels.empty() ? std::string() : labels.back(); }
+
+}  // namespace
+
+MacroResult SaveParamsCommand(MacroCall& call, const FileParams& p) {
+  const std::string file = p.File.value_or("");
+  return call.Told(call.session.SaveParams(file), "the rows of all models written to '" + file + "'");
 }
 
-MacroResult LoadParamsCommand(MacroCall& call) {
-  const std::string file = call.Text("File").value_or("");
-  if (LoadParams(call.program.params, call.program.notices, file) != 0) {
-    return call.Nothing("'" + file + "' cannot be opened");
-  }
-  return call.Done("values taken from '" + file + "' as far as models and rows agree");
+MacroResult LoadParamsCommand(MacroCall& call, const FileParams& p) {
+  const std::string file = p.File.value_or("");
+  return call.Told(call.session.LoadParams(file), "values taken from '" + file + "' as far as models and rows agree");
 }
 
-MacroResult SaveParamsSpecialCommand(MacroCall& call) {
-  if (SaveParamsSpecial(call.program.params) != 0) {
-    return call.Nothing("'ParsSpecial.cfg' is missing or wrong, or a file that it names cannot be written");
-  }
-  return call.Done("the files of 'ParsSpecial.cfg' written");
+MacroResult SaveParamsSpecialCommand(MacroCall& call, const NoParams&) {
+  return call.Told(call.session.SaveParamsSpecial(), "the files of 'ParsSpecial.cfg' written");
 }
 
-MacroResult TestDerivativesCommand(MacroCall& call) {
-  if (TestDerivatives(call.program.fit, call.program.params, call.program.eval) != 0)
-    return call.Nothing("'TestDeriv1.txt' cannot be written");
-  return call.Done("written to 'TestDeriv1.txt'");
+MacroResult TestDerivativesCommand(MacroCall& call, const NoParams&) {
+  return call.Told(call.session.TestDerivatives(), "written to 'TestDeriv1.txt'");
 }
 
-MacroResult TestQuantityDerivativesCommand(MacroCall& call) {
-  if (TestQuantityDerivatives(call.program.fit, call.program.params, call.program.eval) != 0) {
-    return call.Nothing("'TestDeriv.txt' cannot be written");
-  }
-  return call.Done("written to 'TestDeriv.txt'");
+MacroResult TestQuantityDerivativesCommand(MacroCall& call, const NoParams&) {
+  return call.Told(call.session.TestQuantityDerivatives(), "written to 'TestDeriv.txt'");
 }
 
-MacroResult WriteGapTableCommand(MacroCall& call) {
-  if (!WriteGapTable(GapTableOf(call.program.eval.termEnvironment))) {
-    return call.Nothing("'Tab.dat' cannot be written");
-  }
-  return call.Done("written to 'Tab.dat'");
+MacroResult WriteGapTableCommand(MacroCall& call, const NoParams&) {
+  return call.Told(call.session.WriteGapTable(), "written to 'Tab.dat'");
+}
+
+MacroResult StepBackCommand(MacroCall& call, const NoParams&) {
+  const std::string step = LastOf(call.session.GetHistory().LabelsBack());
+  return call.Told(call.session.StepBack(), "taken back: " + step);
+}
+
+MacroResult StepForwardCommand(MacroCall& call, const NoParams&) {
+  const std::string step = LastOf(call.session.GetHistory().LabelsForward());
+  return call.Told(call.session.StepForward(), "done again: " + step);
 }
 
 }  // namespace kalvex

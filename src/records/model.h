@@ -17,39 +17,13 @@ enum Column : int { Wo = 0, Wp = 1, G = 2 };
 inline constexpr int kColumns = 3;
 inline constexpr std::array<const char*, kColumns> kColumnNames = {"Wo", "Wp", "G"};
 
-// The field in which a person types a parameter's value, in the parameter's own place.
-struct CellEditor {
-  bool open = false;
-  std::string text;
-  std::size_t caret = 0;
-};
-
-// Place and selection of a model's window, kept with the model whether or not there is a screen.
-struct ModelWindow {
-  int x = 50;
-  int y = 100;
-  int width = 293;
-  int height = 250;
-  std::array<int, 6> columnWidths = {22, 50, 50, 50, 50, 50};
-  bool vdfShown = false;
-  bool windowShown = false;    // the window is the active one, and has the keys
-  bool paramSelected = false;  // the parameter control shows the parameter under this window's cursor
-  bool rowSelected = false;    // the cursor is on a row; otherwise it is on epsInf
-  int curRow = 0;
-  int curColumn = 1;  // of the window's table; those of the parameters are 1 to 3
-  int topRow = 0;
-  int visibleRows = 5;  // how many fit into the window, as the screen finds when it lays the window out
-  CellEditor editor;
-};
-
 struct Model {
   std::uint32_t number = 0;  // unique for the run; 0 marks a free entry of the table
   std::string name;
   ModelParam epsInf;             // for a special model the negated type code
   std::vector<ModelParam> rows;  // row r, column c at c + 3 r
   VarDielFunc vdf;
-  ModelWindow window;
-  bool dirty = false;  // a parameter was overwritten through coupling, the window does not show it yet
+  bool dirty = false;  // a parameter was overwritten through coupling, and nobody has been told yet
 };
 
 inline int RowCount(const Model& model) { return static_cast<int>(model.rows.size()) / kColumns; }

@@ -82,9 +82,6 @@ int RemoveRow(Model* model, int position) {
 int ClearRows(Model* model) {
   if (!IsOpen(model)) return -1;
   model->rows.clear();
-  model->window.rowSelected = false;
-  model->window.curRow = 0;
-  model->window.topRow = 0;
   return 0;
 }
 

@@ -9,6 +9,7 @@
 #include "datasets/interpolation.h"
 #include "numeric/digamma.h"
 #include "terms/formula.h"
+#include "terms/term_table.h"
 #include "terms/term_tables.h"
 #include "terms/units.h"
 
@@ -164,32 +165,66 @@ std::vector<CouplingNode> MakeCouplingNodes(const Dataset& dataset, double meshC
   return nodes;
 }
 
-int CalcBosonCoupling(const TermCall& call, Cplx& result) {
-  enum Input { kWp, kG, kT, kDataset, kMesh, kMixing };
-  const auto value = [&](Input i) { return call.inputs[i].value; };
-  const double w = AtLeast(call.environment->dcFlag ? kFloor : call.w, kFloor);
-  const double share = 1 - value(kMixing), squared = value(kWp) * value(kWp);
+namespace {
 
-  Memory memory;
-  if (const Dataset* dataset = DatasetOf(call, value(kDataset))) {
-    memory = MemoryOf(NodesOf(*call.environment, *dataset, value(kMesh)), w, value(kT));
-  }
-  const Cplx D = w * (w + TimesI(value(kG) + share * memory.value));
-  Cplx inverse;
-  if (!Divide(Cplx{1, 0}, D, inverse)) {
-    GiveMarker(call, result);
+struct BosonCoupling {
+  static constexpr const char* kName = "carriers that scatter from bosons of a measured spectrum";
+  static constexpr TermCell kCells[] = {
+      Number(0, Wp, "plasma frequency Wp", "cm-1", 3000),
+      Number(0, G, "rate G without bosons", "cm-1", 30),
+      Number(1, Wp, "temperature T", "K", 100),
+      {1, G, "dataset that holds a2F over the frequency in cm-1", "", 1, TermUse::kDataset},
+      {2, Wp, "mesh count", "", 0, TermUse::kSetting},
+      Number(2, G, "share c of the spectrum that does not count", "", 0.2)};
+  static constexpr TermPage kPage = {
+      .formula =
+          "-Wp^2/(w (w + i (G + (1 - c) M))), M = sum of -2 i a2F(W) dW K(w/(2 pi t), W/(2 pi t)), t = 0.69508 T\n"
+          "K(x, y) = [(y - x) P(y - x) - 2 y P(y) + (y + x) P(y + x)]/x\n"
+          "          - i pi ((y + x)/x) (coth pi(x + y) - coth pi y), P(u) = psi(1 + i u), psi the digamma function\n"
+          "A mesh count below 1 takes the points of the dataset, each with half the distance to either neighbour.\n"
+          "Otherwise so many equal intervals lie between its second point and its last but one. Points at or\n"
+          "below 0 do not count.",
+      .source =
+          "P. B. Allen, Phys. Rev. B 3, 305 (1971); S. V. Shulga, O. V. Dolgov and E. G. Maksimov, Physica C 178, 266 "
+          "(1991)",
+      .limits =
+          "c = 1, or a dataset that is not loaded: a Drude term. Far below all bosons M is the mass "
+          "enhancement alone; far above, the rate is 2 pi times the integral of a2F. t and w count as at "
+          "least 1e-10 cm-1. 1e30 in both parts where the denominator is 0.",
+      .causality = "This holds as long as a2F is nowhere negative and c is at most 1."};
+
+  static int Calc(const TermCall& call, Cplx& result) {
+    enum Input { kWp, kG, kT, kDataset, kMesh, kMixing };
+    const auto value = [&](Input i) { return call.inputs[i].value; };
+    const double w = AtLeast(call.environment->dcFlag ? kFloor : call.w, kFloor);
+    const double share = 1 - value(kMixing), squared = value(kWp) * value(kWp);
+
+    Memory memory;
+    if (const Dataset* dataset = DatasetOf(call, value(kDataset))) {
+      memory = MemoryOf(NodesOf(*call.environment, *dataset, value(kMesh)), w, value(kT));
+    }
+    const Cplx D = w * (w + TimesI(value(kG) + share * memory.value));
+    Cplx inverse;
+    if (!Divide(Cplx{1, 0}, D, inverse)) {
+      GiveMarker(call, result);
+      return 0;
+    }
+    result = -squared * inverse;
+    if (!call.derivatives) return 0;
+    const Cplx byRate = -w * TimesI(result * inverse);  // d eps/dG
+    PutSlope(call.inputs[kWp], -2 * value(kWp) * inverse);
+    PutSlope(call.inputs[kG], byRate);
+    PutSlope(call.inputs[kT], byRate * memory.slope * share);
+    PutSlope(call.inputs[kDataset], {0, 0});
+    PutSlope(call.inputs[kMesh], {0, 0});
+    PutSlope(call.inputs[kMixing], -(byRate * memory.value));
     return 0;
   }
-  result = -squared * inverse;
-  if (!call.derivatives) return 0;
-  const Cplx byRate = -w * TimesI(result * inverse);  // d eps/dG
-  PutSlope(call.inputs[kWp], -2 * value(kWp) * inverse);
-  PutSlope(call.inputs[kG], byRate);
-  PutSlope(call.inputs[kT], byRate * memory.slope * share);
-  PutSlope(call.inputs[kDataset], {0, 0});
-  PutSlope(call.inputs[kMesh], {0, 0});
-  PutSlope(call.inputs[kMixing], -(byRate * memory.value));
-  return 0;
-}
+};
+
+}  // namespace
+
+constinit const TermRecord kBosonCoupling41 = MakeTerm<BosonCoupling, 41, 43>();
+constinit const TermRecord kBosonCoupling44 = MakeTerm<BosonCoupling, 44, 46>();
 
 }  // namespace kalvex

@@ -6,7 +6,6 @@
 
 #include "datasets/dataset.h"
 #include "numeric/complex.h"
-#include "terms/term_table.h"
 
 namespace kalvex {
 
@@ -37,18 +36,5 @@ struct BosonKernel {
   Cplx slope;
 };
 BosonKernel BosonKernelAt(double x, double y);
-
-// eps = -Wp^2/(w (w + i (G + (1 - c) M))),  M = sum of -2 i a2F(W) dW K(w/(2 pi T), W/(2 pi T)) over the spectrum.
-// With P(u) = psi(1 + i u), psi the digamma function, the kernel is
-//     K(x, y) = ((y - x)/x) P(y - x) - (2 y/x) P(y) + ((y + x)/x) P(y + x)
-//               - i pi ((y + x)/x) (coth(pi (x + y)) - coth(pi y))
-// (P. B. Allen, Phys. Rev. B 3, 305 (1971); S. V. Shulga, O. V. Dolgov and E. G. Maksimov, Physica C 178, 266 (1991)).
-// The three terms with P alone are exact only for T -> 0; the last one makes it exact at every temperature: without it
-// thermal bosons would not scatter at w = 0.
-//   inputs   Wp, G (cm-1), T (K), number of the dataset (a2F over cm-1), mesh count, mixing c
-//   guards   T (as cm-1) and w are at least 1e-10; w is 1e-10 where Quantities at zero frequency are wanted; a dataset
-//            that is not loaded couples nothing. The marker where a denominator fails. Dataset number and mesh count
-//            have the derivative 0
-int CalcBosonCoupling(const TermCall& call, Cplx& result);
 
 }  // namespace kalvex

@@ -6,7 +6,7 @@
 
 #include "core/limits.h"
 #include "numeric/complex.h"
-#include "terms/term_table.h"
+#include "terms/term_record.h"
 
 namespace kalvex {
 

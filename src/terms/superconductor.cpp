@@ -1,10 +1,14 @@
-#include "terms/superconductor.h"
-
+// Superconductors of arbitrary purity: eps = i Wp^2/(w G) S, S the reduced conductivity of Zimmermann et al., Physica C
+// 183, 99 (1991), see superconductor_integral.h.
+//
+// Common to all of them: without a gap, and where w is more than 1e10 gaps, they are the Drude term -Wp^2/(w^2 + i w
+// G). The signs of G and of the gap do not count; eps(-w) = conj eps(w). The marker where (w G)^2 is below 1e-30.
 #include <cmath>
 
 #include "terms/formula.h"
 #include "terms/gap_table.h"
 #include "terms/superconductor_integral.h"
+#include "terms/term_table.h"
 #include "terms/term_tables.h"
 #include "terms/units.h"
 
@@ -39,7 +43,7 @@ Complex<Dual<N>> PairIntegralOf(const Dual<N>& X, const Dual<N>& Y, const Dual<N
 
 template <class T>
 Complex<T> NormalTerm(double w, const T& Wp, const T& G) {
-  return Complex<T>(-(Wp * Wp), 0) / Complex<T>(w * w, w * Magnitude(G));
+  return Complex<T>{-(Wp * Wp), T(0)} / Complex<T>{T(w * w), w * Magnitude(G)};
 }
 
 // kT in cm-1. False where a denominator fails or an argument is not a number.
@@ -59,8 +63,30 @@ bool PairedTerm(double w, const T& Wp, const T& width, const T& gap, const T& kT
   return true;
 }
 
-struct TwoFluids {
-  static constexpr int kInputs = 6;
+constexpr const char* kPoleAtZero =
+    "The weight Ws^2 that the gap takes from the absorption stands in the real part as -Ws^2/w^2.";
+
+struct UnpairedShare {
+  static constexpr const char* kName = "superconductor with a share of unpaired carriers";
+  static constexpr TermCell kCells[] = {Number(0, Wp, "plasma frequency Wp", "cm-1", 3000),
+                                        Number(0, G, "rate G", "cm-1", 150),
+                                        Number(1, Wp, "gap 2 Delta at T = 0", "cm-1", 120),
+                                        Number(1, G, "Tc", "K", 50),
+                                        Number(2, Wp, "temperature T", "K", 20),
+                                        Number(2, G, "share u of unpaired weight", "", 0.2)};
+  static constexpr TermPage kPage = {
+      .formula =
+          "(1 - u) i Wp^2/(w G) S(w, G, 2 Delta d(T/Tc), T) + u times the Drude term -Wp^2/(w^2 + i w G)\n"
+          "S the reduced conductivity, d the solution of the weak-coupling gap equation",
+      .source =
+          "W. Zimmermann et al., Physica C 183, 99 (1991); gap: B. Muehlschlegel, Z. Physik 155, 313 (1959); the "
+          "two fluids are chosen",
+      .limits =
+          "From Tc on, and for u = 1, a Drude term. T below 0 counts as 0. Where w or G is 0: 1e30 in both "
+          "parts.",
+      .causality = kPoleAtZero};
+  static constexpr std::size_t kInputs = std::size(kCells);
+
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const auto& [Wp, G, gapAtZero, Tc, temperature, u] = in;
@@ -74,8 +100,19 @@ struct TwoFluids {
   }
 };
 
-struct OfTc {
-  static constexpr int kInputs = 4;
+struct GapOfTc {
+  static constexpr const char* kName = "superconductor whose gap follows from Tc";
+  static constexpr TermCell kCells[] = {Number(0, Wp, "plasma frequency Wp", "cm-1", 3000),
+                                        Number(0, G, "rate G", "cm-1", 150), Number(1, Wp, "temperature T", "K", 20),
+                                        Number(1, G, "Tc", "K", 50)};
+  static constexpr TermPage kPage = {
+      .formula =
+          "i Wp^2/(w G) S(w, G, 2 Delta, T), 2 Delta = 3.52 kTc sqrt(cos(pi/2 (T/Tc)^2)), S the reduced conductivity",
+      .source = "W. Zimmermann et al., Physica C 183, 99 (1991); gap: T. P. Sheahen, Phys. Rev. 149, 368 (1966)",
+      .limits = "A Drude term from Tc on. T below 0 counts as 0. Where w or G is 0: 1e30 in both parts.",
+      .causality = kPoleAtZero};
+  static constexpr std::size_t kInputs = std::size(kCells);
+
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const auto& [Wp, G, temperature, Tc] = in;
@@ -89,8 +126,21 @@ struct OfTc {
   }
 };
 
-struct OfGap {
-  static constexpr int kInputs = 4;
+struct GivenGap {
+  static constexpr const char* kName = "superconductor with a given gap";
+  static constexpr TermCell kCells[] = {Number(0, Wp, "plasma frequency Wp", "cm-1", 3000),
+                                        Number(0, G, "rate G", "cm-1", 150), Number(1, Wp, "gap 2 Delta", "cm-1", 120),
+                                        Number(1, G, "temperature T", "K", 20)};
+  static constexpr TermPage kPage = {
+      .formula = "i Wp^2/(w G) S(w, G, 2 Delta, T), S the reduced conductivity",
+      .source = "W. Zimmermann et al., Physica C 183, 99 (1991)",
+      .limits =
+          "Without a gap a Drude term. Cold, it does not absorb below 2 Delta; with G far above the gap it "
+          "is that of D. C. Mattis and J. Bardeen, Phys. Rev. 111, 412 (1958). T below 0 counts as 0. "
+          "Where w or G is 0: 1e30 in both parts.",
+      .causality = kPoleAtZero};
+  static constexpr std::size_t kInputs = std::size(kCells);
+
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const auto& [Wp, G, gap, temperature] = in;
@@ -100,8 +150,8 @@ struct OfGap {
 
 }  // namespace
 
-int CalcTwoFluidSuperconductor(const TermCall& call, Cplx& result) { return CalcFormula<TwoFluids>(call, result); }
-int CalcSuperconductorOfTc(const TermCall& call, Cplx& result) { return CalcFormula<OfTc>(call, result); }
-int CalcSuperconductorOfGap(const TermCall& call, Cplx& result) { return CalcFormula<OfGap>(call, result); }
+constinit const TermRecord kSuperconductorWithUnpairedShare = MakeTerm<UnpairedShare, 20, 22>();
+constinit const TermRecord kSuperconductorOfTc = MakeTerm<GapOfTc, 7, 8>();
+constinit const TermRecord kSuperconductorOfGap = MakeTerm<GivenGap, 23, 24>();
 
 }  // namespace kalvex

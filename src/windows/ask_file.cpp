@@ -1,13 +1,14 @@
 #include "windows/ask_file.h"
 
 #include "core/text.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 
-std::optional<std::string> AskFile(Platform& platform, std::string& folder, const FileQuestion& question) {
-  std::optional<std::string> file = platform.AskFile(question, folder);
+std::optional<std::string> AskFile(Desk& desk, const FileQuestion& question) {
+  std::optional<std::string> file = desk.session.GetPlatform().AskFile(question, desk.fileFolder);
   if (!file || file->empty()) return std::nullopt;
-  folder = DirectoryOf(*file);
+  desk.fileFolder = DirectoryOf(*file);
   if (question.forSaving && FileNameOf(*file).find('.') == std::string_view::npos) {
     *file += '.';
     *file += question.defaultExtension;

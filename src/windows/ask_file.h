@@ -8,8 +8,10 @@
 
 namespace kalvex {
 
+struct Desk;
+
 // The file that the user chose, nothing if the dialog was cancelled. A file to be written gets the default extension if
-// its name has none. folder is where the dialog opens, and becomes where the file lies.
-std::optional<std::string> AskFile(Platform& platform, std::string& folder, const FileQuestion& question);
+// its name has none. The dialog opens where the last one of this run has ended.
+std::optional<std::string> AskFile(Desk& desk, const FileQuestion& question);
 
 }  // namespace kalvex

@@ -5,10 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "records/model.h"
+#include "records/model_param.h"
 #include "windows/colours.h"
 
 namespace kalvex {
+
+// The field in which a person types a parameter's value, in the parameter's own place.
+struct CellEditor {
+  bool open = false;
+  std::string text;
+  std::size_t caret = 0;
+};
 
 // What a field of these windows shows.
 struct ParamCell {
@@ -22,7 +29,7 @@ ParamCell CellOfParam(const ModelParam& param, std::string text, bool marked);
 
 // Opens on a value, shown with ten digits, with the caret before it.
 void OpenEditor(CellEditor& editor, double value);
-// Opens with one digit in the place of the value, and the caret behind it.
+// Opens with one digit in the place of the value, and the caret after it.
 void OpenEditorWith(CellEditor& editor, char digit);
 // What the field holds after a person has typed into it.
 void TypeIntoEditor(CellEditor& editor, std::string_view text, std::size_t caret);

@@ -1,8 +1,6 @@
 #include "windows/dataset_manager.h"
 
 #include "core/text.h"
-#include "datasets/dataset_operations.h"
-#include "datasets/quantity.h"
 #include "windows/desk.h"
 #include "windows/window_texts.h"
 
@@ -27,38 +25,29 @@ ManagerRow RowOf(const Dataset& dataset) {
   return row;
 }
 
-// The loaded dataset of a slot that has a row and may be changed now, null if there is none.
-Dataset* DatasetToEdit(const WindowDesk& desk, int slot) {
-  if (IsFrozen(desk) || !HasRow(slot)) return nullptr;
-  Dataset* const dataset = DatasetInSlot(desk.datasets, slot);
-  return IsLoaded(*dataset) ? dataset : nullptr;
+bool HoldsRows(const Desk& desk, int slot) {
+  return HasRow(slot) && IsLoaded(*DatasetInSlot(desk.session.Datasets(), slot));
 }
 
-ManagerRow& RowOfSlot(const WindowDesk& desk, int slot) {
-  return desk.datasetManager.rows[static_cast<std::size_t>(slot - 1)];
-}
+void Refresh(Desk& desk) { RefreshDatasetManager(desk.datasetManager, desk.session.Datasets()); }
 
-void TypeLimit(const WindowDesk& desk, int slot, std::string_view text, std::string ManagerRow::*field,
-               double Dataset::*limit) {
-  Dataset* const dataset = DatasetToEdit(desk, slot);
-  if (!dataset || RowOfSlot(desk, slot).*field == text) return;
-  RowOfSlot(desk, slot).*field = text;
-  dataset->*limit = RealOf(text);
-  ComputeActiveRange(*dataset);
-  ShowActivePoints(desk.datasetManager, desk.datasets, slot);
-  NotifyGraphs(desk.notices, GraphEvent::kDatasetChanged, dataset->id);
-  NotifyFit(desk.notices, FitNotice::kDatasetChanged, dataset->id);
+// The field keeps the text as it is typed.
+template <class Cut>
+void TypeLimit(Desk& desk, int slot, std::string_view text, std::string ManagerRow::*field, Cut cut) {
+  if (!HoldsRows(desk, slot)) return;
+  std::string& shown = desk.datasetManager.rows[static_cast<std::size_t>(slot - 1)].*field;
+  if (shown != text && cut(RealOf(text)).Ok()) shown = text;
 }
 
 }  // namespace
 
-void OpenDatasetManager(DatasetManager& manager, const DatasetTable& datasets) {
-  manager.open = true;
-  manager.wantsFront = true;
-  RefreshDatasetManager(manager, datasets);
+void OpenDatasetManager(Desk& desk) {
+  desk.datasetManager.open = true;
+  desk.datasetManager.wantsFront = true;
+  Refresh(desk);
 }
 
-void CloseDatasetManager(const WindowDesk& desk) {
+void CloseDatasetManager(Desk& desk) {
   CancelLoadDialog(desk);
   desk.datasetManager.open = false;
 }
@@ -72,43 +61,40 @@ void RefreshDatasetManager(DatasetManager& manager, const DatasetTable& datasets
   }
 }
 
-void ShowActivePoints(DatasetManager& manager, const DatasetTable& datasets, int slot) {
+void RefreshDatasetRow(DatasetManager& manager, const DatasetTable& datasets, int slot) {
   if (!manager.open || !HasRow(slot)) return;
   const Dataset& dataset = *DatasetInSlot(datasets, slot);
-  if (IsLoaded(dataset)) manager.rows[static_cast<std::size_t>(slot - 1)].points = std::to_string(dataset.nActive);
+  if (!IsLoaded(dataset)) return;
+  ManagerRow& row = manager.rows[static_cast<std::size_t>(slot - 1)];
+  row.points = std::to_string(dataset.nActive);
+  row.quantity = dataset.Quantity;
 }
 
-void PressDatasetButton(const WindowDesk& desk, int slot) {
-  if (IsFrozen(desk) || !HasRow(slot)) return;
-  if (DatasetToEdit(desk, slot)) {
-    UnloadDatasetNo(desk.datasets, desk.notices, slot);
-  } else {
-    OpenLoadDialog(desk, slot);
-  }
-  RefreshDatasetManager(desk.datasetManager, desk.datasets);
+void PressDatasetButton(Desk& desk, int slot) {
+  if (!HasRow(slot)) return;
+  HoldsRows(desk, slot) ? desk.session.UnloadDataset(slot).Ignore() : OpenLoadDialog(desk, slot);
+  Refresh(desk);
 }
 
-void PressUnloadAll(const WindowDesk& desk) {
-  if (IsFrozen(desk)) return;
-  for (int slot = 1; slot <= kMaxDatasets; ++slot) {
-    if (IsLoaded(*DatasetInSlot(desk.datasets, slot))) UnloadDatasetNo(desk.datasets, desk.notices, slot);
-  }
-  RefreshDatasetManager(desk.datasetManager, desk.datasets);
+void PressUnloadAll(Desk& desk) {
+  desk.session.UnloadAllDatasets().Ignore();
+  Refresh(desk);
 }
 
-void ChooseQuantity(const WindowDesk& desk, int slot, int quantity) {
-  Dataset* const dataset = DatasetToEdit(desk, slot);
-  if (!dataset || quantity < 0 || quantity >= kQuantityCount) return;
-  dataset->Quantity = quantity;
-  RowOfSlot(desk, slot).quantity = quantity;
+void ChooseQuantity(Desk& desk, int slot, int quantity) {
+  if (HoldsRows(desk, slot)) desk.session.SetDatasetQuantity(slot, quantity, Heard::kLater).Ignore();
 }
 
-void TypeCutMin(const WindowDesk& desk, int slot, std::string_view text) {
-  TypeLimit(desk, slot, text, &ManagerRow::cutMin, &Dataset::CutMin);
+void TypeCutMin(Desk& desk, int slot, std::string_view text) {
+  TypeLimit(desk, slot, text, &ManagerRow::cutMin,
+            [&](double min) { return desk.session.CutDataset(slot, min, {}, Heard::kAtOnce); });
 }
 
-void TypeCutMax(const WindowDesk& desk, int slot, std::string_view text) {
-  TypeLimit(desk, slot, text, &ManagerRow::cutMax, &Dataset::CutMax);
+void TypeCutMax(Desk& desk, int slot, std::string_view text) {
+  TypeLimit(desk, slot, text, &ManagerRow::cutMax,
+            [&](double max) { return desk.session.CutDataset(slot, {}, max, Heard::kAtOnce); });
 }
+
+void LeaveCutField(Desk& desk) { desk.session.EndGesture(); }
 
 }  // namespace kalvex

@@ -10,7 +10,7 @@
 
 namespace kalvex {
 
-struct WindowDesk;
+struct Desk;
 
 inline constexpr int kManagerRows = 10;
 
@@ -32,22 +32,24 @@ struct DatasetManager {
   bool unloadAll = false;  // that button answers
 };
 
-void OpenDatasetManager(DatasetManager& manager, const DatasetTable& datasets);
+void OpenDatasetManager(Desk& desk);
 // With it goes the load dialog, its entries lost.
-void CloseDatasetManager(const WindowDesk& desk);
+void CloseDatasetManager(Desk& desk);
 
 // Fills all rows, if the window is open.
 void RefreshDatasetManager(DatasetManager& manager, const DatasetTable& datasets);
-// Fills the number of points of one slot, which may be any.
-void ShowActivePoints(DatasetManager& manager, const DatasetTable& datasets, int slot);
+// Fills the number of points and the Quantity of one slot, which may be any. The fields of the range stay as typed.
+void RefreshDatasetRow(DatasetManager& manager, const DatasetTable& datasets, int slot);
 
 // The button of a slot: opens the load dialog for a free one, unloads the other.
-void PressDatasetButton(const WindowDesk& desk, int slot);
-void PressUnloadAll(const WindowDesk& desk);
+void PressDatasetButton(Desk& desk, int slot);
+void PressUnloadAll(Desk& desk);
 // Curves and terms of the fit take the new Quantity when they are next rebuilt.
-void ChooseQuantity(const WindowDesk& desk, int slot, int quantity);
-// Every change of the text, with each character typed. What the field shows already is no change.
-void TypeCutMin(const WindowDesk& desk, int slot, std::string_view text);
-void TypeCutMax(const WindowDesk& desk, int slot, std::string_view text);
+void ChooseQuantity(Desk& desk, int slot, int quantity);
+// Every change of the text, with each character typed. What the field shows already is no change. Until the field is
+// left they are one step of the history.
+void TypeCutMin(Desk& desk, int slot, std::string_view text);
+void TypeCutMax(Desk& desk, int slot, std::string_view text);
+void LeaveCutField(Desk& desk);
 
 }  // namespace kalvex

@@ -1,63 +1,55 @@
 #include "windows/exp_params_window.h"
 
 #include "core/text.h"
-#include "records/param_value.h"
 #include "windows/desk.h"
-#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {
 
 constexpr int kCellDigits = 5;
 
-ModelParam& ParamOf(const WindowDesk& desk, int index) {
-  return desk.params.ExpParams[static_cast<std::size_t>(index)];
-}
-ModelParam& ParamUnderCursor(const WindowDesk& desk) { return ParamOf(desk, desk.expParams.selectedIndex); }
+const ModelParam& ParamOf(const Desk& desk, int index) { return *desk.session.FindParam(ParamRef::Exp(index)); }
 
-void SelectUnderCursor(const WindowDesk& desk) {
-  ParamPlace place;
-  place.Where = ParamKind::kExp;
-  place.nep = desk.expParams.selectedIndex;
-  if (SelectParam(desk, kExpParamsOwner, place)) desk.expParams.paramSelected = true;
+void SelectUnderCursor(Desk& desk) {
+  if (SelectParam(desk, ParamRef::Exp(desk.expParams.selectedIndex))) desk.expParams.paramSelected = true;
 }
 
-// Moving the cursor leaves the values alone, so the fit need not hear of it.
-void Refresh(const WindowDesk& desk, bool quiet) {
+// Moving the cursor leaves the values alone, so the fit does not hear of it.
+void ShowCursor(Desk& desk) {
   SelectUnderCursor(desk);
-  RefreshExpParams(desk.notices, desk.params, quiet);
+  desk.session.RedrawExpParams();
 }
 
-void Commit(const WindowDesk& desk) {
+void Commit(Desk& desk) {
   if (!desk.expParams.editor.open) return;
   const auto number = TakeNumber(desk.expParams.editor);
-  if (!number || IsFrozen(desk)) return Refresh(desk, true);
-  SetValue(desk.params, ParamUnderCursor(desk), *number);
-  RedrawDirty(desk.notices, desk.params);
-  Refresh(desk, false);
+  const ParamRef param = ParamRef::Exp(desk.expParams.selectedIndex);
+  number&& desk.session.SetParam(param, {.value = number}).Ok() ? SelectUnderCursor(desk) : ShowCursor(desk);
 }
 
-void MoveTo(const WindowDesk& desk, int index) {
+void MoveTo(Desk& desk, int index) {
   Commit(desk);
   desk.expParams.selectedIndex = (index + kExpParamCount) % kExpParamCount;
-  Refresh(desk, true);
+  ShowCursor(desk);
 }
 
-void Flip(const WindowDesk& desk, int index) {
-  ModelParam& param = ParamOf(desk, index);
-  SetAdjustable(desk.params, param, param.adjustable ? 0 : 1);
-  RedrawDirty(desk.notices, desk.params);
-  Refresh(desk, false);
+void Flip(Desk& desk, int index) {
+  desk.session.SetParam(ParamRef::Exp(index), {.adjustable = ParamOf(desk, index).adjustable ? 0u : 1u}).Ignore();
+  SelectUnderCursor(desk);
 }
 
-void Sideways(const WindowDesk& desk, bool right) {
+void OpenEditorUnderCursor(Desk& desk) {
+  OpenEditor(desk.expParams.editor, ParamOf(desk, desk.expParams.selectedIndex).value);
+}
+
+void Sideways(Desk& desk, bool right) {
   if (desk.expParams.editor.open && MoveCaret(desk.expParams.editor, right)) return;
   MoveTo(desk, desk.expParams.selectedIndex + (right ? 1 : -1));
 }
 
 }  // namespace
 
-void OpenExpParams(const WindowDesk& desk) {
+void OpenExpParams(Desk& desk) {
   ExpParamsWindow& window = desk.expParams;
   window.wantsFront = true;
   if (window.open) return;
@@ -66,32 +58,32 @@ void OpenExpParams(const WindowDesk& desk) {
   SelectUnderCursor(desk);
 }
 
-void CloseExpParams(const WindowDesk& desk) {
+void CloseExpParams(Desk& desk) {
   ActivateExpParams(desk, false);
   desk.expParams.open = false;
   desk.expParams.paramSelected = false;
-  DeselectParam(desk, kExpParamsOwner);
+  DeselectExpParams(desk);
 }
 
-void ActivateExpParams(const WindowDesk& desk, bool active) {
+void ActivateExpParams(Desk& desk, bool active) {
   if (!active) Commit(desk);
   desk.expParams.windowShown = active;
 }
 
-ExpParamLine ExpParamLineOf(const WindowDesk& desk, int index) {
+ExpParamLine ExpParamLineOf(const Desk& desk, int index) {
   const ExpParamsWindow& window = desk.expParams;
   const ModelParam& param = ParamOf(desk, index);
   const bool marked = index == window.selectedIndex && (window.windowShown || window.paramSelected);
   return {std::string(NameOf(param)), CellOfParam(param, TextG(param.value, kCellDigits) + ' ', marked)};
 }
 
-bool PressExpParamsKey(const WindowDesk& desk, Key key) {
+bool PressExpParamsKey(Desk& desk, Key key) {
   ExpParamsWindow& window = desk.expParams;
   if (!window.windowShown || (window.editor.open && BelongsToEditor(key))) return false;
-  if (IsFrozen(desk)) return true;
+  if (desk.session.Fit().FitRunning) return true;
   switch (key) {
     case Key::kEnter:
-      window.editor.open ? Commit(desk) : OpenEditor(window.editor, ParamUnderCursor(desk).value);
+      window.editor.open ? Commit(desk) : OpenEditorUnderCursor(desk);
       return true;
     case Key::kUp:
       MoveTo(desk, window.selectedIndex - 1);
@@ -121,26 +113,26 @@ bool PressExpParamsKey(const WindowDesk& desk, Key key) {
   }
 }
 
-bool PressExpParamsDigit(const WindowDesk& desk, char digit) {
+bool PressExpParamsDigit(Desk& desk, char digit) {
   ExpParamsWindow& window = desk.expParams;
-  if (!window.windowShown || window.editor.open || IsFrozen(desk)) return false;
+  if (!window.windowShown || window.editor.open || desk.session.Fit().FitRunning) return false;
   OpenEditorWith(window.editor, digit);
   return true;
 }
 
-void PressExpParam(const WindowDesk& desk, int index) {
-  if (IsFrozen(desk)) return;
+void PressExpParam(Desk& desk, int index) {
+  if (desk.session.Fit().FitRunning) return;
   MoveTo(desk, index);
 }
 
-void DoublePressExpParam(const WindowDesk& desk, int index) {
-  if (IsFrozen(desk)) return;
+void DoublePressExpParam(Desk& desk, int index) {
+  if (desk.session.Fit().FitRunning) return;
   MoveTo(desk, index);
-  OpenEditor(desk.expParams.editor, ParamUnderCursor(desk).value);
+  OpenEditorUnderCursor(desk);
 }
 
-void RightPressExpParam(const WindowDesk& desk, int index) {
-  if (IsFrozen(desk)) return;
+void RightPressExpParam(Desk& desk, int index) {
+  if (desk.session.Fit().FitRunning) return;
   Commit(desk);
   Flip(desk, index);
 }

@@ -9,7 +9,7 @@
 
 namespace kalvex {
 
-struct WindowDesk;
+struct Desk;
 
 struct ExpParamsWindow {
   bool open = false;
@@ -24,27 +24,27 @@ struct ExpParamsWindow {
   CellEditor editor;
 };
 
-void OpenExpParams(const WindowDesk& desk);
+void OpenExpParams(Desk& desk);
 // "Close Window": commits what is typed and gives the selection back.
-void CloseExpParams(const WindowDesk& desk);
+void CloseExpParams(Desk& desk);
 // The window becomes the active one or stops being it, which commits what is typed.
-void ActivateExpParams(const WindowDesk& desk, bool active);
+void ActivateExpParams(Desk& desk, bool active);
 
 // A line of the window.
 struct ExpParamLine {
   std::string label;
   ParamCell value;
 };
-ExpParamLine ExpParamLineOf(const WindowDesk& desk, int index);
+ExpParamLine ExpParamLineOf(const Desk& desk, int index);
 
 // False if the window does not take the key, so that it goes to the editor, if that is open.
-bool PressExpParamsKey(const WindowDesk& desk, Key key);
+bool PressExpParamsKey(Desk& desk, Key key);
 // A digit opens the editor, unless it is open.
-bool PressExpParamsDigit(const WindowDesk& desk, char digit);
+bool PressExpParamsDigit(Desk& desk, char digit);
 
 // The mouse on the value of one line: the left button once, twice, and the right button.
-void PressExpParam(const WindowDesk& desk, int index);
-void DoublePressExpParam(const WindowDesk& desk, int index);
-void RightPressExpParam(const WindowDesk& desk, int index);
+void PressExpParam(Desk& desk, int index);
+void DoublePressExpParam(Desk& desk, int index);
+void RightPressExpParam(Desk& desk, int index);
 
 }  // namespace kalvex

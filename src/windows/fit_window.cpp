@@ -5,41 +5,20 @@
 #include "core/text.h"
 #include "fit/fit_lists.h"
 #include "records/model_table.h"
-#include "windows/window_texts.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 namespace {
 
 constexpr int kUnfoldedHeight = 282, kFoldedHeight = 139, kFoldThreshold = 201;
 
-void AfterDatasetChange(FitDesk desk) {
-  RebuildFitParams(desk.fit, desk.params, desk.eval);
-  RebuildFitPoints(desk.fit, *desk.eval.datasets);
-  ComputeChiSq(desk.fit, desk.eval);
-  RefreshTermLines(desk);
-}
-
-void AfterParamChange(FitDesk desk, bool compute) {
-  RebuildFitParams(desk.fit, desk.params, desk.eval);
-  if (compute) ComputeChiSq(desk.fit, desk.eval);
-  RefreshTermLines(desk);
-}
-
-std::string PairText(const FitDesk& desk, const ChiSqTerm& term) {
-  const Dataset* const dataset = GetDatasetById(*desk.eval.datasets, term.datasetId);
-  const Model* const model = GetModelByNumber(desk.params, term.modelId);
+std::string PairText(const Session& session, std::uint32_t datasetId, std::uint32_t modelNumber) {
+  const Dataset* const dataset = GetDatasetById(session.Datasets(), datasetId);
+  const Model* const model = session.FindModel(modelNumber);
   std::string text = "[";
   text += kQuantityNames[static_cast<std::size_t>(dataset ? dataset->Quantity : 0)].shortName;
   text += "] \"" + (dataset ? dataset->name : "") + "\" - \"" + (model ? model->name : "") + "\"";
   return text;
-}
-
-// A list of terms that has become another one is filled from its first line, with nothing selected.
-void FillTermLines(FitDesk desk) {
-  desk.window.selected.clear();
-  desk.window.topLine = 0;
-  RebuildAfterTermChange(desk);
-  SelectionChanged(desk);
 }
 
 std::vector<std::uint32_t> Chosen(const std::vector<std::uint32_t>& ids, std::size_t choice) {
@@ -47,51 +26,28 @@ std::vector<std::uint32_t> Chosen(const std::vector<std::uint32_t>& ids, std::si
   return choice <= ids.size() ? std::vector{ids[choice - 1]} : std::vector<std::uint32_t>{};
 }
 
-template <class Matches>
-void RemoveTermsIf(FitDesk desk, Matches matches) {
-  std::erase_if(desk.fit.list.terms, matches);
-  FillTermLines(desk);
-}
-
-int RunAndRefresh(FitDesk desk, Platform& platform, FitObserver& observer) {
-  desk.fit.StopRequested = false;
-  const int status = RunFit(desk.fit, desk.params, desk.eval, platform, observer);
-  RefreshTermLines(desk);
-  return status;
+std::vector<int> SelectedIds(const Desk& desk) {
+  return {desk.fitWindow.selected.begin(), desk.fitWindow.selected.end()};
 }
 
 }  // namespace
 
-void OpenFitWindow(FitDesk desk) {
-  desk.window.wantsFront = true;
-  if (desk.window.open) return;
-  desk.window.open = true;
-  // The lists of a run are its own until it ends.
-  desk.fit.FitRunning ? RefreshTermLines(desk) : RebuildAfterTermChange(desk);
+void OpenFitWindow(Desk& desk) {
+  desk.fitWindow.wantsFront = true;
+  if (desk.fitWindow.open) return;
+  desk.fitWindow.open = true;
+  desk.session.OpenFit().Ignore();
+  RefreshTermLines(desk);
 }
 
-void CloseFitWindow(FitDesk desk) {
-  if (desk.fit.FitRunning) desk.fit.StopRequested = true;
-  desk.window.open = false;
-  desk.window.optionsOpen = false;
-  desk.window.addTerms = {};
+void CloseFitWindow(Desk& desk) {
+  desk.session.CloseFit().Ignore();
+  HideFitWindow(desk.fitWindow);
 }
 
-void AnswerFitNotice(FitDesk desk, FitNotice notice, std::uint32_t id) {
-  if (!desk.window.open) return;
-  switch (notice) {
-    case FitNotice::kDatasetGone:
-      return RemoveTermsIf(desk, [&](const ChiSqTerm& term) { return term.datasetId == id; });
-    case FitNotice::kModelGone:
-      return RemoveTermsIf(desk, [&](const ChiSqTerm& term) { return term.modelId == id; });
-    case FitNotice::kDatasetChanged:
-      return AfterDatasetChange(desk);
-    case FitNotice::kModelParamsChanged:
-    case FitNotice::kExpParamsChanged:
-      return AfterParamChange(desk, desk.autoScreenUpdate);
-    case FitNotice::kRecompute:
-      return AfterParamChange(desk, true);
-  }
+void HideFitWindow(FitWindow& window) {
+  window.open = window.optionsOpen = false;
+  window.addTerms = {};
 }
 
 FitLabels FitLabelsOf(const FitState& fit) {
@@ -112,63 +68,45 @@ FitControls FitControlsOf(const FitState& fit) {
   return {idle ? texts::kFitStart : texts::kFitStop, idle && fit.UndoAvailable, idle, idle, idle, idle, !idle};
 }
 
-std::string TermLine(const FitDesk& desk, const ChiSqTerm& term) {
-  return PairText(desk, term) + '\t' + TextG(term.weight) + '\t' + TextG(term.termChiSq);
+std::string TermLine(const Desk& desk, const ChiSqTerm& term) {
+  return PairText(desk.session, term.datasetId, term.modelId) + '\t' + TextG(term.weight) + '\t' +
+         TextG(term.termChiSq);
 }
 
-void RefreshTermLines(FitDesk desk) {
-  desk.window.lines.clear();
-  for (const ChiSqTerm& term : desk.fit.list.terms) desk.window.lines.push_back(TermLine(desk, term));
-  desk.window.topLine = std::clamp(desk.window.topLine, 0, static_cast<int>(desk.window.lines.size()));
+void RefreshTermLines(Desk& desk) {
+  FitWindow& window = desk.fitWindow;
+  window.lines.clear();
+  for (const ChiSqTerm& term : desk.session.Fit().list.terms) window.lines.push_back(TermLine(desk, term));
+  ScrollTermLines(window, window.topLine);
 }
 
-void RebuildAfterTermChange(FitDesk desk) {
-  RebuildFitLists(desk.fit, desk.params, desk.eval);
+void FillTermLines(Desk& desk) {
+  desk.fitWindow.selected.clear();
+  desk.fitWindow.topLine = 0;
   RefreshTermLines(desk);
+  SelectionChanged(desk);
 }
 
-bool AddTerm(FitDesk desk, int datasetSlot, std::uint32_t modelNumber, std::optional<double> weight) {
-  const Dataset* const dataset = DatasetInSlot(*desk.eval.datasets, datasetSlot);
-  if (!dataset || !GetModelByNumber(desk.params, modelNumber)) return false;
-  ChiSqTerm& term = InsertChiSqTerm(desk.fit, desk.fit.list, static_cast<int>(desk.fit.list.terms.size()));
-  term.datasetId = dataset->id;
-  term.modelId = modelNumber;
-  term.weight = weight.value_or(1.0);
-  FillTermLines(desk);
-  return true;
-}
-
-bool DeleteTerm(FitDesk desk, int datasetSlot, int modelSlot) {
-  const Dataset* const dataset = DatasetInSlot(*desk.eval.datasets, datasetSlot);
-  bool found = false;
-  if (dataset && modelSlot >= 1 && modelSlot <= kMaxModels) {
-    const std::uint32_t number = desk.params.models[static_cast<std::size_t>(modelSlot - 1)].number;
-    auto& terms = desk.fit.list.terms;
-    const auto match = std::find_if(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
-      return term.datasetId == dataset->id && term.modelId == number;
-    });
-    found = match != terms.end();
-    if (found) RemoveChiSqTerm(desk.fit.list, static_cast<int>(match - terms.begin()));
-  }
-  FillTermLines(desk);
-  return found;
-}
-
-void SelectionChanged(FitDesk desk) {
+void SelectionChanged(Desk& desk) {
+  FitWindow& window = desk.fitWindow;
   const ChiSqTerm* first = nullptr;
-  desk.window.weightText.clear();
-  for (const ChiSqTerm& term : desk.fit.list.terms) {
-    if (!desk.window.selected.contains(term.id)) continue;
+  window.weightText.clear();
+  for (const ChiSqTerm& term : desk.session.Fit().list.terms) {
+    if (!window.selected.contains(term.id)) continue;
     if (first && first->weight != term.weight) return;
     first = &term;
   }
-  if (first) desk.window.weightText = TextG(first->weight);
+  if (first) window.weightText = TextG(first->weight);
 }
 
-void SelectTermLine(FitDesk desk, std::size_t line, bool selected) {
-  if (line >= desk.fit.list.terms.size()) return;
-  const int id = desk.fit.list.terms[line].id;
-  selected ? static_cast<void>(desk.window.selected.insert(id)) : static_cast<void>(desk.window.selected.erase(id));
+void SelectTermLine(Desk& desk, std::size_t line, bool selected) {
+  const auto& terms = desk.session.Fit().list.terms;
+  if (line >= terms.size()) return;
+  if (selected) {
+    desk.fitWindow.selected.insert(terms[line].id);
+  } else {
+    desk.fitWindow.selected.erase(terms[line].id);
+  }
   SelectionChanged(desk);
 }
 
@@ -176,20 +114,14 @@ void ScrollTermLines(FitWindow& window, int topLine) {
   window.topLine = std::clamp(topLine, 0, static_cast<int>(window.lines.size()));
 }
 
-void WeightEdited(FitDesk desk, std::string_view text) {
-  if (text == desk.window.weightText || desk.fit.FitRunning) return;
-  desk.window.weightText = text;
-  if (text.empty()) return;
-  for (ChiSqTerm& term : desk.fit.list.terms) {
-    if (desk.window.selected.contains(term.id)) term.weight = RealOf(text);
-  }
-  RebuildAfterTermChange(desk);
+void WeightEdited(Desk& desk, std::string_view text) {
+  std::string& shown = desk.fitWindow.weightText;
+  if (text == shown || desk.session.Fit().FitRunning) return;
+  shown = text;
+  if (!text.empty()) desk.session.WeighTerms(SelectedIds(desk), RealOf(text)).Ignore();
 }
 
-void RemoveSelectedTerms(FitDesk desk) {
-  if (desk.fit.FitRunning) return;
-  RemoveTermsIf(desk, [selected = desk.window.selected](const ChiSqTerm& term) { return selected.contains(term.id); });
-}
+void RemoveSelectedTerms(Desk& desk) { desk.session.RemoveTerms(SelectedIds(desk)).Ignore(); }
 
 void ToggleFold(FitWindow& window) {
   const bool grow = IsFolded(window);
@@ -199,105 +131,56 @@ void ToggleFold(FitWindow& window) {
 
 bool IsFolded(const FitWindow& window) { return window.height < kFoldThreshold; }
 
-std::vector<std::string> DatasetChoices(const FitDesk& desk) {
+std::vector<std::string> DatasetChoices(const Desk& desk) {
+  const DatasetTable& datasets = desk.session.Datasets();
   std::vector<std::string> choices{texts::kAddTermsAll};
-  for (const std::uint32_t id : ListDatasetIds(*desk.eval.datasets)) {
-    choices.push_back(GetDatasetById(*desk.eval.datasets, id)->name);
+  for (const std::uint32_t id : ListDatasetIds(datasets)) choices.push_back(GetDatasetById(datasets, id)->name);
+  return choices;
+}
+
+std::vector<std::string> ModelChoices(const Desk& desk) {
+  std::vector<std::string> choices{texts::kAddTermsAll};
+  for (const std::uint32_t number : ListModelNumbers(desk.session.Params())) {
+    choices.push_back(desk.session.FindModel(number)->name);
   }
   return choices;
 }
 
-std::vector<std::string> ModelChoices(const FitDesk& desk) {
-  std::vector<std::string> choices{texts::kAddTermsAll};
-  for (const std::uint32_t number : ListModelNumbers(desk.params)) {
-    choices.push_back(GetModelByNumber(desk.params, number)->name);
-  }
-  return choices;
-}
-
-void OfferCandidates(FitDesk desk, AddTermsDialog& dialog, std::size_t datasetChoice, std::size_t modelChoice) {
-  const auto datasets = Chosen(ListDatasetIds(*desk.eval.datasets), datasetChoice);
-  const auto models = Chosen(ListModelNumbers(desk.params), modelChoice);
-  dialog.candidates.terms.clear();
+void OfferCandidates(Desk& desk, std::size_t datasetChoice, std::size_t modelChoice) {
+  AddTermsDialog& dialog = desk.fitWindow.addTerms;
   dialog.lines.clear();
   dialog.datasetChoice = datasetChoice;
   dialog.modelChoice = modelChoice;
-  for (const std::uint32_t dataset : datasets) {
-    for (const std::uint32_t model : models) {
-      auto& terms = dialog.candidates.terms;
-      ChiSqTerm& term = InsertChiSqTerm(desk.fit, dialog.candidates, static_cast<int>(terms.size()));
-      term.datasetId = dataset;
-      term.modelId = model;
-      dialog.lines.insert(dialog.lines.begin(), {term.id, PairText(desk, term)});
+  for (const std::uint32_t dataset : Chosen(ListDatasetIds(desk.session.Datasets()), datasetChoice)) {
+    for (const std::uint32_t model : Chosen(ListModelNumbers(desk.session.Params()), modelChoice)) {
+      dialog.lines.push_back({{dataset, model}, PairText(desk.session, dataset, model)});
     }
   }
+  std::reverse(dialog.lines.begin(), dialog.lines.end());
 }
 
-void AddSelectedCandidates(FitDesk desk, AddTermsDialog& dialog) {
-  std::erase_if(dialog.candidates.terms, [&](const ChiSqTerm& candidate) {
-    return std::none_of(dialog.lines.begin(), dialog.lines.end(),
-                        [&](const CandidateLine& line) { return line.selected && line.id == candidate.id; });
-  });
-  auto& terms = desk.fit.list.terms;
-  for (const ChiSqTerm& candidate : dialog.candidates.terms) {
-    const bool present = std::any_of(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
-      return term.datasetId == candidate.datasetId && term.modelId == candidate.modelId;
-    });
-    if (!present) terms.push_back(candidate);
+void OpenAddTerms(Desk& desk) {
+  if (desk.session.Fit().FitRunning) return;
+  desk.fitWindow.addTerms.open = true;
+  OfferCandidates(desk, 0, 0);
+}
+
+void AcceptAddTerms(Desk& desk) {
+  const AddTermsDialog& dialog = desk.fitWindow.addTerms;
+  if (!dialog.open) return;
+  std::vector<TermPair> pairs;
+  for (auto line = dialog.lines.rbegin(); line != dialog.lines.rend(); ++line) {
+    if (line->selected) pairs.push_back(line->pair);
   }
-  FillTermLines(desk);
+  if (desk.session.AddTerms(pairs).Ok()) CancelAddTerms(desk);
 }
 
-void OpenAddTerms(FitDesk desk) {
-  if (desk.fit.FitRunning) return;
-  desk.window.addTerms.open = true;
-  OfferCandidates(desk, desk.window.addTerms, 0, 0);
-}
+void CancelAddTerms(Desk& desk) { desk.fitWindow.addTerms = {}; }
 
-void AcceptAddTerms(FitDesk desk) {
-  if (!desk.window.addTerms.open || desk.fit.FitRunning) return;
-  AddSelectedCandidates(desk, desk.window.addTerms);
-  desk.window.addTerms = {};
-}
+void PressFitStart(Desk& desk) { desk.session.RunFit({.byHand = true}).Ignore(); }
 
-void CancelAddTerms(FitDesk desk) { desk.window.addTerms = {}; }
-
-int StartFit(FitDesk desk, Platform& platform, FitObserver& observer) {
-  if (desk.fit.FitRunning) {
-    desk.fit.StopRequested = true;
-    return 0;
-  }
-  StoreStartValues(desk.fit, desk.params, desk.eval);
-  const int status = RunAndRefresh(desk, platform, observer);
-  desk.fit.UndoAvailable = true;
-  return status;
-}
-
-int RunMacroFit(FitDesk desk, Platform& platform, FitObserver& observer, std::optional<int> iterations) {
-  FitOptions& options = desk.fit.options;
-  const FitOptions before = options;
-  if (iterations) {
-    options.MaxIterations = *iterations;
-    options.StopOnIterations = true;
-  }
-  if (desk.fit.FitRunning) {
-    desk.fit.StopRequested = true;
-    return 0;
-  }
-  StoreStartValues(desk.fit, desk.params, desk.eval);
-  const int status = RunAndRefresh(desk, platform, observer);
-  options.MaxIterations = before.MaxIterations;
-  options.StopOnIterations = before.StopOnIterations;
-  return status;
-}
-
-void PressUndo(FitDesk desk) {
-  if (desk.fit.UndoAvailable && !desk.fit.FitRunning) TakeBackLastRun(desk);
-}
-
-void TakeBackLastRun(FitDesk desk) {
-  UndoFit(desk.fit, desk.params, desk.eval);
-  RefreshTermLines(desk);
+void PressFitUndo(Desk& desk) {
+  if (desk.session.Fit().UndoAvailable && desk.session.UndoFit().Ok()) SettleSlider(desk);
 }
 
 FitOptionsForm FormOf(const FitOptions& options) {
@@ -347,17 +230,19 @@ void ReadForm(const FitOptionsForm& form, FitOptions& options) {
   options.InitialLambda = RealOf(form.initialLambda);
 }
 
-void OpenFitOptions(FitDesk desk) {
-  if (desk.fit.FitRunning) return;
-  desk.window.optionsOpen = true;
-  desk.window.options = FormOf(desk.fit.options);
+void OpenFitOptions(Desk& desk) {
+  if (desk.session.Fit().FitRunning) return;
+  desk.fitWindow.optionsOpen = true;
+  desk.fitWindow.options = FormOf(desk.session.Fit().options);
 }
 
-void AcceptFitOptions(FitDesk desk) {
-  if (desk.window.optionsOpen) ReadForm(desk.window.options, desk.fit.options);
-  desk.window.optionsOpen = false;
+void AcceptFitOptions(Desk& desk) {
+  if (!desk.fitWindow.optionsOpen) return;
+  FitOptions options = desk.session.Fit().options;
+  ReadForm(desk.fitWindow.options, options);
+  if (desk.session.SetFitOptions(options).Ok()) CancelFitOptions(desk);
 }
 
-void CancelFitOptions(FitDesk desk) { desk.window.optionsOpen = false; }
+void CancelFitOptions(Desk& desk) { desk.fitWindow.optionsOpen = false; }
 
 }  // namespace kalvex

@@ -12,12 +12,8 @@ namespace {
 
 AxisForm FormOf(const Axis& axis) { return {TextG(axis.min), TextG(axis.max), axis.log, axis.title, axis.titleShown}; }
 
-void Store(const AxisForm& form, Axis& axis) {
-  axis.min = RealOf(form.min);
-  axis.max = RealOf(form.max);
-  axis.log = form.log;
-  axis.title = CutToBytes(form.title, kLongestTitle);
-  axis.titleShown = form.titleShown;
+AxisEdit EditOf(const AxisForm& form) {
+  return {RealOf(form.min), RealOf(form.max), form.log, form.titleShown, form.title};
 }
 
 // ---- contents
@@ -89,12 +85,7 @@ GraphPropertiesForm PropertiesOf(const Graph& graph) {
   return {graph.name + texts::kPropertiesTitle, FormOf(graph.X), FormOf(graph.Y), graph.ShowFitted};
 }
 
-void StoreProperties(const GraphPropertiesForm& form, Graph& graph) {
-  Store(form.X, graph.X);
-  Store(form.Y, graph.Y);
-  graph.ShowFitted = form.ShowFitted;
-  ApplyAxes(graph);
-}
+GraphEdit EditOf(const GraphPropertiesForm& form) { return {EditOf(form.X), EditOf(form.Y), form.ShowFitted}; }
 
 GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const ParamTables& params) {
   GraphContents contents;
@@ -232,11 +223,11 @@ void SetLook(GraphContents& contents, const CurveLook& look) {
   contents.look.colorIndex = LookOf(contents).colorIndex;
 }
 
-void StoreContents(const GraphContents& contents, Graph& graph) {
-  graph.curves.clear();
-  for (const ListedCurve& listed : contents.chosen) graph.curves.push_back(listed.curve);
-  std::stable_sort(graph.curves.begin(), graph.curves.end(), IsBuiltBefore);
-  RebuildGraph(graph);
+std::vector<Curve> CurvesOf(const GraphContents& contents) {
+  std::vector<Curve> curves;
+  for (const ListedCurve& listed : contents.chosen) curves.push_back(listed.curve);
+  std::stable_sort(curves.begin(), curves.end(), IsBuiltBefore);
+  return curves;
 }
 
 }  // namespace kalvex

@@ -12,10 +12,9 @@
 #include "datasets/quantity.h"
 #include "graphs/graph.h"
 #include "records/model.h"
+#include "session/session.h"
 
 namespace kalvex {
-
-inline constexpr int kLongestTitle = 99;  // of an axis, bytes
 
 struct AxisForm {
   std::string min, max;
@@ -31,9 +30,8 @@ struct GraphPropertiesForm {
 };
 // The graph as the dialog "Graph properties" shows it.
 GraphPropertiesForm PropertiesOf(const Graph& graph);
-// "OK" and "Apply": stores what the fields hold, without a check, and rebuilds the graph. An unreadable number reads as
-// 0; limits that no axis can have are then replaced.
-void StoreProperties(const GraphPropertiesForm& form, Graph& graph);
+// What the fields hold, for "OK" and "Apply", without a check: an unreadable number reads as 0.
+GraphEdit EditOf(const GraphPropertiesForm& form);
 
 // A curve in one of the two lists of the dialog "Graph contents".
 struct ListedCurve {
@@ -84,7 +82,7 @@ CurveLook LookOf(const GraphContents& contents);
 // Takes over every field that has a value, for each selected curve; those of data for curves of that kind only.
 void SetLook(GraphContents& contents, const CurveLook& look);
 
-// "OK" and "Apply".
-void StoreContents(const GraphContents& contents, Graph& graph);
+// The curves of the graph's list as a graph has them, for "OK" and "Apply".
+std::vector<Curve> CurvesOf(const GraphContents& contents);
 
 }  // namespace kalvex

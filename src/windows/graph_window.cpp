@@ -1,7 +1,5 @@
 #include "windows/graph_window.h"
 
-#include "graphs/graph_export.h"
-#include "graphs/graph_table.h"
 #include "graphs/painting.h"
 #include "windows/ask_file.h"
 #include "windows/desk.h"
@@ -9,72 +7,55 @@
 
 namespace kalvex {
 
-void DoublePressGraph(const WindowDesk& desk, const Graph& graph, int x, int y) {
+void DoublePressGraph(Desk& desk, const Graph& graph, int x, int y) {
   GraphDialogs& dialogs = desk.graphDialogs;
   dialogs.wantsFront = true;
   if (dialogs.contentsOf != 0 || dialogs.propertiesOf != 0) return;
   if (IsInFrame(graph, x, y)) {
     dialogs.contentsOf = graph.number;
-    dialogs.contents = ContentsOf(graph, desk.datasets, desk.params);
+    dialogs.contents = ContentsOf(graph, desk.session.Datasets(), desk.session.Params());
   } else {
     dialogs.propertiesOf = graph.number;
     dialogs.properties = PropertiesOf(graph);
   }
 }
 
-void PressGraphSpace(const WindowDesk& desk, const Graph& graph) {
-  if (const auto file = AskFile(desk.platform, desk.fileFolder, texts::kExportGraphFile)) {
-    ExportGraph(graph, desk.eval, *file);
+void PressGraphSpace(Desk& desk, const Graph& graph) {
+  if (const auto file = AskFile(desk, texts::kExportGraphFile)) {
+    desk.session.ExportGraph(graph.number, *file).GetStatus().Ignore();
   }
 }
 
-void MoveMouseOverGraph(const WindowDesk& desk, Graph& graph, int x, int y) {
-  if (desk.graphReader && IsInFrame(graph, x, y)) {
-    MoveReader(graph, x, y);
-  } else {
-    HideReader(graph);
-  }
-}
-
-void ResizeGraph(Graph& graph, int width, int height) {
+void ResizeGraphWindow(Desk& desk, const Graph& graph, int width, int height) {
   if (graph.Width == width && graph.Height == height) return;
-  graph.Width = width;
-  graph.Height = height;
-  RebuildGraph(graph);
+  desk.session.ResizeGraph(graph.number, width, height).Ignore();
 }
 
-void CloseGraphWindow(const WindowDesk& desk, Graph& graph) {
-  if (desk.graphDialogs.propertiesOf == graph.number) CancelProperties(desk);
-  if (desk.graphDialogs.contentsOf == graph.number) CancelContents(desk);
-  CloseGraph(graph);
+void CloseGraphWindow(Desk& desk, const Graph& graph) { desk.session.CloseGraph(graph.number).Ignore(); }
+
+void ApplyProperties(Desk& desk) {
+  GraphDialogs& dialogs = desk.graphDialogs;
+  if (!desk.session.EditGraph(dialogs.propertiesOf, EditOf(dialogs.properties)).Ok()) return;
+  dialogs.properties = PropertiesOf(*desk.session.FindGraph(dialogs.propertiesOf));
 }
 
-// A graph may have been closed behind its dialog, which then stores nothing.
-void ApplyProperties(const WindowDesk& desk) {
-  Graph* const graph = GetGraphByNumber(desk.graphs, desk.graphDialogs.propertiesOf);
-  if (!graph) return;
-  StoreProperties(desk.graphDialogs.properties, *graph);
-  desk.graphDialogs.properties = PropertiesOf(*graph);
-}
-
-void AcceptProperties(const WindowDesk& desk) {
+void AcceptProperties(Desk& desk) {
   ApplyProperties(desk);
   CancelProperties(desk);
 }
 
-void CancelProperties(const WindowDesk& desk) { desk.graphDialogs.propertiesOf = 0; }
+void CancelProperties(Desk& desk) { desk.graphDialogs.propertiesOf = 0; }
 
-void ApplyContents(const WindowDesk& desk) {
-  if (Graph* const graph = GetGraphByNumber(desk.graphs, desk.graphDialogs.contentsOf)) {
-    StoreContents(desk.graphDialogs.contents, *graph);
-  }
+void ApplyContents(Desk& desk) {
+  const GraphDialogs& dialogs = desk.graphDialogs;
+  if (dialogs.contentsOf != 0) desk.session.SetCurves(dialogs.contentsOf, CurvesOf(dialogs.contents)).Ignore();
 }
 
-void AcceptContents(const WindowDesk& desk) {
+void AcceptContents(Desk& desk) {
   ApplyContents(desk);
   CancelContents(desk);
 }
 
-void CancelContents(const WindowDesk& desk) { desk.graphDialogs.contentsOf = 0; }
+void CancelContents(Desk& desk) { desk.graphDialogs.contentsOf = 0; }
 
 }  // namespace kalvex

@@ -5,7 +5,13 @@
 
 namespace kalvex {
 
-struct WindowDesk;
+struct Desk;
+
+// Its size is that of the graph, whose whole window is drawn on.
+struct GraphWindow {
+  int x = 200;
+  int y = 200;
+};
 
 // The dialog that is open: it has the number of its graph, 0 for none. It is modal, so there is one at a time.
 struct GraphDialogs {
@@ -18,21 +24,19 @@ struct GraphDialogs {
 
 // A double click: inside the frame it opens the contents, outside the properties. While a dialog is open, of any graph,
 // that one comes to the front instead, and what is typed in it is kept.
-void DoublePressGraph(const WindowDesk& desk, const Graph& graph, int x, int y);
+void DoublePressGraph(Desk& desk, const Graph& graph, int x, int y);
 // The space bar: asks for a file and exports the graph as text. A file that cannot be written ends it in silence.
-void PressGraphSpace(const WindowDesk& desk, const Graph& graph);
-// The mouse is at a pixel of the window, or has left it: the reader follows while it is switched on.
-void MoveMouseOverGraph(const WindowDesk& desk, Graph& graph, int x, int y);
-void ResizeGraph(Graph& graph, int width, int height);
+void PressGraphSpace(Desk& desk, const Graph& graph);
+void ResizeGraphWindow(Desk& desk, const Graph& graph, int width, int height);
 // The user closes the window, and with it the graph and a dialog of its own.
-void CloseGraphWindow(const WindowDesk& desk, Graph& graph);
+void CloseGraphWindow(Desk& desk, const Graph& graph);
 
 // "Apply" stores, and shows what an axis made of it; "OK" stores and closes; "Cancel" closes.
-void ApplyProperties(const WindowDesk& desk);
-void AcceptProperties(const WindowDesk& desk);
-void CancelProperties(const WindowDesk& desk);
-void ApplyContents(const WindowDesk& desk);
-void AcceptContents(const WindowDesk& desk);
-void CancelContents(const WindowDesk& desk);
+void ApplyProperties(Desk& desk);
+void AcceptProperties(Desk& desk);
+void CancelProperties(Desk& desk);
+void ApplyContents(Desk& desk);
+void AcceptContents(Desk& desk);
+void CancelContents(Desk& desk);
 
 }  // namespace kalvex

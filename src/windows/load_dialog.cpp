@@ -9,20 +9,22 @@
 namespace kalvex {
 namespace {
 
-void ReadControls(const LoadDialog& dialog, Dataset& dataset) {
-  dataset.MasterFile = dialog.masterFile;
-  dataset.XFile = dialog.xFile;
-  dataset.YErrFile = dialog.yErrFile;
-  dataset.XMethod = dialog.xMethod;
-  dataset.XGrid = dialog.grid;
-  dataset.Match = dialog.match;
-  dataset.YMethod = dialog.yMethod;
-  dataset.YErrMethod = dialog.yErrMethod;
-  dataset.XMin = RealOf(dialog.xMin);
-  dataset.XMax = RealOf(dialog.xMax);
-  dataset.XPts = IntegerOf(dialog.xPts);
-  dataset.YVal = RealOf(dialog.yVal);
-  dataset.YErrVal = RealOf(dialog.yErrVal);
+DatasetSource SourceOf(const LoadDialog& dialog) {
+  DatasetSource source;
+  source.MasterFile = dialog.masterFile;
+  source.XFile = dialog.xFile;
+  source.YErrFile = dialog.yErrFile;
+  source.XMethod = dialog.xMethod;
+  source.XGrid = dialog.grid;
+  source.Match = dialog.match;
+  source.YMethod = dialog.yMethod;
+  source.YErrMethod = dialog.yErrMethod;
+  source.XMin = RealOf(dialog.xMin);
+  source.XMax = RealOf(dialog.xMax);
+  source.XPts = IntegerOf(dialog.xPts);
+  source.YVal = RealOf(dialog.yVal);
+  source.YErrVal = RealOf(dialog.yErrVal);
+  return source;
 }
 
 std::string& PathOf(LoadDialog& dialog, LoadFile which) {
@@ -50,9 +52,9 @@ LoadDialogEnabled EnabledControlsOf(const LoadDialog& dialog) {
           dialog.yErrMethod == ErrorSource::kFile, dialog.yErrMethod == ErrorSource::kFixed};
 }
 
-void OpenLoadDialog(const WindowDesk& desk, int slot) {
-  const Dataset* const dataset = DatasetInSlot(desk.datasets, slot);
-  if (!dataset || IsFrozen(desk)) return;
+void OpenLoadDialog(Desk& desk, int slot) {
+  const Dataset* const dataset = DatasetInSlot(desk.session.Datasets(), slot);
+  if (!dataset || desk.session.Fit().FitRunning) return;
   desk.loadDialog = {true,
                      slot,
                      texts::kLoadDialogTitle + std::to_string(slot),
@@ -71,30 +73,28 @@ void OpenLoadDialog(const WindowDesk& desk, int slot) {
                      TextG(dataset->YErrVal)};
 }
 
-void BrowseForFile(const WindowDesk& desk, LoadFile which) {
+void BrowseForFile(Desk& desk, LoadFile which) {
   LoadDialog& dialog = desk.loadDialog;
   if (!dialog.open || !Answers(dialog, which)) return;
-  if (auto file = AskFile(desk.platform, desk.fileFolder, texts::kBrowseFile)) PathOf(dialog, which) = *file;
+  if (auto file = AskFile(desk, texts::kBrowseFile)) PathOf(dialog, which) = *file;
 }
 
-void AcceptLoadDialog(const WindowDesk& desk) {
+void AcceptLoadDialog(Desk& desk) {
   LoadDialog& dialog = desk.loadDialog;
-  if (!dialog.open || IsFrozen(desk)) return;
-  Dataset& dataset = *DatasetInSlot(desk.datasets, dialog.slot);
-  ReadControls(dialog, dataset);
-  if (const char* const message = LoadDatasetRecord(dataset, desk.datasets.nextId)) {
-    desk.platform.ShowMessage(texts::kErrorTitle, message);
-  } else {
+  if (!dialog.open) return;
+  const Status loaded = desk.session.LoadDataset(dialog.slot, SourceOf(dialog));
+  if (loaded.Ok()) {
     dialog.open = false;
+  } else if (loaded.Code() != StatusCode::kBusy) {
+    desk.session.GetPlatform().ShowMessage(texts::kErrorTitle, loaded.Text());
   }
-  RefreshDatasetManager(desk.datasetManager, desk.datasets);
 }
 
-void CancelLoadDialog(const WindowDesk& desk) {
+void CancelLoadDialog(Desk& desk) {
   if (!desk.loadDialog.open) return;
   desk.loadDialog.open = false;
-  ClearDataset(*DatasetInSlot(desk.datasets, desk.loadDialog.slot));
-  RefreshDatasetManager(desk.datasetManager, desk.datasets);
+  // A macro may have loaded a dataset there meanwhile.
+  if (!desk.session.FindDataset(desk.loadDialog.slot)) desk.session.ClearDataset(desk.loadDialog.slot).Ignore();
 }
 
 }  // namespace kalvex

@@ -7,7 +7,7 @@
 
 namespace kalvex {
 
-struct WindowDesk;
+struct Desk;
 
 struct LoadDialog {
   bool open = false;
@@ -33,15 +33,15 @@ struct LoadDialogEnabled {
 };
 LoadDialogEnabled EnabledControlsOf(const LoadDialog& dialog);
 
-void OpenLoadDialog(const WindowDesk& desk, int slot);
+void OpenLoadDialog(Desk& desk, int slot);
 
 // The three buttons "Browse"; a cancelled file dialog leaves the path.
 enum class LoadFile { kMaster, kX, kYErr };
-void BrowseForFile(const WindowDesk& desk, LoadFile which);
+void BrowseForFile(Desk& desk, LoadFile which);
 
 // "OK": closes the dialog if the dataset can be loaded. Otherwise says why, and stays with the user's entries.
-void AcceptLoadDialog(const WindowDesk& desk);
+void AcceptLoadDialog(Desk& desk);
 // "Cancel": the entries are lost.
-void CancelLoadDialog(const WindowDesk& desk);
+void CancelLoadDialog(Desk& desk);
 
 }  // namespace kalvex

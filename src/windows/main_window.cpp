@@ -1,45 +1,35 @@
 #include "windows/main_window.h"
 
-#include "files/param_file.h"
-#include "fit/derivative_test.h"
-#include "graphs/graph_table.h"
 #include "macro/run_macro.h"
 #include "windows/ask_file.h"
-#include "windows/model_window.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
 namespace {
 
-void NewModel(Program& program) {
-  OpenParamControl(WindowDeskOf(program));
-  NewModelWindow(WindowDeskOf(program));
+void OpenNewModel(Desk& desk) {
+  OpenParamControl(desk);
+  NewModelWindow(desk);
 }
 
-void OpenExpParamsWindow(Program& program) {
-  OpenParamControl(WindowDeskOf(program));
-  OpenExpParams(WindowDeskOf(program));
+void OpenExpParamsWindow(Desk& desk) {
+  OpenParamControl(desk);
+  OpenExpParams(desk);
 }
 
-void SaveParamsDialog(Program& program) {
-  if (const auto file = AskFile(*program.platform, program.fileFolder, texts::kSaveParamsFile)) {
-    SaveParams(program.params, *file);
-  }
+void SaveParamsDialog(Desk& desk) {
+  if (const auto file = AskFile(desk, texts::kSaveParamsFile)) desk.session.SaveParams(*file).Ignore();
 }
 
-void LoadParamsDialog(Program& program) {
-  if (const auto file = AskFile(*program.platform, program.fileFolder, texts::kLoadParamsFile)) {
-    LoadParams(program.params, program.notices, *file);
-  }
+void LoadParamsDialog(Desk& desk) {
+  if (const auto file = AskFile(desk, texts::kLoadParamsFile)) desk.session.LoadParams(*file).Ignore();
 }
 
-void OpenManual(Program& program) {
-  program.platform->OpenDocument(program.platform->ProgramFolder() + texts::kManualFile);
-}
+void OpenManual(Platform& platform) { platform.OpenDocument(platform.ProgramFolder() + texts::kManualFile); }
 
 }  // namespace
 
-bool CommandAnswers(const Program& program, MainCommand command) {
+bool CommandAnswers(const Session& session, MainCommand command) {
   switch (command) {
     case MainCommand::kFileNew:
     case MainCommand::kFileOpen:
@@ -48,72 +38,67 @@ bool CommandAnswers(const Program& program, MainCommand command) {
     case MainCommand::kFileClose:
       return false;
     case MainCommand::kUpdateNow:
-      return !program.AutoScreenUpdate && !program.fit.FitRunning;
+      return !session.AutoScreenUpdate() && !session.Fit().FitRunning;
     case MainCommand::kNewModel:
     case MainCommand::kMenuModel:
     case MainCommand::kRunMacro:
     case MainCommand::kLoadParams:
     case MainCommand::kTestDerivatives:
-      return !program.fit.FitRunning;
+      return !session.Fit().FitRunning;
     default:
       return true;
   }
 }
 
-bool CommandIsOn(const Program& program, MainCommand command) {
-  return (command == MainCommand::kAutoUpdate && program.AutoScreenUpdate) ||
-         (command == MainCommand::kGraphReader && program.GraphReader);
+bool CommandIsOn(const Session& session, MainCommand command) {
+  return (command == MainCommand::kAutoUpdate && session.AutoScreenUpdate()) ||
+         (command == MainCommand::kGraphReader && session.GraphReader());
 }
 
-void ChooseCommand(Program& program, MainCommand command) {
-  if (!CommandAnswers(program, command)) return;
+void ChooseCommand(Desk& desk, MainCommand command) {
+  Session& session = desk.session;
+  if (!CommandAnswers(session, command)) return;
   switch (command) {
     case MainCommand::kNewModel:
     case MainCommand::kMenuModel:
-      return NewModel(program);
+      return OpenNewModel(desk);
     case MainCommand::kNewGraph:
     case MainCommand::kMenuGraph:
-      CreateGraph(program.graphs);
-      return;
+      return session.NewGraph().GetStatus().Ignore();
     case MainCommand::kFitWindow:
     case MainCommand::kMenuFit:
-      return OpenFitWindow(DeskOf(program));
+      return OpenFitWindow(desk);
     case MainCommand::kParamControl:
-      return OpenParamControl(WindowDeskOf(program));
+      return OpenParamControl(desk);
     case MainCommand::kExpParams:
     case MainCommand::kMenuExpParams:
-      return OpenExpParamsWindow(program);
+      return OpenExpParamsWindow(desk);
     case MainCommand::kDatasetManager:
     case MainCommand::kMenuDatasetManager:
-      return OpenDatasetManager(program.datasetManager, program.datasets);
+      return OpenDatasetManager(desk);
     case MainCommand::kAutoUpdate:
-      program.AutoScreenUpdate = !program.AutoScreenUpdate;
-      return;
+      return session.SetAutoScreenUpdate(!session.AutoScreenUpdate()).Ignore();
     case MainCommand::kUpdateNow:
-      NotifyGraphs(program.notices, GraphEvent::kForcedUpdate, -1);
-      return NotifyFit(program.notices, FitNotice::kRecompute);
+      return session.Recompute().Ignore();
     case MainCommand::kGraphReader:
-      program.GraphReader = !program.GraphReader;
-      return NotifyGraphs(program.notices, GraphEvent::kReaderToggled, -1);
+      return session.SetGraphReader(!session.GraphReader()).Ignore();
     case MainCommand::kExit:
-      return CloseMainWindow(program);
+      return CloseMainWindow(desk);
     case MainCommand::kRunMacro:
-      RunMacroDialog(program);
+      RunMacroDialog(desk);
       return;
     case MainCommand::kSaveParams:
-      return SaveParamsDialog(program);
+      return SaveParamsDialog(desk);
     case MainCommand::kLoadParams:
-      return LoadParamsDialog(program);
+      return LoadParamsDialog(desk);
     case MainCommand::kSaveParamsSpecial:
-      SaveParamsSpecial(program.params);
-      return;
+      return session.SaveParamsSpecial().Ignore();
     case MainCommand::kTestDerivatives:
-      static_cast<void>(TestDerivatives(program.fit, program.params, program.eval));
-      return;
+      return session.TestDerivatives().Ignore();
     case MainCommand::kManual:
-      return OpenManual(program);
+      return OpenManual(session.GetPlatform());
     case MainCommand::kAbout:
-      program.mainWindow.about = true;
+      desk.mainWindow.about = true;
       return;
     case MainCommand::kFileNew:
     case MainCommand::kFileOpen:
@@ -124,31 +109,24 @@ void ChooseCommand(Program& program, MainCommand command) {
   }
 }
 
-void CloseMainWindow(Program& program) {
-  program.mainWindow.quit = true;
-  if (program.fit.FitRunning) program.fit.StopRequested = true;
+void PressStepBack(Desk& desk) { desk.session.StepBack().Ignore(); }
+
+void PressStepForward(Desk& desk) { desk.session.StepForward().Ignore(); }
+
+void CloseMainWindow(Desk& desk) {
+  desk.mainWindow.quit = true;
+  desk.session.StopFit();
 }
 
 std::array<std::string, 3> AboutLines(std::string_view version, std::string_view updated) {
   return {texts::kAboutLine, texts::kAboutVersion + std::string(version), texts::kAboutUpdated + std::string(updated)};
 }
 
-void CloseAbout(Program& program) { program.mainWindow.about = false; }
+void CloseAbout(Desk& desk) { desk.mainWindow.about = false; }
 
-int RunMacroDialog(Program& program) {
-  const auto file = AskFile(*program.platform, program.fileFolder, texts::kRunMacroFile);
-  return file ? RunMacro(program, *file) : -1;
-}
-
-void PressFitUndo(Program& program) {
-  if (program.fit.FitRunning || !program.fit.UndoAvailable) return;
-  PressUndo(DeskOf(program));
-  ShowValues(program);
-}
-
-int PressFitStart(Program& program) {
-  RunFollower follower(program);
-  return StartFit(DeskOf(program), *program.platform, follower);
+int RunMacroDialog(Desk& desk) {
+  const auto file = AskFile(desk, texts::kRunMacroFile);
+  return file ? RunMacro(desk, *file) : -1;
 }
 
 }  // namespace kalvex

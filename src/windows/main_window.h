@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "program/program.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 
@@ -41,27 +41,26 @@ enum class MainCommand : int {
 };
 
 // Whether a button or a menu entry answers, and whether it is shown as switched on.
-bool CommandAnswers(const Program& program, MainCommand command);
-bool CommandIsOn(const Program& program, MainCommand command);
+bool CommandAnswers(const Session& session, MainCommand command);
+bool CommandIsOn(const Session& session, MainCommand command);
 
 // A button of the toolbar or an entry of the menu. One that does not answer does nothing.
-void ChooseCommand(Program& program, MainCommand command);
+void ChooseCommand(Desk& desk, MainCommand command);
+
+// In any window: the last step of the history is taken back, or done again.
+void PressStepBack(Desk& desk);
+void PressStepForward(Desk& desk);
 
 // Closing the main window ends the program, with nothing saved and nothing asked. A run of the fit ends first, after
 // the iteration that is in progress.
-void CloseMainWindow(Program& program);
+void CloseMainWindow(Desk& desk);
 
 // The lines of the About box.
 std::array<std::string, 3> AboutLines(std::string_view version, std::string_view updated);
-void CloseAbout(Program& program);
+void CloseAbout(Desk& desk);
 
 // A macro file chosen by the user, run at once. A macro that ends the program when it is named on the command line only
 // ends itself here. Gives the result of RunMacro, which has no further meaning, or -1 if the dialog was cancelled.
-int RunMacroDialog(Program& program);
-
-// The "Undo" button of the fit window: the values of the run before, in all windows.
-void PressFitUndo(Program& program);
-// The "START" button: a run with all windows following it, or, during a run, its stop.
-int PressFitStart(Program& program);
+int RunMacroDialog(Desk& desk);
 
 }  // namespace kalvex

@@ -10,21 +10,18 @@ namespace kalvex {
 namespace {
 
 // Up by some rows, the leading parameter standing above the first one.
-void GoUp(Model& model, int rows) {
-  ModelWindow& window = model.window;
+void GoUp(ModelWindow& window, int rows) {
   if (!window.rowSelected) return;
   window.rowSelected = window.curRow > 0;
   window.curRow = std::max(0, window.curRow - rows);
 }
 
-void GoDown(Model& model, int rows) {
-  ModelWindow& window = model.window;
+void GoDown(const Model& model, ModelWindow& window, int rows) {
   window.curRow = window.rowSelected ? std::min(window.curRow + rows, RowCount(model) - 1) : 0;
   window.rowSelected = true;
 }
 
-void GoSideways(Model& model, bool right) {
-  ModelWindow& window = model.window;
+void GoSideways(ModelWindow& window, bool right) {
   if (window.rowSelected) {
     constexpr int kColumnCount = kLastParamColumn - kFirstParamColumn + 1;
     const int from = window.curColumn - kFirstParamColumn;
@@ -37,47 +34,47 @@ void GoSideways(Model& model, bool right) {
 }
 
 template <class Move>
-bool MoveCursor(const WindowDesk& desk, Model& model, Move move) {
+bool MoveCursor(Desk& desk, const Model& model, Move move) {
   CommitEdit(desk, model);
   move();
   ShowCursor(desk, model);
   return true;
 }
 
-bool Press(const WindowDesk& desk, Model& model, ModelButton button) {
+bool Press(Desk& desk, const Model& model, ModelButton button) {
   PressModelButton(desk, model, button);
   return true;
 }
 
-bool PressEnter(const WindowDesk& desk, Model& model) {
-  model.window.editor.open ? CommitEdit(desk, model) : EditParam(model);
+bool PressEnter(Desk& desk, const Model& model) {
+  WindowOf(desk, model).editor.open ? CommitEdit(desk, model) : EditParam(desk, model);
   return true;
 }
 
 }  // namespace
 
-bool PressModelKey(const WindowDesk& desk, Model& model, Key key) {
-  ModelWindow& window = model.window;
+bool PressModelKey(Desk& desk, const Model& model, Key key) {
+  ModelWindow& window = WindowOf(desk, model);
   if (!window.windowShown || (window.editor.open && BelongsToEditor(key))) return false;
-  if (IsFrozen(desk)) return true;
-  HoldCursor(model);
+  if (desk.session.Fit().FitRunning) return true;
+  HoldCursor(model, window);
   switch (key) {
     case Key::kEnter:
       return PressEnter(desk, model);
     case Key::kUp:
-      return MoveCursor(desk, model, [&] { GoUp(model, 1); });
+      return MoveCursor(desk, model, [&] { GoUp(window, 1); });
     case Key::kDown:
-      return MoveCursor(desk, model, [&] { GoDown(model, 1); });
+      return MoveCursor(desk, model, [&] { GoDown(model, window, 1); });
     case Key::kPageUp:
-      return MoveCursor(desk, model, [&] { GoUp(model, window.visibleRows); });
+      return MoveCursor(desk, model, [&] { GoUp(window, window.visibleRows); });
     case Key::kPageDown:
-      return MoveCursor(desk, model, [&] { GoDown(model, window.visibleRows); });
+      return MoveCursor(desk, model, [&] { GoDown(model, window, window.visibleRows); });
     case Key::kTab:
       return MoveCursor(desk, model, [&] { window.rowSelected = !window.rowSelected; });
     case Key::kLeft:
     case Key::kRight:
       if (window.editor.open && MoveCaret(window.editor, key == Key::kRight)) return true;
-      return MoveCursor(desk, model, [&] { GoSideways(model, key == Key::kRight); });
+      return MoveCursor(desk, model, [&] { GoSideways(window, key == Key::kRight); });
     case Key::kEscape:
       window.editor = {};
       return true;
@@ -96,7 +93,7 @@ bool PressModelKey(const WindowDesk& desk, Model& model, Key key) {
     case Key::kF9:
       return Press(desk, model, ModelButton::kVdfPositive);
     case Key::kSpace:
-      FlipAdjustable(desk, model, ParamUnderCursor(model));
+      FlipUnderCursor(desk, model);
       return true;
     case Key::kInsert:
       return Press(desk, model, ModelButton::kAdd);
@@ -109,9 +106,10 @@ bool PressModelKey(const WindowDesk& desk, Model& model, Key key) {
   return false;
 }
 
-bool PressModelDigit(const WindowDesk& desk, Model& model, char digit) {
-  if (!model.window.windowShown || model.window.editor.open || IsFrozen(desk)) return false;
-  EditParamWith(model, digit);
+bool PressModelDigit(Desk& desk, const Model& model, char digit) {
+  const ModelWindow& window = WindowOf(desk, model);
+  if (!window.windowShown || window.editor.open || desk.session.Fit().FitRunning) return false;
+  EditParamWith(desk, model, digit);
   return true;
 }
 

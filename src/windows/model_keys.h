@@ -6,11 +6,11 @@
 
 namespace kalvex {
 
-struct WindowDesk;
+struct Desk;
 
 // False if the window does not take the key, so that it goes to the editor, if that is open.
-bool PressModelKey(const WindowDesk& desk, Model& model, Key key);
+bool PressModelKey(Desk& desk, const Model& model, Key key);
 // A digit opens the editor, unless it is open.
-bool PressModelDigit(const WindowDesk& desk, Model& model, char digit);
+bool PressModelDigit(Desk& desk, const Model& model, char digit);
 
 }  // namespace kalvex

@@ -1,17 +1,10 @@
 #include "windows/model_window.h"
 
 #include "core/text.h"
-#include "evaluation/eps_sum.h"
 #include "evaluation/model_type.h"
-#include "files/model_file.h"
-#include "files/vdf_file.h"
 #include "records/model_rows.h"
-#include "records/model_table.h"
-#include "records/param_value.h"
-#include "records/vdf_mesh.h"
 #include "windows/ask_file.h"
 #include "windows/desk.h"
-#include "windows/redraw.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
@@ -34,40 +27,40 @@ bool IsUnderCursor(const ModelWindow& window, int row, int column) {
   return window.rowSelected && row == window.curRow && column == window.curColumn;
 }
 
-int MostTopRow(const Model& model) { return std::max(0, RowCount(model) - model.window.visibleRows); }
-
-void ScrollTo(Model& model, int row) { model.window.topRow = std::clamp(row, 0, MostTopRow(model)); }
-
-ParamPlace PlaceUnderCursor(const WindowDesk& desk, const Model& model) {
-  ParamPlace place;
-  place.nm = SlotOf(desk.params, model);
-  if (!model.window.rowSelected) return place;
-  place.Where = ParamKind::kRow;
-  place.nl = model.window.curRow;
-  place.nc = ParamOfColumn(model.window.curColumn);
-  return place;
+void ScrollTo(const Model& model, ModelWindow& window, int row) {
+  window.topRow = std::clamp(row, 0, std::max(0, RowCount(model) - window.visibleRows));
 }
 
 // Scrolls just so far that the row of the cursor is shown.
-void ScrollToCursor(Model& model) {
-  HoldCursor(model);
-  const ModelWindow& window = model.window;
+void ScrollToCursor(const Model& model, ModelWindow& window) {
+  HoldCursor(model, window);
   if (window.rowSelected)
-    ScrollTo(model, std::clamp(window.topRow, window.curRow - window.visibleRows + 1, window.curRow));
+    ScrollTo(model, window, std::clamp(window.topRow, window.curRow - window.visibleRows + 1, window.curRow));
 }
 
-void SelectUnderCursor(const WindowDesk& desk, Model& model) {
-  HoldCursor(model);
-  if (SelectParam(desk, OwnerOf(model), PlaceUnderCursor(desk, model))) model.window.paramSelected = true;
+ParamRef RefUnderCursor(const Model& model, ModelWindow& window) {
+  HoldCursor(model, window);
+  if (!window.rowSelected) return ParamRef::EpsInf(model.number);
+  return ParamRef::Row(model.number, window.curRow + 1, ParamOfColumn(window.curColumn));
 }
 
-// The element of the rows that a field shows, null if it shows none.
-ModelParam* ParamOfField(Model& model, const ModelField& field) {
-  if (field.epsInf) return &model.epsInf;
-  const int row = model.window.topRow + field.line;
-  if (field.line < 0 || row >= RowCount(model)) return nullptr;
-  if (field.column < kFirstParamColumn || field.column > kLastParamColumn) return nullptr;
-  return &Cell(model, row, ParamOfColumn(field.column));
+// The parameter that a field shows, if it shows one.
+std::optional<ParamRef> ParamOfField(const Model& model, const ModelWindow& window, const ModelField& field) {
+  if (field.epsInf) return ParamRef::EpsInf(model.number);
+  const int row = window.topRow + field.line;
+  if (field.line < 0 || row >= RowCount(model)) return std::nullopt;
+  if (field.column < kFirstParamColumn || field.column > kLastParamColumn) return std::nullopt;
+  return ParamRef::Row(model.number, row + 1, ParamOfColumn(field.column));
+}
+
+// Whether a field answers the mouse: it shows a parameter, and no run of the fit works on that.
+bool Answers(const Desk& desk, const Model& model, const ModelWindow& window, const ModelField& field) {
+  return !desk.session.Fit().FitRunning && ParamOfField(model, window, field);
+}
+
+void Flip(Desk& desk, const Model& model, const ParamRef& param) {
+  desk.session.SetParam(param, {.adjustable = desk.session.FindParam(param)->adjustable ? 0u : 1u}).Ignore();
+  SelectUnderCursor(desk, model);
 }
 
 std::string VdfGroupText(const VarDielFunc& vdf) {
@@ -85,46 +78,53 @@ std::string VdfRangeText(const VarDielFunc& vdf) {
   return text + ']';
 }
 
-void SaveByDialog(const WindowDesk& desk, Model& model) {
-  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kSaveModelFile);
-  if (file) SaveModel(desk.eval, model, desk.fit.TotalChiSq, *file);
+void SaveByDialog(Desk& desk, const Model& model) {
+  if (const auto file = AskFile(desk, texts::kSaveModelFile)) desk.session.SaveModel(model.number, *file).Ignore();
 }
 
-void LoadByDialog(const WindowDesk& desk, Model& model) {
-  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kLoadModelFile);
-  if (file && LoadModel(model, *file) == 0) RefreshRowsAndSelect(desk, model);
+void SaveVdfByDialog(Desk& desk, const Model& model) {
+  if (const auto file = AskFile(desk, texts::kSaveVdfFile)) desk.session.SaveMesh(model.number, *file).Ignore();
 }
 
-void SaveVdfByDialog(const WindowDesk& desk, const Model& model) {
-  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kSaveVdfFile);
-  if (file) SaveVdf(model.vdf, *file);
+// After a change of the number or the order of rows.
+void SelectAfter(Desk& desk, const Model& model, const Status& rowsChanged) {
+  if (!rowsChanged.Ok()) return;
+  ScrollToCursor(model, WindowOf(desk, model));
+  SelectUnderCursor(desk, model);
 }
 
-void LoadVdfByDialog(const WindowDesk& desk, Model& model) {
-  const auto file = AskFile(desk.platform, desk.fileFolder, texts::kLoadVdfFile);
-  if (file && LoadVdf(model.vdf, *file) == 0) RefreshAndSelect(desk, model);
-}
-
-void AddRow(const WindowDesk& desk, Model& model) {
-  InsertRow(&model, model.window.curRow);
-  model.window.rowSelected = true;
-  RefreshRowsAndSelect(desk, model);
-}
-
-void RemoveRowUnderCursor(const WindowDesk& desk, Model& model) {
-  if (!model.window.rowSelected) {
-    model.window.rowSelected = true;
-    ShowCursor(desk, model);
-    return;
+void LoadByDialog(Desk& desk, const Model& model) {
+  if (const auto file = AskFile(desk, texts::kLoadModelFile)) {
+    SelectAfter(desk, model, desk.session.LoadModel(model.number, *file));
   }
-  RemoveRow(&model, model.window.curRow);
-  RefreshRowsAndSelect(desk, model);
 }
 
-void MoveRow(const WindowDesk& desk, Model& model, bool up) {
-  up ? MoveRowUp(&model, model.window.curRow) : MoveRowDown(&model, model.window.curRow);
-  model.window.curRow += up ? -1 : 1;
-  RefreshRowsAndSelect(desk, model);
+void LoadVdfByDialog(Desk& desk, const Model& model) {
+  const auto file = AskFile(desk, texts::kLoadVdfFile);
+  if (file && desk.session.LoadMesh(model.number, *file).Ok()) SelectUnderCursor(desk, model);
+}
+
+void AddRow(Desk& desk, const Model& model) {
+  ModelWindow& window = WindowOf(desk, model);
+  const Status added = desk.session.InsertRow(model.number, window.curRow + 1);
+  if (added.Ok()) window.rowSelected = true;
+  SelectAfter(desk, model, added);
+}
+
+void RemoveRowUnderCursor(Desk& desk, const Model& model) {
+  ModelWindow& window = WindowOf(desk, model);
+  if (!window.rowSelected) {
+    window.rowSelected = true;
+    return ShowCursor(desk, model);
+  }
+  SelectAfter(desk, model, desk.session.RemoveRow(model.number, window.curRow + 1));
+}
+
+void MoveRow(Desk& desk, const Model& model, bool up) {
+  ModelWindow& window = WindowOf(desk, model);
+  const Status moved = desk.session.MoveRow(model.number, window.curRow + 1, up);
+  if (moved.Ok()) window.curRow += up ? -1 : 1;
+  SelectAfter(desk, model, moved);
 }
 
 bool Answers(const ModelControls& controls, ModelButton button) {
@@ -147,22 +147,22 @@ bool Answers(const ModelControls& controls, ModelButton button) {
 }
 
 // Puts the cursor on a field that holds a parameter.
-void MoveCursorTo(Model& model, const ModelField& field) {
-  model.window.rowSelected = !field.epsInf;
+void MoveCursorTo(ModelWindow& window, const ModelField& field) {
+  window.rowSelected = !field.epsInf;
   if (field.epsInf) return;
-  model.window.curRow = model.window.topRow + field.line;
-  model.window.curColumn = field.column;
+  window.curRow = window.topRow + field.line;
+  window.curColumn = field.column;
 }
 
 }  // namespace
 
-ParamCell EpsInfCell(const Model& model) {
+ParamCell EpsInfCell(const Model& model, const ModelWindow& window) {
   return CellOfParam(model.epsInf, NumberText(model.epsInf.value, kShortDigits),
-                     !model.window.rowSelected && ShowsMark(model.window));
+                     !window.rowSelected && ShowsMark(window));
 }
 
-ParamCell CellOfLine(const Model& model, int line, int column) {
-  const int row = model.window.topRow + line;
+ParamCell CellOfLine(const Model& model, const ModelWindow& window, int line, int column) {
+  const int row = window.topRow + line;
   if (line < 0 || row >= RowCount(model) || !IsColumn(column)) return {};
   const int index = ColumnAt(column).index;
   switch (ColumnAt(column).kind) {
@@ -173,14 +173,14 @@ ParamCell CellOfLine(const Model& model, int line, int column) {
     case CellKind::kStored:
       break;
   }
-  const bool marked = IsUnderCursor(model.window, row, column) && ShowsMark(model.window);
+  const bool marked = IsUnderCursor(window, row, column) && ShowsMark(window);
   const ModelParam& param = Cell(model, row, index);
   return CellOfParam(param, NumberText(param.value, kStoredDigits), marked);
 }
 
-ModelControls ModelControlsOf(const EvalContext& eval, const Model& model) {
-  const ModelWindow& window = model.window;
-  const bool special = TypeOf(eval, model) != nullptr;
+ModelControls ModelControlsOf(const Desk& desk, const Model& model) {
+  const ModelWindow& window = desk.models.at(model.number);
+  const bool special = desk.session.TypeOfModel(model) != nullptr;
   ModelControls controls;
   controls.vdfButton = window.vdfShown ? texts::kVdfCloses : texts::kVdfOpens;
   controls.einfGroup = special ? texts::kCodeGroup : texts::kEinfGroup;
@@ -197,90 +197,82 @@ ModelControls ModelControlsOf(const EvalContext& eval, const Model& model) {
   return controls;
 }
 
-Model* NewModelWindow(const WindowDesk& desk) {
-  if (IsFrozen(desk)) return nullptr;
-  Model* const model = CreateModel(desk.params);
-  if (model) RefreshAndSelect(desk, *model);
+const Model* NewModelWindow(Desk& desk) {
+  const auto number = desk.session.NewModel();
+  if (!number.Ok()) return nullptr;
+  const Model* const model = desk.session.FindModel(*number);
+  SelectUnderCursor(desk, *model);
   return model;
 }
 
-void CloseModelWindow(const WindowDesk& desk, Model& model) {
-  if (IsFrozen(desk)) return;
-  const std::uint32_t number = model.number;
-  DeselectParam(desk, OwnerOf(model));
-  if (desk.vdfDialog.model == number) desk.vdfDialog.open = false;
-  CloseModelRecord(model);
-  NotifyGraphs(desk.notices, GraphEvent::kModelClosed, number);
-  NotifyFit(desk.notices, FitNotice::kModelGone, number);
+void CloseModelWindow(Desk& desk, const Model& model) {
+  if (desk.session.Fit().FitRunning) return;
+  // What is typed for a parameter of the model still holds for the others of its coupling group.
+  DeselectModel(desk, model.number);
+  desk.session.CloseModel(model.number).Ignore();
 }
 
-void ActivateModelWindow(const WindowDesk& desk, Model& model, bool active) {
+void ActivateModelWindow(Desk& desk, const Model& model, bool active) {
   if (!active) CommitEdit(desk, model);
-  model.window.windowShown = active;
+  WindowOf(desk, model).windowShown = active;
 }
 
-void RefreshAndSelect(const WindowDesk& desk, Model& model, bool quiet) {
+void SelectUnderCursor(Desk& desk, const Model& model) {
+  ModelWindow& window = WindowOf(desk, model);
+  if (SelectParam(desk, RefUnderCursor(model, window))) window.paramSelected = true;
+}
+
+void ShowCursor(Desk& desk, const Model& model) {
+  ScrollToCursor(model, WindowOf(desk, model));
   SelectUnderCursor(desk, model);
-  RefreshModelWindow(desk.notices, model, quiet);
+  desk.session.RedrawModel(model.number);
 }
 
-void RefreshRowsAndSelect(const WindowDesk& desk, Model& model) {
-  ScrollToCursor(model);
-  SelectUnderCursor(desk, model);
-  RefreshModelRows(desk.notices, model);
-}
-
-void ShowCursor(const WindowDesk& desk, Model& model) {
-  ScrollToCursor(model);
-  RefreshAndSelect(desk, model, true);
-}
-
-void HoldCursor(Model& model) {
-  ModelWindow& window = model.window;
+void HoldCursor(const Model& model, ModelWindow& window) {
   const int rows = RowCount(model);
   if (rows == 0) window.rowSelected = false;
   window.curRow = std::clamp(window.curRow, 0, std::max(0, rows - 1));
-  ScrollTo(model, window.topRow);
+  ScrollTo(model, window, window.topRow);
 }
 
-ModelParam& ParamUnderCursor(Model& model) {
-  HoldCursor(model);
-  if (!model.window.rowSelected) return model.epsInf;
-  return Cell(model, model.window.curRow, ParamOfColumn(model.window.curColumn));
+void EditParam(Desk& desk, const Model& model) {
+  ModelWindow& window = WindowOf(desk, model);
+  ScrollToCursor(model, window);
+  OpenEditor(window.editor, desk.session.FindParam(RefUnderCursor(model, window))->value);
 }
 
-void EditParam(Model& model) {
-  ScrollToCursor(model);
-  OpenEditor(model.window.editor, ParamUnderCursor(model).value);
+void EditParamWith(Desk& desk, const Model& model, char digit) {
+  ModelWindow& window = WindowOf(desk, model);
+  ScrollToCursor(model, window);
+  OpenEditorWith(window.editor, digit);
 }
 
-void EditParamWith(Model& model, char digit) {
-  ScrollToCursor(model);
-  OpenEditorWith(model.window.editor, digit);
-}
-
-void CommitEdit(const WindowDesk& desk, Model& model) {
+void CommitEdit(Desk& desk, const Model& model) {
   // Whatever comes next may move the rows, and with them the parameter that the parameter control is typing into.
   LeaveParamField(desk);
-  if (!model.window.editor.open) return;
-  const auto number = TakeNumber(model.window.editor);
-  if (!number || IsFrozen(desk)) return RefreshAndSelect(desk, model, true);
-  SetValue(desk.params, ParamUnderCursor(model), *number);
-  RedrawDirty(desk.notices, desk.params);
-  RefreshAndSelect(desk, model);
+  ModelWindow& window = WindowOf(desk, model);
+  if (!window.editor.open) return;
+  const auto number = TakeNumber(window.editor);
+  const bool taken = number && desk.session.SetParam(RefUnderCursor(model, window), {.value = number}).Ok();
+  SelectUnderCursor(desk, model);
+  if (!taken) desk.session.RedrawModel(model.number);
 }
 
-void PressModelButton(const WindowDesk& desk, Model& model, ModelButton button) {
-  if (IsFrozen(desk)) return;
+void PressModelButton(Desk& desk, const Model& model, ModelButton button) {
+  if (desk.session.Fit().FitRunning) return;
+  ModelWindow& window = WindowOf(desk, model);
   CommitEdit(desk, model);
-  HoldCursor(model);
-  if (!Answers(ModelControlsOf(desk.eval, model), button)) return;
+  HoldCursor(model, window);
+  if (!Answers(ModelControlsOf(desk, model), button)) return;
+  Session& session = desk.session;
+  const auto select = [&](const Status& changed) {
+    if (changed.Ok()) SelectUnderCursor(desk, model);
+  };
   switch (button) {
     case ModelButton::kFixAll:
-      FixAll(&model, model.epsInf.adjustable != 0);
-      return RefreshAndSelect(desk, model);
+      return select(session.FixAllParams(model.number, model.epsInf.adjustable != 0));
     case ModelButton::kVdfPanel:
-      model.window.vdfShown = !model.window.vdfShown;
+      window.vdfShown = !window.vdfShown;
       return;
     case ModelButton::kSave:
       return SaveByDialog(desk, model);
@@ -300,77 +292,72 @@ void PressModelButton(const WindowDesk& desk, Model& model, ModelButton button) 
     case ModelButton::kVdfLoad:
       return LoadVdfByDialog(desk, model);
     case ModelButton::kVdfKK:
-      ToggleVdfKK(model.vdf);
-      return RefreshAndSelect(desk, model);
+      return select(session.ToggleMeshKK(model.number));
     case ModelButton::kVdfOn:
-      ToggleVdfOn(model.vdf);
-      return RefreshAndSelect(desk, model);
+      return select(session.ToggleMeshOn(model.number));
     case ModelButton::kVdfFit:
-      ToggleVdfFitActive(model.vdf);
-      return RefreshAndSelect(desk, model);
+      return select(session.ToggleMeshFitActive(model.number));
     case ModelButton::kVdfPositive:
-      MakeVdfPositive(desk.eval, model);
-      return RefreshAndSelect(desk, model);
+      return select(session.MakeMeshPositive(model.number));
   }
 }
 
-void PressModelField(const WindowDesk& desk, Model& model, const ModelField& field) {
-  if (IsFrozen(desk) || !ParamOfField(model, field)) return;
+void PressModelField(Desk& desk, const Model& model, const ModelField& field) {
+  ModelWindow& window = WindowOf(desk, model);
+  if (!Answers(desk, model, window, field)) return;
   CommitEdit(desk, model);
-  MoveCursorTo(model, field);
+  MoveCursorTo(window, field);
   ShowCursor(desk, model);
 }
 
-void DoublePressModelField(const WindowDesk& desk, Model& model, const ModelField& field) {
-  if (IsFrozen(desk) || !ParamOfField(model, field)) return;
+void DoublePressModelField(Desk& desk, const Model& model, const ModelField& field) {
+  if (!Answers(desk, model, WindowOf(desk, model), field)) return;
   PressModelField(desk, model, field);
-  EditParam(model);
+  EditParam(desk, model);
 }
 
-void RightPressModelField(const WindowDesk& desk, Model& model, const ModelField& field) {
-  if (IsFrozen(desk) || !ParamOfField(model, field)) return;
+void RightPressModelField(Desk& desk, const Model& model, const ModelField& field) {
+  const ModelWindow& window = WindowOf(desk, model);
+  if (!Answers(desk, model, window, field)) return;
   CommitEdit(desk, model);
-  FlipAdjustable(desk, model, *ParamOfField(model, field));
+  Flip(desk, model, *ParamOfField(model, window, field));
 }
 
-void FlipAdjustable(const WindowDesk& desk, Model& model, ModelParam& param) {
-  SetAdjustable(desk.params, param, param.adjustable ? 0 : 1);
-  RedrawDirty(desk.notices, desk.params);
-  RefreshAndSelect(desk, model);
+void FlipUnderCursor(Desk& desk, const Model& model) {
+  Flip(desk, model, RefUnderCursor(model, WindowOf(desk, model)));
 }
 
-void PressModelHeader(const WindowDesk& desk, Model& model, int column) {
-  if (IsFrozen(desk)) return;
+void PressModelHeader(Desk& desk, const Model& model, int column) {
+  if (desk.session.Fit().FitRunning) return;
   CommitEdit(desk, model);
-  SortRows(&model, column);
-  RefreshRowsAndSelect(desk, model);
+  // The first column, which holds the numbers of the rows, sorts nothing.
+  SelectAfter(desk, model, desk.session.SortRows(model.number, column));
 }
 
-void SetColumnWidth(Model& model, int column, int width) {
-  if (IsColumn(column)) model.window.columnWidths[static_cast<std::size_t>(column)] = width;
+void SetColumnWidth(ModelWindow& window, int column, int width) {
+  if (IsColumn(column)) window.columnWidths[static_cast<std::size_t>(column)] = width;
 }
 
-ModelScrollBar ScrollBarOf(const Model& model) {
-  const ModelWindow& window = model.window;
+ModelScrollBar ScrollBarOf(const Model& model, const ModelWindow& window) {
   return {1, RowCount(model), window.visibleRows, window.topRow + 1, RowCount(model) > window.visibleRows};
 }
 
-void SetVisibleRows(Model& model, int rows) {
-  model.window.visibleRows = std::max(1, rows);
-  model.window.editor.open ? ScrollToCursor(model) : ScrollTo(model, model.window.topRow);
+void SetVisibleRows(const Model& model, ModelWindow& window, int rows) {
+  window.visibleRows = std::max(1, rows);
+  window.editor.open ? ScrollToCursor(model, window) : ScrollTo(model, window, window.topRow);
 }
 
-void ScrollByLines(const WindowDesk& desk, Model& model, int lines) {
-  ScrollToPosition(desk, model, model.window.topRow + lines + 1);
+void ScrollByLines(Desk& desk, const Model& model, int lines) {
+  ScrollToPosition(desk, model, WindowOf(desk, model).topRow + lines + 1);
 }
 
-void ScrollByPages(const WindowDesk& desk, Model& model, int pages) {
-  ScrollByLines(desk, model, pages * (model.window.visibleRows - 1));
+void ScrollByPages(Desk& desk, const Model& model, int pages) {
+  ScrollByLines(desk, model, pages * (WindowOf(desk, model).visibleRows - 1));
 }
 
-void ScrollToPosition(const WindowDesk& desk, Model& model, int position) {
+void ScrollToPosition(Desk& desk, const Model& model, int position) {
   CommitEdit(desk, model);
-  ScrollTo(model, position - 1);
+  ScrollTo(model, WindowOf(desk, model), position - 1);
 }
 
 }  // namespace kalvex

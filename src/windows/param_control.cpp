@@ -5,11 +5,7 @@
 #include <utility>
 
 #include "core/text.h"
-#include "evaluation/model_type.h"
-#include "records/model_table.h"
-#include "records/param_value.h"
 #include "windows/desk.h"
-#include "windows/redraw.h"
 #include "windows/window_texts.h"
 
 namespace kalvex {
@@ -26,57 +22,48 @@ double FieldNumber(std::string_view text) {
   return std::isnan(number) ? 0 : std::clamp(number, -kValueClamp, kValueClamp);
 }
 
-bool IsSelected(const ParamControl& control, ParamOwner owner, const ParamPlace& place) {
-  const auto& selected = control.selected;
-  return control.owner == owner && selected && selected->Where == place.Where && selected->nl == place.nl &&
-         selected->nc == place.nc && selected->nep == place.nep;
+bool IsExp(const ParamRef& param) { return param.where == ParamKind::kExp; }
+
+bool IsOfSameWindow(const ParamRef& a, const ParamRef& b) {
+  return IsExp(a) ? IsExp(b) : !IsExp(b) && a.model == b.model;
 }
 
-// The window that owned the selection takes its mark away. Nothing of what it shows has changed: the fit is not told.
-void DropMark(const WindowDesk& desk, ParamOwner owner) {
-  if (owner.kind == ParamOwner::Kind::kExpParams) {
+bool IsSame(const ParamRef& a, const ParamRef& b) {
+  return IsOfSameWindow(a, b) && a.where == b.where && a.row == b.row && a.column == b.column &&
+         a.expParam == b.expParam;
+}
+
+// The window that has the selected parameter takes its mark away. Nothing of what it shows has changed: the fit does
+// not hear of it.
+void DropMark(Desk& desk) {
+  const auto& selected = desk.paramControl.selected;
+  if (!selected) return;
+  if (IsExp(*selected)) {
     desk.expParams.paramSelected = false;
-    RefreshExpParams(desk.notices, desk.params, true);
-  } else if (Model* const model = GetModelByNumber(desk.params, owner.number)) {
-    model->window.paramSelected = false;
-    RefreshModelWindow(desk.notices, *model, true);
+    desk.session.RedrawExpParams();
+  } else if (const auto window = desk.models.find(selected->model); window != desk.models.end()) {
+    window->second.paramSelected = false;
+    desk.session.RedrawModel(selected->model);
   }
 }
 
-void TellOwner(const WindowDesk& desk) {
-  const ParamOwner owner = desk.paramControl.owner;
-  if (owner.kind == ParamOwner::Kind::kExpParams) {
-    RefreshExpParams(desk.notices, desk.params);
-  } else if (Model* const model = GetModelByNumber(desk.params, owner.number)) {
-    RefreshModelWindow(desk.notices, *model);
-  }
+template <class IsTheirs>
+void DeselectIf(Desk& desk, IsTheirs isTheirs) {
+  if (!desk.paramControl.selected || !isTheirs(*desk.paramControl.selected)) return;
+  LeaveParamField(desk);
+  desk.paramControl.selected.reset();
 }
 
-// The parameter that the user may change now, null if there is none.
-ModelParam* ParamToEdit(const WindowDesk& desk) { return IsFrozen(desk) ? nullptr : SelectedParam(desk); }
-
-// After an edit: the owner, the windows that coupling has reached, and the slider's new centre.
-void TellEveryone(const WindowDesk& desk) {
-  TellOwner(desk);
-  RedrawDirty(desk.notices, desk.params);
-  SettleSlider(desk);
+void Edit(Desk& desk, const ParamEdit& edit) {
+  if (!SelectedParam(desk)) return;
+  if (desk.session.SetParam(*desk.paramControl.selected, edit).Ok()) SettleSlider(desk);
 }
 
-// Changes the record, lets limits that are in force act on the value, and tells everyone.
-template <class Change>
-void Edit(const WindowDesk& desk, ModelParam* param, Change change) {
-  if (!param) return;
-  change(*param);
-  SetValue(desk.params, *param, param->value);
-  TellEveryone(desk);
-}
-
-// The same for a field that loses the focus with this text in it.
-template <class Store>
-void EditField(const WindowDesk& desk, std::string_view text, double ModelParam::*field, Store store) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param || text == FieldText(param->*field)) return;
-  Edit(desk, param, [&](ModelParam& edited) { edited.*field = store(edited, FieldNumber(text)); });
+// What a field does with its text, which is no edit where it is what the field has shown.
+template <class EditTo>
+void EditField(Desk& desk, std::string_view text, double ModelParam::*field, EditTo editTo) {
+  const ModelParam* const param = SelectedParam(desk);
+  if (param && text != FieldText(param->*field)) Edit(desk, editTo(*param, FieldNumber(text)));
 }
 
 std::string& TextOf(ParamFields& fields, ParamField field) {
@@ -95,68 +82,54 @@ void CentreSlider(ParamControl& control, const ModelParam& param) {
 
 }  // namespace
 
-void OpenParamControl(const WindowDesk& desk) {
+void OpenParamControl(Desk& desk) {
   ParamControl& control = desk.paramControl;
   control.wantsFront = true;
   if (control.open) return;
   // At its first place and centred; only the selection is remembered.
-  const ParamOwner owner = control.owner;
   const auto selected = control.selected;
   control = {};
   control.open = control.wantsFront = true;
-  control.owner = owner;
   control.selected = selected;
   SettleSlider(desk);
 }
 
-void CloseParamControl(const WindowDesk& desk) {
+void CloseParamControl(Desk& desk) {
   if (!desk.paramControl.open) return;
   LeaveParamField(desk);
   desk.paramControl.open = false;
   desk.paramControl.dragging = false;
-  DropMark(desk, desk.paramControl.owner);
+  DropMark(desk);
 }
 
-bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& place) {
+bool SelectParam(Desk& desk, const ParamRef& param) {
   ParamControl& control = desk.paramControl;
-  if (!IsSelected(control, owner, place)) LeaveParamField(desk);
-  if (control.owner != owner) DropMark(desk, control.owner);
-  control.owner = owner;
-  control.selected = place;
+  if (!control.selected || !IsSame(*control.selected, param)) LeaveParamField(desk);
+  if (control.selected && !IsOfSameWindow(*control.selected, param)) DropMark(desk);
+  control.selected = param;
   SettleSlider(desk);
   return control.open;
 }
 
-bool DeselectParam(const WindowDesk& desk, ParamOwner owner) {
-  ParamControl& control = desk.paramControl;
-  if (control.owner == owner) {
-    LeaveParamField(desk);
-    control.owner = {};
-    control.selected.reset();
-  }
-  return control.open;
+void DeselectModel(Desk& desk, std::uint32_t number) {
+  DeselectIf(desk, [&](const ParamRef& param) { return !IsExp(param) && param.model == number; });
 }
 
-ModelParam* SelectedParam(const WindowDesk& desk) {
-  const ParamControl& control = desk.paramControl;
-  if (!control.selected) return nullptr;
-  const ParamPlace& place = *control.selected;
-  if (place.Where != ParamKind::kExp) {
-    const Model& model = desk.params.models[static_cast<std::size_t>(place.nm)];
-    if (model.number == 0 || OwnerOf(model) != control.owner) return nullptr;
-    if (place.Where == ParamKind::kRow && place.nl >= RowCount(model)) return nullptr;
-  }
-  return &ParamAt(desk.params, place);
+void DeselectExpParams(Desk& desk) { DeselectIf(desk, IsExp); }
+
+const ModelParam* SelectedParam(const Desk& desk) {
+  const auto& selected = desk.paramControl.selected;
+  return selected ? desk.session.FindParam(*selected) : nullptr;
 }
 
-ParamFields ParamFieldsOf(const WindowDesk& desk) {
+ParamFields ParamFieldsOf(const Desk& desk) {
   const ModelParam* const param = SelectedParam(desk);
   if (!param) return {texts::kNoParam, kBlack, {}, {}, {}};
   ParamControl control = desk.paramControl;
   // The value may have become another one since the slider was last moved, by a fit or a macro.
   if (!control.dragging) CentreSlider(control, *param);
-  const Model* const model = GetModelByNumber(desk.params, control.owner.number);
-  const bool special = model && TypeOf(desk.eval, *model);
+  const Model* const model = desk.session.FindModel(control.selected->model);
+  const bool special = model && desk.session.TypeOfModel(*model);
   ParamFields fields;
   fields.header = special ? texts::kSpecialParam : std::string(NameOf(*param));
   fields.headerColour = ColourOfParam(param->adjustable != 0);
@@ -181,30 +154,32 @@ std::vector<std::string> CouplingChoices() {
   return choices;
 }
 
-void DragSlider(const WindowDesk& desk, int position) {
-  ModelParam* const param = ParamToEdit(desk);
+void DragSlider(Desk& desk, int position) {
+  const ModelParam* const param = SelectedParam(desk);
   if (!param) return;
   ParamControl& control = desk.paramControl;
-  if (!control.dragging) control.baseValue = param->value;
+  if (!control.dragging) desk.session.EndGesture();
+  const double base = control.dragging ? control.baseValue : param->value;
+  const int held = std::clamp(position, slider::kTop, slider::kBottom);
+  const double value = slider::Map(slider::kBottom - held, base, param->min, param->max);
+  if (!desk.session.SetParam(*control.selected, {.value = value}).Ok()) return;
   control.dragging = true;
-  control.position = std::clamp(position, slider::kTop, slider::kBottom);
-  SetValue(desk.params, *param,
-           slider::Map(slider::kBottom - control.position, control.baseValue, param->min, param->max));
-  TellOwner(desk);
-  RedrawDirty(desk.notices, desk.params);
+  control.baseValue = base;
+  control.position = held;
 }
 
-void SettleSlider(const WindowDesk& desk) {
+void SettleSlider(Desk& desk) {
+  desk.session.EndGesture();
   if (const ModelParam* const param = SelectedParam(desk)) CentreSlider(desk.paramControl, *param);
 }
 
-void TypeIntoParamField(const WindowDesk& desk, ParamField field, std::string_view text) {
+void TypeIntoParamField(Desk& desk, ParamField field, std::string_view text) {
   auto& typed = desk.paramControl.typed;
   if (typed && typed->field != field) LeaveParamField(desk);
   typed = {field, std::string(text)};
 }
 
-void LeaveParamField(const WindowDesk& desk) {
+void LeaveParamField(Desk& desk) {
   const auto typed = std::exchange(desk.paramControl.typed, std::nullopt);
   if (!typed) return;
   switch (typed->field) {
@@ -217,40 +192,28 @@ void LeaveParamField(const WindowDesk& desk) {
   }
 }
 
-void CommitValue(const WindowDesk& desk, std::string_view text) {
-  EditField(desk, text, &ModelParam::value, [](const ModelParam&, double value) { return value; });
+void CommitValue(Desk& desk, std::string_view text) {
+  EditField(desk, text, &ModelParam::value, [](const ModelParam&, double value) { return ParamEdit{.value = value}; });
 }
 
-void CommitMin(const WindowDesk& desk, std::string_view text) {
-  EditField(desk, text, &ModelParam::min,
-            [](const ModelParam& param, double limit) { return limit > param.max ? param.max : limit; });
+void CommitMin(Desk& desk, std::string_view text) {
+  EditField(desk, text, &ModelParam::min, [](const ModelParam& param, double limit) {
+    return ParamEdit{.min = limit > param.max ? param.max : limit};
+  });
 }
 
-void CommitMax(const WindowDesk& desk, std::string_view text) {
-  EditField(desk, text, &ModelParam::max,
-            [](const ModelParam& param, double limit) { return limit < param.min ? param.min : limit; });
+void CommitMax(Desk& desk, std::string_view text) {
+  EditField(desk, text, &ModelParam::max, [](const ModelParam& param, double limit) {
+    return ParamEdit{.max = limit < param.min ? param.min : limit};
+  });
 }
 
-void CheckUseMin(const WindowDesk& desk, bool on) {
-  Edit(desk, ParamToEdit(desk), [&](ModelParam& param) { param.useMin = on ? 1 : 0; });
-}
+void CheckUseMin(Desk& desk, bool on) { Edit(desk, {.useMin = on ? 1u : 0u}); }
 
-void CheckUseMax(const WindowDesk& desk, bool on) {
-  Edit(desk, ParamToEdit(desk), [&](ModelParam& param) { param.useMax = on ? 1 : 0; });
-}
+void CheckUseMax(Desk& desk, bool on) { Edit(desk, {.useMax = on ? 1u : 0u}); }
 
-void CheckAdjustable(const WindowDesk& desk, bool on) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param) return;
-  SetAdjustable(desk.params, *param, on ? 1 : 0);
-  TellEveryone(desk);
-}
+void CheckAdjustable(Desk& desk, bool on) { Edit(desk, {.adjustable = on ? 1u : 0u}); }
 
-void ChooseCoupling(const WindowDesk& desk, int entry) {
-  ModelParam* const param = ParamToEdit(desk);
-  if (!param) return;
-  SetCoupling(desk.params, *param, entry);
-  TellEveryone(desk);
-}
+void ChooseCoupling(Desk& desk, int entry) { Edit(desk, {.coupling = entry}); }
 
 }  // namespace kalvex

@@ -8,23 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "records/param_place.h"
+#include "session/session.h"
 #include "windows/colours.h"
 #include "windows/slider_map.h"
 
 namespace kalvex {
 
-struct WindowDesk;
-
-// The window that has selected a parameter: that of a model, by the model's number, or of the experimental parameters.
-struct ParamOwner {
-  enum class Kind { kNone, kModel, kExpParams };
-  Kind kind = Kind::kNone;
-  std::uint32_t number = 0;
-  friend bool operator==(const ParamOwner&, const ParamOwner&) = default;
-};
-inline ParamOwner OwnerOf(const Model& model) { return {ParamOwner::Kind::kModel, model.number}; }
-inline constexpr ParamOwner kExpParamsOwner = {ParamOwner::Kind::kExpParams, 0};
+struct Desk;
 
 // The fields with numbers, and what a person has begun to type into one of them.
 enum class ParamField { kValue, kMin, kMax };
@@ -40,27 +30,27 @@ struct ParamControl {
   int y = 100;
   int width = 190;
   int height = 160;
-  ParamOwner owner;
-  std::optional<ParamPlace> selected;  // by place: rows may move, or go, behind this window's back
-  double baseValue = 0;                // the value around which the slider is centred
-  int position = slider::kCentre;      // these two as the last movement or selection left them
+  std::optional<ParamRef> selected;  // by number and place: rows may move, or go, meanwhile
+  double baseValue = 0;              // the value around which the slider is centred
+  int position = slider::kCentre;    // these two as the last movement or selection left them
   bool marksShown = true;
   bool dragging = false;
   std::optional<TypedNumber> typed;
 };
 
-void OpenParamControl(const WindowDesk& desk);
+void OpenParamControl(Desk& desk);
 // Takes what is typed. The window that had the selection drops its mark; the selection itself stays for the next
 // opening.
-void CloseParamControl(const WindowDesk& desk);
+void CloseParamControl(Desk& desk);
 
 // Takes the parameter of a window; the window that had one before drops its mark, and what is typed still goes to the
 // parameter before. True if the parameter control is open: otherwise the selection is only remembered.
-bool SelectParam(const WindowDesk& desk, ParamOwner owner, const ParamPlace& place);
-// Lets the selection go, if it is this window's. True if the parameter control is open.
-bool DeselectParam(const WindowDesk& desk, ParamOwner owner);
+bool SelectParam(Desk& desk, const ParamRef& param);
+// Lets the selection go, with what is typed, if it is of that model or of the experimental parameters.
+void DeselectModel(Desk& desk, std::uint32_t number);
+void DeselectExpParams(Desk& desk);
 // The selected parameter; null if there is none, or no longer.
-ModelParam* SelectedParam(const WindowDesk& desk);
+const ModelParam* SelectedParam(const Desk& desk);
 
 // What the controls show. Without a parameter all but the header is empty and disabled, the slider too.
 struct ParamFields {
@@ -73,28 +63,28 @@ struct ParamFields {
   bool marksShown = true;  // the labels for 20 % below and above the centre
   bool enabled = false;
 };
-ParamFields ParamFieldsOf(const WindowDesk& desk);
+ParamFields ParamFieldsOf(const Desk& desk);
 // The list of coupling groups: an empty entry, then one more than there are groups; the last acts as no group.
 std::vector<std::string> CouplingChoices();
 
-// The thumb has been dragged to a position, 0 at the top to 80.
-void DragSlider(const WindowDesk& desk, int position);
+// The thumb has been dragged to a position, 0 at the top to 80. All of a drag is one step of the history.
+void DragSlider(Desk& desk, int position);
 // The thumb is let go, or anything else was done to the slider: it is centred on the present value.
-void SettleSlider(const WindowDesk& desk);
+void SettleSlider(Desk& desk);
 
 // A person types into a field. The text takes effect when the field is left, or the parameter: never for another one.
-void TypeIntoParamField(const WindowDesk& desk, ParamField field, std::string_view text);
-void LeaveParamField(const WindowDesk& desk);
+void TypeIntoParamField(Desk& desk, ParamField field, std::string_view text);
+void LeaveParamField(Desk& desk);
 
 // What a field does with its text. A text that is as the field showed it is no edit, one that is no number is 0. A
 // lower limit above the upper one becomes the upper one, and the other way round.
-void CommitValue(const WindowDesk& desk, std::string_view text);
-void CommitMin(const WindowDesk& desk, std::string_view text);
-void CommitMax(const WindowDesk& desk, std::string_view text);
+void CommitValue(Desk& desk, std::string_view text);
+void CommitMin(Desk& desk, std::string_view text);
+void CommitMax(Desk& desk, std::string_view text);
 
-void CheckUseMin(const WindowDesk& desk, bool on);
-void CheckUseMax(const WindowDesk& desk, bool on);
-void CheckAdjustable(const WindowDesk& desk, bool on);
-void ChooseCoupling(const WindowDesk& desk, int entry);
+void CheckUseMin(Desk& desk, bool on);
+void CheckUseMax(Desk& desk, bool on);
+void CheckAdjustable(Desk& desk, bool on);
+void ChooseCoupling(Desk& desk, int entry);
 
 }  // namespace kalvex

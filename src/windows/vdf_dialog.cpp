@@ -1,7 +1,5 @@
 #include "windows/vdf_dialog.h"
 
-#include "records/model_table.h"
-#include "records/vdf_mesh.h"
 #include "windows/desk.h"
 #include "windows/model_window.h"
 
@@ -14,41 +12,45 @@ VdfSource SourceOf(const VdfDialog& dialog, std::size_t list) {
   return {chosen ? static_cast<std::int64_t>(dialog.datasets[choice - 1]) : -1, dialog.every2nd[list]};
 }
 
-Model* CloseDialog(const WindowDesk& desk) {
-  const bool wasOpen = desk.vdfDialog.open;
-  desk.vdfDialog.open = false;
-  return wasOpen ? GetModelByNumber(desk.params, desk.vdfDialog.model) : nullptr;
+std::array<VdfSource, 3> SourcesOf(const VdfDialog& dialog) {
+  return {SourceOf(dialog, 0), SourceOf(dialog, 1), SourceOf(dialog, 2)};
+}
+
+void SelectInModel(Desk& desk, std::uint32_t number) {
+  if (const Model* const model = desk.session.FindModel(number)) SelectUnderCursor(desk, *model);
 }
 
 }  // namespace
 
-void OpenVdfDialog(const WindowDesk& desk, const Model& model) {
+void OpenVdfDialog(Desk& desk, const Model& model) {
   VdfDialog& dialog = desk.vdfDialog;
   dialog = {};
   dialog.open = true;
   dialog.model = model.number;
-  dialog.datasets = ListDatasetIds(desk.datasets);
+  dialog.datasets = ListDatasetIds(desk.session.Datasets());
   dialog.entries.emplace_back();
-  for (const std::uint32_t id : dialog.datasets) dialog.entries.push_back(GetDatasetById(desk.datasets, id)->name);
+  for (const std::uint32_t id : dialog.datasets) {
+    dialog.entries.push_back(GetDatasetById(desk.session.Datasets(), id)->name);
+  }
   if (!dialog.datasets.empty()) dialog.choice[0] = 1;
 }
 
-void AcceptVdfDialog(const WindowDesk& desk) {
-  if (IsFrozen(desk)) return;
-  Model* const model = CloseDialog(desk);
-  if (!model) return;
-  const VdfDialog& dialog = desk.vdfDialog;
-  VarDielFunc& vdf = model->vdf;
-  for (std::size_t list = 0; list < vdf.source.size(); ++list) vdf.source[list] = SourceOf(dialog, list);
-  vdf.initKK = dialog.kk ? 1 : 0;
-  vdf.initOn = dialog.on ? 1 : 0;
-  vdf.initFitActive = dialog.active ? 1 : 0;
-  InitVdfMesh(vdf, desk.datasets);
-  RefreshAndSelect(desk, *model);
+void AcceptVdfDialog(Desk& desk) {
+  VdfDialog& dialog = desk.vdfDialog;
+  if (!dialog.open) return;
+  const Status made = desk.session.InitMesh(dialog.model, SourcesOf(dialog), dialog.on, dialog.kk, dialog.active);
+  if (made.Code() == StatusCode::kBusy) return;
+  dialog.open = false;
+  SelectInModel(desk, dialog.model);
 }
 
-void CancelVdfDialog(const WindowDesk& desk) {
-  if (Model* const model = CloseDialog(desk)) RefreshAndSelect(desk, *model, IsFrozen(desk));
+void CancelVdfDialog(Desk& desk) {
+  VdfDialog& dialog = desk.vdfDialog;
+  if (!dialog.open) return;
+  dialog.open = false;
+  SelectInModel(desk, dialog.model);
+  // The fit hears of the model, of which nothing has changed.
+  if (!desk.session.SwitchMesh(dialog.model, {}, {}, {}).Ok()) desk.session.RedrawModel(dialog.model);
 }
 
 }  // namespace kalvex

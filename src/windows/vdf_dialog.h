@@ -9,7 +9,7 @@
 namespace kalvex {
 
 struct Model;
-struct WindowDesk;
+struct Desk;
 
 struct VdfDialog {
   bool open = false;
@@ -22,10 +22,10 @@ struct VdfDialog {
 };
 
 // It starts alike each time: the first list on the first dataset, the others empty, all switches on.
-void OpenVdfDialog(const WindowDesk& desk, const Model& model);
+void OpenVdfDialog(Desk& desk, const Model& model);
 // "OK" makes the mesh. After either button the model's window is refreshed and the fit hears of the model. While a fit
 // runs, it works on the mesh that is there: "OK" does not answer then, and the fit hears nothing.
-void AcceptVdfDialog(const WindowDesk& desk);
-void CancelVdfDialog(const WindowDesk& desk);
+void AcceptVdfDialog(Desk& desk);
+void CancelVdfDialog(Desk& desk);
 
 }  // namespace kalvex

@@ -117,6 +117,7 @@ TEST_F(CommandLines, VerboseTellsOfEachStatement) {
 
 TEST_F(CommandLines, AWrongCommandLineGivesTwoAndRunsNothing) {
   constexpr auto kNoType = "--describe-type needs the code of a special model; --list-types shows them";
+  constexpr auto kNoTerm = "--describe-term needs a code of a term; --list-terms shows them";
   const struct {
     Args args;
     const char* fault;
@@ -136,6 +137,10 @@ TEST_F(CommandLines, AWrongCommandLineGivesTwoAndRunsNothing) {
                 {{"--describe-type", "114"}, kNoType},
                 {{"--describe-type", "-17"}, kNoType},
                 {{"--describe-type", "17x"}, kNoType},
+                {{"--describe-term"}, kNoTerm},
+                {{"--describe-term", "999"}, kNoTerm},
+                {{"--describe-term", "-25"}, kNoTerm},
+                {{"--describe-term", "25x"}, kNoTerm},
                 {{"--help", "--frobnicate"}, "unknown option '--frobnicate'"}};
   for (const auto& c : kCases) {
     const ProgramRun refused = With(c.args);
@@ -151,7 +156,7 @@ TEST_F(CommandLines, HelpNamesEveryOptionAndVersionTheProgram) {
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");
   for (const char* const option : {"--headless", "--check", "--verbose", "--progress", "--threads N", "--list-types",
-                                   "--describe-type N", "--help", "--version"}) {
+                                   "--describe-type N", "--list-terms", "--describe-term N", "--help", "--version"}) {
     EXPECT_NE(help.out.find(option), std::string::npos) << option;
   }
   EXPECT_EQ(With({"--help", "good one.kvs"}).out, help.out);
@@ -171,6 +176,22 @@ TEST_F(CommandLines, SpecialModelsAreListedAndDescribed) {
   EXPECT_EQ(page.out.substr(0, page.out.find('\n')), "# 17: Refl. sample in medium");
   EXPECT_NE(page.out.find("| 1 | Wp | model | sample |"), std::string::npos);
   EXPECT_EQ(list.err + page.err, "");
+}
+
+TEST_F(CommandLines, TermsAreListedAndDescribedByAnyOfTheirCodes) {
+  const ProgramRun list = With({"--list-terms"});
+  EXPECT_EQ(list.status, 0);
+  EXPECT_EQ(std::count(list.out.begin(), list.out.end(), '\n'), 72);
+  EXPECT_NE(list.out.find("\n51 to 54\ttwo modes that mix\tcausal\n"), std::string::npos);
+  EXPECT_NE(list.out.find("\n63, 64\tFano line in the conductivity\tnot causal\n"), std::string::npos);
+  for (const char* const code : {"51", "52", "54"}) {
+    const ProgramRun page = With({"--describe-term", code});
+    EXPECT_EQ(page.status, 0);
+    EXPECT_EQ(page.out.substr(0, page.out.find('\n')), "# 51 to 54: two modes that mix");
+    EXPECT_EQ(page.err, "");
+  }
+  EXPECT_EQ(With({"--describe-term", "0"}).out.substr(0, 20), "# Terms with a code\n");
+  EXPECT_EQ(list.err, "");
 }
 
 TEST_F(CommandLines, AMissingLoopFileGivesOneAndKeepsTheEffectsBeforeIt) {

@@ -202,5 +202,50 @@ TEST_F(ChiSqTerms, AFitOfOneConstantMeetsTheWeightedMean) {
   EXPECT_CLOSE(Written("c")[0][1], best, 1e-4);  // the run stops when ChiSq falls by less than 0.001
 }
 
+// The fit's lists stand while its window is closed; a row that comes or goes then must not lead them astray.
+class ListsOfAClosedWindow : public Fitting {
+ protected:
+  ListsOfAClosedWindow() { folder.Write("few.dat", "100 0.6\n150 0.5\n200 0.4\n"); }
+  static constexpr const char* kFiles[] = {"TestDeriv1.txt", "TestDeriv.txt", "QntyErrorBars.dat"};
+
+  // The files that the operations write with the lists from before the change.
+  std::vector<std::string> FilesAfter(const std::string& window, const std::string& change) {
+    Run("LoadDataset(MasterFile=\"R.dat\",YErrMethod=3,YErrVal=0.001);"
+        "LoadDataset(DatasetNo=2,MasterFile=\"R.dat\",YErrMethod=3,YErrVal=0.002);"
+        "LoadDataset(DatasetNo=3,MasterFile=\"few.dat\",YErrMethod=3,YErrVal=0.001);" +
+        OscillatorModel({3, 115, 230, 10}) + "InsertModelRow(ModelNo=1,LorNo=2);" + Setting(1, "Wo", 2, "Value=400") +
+        window +
+        "AddChiSqTerm(DatasetNo=1,ModelNo=1);AddChiSqTerm(DatasetNo=2,ModelNo=1);AddChiSqTerm(DatasetNo=3,ModelNo=1);" +
+        change + "TestDerivatives();TestQuantityDerivatives();QuantityErrorBars();");
+    EXPECT_EQ(Said("TestDerivatives"), "written to 'TestDeriv1.txt'");
+    EXPECT_EQ(Said("TestQuantityDerivatives"), "written to 'TestDeriv.txt'");
+    EXPECT_EQ(Said("QuantityErrorBars"), "written to 'QntyErrorBars.dat'");
+    std::vector<std::string> files;
+    for (const char* const file : kFiles) files.push_back(folder.Read(file));
+    return files;
+  }
+};
+
+TEST_F(ListsOfAClosedWindow, AreMadeAnewWithoutARemovedRow) {
+  for (const char* const row : {"1", "2"}) {
+    const std::string change = std::string("RemoveModelRow(ModelNo=1,LorNo=") + row + ");";
+    const auto closed = FilesAfter("", change), open = FilesAfter("WindowFit();", change);
+    for (std::size_t f = 0; f < closed.size(); ++f) EXPECT_EQ(closed[f], open[f]) << kFiles[f] << ", row " << row;
+    EXPECT_EQ(closed[0].substr(0, closed[0].find('\n')), "NumParams = 4");
+    EXPECT_EQ(closed[0].find("(!!!)"), std::string::npos);
+    EXPECT_EQ(NumbersOf(closed[2]).size(), 3u);
+  }
+}
+
+TEST_F(ListsOfAClosedWindow, KeepTheirParametersBesideANewRow) {
+  const auto files = FilesAfter("", "InsertModelRow(ModelNo=1,LorNo=3);" + Setting(1, "Wo", 3, "Value=600"));
+  EXPECT_EQ(files[0].substr(0, files[0].find('\n')), "NumParams = 7");
+  EXPECT_EQ(files[0].find("(!!!)"), std::string::npos);
+  EXPECT_EQ(files[0].find("nl = 2"), std::string::npos);
+  const Table bars = NumbersOf(files[2]);
+  ASSERT_EQ(bars.size(), 3u);
+  for (const auto& line : bars) EXPECT_EQ(line.size(), 13u);
+}
+
 }  // namespace
 }  // namespace kalvex

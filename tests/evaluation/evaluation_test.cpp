@@ -75,6 +75,7 @@ TEST(EpsSum, FactorsWithoutABaseAddNothingAndKeepTheirSlopes) {
   Model& model = NewModel(program, {{-1002, 400, 8}, {-1001, 300, 4}}, 2);
   Cell(model, 0, Wp).savedSlopes.dEpsRe = 9;
   Cell(model, 1, G).savedSlopes.dEpsIm = 8;
+  program.eval.notesFormer = true;
   ModelSlopes& slopes = SlopesFromSaved(program, model);
   EXPECT_EQ(EpsSum(program.eval, model, 320, true), (Cplx{2, 0}));
   EXPECT_EQ(Cell(slopes, 0, Wp).dEpsRe, 9);

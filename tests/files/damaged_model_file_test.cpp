@@ -16,7 +16,7 @@ TEST_F(ModelFiles, ACutFileRepeatsItsLastRecordOrIsRefusedWithoutAHead) {
   const std::string whole = folder.Read("a.kvm");
   for (std::size_t size = 0; size < whole.size(); size += 3) {
     folder.Write("cut.kvm", whole.substr(0, size));
-    Model& other = *CreateModel(program.params);
+    Model& other = *CreateModel(tables.params);
     EXPECT_EQ(LoadModel(other, folder.Path("cut.kvm")), size < 222 ? -1 : 0) << size;
     EXPECT_EQ(RowCount(other), size < 222 ? 1 : 2) << size;
     CloseModelRecord(other);
@@ -68,7 +68,7 @@ TEST_F(ModelFiles, CutAnywhereTheRestIsWhatTheBufferLastHeld) {
   Save("a.kvm");
   const std::string whole = folder.Read("a.kvm");
   const std::size_t rowsEnd = 222 + 654 * 3;
-  Model& other = *CreateModel(program.params);
+  Model& other = *CreateModel(tables.params);
   for (std::size_t size = 0; size < whole.size(); ++size) {
     ClearRows(&other);
     InsertRow(&other, 0);
@@ -117,7 +117,7 @@ TEST_F(ModelFiles, ANegativeCountMakesNoRows) {
 TEST_F(ModelFiles, BytesBehindTheEndAreNotRead) {
   Save("a.kvm");
   folder.Write("b.kvm", folder.Read("a.kvm") + std::string(1000, 'x'));
-  Model& other = *CreateModel(program.params);
+  Model& other = *CreateModel(tables.params);
   ASSERT_EQ(LoadModel(other, folder.Path("b.kvm")), 0);
   EXPECT_EQ(RowCount(other), 1);
   EXPECT_EQ(Cell(other, 0, G).coupling, 0u);

@@ -28,7 +28,7 @@ TEST_F(ModelFiles, WithoutRowsItHas226Bytes) {
   ClearRows(&model);
   Save("a.kvm");
   EXPECT_EQ(folder.Read("a.kvm").size(), 226u);
-  Model& other = *CreateModel(program.params);
+  Model& other = *CreateModel(tables.params);
   EXPECT_EQ(LoadModel(other, folder.Path("a.kvm")), 0);
   EXPECT_EQ(RowCount(other), 0);
 }
@@ -46,7 +46,7 @@ TEST_F(ModelFiles, LoadingRestoresTheRowsButNotTheLimitsOfEpsInf) {
   model.epsInf.value = 9;
   model.epsInf.useMin = model.epsInf.coupling = 5;
   Save("a.kvm");
-  Model& other = *CreateModel(program.params);
+  Model& other = *CreateModel(tables.params);
   other.epsInf.useMax = 1;
   InsertRow(&other, 0);
   ASSERT_EQ(LoadModel(other, folder.Path("a.kvm")), 0);
@@ -104,7 +104,7 @@ TEST_F(ModelFiles, TheTableGrowsByALineASave) {
 
 TEST_F(ModelFiles, ANameWithoutADotMakesABareSummary) {
   const InFolder inside(folder.Name());
-  ASSERT_EQ(SaveModel(program.eval, model, 0, "x"), 0);
+  ASSERT_EQ(SaveModel(tables.eval, model, 0, "x"), 0);
   EXPECT_TRUE(folder.Has("asc"));
   EXPECT_TRUE(folder.Has("Par.dat"));
 }
@@ -188,7 +188,7 @@ TEST_F(ModelFiles, BytesWrittenByHandLoad) {
 
 TEST_F(ModelFiles, NumberNameAndMeshOfTheModelStay) {
   Save("a.kvm");
-  Model& other = *CreateModel(program.params);
+  Model& other = *CreateModel(tables.params);
   other.name = "mine";
   other.vdf.On = 1;
   other.vdf.mesh.resize(4);
@@ -202,7 +202,7 @@ TEST_F(ModelFiles, AGroupInAFileIsNotJoined) {
   Cell(model, 0, G).coupling = 2;
   Cell(model, 0, G).value = 5;
   Save("a.kvm");
-  Model& other = *CreateModel(program.params);
+  Model& other = *CreateModel(tables.params);
   Cell(model, 0, G).value = 9;
   LoadModel(other, folder.Path("a.kvm"));
   EXPECT_EQ(Cell(other, 0, G).coupling, 2u);
@@ -216,7 +216,7 @@ TEST_F(ModelFiles, TheSummaryNumbersItsRowsFromZero) {
   Cell(model, 1, Wp).value = -1.5;
   Cell(model, 1, Wp).error = 1e7;
   Cell(model, 1, Wo).value = 1e-7;
-  ASSERT_EQ(SaveModel(program.eval, model, -0.000123456, folder.Path("a.kvm")), 0);
+  ASSERT_EQ(SaveModel(tables.eval, model, -0.000123456, folder.Path("a.kvm")), 0);
   EXPECT_EQ(folder.Read("a.asc"),
             "ChiSq = -1.2346E-04\n\nEinf = 3.000000 \xB1 0.000000\n\n"
             "Wo[0] = 100.000000 \xB1 0.000000\nWp[0] = 100.000000 \xB1 0.000000\nG [0] = 10.000000 \xB1 0.000000\n\n"

@@ -30,10 +30,10 @@ inline std::string Limits(std::uint32_t useMin, std::uint32_t useMax, std::uint3
 
 class ModelFiles : public testing::Test {
  protected:
-  ModelFiles() : model(*CreateModel(program.params)) {}
-  int Save(const std::string& name) { return SaveModel(program.eval, model, 12.5, folder.Path(name)); }
+  ModelFiles() : model(*CreateModel(tables.params)) {}
+  int Save(const std::string& name) { return SaveModel(tables.eval, model, 12.5, folder.Path(name)); }
   ScratchFolder folder;
-  Tables program;
+  Tables tables;
   Model& model;
 };
 

@@ -27,9 +27,8 @@ TEST_F(Running, ErrorsAndCorrelationsAreThoseOfTheInverse) {
   options().DeltaChiSq = 2;
   options().StopOnIterations = true;
   options().MaxIterations = 1;
-  for (const FitParam& param : fit().params) FitSetCoord(*param.cell);
   NormalEquations equations(2);
-  AccumulateNormalEquations(fit(), s.program.eval, equations);  // those of the start of the iteration
+  AccumulateNormalEquations(fit(), s.tables.eval, s.Coordinates(), equations);  // those of the start of the iteration
   const double a = equations.Alpha()(0, 0), b = equations.Alpha()(0, 1), d = equations.Alpha()(1, 1),
                det = a * d - b * b;
   s.Run();
@@ -68,8 +67,8 @@ TEST_F(Running, CorrelationsAreSortedAndCoupledOnesShareTheirError) {
   Prepare(0.02);
   InsertRow(&model, 1);
   Cell(model, 1, Wo).value = 200;
-  SetCoupling(s.program.params, Cell(model, 0, G), 2);
-  SetCoupling(s.program.params, Cell(model, 1, G), 2);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 2);
+  SetCoupling(s.tables.params, Cell(model, 1, G), 2);
   s.Rebuild();
   options().CalcConfidence = true;
   s.Run();
@@ -80,26 +79,30 @@ TEST_F(Running, CorrelationsAreSortedAndCoupledOnesShareTheirError) {
   EXPECT_EQ(Cell(model, 0, G).error, Cell(model, 1, G).error);
 }
 
-// Masters without a model behind them, and a matrix written down by hand.
+// Masters that belong to no model, and a matrix written down by hand.
 class Confidence : public testing::Test {
  protected:
   Confidence() : inside(folder.Name()) {}
   void Write(std::vector<double> alpha, std::size_t coupled = 0) {
     const auto size = static_cast<std::size_t>(std::lround(std::sqrt(static_cast<double>(alpha.size()))));
     cells.resize(size + coupled);
-    fit.params.resize(size + coupled);
-    for (std::size_t i = 0; i < fit.params.size(); ++i) {
+    std::vector<FitParam> params(cells.size());
+    std::vector<ModelParam*> pointers;
+    std::vector<FitCoordinate> coordinates;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
       cells[i].value = static_cast<double>(i) + 0.5;
       cells[i].error = 77;
-      fit.params[i].cell = &cells[i];
-      fit.params[i].place.Where = ParamKind::kRow;
-      fit.params[i].place.nl = static_cast<int>(i);
-      fit.params[i].master = static_cast<int>(i < size ? i : 0);
+      pointers.push_back(&cells[i]);
+      coordinates.push_back(FitCoordinateOf(cells[i]));
+      params[i].place.Where = ParamKind::kRow;
+      params[i].place.nl = static_cast<int>(i);
+      params[i].master = static_cast<int>(i < size ? i : 0);
     }
+    fit.params = std::move(params);
     fit.NumFreeParams = static_cast<int>(size);
     fit.NumFitParams = static_cast<int>(size + coupled);
     BandFactor factor;
-    WriteConfidence(fit, {alpha.data(), size}, factor);
+    WriteConfidence(fit, pointers, coordinates, {alpha.data(), size}, factor);
   }
   ScratchFolder folder;
   InFolder inside;
@@ -172,8 +175,8 @@ TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   Cell(model, 0, Wp).max = 300;
   Cell(model, 1, Wo).useMax = 1;
   Cell(model, 1, Wo).max = 260;
-  SetCoupling(s.program.params, Cell(model, 0, G), 2);
-  SetCoupling(s.program.params, Cell(model, 1, G), 2);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 2);
+  SetCoupling(s.tables.params, Cell(model, 1, G), 2);
   s.Rebuild();
   options().CalcConfidence = true;
   options().DeltaChiSq = 3;
@@ -183,15 +186,12 @@ TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   ASSERT_EQ(n, 6u);
   // The inverse of alpha at the start of the iteration, by elimination; the matrix is well conditioned once each row
   // and column is divided by the root of its diagonal.
-  for (const FitParam& param : fit().params) FitSetCoord(*param.cell);
+  const std::vector<FitCoordinate> coordinates = s.Coordinates();
   NormalEquations equations(n);
-  AccumulateNormalEquations(fit(), s.program.eval, equations);
-  std::vector<double> scale(n), fitScale(n);
+  AccumulateNormalEquations(fit(), s.tables.eval, coordinates, equations);
+  std::vector<double> scale(n);
   std::vector<std::vector<double>> a(n, std::vector<double>(2 * n));
-  for (std::size_t i = 0; i < n; ++i) {
-    scale[i] = std::sqrt(equations.Alpha()(i, i));
-    fitScale[i] = fit().params[i].cell->fitScale;
-  }
+  for (std::size_t i = 0; i < n; ++i) scale[i] = std::sqrt(equations.Alpha()(i, i));
   for (std::size_t i = 0; i < n; ++i) {
     for (std::size_t j = 0; j < n; ++j) {
       a[i][j] = equations.Alpha()(std::min(i, j), std::max(i, j)) / (scale[i] * scale[j]);
@@ -209,9 +209,10 @@ TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   }
   s.Run();
   ASSERT_EQ(fit().IterationCount, 1);
+  const FitCells cells = s.Cells();
   for (std::size_t i = 0; i < n; ++i) {
-    const double expected = std::sqrt(3 * a[i][n + i]) / scale[i] * std::fabs(fitScale[i]);
-    EXPECT_CLOSE(fit().params[i].cell->error, expected, 1e-9) << i;
+    const double expected = std::sqrt(3 * a[i][n + i]) / scale[i] * std::fabs(coordinates[i].scale);
+    EXPECT_CLOSE(cells[i]->error, expected, 1e-9) << i;
   }
   EXPECT_EQ(Cell(model, 1, G).error, Cell(model, 0, G).error);
   struct Pair {
@@ -249,7 +250,7 @@ TEST_F(Running, TheTablesAreWrittenAnewAfterEachIteration) {
     folder.Write("Params.dat", "");
     folder.Write("ParCorrs.dat", "");
   };
-  s.Run(watch.Hooks());
+  s.Run(watch);
   EXPECT_GE(iterations, 3);
 }
 
@@ -275,7 +276,7 @@ TEST_F(Running, TheTableOfParametersNamesEveryKindOfPlace) {
   third.vdf.mesh.resize(4);
   for (std::size_t i = 0; i < 4; ++i) third.vdf.mesh[i].x = 50 + 50.0 * static_cast<double>(i);
   third.vdf.mesh[2].e2.adjustable = 1;
-  s.program.params.ExpParams[kScalingFactorOfR].adjustable = 1;
+  s.tables.params.ExpParams[kScalingFactorOfR].adjustable = 1;
   s.Measure(1, third, kRefl, 0.01, 0.02);
   third.epsInf.value = 4.4;
   s.Term(1, 3);
@@ -288,7 +289,7 @@ TEST_F(Running, TheTableOfParametersNamesEveryKindOfPlace) {
   EXPECT_EQ(folder.Read("Params.dat"), "np Where nm nl nc nep nen Val Err\n1 EIN 2 0 0 0 0 " + numbers(third.epsInf) +
                                            "2 LOR 2 1 2 0 0 " + numbers(Cell(third, 1, G)) + "3 ESH 2 0 0 0 2 " +
                                            numbers(third.vdf.mesh[2].e2) + "4 EXP 0 0 0 4 0 " +
-                                           numbers(s.program.params.ExpParams[kScalingFactorOfR]));
+                                           numbers(s.tables.params.ExpParams[kScalingFactorOfR]));
 }
 
 }  // namespace

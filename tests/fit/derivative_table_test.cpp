@@ -4,6 +4,7 @@
 
 #include "evaluation/eval_model.h"
 #include "fit/derivative_test.h"
+#include "fit/fit_lists.h"
 #include "records/model_table.h"
 #include "support/scratch_folder.h"
 #include "support/tables.h"
@@ -13,14 +14,22 @@ namespace {
 
 class DerivativeTables : public testing::Test {
  protected:
-  DerivativeTables() : inside(folder.Name()), model(*CreateModel(program.params)) {
-    Dataset& dataset = program.datasets.slots[0];
-    dataset.id = program.datasets.nextId++;
+  DerivativeTables() : inside(folder.Name()), model(*CreateModel(tables.params)) {
+    Dataset& dataset = tables.datasets.slots[0];
+    dataset.id = tables.datasets.nextId++;
     for (int i = 0; i < 20; ++i) dataset.points.push_back({40.0 + 10 * i, 0.4 + 0.01 * i, 0.02});
     dataset.firstActive = 0;
     dataset.lastActive = 19;
-    OpenFitWindow(DeskOf(program));
-    AddTerm(DeskOf(program), 1, 1, 2.5);
+    AddTerm(2.5);
+  }
+
+  // The dataset against the model.
+  void AddTerm(double weight) {
+    ChiSqTerm& term = InsertChiSqTerm(tables.fit, tables.fit.list, static_cast<int>(tables.fit.list.terms.size()));
+    term.datasetId = tables.datasets.slots[0].id;
+    term.modelId = model.number;
+    term.weight = weight;
+    RebuildFitLists(tables.fit, tables.params, tables.eval);
   }
 
   std::vector<std::string> Lines(const char* name) const {
@@ -32,12 +41,12 @@ class DerivativeTables : public testing::Test {
 
   ScratchFolder folder;
   InFolder inside;
-  Tables program;
+  Tables tables;
   Model& model;
 };
 
 TEST_F(DerivativeTables, EachParameterHasItsHeadingARowATermAndTheSum) {
-  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  ASSERT_EQ(TestDerivatives(tables.fit, tables.params, tables.eval), 0);
   const auto lines = Lines("TestDeriv1.txt");
   ASSERT_EQ(lines.size(), 1u + 4 * 6);  // epsInf and three columns: stars, place, stars, term, blank line, sum
   EXPECT_EQ(lines[0], "NumParams = 4");
@@ -53,20 +62,20 @@ TEST_F(DerivativeTables, EachParameterHasItsHeadingARowATermAndTheSum) {
 }
 
 TEST_F(DerivativeTables, CorrectDerivativesCarryNoMark) {
-  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  ASSERT_EQ(TestDerivatives(tables.fit, tables.params, tables.eval), 0);
   EXPECT_EQ(folder.Read("TestDeriv1.txt").find("(!!!)"), std::string::npos);
 }
 
 TEST_F(DerivativeTables, TheAnalyticColumnIsTheDerivativeOfTheUnweightedSum) {
-  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  ASSERT_EQ(TestDerivatives(tables.fit, tables.params, tables.eval), 0);
   const double analytic = std::stod(Lines("TestDeriv1.txt")[4].substr(10, 11));
   const auto sumOfSquares = [&](double epsInf) {
     model.epsInf.value = epsInf;
     double sum = 0;
-    WantOnly(program.eval.quantities, SetOf(kRefl));
-    for (const DataRow& row : program.datasets.slots[0].points) {
-      EvalModel(program.eval, model, row.x, false);
-      const double d = (row.y - program.eval.quantities[kRefl].value) / row.sigma;
+    WantOnly(tables.eval.quantities, SetOf(kRefl));
+    for (const DataRow& row : tables.datasets.slots[0].points) {
+      EvalModel(tables.eval, model, row.x, false);
+      const double d = (row.y - tables.eval.quantities[kRefl].value) / row.sigma;
       sum += d * d;
     }
     return sum;
@@ -76,17 +85,17 @@ TEST_F(DerivativeTables, TheAnalyticColumnIsTheDerivativeOfTheUnweightedSum) {
 }
 
 TEST_F(DerivativeTables, ATermOfWeightZeroComparesNothingAndIsMarked) {
-  AddTerm(DeskOf(program), 1, 1, 0.0);
-  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
+  AddTerm(0);
+  ASSERT_EQ(TestDerivatives(tables.fit, tables.params, tables.eval), 0);
   EXPECT_EQ(Lines("TestDeriv1.txt")[5], "ChiSq=1 : +0.0000E+00 +0.0000E+00            1.0E+00 (!!!)");
 }
 
 TEST_F(DerivativeTables, TheValuesAreBackAfterwards) {
-  const double before = program.fit.TotalChiSq;
-  ASSERT_EQ(TestDerivatives(program.fit, program.eval), 0);
-  ASSERT_EQ(TestQuantityDerivatives(program.fit, program.eval), 0);
+  const double before = tables.fit.TotalChiSq;
+  ASSERT_EQ(TestDerivatives(tables.fit, tables.params, tables.eval), 0);
+  ASSERT_EQ(TestQuantityDerivatives(tables.fit, tables.params, tables.eval), 0);
   EXPECT_NEAR(model.epsInf.value, 3.0, 1e-12);
-  EXPECT_NEAR(program.fit.TotalChiSq, before, 1e-6 * before);
+  EXPECT_NEAR(tables.fit.TotalChiSq, before, 1e-6 * before);
 }
 
 TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
@@ -94,7 +103,7 @@ TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
   const auto difference = [&](const char* step) {
     constexpr std::size_t kRowOfWo = 10;
     folder.Write("DELTA.DAT", step);
-    EXPECT_EQ(TestDerivatives(program.fit, program.eval), 0);
+    EXPECT_EQ(TestDerivatives(tables.fit, tables.params, tables.eval), 0);
     return std::stod(Lines("TestDeriv1.txt")[kRowOfWo].substr(10 + 11 + 1 + 11 + 8, 11));
   };
   const double absolute = difference("1e-3"), relative = difference("777");
@@ -104,7 +113,7 @@ TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
 }
 
 TEST_F(DerivativeTables, QuantitiesHaveARowEach) {
-  ASSERT_EQ(TestQuantityDerivatives(program.fit, program.eval), 0);
+  ASSERT_EQ(TestQuantityDerivatives(tables.fit, tables.params, tables.eval), 0);
   const auto lines = Lines("TestDeriv.txt");
   ASSERT_EQ(lines.size(), 4u * (3 + 15));
   EXPECT_EQ(lines[1], "EIN, nm = 0, nl = 0, nc = 0, nep = 0, nen = 0");
@@ -116,7 +125,7 @@ TEST_F(DerivativeTables, QuantitiesHaveARowEach) {
 
 TEST_F(DerivativeTables, AQuantityFarFromItsQuotientIsCalledFalse) {
   folder.Write("DELTA.DAT", "50");  // a step so long that the quotient is no derivative
-  ASSERT_EQ(TestQuantityDerivatives(program.fit, program.eval), 0);
+  ASSERT_EQ(TestQuantityDerivatives(tables.fit, tables.params, tables.eval), 0);
   EXPECT_NE(folder.Read("TestDeriv.txt").find("FALSE"), std::string::npos);
 }
 

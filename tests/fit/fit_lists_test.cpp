@@ -38,8 +38,8 @@ TEST(FitPoints, AreTheActiveRowsSortedByModelAndFrequency) {
   Model& b = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl, 0.01, 0, 5);
   s.Measure(2, b, kE1, 0.01, 0, 4);
-  s.program.datasets.slots[0].firstActive = 1;
-  s.program.datasets.slots[0].lastActive = 3;
+  s.tables.datasets.slots[0].firstActive = 1;
+  s.tables.datasets.slots[0].lastActive = 3;
   s.Term(2, 2);
   s.Term(1, 1);
   const std::vector<SeenPoint> points = SeenPointsOf(s.fit());
@@ -73,12 +73,12 @@ TEST(FitPoints, FrequenciesWithin1e10OfTheFirstAreOne) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl, 0.01, 0, 3);
-  auto& points = s.program.datasets.slots[0].points;
+  auto& points = s.tables.datasets.slots[0].points;
   points[0].x = 1;
   points[1].x = 1 + 0.6e-10;
   points[2].x = 1 + 1.2e-10;
   s.Term(1, 1);
-  const FitSpectrum& spectrum = s.fit().spectra.at(0);
+  const FitSpectrum& spectrum = s.fit().spectra[0];
   EXPECT_EQ(spectrum.x, (std::vector<double>{1, points[2].x}));
   EXPECT_FALSE(spectrum.terms[0].oneEach);
   EXPECT_EQ(FrequencyOf(spectrum.terms[0], 1), 0u);
@@ -108,11 +108,11 @@ TEST(ChiSq, IsThePlainWeightedSumOverTheTerms) {
   s.Term(1, 1);  // the same pair again
   double sums[2] = {};
   for (int slot = 0; slot < 2; ++slot) {
-    const Dataset& dataset = s.program.datasets.slots[static_cast<std::size_t>(slot)];
+    const Dataset& dataset = s.tables.datasets.slots[static_cast<std::size_t>(slot)];
     for (const DataRow& row : dataset.points) {
-      WantOnly(s.program.eval.quantities, SetOf(dataset.Quantity));
-      EvalModel(s.program.eval, a, row.x, false);
-      const double value = s.program.eval.quantities[static_cast<std::size_t>(dataset.Quantity)].value;
+      WantOnly(s.tables.eval.quantities, SetOf(dataset.Quantity));
+      EvalModel(s.tables.eval, a, row.x, false);
+      const double value = s.tables.eval.quantities[static_cast<std::size_t>(dataset.Quantity)].value;
       sums[slot] += std::pow((row.y - value) / row.sigma, 2);
     }
   }
@@ -143,7 +143,7 @@ TEST(FitPoints, CarryTheNumbersOfTheirRow) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kLoss, 0.25, 0, 4);
-  s.program.datasets.slots[0].points[2] = {38, 7.5, 0.125};
+  s.tables.datasets.slots[0].points[2] = {38, 7.5, 0.125};
   s.Term(1, 1);
   const SeenPoint point = SeenPointsOf(s.fit()).at(2);
   EXPECT_EQ(point.x, 38);
@@ -158,7 +158,7 @@ TEST(FitPoints, AnActiveRangeOfOneRowGivesOnePointAndAnEmptyOneNone) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl);
-  Dataset& dataset = s.program.datasets.slots[0];
+  Dataset& dataset = s.tables.datasets.slots[0];
   dataset.firstActive = dataset.lastActive = 7;
   s.Term(1, 1);
   ASSERT_EQ(SeenPointsOf(s.fit()).size(), 1u);
@@ -189,9 +189,9 @@ TEST(FitPoints, BlocksOfFrequenciesCoverAllPointsOfEachTerm) {
   s.Measure(1, a, kRefl, 0.01, 0, 90);
   s.Measure(2, b, kE1, 0.01, 0, 50);
   s.Measure(3, a, kE2, 0.01, 0, 3);
-  for (DataRow& row : s.program.datasets.slots[1].points) row.x += 2;  // between those of the first
-  s.program.datasets.slots[2].points[1].x = s.program.datasets.slots[2].points[0].x;
-  for (DataRow& row : s.program.datasets.slots[2].points) row.x += 1000;  // none in the first two blocks
+  for (DataRow& row : s.tables.datasets.slots[1].points) row.x += 2;  // between those of the first
+  s.tables.datasets.slots[2].points[1].x = s.tables.datasets.slots[2].points[0].x;
+  for (DataRow& row : s.tables.datasets.slots[2].points) row.x += 1000;  // none in the first two blocks
   s.Term(1, 1);
   s.Term(2, 1);
   s.Term(3, 1);
@@ -203,7 +203,7 @@ TEST(FitPoints, BlocksOfFrequenciesCoverAllPointsOfEachTerm) {
   for (const FitSpectrum& spectrum : s.fit().spectra) {
     EXPECT_TRUE(std::is_sorted(spectrum.x.begin(), spectrum.x.end()));
     for (const TermPoints& points : spectrum.terms) {
-      const auto& rows = s.program.datasets.slots[points.term == 3 ? 1u : static_cast<std::size_t>(points.term)].points;
+      const auto& rows = s.tables.datasets.slots[points.term == 3 ? 1u : static_cast<std::size_t>(points.term)].points;
       ASSERT_EQ(points.y.size(), rows.size());
       EXPECT_EQ(points.firstOfBlock.size(), spectrum.x.size() / kSpectrumBlock + 2);
       EXPECT_EQ(points.oneEach, points.term != 2);
@@ -223,8 +223,8 @@ TEST(ChiSq, IsThatOfEveryPointWhateverItsPlaceInABlock) {
   s.Measure(2, a, kE1, 0.5, 0.1, 150);
   s.Measure(3, a, kE2, 0.5, 0.1, 100);
   for (int i = 0; i < 100; ++i) {
-    s.program.datasets.slots[1].points[static_cast<std::size_t>(i)].x = 30;
-    s.program.datasets.slots[2].points[static_cast<std::size_t>(i)].x = 32 + 8.0 * i;
+    s.tables.datasets.slots[1].points[static_cast<std::size_t>(i)].x = 30;
+    s.tables.datasets.slots[2].points[static_cast<std::size_t>(i)].x = 32 + 8.0 * i;
   }
   SampleFit::Set(a, 3.2, 110, 190, 12);
   s.Term(1, 1);
@@ -232,9 +232,9 @@ TEST(ChiSq, IsThatOfEveryPointWhateverItsPlaceInABlock) {
   s.Term(3, 1);
   std::vector<double> sums(3);
   for (const SeenPoint& point : SeenPointsOf(s.fit())) {
-    WantOnly(s.program.eval.quantities, SetOf(point.quantity));
-    EvalModel(s.program.eval, a, point.x, false);
-    const double value = s.program.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
+    WantOnly(s.tables.eval.quantities, SetOf(point.quantity));
+    EvalModel(s.tables.eval, a, point.x, false);
+    const double value = s.tables.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
     sums[static_cast<std::size_t>(point.term)] += std::pow((point.y - value) / point.sigma, 2);
   }
   for (std::size_t t = 0; t < 3; ++t) EXPECT_CLOSE(s.fit().list.terms[t].termChiSq, sums[t], kChain) << t;

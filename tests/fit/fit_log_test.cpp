@@ -19,14 +19,14 @@ std::string G6(double value) {
 }
 
 // The row of the present state.
-std::string RowOf(const FitState& fit) {
+std::string RowOf(SampleFit& s) {
+  const FitState& fit = s.fit();
   std::string row = std::to_string(fit.IterationCount) + ' ' + std::to_string(fit.ElapsedSeconds) + ' ' +
                     G6(fit.Lambda) + ' ' + G6(fit.TotalChiSq) + ' ';
   for (const ChiSqTerm& term : fit.list.terms) row += G6(term.termChiSq) + ' ';
-  for (int p = 0; p < fit.NumFreeParams; ++p) {
-    const ModelParam& cell = *fit.params[static_cast<std::size_t>(p)].cell;
-    row += G6(cell.value) + ' ' + G6(cell.error) + ' ';
-  }
+  FitCells masters = s.Cells();
+  masters.resize(static_cast<std::size_t>(fit.NumFreeParams));
+  for (const ModelParam* const cell : masters) row += G6(cell->value) + ' ' + G6(cell->error) + ' ';
   return row + '\n';
 }
 
@@ -60,14 +60,14 @@ TEST_F(Running, EveryRowOfTheLogIsInTheFileBeforeTheNextIteration) {
   std::string expected = "IterNo Time Lambda ChiSq ChiSq1 ChiSq2 P1 Perr1 P2 Perr2 P3 Perr3 P4 Perr4 \n";
   fit().IterationCount = fit().ElapsedSeconds = 0;
   fit().Lambda = 0.001;
-  expected += RowOf(fit());  // the lists are fresh: this is the state at the start
+  expected += RowOf(s);  // the lists are fresh: this is the state at the start
   RunWatch watch;
   watch.iterationDone = [&] {
     EXPECT_EQ(folder.Read("Fitlog.dat"), expected);
-    expected += RowOf(fit());
+    expected += RowOf(s);
   };
   watch.poll = [&] { EXPECT_EQ(folder.Read("Fitlog.dat"), expected); };
-  s.Run(watch.Hooks());
+  s.Run(watch);
   EXPECT_GE(fit().IterationCount, 3);
   EXPECT_EQ(folder.Read("Fitlog.dat"), expected);
 }
@@ -105,8 +105,8 @@ TEST_F(Running, TheColumnsOfTheLogFollowTheRun) {
 TEST_F(Running, CoupledParametersHaveNoColumnOfTheirOwn) {
   Prepare(0.02);
   InsertRow(&model, 1);
-  SetCoupling(s.program.params, Cell(model, 0, G), 2);
-  SetCoupling(s.program.params, Cell(model, 1, G), 2);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 2);
+  SetCoupling(s.tables.params, Cell(model, 1, G), 2);
   s.Rebuild();
   options().LogFit = true;
   s.Run();
@@ -135,7 +135,7 @@ TEST_F(Running, ALogThatCannotBeOpenedDoesNotStopTheRun) {
   options().LogFit = true;
   EXPECT_EQ(s.Run(), 0);
   EXPECT_GE(fit().IterationCount, 3);
-  EXPECT_TRUE(s.messages.empty());
+  EXPECT_TRUE(s.tables.platform.messages.empty());
 }
 
 }  // namespace

@@ -134,8 +134,8 @@ TEST_F(Running, TakesTheStepsOfALoopWrittenByHand) {
   Cell(model, 0, Wo).min = kWoMin;
   Cell(model, 0, Wo).max = kWoMax;
   Cell(model, 0, G).min = kGMin;
-  SetCoupling(s.program.params, Cell(model, 0, G), 1);
-  SetCoupling(s.program.params, Cell(second, 0, G), 1);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 1);
+  SetCoupling(s.tables.params, Cell(second, 0, G), 1);
   s.Term(1, 1);
   s.Term(2, 1, 0.5);
   s.Term(3, 2, 3);
@@ -146,17 +146,17 @@ TEST_F(Running, TakesTheStepsOfALoopWrittenByHand) {
   RunWatch watch;
   watch.iterationDone = [&] {
     taken.push_back({fit().Lambda, fit().TotalChiSq, {}});
-    for (std::size_t i = 0; i < kUnknowns; ++i) taken.back().p[i] = fit().params[i].cell->value;
+    for (std::size_t i = 0; i < kUnknowns; ++i) taken.back().p[i] = s.Cells()[i]->value;
   };
   options().StopOnReduction = false;
   options().StopOnIterations = true;
   options().MaxIterations = kIterations;
-  s.Run(watch.Hooks());
+  s.Run(watch);
 
   std::vector<Point> points;
-  AddPoints(points, s.program.datasets.slots[0], 1, false, false);
-  AddPoints(points, s.program.datasets.slots[1], 0.5, false, true);
-  AddPoints(points, s.program.datasets.slots[2], 3, true, true);
+  AddPoints(points, s.tables.datasets.slots[0], 1, false, false);
+  AddPoints(points, s.tables.datasets.slots[1], 0.5, false, true);
+  AddPoints(points, s.tables.datasets.slots[2], 3, true, true);
   const std::vector<Accepted> expected = StepsByHand(points, start, 0.001, kIterations);
   ASSERT_EQ(taken.size(), expected.size());
   double highest = 0;

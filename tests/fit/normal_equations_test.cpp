@@ -19,8 +19,8 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
   Model& a = s.AddModel(3, 100, 200, 10);
   InsertRow(&a, 1);
   Cell(a, 1, Wo).value = 180;
-  SetCoupling(s.program.params, Cell(a, 0, G), 1);
-  SetCoupling(s.program.params, Cell(a, 1, G), 1);
+  SetCoupling(s.tables.params, Cell(a, 0, G), 1);
+  SetCoupling(s.tables.params, Cell(a, 1, G), 1);
   Cell(a, 0, Wp).useMin = 1;
   Cell(a, 0, Wp).min = 50;
   Cell(a, 1, Wo).useMin = Cell(a, 1, Wo).useMax = 1;
@@ -33,31 +33,30 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
   FitState& fit = s.fit();
   const auto n = static_cast<std::size_t>(fit.NumFreeParams);
   ASSERT_EQ(n, 6u);
-  for (const FitParam& param : fit.params) FitSetCoord(*param.cell);
   NormalEquations equations(n);
-  AccumulateNormalEquations(fit, s.program.eval, equations);
+  AccumulateNormalEquations(fit, s.tables.eval, s.Coordinates(), equations);
   const double chiSq = fit.TotalChiSq;
-  ComputeChiSq(fit, s.program.eval);
+  ComputeChiSq(fit, s.tables.eval);
   EXPECT_CLOSE(chiSq, fit.TotalChiSq, kChain);
 
+  const FitCells cells = s.Cells();
   // beta is half the gradient of ChiSq; alpha comes from derivatives of each point by difference quotients.
   const auto moved = [&](std::size_t i, double u, auto read) {
-    ModelParam& cell = *fit.params[i].cell;
-    const double before = cell.value, coordinate = cell.fitCoord;
-    SetValue(s.program.params, cell, FitCoordToValue(cell, u));
+    ModelParam& cell = *cells[i];
+    const double before = cell.value;
+    SetValue(s.tables.params, cell, FitCoordToValue(cell, u));
     const double result = read();
-    SetValue(s.program.params, cell, before);
-    cell.fitCoord = coordinate;
+    SetValue(s.tables.params, cell, before);
     return result;
   };
   const std::vector<SeenPoint> points = SeenPointsOf(fit);
   ASSERT_EQ(points.size(), 21u);
   std::vector<std::vector<double>> J(n);
   for (std::size_t i = 0; i < n; ++i) {
-    const double u = fit.params[i].cell->fitCoord, scale = 0.02 * std::fabs(u) + 1e-3;
+    const double u = FitCoordinateOf(*cells[i]).at, scale = 0.02 * std::fabs(u) + 1e-3;
     const auto total = [&](double at) {
       return moved(i, at, [&] {
-        ComputeChiSq(fit, s.program.eval);
+        ComputeChiSq(fit, s.tables.eval);
         return fit.TotalChiSq;
       });
     };
@@ -66,9 +65,9 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
     for (const SeenPoint& point : points) {
       const auto value = [&](double at) {
         return moved(i, at, [&] {
-          WantOnly(s.program.eval.quantities, SetOf(point.quantity));
-          EvalModel(s.program.eval, a, point.x, false);
-          return s.program.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
+          WantOnly(s.tables.eval.quantities, SetOf(point.quantity));
+          EvalModel(s.tables.eval, a, point.x, false);
+          return s.tables.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
         });
       };
       J[i].push_back(RiddersSlope(value, u, scale).value);
@@ -95,11 +94,10 @@ TEST(NormalEquations, ASlopeThatIsNotFiniteStaysWithItsOwnParameters) {
   s.Measure(2, b, kRefl);
   s.Term(1, 1);
   s.Term(2, 2);
-  s.program.datasets.slots[0].points[5].sigma = 0;
+  s.tables.datasets.slots[0].points[5].sigma = 0;
   s.Rebuild();
-  for (const FitParam& param : s.fit().params) FitSetCoord(*param.cell);
   NormalEquations equations(8);
-  AccumulateNormalEquations(s.fit(), s.program.eval, equations);
+  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
   EXPECT_FALSE(std::isfinite(equations.Alpha()(0, 0)));
   EXPECT_TRUE(std::isfinite(equations.Alpha()(1, 1)));  // Einf of model 2
 }
@@ -115,9 +113,8 @@ double DiagonalAt(double linewidth) {
   g.min = 0;
   g.value = linewidth;
   s.Term(1, 1);
-  FitSetCoord(g);
   NormalEquations equations(1);
-  AccumulateNormalEquations(s.fit(), s.program.eval, equations);
+  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
   return equations.Alpha()(0, 0);
 }
 
@@ -132,9 +129,8 @@ TEST(NormalEquations, ANegativeWeightHasNoRoot) {
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl, 0.01, 0.02);
   s.Term(1, 1, -1);
-  for (const FitParam& param : s.fit().params) FitSetCoord(*param.cell);
   NormalEquations equations(4);
-  AccumulateNormalEquations(s.fit(), s.program.eval, equations);
+  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
   EXPECT_LT(s.fit().TotalChiSq, 0);
   EXPECT_TRUE(std::isnan(equations.Alpha()(0, 0)));
   EXPECT_TRUE(std::isnan(equations.beta[0]));
@@ -148,9 +144,8 @@ TEST(NormalEquations, ModelsThatShareNothingDoNotMeetInTheMatrix) {
   s.Measure(2, b, kRefl);
   s.Term(1, 1);
   s.Term(2, 2);
-  for (const FitParam& param : s.fit().params) FitSetCoord(*param.cell);
   NormalEquations equations(8);
-  AccumulateNormalEquations(s.fit(), s.program.eval, equations);
+  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
   for (std::size_t i = 0; i < 8; ++i) {
     for (std::size_t j = i; j < 8; ++j) {
       const bool together = s.fit().params[i].place.nm == s.fit().params[j].place.nm;

@@ -70,8 +70,8 @@ TEST_F(Running, CoupledParametersMoveAsOne) {
   Prepare();
   Model& twin = s.AddModel(4, 120, 250, 11);
   s.Measure(2, model, kE2);
-  SetCoupling(s.program.params, Cell(model, 0, G), 5);
-  SetCoupling(s.program.params, Cell(twin, 0, G), 5);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 5);
+  SetCoupling(s.tables.params, Cell(twin, 0, G), 5);
   s.Term(2, 2);
   EXPECT_EQ(fit().NumFitParams, fit().NumFreeParams + 1);
   s.Run();
@@ -81,13 +81,13 @@ TEST_F(Running, CoupledParametersMoveAsOne) {
 
 TEST_F(Running, UndoSwapsAndSwapsBack) {
   Prepare();
-  StartFit(DeskOf(s.program), s.program.platform, {});
-  EXPECT_TRUE(fit().UndoAvailable);
+  s.RunWithUndo();
+  EXPECT_TRUE(fit().startValuesStored);
   const double fitted = Cell(model, 0, Wo).value, chiSq = fit().TotalChiSq;
-  UndoFit(fit(), s.program.eval);
+  s.Undo();
   EXPECT_EQ(Cell(model, 0, Wo).value, 116);
   EXPECT_CLOSE(fit().TotalChiSq, fit().report.startChiSq, kChain);
-  UndoFit(fit(), s.program.eval);
+  s.Undo();
   EXPECT_EQ(Cell(model, 0, Wo).value, fitted);
   EXPECT_EQ(fit().TotalChiSq, chiSq);
 }
@@ -100,18 +100,17 @@ TEST_F(Running, WithoutParametersNothingHappensAndNothingIsWritten) {
   int calls = 0;
   RunWatch watch;
   watch.iterationDone = watch.poll = [&] { ++calls; };
-  EXPECT_EQ(s.Run(watch.Hooks()), 0);
+  EXPECT_EQ(s.Run(watch), 0);
   EXPECT_EQ(Stop(), "no parameter to fit");
   EXPECT_EQ(calls, 0);
-  EXPECT_TRUE(s.messages.empty());
+  EXPECT_TRUE(s.tables.platform.messages.empty());
   for (const char* const name : {"Fitlog.dat", "Params.dat", "ParCorrs.dat"}) EXPECT_FALSE(folder.Has(name));
 }
 
 TEST_F(Running, TellsTheStateOfTheRunAfterEachIteration) {
   Prepare(0.02);
   std::int64_t now = 100;
-  s.program.platform.self = &now;
-  s.program.platform.clockSeconds = [](void* self) { return *static_cast<std::int64_t*>(self); };
+  s.tables.platform.clock = [&] { return now; };
   int iterations = 0;
   RunWatch watch;
   watch.poll = [&] { now += 5; };
@@ -123,7 +122,7 @@ TEST_F(Running, TellsTheStateOfTheRunAfterEachIteration) {
     EXPECT_GT(fit().ChiSqChange, 0);
   };
   fit().ElapsedSeconds = fit().IterationCount = 77;
-  s.Run(watch.Hooks());
+  s.Run(watch);
   EXPECT_GE(iterations, 3);
   EXPECT_EQ(fit().IterationCount, iterations);  // they stay for the labels
   EXPECT_GT(fit().ChiSqChange, 0);
@@ -137,8 +136,8 @@ TEST_F(Running, StartsWithTheInitialLambdaEachTime) {
   options().InitialLambda = 0.02;
   options().StopOnIterations = true;
   options().MaxIterations = 2;
-  s.Run(watch.Hooks());
-  s.Run(watch.Hooks());
+  s.Run(watch);
+  s.Run(watch);
   ASSERT_EQ(lambdas.size(), 4u);
   EXPECT_EQ(lambdas[0], 0.02);
   EXPECT_EQ(lambdas[1], 0.002);
@@ -148,23 +147,23 @@ TEST_F(Running, StartsWithTheInitialLambdaEachTime) {
 TEST_F(Running, AParameterThatExplodesIsClampedAndTheMessageShown) {
   // A straight step goes to the factor that the data ask for.
   FixAll(&model, true);
-  ModelParam& factor = s.program.params.ExpParams[kScalingFactorOfR];
+  ModelParam& factor = s.tables.params.ExpParams[kScalingFactorOfR];
   factor.adjustable = 1;
   for (const double sign : {1.0, -1.0}) {
     ClearChiSqTerms(fit().list);
-    s.messages.clear();
+    s.tables.platform.messages.clear();
     factor.value = 1;
     s.Measure(1, model, kRefl);
-    for (DataRow& row : s.program.datasets.slots[0].points) row.y *= sign * 1e75;
+    for (DataRow& row : s.tables.datasets.slots[0].points) row.y *= sign * 1e75;
     s.Term(1, 1);
     s.Run();
     EXPECT_EQ(factor.value, sign * 1e70);
     EXPECT_LT(fit().TotalChiSq, fit().report.startChiSq);  // which is why the clamped value stays
     EXPECT_EQ(fit().IterationCount, 1);
     EXPECT_EQ(Stop(), "a parameter ran out of limits");
-    ASSERT_EQ(s.messages.size(), 1u);
+    ASSERT_EQ(s.tables.platform.messages.size(), 1u);
     EXPECT_EQ(
-        s.messages[0],
+        s.tables.platform.messages[0],
         "Attention: One or more parameters run out of limits:\n [-1e+70, 1e+70].\n\nThe fitting routine is stopped.");
   }
 }
@@ -173,7 +172,7 @@ TEST_F(Running, AClampedStepThatIsRefusedIsTakenBackAndEndsTheRunToo) {
   // The slope by a plasma frequency of almost 0 is so small that the step towards the data leaves every range.
   SampleFit::Set(model, 1, 500, 1e-76, 1e-9);
   s.Measure(1, model, kE1);
-  for (DataRow& row : s.program.datasets.slots[0].points) row.y = 2;
+  for (DataRow& row : s.tables.datasets.slots[0].points) row.y = 2;
   FixAll(&model, true);
   Cell(model, 0, Wp).adjustable = 1;
   s.Term(1, 1);
@@ -184,7 +183,7 @@ TEST_F(Running, AClampedStepThatIsRefusedIsTakenBackAndEndsTheRunToo) {
   EXPECT_EQ(fit().ChiSqChange, 0);
   EXPECT_EQ(fit().IterationCount, 1);
   EXPECT_EQ(Stop(), "a parameter ran out of limits");
-  EXPECT_EQ(s.messages.size(), 1u);
+  EXPECT_EQ(s.tables.platform.messages.size(), 1u);
   EXPECT_EQ(NumbersOf(folder.Read("Fitlog.dat")).size(), 2u);
 }
 
@@ -194,7 +193,7 @@ TEST_F(Running, ALimitIsNoReasonForTheMessage) {
   Cell(model, 0, Wo).max = 119;
   s.Rebuild();
   s.Run();
-  EXPECT_TRUE(s.messages.empty());
+  EXPECT_TRUE(s.tables.platform.messages.empty());
   EXPECT_LE(Cell(model, 0, Wo).value, 119);
   EXPECT_GT(Cell(model, 0, Wo).value, 118.9);
 }
@@ -207,15 +206,15 @@ TEST_F(Running, ACoupledPairFindsTheCommonValueAndIsOneAtEveryIteration) {
   FixAll(&twin, true);
   Cell(twin, 0, G).adjustable = 1;
   Cell(model, 0, G).value = 12;
-  SetCoupling(s.program.params, Cell(model, 0, G), 5);
-  SetCoupling(s.program.params, Cell(twin, 0, G), 5);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 5);
+  SetCoupling(s.tables.params, Cell(twin, 0, G), 5);
   s.Term(1, 1);
   s.Term(2, 2);
   ASSERT_EQ(fit().NumFreeParams, 4);
   ASSERT_EQ(fit().NumFitParams, 5);
   RunWatch watch;
   watch.iterationDone = [&] { EXPECT_EQ(Cell(model, 0, G).value, Cell(twin, 0, G).value); };
-  s.Run(watch.Hooks());
+  s.Run(watch);
   EXPECT_NEAR(Cell(twin, 0, G).value, 8, 1e-6);
   EXPECT_NEAR(Cell(model, 0, G).value, 8, 1e-6);
 }
@@ -224,9 +223,9 @@ TEST_F(Running, AGroupWhoseFirstMemberHasNoInfluenceIsFittedAllTheSame) {
   SampleFit::Set(model, 4, 120, 250, 8);
   Model& busy = s.AddModel(4, 120, 250, 8);
   s.Measure(1, busy, kRefl);
-  SetCoupling(s.program.params, Cell(model, 0, G), 1);
-  SetCoupling(s.program.params, Cell(busy, 0, G), 1);
-  SetValue(s.program.params, Cell(busy, 0, G), 12);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 1);
+  SetCoupling(s.tables.params, Cell(busy, 0, G), 1);
+  SetValue(s.tables.params, Cell(busy, 0, G), 12);
   s.Term(1, 2);
   s.Run();
   EXPECT_NEAR(Cell(busy, 0, G).value, 8, 1e-5);
@@ -245,7 +244,7 @@ TEST_F(Running, WithANegativeWeightThereIsNoStep) {
 
 TEST_F(Running, AnErrorBarOfZeroEndsWithoutAHang) {
   Prepare(0.02);
-  s.program.datasets.slots[0].points[3].sigma = 0;
+  s.tables.datasets.slots[0].points[3].sigma = 0;
   s.Rebuild();
   EXPECT_EQ(s.Run(), 0);
   EXPECT_EQ(fit().IterationCount, 0);
@@ -257,7 +256,7 @@ TEST_F(Running, AChiSqThatIsNotANumberCountsAsAnImprovement) {
   // With one parameter an endless matrix passes, 1/sqrt(infinity) being 0, and the slope by a constant is 1 even where
   // the constant is not a number any more: only the number of iterations ends this run.
   PrepareConstant(7);
-  s.program.datasets.slots[0].points[0].sigma = 0;
+  s.tables.datasets.slots[0].points[0].sigma = 0;
   s.Rebuild();
   s.Run();
   EXPECT_TRUE(std::isnan(fit().TotalChiSq));
@@ -268,18 +267,18 @@ TEST_F(Running, UndoPassesLimitsAndCoupling) {
   Prepare();
   Model& twin = s.AddModel(4, 120, 250, 11);
   s.Measure(2, twin, kE2);
-  SetCoupling(s.program.params, Cell(model, 0, G), 5);
-  SetCoupling(s.program.params, Cell(twin, 0, G), 5);
+  SetCoupling(s.tables.params, Cell(model, 0, G), 5);
+  SetCoupling(s.tables.params, Cell(twin, 0, G), 5);
   s.Term(2, 2);
-  StartFit(DeskOf(s.program), s.program.platform, {});
+  s.RunWithUndo();
   const double fitted = Cell(model, 0, G).value;
   Cell(model, 0, Wo).useMin = 1;
   Cell(model, 0, Wo).min = 118;
-  UndoFit(fit(), s.program.eval);
+  s.Undo();
   EXPECT_EQ(Cell(model, 0, Wo).value, 116);
   EXPECT_EQ(Cell(model, 0, G).value, 11);
   EXPECT_EQ(Cell(twin, 0, G).value, 11);
-  UndoFit(fit(), s.program.eval);
+  s.Undo();
   EXPECT_EQ(Cell(model, 0, G).value, fitted);
   EXPECT_EQ(Cell(twin, 0, G).value, fitted);
 }

@@ -14,13 +14,12 @@
 namespace kalvex {
 
 // Calls functions of a test around the iterations of a run.
-struct RunWatch {
+class RunWatch : public FitObserver {
+ public:
   std::function<void()> iterationDone = [] {};
   std::function<void()> poll = [] {};
-  FitHooks Hooks() {
-    return {this, [](void* self) { static_cast<RunWatch*>(self)->iterationDone(); },
-            [](void* self) { static_cast<RunWatch*>(self)->poll(); }};
-  }
+  void IterationEnds() override { iterationDone(); }
+  void Poll() override { poll(); }
 };
 
 inline std::vector<std::string> LinesOf(const std::string& text) {
@@ -46,7 +45,7 @@ class Running : public testing::Test {
     FixAll(&model, true);
     model.epsInf.adjustable = 1;
     s.Measure(1, model, kE1);
-    for (DataRow& row : s.program.datasets.slots[0].points) row.y = asked;
+    for (DataRow& row : s.tables.datasets.slots[0].points) row.y = asked;
     s.Term(1, 1);
   }
   FitState& fit() { return s.fit(); }

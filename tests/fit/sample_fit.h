@@ -1,12 +1,12 @@
-// A program with a spectrum and a model, ready to be fitted.
+// Tables with a spectrum and a model, ready to be fitted.
 #pragma once
 
-#include <functional>
-#include <string>
 #include <vector>
 
 #include "evaluation/eval_model.h"
 #include "evaluation/eval_spectrum.h"
+#include "fit/fit_coordinate.h"
+#include "fit/fit_dumps.h"
 #include "fit/fit_lists.h"
 #include "fit/run_fit.h"
 #include "records/model_rows.h"
@@ -16,23 +16,16 @@
 namespace kalvex {
 
 struct SampleFit {
-  Tables program;
-  std::vector<std::string> messages;
+  Tables tables;
 
-  explicit SampleFit(int threads = 1) : program(threads) {
-    program.platform.self = this;
-    program.platform.showMessage = [](void* self, std::string_view title, std::string_view text) {
-      static_cast<SampleFit*>(self)->messages.push_back(std::string(title) + ": " + std::string(text));
-    };
-    program.platform.clockSeconds = [](void*) { return std::int64_t{0}; };
-    OpenFitWindow(DeskOf(program));
-  }
+  explicit SampleFit(int threads = 1) : tables(threads) {}
 
-  FitState& fit() { return program.fit; }
-  Model& model(std::uint32_t number) { return *GetModelByNumber(program.params, number); }
+  FitState& fit() { return tables.fit; }
+  FitCells Cells() { return CellsOfFit(tables.fit, tables.params, tables.eval); }
+  Model& model(std::uint32_t number) { return *GetModelByNumber(tables.params, number); }
 
   Model& AddModel(double epsInf, double wo, double wp, double g) {
-    Model& made = *CreateModel(program.params);
+    Model& made = *CreateModel(tables.params);
     Set(made, epsInf, wo, wp, g);
     return made;
   }
@@ -46,14 +39,14 @@ struct SampleFit {
 
   // Fills a slot with a Quantity of the model as it stands, plus a bend that no model follows.
   void Measure(int slot, Model& of, int quantity, double sigma = 0.01, double bend = 0, int points = 60) {
-    Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
+    Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset{};
-    dataset.id = program.datasets.nextId++;
+    dataset.id = tables.datasets.nextId++;
     dataset.Quantity = quantity;
     std::vector<double> x;
     for (int i = 0; i < points; ++i) x.push_back(30 + 4.0 * i);
     const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
-    EvalSpectrum(program.eval, of, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
+    EvalSpectrum(tables.eval, of, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
       for (std::size_t i = 0; i < block.count; ++i) {
         const std::size_t at = block.first + i;
         dataset.points.push_back({x[at], block.Value(quantity, i) + bend * (static_cast<double>(at % 3) - 1), sigma});
@@ -64,9 +57,38 @@ struct SampleFit {
     dataset.nActive = points;
   }
 
-  void Term(int slot, std::uint32_t number, double weight = 1) { AddTerm(DeskOf(program), slot, number, weight); }
-  void Rebuild() { RebuildAfterTermChange(DeskOf(program)); }
-  int Run(const FitHooks& hooks = {}) { return RunFit(program.fit, program.eval, program.platform, hooks); }
+  void Term(int slot, std::uint32_t number, double weight = 1) {
+    ChiSqTerm& term = InsertChiSqTerm(tables.fit, tables.fit.list, static_cast<int>(tables.fit.list.terms.size()));
+    term.datasetId = tables.datasets.slots[static_cast<std::size_t>(slot - 1)].id;
+    term.modelId = number;
+    term.weight = weight;
+    Rebuild();
+  }
+  void Rebuild() { RebuildFitLists(tables.fit, tables.params, tables.eval); }
+
+  int Run() {
+    FitObserver silent;
+    return Run(silent);
+  }
+  int Run(FitObserver& observer) { return RunFit(tables.fit, tables.params, tables.eval, tables.platform, observer); }
+  // A run that can be taken back, and that.
+  int RunWithUndo() {
+    StoreStartValues(tables.fit, tables.params, tables.eval);
+    return Run();
+  }
+  void Undo() { UndoFit(tables.fit, tables.params, tables.eval); }
+
+  int ErrorBars(const std::function<void()>& datasetChanged = [] {}) {
+    FitObserver silent;
+    return WriteQuantityErrorBars(tables.fit, tables.params, tables.eval, tables.datasets, tables.platform, silent,
+                                  datasetChanged);
+  }
+
+  std::vector<FitCoordinate> Coordinates() {
+    std::vector<FitCoordinate> coordinates;
+    for (const ModelParam* const cell : Cells()) coordinates.push_back(FitCoordinateOf(*cell));
+    return coordinates;
+  }
 };
 
 // One point as the fit sees it.

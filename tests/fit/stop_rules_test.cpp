@@ -34,9 +34,8 @@ TEST_F(Running, StopsWhenTheLastIterationsGainedTooLittleButNotBeforeTheThird) {
 
 TEST_F(Running, StopsWhenItsTimeIsOver) {
   Prepare(0.02);
-  static std::int64_t now;
-  now = 0;
-  s.program.platform.clockSeconds = [](void*) { return now += 7; };
+  std::int64_t now = 0;
+  s.tables.platform.clock = [&] { return now += 7; };
   options().StopOnTime = true;
   options().MaxSeconds = 14;
   options().StopOnReduction = false;
@@ -72,7 +71,7 @@ TEST_F(Running, AskedToStopItFinishesTheIterationWithAllItsBookkeeping) {
   RunWatch watch;
   int polls = 0;
   watch.poll = [&] { fit().StopRequested = ++polls == 2; };
-  s.Run(watch.Hooks());
+  s.Run(watch);
   EXPECT_EQ(polls, 2);
   EXPECT_EQ(fit().IterationCount, 2);
   EXPECT_EQ(Stop(), "stopped by the user");
@@ -89,7 +88,7 @@ TEST_F(Running, ThePollIsAskedOnceAnIterationUnlessARuleHasEndedTheRun) {
   std::string calls;
   watch.iterationDone = [&] { calls += 'i'; };
   watch.poll = [&] { calls += 'p'; };
-  s.Run(watch.Hooks());
+  s.Run(watch);
   EXPECT_EQ(calls, "ipipipi");
 }
 
@@ -120,7 +119,7 @@ TEST_F(Running, TheReductionIsThatOfTheLastSoManyIterationsTogether) {
   std::vector<double> chiSq;
   RunWatch watch;
   watch.iterationDone = [&] { chiSq.push_back(fit().TotalChiSq); };
-  s.Run(watch.Hooks());
+  s.Run(watch);
   chiSq.insert(chiSq.begin(), fit().report.startChiSq);
   ASSERT_EQ(chiSq.size(), 7u);
   for (int last = 1; last <= 2; ++last) {
@@ -172,7 +171,7 @@ TEST_F(Running, TheThousandthIterationEndsARunWhateverTheOptions) {
   Model& fixed = s.AddModel(3, 100, 200, 10);
   FixAll(&fixed, true);
   s.Measure(2, fixed, kRefl, 0.01, 0, 2);
-  s.program.datasets.slots[1].points[0].y = std::nan("");
+  s.tables.datasets.slots[1].points[0].y = std::nan("");
   s.Term(2, 2);
   options().StopOnIterations = options().StopOnTime = true;
   options().MaxIterations = 5000;

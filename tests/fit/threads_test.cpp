@@ -26,7 +26,7 @@ class FitsOnThreads : public testing::Test {
 
   Outcome Run(int threads, const std::function<void(SampleFit&)>& prepare) {
     SampleFit s(threads);
-    s.program.pool.SetLeastShare(0);
+    s.tables.pool.SetLeastShare(0);
     prepare(s);
     FitOptions& options = s.fit().options;
     options.StopOnIterations = true;
@@ -36,11 +36,11 @@ class FitsOnThreads : public testing::Test {
     options.LogFit = true;
     EXPECT_EQ(s.Run(), 0);
     EXPECT_GT(s.fit().IterationCount, 0) << s.fit().report.stop;
-    Outcome outcome{NumbersLeftIn(s.program),
+    Outcome outcome{NumbersLeftIn(s.tables),
                     folder.Read("Params.dat") + folder.Read("ParCorrs.dat") + folder.Read("Fitlog.dat"),
-                    s.program.eval.team != nullptr};
-    ComputeChiSq(s.fit(), s.program.eval);
-    const std::vector<double> left = NumbersLeftIn(s.program);
+                    s.tables.eval.team != nullptr};
+    ComputeChiSq(s.fit(), s.tables.eval);
+    const std::vector<double> left = NumbersLeftIn(s.tables);
     outcome.numbers.insert(outcome.numbers.end(), left.begin(), left.end());
     InFolder here(folder.Name());
     std::remove("Fitlog.dat");
@@ -112,10 +112,10 @@ void MeshFit(SampleFit& s, bool kk) {
   Cell(model, 1, Wp).value *= 0.9;
   Cell(model, 1, Wp).adjustable = 1;
   VarDielFunc& vdf = model.vdf;
-  vdf.source[0].datasetId = s.program.datasets.slots[2].id;
+  vdf.source[0].datasetId = s.tables.datasets.slots[2].id;
   vdf.initOn = vdf.initFitActive = 1;
   vdf.initKK = kk ? 1 : 0;
-  InitVdfMesh(vdf, s.program.datasets);
+  InitVdfMesh(vdf, s.tables.datasets);
   s.Term(1, 1);
   s.Term(2, 1);
 }
@@ -126,7 +126,7 @@ TEST_F(FitsOnThreads, AConstrainedMesh) {
 
 TEST_F(FitsOnThreads, AConstrainedMeshWhoseKernelsAreNotKept) {
   ExpectTheSame([](SampleFit& s) {
-    s.program.eval.vdfKernels.mostBytes = 0;
+    s.tables.eval.vdfKernels.mostBytes = 0;
     MeshFit(s, true);
   });
 }

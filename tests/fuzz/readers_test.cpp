@@ -17,6 +17,7 @@
 #include "macro/parse.h"
 #include "macro/run_macro.h"
 #include "records/model_table.h"
+#include "support/open_session.h"
 #include "support/scratch_folder.h"
 #include "support/tables.h"
 
@@ -112,12 +113,11 @@ TEST(DamagedFiles, StatementsWithAnyNumbersRun) {
     }
     folder.Write("numbers.kvs", damaged);
     folder.Write("ten.dat", "1 .1\n2 .2\n3 .3\n4 .4\n5 .5\n6 .6\n7 .7\n8 .8\n9 .9\n10 1\n");
-    Tables program;
-    program.platform.showMessage = [](void*, std::string_view, std::string_view) {};
-    LoadDatasetArgs args;
-    args.MasterFile = "ten.dat";
-    ASSERT_EQ(LoadDatasetFromMacro(program.datasets, args), nullptr);
-    ASSERT_EQ(RunMacro(program, "numbers.kvs"), kMacroEnded) << program.macro.fault;
+    OpenDesk open;
+    DatasetSource source;
+    source.MasterFile = "ten.dat";
+    ASSERT_TRUE(open.session.LoadDataset(1, source).Ok());
+    ASSERT_EQ(RunMacro(open.desk, "numbers.kvs"), kMacroEnded) << open.desk.macro.fault;
   }
 }
 
@@ -151,9 +151,9 @@ TEST(DamagedFiles, LoopFilesGiveRowsInsideTheirLimits) {
 
 TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
   const ScratchFolder folder;
-  Tables program;
-  Model& model = *CreateModel(program.params);
-  ASSERT_EQ(SaveModel(program.eval, model, 0, folder.Path("good.kvm")), 0);
+  Tables tables;
+  Model& model = *CreateModel(tables.params);
+  ASSERT_EQ(SaveModel(tables.eval, model, 0, folder.Path("good.kvm")), 0);
   const std::string good = folder.Read("good.kvm");
   Damage damage(std::string("\0\x01\x7f\xff", 4));
   for (int i = 0; i < kRounds; ++i) {
@@ -166,19 +166,19 @@ TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
 
 TEST(DamagedFiles, MeshAndParameterFilesLoadOrLeaveThingsAlone) {
   const ScratchFolder folder;
-  Tables program;
-  Model& model = *CreateModel(program.params);
+  Tables tables;
+  Model& model = *CreateModel(tables.params);
   model.vdf.mesh.resize(6);
   for (std::size_t i = 0; i < 6; ++i) model.vdf.mesh[i].x = 100.0 * static_cast<double>(i + 1);
   model.vdf.On = model.vdf.KK = 1;
   ASSERT_EQ(SaveVdf(model.vdf, folder.Path("good.kvv")), 0);
-  ASSERT_EQ(SaveParams(program.params, folder.Path("good.kvp")), 0);
+  ASSERT_TRUE(SaveParams(tables.params, folder.Path("good.kvp")).Ok());
   Damage damage(std::string("\0\x01\x7f\xff", 4));
   for (int i = 0; i < kRounds; ++i) {
     LoadVdf(model.vdf, folder.Write("bad.kvv", damage.Of(folder.Read("good.kvv"))));
-    LoadParams(program.params, program.notices, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp"))));
+    LoadParams(tables.params, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp")))).GetStatus().Ignore();
     // Whatever the mesh is now, it must be possible to ask for its value.
-    EvalModel(program.eval, model, 250, true);
+    EvalModel(tables.eval, model, 250, true);
     ASSERT_LE(model.vdf.mesh.size(), 400u);
   }
 }

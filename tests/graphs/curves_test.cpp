@@ -25,17 +25,12 @@ Pixels PixelsOf(const StrokeBuffer& buffer) {
 
 class Curves : public Graphs {
  protected:
-  Curves() : graph(NewGraph()) {
-    program.platform.self = this;
-    program.platform.showMessage = [](void* self, std::string_view title, std::string_view) {
-      static_cast<Curves*>(self)->messages.emplace_back(title);
-    };
-  }
+  Curves() : graph(NewGraph()) {}
   // 101 x 81 pixels, a unit of x and of y each.
   void SetUnitPlot() { SetPlot(graph, 0, 100, 0, 80, 101, 81); }
   Pixels Built(std::size_t curve = 0) {
-    RebuildStaleCurves(graph, program.eval);
-    EXPECT_TRUE(messages.empty());
+    RebuildStaleCurves(graph, tables.eval);
+    EXPECT_TRUE(tables.platform.messages.empty());
     return PixelsOf(graph.curves[curve].strokes);
   }
   Curve& Add(Curve curve) {
@@ -49,7 +44,6 @@ class Curves : public Graphs {
   }
 
   Graph& graph;
-  std::vector<std::string> messages;
 };
 
 TEST_F(Curves, OfDataWithoutAFlagDrawNothing) {
@@ -163,10 +157,10 @@ TEST_F(Curves, OfAModelFollowItsQuantityWhateverTheFlagsSay) {
   SetPlot(graph, 10, 500, 0, 1, 300, 200);
   Add(ModelCurve(model, kRefl));
   const Pixels pixels = Built();
-  WantOnly(program.eval.quantities, SetOf(kRefl));
+  WantOnly(tables.eval.quantities, SetOf(kRefl));
   for (int column = 0; column < 300; ++column) {
-    EvalModel(program.eval, model, graph.columnX[static_cast<std::size_t>(column)], false);
-    const double place = 199 * program.eval.quantities[kRefl].value;
+    EvalModel(tables.eval, model, graph.columnX[static_cast<std::size_t>(column)], false);
+    const double place = 199 * tables.eval.quantities[kRefl].value;
     EXPECT_EQ(pixels.count({column, static_cast<int>(std::floor(place + 0.5))}), 1u) << column;
   }
 }
@@ -177,11 +171,11 @@ TEST_F(Curves, OfAModelHaveAGapWhereTheLogarithmHasNoValue) {
   SetPlot(graph, 10, 500, 1, 1000, 300, 200);
   Add(ModelCurve(model, kE1));
   const Pixels pixels = Built();
-  WantOnly(program.eval.quantities, SetOf(kE1));
+  WantOnly(tables.eval.quantities, SetOf(kE1));
   int gaps = 0;
   for (int column = 0; column < 300; ++column) {
-    EvalModel(program.eval, model, graph.columnX[static_cast<std::size_t>(column)], false);
-    if (program.eval.quantities[kE1].value > 0) continue;
+    EvalModel(tables.eval, model, graph.columnX[static_cast<std::size_t>(column)], false);
+    if (tables.eval.quantities[kE1].value > 0) continue;
     ++gaps;
     for (int row = 0; row < 200; ++row) EXPECT_EQ(pixels.count({column, row}), 0u) << column;
   }
@@ -195,21 +189,21 @@ TEST_F(Curves, OfAModelAreItsDcValuesUnderTheTitleThatAsksForThem) {
   InsertRow(&model, 0);
   Add(ModelCurve(model, kS2));
   const Pixels pixels = Built();
-  WantOnly(program.eval.quantities, SetOf(kS2));
+  WantOnly(tables.eval.quantities, SetOf(kS2));
   double usual = 0, atZero = 0;
   for (int column = 0; column < 300; ++column) {
     const double x = graph.columnX[static_cast<std::size_t>(column)];
-    EvalModel(program.eval, model, x, false);
-    usual += program.eval.quantities[kS2].value;
-    program.eval.DcFlag = true;
-    EvalModel(program.eval, model, x, false);
-    program.eval.DcFlag = false;
-    atZero += program.eval.quantities[kS2].value;
-    const double place = 199 * (program.eval.quantities[kS2].value + 1) / 3;
+    EvalModel(tables.eval, model, x, false);
+    usual += tables.eval.quantities[kS2].value;
+    tables.eval.DcFlag = true;
+    EvalModel(tables.eval, model, x, false);
+    tables.eval.DcFlag = false;
+    atZero += tables.eval.quantities[kS2].value;
+    const double place = 199 * (tables.eval.quantities[kS2].value + 1) / 3;
     EXPECT_EQ(pixels.count({column, static_cast<int>(std::floor(place + 0.5))}), 1u) << column;
   }
   EXPECT_NE(usual, atZero);
-  EXPECT_FALSE(program.eval.DcFlag);
+  EXPECT_FALSE(tables.eval.DcFlag);
 }
 
 TEST_F(Curves, OfChiSqJoinTheModelAtTheFrequenciesOfTheData) {
@@ -218,11 +212,11 @@ TEST_F(Curves, OfChiSqJoinTheModelAtTheFrequenciesOfTheData) {
   SetPlot(graph, 0, 400, 0, 1, 401, 1001);
   Add(ChiSqCurve(dataset, model));
   const Pixels pixels = Built();
-  WantOnly(program.eval.quantities, SetOf(kRefl));
+  WantOnly(tables.eval.quantities, SetOf(kRefl));
   std::vector<double> at;
   for (const DataRow& row : dataset.points) {
-    EvalModel(program.eval, model, row.x, false);
-    at.push_back(1000 * program.eval.quantities[kRefl].value);
+    EvalModel(tables.eval, model, row.x, false);
+    at.push_back(1000 * tables.eval.quantities[kRefl].value);
   }
   EXPECT_EQ(pixels.begin()->first, 50);
   EXPECT_EQ(pixels.rbegin()->first, 300);
@@ -312,8 +306,8 @@ TEST_F(Curves, NeedNoMoreStrokesThanIsCountedForThem) {
   Add(FreqCurve(model));
   RebuildGraph(graph);
   MoveReader(graph, graph.frame.left + 5, graph.frame.top + 5);
-  RebuildStaleCurves(graph, program.eval);
-  EXPECT_TRUE(messages.empty());
+  RebuildStaleCurves(graph, tables.eval);
+  EXPECT_TRUE(tables.platform.messages.empty());
 }
 
 TEST_F(Curves, WhoseDataOrModelIsGoneDrawNothing) {

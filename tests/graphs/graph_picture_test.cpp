@@ -21,7 +21,7 @@ class GraphPicture : public Graphs {
   std::string Saved(const char* name, int width, int height) {
     const auto format = PictureFormatOf(name);
     EXPECT_TRUE(format);
-    EXPECT_EQ(SaveGraphPicture(graph, program.eval, *format, width, height, folder.Path(name)), 0);
+    EXPECT_EQ(SaveGraphPicture(graph, tables.eval, *format, width, height, folder.Path(name)), 0);
     return folder.Read(name);
   }
   ScratchFolder folder;
@@ -42,7 +42,7 @@ TEST_F(GraphPicture, InPixelsIsWhatTheWindowShows) {
   graph.Height = 480;
   RebuildGraph(graph);
   PixelSurface window = MakePixelSurface(640, 480, 0);
-  PaintGraph(graph, program.eval, CanvasOf(window));
+  PaintGraph(graph, tables.eval, CanvasOf(window));
   EXPECT_EQ(picture.width, 640);
   EXPECT_EQ(picture.pixels, window.pixels);
 }
@@ -102,7 +102,7 @@ TEST_F(GraphPicture, OfAnySizeIsAPicture) {
 }
 
 TEST_F(GraphPicture, ThatCannotBeWrittenSaysSo) {
-  EXPECT_EQ(SaveGraphPicture(graph, program.eval, PictureFormat::kPng, 100, 100, folder.Path("no/g.png")), -1);
+  EXPECT_EQ(SaveGraphPicture(graph, tables.eval, PictureFormat::kPng, 100, 100, folder.Path("no/g.png")), -1);
 }
 
 }  // namespace

@@ -9,17 +9,17 @@ namespace {
 TEST_F(Graphs, HaveNumbersThatAreNotGivenAgain) {
   EXPECT_EQ(NewGraph().number, 1u);
   EXPECT_EQ(NewGraph().name, "Graph2");
-  CloseGraph(*GetGraphByNumber(program.graphs, 1));
-  EXPECT_EQ(GetGraphByNumber(program.graphs, 1), nullptr);
-  EXPECT_EQ(GetGraphByNumber(program.graphs, 0), nullptr);
-  EXPECT_EQ(&NewGraph(), &program.graphs.slots[0]);
-  EXPECT_EQ(program.graphs.slots[0].number, 3u);
+  CloseGraph(*GetGraphByNumber(tables.graphs, 1));
+  EXPECT_EQ(GetGraphByNumber(tables.graphs, 1), nullptr);
+  EXPECT_EQ(GetGraphByNumber(tables.graphs, 0), nullptr);
+  EXPECT_EQ(&NewGraph(), &tables.graphs.slots[0]);
+  EXPECT_EQ(tables.graphs.slots[0].number, 3u);
 }
 
 TEST_F(Graphs, AreAHundredAtMost) {
   for (int k = 0; k < 100; ++k) NewGraph();
-  EXPECT_EQ(CreateGraph(program.graphs), nullptr);
-  CloseGraph(*GetGraphByNumber(program.graphs, 50));
+  EXPECT_EQ(CreateGraph(tables.graphs), nullptr);
+  CloseGraph(*GetGraphByNumber(tables.graphs, 50));
   EXPECT_EQ(NewGraph().number, 101u);
 }
 
@@ -92,7 +92,7 @@ class Events : public Graphs {
     }
   }
   void Painted(Graph& of) {
-    RebuildStaleCurves(of, program.eval);
+    RebuildStaleCurves(of, tables.eval);
     of.repaint = Repaint::kNothing;
   }
   std::vector<int> StaleKinds() const {
@@ -163,17 +163,12 @@ TEST_F(Events, OfParametersMakeStaleAllButData) {
 }
 
 TEST_F(Events, OfParametersWaitForAForcedUpdateWithoutAutomaticOnes) {
-  program.AutoScreenUpdate = false;
+  autoScreenUpdate = false;
   Tell(GraphEvent::kModelParamChanged, 1);
   Tell(GraphEvent::kExpParamChanged, -1);
   EXPECT_TRUE(StaleKinds().empty());
   Tell(GraphEvent::kForcedUpdate, -1);
   EXPECT_FALSE(StaleKinds().empty());
-}
-
-TEST_F(Events, ClosingAModelOfTheProgramReachesTheGraphs) {
-  EXPECT_TRUE(CloseModel(program, model.number));
-  EXPECT_EQ(Kinds(), (Ints{0, 1, 4}));
 }
 
 TEST_F(Events, RemovingACurveTakesTheFirstThatFits) {
@@ -188,7 +183,7 @@ TEST_F(Events, RemovingACurveTakesTheFirstThatFits) {
 
 TEST_F(Events, EachKindOfCurveHasItsWords) {
   model.name = "M1";
-  const auto text = [&](std::size_t i) { return CurveText(graph.curves[i], program.datasets, program.params); };
+  const auto text = [&](std::size_t i) { return CurveText(graph.curves[i], tables.datasets, tables.params); };
   EXPECT_EQ(text(0), "DATA [R] \"data1\"");
   EXPECT_EQ(text(1), "MODEL [R] \"M1\"");
   EXPECT_EQ(text(3), "CHI-SQ [R] \"data1\" - \"M1\"");

@@ -1,4 +1,4 @@
-// A program with graphs, and a sheet of pixels that notes what is painted on it.
+// Tables with graphs, and a sheet of pixels that notes what is painted on it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -57,12 +57,12 @@ struct Sheet {
 
 class Graphs : public testing::Test {
  protected:
-  Graph& NewGraph() { return *CreateGraph(program.graphs); }
-  Model& NewModel() { return *CreateModel(program.params); }
+  Graph& NewGraph() { return *CreateGraph(tables.graphs); }
+  Model& NewModel() { return *CreateModel(tables.params); }
   Dataset& Load(int slot, std::vector<DataRow> rows, int quantity = kRefl) {
-    Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
+    Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset();
-    dataset.id = program.datasets.nextId++;
+    dataset.id = tables.datasets.nextId++;
     dataset.name = "data" + std::to_string(slot);
     dataset.Quantity = quantity;
     dataset.points = std::move(rows);
@@ -71,7 +71,7 @@ class Graphs : public testing::Test {
     ComputeActiveRange(dataset);
     return dataset;
   }
-  void Tell(GraphEvent event, std::int64_t id) { NotifyGraphs(program.notices, event, id); }
+  void Tell(GraphEvent event, std::int64_t id) { AnswerGraphEvent(tables.graphs, event, id, autoScreenUpdate); }
 
   // The axes as given, so large a window that the plot has that many pixels.
   static void SetPlot(Graph& graph, double xMin, double xMax, double yMin, double yMax, int width, int height) {
@@ -90,7 +90,8 @@ class Graphs : public testing::Test {
     ASSERT_EQ(graph.plotHeight, height);
   }
 
-  Tables program;
+  Tables tables;
+  bool autoScreenUpdate = true;
 };
 
 }  // namespace kalvex

@@ -39,7 +39,7 @@ class Paper : public Graphs {
   Paper() : graph(NewGraph()) {}
   Drawing Drawn() {
     Drawing drawing;
-    DrawGraphForPaper(graph, program.eval, drawing.Filled());
+    DrawGraphForPaper(graph, tables.eval, drawing.Filled());
     for (const auto& line : drawing.lines) {
       for (const Point& p : line) {
         EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y));
@@ -62,10 +62,10 @@ TEST_F(Paper, HasModelCurvesAtSeveralPointsOfAPixel) {
   const Drawing drawing = Drawn();
   ASSERT_EQ(drawing.lines.size(), 1u);
   EXPECT_EQ(drawing.lines[0].size(), 4u * 299 + 1);
-  WantOnly(program.eval.quantities, SetOf(kRefl));
+  WantOnly(tables.eval.quantities, SetOf(kRefl));
   for (const Point& p : drawing.lines[0]) {
-    EvalModel(program.eval, model, XOf(p), false);
-    EXPECT_NEAR(YOf(p), program.eval.quantities[kRefl].value, 1e-9);
+    EvalModel(tables.eval, model, XOf(p), false);
+    EXPECT_NEAR(YOf(p), tables.eval.quantities[kRefl].value, 1e-9);
   }
 }
 

@@ -1,4 +1,4 @@
-// A program in this process that runs macros in a folder of its own and notes what they ask of the machine.
+// A desk in this process that runs macros in a folder of its own and notes what they ask of the machine.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,48 +9,42 @@
 
 #include "macro/run_macro.h"
 #include "records/model_table.h"
+#include "support/open_session.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {
 
-class Executing : public testing::Test {
+class Executing : public testing::Test, protected OpenDesk {
  protected:
   Executing() : inside(folder.Name()) {
-    program.platform.self = this;
-    program.platform.sleep = [](void* self, int ms) { Of(self).slept.push_back(ms); };
-    program.platform.pumpEvents = [](void* self) {
-      ++Of(self).pumped;
-      Of(self).happened += 'p';
-      if (Of(self).onPump) Of(self).onPump();
+    platform.sleep = [this](int ms) {
+      slept.push_back(ms);
+      happened += 's' + std::to_string(ms);
     };
-    program.platform.askSuspend = [](void* self) {
-      ++Of(self).asked;
-      return Of(self).answer;
+    platform.events = [this] {
+      happened += 'p';
+      if (onPump) onPump();
     };
-    program.platform.showMessage = [](void* self, std::string_view title, std::string_view text) {
-      Of(self).messages.push_back(std::string(title) + ": " + std::string(text));
+    platform.suspend = [this] {
+      ++asked;
+      return answer;
     };
   }
 
   int Run(const std::string& text) {
     folder.Write("m.kvs", text);
-    return RunMacro(program, "m.kvs");
+    return RunMacro(desk, "m.kvs");
   }
-  int Models() { return CountModels(program.params); }
-  Model& ModelNo(std::uint32_t number) { return *GetModelByNumber(program.params, number); }
+  int Models() { return CountModels(params); }
+  Model& ModelNo(std::uint32_t number) { return *GetModelByNumber(params, number); }
 
   ScratchFolder folder;
   InFolder inside;
-  Program program;
   std::vector<int> slept;
-  std::vector<std::string> messages;
   std::string happened;
-  int pumped = 0, asked = 0;
+  int asked = 0;
   SuspendAnswer answer = SuspendAnswer::kContinue;
   std::function<void()> onPump;
-
- private:
-  static Executing& Of(void* self) { return *static_cast<Executing*>(self); }
 };
 
 }  // namespace kalvex

@@ -22,7 +22,7 @@ TEST_F(Executing, ExitWithQuitAppAsksToLeave) {
   EXPECT_EQ(Run("NewModel();Exit(QuitApp=1);NewModel();"), kMacroQuit);
   EXPECT_EQ(Models(), 1);
   EXPECT_EQ(Run("Exit(QuitApp=-5);"), kMacroQuit);
-  EXPECT_FALSE(program.macro.running);
+  EXPECT_FALSE(desk.macro.running);
 }
 
 TEST_F(Executing, AFaultAnywhereMeansThatNothingRuns) {
@@ -30,7 +30,7 @@ TEST_F(Executing, AFaultAnywhereMeansThatNothingRuns) {
   EXPECT_EQ(Models(), 0);
   EXPECT_EQ(Run("NewModel();NewModel(XPos=1.5);"), kMacroFailed);
   EXPECT_EQ(Models(), 0);
-  EXPECT_FALSE(program.macro.running);
+  EXPECT_FALSE(desk.macro.running);
 }
 
 TEST_F(Executing, AFinalStatementWithoutSemicolonIsIgnored) {
@@ -50,13 +50,13 @@ TEST_F(Executing, LinesMayEndInReturnAndLineFeed) {
 
 TEST_F(Executing, TheNameMayStandInQuotes) {
   folder.Write("m.kvs", "NewModel();");
-  EXPECT_EQ(RunMacro(program, "\"m.kvs\""), kMacroEnded);
+  EXPECT_EQ(RunMacro(desk, "\"m.kvs\""), kMacroEnded);
   EXPECT_EQ(Models(), 1);
   // Quotes go only as a pair: a name may begin or end with one.
   folder.Write("\"m.kvs", "NewModel();");
-  EXPECT_EQ(RunMacro(program, "\"m.kvs"), kMacroEnded);
+  EXPECT_EQ(RunMacro(desk, "\"m.kvs"), kMacroEnded);
   EXPECT_EQ(Models(), 2);
-  EXPECT_EQ(RunMacro(program, "m.kvs\""), kMacroFailed);
+  EXPECT_EQ(RunMacro(desk, "m.kvs\""), kMacroFailed);
 }
 
 TEST_F(Executing, AnEmptyNameOrAnUnreadableFileFails) {
@@ -70,9 +70,9 @@ TEST_F(Executing, AnEmptyNameOrAnUnreadableFileFails) {
                 {"\"no ne.kvs\"", "no ne.kvs: cannot be opened, a macro file was expected"},
                 {".", ".: cannot be opened, a macro file was expected"}};
   for (const auto& c : kCases) {
-    EXPECT_EQ(RunMacro(program, c.name), kMacroFailed) << c.name;
-    EXPECT_EQ(program.macro.fault, c.fault);
-    EXPECT_FALSE(program.macro.running);
+    EXPECT_EQ(RunMacro(desk, c.name), kMacroFailed) << c.name;
+    EXPECT_EQ(desk.macro.fault, c.fault);
+    EXPECT_FALSE(desk.macro.running);
   }
   EXPECT_EQ(Models(), 0);
 }
@@ -80,8 +80,8 @@ TEST_F(Executing, AnEmptyNameOrAnUnreadableFileFails) {
 TEST_F(Executing, ASecondMacroWhileOneRunsIsRefused) {
   int second = 0, nameless = 0;
   onPump = [&] {
-    second = RunMacro(program, "m.kvs");
-    nameless = RunMacro(program, "");
+    second = RunMacro(desk, "m.kvs");
+    nameless = RunMacro(desk, "");
   };
   EXPECT_EQ(Run("Wait();NewModel();"), kMacroEnded);
   EXPECT_EQ(second, kMacroAlreadyRunning);
@@ -94,17 +94,14 @@ TEST_F(Executing, ASecondMacroWhileOneRunsIsRefused) {
 TEST_F(Executing, CheckingReadsAndParsesButRunsNothing) {
   folder.Write("good.kvs", "NewModel();BeginLoop(LoopFile=\"none\");");
   folder.Write("bad.kvs", "NewModel();\nNewModel()Foo;");
-  EXPECT_EQ(CheckMacro(program, "good.kvs"), kMacroEnded);
-  EXPECT_EQ(CheckMacro(program, "bad.kvs"), kMacroFailed);
-  EXPECT_EQ(program.macro.fault, "bad.kvs:2:11: found 'F', ';' was expected");
-  EXPECT_EQ(CheckMacro(program, "none.kvs"), kMacroFailed);
+  EXPECT_EQ(CheckMacro(desk, "good.kvs"), kMacroEnded);
+  EXPECT_EQ(CheckMacro(desk, "bad.kvs"), kMacroFailed);
+  EXPECT_EQ(desk.macro.fault, "bad.kvs:2:11: found 'F', ';' was expected");
+  EXPECT_EQ(CheckMacro(desk, "none.kvs"), kMacroFailed);
   EXPECT_EQ(Models(), 0);
 }
 
 TEST_F(Executing, WaitPumpsAndThenSleeps) {
-  program.platform.sleep = [](void* self, int ms) {
-    static_cast<Executing_WaitPumpsAndThenSleeps_Test*>(self)->happened += "s" + std::to_string(ms);
-  };
   EXPECT_EQ(Run("Wait();Wait(Time=30);Wait;Wait(Time=0);"), kMacroEnded);
   EXPECT_EQ(happened, "pps30pps0");
 }
@@ -130,10 +127,10 @@ TEST_F(Executing, ALoopRunsOnceALineAndThenGoesOn) {
 TEST_F(Executing, TheStoredStatementIsFilledAfreshInEachPass) {
   folder.Write("two", "10 x\n\n");
   EXPECT_EQ(Run("BeginLoop(LoopFile=\"two\");MainWindow(Title=\"%2\");EndLoop();"), kMacroEnded);
-  EXPECT_EQ(program.mainWindow.title, "Kalvex");
+  EXPECT_EQ(desk.mainWindow.title, "Kalvex");
   folder.Write("back", "%2 a\nb c\n");
   EXPECT_EQ(Run("BeginLoop(LoopFile=\"back\");MainWindow(Title=\"%1\");EndLoop();"), kMacroEnded);
-  EXPECT_EQ(program.mainWindow.title, "Kalvex b");
+  EXPECT_EQ(desk.mainWindow.title, "Kalvex b");
 }
 
 class OddLoops : public Executing {
@@ -194,7 +191,7 @@ TEST_F(OddLoops, AnInnerLoopFileMayComeFromTheRow) {
 
 TEST_F(OddLoops, OutsideALoopAColumnIsZeroAndATextKeepsIt) {
   EXPECT_EQ(Waits("Wait(Time=%1);MainWindow(Title=\"%1\");"), Times{0});
-  EXPECT_EQ(program.mainWindow.title, "Kalvex %1");
+  EXPECT_EQ(desk.mainWindow.title, "Kalvex %1");
   EXPECT_EQ(Waits("BeginLoop(LoopFile=\"two\");EndLoop();Wait(Time=%1);"), Times{0});
 }
 
@@ -209,9 +206,9 @@ TEST_F(Executing, AMissingOrEmptyLoopFileEndsTheMacroThere) {
     const int before = Models();
     EXPECT_EQ(Run("NewModel();\n  BeginLoop(LoopFile=\"" + name + "\");\nNewModel();\n"), kMacroFailed);
     EXPECT_EQ(Models(), before + 1);
-    EXPECT_EQ(program.macro.fault, "m.kvs:2:3: the loop file '" + name +
-                                       "' cannot be opened or is empty, a file with a line for each pass was expected");
-    EXPECT_FALSE(program.macro.running);
+    EXPECT_EQ(desk.macro.fault, "m.kvs:2:3: the loop file '" + name +
+                                    "' cannot be opened or is empty, a file with a line for each pass was expected");
+    EXPECT_FALSE(desk.macro.running);
   }
 }
 
@@ -219,7 +216,7 @@ TEST_F(Executing, AMissingInnerLoopFileEndsTheMacroToo) {
   folder.Write("names", "none\n");
   EXPECT_EQ(Run("BeginLoop(LoopFile=\"names\");NewModel();BeginLoop(LoopFile=\"%1\");NewModel();"), kMacroFailed);
   EXPECT_EQ(Models(), 1);
-  EXPECT_NE(program.macro.fault.find("the loop file 'none'"), std::string::npos);
+  EXPECT_NE(desk.macro.fault.find("the loop file 'none'"), std::string::npos);
 }
 
 TEST_F(Executing, ContinuingFromSuspendGoesOn) {
@@ -247,17 +244,17 @@ TEST_F(Executing, DoNotSuspendAnymoreHoldsForLaterMacrosToo) {
 
 TEST_F(Executing, AFailedOperationDoesNotStopTheMacro) {
   EXPECT_EQ(Run("LoadDataset(MasterFile=\"none\");SaveModel(ModelNo=9);NewModel();"), kMacroEnded);
-  EXPECT_EQ(messages, std::vector<std::string>{"Error: Cannot open master file."});
+  EXPECT_EQ(platform.messages, std::vector<std::string>{"Error: Cannot open master file."});
   EXPECT_EQ(Models(), 1);
 }
 
-TEST(TwoPrograms, LiveSideBySide) {
+TEST(TwoDesks, LiveSideBySide) {
   const ScratchFolder folder;
   const std::string file = folder.Write("m.kvs", "NewModel();");
-  const auto one = std::make_unique<Program>(), other = std::make_unique<Program>();
-  EXPECT_EQ(RunMacro(*one, file), kMacroEnded);
-  EXPECT_EQ(RunMacro(*one, file), kMacroEnded);
-  EXPECT_EQ(RunMacro(*other, file), kMacroEnded);
+  const auto one = std::make_unique<OpenDesk>(), other = std::make_unique<OpenDesk>();
+  EXPECT_EQ(RunMacro(one->desk, file), kMacroEnded);
+  EXPECT_EQ(RunMacro(one->desk, file), kMacroEnded);
+  EXPECT_EQ(RunMacro(other->desk, file), kMacroEnded);
   EXPECT_EQ(CountModels(one->params), 2);
   EXPECT_EQ(CountModels(other->params), 1);
 }

@@ -6,7 +6,7 @@ namespace {
 
 class Faults : public Executing {
  protected:
-  std::string FaultIn(const std::string& text) { return Run(text) == kMacroFailed ? program.macro.fault : "none"; }
+  std::string FaultIn(const std::string& text) { return Run(text) == kMacroFailed ? desk.macro.fault : "none"; }
 };
 
 TEST_F(Faults, CommentsBlanksAndTabsCountInLinesAndColumns) {
@@ -55,14 +55,14 @@ TEST_F(Faults, PlacesHoldInFilesOfAnotherSystemAndInThoseThatLoseTheirFirstLine)
 
 TEST_F(Faults, AQuotedFileIsNamedWithoutItsQuotes) {
   folder.Write("my macro.kvs", "Foo;");
-  EXPECT_EQ(RunMacro(program, "\"my macro.kvs\""), kMacroFailed);
-  EXPECT_EQ(program.macro.fault, "my macro.kvs:1:1: unknown command 'Foo', a command name was expected");
+  EXPECT_EQ(RunMacro(desk, "\"my macro.kvs\""), kMacroFailed);
+  EXPECT_EQ(desk.macro.fault, "my macro.kvs:1:1: unknown command 'Foo', a command name was expected");
 }
 
 TEST_F(Faults, ALaterRunThatSucceedsForgetsThem) {
   FaultIn("Foo;");
   EXPECT_EQ(Run("Wait();"), kMacroEnded);
-  EXPECT_EQ(program.macro.fault, "");
+  EXPECT_EQ(desk.macro.fault, "");
 }
 
 }  // namespace

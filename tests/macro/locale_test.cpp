@@ -46,9 +46,9 @@ TEST_F(Executing, ADecimalCommaOfTheProcessReachesNoFile) {
   }
   const CommaLocale comma;
   if (!comma.Found()) GTEST_SKIP() << "this machine has no locale with a decimal comma (scripts/test makes one)";
-  // A program of its own starts where the first one did.
-  const auto fresh = std::make_unique<Program>();
-  ASSERT_EQ(RunMacro(*fresh, "m.kvs"), kMacroEnded);
+  // A desk of its own starts where the first one did.
+  const auto fresh = std::make_unique<OpenDesk>();
+  ASSERT_EQ(RunMacro(fresh->desk, "m.kvs"), kMacroEnded);
   for (std::size_t i = 0; i < before.size(); ++i) EXPECT_EQ(folder.Read(files[i]), before[i]) << files[i];
 }
 

@@ -1,8 +1,11 @@
 // Names of commands and parameters, their abbreviations, and the tables whose order gives these a meaning.
 #include <gtest/gtest.h>
 
+#include "core/files.h"
 #include "core/text.h"
+#include "macro/command_table.h"
 #include "macro/parse.h"
+#include "support/scratch_folder.h"
 
 namespace kalvex {
 namespace {
@@ -88,6 +91,8 @@ constexpr Signature kOwn[] = {
     {"ExportGraph", "GraphNo:i File:200"},
     {"DrawGraph", "GraphNo:i File:200 Width:i Height:i"},
     {"CloseGraph", "GraphNo:i"},
+    {"StepBack", ""},
+    {"StepForward", ""},
 };
 
 const std::span<const Signature> kTables[] = {kFormat, kOwn};
@@ -127,7 +132,7 @@ TEST(CommandTables, NamesAndBlocksKeepTheSizesOfTheFormat) {
     for (const MacroCommand& command : table) {
       EXPECT_LE(std::string(command.name).size(), 30u) << command.name;
       EXPECT_LE(command.params.size(), 30u) << command.name;
-      EXPECT_NE(command.handler, nullptr) << command.name;
+      EXPECT_NE(command.run, nullptr) << command.name;
       for (const MacroParam& param : command.params) EXPECT_LE(std::string(param.name).size(), 30u) << param.name;
     }
   }
@@ -142,6 +147,34 @@ std::string Meaning(const std::string& text) {
     }
   }
   return "";
+}
+
+// A line for each name: how many letters of it at least mean which name. "Fit: 1 FixAllModelParams, 3 Fit".
+template <class Find>
+std::string MeaningsOfBeginnings(const std::string& line, const std::string& name, Find find) {
+  std::string text = line, last;
+  for (std::size_t n = 1; n <= name.size(); ++n) {
+    const auto* const found = find(name.substr(0, n));
+    const std::string meaning = found ? found->name : "nothing";
+    if (meaning != last) text += (n == 1 ? ": " : ", ") + std::to_string(n) + ' ' + meaning;
+    last = meaning;
+  }
+  return text + '\n';
+}
+
+std::string MeaningsOfAllBeginnings() {
+  std::string text;
+  for (const auto table : {MacroCommandTable(), MacroExtraTable()}) {
+    for (const MacroCommand& command : table) {
+      const std::string name = command.name;
+      text += MeaningsOfBeginnings(name, name, FindCommand);
+      for (const MacroParam& param : command.params) {
+        text += MeaningsOfBeginnings(name + '.' + param.name, param.name,
+                                     [&](const std::string& begin) { return FindParam(command, begin); });
+      }
+    }
+  }
+  return text;
 }
 
 TEST(Names, EveryBeginningOfANameMeansTheFirstRowThatItBegins) {
@@ -186,6 +219,9 @@ TEST(Names, AbbreviationsMeanTheFirstOfTheTable) {
                    {"Cl", "CloseModel"},
                    {"U", "UnloadDataset"},
                    {"Und", "UndoFit"},
+                   {"Undo", "UndoFit"},
+                   {"St", "StepBack"},
+                   {"StepF", "StepForward"},
                    {"New", "NewModel"},
                    {"NewG", "NewGraph"}};
   for (const auto& c : kMeanings) {
@@ -211,6 +247,13 @@ TEST(Names, ParametersAreShortenedByTheSameRule) {
   EXPECT_STREQ(FindParam(*FindCommand("SetModelParam"), "Mi")->name, "MinLimit");
   EXPECT_STREQ(FindParam(*FindCommand("SetModelParam"), "MinO")->name, "MinOn");
   EXPECT_STREQ(FindParam(*FindCommand("Fit"), "n")->name, "NumIters");
+}
+
+// Macros of other people hold any of these, so a new name may take over none of them.
+TEST(Names, EveryBeginningStillMeansWhatItMeant) {
+  std::string text;
+  ASSERT_TRUE(ReadWholeFile(ProjectFile("tests/macro/prefixes.txt"), text));
+  EXPECT_EQ(MeaningsOfAllBeginnings(), text);
 }
 
 TEST(Names, ATextLongerThanANameDoesNotMeanIt) {

@@ -17,12 +17,12 @@ ParamTables& Fresh(ParamTables& tables) {
   return tables;
 }
 
-struct Tables : ParamTables {
-  Tables() { Fresh(*this); }
+struct FreshTables : ParamTables {
+  FreshTables() { Fresh(*this); }
 };
 
 TEST(ModelTable, ANewModelHasItsDefaults) {
-  Tables tables;
+  FreshTables tables;
   const Model& model = *CreateModel(tables);
   EXPECT_EQ(model.number, 1u);
   EXPECT_EQ(model.name, "M1");
@@ -64,7 +64,7 @@ TEST(ModelTable, TheExperimentalParametersHaveTheirDefaults) {
 }
 
 TEST(ModelTable, The101stIsRefusedAndAFreedEntryGetsANewNumber) {
-  Tables tables;
+  FreshTables tables;
   for (int i = 0; i < 100; ++i) ASSERT_NE(CreateModel(tables), nullptr);
   EXPECT_EQ(CreateModel(tables), nullptr);
   CloseModelRecord(*GetModelByNumber(tables, 40));
@@ -78,7 +78,7 @@ TEST(ModelTable, The101stIsRefusedAndAFreedEntryGetsANewNumber) {
 }
 
 TEST(ModelTable, NumbersAreFoundWholeAndOtherThanZero) {
-  Tables tables;
+  FreshTables tables;
   CreateModel(tables);
   Model* const second = CreateModel(tables);
   EXPECT_EQ(GetModelByNumber(tables, 2), second);
@@ -90,7 +90,7 @@ TEST(ModelTable, NumbersAreFoundWholeAndOtherThanZero) {
 }
 
 TEST(Rows, InsertClampsThePositionAndMovesLaterRows) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   Cell(*model, 0, Wo).value = 7;
   EXPECT_EQ(InsertRow(model, -5), 0);
@@ -105,7 +105,7 @@ TEST(Rows, InsertClampsThePositionAndMovesLaterRows) {
 }
 
 TEST(Rows, RemoveClampsAndLeavesAnEmptyModelAlone) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   InsertRow(model, 1);
   Cell(*model, 0, Wo).value = 1;
@@ -119,7 +119,7 @@ TEST(Rows, RemoveClampsAndLeavesAnEmptyModelAlone) {
 }
 
 TEST(Rows, MovingTheFirstUpOrTheLastDownChangesNothing) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   InsertRow(model, 1);
   InsertRow(model, 2);
@@ -138,7 +138,7 @@ TEST(Rows, MovingTheFirstUpOrTheLastDownChangesNothing) {
 }
 
 TEST(Rows, SortingByEachKeyTurnsAroundWhenRepeated) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   InsertRow(model, 1);
   InsertRow(model, 2);
@@ -165,7 +165,7 @@ TEST(Rows, SortingByEachKeyTurnsAroundWhenRepeated) {
 }
 
 TEST(Rows, SortingRunsDescendingIfTheFirstIsNotAboveTheLast) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   InsertRow(model, 1);
   Cell(*model, 0, Wo).value = 1;
@@ -180,7 +180,7 @@ TEST(Rows, SortingRunsDescendingIfTheFirstIsNotAboveTheLast) {
 }
 
 TEST(Rows, ComputedColumnsAndTheirMarkers) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   Cell(*model, 0, Wp).value = 50;
   EXPECT_EQ(ComputedValue(model, 0, 0), 0.25);
@@ -194,7 +194,7 @@ TEST(Rows, ComputedColumnsAndTheirMarkers) {
 }
 
 TEST(Rows, AccessorsGiveTheMarkerOutOfRange) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   EXPECT_EQ(RowValue(model, 0, G), 10);
   EXPECT_EQ(RowAdjustable(model, 0, G), 1u);
@@ -214,7 +214,7 @@ TEST(Rows, AccessorsGiveTheMarkerOutOfRange) {
 }
 
 TEST(Rows, FixingAllPassesCouplingBy) {
-  Tables tables;
+  FreshTables tables;
   Model* const model = CreateModel(tables);
   Model* const other = CreateModel(tables);
   SetCoupling(tables, Cell(*model, 0, Wo), 2);
@@ -228,7 +228,7 @@ TEST(Rows, FixingAllPassesCouplingBy) {
 }
 
 TEST(SetValue, HoldsLimitsAndTheClampWithTheirCodes) {
-  Tables tables;
+  FreshTables tables;
   ModelParam param;
   param.min = 2;
   param.max = 5;
@@ -253,7 +253,7 @@ TEST(SetValue, HoldsLimitsAndTheClampWithTheirCodes) {
 }
 
 TEST(Coupling, AChangeCopiesTheWholeRecordOverEveryMember) {
-  Tables tables;
+  FreshTables tables;
   Model* const a = CreateModel(tables);
   Model* const b = CreateModel(tables);
   ModelParam& first = Cell(*a, 0, Wp);
@@ -278,7 +278,7 @@ TEST(Coupling, AChangeCopiesTheWholeRecordOverEveryMember) {
 }
 
 TEST(Coupling, JoiningAGroupTakesTheRecordOfItsFirstMember) {
-  Tables tables;
+  FreshTables tables;
   Model* const a = CreateModel(tables);
   Model* const b = CreateModel(tables);
   tables.ExpParams[0].coupling = 4;
@@ -292,7 +292,7 @@ TEST(Coupling, JoiningAGroupTakesTheRecordOfItsFirstMember) {
 }
 
 TEST(Coupling, AFirstMemberKeepsItsRecordAndAGroupAbove24IsNone) {
-  Tables tables;
+  FreshTables tables;
   Model* const a = CreateModel(tables);
   SetCoupling(tables, a->epsInf, 24);
   EXPECT_EQ(a->epsInf.coupling, 24u);
@@ -304,7 +304,7 @@ TEST(Coupling, AFirstMemberKeepsItsRecordAndAGroupAbove24IsNone) {
 }
 
 TEST(Coupling, SettingTheFlagReachesTheGroupToo) {
-  Tables tables;
+  FreshTables tables;
   Model* const a = CreateModel(tables);
   SetCoupling(tables, Cell(*a, 0, Wo), 1);
   SetCoupling(tables, Cell(*a, 0, Wp), 1);

@@ -1,4 +1,4 @@
-// All numbers that evaluations and fits leave in a program, for comparisons to the last bit.
+// All numbers that evaluations and fits leave in the tables, for comparisons to the last bit.
 #pragma once
 
 #include <cstring>
@@ -14,22 +14,22 @@ inline void AddNumbersOf(const ModelParam& param, std::vector<double>& numbers) 
   numbers.insert(numbers.end(), slopes.dQuantity.begin(), slopes.dQuantity.end());
 }
 
-inline std::vector<double> NumbersLeftIn(const Tables& program) {
+inline std::vector<double> NumbersLeftIn(const Tables& tables) {
   std::vector<double> numbers;
-  for (const Model& model : program.params.models) {
+  for (const Model& model : tables.params.models) {
     if (model.number != 0) ForEachParam(model, [&](const ModelParam& param) { AddNumbersOf(param, numbers); });
   }
-  for (const ModelParam& param : program.params.ExpParams) AddNumbersOf(param, numbers);
-  for (const Quantity& of : program.eval.quantities) {
+  for (const ModelParam& param : tables.params.ExpParams) AddNumbersOf(param, numbers);
+  for (const Quantity& of : tables.eval.quantities) {
     for (const double number :
          {static_cast<double>(of.wanted), of.value, of.dRe, of.dIm, of.dScalar, of.dMuRe, of.dMuIm}) {
       numbers.push_back(number);
     }
     numbers.insert(numbers.end(), of.dExp.begin(), of.dExp.end());
   }
-  for (const ChiSqTerm& term : program.fit.list.terms) numbers.push_back(term.termChiSq);
-  for (const double number : {program.fit.TotalChiSq, program.fit.Lambda, program.fit.ChiSqChange,
-                              static_cast<double>(program.fit.IterationCount)}) {
+  for (const ChiSqTerm& term : tables.fit.list.terms) numbers.push_back(term.termChiSq);
+  for (const double number : {tables.fit.TotalChiSq, tables.fit.Lambda, tables.fit.ChiSqChange,
+                              static_cast<double>(tables.fit.IterationCount)}) {
     numbers.push_back(number);
   }
   return numbers;

@@ -4,9 +4,9 @@
 #include <complex>
 #include <numbers>
 
+#include "support/called_term.h"
 #include "support/difference_quotient.h"
 #include "support/tolerances.h"
-#include "terms/called_term.h"
 
 namespace kalvex {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 using Std = std::complex<double>;
 constexpr double kPi = std::numbers::pi;
 constexpr double kKelvinInWavenumbers = 0.6950788589157977;
-constexpr int kRecord = 20;
+constexpr int kCode = 41;
 
 // A spectrum of one narrow peak at 300 cm-1, of area 30.
 class BosonCoupling : public testing::Test {
@@ -28,7 +28,7 @@ class BosonCoupling : public testing::Test {
     called = Called(in);
     called.environment.datasets = &table;
     called.environment.dcFlag = dc;
-    return called.Value(kRecord, w);
+    return called.Value(kCode, w);
   }
   // M of eps = -Wp^2/(w (w + i (G + M))).
   Std Memory(const Values& in, double w) {

@@ -10,7 +10,7 @@
 
 #include "support/difference_quotient.h"
 #include "support/tolerances.h"
-#include "terms/factorised.h"
+#include "terms/term_table.h"
 
 namespace kalvex {
 namespace {
@@ -43,7 +43,7 @@ void ExpectSlopes(Caller caller, double w) {
   caller.At(w);
   const std::vector<Cplx> slopes = caller.slopes;
   for (std::size_t i = 0; i < slopes.size(); ++i) {
-    if (caller.calc == CalcFactorised && (i == 1 || i == 2)) continue;  // the counts are no parameters
+    if (caller.calc == kFactorised.calc && (i == 1 || i == 2)) continue;  // the counts are no parameters
     const auto part = [&](bool imaginary) {
       return [&caller, i, w, imaginary](double x) {
         const double before = std::exchange(caller.values[i], x);
@@ -116,46 +116,46 @@ TEST(Factorised, IsTheQuotientOfProducts) {
     const double w = value(random);
     const Std expected = in[0] * DenominatorAt(w, in[3], in[4]) * DenominatorAt(w, in[5], in[6]) /
                          (DenominatorAt(w, in[7], in[8]) * DenominatorAt(w, in[9], in[10]));
-    const Cplx z = Caller(CalcFactorised, in).At(w);
+    const Cplx z = Caller(kFactorised.calc, in).At(w);
     EXPECT_CLOSE(z.re, expected.real(), kChain);
     EXPECT_CLOSE(z.im, expected.imag(), kChain);
-    ExpectSlopes(Caller(CalcFactorised, in), w);
+    ExpectSlopes(Caller(kFactorised.calc, in), w);
   }
 }
 
 TEST(Factorised, WithoutFactorsItIsTheBaseValue) {
-  Caller caller(CalcFactorised, {4.5, 0, 0});
+  Caller caller(kFactorised.calc, {4.5, 0, 0});
   EXPECT_EQ(caller.At(100), (Cplx{4.5, 0}));
   EXPECT_EQ(caller.slopes[0], (Cplx{1, 0}));
 }
 
 TEST(Factorised, WithEqualWidthsAPairIsAnOscillator) {
   const double A = 11, LO = 292, TO = 268, G = 2.4, w = 271;
-  const Cplx pair = Caller(CalcFactorised, {A, 1, 1, LO, G, TO, G}).At(w);
+  const Cplx pair = Caller(kFactorised.calc, {A, 1, 1, LO, G, TO, G}).At(w);
   const Std oscillator = A + A * (LO * LO - TO * TO) / DenominatorAt(w, TO, G);
   EXPECT_CLOSE(pair.re, oscillator.real(), kChain);
   EXPECT_CLOSE(pair.im, oscillator.imag(), kChain);
 }
 
 TEST(Factorised, UnequalCountsWriteNothing) {
-  Caller caller(CalcFactorised, {4, 1, 2, 100, 5, 90, 5, 80, 5});
+  Caller caller(kFactorised.calc, {4, 1, 2, 100, 5, 90, 5, 80, 5});
   caller.result = {3, 4};
   EXPECT_EQ(caller.At(100), (Cplx{3, 4}));
   EXPECT_EQ(caller.status, -1);
 }
 
 TEST(Factorised, AFailedDenominatorGivesTheMarkerAndNoSlopes) {
-  Caller caller(CalcFactorised, {4, 1, 1, 100, 5, 90, 0});
+  Caller caller(kFactorised.calc, {4, 1, 1, 100, 5, 90, 0});
   caller.slopes.assign(7, {9, 9});
   EXPECT_EQ(caller.At(90), (Cplx{1e30, 1e30}));
   for (const std::size_t i : {0u, 3u, 4u, 5u, 6u}) EXPECT_EQ(caller.slopes[i], (Cplx{0, 0}));
 }
 
 TEST(Factorised, AVanishingNumeratorOrBaseHasSlopeZeroInPlaceOfAQuotient) {
-  Caller caller(CalcFactorised, {4, 1, 1, 100, 0, 90, 5});
+  Caller caller(kFactorised.calc, {4, 1, 1, 100, 0, 90, 5});
   EXPECT_EQ(caller.At(100), (Cplx{0, 0}));
   EXPECT_EQ(caller.slopes[3], (Cplx{0, 0}));
-  Caller zero(CalcFactorised, {0, 1, 1, 100, 5, 90, 5});
+  Caller zero(kFactorised.calc, {0, 1, 1, 100, 5, 90, 5});
   zero.At(100);
   EXPECT_EQ(zero.slopes[0], (Cplx{0, 0}));
 }

@@ -4,9 +4,9 @@
 #include <complex>
 #include <numbers>
 
+#include "support/called_term.h"
 #include "support/difference_quotient.h"
 #include "support/tolerances.h"
-#include "terms/called_term.h"
 #include "terms/gap_table.h"
 
 namespace kalvex {
@@ -14,7 +14,8 @@ namespace {
 
 using Std = std::complex<double>;
 
-constexpr int kTwoFluid = 6, kOfTc = 7, kOfGap = 8;
+// First codes.
+constexpr int kTwoFluid = 20, kOfTc = 7, kOfGap = 23;
 
 Std Drude(double w, double Wp, double G) { return -Wp * Wp / Std(w * w, w * G); }
 
@@ -42,9 +43,9 @@ Elliptic EllipticOf(double k) {
 }
 
 // Real conductivity over that of the normal state.
-double ReducedS1(int record, const Values& in, double w) {
+double ReducedS1(int code, const Values& in, double w) {
   const double normal = in[0] * in[0] / (60 * in[1]);
-  return w * Called(in).Value(record, w).im / 60 / normal;
+  return w * Called(in).Value(code, w).im / 60 / normal;
 }
 
 TEST(Superconductor, WithoutAGapOrAboveTcItIsADrudeMetal) {
@@ -102,16 +103,16 @@ TEST(Superconductor, DerivativesAgreeWithDifferenceQuotients) {
                                           {kOfTc, {5000, 80, 9, 20}},
                                           {kOfGap, {5000, 80, 40, 9}},
                                           {kOfGap, {5000, 15, 40, 3}}};
-  for (const auto& [record, in] : cases) {
+  for (const auto& [code, in] : cases) {
     for (const double w : {11.0, 35.0, 90.0}) {
       Called called(in);
-      called.Value(record, w);
+      called.Value(code, w);
       const auto slopes = called.slopes;
       for (std::size_t i = 0; i < in.size(); ++i) {
-        const auto part = [&, r = record](bool imaginary) {
-          return [&, r, imaginary](double x) {
+        const auto part = [&, c = code](bool imaginary) {
+          return [&, c, imaginary](double x) {
             called.values[i] = x;
-            const Cplx z = called.Value(r, w);
+            const Cplx z = called.Value(c, w);
             called.values[i] = in[i];
             return imaginary ? z.im : z.re;
           };
@@ -119,8 +120,8 @@ TEST(Superconductor, DerivativesAgreeWithDifferenceQuotients) {
         const SlopeEstimate re = RiddersSlope(part(false), in[i], 0.05 * in[i]),
                             im = RiddersSlope(part(true), in[i], 0.05 * in[i]);
         const double size = std::fabs(re.value) + std::fabs(im.value);
-        EXPECT_NEAR(slopes[i].re, re.value, 20 * re.error + 1e-6 * size) << record << ' ' << i << ' ' << w;
-        EXPECT_NEAR(slopes[i].im, im.value, 20 * im.error + 1e-6 * size) << record << ' ' << i << ' ' << w;
+        EXPECT_NEAR(slopes[i].re, re.value, 20 * re.error + 1e-6 * size) << code << ' ' << i << ' ' << w;
+        EXPECT_NEAR(slopes[i].im, im.value, 20 * im.error + 1e-6 * size) << code << ' ' << i << ' ' << w;
       }
     }
   }

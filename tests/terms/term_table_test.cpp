@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
+
+#include "records/row_code.h"
 
 namespace kalvex {
 namespace {
@@ -77,28 +81,60 @@ std::vector<std::pair<int, int>> Expanded(const std::string& inputs) {
 }
 
 TEST(TermTable, IdsAndInputsOfAll72RecordsAreAsListed) {
-  ASSERT_EQ(ExpectedRows().size(), TermTable.size());
-  for (std::size_t r = 0; r < TermTable.size(); ++r) {
+  ASSERT_EQ(ExpectedRows().size(), kTermRecords);
+  for (std::size_t r = 0; r < kTermRecords; ++r) {
     const Row& expected = ExpectedRows()[r];
-    const TermRecord& record = TermTable[r];
-    ASSERT_EQ(record.nIds, expected.nIds) << r;
-    for (int i = 0; i < record.nIds; ++i)
-      EXPECT_EQ(record.Ids()[static_cast<std::size_t>(i)], expected.firstId + i) << r;
+    const TermRecord& record = *TermTable[r];
+    EXPECT_EQ(record.nIds, expected.nIds) << r;
+    EXPECT_EQ(record.firstId, expected.firstId) << r;
     const auto inputs = Expanded(expected.inputs);
-    ASSERT_EQ(record.Inputs().size(), inputs.size()) << r;
+    ASSERT_EQ(record.inputs.size(), inputs.size()) << r;
     for (std::size_t i = 0; i < inputs.size(); ++i) {
-      EXPECT_EQ(record.Inputs()[i].idIndex, inputs[i].first) << r << ' ' << i;
-      EXPECT_EQ(record.Inputs()[i].column, inputs[i].second) << r << ' ' << i;
+      EXPECT_EQ(record.inputs[i].idIndex, inputs[i].first) << r << ' ' << i;
+      EXPECT_EQ(record.inputs[i].column, inputs[i].second) << r << ' ' << i;
     }
   }
 }
 
+TEST(TermTable, OnlyTheFactorisedRecordTakesFactorRowsAndOnlyOneReplacesTheRealPart) {
+  for (const TermRecord* const record : TermTable) {
+    EXPECT_EQ(record->factors.empty(), record->firstId != kBaseRow) << record->firstId;
+    EXPECT_EQ(record->replacesRealPart, record->firstId == 220) << record->firstId;
+  }
+}
+
+bool Overlap(const TermRecord& a, const TermRecord& b) {
+  return a.firstId < b.firstId + b.nIds && b.firstId < a.firstId + a.nIds;
+}
+
+TEST(TermTable, ACodeStandsInOneRecordUnlessBothSayThatTheyShareIt) {
+  for (const TermRecord* const a : TermTable) {
+    const auto overlaps = std::count_if(std::begin(TermTable), std::end(TermTable),
+                                        [&](const TermRecord* b) { return a != b && Overlap(*a, *b); });
+    EXPECT_EQ(overlaps > 0, a->sharesCodes) << a->firstId;
+    for (const FactorRow& factor : kFactorised.factors) EXPECT_FALSE(a->HasId(factor.code)) << a->firstId;
+  }
+}
+
+// A term is named by the first code of its record in its page's file and on the command line.
+TEST(TermTable, NoTwoRecordsBeginWithTheSameCode) {
+  std::set<int> first;
+  for (const TermRecord* const record : TermTable) EXPECT_TRUE(first.insert(record->firstId).second) << record->firstId;
+}
+
+// The slots of the record with a first code.
 struct Slots : TermSlots {
   Slots() { ClearSlots(*this); }
+  const auto& Of(int firstId) const {
+    std::size_t r = 0;
+    while (TermTable[r]->firstId != firstId) ++r;
+    return row[r];
+  }
+  // First codes of the complete records, in the order of the table.
   std::vector<int> Complete() const {
     std::vector<int> complete;
-    for (int r = 0; r < kTermRecords; ++r) {
-      if (IsComplete(*this, r)) complete.push_back(r);
+    for (std::size_t r = 0; r < kTermRecords; ++r) {
+      if (IsComplete(*this, r)) complete.push_back(TermTable[r]->firstId);
     }
     return complete;
   }
@@ -108,7 +144,7 @@ TEST(TermSlots, CodeNineAloneIsComplete) {
   Slots slots;
   FillSlots(slots, 9, 4);
   EXPECT_EQ(slots.Complete(), std::vector<int>{9});
-  EXPECT_EQ(slots.row[9][0], 4);
+  EXPECT_EQ(slots.Of(9)[0], 4);
 }
 
 TEST(TermSlots, OneOfTwoIsNotComplete) {
@@ -121,19 +157,19 @@ TEST(TermSlots, TheLaterRowOfACodeCounts) {
   Slots slots;
   FillSlots(slots, 9, 0);
   FillSlots(slots, 9, 7);
-  EXPECT_EQ(slots.row[9][0], 7);
+  EXPECT_EQ(slots.Of(9)[0], 7);
 }
 
 TEST(TermSlots, Codes60And61CompleteOnlyTheirOwnRecord) {
   Slots slots;
   FillSlots(slots, 60, 0);
   FillSlots(slots, 61, 1);
-  EXPECT_EQ(slots.Complete(), std::vector<int>{68});
-  EXPECT_EQ(slots.row[27][1], 0);
-  EXPECT_EQ(slots.row[28][0], 1);
+  EXPECT_EQ(slots.Complete(), std::vector<int>{60});
+  EXPECT_EQ(slots.Of(59)[1], 0);
+  EXPECT_EQ(slots.Of(61)[0], 1);
   FillSlots(slots, 59, 2);
   FillSlots(slots, 62, 3);
-  EXPECT_EQ(slots.Complete(), (std::vector<int>{27, 28, 68}));
+  EXPECT_EQ(slots.Complete(), (std::vector<int>{59, 61, 60}));
 }
 
 TEST(TermSlots, UnknownAndFactorCodesFillNothing) {

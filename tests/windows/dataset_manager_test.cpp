@@ -11,11 +11,11 @@ class DatasetManagers : public OpenWindows {
   DatasetManagers() : inside(folder.Name()) {
     Fill(2, "R_film.dat");
     Fill(11, "beyond.dat");
-    OpenDatasetManager(manager(), program.datasets);
+    OpenDatasetManager(desk);
   }
-  DatasetManager& manager() { return program.datasetManager; }
+  DatasetManager& manager() { return desk.datasetManager; }
   ManagerRow& Row(int slot) { return manager().rows[static_cast<std::size_t>(slot - 1)]; }
-  Dataset& Slot(int slot) { return *DatasetInSlot(program.datasets, slot); }
+  Dataset& Slot(int slot) { return *DatasetInSlot(datasets, slot); }
 
   ScratchFolder folder;
   InFolder inside;
@@ -33,77 +33,81 @@ TEST_F(DatasetManagers, ShowLoadedAndFreeSlots) {
   EXPECT_FALSE(Row(1).enabled);
 }
 
-TEST_F(DatasetManagers, UnloadingTellsGraphsAndThenTheFit) {
-  PressDatasetButton(desk(), 2);
-  EXPECT_EQ(Heard(), (Texts{"0:1", "fit: dataset gone 1"}));
+TEST_F(DatasetManagers, UnloadingIsHeardByTheFitAndByTheRows) {
+  PressDatasetButton(desk, 2);
+  EXPECT_EQ(Heard(), (Texts{"terms", "dataset unloaded 1"}));
   EXPECT_EQ(Row(2).button, "Load");
   EXPECT_TRUE(manager().unloadAll);  // there is one that has no row here
-  PressUnloadAll(desk());
-  EXPECT_EQ(Heard(), (Texts{"0:2", "fit: dataset gone 2"}));
+  PressUnloadAll(desk);
+  EXPECT_EQ(Heard(), (Texts{"terms", "dataset unloaded 2"}));
   EXPECT_FALSE(manager().unloadAll);
 }
 
 TEST_F(DatasetManagers, ACutIsAppliedWithEveryCharacter) {
-  TypeCutMin(desk(), 2, "3");
-  TypeCutMin(desk(), 2, "35");
+  TypeCutMin(desk, 2, "3");
+  TypeCutMin(desk, 2, "35");
   EXPECT_EQ(Slot(2).CutMin, 35);
   EXPECT_EQ(Row(2).points, "7");
-  TypeCutMin(desk(), 2, "35.");
+  TypeCutMin(desk, 2, "35.");
   EXPECT_EQ(Row(2).cutMin, "35.");  // what is typed stays as it is typed
-  TypeCutMax(desk(), 2, "ab");
+  TypeCutMax(desk, 2, "ab");
   EXPECT_EQ(Slot(2).CutMax, 0);
   EXPECT_EQ(Row(2).points, "0");
   Texts expected;
-  for (int i = 0; i < 4; ++i) expected.insert(expected.end(), {"1:1", "fit: dataset changed 1"});
+  for (int i = 0; i < 4; ++i) expected.insert(expected.end(), {"dataset 1", "fit"});
   EXPECT_EQ(Heard(), expected);
 }
 
 TEST_F(DatasetManagers, FillingAFieldIsNoEdit) {
   Slot(2).CutMin = 10.0000001;
-  TypeCutMin(desk(), 2, Row(2).cutMin);
+  TypeCutMin(desk, 2, Row(2).cutMin);
   EXPECT_EQ(Slot(2).CutMin, 10.0000001);
   EXPECT_TRUE(Heard().empty());
 }
 
-TEST_F(DatasetManagers, AChosenQuantityIsToldToNobody) {
-  ChooseQuantity(desk(), 2, 7);
+TEST_F(DatasetManagers, AChosenQuantityIsHeardByNeitherTheFitNorTheGraphs) {
+  GraphsHeard();
+  Heard();
+  ChooseQuantity(desk, 2, 7);
   EXPECT_EQ(Slot(2).Quantity, 7);
-  EXPECT_TRUE(Heard().empty());
-  ChooseQuantity(desk(), 2, 15);
-  ChooseQuantity(desk(), 2, -1);
-  ChooseQuantity(desk(), 3, 7);
+  EXPECT_EQ(Row(2).quantity, 7);
+  EXPECT_EQ(Heard(), Texts{"dataset 1"});
+  EXPECT_FALSE(GraphsHeard());
+  ChooseQuantity(desk, 2, 15);
+  ChooseQuantity(desk, 2, -1);
+  ChooseQuantity(desk, 3, 7);
   EXPECT_EQ(Slot(2).Quantity, 7);
   EXPECT_EQ(Slot(3).Quantity, 0);
 }
 
 TEST_F(DatasetManagers, OnlyTenSlotsHaveARow) {
-  PressDatasetButton(desk(), 11);
-  PressDatasetButton(desk(), 0);
-  TypeCutMin(desk(), 11, "50");
+  PressDatasetButton(desk, 11);
+  PressDatasetButton(desk, 0);
+  TypeCutMin(desk, 11, "50");
   EXPECT_EQ(Slot(11).id, 2u);
   EXPECT_EQ(Slot(11).CutMin, 10);
-  EXPECT_FALSE(program.loadDialog.open);
+  EXPECT_FALSE(desk.loadDialog.open);
 }
 
 TEST_F(DatasetManagers, OpeningAgainBringsItToTheFront) {
   manager().wantsFront = false;
-  OpenDatasetManager(manager(), program.datasets);
+  OpenDatasetManager(desk);
   EXPECT_TRUE(manager().wantsFront);
-  CloseDatasetManager(desk());
+  CloseDatasetManager(desk);
   EXPECT_FALSE(manager().open);
 }
 
 TEST_F(DatasetManagers, DuringARunNothingCanBeChanged) {
-  program.fit.FitRunning = true;
-  PressDatasetButton(desk(), 2);
-  PressDatasetButton(desk(), 3);
-  PressUnloadAll(desk());
-  TypeCutMin(desk(), 2, "50");
-  ChooseQuantity(desk(), 2, 5);
+  fit.FitRunning = true;
+  PressDatasetButton(desk, 2);
+  PressDatasetButton(desk, 3);
+  PressUnloadAll(desk);
+  TypeCutMin(desk, 2, "50");
+  ChooseQuantity(desk, 2, 5);
   EXPECT_EQ(Slot(2).id, 1u);
   EXPECT_EQ(Slot(2).CutMin, 10);
   EXPECT_EQ(Slot(2).Quantity, 0);
-  EXPECT_FALSE(program.loadDialog.open);
+  EXPECT_FALSE(desk.loadDialog.open);
   EXPECT_TRUE(Heard().empty());
 }
 
@@ -111,9 +115,9 @@ class LoadDialogs : public DatasetManagers {
  protected:
   LoadDialogs() {
     folder.Write("e1.dat", "head\n1 5 0.1\n2 6 0.1\n3 7 0.1\n");
-    PressDatasetButton(desk(), 3);
+    PressDatasetButton(desk, 3);
   }
-  LoadDialog& dialog() { return program.loadDialog; }
+  LoadDialog& dialog() { return desk.loadDialog; }
 };
 
 TEST_F(LoadDialogs, TheTitleEndsInTheSlot) { EXPECT_EQ(dialog().title, "Load Dataset # 3"); }
@@ -145,13 +149,13 @@ TEST_F(LoadDialogs, AControlAnswersOnlyWhileItsChoiceIsMade) {
 
 TEST_F(LoadDialogs, BrowsingFillsThePathAndRemembersTheFolder) {
   chosenFile = "deep/down/e1.dat";
-  BrowseForFile(desk(), LoadFile::kMaster);
-  BrowseForFile(desk(), LoadFile::kX);  // does not answer yet
+  BrowseForFile(desk, LoadFile::kMaster);
+  BrowseForFile(desk, LoadFile::kX);  // does not answer yet
   dialog().xMethod = XSource::kFile;
   dialog().yErrMethod = ErrorSource::kFile;
-  BrowseForFile(desk(), LoadFile::kX);
+  BrowseForFile(desk, LoadFile::kX);
   chosenFile.reset();
-  BrowseForFile(desk(), LoadFile::kYErr);
+  BrowseForFile(desk, LoadFile::kYErr);
   EXPECT_EQ(dialog().masterFile, "deep/down/e1.dat");
   EXPECT_EQ(dialog().xFile, "deep/down/e1.dat");
   EXPECT_EQ(dialog().yErrFile, "");
@@ -169,7 +173,7 @@ TEST_F(LoadDialogs, OkReadsAllControlsAndLoads) {
   dialog().yVal = "2.5";
   dialog().yErrMethod = ErrorSource::kFixed;
   dialog().yErrVal = "0.5";
-  AcceptLoadDialog(desk());
+  AcceptLoadDialog(desk);
   EXPECT_FALSE(dialog().open);
   ASSERT_EQ(Slot(3).points.size(), 3u);
   EXPECT_DOUBLE_EQ(Slot(3).points[1].x, 2);
@@ -177,44 +181,44 @@ TEST_F(LoadDialogs, OkReadsAllControlsAndLoads) {
   EXPECT_EQ(Slot(3).points[1].sigma, 0.5);
   EXPECT_EQ(Row(3).button + ' ' + Row(3).name + ' ' + Row(3).points, "Unload e1.dat 3");
   EXPECT_EQ(Row(3).quantity, 5);
-  EXPECT_TRUE(Heard().empty());
+  EXPECT_EQ(Heard(), Texts{"dataset loaded 3"});
 }
 
 TEST_F(LoadDialogs, AFailureIsShownAndTheEntriesStay) {
   dialog().masterFile = "missing.dat";
   dialog().yVal = "7";
-  AcceptLoadDialog(desk());
+  AcceptLoadDialog(desk);
   EXPECT_EQ(messages, Texts{"Error: Cannot open master file."});
   EXPECT_TRUE(dialog().open);
   EXPECT_EQ(dialog().masterFile, "missing.dat");
   EXPECT_EQ(dialog().yVal, "7");
   dialog().masterFile = "e1.dat";
-  AcceptLoadDialog(desk());
+  AcceptLoadDialog(desk);
   EXPECT_FALSE(dialog().open);
 }
 
 TEST_F(LoadDialogs, GoWithTheManager) {
   dialog().masterFile = "missing.dat";
-  AcceptLoadDialog(desk());
-  CloseDatasetManager(desk());
+  AcceptLoadDialog(desk);
+  CloseDatasetManager(desk);
   EXPECT_FALSE(dialog().open);
   EXPECT_EQ(Slot(3).MasterFile, "");
 }
 
 TEST_F(LoadDialogs, LoadNothingDuringARun) {
   dialog().masterFile = "e1.dat";
-  program.fit.FitRunning = true;
-  AcceptLoadDialog(desk());
+  fit.FitRunning = true;
+  AcceptLoadDialog(desk);
   EXPECT_TRUE(dialog().open);
   EXPECT_TRUE(Slot(3).points.empty());
 }
 
 TEST_F(LoadDialogs, CancelLosesTheEntries) {
   dialog().masterFile = "missing.dat";
-  AcceptLoadDialog(desk());
-  CancelLoadDialog(desk());
+  AcceptLoadDialog(desk);
+  CancelLoadDialog(desk);
   EXPECT_FALSE(dialog().open);
-  PressDatasetButton(desk(), 3);
+  PressDatasetButton(desk, 3);
   EXPECT_EQ(dialog().masterFile, "");
 }
 
@@ -222,11 +226,11 @@ TEST_F(LoadDialogs, ALoadThatFailsAtItsLastCheckLeavesANamelessDatasetThatCanBeU
   dialog().masterFile = "e1.dat";
   dialog().yErrMethod = ErrorSource::kFixed;
   dialog().yErrVal = "0";
-  AcceptLoadDialog(desk());
+  AcceptLoadDialog(desk);
   EXPECT_EQ(messages, Texts{"Error: YErr should be larger than 0."});
   EXPECT_EQ(Row(3).button, "Unload");
   EXPECT_EQ(Row(3).name, "");
-  PressDatasetButton(desk(), 3);
+  PressDatasetButton(desk, 3);
   EXPECT_EQ(Row(3).button, "Load");
   EXPECT_TRUE(Slot(3).points.empty());
 }

@@ -8,9 +8,7 @@ namespace {
 
 class FileDialogs : public OpenWindows {
  protected:
-  std::optional<std::string> Ask(const FileQuestion& question) {
-    return AskFile(program.platform, program.fileFolder, question);
-  }
+  std::optional<std::string> Ask(const FileQuestion& question) { return AskFile(desk, question); }
 };
 
 TEST_F(FileDialogs, OpenWhereTheLastOneOfThisRunEnded) {
@@ -31,14 +29,17 @@ TEST_F(FileDialogs, AddTheExtensionToANameThatIsSavedWithoutOne) {
 }
 
 TEST(FileDialogsWithoutAScreen, AreCancelled) {
-  std::string folder = "kept/";
-  EXPECT_FALSE(AskFile(HeadlessPlatform(), folder, texts::kBrowseFile).has_value());
-  EXPECT_EQ(folder, "kept/");
+  HeadlessPlatform platform;
+  Session session(platform);
+  Desk desk(session);
+  desk.fileFolder = "kept/";
+  EXPECT_FALSE(AskFile(desk, texts::kBrowseFile).has_value());
+  EXPECT_EQ(desk.fileFolder, "kept/");
 }
 
 TEST(TheProgramsFolder, IsThatOfTheRunningFile) {
-  const Platform platform = HeadlessPlatform();
-  const std::string folder = platform.programFolder(platform.self);
+  HeadlessPlatform platform;
+  const std::string folder = platform.ProgramFolder();
   EXPECT_TRUE(folder.ends_with("/tests/")) << folder;
 }
 

@@ -2,96 +2,96 @@
 
 #include "windows/fit_window.h"
 #include "windows/fit_windows.h"
-#include "windows/redraw.h"
 
 namespace kalvex {
 namespace {
 
-TEST_F(FitWindows, NoticesRemoveTermsAndRebuildTheLists) {
-  s.Term(1, 1);
-  s.Term(2, 2);
-  s.Term(2, 3);
-  NotifyFit(s.program.notices, FitNotice::kDatasetGone, 1);
+TEST_F(FitWindows, ChangesElsewhereRemoveTermsAndRebuildTheLists) {
+  Term(1, 1);
+  Term(2, 2);
+  Term(2, 3);
+  session.UnloadDataset(1).Ignore();
   EXPECT_EQ(terms().size(), 2u);
-  CloseModel(s.program, 3);
+  session.CloseModel(3).Ignore();
   EXPECT_EQ(terms().size(), 1u);
-  s.program.datasets.slots[1].lastActive = 9;
-  NotifyFit(s.program.notices, FitNotice::kDatasetChanged, 2);
-  EXPECT_EQ(CountFitPoints(s.fit()), 10u);
-  FixAll(&s.model(2), true);
-  NotifyFit(s.program.notices, FitNotice::kModelParamsChanged);
-  EXPECT_EQ(s.fit().NumFitParams, 0);
+  datasets.slots[1].lastActive = 9;
+  session.TransformDataset(2, 1, 0).Ignore();
+  EXPECT_EQ(CountFitPoints(fit), 10u);
+  session.FixAllParams(2, true).Ignore();
+  EXPECT_EQ(fit.NumFitParams, 0);
 }
 
 TEST_F(FitWindows, ChiSqFollowsAParameterOnlyWithAutoUpdateButAlwaysARequest) {
-  s.Term(1, 1);
-  EXPECT_EQ(s.fit().TotalChiSq, 0);
-  s.program.AutoScreenUpdate = false;
-  s.model(1).epsInf.value = 5;
-  RefreshModelWindow(s.program.notices, s.model(1));
-  EXPECT_EQ(s.fit().TotalChiSq, 0);
-  NotifyFit(s.program.notices, FitNotice::kRecompute);
-  const double now = s.fit().TotalChiSq;
+  Term(1, 1);
+  EXPECT_EQ(fit.TotalChiSq, 0);
+  session.SetAutoScreenUpdate(false).Ignore();
+  session.SetParam(ParamRef::EpsInf(1), {.value = 5}).Ignore();
+  EXPECT_EQ(fit.TotalChiSq, 0);
+  session.Recompute().Ignore();
+  const double now = fit.TotalChiSq;
   EXPECT_GT(now, 0);
-  s.program.AutoScreenUpdate = true;
-  s.model(1).epsInf.value = 9;
-  RefreshModelWindow(s.program.notices, s.model(1), true);  // quiet
-  EXPECT_EQ(s.fit().TotalChiSq, now);
-  NotifyFit(s.program.notices, FitNotice::kExpParamsChanged);
-  EXPECT_NE(s.fit().TotalChiSq, now);
+  session.SetAutoScreenUpdate(true).Ignore();
+  model(1).epsInf.value = 9;
+  session.RedrawModel(1);
+  EXPECT_EQ(fit.TotalChiSq, now);
+  session.SetParam(ParamRef::Exp(kAngleOfIncidence), {.value = 10}).Ignore();
+  EXPECT_NE(fit.TotalChiSq, now);
 }
 
 TEST_F(FitWindows, WhileClosedNothingArrives) {
-  s.Term(1, 1);
-  s.program.fitWindow.open = false;
-  NotifyFit(s.program.notices, FitNotice::kDatasetGone, 1);
+  Term(1, 1);
+  CloseFitWindow(desk);
+  session.UnloadDataset(1).Ignore();
   EXPECT_EQ(terms().size(), 1u);
-  OpenFitWindow(desk());
-  EXPECT_TRUE(s.program.fitWindow.open);
+  OpenFitWindow(desk);
+  EXPECT_TRUE(desk.fitWindow.open);
 }
 
 // Every list is out of date: a cut dataset, a parameter fixed and one changed.
 class FitNotices : public FitWindows {
  protected:
   FitNotices() {
-    s.Term(1, 1);
-    s.Term(2, 2);
+    Term(1, 1);
+    Term(2, 2);
     MakeStale();
   }
   void MakeStale() {
-    s.program.datasets.slots[0].lastActive = 9;
-    Cell(s.model(1), 0, G).adjustable = 0;
-    s.model(1).epsInf.value = 5;
-    s.fit().UndoAvailable = true;
+    datasets.slots[0].lastActive = 9;
+    Cell(model(1), 0, G).adjustable = 0;
+    model(1).epsInf.value = 5;
+    fit.UndoAvailable = true;
   }
-  bool PointsAreNew() { return CountFitPoints(s.fit()) == 70; }
-  bool ParamsAreNew() { return s.fit().NumFreeParams == 7; }
-  bool ChiSqIsNew() { return s.fit().TotalChiSq > 0; }
-  void Send(FitNotice notice, std::uint32_t id = 0) { NotifyFit(s.program.notices, notice, id); }
+  bool PointsAreNew() { return CountFitPoints(fit) == 70; }
+  bool ParamsAreNew() { return fit.NumFreeParams == 7; }
+  bool ChiSqIsNew() { return fit.TotalChiSq > 0; }
+  // Changes that leave everything as it is, so that only what they set off is seen.
+  void ChangeDataset() { session.TransformDataset(1, 1, 0).Ignore(); }
+  void ChangeModel() { session.SetParam(ParamRef::EpsInf(2), {.value = 3}).Ignore(); }
+  void ChangeExpParam() { session.SetParam(ParamRef::Exp(kAngleOfIncidence), {.value = 80}).Ignore(); }
 };
 
 TEST_F(FitNotices, BeforeAnyTheListsAreAsTheyWere) {
   EXPECT_FALSE(PointsAreNew() || ParamsAreNew() || ChiSqIsNew());
-  EXPECT_TRUE(s.fit().UndoAvailable);
+  EXPECT_TRUE(fit.UndoAvailable);
 }
 
 TEST_F(FitNotices, AChangedDatasetRenewsEverything) {
-  Send(FitNotice::kDatasetChanged, 1);
+  ChangeDataset();
   EXPECT_TRUE(PointsAreNew() && ParamsAreNew() && ChiSqIsNew());
-  EXPECT_FALSE(s.fit().UndoAvailable);
-  EXPECT_FALSE(s.program.fitWindow.lines[0].ends_with("\t0"));
+  EXPECT_FALSE(fit.UndoAvailable);
+  EXPECT_FALSE(desk.fitWindow.lines[0].ends_with("\t0"));
 }
 
 TEST_F(FitNotices, ChangedParametersLeaveThePointsAndWithoutAutoUpdateChiSq) {
-  for (const FitNotice notice : {FitNotice::kModelParamsChanged, FitNotice::kExpParamsChanged}) {
-    s.fit().TotalChiSq = 0;
-    s.program.AutoScreenUpdate = false;
-    Send(notice);
+  for (const auto change : {&FitNotices::ChangeModel, &FitNotices::ChangeExpParam}) {
+    fit.TotalChiSq = 0;
+    session.SetAutoScreenUpdate(false).Ignore();
+    (this->*change)();
     EXPECT_TRUE(ParamsAreNew());
     EXPECT_FALSE(PointsAreNew() || ChiSqIsNew());
-    EXPECT_FALSE(s.fit().UndoAvailable);
-    s.program.AutoScreenUpdate = true;
-    Send(notice);
+    EXPECT_FALSE(fit.UndoAvailable);
+    session.SetAutoScreenUpdate(true).Ignore();
+    (this->*change)();
     EXPECT_TRUE(ChiSqIsNew());
     EXPECT_FALSE(PointsAreNew());
     MakeStale();
@@ -99,71 +99,71 @@ TEST_F(FitNotices, ChangedParametersLeaveThePointsAndWithoutAutoUpdateChiSq) {
 }
 
 TEST_F(FitNotices, ARequestToRecomputeLeavesThePointsOnly) {
-  s.program.AutoScreenUpdate = false;
-  Send(FitNotice::kRecompute);
+  session.SetAutoScreenUpdate(false).Ignore();
+  session.Recompute().Ignore();
   EXPECT_TRUE(ParamsAreNew() && ChiSqIsNew());
   EXPECT_FALSE(PointsAreNew());
 }
 
 TEST_F(FitNotices, AnAddedTermRenewsEverything) {
-  s.Term(1, 3, 0);
+  Term(1, 3, 0);
   EXPECT_TRUE(PointsAreNew() && ParamsAreNew() && ChiSqIsNew());
 }
 
 TEST_F(FitNotices, ARemovedDatasetTakesAllItsTermsAlong) {
-  s.Term(1, 3);
-  terms()[0].selected = terms()[1].selected = true;
+  Term(1, 3);
+  Select({0, 1});
   terms()[1].weight = 4;
-  Send(FitNotice::kDatasetGone, 1);
+  session.UnloadDataset(1).Ignore();
   ASSERT_EQ(terms().size(), 1u);
   EXPECT_EQ(terms()[0].datasetId, 2u);
-  EXPECT_EQ(CountFitPoints(s.fit()), 60u);
-  EXPECT_EQ(s.program.fitWindow.lines.size(), 1u);
-  EXPECT_FALSE(terms()[0].selected);  // the list is filled anew
-  EXPECT_EQ(s.program.fitWindow.weightText, "");
+  EXPECT_EQ(CountFitPoints(fit), 60u);
+  EXPECT_EQ(desk.fitWindow.lines.size(), 1u);
+  EXPECT_FALSE(IsSelected(0));  // the list is filled anew
+  EXPECT_EQ(desk.fitWindow.weightText, "");
 }
 
 TEST_F(FitNotices, ARemovedModelTakesAllItsTermsAlong) {
-  s.Term(2, 1);
-  CloseModel(s.program, 1);
+  Term(2, 1);
+  session.CloseModel(1).Ignore();
   ASSERT_EQ(terms().size(), 1u);
   EXPECT_EQ(terms()[0].modelId, 2u);
-  EXPECT_EQ(s.fit().NumFreeParams, 4);
+  EXPECT_EQ(fit.NumFreeParams, 4);
 }
 
 TEST_F(FitNotices, OfStrangersRemoveNothingButRenewTheLists) {
-  Send(FitNotice::kDatasetGone, 77);
+  session.UnloadDataset(77).Ignore();
   EXPECT_EQ(terms().size(), 2u);
   EXPECT_TRUE(PointsAreNew());
 }
 
 TEST_F(FitNotices, WaitUntilTheWindowOpens) {
-  s.program.fitWindow.open = false;
-  for (const FitNotice notice : {FitNotice::kDatasetChanged, FitNotice::kModelParamsChanged, FitNotice::kRecompute,
-                                 FitNotice::kExpParamsChanged}) {
-    Send(notice);
-  }
-  Send(FitNotice::kModelGone, 1);
+  CloseFitWindow(desk);
+  ChangeDataset();
+  ChangeModel();
+  ChangeExpParam();
+  session.Recompute().Ignore();
+  session.CloseModel(3).Ignore();
   EXPECT_EQ(terms().size(), 2u);
   EXPECT_FALSE(PointsAreNew() || ParamsAreNew() || ChiSqIsNew());
-  OpenFitWindow(desk());
+  OpenFitWindow(desk);
   EXPECT_TRUE(PointsAreNew() && ParamsAreNew() && ChiSqIsNew());
 }
 
 TEST_F(FitNotices, AnOpenWindowIsNotOpenedAgain) {
-  OpenFitWindow(desk());
+  OpenFitWindow(desk);
   EXPECT_FALSE(PointsAreNew() || ParamsAreNew() || ChiSqIsNew());
 }
 
 TEST_F(FitNotices, CutDatasetsGivePointsOfTheirActiveRowsOnly) {
-  Dataset& dataset = s.program.datasets.slots[0];
+  Dataset& dataset = datasets.slots[0];
   dataset.CutMin = 40;
   dataset.CutMax = 60;
   ComputeActiveRange(dataset);
-  Send(FitNotice::kDatasetChanged, 1);
+  ChangeDataset();
   std::size_t expected = 60;  // those of the other dataset
   for (const DataRow& row : dataset.points) expected += row.x >= 40 && row.x < 60;
-  EXPECT_EQ(CountFitPoints(s.fit()), expected);
+  EXPECT_EQ(CountFitPoints(fit), expected);
 }
 
 }  // namespace

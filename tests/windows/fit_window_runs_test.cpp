@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "support/scratch_folder.h"
+#include "support/ears.h"
 #include "windows/fit_window.h"
 #include "windows/fit_windows.h"
 
@@ -8,36 +8,33 @@ namespace kalvex {
 namespace {
 
 TEST_F(FitWindows, StartRunsAndBecomesStopMeanwhile) {
-  Cell(s.model(1), 0, Wo).value = 110;
-  s.Term(1, 1);
-  struct Around {
-    FitDesk desk;
-    const Platform& platform;
-    Texts seen;
-  } around{desk(), s.program.platform, {}};
-  StartFit(desk(), s.program.platform, {&around, nullptr, [](void* self) {
-                                          auto& a = *static_cast<Around*>(self);
-                                          a.seen.push_back(FitControlsOf(a.desk.fit).startButton);
-                                          StartFit(a.desk, a.platform, {});  // the same button during the run
-                                        }});
-  EXPECT_EQ(around.seen, Texts{"STOP"});
-  EXPECT_EQ(s.fit().report.stop, "stopped by the user");
-  EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
-  EXPECT_TRUE(s.fit().UndoAvailable);
-  PressUndo(desk());
-  EXPECT_EQ(Cell(s.model(1), 0, Wo).value, 110);
+  Cell(model(1), 0, Wo).value = 110;
+  Term(1, 1);
+  Texts seen;
+  platform.events = [&] {
+    if (fit.IterationCount == 0) return;
+    seen.push_back(FitControlsOf(fit).startButton);
+    PressFitStart(desk);  // the same button during the run
+  };
+  PressFitStart(desk);
+  EXPECT_EQ(seen, Texts{"STOP"});
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
+  EXPECT_STREQ(FitControlsOf(fit).startButton, "START");
+  EXPECT_TRUE(fit.UndoAvailable);
+  PressFitUndo(desk);
+  EXPECT_EQ(Cell(model(1), 0, Wo).value, 110);
 }
 
 TEST_F(FitWindows, ARunOfAMacroLeavesTheUndoButtonOffAndRestoresItsOptions) {
-  s.Term(1, 1);
-  RunMacroFit(desk(), s.program.platform, {}, 2);
-  EXPECT_FALSE(s.fit().UndoAvailable);
-  EXPECT_EQ(s.fit().options.MaxIterations, 1000);
-  EXPECT_FALSE(s.fit().options.StopOnIterations);
-  s.fit().FitRunning = true;
-  RunMacroFit(desk(), s.program.platform, {}, 2);
-  EXPECT_TRUE(s.fit().StopRequested);
-  EXPECT_EQ(s.fit().options.MaxIterations, 2);  // what was set for the running fit stays
+  Term(1, 1);
+  session.RunFit({.iterations = 2}).Ignore();
+  EXPECT_FALSE(fit.UndoAvailable);
+  EXPECT_EQ(fit.options.MaxIterations, 1000);
+  EXPECT_FALSE(fit.options.StopOnIterations);
+  fit.FitRunning = true;
+  session.RunFit({.iterations = 2}).Ignore();
+  EXPECT_TRUE(fit.StopRequested);
+  EXPECT_EQ(fit.options.MaxIterations, 1000);
 }
 
 TEST_F(FitWindows, TheOptionsFormShowsAndReadsEveryField) {
@@ -65,168 +62,137 @@ TEST_F(FitWindows, TheOptionsFormShowsAndReadsEveryField) {
 }
 
 TEST_F(FitWindows, ARunTellsThatItHasBegunBeforeItsFirstIteration) {
-  Cell(s.model(1), 0, Wo).value = 110;
-  s.Term(1, 1);
-  s.fit().options.StopOnIterations = true;
-  s.fit().options.MaxIterations = 1;
-  struct Around {
-    const FitState& fit;
-    Texts heard;
-    void Hear(const char* what) { heard.push_back(what + std::string(fit.FitRunning ? " running" : " idle")); }
-  } around{s.fit(), {}};
-  StartFit(desk(), s.program.platform,
-           {&around, [](void* self) { static_cast<Around*>(self)->Hear("iteration"); }, nullptr,
-            [](void* self) { static_cast<Around*>(self)->Hear("started"); }});
-  EXPECT_EQ(around.heard, (Texts{"started running", "iteration running"}));
+  Cell(model(1), 0, Wo).value = 110;
+  Term(1, 1);
+  fit.options.StopOnIterations = true;
+  fit.options.MaxIterations = 1;
+  Texts heard;
+  platform.events = [&] {
+    heard.push_back(std::to_string(fit.IterationCount) + (fit.FitRunning ? " running" : " idle"));
+  };
+  PressFitStart(desk);
+  EXPECT_EQ(heard, (Texts{"0 running", "1 running"}));
 }
 
 // A start beside the parameters of the data, against the R spectrum.
 class FitWindowRuns : public FitWindows {
  protected:
   FitWindowRuns() {
-    Cell(s.model(1), 0, Wo).value = 110;
-    s.Term(1, 1);
+    Cell(model(1), 0, Wo).value = 110;
+    Term(1, 1);
   }
-  int Start(const FitHooks& hooks = {}) { return StartFit(desk(), s.program.platform, hooks); }
+  void Start() { PressFitStart(desk); }
 };
 
 TEST_F(FitWindowRuns, DuringARunOnlyTheStartButtonAnswers) {
   const auto enabled = [&] {
-    const FitControls c = FitControlsOf(s.fit());
+    const FitControls c = FitControlsOf(fit);
     return std::vector<bool>{c.undo, c.options, c.add, c.remove, c.weight, c.busyCursor};
   };
   EXPECT_EQ(enabled(), (std::vector<bool>{false, true, true, true, true, false}));
-  struct Around {
-    const decltype(enabled)& look;
-    std::vector<bool> seen;
-  } around{enabled, {}};
-  Start({&around, nullptr, [](void* self) {
-           auto& a = *static_cast<Around*>(self);
-           a.seen = a.look();
-         }});
-  EXPECT_EQ(around.seen, (std::vector<bool>{false, false, false, false, false, true}));
+  std::vector<bool> seen;
+  platform.events = [&] { seen = enabled(); };
+  Start();
+  EXPECT_EQ(seen, (std::vector<bool>{false, false, false, false, false, true}));
   EXPECT_EQ(enabled(), (std::vector<bool>{true, true, true, true, true, false}));
-  Start({&around, nullptr, [](void* self) {
-           auto& a = *static_cast<Around*>(self);
-           a.seen = a.look();
-         }});
-  EXPECT_FALSE(around.seen[0]);  // a run can be undone, but not while the next one lasts
+  Start();
+  EXPECT_FALSE(seen[0]);  // a run can be undone, but not while the next one lasts
 }
 
 TEST_F(FitWindowRuns, UndoIsOffUntilARunHasEnded) {
-  EXPECT_FALSE(s.fit().UndoAvailable);
-  PressUndo(desk());
-  EXPECT_EQ(Cell(s.model(1), 0, Wo).value, 110);
+  EXPECT_FALSE(fit.UndoAvailable);
+  PressFitUndo(desk);
+  EXPECT_EQ(Cell(model(1), 0, Wo).value, 110);
   Start();
-  EXPECT_TRUE(s.fit().UndoAvailable);
-  s.Rebuild();
-  EXPECT_FALSE(s.fit().UndoAvailable);
-  const double fitted = Cell(s.model(1), 0, Wo).value;
-  PressUndo(desk());
-  EXPECT_EQ(Cell(s.model(1), 0, Wo).value, fitted);
+  EXPECT_TRUE(fit.UndoAvailable);
+  Rebuild();
+  EXPECT_FALSE(fit.UndoAvailable);
+  const double fitted = Cell(model(1), 0, Wo).value;
+  PressFitUndo(desk);
+  EXPECT_EQ(Cell(model(1), 0, Wo).value, fitted);
 }
 
 TEST_F(FitWindowRuns, ASecondPressOfUndoRestoresTheResult) {
   Start();
-  const double fitted = Cell(s.model(1), 0, Wo).value, chiSq = s.fit().TotalChiSq;
+  const double fitted = Cell(model(1), 0, Wo).value, chiSq = fit.TotalChiSq;
   EXPECT_NEAR(fitted, 100, 1e-5);
-  PressUndo(desk());
-  EXPECT_EQ(Cell(s.model(1), 0, Wo).value, 110);
-  EXPECT_GT(s.fit().TotalChiSq, chiSq + 1);
-  PressUndo(desk());
-  EXPECT_EQ(Cell(s.model(1), 0, Wo).value, fitted);
-  EXPECT_EQ(s.fit().TotalChiSq, chiSq);
-  EXPECT_TRUE(s.fit().UndoAvailable);
+  PressFitUndo(desk);
+  EXPECT_EQ(Cell(model(1), 0, Wo).value, 110);
+  EXPECT_GT(fit.TotalChiSq, chiSq + 1);
+  PressFitUndo(desk);
+  EXPECT_EQ(Cell(model(1), 0, Wo).value, fitted);
+  EXPECT_EQ(fit.TotalChiSq, chiSq);
+  EXPECT_TRUE(fit.UndoAvailable);
 }
 
 TEST_F(FitWindowRuns, UndoShowsTheSumAgain) {
-  const Texts before = s.program.fitWindow.lines;
+  const Texts before = desk.fitWindow.lines;
   Start();
-  EXPECT_NE(s.program.fitWindow.lines, before);
-  PressUndo(desk());
-  EXPECT_EQ(s.program.fitWindow.lines, before);
+  EXPECT_NE(desk.fitWindow.lines, before);
+  PressFitUndo(desk);
+  EXPECT_EQ(desk.fitWindow.lines, before);
 }
 
 TEST_F(FitWindowRuns, AnOldStopRequestDoesNotEndANewRun) {
-  s.fit().StopRequested = true;
+  fit.StopRequested = true;
   Start();
-  EXPECT_EQ(s.fit().report.stop, "ChiSq no longer falls");
+  EXPECT_EQ(fit.report.stop, "ChiSq no longer falls");
 }
 
 TEST_F(FitWindowRuns, WithNothingToFitTheButtonsComeBackAndUndoIsOn) {
-  FixAll(&s.model(1), true);
-  s.Rebuild();
-  EXPECT_EQ(Start(), 0);
-  EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
-  EXPECT_TRUE(s.fit().UndoAvailable);
-  EXPECT_FALSE(s.fit().FitRunning);
+  FixAll(&model(1), true);
+  Rebuild();
+  Start();
+  EXPECT_STREQ(FitControlsOf(fit).startButton, "START");
+  EXPECT_TRUE(fit.UndoAvailable);
+  EXPECT_FALSE(fit.FitRunning);
 }
 
 TEST_F(FitWindowRuns, StopTakesEffectAfterTheIterationInProgress) {
-  struct Around {
-    FitDesk desk;
-    const Platform& platform;
-    int iterations = 0;
-  } around{desk(), s.program.platform};
-  Start({&around,
-         [](void* self) {
-           auto& a = *static_cast<Around*>(self);
-           ++a.iterations;
-           StartFit(a.desk, a.platform, {});
-           EXPECT_TRUE(a.desk.fit.FitRunning);
-         },
-         nullptr});
-  EXPECT_EQ(around.iterations, 1);
-  EXPECT_EQ(s.fit().IterationCount, 1);
-  EXPECT_EQ(s.fit().report.stop, "stopped by the user");
+  platform.events = [&] {
+    if (fit.IterationCount == 1) PressFitStart(desk);
+    EXPECT_TRUE(fit.FitRunning);
+  };
+  Start();
+  EXPECT_EQ(fit.IterationCount, 1);
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
 }
 
 TEST_F(FitWindowRuns, TheListAndTheModelsFollowEachIteration) {
-  struct Around {
-    Program& program;
-    FitHooks hooks;
-    std::vector<int> graphEvents;
-    int iterations = 0;
-  } around{s.program, HooksOf(s.program), {}};
-  s.program.expParamsWindow.open = true;
-  s.program.params.expParamsDirty = true;
-  s.program.notices.owner = &s.program;
-  static std::vector<int>* heard;
-  heard = &around.graphEvents;
-  s.program.notices.graphs = [](void*, GraphEvent event, std::int64_t) { heard->push_back(static_cast<int>(event)); };
-  Start({&around,
-         [](void* self) {
-           auto& a = *static_cast<Around*>(self);
-           a.graphEvents.clear();
-           a.hooks.iterationDone(a.hooks.self);
-           // The experimental parameters and the three models are drawn anew, and the fit's own lists stay.
-           EXPECT_EQ(a.graphEvents, (std::vector<int>{5, 4, 4, 4}));
-           EXPECT_FALSE(a.program.params.expParamsDirty);
-           EXPECT_EQ(a.program.fitWindow.lines, Texts{TermLine(DeskOf(a.program), a.program.fit.list.terms[0])});
-           EXPECT_EQ(FitLabelsOf(a.program.fit).iteration, std::to_string(++a.iterations));
-         },
-         nullptr});
-  EXPECT_GE(around.iterations, 3);
-  EXPECT_TRUE(s.fit().UndoAvailable);
+  Ears ears(session);
+  int iterations = 0;
+  platform.events = [&] {
+    if (fit.IterationCount > 0) {
+      // The experimental parameters and the three models are drawn anew, and the fit's own lists stay.
+      const std::string run = "run " + std::to_string(++iterations);
+      EXPECT_EQ(ears.heard, (Texts{"experiment", "model 1", "model 2", "model 3", run}));
+      EXPECT_EQ(desk.fitWindow.lines, Texts{TermLine(desk, fit.list.terms[0])});
+      EXPECT_EQ(FitLabelsOf(fit).iteration, std::to_string(iterations));
+    }
+    ears.heard.clear();
+  };
+  Start();
+  EXPECT_GE(iterations, 3);
+  EXPECT_TRUE(fit.UndoAvailable);
 }
 
 TEST_F(FitWindowRuns, OfAMacroHoldItsIterationsForThatRunOnly) {
-  s.fit().options.StopOnReduction = false;
-  s.fit().options.MaxIterations = 50;
-  RunMacroFit(desk(), s.program.platform, {}, 2);
-  EXPECT_EQ(s.fit().IterationCount, 2);
-  EXPECT_EQ(s.fit().options.MaxIterations, 50);
-  EXPECT_FALSE(s.fit().options.StopOnIterations);
-  EXPECT_FALSE(s.fit().options.StopOnReduction);  // only what was set is set back
+  fit.options.StopOnReduction = false;
+  fit.options.MaxIterations = 50;
+  session.RunFit({.iterations = 2}).Ignore();
+  EXPECT_EQ(fit.IterationCount, 2);
+  EXPECT_EQ(fit.options.MaxIterations, 50);
+  EXPECT_FALSE(fit.options.StopOnIterations);
+  EXPECT_FALSE(fit.options.StopOnReduction);  // only what was set is set back
 }
 
 TEST_F(FitWindowRuns, OfAMacroWithoutANumberKeepTheOptions) {
-  s.fit().options.StopOnIterations = true;
-  s.fit().options.MaxIterations = 1;
-  RunMacroFit(desk(), s.program.platform, {}, {});
-  EXPECT_EQ(s.fit().IterationCount, 1);
-  EXPECT_TRUE(s.fit().options.StopOnIterations);
-  EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
+  fit.options.StopOnIterations = true;
+  fit.options.MaxIterations = 1;
+  session.RunFit({}).Ignore();
+  EXPECT_EQ(fit.IterationCount, 1);
+  EXPECT_TRUE(fit.options.StopOnIterations);
+  EXPECT_STREQ(FitControlsOf(fit).startButton, "START");
 }
 
 TEST(FitOptionsForms, AFirstOpeningShowsTheDefaults) {

@@ -1,14 +1,24 @@
 #include "windows/graph_dialogs.h"
 
+#include <algorithm>
+
+#include "graphs/graph_table.h"
 #include "graphs/graphs.h"
 #include "graphs/painting.h"
+#include "windows/open_windows.h"
 
 namespace kalvex {
 namespace {
 
-TEST_F(Graphs, PropertiesAreStoredAsTheyCanBeDrawn) {
-  Graph& graph = NewGraph();
-  GraphPropertiesForm form = PropertiesOf(graph);
+class PropertiesDialog : public OpenWindows {
+ protected:
+  PropertiesDialog() { session.NewGraph().GetStatus().Ignore(); }
+  const Graph& graph() { return *session.FindGraph(1); }
+  void Store(const GraphPropertiesForm& form) { session.EditGraph(1, EditOf(form)).Ignore(); }
+};
+
+TEST_F(PropertiesDialog, PropertiesAreStoredAsTheyCanBeDrawn) {
+  GraphPropertiesForm form = PropertiesOf(graph());
   EXPECT_EQ(form.caption, "Graph1 - properties");
   EXPECT_EQ(form.X.min, "0");
   EXPECT_EQ(form.X.max, "1000");
@@ -20,39 +30,48 @@ TEST_F(Graphs, PropertiesAreStoredAsTheyCanBeDrawn) {
   form.X.title = std::string(200, 'x');
   form.Y.titleShown = false;
   form.ShowFitted = true;
-  StoreProperties(form, graph);
-  form = PropertiesOf(graph);
+  Store(form);
+  form = PropertiesOf(graph());
   EXPECT_EQ(form.X.min, "20.5");
   EXPECT_EQ(form.X.max, "500");
   EXPECT_EQ(form.Y.min, "1");
   EXPECT_EQ(form.Y.max, "100");
   EXPECT_EQ(form.X.title, std::string(99, 'x'));
   EXPECT_TRUE(form.ShowFitted && form.Y.log && !form.Y.titleShown);
-  EXPECT_LT(graph.frame.left, 52);  // no title beside it
+  EXPECT_LT(graph().frame.left, 52);  // no title beside it
 }
 
-TEST_F(Graphs, ATitleIsCutBetweenItsLetters) {
-  Graph& graph = NewGraph();
-  GraphPropertiesForm form = PropertiesOf(graph);
+TEST_F(PropertiesDialog, ATitleIsCutBetweenItsLetters) {
+  GraphPropertiesForm form = PropertiesOf(graph());
   std::string omegas;
   for (int k = 0; k < 60; ++k) omegas += "\u03C9";  // two bytes each
   form.X.title = omegas;
   form.Y.title = 'x' + omegas;
-  StoreProperties(form, graph);
-  EXPECT_EQ(graph.X.title, omegas.substr(0, 98));
-  EXPECT_EQ(graph.Y.title, 'x' + omegas.substr(0, 98));
+  Store(form);
+  EXPECT_EQ(graph().X.title, omegas.substr(0, 98));
+  EXPECT_EQ(graph().Y.title, 'x' + omegas.substr(0, 98));
 }
 
-class ContentsDialog : public Graphs {
+TEST_F(PropertiesDialog, AGraphClosedByAMacroTakesItsDialogAndItsWindowAlong) {
+  DoublePressGraph(desk, graph(), 1, 1);
+  EXPECT_EQ(desk.graphDialogs.propertiesOf, 1u);
+  EXPECT_EQ(desk.graphs.count(1), 1u);
+  session.CloseGraph(1).Ignore();
+  EXPECT_EQ(desk.graphDialogs.propertiesOf, 0u);
+  EXPECT_TRUE(desk.graphs.empty());
+  AcceptProperties(desk);  // stores nothing
+}
+
+class ContentsDialog : public OpenWindows {
  protected:
-  ContentsDialog() : graph(NewGraph()) {
-    for (int k = 0; k < 2; ++k) NewModel().name = "M" + std::to_string(k + 1);
-    Load(3, {{1, 2, 0}}, kE1);
-    Load(7, {{1, 2, 0}}, kRefl);
+  ContentsDialog() : graph(*GetGraphByNumber(graphs, *session.NewGraph())) {
+    Fill(3, "data3").Quantity = kE1;
+    Fill(7, "data7").Quantity = kRefl;
     contents = Opened();
   }
-  GraphContents Opened() const { return ContentsOf(graph, program.datasets, program.params); }
-  void Offer() { OfferCurves(contents, program.datasets, program.params); }
+  GraphContents Opened() const { return ContentsOf(graph, datasets, params); }
+  void Store(const GraphContents& of) { session.SetCurves(graph.number, CurvesOf(of)).Ignore(); }
+  void Offer() { OfferCurves(contents, datasets, params); }
   void TickKinds(std::array<bool, kCurveKinds> kinds) {
     contents.kinds = kinds;
     Offer();
@@ -65,18 +84,16 @@ class ContentsDialog : public Graphs {
   std::vector<std::string> TextsOf(const std::vector<ListedCurve>& list) const {
     std::vector<std::string> texts;
     for (const ListedCurve& listed : list) {
-      texts.push_back((listed.selected ? "*" : "") + CurveText(listed.curve, program.datasets, program.params));
+      texts.push_back((listed.selected ? "*" : "") + CurveText(listed.curve, datasets, params));
     }
     return texts;
   }
   void SelectAvailable(const std::vector<std::string>& texts) {
     for (ListedCurve& listed : contents.available) {
-      const std::string text = CurveText(listed.curve, program.datasets, program.params);
+      const std::string text = CurveText(listed.curve, datasets, params);
       listed.selected = std::find(texts.begin(), texts.end(), text) != texts.end();
     }
   }
-  using Texts = std::vector<std::string>;
-
   Graph& graph;
   GraphContents contents;
 };
@@ -200,7 +217,7 @@ TEST_F(ContentsDialog, ChangesTheGraphOnlyWhenStored) {
   SelectAvailable({"MODEL [R] \"M1\"", "FREQ \"M1\"", "DATA [R] \"data7\""});
   MoveToGraph(contents);
   EXPECT_TRUE(graph.curves.empty());
-  StoreContents(contents, graph);
+  Store(contents);
   ASSERT_EQ(graph.curves.size(), 3u);
   EXPECT_EQ(graph.curves[0].kind, CurveKind::kData);
   EXPECT_EQ(graph.curves[2].kind, CurveKind::kFreq);
@@ -209,15 +226,15 @@ TEST_F(ContentsDialog, ChangesTheGraphOnlyWhenStored) {
 
 TEST_F(ContentsDialog, StoredUnchangedLeavesThePicture) {
   // As a macro adds them: the model first, and all of the same order.
-  AddCurve(graph, FreqCurve(program.params.models[0]));
-  AddCurve(graph, ModelCurve(program.params.models[0], kRefl));
-  Curve data = DataCurve(program.datasets.slots[6]);
+  session.AddCurve(graph.number, FreqCurve(first)).Ignore();
+  session.AddCurve(graph.number, ModelCurve(first, kRefl)).Ignore();
+  Curve data = DataCurve(datasets.slots[6]);
   data.ShowLine = data.ShowSymbol = true;
-  AddCurve(graph, data);
+  session.AddCurve(graph.number, data).Ignore();
   Sheet before(graph.Width, graph.Height), after(graph.Width, graph.Height);
-  PaintGraph(graph, program.eval, before.Painted());
-  StoreContents(Opened(), graph);
-  PaintGraph(graph, program.eval, after.Painted());
+  session.PaintGraph(graph.number, before.Painted());
+  Store(Opened());
+  session.PaintGraph(graph.number, after.Painted());
   EXPECT_EQ(before.pixels, after.pixels);
 }
 

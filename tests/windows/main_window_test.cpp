@@ -11,8 +11,8 @@ namespace {
 class MainWindows : public OpenWindows {
  protected:
   MainWindows() : inside(folder.Name()) {}
-  void Choose(MainCommand command) { ChooseCommand(program, command); }
-  bool Answers(MainCommand command) { return CommandAnswers(program, command); }
+  void Choose(MainCommand command) { ChooseCommand(desk, command); }
+  bool Answers(MainCommand command) { return CommandAnswers(session, command); }
 
   ScratchFolder folder;
   InFolder inside;
@@ -20,59 +20,61 @@ class MainWindows : public OpenWindows {
 
 TEST_F(MainWindows, NewModelOpensTheParameterControlBefore) {
   for (const MainCommand command : {MainCommand::kNewModel, MainCommand::kMenuModel}) {
-    program.paramControl.open = false;
+    desk.paramControl.open = false;
     Choose(command);
-    EXPECT_TRUE(program.paramControl.open);
+    EXPECT_TRUE(desk.paramControl.open);
   }
-  EXPECT_EQ(CountModels(program.params), 4);
-  EXPECT_TRUE(GetModelByNumber(program.params, 4)->window.paramSelected);
+  EXPECT_EQ(CountModels(params), 4);
+  EXPECT_TRUE(desk.models.at(4).paramSelected);
 }
 
 TEST_F(MainWindows, TheExperimentOpensTheParameterControlBefore) {
   Choose(MainCommand::kExpParams);
-  EXPECT_TRUE(program.expParamsWindow.open && program.paramControl.open);
-  program.expParamsWindow.open = false;
+  EXPECT_TRUE(desk.expParams.open && desk.paramControl.open);
+  desk.expParams.open = false;
   Choose(MainCommand::kMenuExpParams);
-  EXPECT_TRUE(program.expParamsWindow.open);
+  EXPECT_TRUE(desk.expParams.open);
 }
 
 TEST_F(MainWindows, EachWindowOpensFromToolbarAndMenuAndComesToTheFront) {
   for (const auto& [fit, manager] : {std::pair(MainCommand::kFitWindow, MainCommand::kDatasetManager),
                                      std::pair(MainCommand::kMenuFit, MainCommand::kMenuDatasetManager)}) {
-    program.fitWindow.open = program.datasetManager.open = false;
-    program.fitWindow.wantsFront = program.datasetManager.wantsFront = false;
+    desk.fitWindow.open = desk.datasetManager.open = false;
+    desk.fitWindow.wantsFront = desk.datasetManager.wantsFront = false;
     Choose(fit);
     Choose(manager);
-    EXPECT_TRUE(program.fitWindow.open && program.datasetManager.open);
-    EXPECT_TRUE(program.fitWindow.wantsFront && program.datasetManager.wantsFront);
+    EXPECT_TRUE(desk.fitWindow.open && desk.datasetManager.open);
+    EXPECT_TRUE(desk.fitWindow.wantsFront && desk.datasetManager.wantsFront);
   }
   Choose(MainCommand::kParamControl);
-  EXPECT_TRUE(program.paramControl.open && program.paramControl.wantsFront);
-  EXPECT_EQ(CountModels(program.params), 2);
+  EXPECT_TRUE(desk.paramControl.open && desk.paramControl.wantsFront);
+  EXPECT_EQ(CountModels(params), 2);
 }
 
 TEST_F(MainWindows, UpdateNowAnswersOnlyWhileAutoUpdateIsOff) {
-  EXPECT_TRUE(CommandIsOn(program, MainCommand::kAutoUpdate));
+  EXPECT_TRUE(CommandIsOn(session, MainCommand::kAutoUpdate));
   EXPECT_FALSE(Answers(MainCommand::kUpdateNow));
   Choose(MainCommand::kUpdateNow);
   EXPECT_TRUE(Heard().empty());
   Choose(MainCommand::kAutoUpdate);
-  EXPECT_FALSE(CommandIsOn(program, MainCommand::kAutoUpdate));
-  EXPECT_FALSE(program.AutoScreenUpdate);
+  EXPECT_FALSE(CommandIsOn(session, MainCommand::kAutoUpdate));
+  EXPECT_FALSE(session.AutoScreenUpdate());
   EXPECT_TRUE(Answers(MainCommand::kUpdateNow));
+  GraphsHeard();
+  Heard();
   Choose(MainCommand::kUpdateNow);
-  EXPECT_EQ(Heard(), (Texts{"6:-1", "fit: recompute"}));
+  EXPECT_EQ(Heard(), (Texts{"fit", "fit"}));
+  EXPECT_TRUE(GraphsHeard());
   Choose(MainCommand::kAutoUpdate);
-  EXPECT_TRUE(program.AutoScreenUpdate);
-  EXPECT_TRUE(Heard().empty());
+  EXPECT_TRUE(session.AutoScreenUpdate());
 }
 
 TEST_F(MainWindows, TheGraphReaderIsFlippedAndTold) {
   Choose(MainCommand::kGraphReader);
-  EXPECT_TRUE(program.GraphReader && CommandIsOn(program, MainCommand::kGraphReader));
+  EXPECT_TRUE(session.GraphReader() && CommandIsOn(session, MainCommand::kGraphReader));
   Choose(MainCommand::kGraphReader);
-  EXPECT_FALSE(program.GraphReader);
-  EXPECT_EQ(Heard(), (Texts{"7:-1", "7:-1"}));
+  EXPECT_FALSE(session.GraphReader());
+  EXPECT_EQ(Heard(), (Texts{"settings", "settings"}));
 }
 
 TEST_F(MainWindows, TheFileMenuOnlyExits) {
@@ -81,25 +83,26 @@ TEST_F(MainWindows, TheFileMenuOnlyExits) {
     EXPECT_FALSE(Answers(command));
     Choose(command);
   }
-  EXPECT_FALSE(program.mainWindow.quit);
+  EXPECT_FALSE(desk.mainWindow.quit);
   EXPECT_TRUE(asked.empty());
   Choose(MainCommand::kExit);
-  EXPECT_TRUE(program.mainWindow.quit);
+  EXPECT_TRUE(desk.mainWindow.quit);
   EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(MainWindows, EveryButtonAndEntryIsACommand) {
   const auto change = [&](int command) {
     const auto state = [&] {
-      return std::to_string(CountModels(program.params)) + std::to_string(program.fitWindow.open) +
-             std::to_string(program.paramControl.open) + std::to_string(program.expParamsWindow.open) +
-             std::to_string(program.datasetManager.open) + std::to_string(program.AutoScreenUpdate) +
-             std::to_string(program.GraphReader) + std::to_string(program.mainWindow.quit) +
-             std::to_string(program.mainWindow.about) + std::to_string(asked.size()) + std::to_string(Heard().size());
+      return std::to_string(CountModels(params)) + std::to_string(desk.fitWindow.open) +
+             std::to_string(desk.paramControl.open) + std::to_string(desk.expParams.open) +
+             std::to_string(desk.datasetManager.open) + std::to_string(session.AutoScreenUpdate()) +
+             std::to_string(session.GraphReader()) + std::to_string(desk.mainWindow.quit) +
+             std::to_string(desk.mainWindow.about) + std::to_string(asked.size()) + std::to_string(Heard().size());
     };
-    program.fitWindow.open = program.paramControl.open = program.expParamsWindow.open = false;
-    program.datasetManager.open = program.mainWindow.quit = program.mainWindow.about = false;
-    program.AutoScreenUpdate = false;
+    desk.fitWindow.open = desk.paramControl.open = desk.expParams.open = false;
+    desk.datasetManager.open = desk.mainWindow.quit = desk.mainWindow.about = false;
+    session.SetAutoScreenUpdate(false).Ignore();
+    Heard();
     const std::string before = state();
     Choose(static_cast<MainCommand>(command));
     return before != state();
@@ -119,11 +122,11 @@ TEST_F(MainWindows, AMacroFromTheMenuThatQuitsOnlyEndsItself) {
   folder.Write("m.kvs", "NewModel(); Exit(QuitApp=1); NewModel();");
   chosenFile = "m.kvs";
   Choose(MainCommand::kRunMacro);
-  EXPECT_EQ(CountModels(program.params), 3);
-  EXPECT_FALSE(program.mainWindow.quit);
-  EXPECT_EQ(RunMacroDialog(program), kMacroQuit);
+  EXPECT_EQ(CountModels(params), 3);
+  EXPECT_FALSE(desk.mainWindow.quit);
+  EXPECT_EQ(RunMacroDialog(desk), kMacroQuit);
   chosenFile.reset();
-  EXPECT_EQ(RunMacroDialog(program), -1);
+  EXPECT_EQ(RunMacroDialog(desk), -1);
   EXPECT_EQ(asked, (Texts{"Run Macro in ''", "Run Macro in ''", "Run Macro in ''"}));
 }
 
@@ -135,7 +138,7 @@ TEST_F(MainWindows, ParametersAreSavedWithTheExtensionAndLoaded) {
   chosenFile = "p.kvp";
   Choose(MainCommand::kLoadParams);
   EXPECT_EQ(Cell(first, 0, Wo).value, 321);
-  EXPECT_EQ(Heard(), (Texts{"4:1", "4:2", "fit: model"}));
+  EXPECT_EQ(Heard(), (Texts{"model 1", "model 2", "fit"}));
   chosenFile.reset();
   Choose(MainCommand::kSaveParams);
   Choose(MainCommand::kLoadParams);
@@ -152,37 +155,35 @@ TEST_F(MainWindows, SpecialParametersAndDerivativesAreWritten) {
 }
 
 TEST_F(MainWindows, TheManualLiesBesideTheProgram) {
-  program.platform.self = &messages;
-  program.platform.programFolder = [](void*) { return std::string("bin/"); };
-  program.platform.openDocument = [](void* self, const std::string& path) {
-    static_cast<Texts*>(self)->push_back(path);
-  };
+  Texts opened;
+  platform.folder = [] { return std::string("bin/"); };
+  platform.document = [&](const std::string& path) { opened.push_back(path); };
   Choose(MainCommand::kManual);
-  EXPECT_EQ(messages, Texts{"bin/Manual.pdf"});
+  EXPECT_EQ(opened, Texts{"bin/Manual.pdf"});
 }
 
 TEST_F(MainWindows, TheAboutBoxHasThreeLines) {
   Choose(MainCommand::kAbout);
-  EXPECT_TRUE(program.mainWindow.about);
+  EXPECT_TRUE(desk.mainWindow.about);
   EXPECT_EQ(AboutLines("1.2", "today"),
             (std::array<std::string, 3>{"Kalvex - software to fit optical spectra", "Version: 1.2", "Updated: today"}));
-  CloseAbout(program);
-  EXPECT_FALSE(program.mainWindow.about);
+  CloseAbout(desk);
+  EXPECT_FALSE(desk.mainWindow.about);
 }
 
 TEST_F(MainWindows, DuringARunNothingThatChangesModelsAnswersAndExitStopsIt) {
-  program.AutoScreenUpdate = false;
-  program.fit.FitRunning = true;
+  session.SetAutoScreenUpdate(false).Ignore();
+  fit.FitRunning = true;
   for (const MainCommand command : {MainCommand::kNewModel, MainCommand::kMenuModel, MainCommand::kRunMacro,
                                     MainCommand::kLoadParams, MainCommand::kTestDerivatives, MainCommand::kUpdateNow}) {
     EXPECT_FALSE(Answers(command));
     Choose(command);
   }
-  EXPECT_EQ(CountModels(program.params), 2);
+  EXPECT_EQ(CountModels(params), 2);
   EXPECT_TRUE(asked.empty());
-  EXPECT_FALSE(program.fit.StopRequested);
-  CloseMainWindow(program);
-  EXPECT_TRUE(program.mainWindow.quit && program.fit.StopRequested);
+  EXPECT_FALSE(fit.StopRequested);
+  CloseMainWindow(desk);
+  EXPECT_TRUE(desk.mainWindow.quit && fit.StopRequested);
 }
 
 }  // namespace

@@ -1,55 +1,49 @@
-// A program whose notices, messages and file questions are noted, over two models and two datasets.
+// A desk over two models and two datasets, whose session has an open fit. What the session tells, what a person is told
+// and which files are asked for is noted.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "datasets/quantity.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "support/ears.h"
+#include "support/open_session.h"
 
 namespace kalvex {
 
 using Texts = std::vector<std::string>;
 
-class OpenWindows : public testing::Test {
+class OpenWindows : public testing::Test, protected OpenDesk {
  protected:
-  OpenWindows() : first(*CreateModel(program.params)), second(*CreateModel(program.params)) {
-    program.platform.self = this;
-    program.platform.askFile = [](void* self, const FileQuestion& question, const std::string& folder) {
-      Of(self).asked.push_back(std::string(question.title) + " in '" + folder + "'");
-      return Of(self).chosenFile;
+  OpenWindows() : first(Made(session.NewModel())), second(Made(session.NewModel())), ears(session) {
+    platform.file = [this](const FileQuestion& question, const std::string& in) {
+      asked.push_back(std::string(question.title) + " in '" + in + "'");
+      return chosenFile;
     };
-    program.platform.showMessage = [](void* self, std::string_view title, std::string_view text) {
-      Of(self).messages.push_back(std::string(title) + ": " + std::string(text));
-    };
-    program.notices.owner = this;
-    program.notices.graphs = [](void* self, GraphEvent event, std::int64_t id) {
-      Of(self).heard.push_back(std::to_string(static_cast<int>(event)) + ':' + std::to_string(id));
-    };
-    program.notices.fit = [](void* self, FitNotice notice, std::uint32_t id) {
-      constexpr const char* kNames[] = {"dataset gone", "dataset changed", "model gone",
-                                        "model",        "experiment",      "recompute"};
-      const bool named = notice == FitNotice::kModelParamsChanged || notice == FitNotice::kExpParamsChanged ||
-                         notice == FitNotice::kRecompute;
-      Of(self).heard.push_back(std::string("fit: ") + kNames[static_cast<int>(notice)] +
-                               (named ? "" : ' ' + std::to_string(id)));
-    };
+    session.OpenFit().Ignore();
+    Heard();
   }
 
-  WindowDesk desk() { return WindowDeskOf(program); }
+  Model& Made(const Result<std::uint32_t>& number) { return *GetModelByNumber(params, *number); }
   // What was heard since the last call.
-  Texts Heard() { return std::exchange(heard, {}); }
+  Texts Heard() { return std::exchange(ears.heard, {}); }
+  // Whether a graph of all kinds of curves would be drawn anew, at the next call as of now.
+  bool GraphsHeard() {
+    if (graphs.slots[0].number == 0) session.NewGraph().GetStatus().Ignore();
+    return std::exchange(graphs.slots[0].repaint, Repaint::kNothing) != Repaint::kNothing;
+  }
 
   // Fills a slot with x = 10, 20 ... and y = 1.
   Dataset& Fill(int slot, const std::string& name, int points = 10) {
-    Dataset& dataset = *DatasetInSlot(program.datasets, slot);
+    Dataset& dataset = *DatasetInSlot(datasets, slot);
     dataset = Dataset{};
-    dataset.id = program.datasets.nextId++;
+    dataset.id = datasets.nextId++;
     dataset.name = name;
     for (int i = 1; i <= points; ++i) dataset.points.push_back({10.0 * i, 1, 0.01});
     dataset.CutMin = 10;
@@ -58,15 +52,14 @@ class OpenWindows : public testing::Test {
     return dataset;
   }
 
-  Program program;
   Model& first;
   Model& second;
-  Texts asked, messages;
+  Texts asked;
+  Texts& messages = platform.messages;
   std::optional<std::string> chosenFile;
 
  private:
-  static OpenWindows& Of(void* self) { return *static_cast<OpenWindows*>(self); }
-  Texts heard;
+  Ears ears;
 };
 
 }  // namespace kalvex

@@ -14,14 +14,14 @@ class VdfPanels : public OpenWindows {
   VdfPanels() : inside(folder.Name()) {
     Fill(2, "a.dat");
     Fill(5, "b.dat", 20);
-    ActivateModelWindow(desk(), first, true);
+    ActivateModelWindow(desk, first, true);
   }
-  VdfDialog& dialog() { return program.vdfDialog; }
-  ModelControls Controls() { return ModelControlsOf(program.eval, first); }
-  void Press(ModelButton button) { PressModelButton(desk(), first, button); }
+  VdfDialog& dialog() { return desk.vdfDialog; }
+  ModelControls Controls() { return ModelControlsOf(desk, first); }
+  void Press(ModelButton button) { PressModelButton(desk, first, button); }
   void Init() {
     Press(ModelButton::kVdfInit);
-    AcceptVdfDialog(desk());
+    AcceptVdfDialog(desk);
     Heard();
   }
   ScratchFolder folder;
@@ -31,10 +31,10 @@ class VdfPanels : public OpenWindows {
 TEST_F(VdfPanels, TheButtonOpensAndClosesThePanel) {
   EXPECT_EQ(Controls().vdfButton, "VDF>>");
   Press(ModelButton::kVdfPanel);
-  EXPECT_TRUE(first.window.vdfShown);
+  EXPECT_TRUE(desk.models.at(1).vdfShown);
   EXPECT_EQ(Controls().vdfButton, "<<VDF");
   Press(ModelButton::kVdfPanel);
-  EXPECT_FALSE(first.window.vdfShown);
+  EXPECT_FALSE(desk.models.at(1).vdfShown);
   EXPECT_TRUE(Heard().empty());
 }
 
@@ -71,41 +71,41 @@ TEST_F(VdfPanels, TheDialogStartsAlikeAtEachOpening) {
     dialog().kk = dialog().on = dialog().active = false;
     dialog().choice = {2, 2, 2};
     dialog().every2nd = {true, true, true};
-    AcceptVdfDialog(desk());
+    AcceptVdfDialog(desk);
     EXPECT_FALSE(dialog().open);
   }
 }
 
 TEST_F(VdfPanels, OkMakesTheMeshAsChosen) {
-  PressModelKey(desk(), first, Key::kF6);
+  PressModelKey(desk, first, Key::kF6);
   dialog().choice = {0, 2, 0};
   dialog().every2nd[1] = true;
   dialog().active = false;
-  AcceptVdfDialog(desk());
+  AcceptVdfDialog(desk);
   EXPECT_EQ(first.vdf.mesh.size(), 10u);
   EXPECT_EQ(first.vdf.mesh.back().x, 190);
   EXPECT_EQ(first.vdf.source[0].datasetId, -1);
   EXPECT_EQ(first.vdf.source[1].datasetId, 2);
   EXPECT_TRUE(first.vdf.source[1].every2nd);
   EXPECT_TRUE(Controls().kk && Controls().on && !Controls().fitActive);
-  EXPECT_EQ(Heard(), (Texts{"4:1", "fit: model"}));
+  EXPECT_EQ(Heard(), (Texts{"fit", "model 1"}));
 }
 
 TEST_F(VdfPanels, AfterCancelTheFitIsToldTooAndTheMeshIsAsItWas) {
   Init();
   Press(ModelButton::kVdfInit);
   dialog().choice[0] = 2;
-  CancelVdfDialog(desk());
+  CancelVdfDialog(desk);
   EXPECT_EQ(first.vdf.mesh.size(), 10u);
-  EXPECT_EQ(Heard(), (Texts{"4:1", "fit: model"}));
-  AcceptVdfDialog(desk());  // it is closed
-  CancelVdfDialog(desk());
+  EXPECT_EQ(Heard(), (Texts{"fit", "model 1"}));
+  AcceptVdfDialog(desk);  // it is closed
+  CancelVdfDialog(desk);
   EXPECT_TRUE(Heard().empty());
 }
 
 TEST_F(VdfPanels, AnEmptyActiveRangeGivesAClearedFunction) {
   Init();
-  Dataset& dataset = program.datasets.slots[1];
+  Dataset& dataset = datasets.slots[1];
   dataset.CutMin = dataset.CutMax = 1e6;
   ComputeActiveRange(dataset);
   Init();
@@ -115,7 +115,7 @@ TEST_F(VdfPanels, AnEmptyActiveRangeGivesAClearedFunction) {
 
 TEST_F(VdfPanels, ClosingTheModelClosesItsDialog) {
   Press(ModelButton::kVdfInit);
-  CloseModelWindow(desk(), first);
+  CloseModelWindow(desk, first);
   EXPECT_FALSE(dialog().open);
 }
 
@@ -124,20 +124,20 @@ TEST_F(VdfPanels, ADialogThatIsOpenWhenARunStartsLeavesTheMeshToIt) {
   Press(ModelButton::kVdfInit);
   dialog().choice[0] = 2;
   const VdfMeshPoint* const mesh = first.vdf.mesh.data();
-  program.fit.FitRunning = true;
-  AcceptVdfDialog(desk());
+  fit.FitRunning = true;
+  AcceptVdfDialog(desk);
   EXPECT_TRUE(dialog().open);
   EXPECT_EQ(first.vdf.mesh.data(), mesh);
-  CancelVdfDialog(desk());
+  CancelVdfDialog(desk);
   EXPECT_FALSE(dialog().open);
-  EXPECT_EQ(Heard(), Texts{"4:1"});
+  EXPECT_EQ(Heard(), Texts{"model 1"});
 }
 
 TEST_F(VdfPanels, ASourceThatIsUnloadedMeanwhileIsNone) {
   Press(ModelButton::kVdfInit);
   dialog().choice = {1, 2, 0};
-  program.datasets.slots[1] = Dataset{};
-  AcceptVdfDialog(desk());
+  datasets.slots[1] = Dataset{};
+  AcceptVdfDialog(desk);
   EXPECT_EQ(first.vdf.mesh.size(), 20u);
 }
 
@@ -152,14 +152,14 @@ TEST_F(VdfPanels, CheckBoxesAndKeysSwitchAlike) {
   EXPECT_EQ(state(), "Fit");
   Press(ModelButton::kVdfFit);
   EXPECT_EQ(state(), "");
-  PressModelKey(desk(), first, Key::kF4);
+  PressModelKey(desk, first, Key::kF4);
   EXPECT_EQ(state(), "On ");
-  PressModelKey(desk(), first, Key::kF5);
+  PressModelKey(desk, first, Key::kF5);
   EXPECT_EQ(state(), "KK On ");
-  PressModelKey(desk(), first, Key::kF7);
+  PressModelKey(desk, first, Key::kF7);
   EXPECT_EQ(state(), "KK On Fit");
   Texts expected;
-  for (int i = 0; i < 6; ++i) expected.insert(expected.end(), {"4:1", "fit: model"});
+  for (int i = 0; i < 6; ++i) expected.insert(expected.end(), {"fit", "model 1"});
   EXPECT_EQ(Heard(), expected);
 }
 
@@ -167,9 +167,9 @@ TEST_F(VdfPanels, F9RaisesNegativeImaginaryParts) {
   Init();
   Press(ModelButton::kVdfKK);
   for (VdfMeshPoint& point : first.vdf.mesh) point.e2.value = -50;
-  PressModelKey(desk(), first, Key::kF9);
+  PressModelKey(desk, first, Key::kF9);
   for (const VdfMeshPoint& point : first.vdf.mesh) {
-    EXPECT_NEAR(EpsSum(program.eval, first, point.x, false).im, 1e-7, 1e-9) << point.x;
+    EXPECT_NEAR(EpsSum(eval, first, point.x, false).im, 1e-7, 1e-9) << point.x;
   }
 }
 
@@ -180,7 +180,7 @@ TEST_F(VdfPanels, SavedAndLoadedByItsDialogs) {
   Press(ModelButton::kVdfSave);
   Press(ModelButton::kVdfInit);
   dialog().choice[0] = 2;
-  AcceptVdfDialog(desk());
+  AcceptVdfDialog(desk);
   EXPECT_EQ(first.vdf.mesh.size(), 20u);  // the file will replace it
   Heard();
   chosenFile = "mesh.kvv";
@@ -188,7 +188,7 @@ TEST_F(VdfPanels, SavedAndLoadedByItsDialogs) {
   ASSERT_EQ(first.vdf.mesh.size(), 10u);
   EXPECT_EQ(first.vdf.mesh[3].e2.value, 0.125);
   EXPECT_EQ(asked, (Texts{"Save VDF As in ''", "Load VDF in ''"}));
-  EXPECT_EQ(Heard(), (Texts{"4:1", "fit: model"}));
+  EXPECT_EQ(Heard(), (Texts{"fit", "model 1"}));
 }
 
 }  // namespace

@@ -27,8 +27,7 @@ void ShowChoices(QComboBox& box, const std::vector<std::string>& choices, std::s
 
 AddTermsView::AddTermsView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "addTerms",
-                {[&keeper] { AcceptAddTerms(DeskOf(keeper.program())); },
-                 [&keeper] { CancelAddTerms(DeskOf(keeper.program())); }}) {
+                {[&keeper] { AcceptAddTerms(keeper.desk()); }, [&keeper] { CancelAddTerms(keeper.desk()); }}) {
   setWindowTitle(texts::kAddTermsTitle);
   auto* const layout = new QVBoxLayout(this);
   auto* const choices = new QFormLayout;
@@ -47,8 +46,7 @@ QComboBox* AddTermsView::NewChoice(const char* name) {
   auto* const box = new QComboBox;
   box->setObjectName(name);
   QObject::connect(box, &QComboBox::activated, this, [this] {
-    OfferCandidates(DeskOf(keeper_.program()), keeper_.program().fitWindow.addTerms,
-                    static_cast<std::size_t>(datasets_->currentIndex()),
+    OfferCandidates(keeper_.desk(), static_cast<std::size_t>(datasets_->currentIndex()),
                     static_cast<std::size_t>(models_->currentIndex()));
     keeper_.Reconcile();
   });
@@ -56,14 +54,14 @@ QComboBox* AddTermsView::NewChoice(const char* name) {
 }
 
 void AddTermsView::Select() {
-  auto& lines = keeper_.program().fitWindow.addTerms.lines;
+  auto& lines = keeper_.desk().fitWindow.addTerms.lines;
   for (std::size_t k = 0; k < lines.size(); ++k) lines[k].selected = IsRowSelected(*lines_, k);
 }
 
 void AddTermsView::Refresh() {
-  const AddTermsDialog& dialog = keeper_.program().fitWindow.addTerms;
+  const AddTermsDialog& dialog = keeper_.desk().fitWindow.addTerms;
   if (dialog.open) {
-    const FitDesk desk = DeskOf(keeper_.program());
+    const Desk& desk = keeper_.desk();
     ShowChoices(*models_, ModelChoices(desk), dialog.modelChoice);
     ShowChoices(*datasets_, DatasetChoices(desk), dialog.datasetChoice);
     std::vector<ShownRow> rows;

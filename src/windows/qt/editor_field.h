@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <functional>
 
-#include "records/model.h"
+#include "windows/cell_editor.h"
 
 namespace kalvex {
 

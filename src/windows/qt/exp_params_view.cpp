@@ -20,14 +20,13 @@ WindowPlace PlaceOf(ExpParamsWindow& window) {
 }  // namespace
 
 ExpParamsView::ExpParamsView(Keeper& keeper)
-    : SingleView(keeper, "expParams", PlaceOf(keeper.program().expParamsWindow),
-                 [&keeper] { CloseExpParams(keeper.desk()); }) {
+    : SingleView(keeper, "expParams", PlaceOf(keeper.desk().expParams), [&keeper] { CloseExpParams(keeper.desk()); }) {
   setWindowTitle(texts::kExpParamsTitle);
   setFont(SmallFont());
   setFocusPolicy(Qt::StrongFocus);
   LayOut();
   editor_ = new EditorField(
-      this, [&keeper] { return &keeper.program().expParamsWindow.editor; },
+      this, [&keeper] { return &keeper.desk().expParams.editor; },
       [this](const QKeyEvent& event) { return Press(event); });
 }
 
@@ -66,7 +65,7 @@ void ExpParamsView::Refresh() {
     ShowText(*labels_[at], line.label);
     ShowCell(*values_[at], line.value);
   }
-  const ExpParamsWindow& record = keeper_.program().expParamsWindow;
+  const ExpParamsWindow& record = keeper_.desk().expParams;
   editor_->Refresh(record.editor, values_[static_cast<std::size_t>(record.selectedIndex)]->geometry());
 }
 
@@ -93,8 +92,9 @@ std::optional<int> ExpParamsView::IndexAt(const QMouseEvent& event) const {
 void ExpParamsView::mousePressEvent(QMouseEvent* event) {
   const auto index = IndexAt(*event);
   if (!index) return;
-  if (event->button() == Qt::LeftButton) PressExpParam(keeper_.desk(), *index);
-  if (event->button() == Qt::RightButton) RightPressExpParam(keeper_.desk(), *index);
+  const int line = *index;
+  if (event->button() == Qt::LeftButton) PressExpParam(keeper_.desk(), line);
+  if (event->button() == Qt::RightButton) RightPressExpParam(keeper_.desk(), line);
   keeper_.Reconcile();
 }
 

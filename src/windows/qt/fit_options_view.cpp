@@ -22,11 +22,10 @@ QLayout* Row(std::initializer_list<QWidget*> widgets) {
 
 FitOptionsView::FitOptionsView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "fitOptions",
-                {[&keeper] { AcceptFitOptions(DeskOf(keeper.program())); },
-                 [&keeper] { CancelFitOptions(DeskOf(keeper.program())); }}),
+                {[&keeper] { AcceptFitOptions(keeper.desk()); }, [&keeper] { CancelFitOptions(keeper.desk()); }}),
       fields_([&keeper] { keeper.Reconcile(); }) {
   setWindowTitle(texts::kFitOptionsTitle);
-  FitOptionsForm& form = keeper_.program().fitWindow.options;
+  FitOptionsForm& form = keeper_.desk().fitWindow.options;
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(StopRules(form));
   layout->addWidget(Confidence(form));
@@ -81,7 +80,7 @@ QLayout* FitOptionsView::Others(FitOptionsForm& form) {
 }
 
 void FitOptionsView::Refresh() {
-  const FitWindow& window = keeper_.program().fitWindow;
+  const FitWindow& window = keeper_.desk().fitWindow;
   if (window.optionsOpen) {
     fields_.Refresh();
     const FitOptionsEnabled enabled = EnabledFieldsOf(window.options);

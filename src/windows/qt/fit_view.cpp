@@ -5,7 +5,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 
-#include "windows/main_window.h"
 #include "windows/qt/add_terms_view.h"
 #include "windows/qt/fit_options_view.h"
 #include "windows/qt/keeper.h"
@@ -23,8 +22,7 @@ WindowPlace PlaceOf(FitWindow& window) { return {window.open, window.x, window.y
 }  // namespace
 
 FitView::FitView(Keeper& keeper)
-    : SingleView(keeper, "fit", PlaceOf(keeper.program().fitWindow),
-                 [&keeper] { CloseFitWindow(DeskOf(keeper.program())); }) {
+    : SingleView(keeper, "fit", PlaceOf(keeper.desk().fitWindow), [&keeper] { CloseFitWindow(keeper.desk()); }) {
   setWindowTitle(texts::kFitTitle);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -32,14 +30,14 @@ FitView::FitView(Keeper& keeper)
   layout->addLayout(ControlPanel());
   layout->addWidget(details_ = Details(), 1);
   layout->addStretch();
-  resize(kWidth, keeper.program().fitWindow.height);
+  resize(kWidth, keeper.desk().fitWindow.height);
 }
 
-QPushButton* FitView::NewButton(const char* name, const char* text, void (*press)(Program&)) {
+QPushButton* FitView::NewButton(const char* name, const char* text, void (*press)(Desk&)) {
   auto* const button = new QPushButton(text);
   button->setObjectName(name);
   QObject::connect(button, &QPushButton::clicked, this, [this, press] {
-    press(keeper_.program());
+    press(keeper_.desk());
     keeper_.Reconcile();
   });
   return button;
@@ -71,10 +69,10 @@ QLayout* FitView::ControlPanel() {
   grid->setColumnStretch(0, 1);
   grid->setColumnStretch(1, 1);
   grid->addLayout(Values(), 0, 0, 3, 2);
-  start_ = NewButton("fitStart", texts::kFitStart, [](Program& p) { PressFitStart(p); });
-  undo_ = NewButton("fitUndo", texts::kFitUndo, [](Program& p) { PressFitUndo(p); });
-  options_ = NewButton("fitOptionsButton", texts::kFitOptionsButton, [](Program& p) { OpenFitOptions(DeskOf(p)); });
-  fold_ = NewButton("fitFold", texts::kFoldAtStart, [](Program& p) { ToggleFold(p.fitWindow); });
+  start_ = NewButton("fitStart", texts::kFitStart, PressFitStart);
+  undo_ = NewButton("fitUndo", texts::kFitUndo, PressFitUndo);
+  options_ = NewButton("fitOptionsButton", texts::kFitOptionsButton, OpenFitOptions);
+  fold_ = NewButton("fitFold", texts::kFoldAtStart, [](Desk& desk) { ToggleFold(desk.fitWindow); });
   QFont strong = start_->font();
   strong.setBold(true);
   start_->setFont(strong);
@@ -96,16 +94,16 @@ QWidget* FitView::Details() {
   terms_->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
   QObject::connect(terms_, &QTreeWidget::itemSelectionChanged, this, [this] { SelectTerms(); });
   QObject::connect(terms_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int line) {
-    if (!keeper_.IsReconciling()) ScrollTermLines(keeper_.program().fitWindow, line);
+    if (!keeper_.IsReconciling()) ScrollTermLines(keeper_.desk().fitWindow, line);
   });
   weight_ = new QLineEdit;
   weight_->setObjectName("fitWeight");
   QObject::connect(weight_, &QLineEdit::textEdited, this, [this](const QString& text) {
-    WeightEdited(DeskOf(keeper_.program()), text.toStdString());
+    WeightEdited(keeper_.desk(), text.toStdString());
     keeper_.Reconcile();
   });
-  add_ = NewButton("fitAdd", texts::kAddTerm, [](Program& p) { OpenAddTerms(DeskOf(p)); });
-  remove_ = NewButton("fitRemove", texts::kRemoveTerm, [](Program& p) { RemoveSelectedTerms(DeskOf(p)); });
+  add_ = NewButton("fitAdd", texts::kAddTerm, OpenAddTerms);
+  remove_ = NewButton("fitRemove", texts::kRemoveTerm, RemoveSelectedTerms);
   grid->addWidget(terms_, 0, 0, 5, 1);
   grid->addWidget(new QLabel(texts::kTermHeads[3]), 0, 1);
   grid->addWidget(weight_, 1, 1);
@@ -121,8 +119,8 @@ QWidget* FitView::Details() {
 }
 
 void FitView::SelectTerms() {
-  const FitDesk desk = DeskOf(keeper_.program());
-  for (std::size_t line = 0; line < desk.window.lines.size(); ++line) {
+  Desk& desk = keeper_.desk();
+  for (std::size_t line = 0; line < desk.fitWindow.lines.size(); ++line) {
     SelectTermLine(desk, line, IsRowSelected(*terms_, line));
   }
   keeper_.Reconcile();
@@ -130,32 +128,32 @@ void FitView::SelectTerms() {
 
 void FitView::resizeEvent(QResizeEvent*) {
   if (keeper_.IsReconciling()) return;
-  keeper_.program().fitWindow.height = height();
+  keeper_.desk().fitWindow.height = height();
   keeper_.Reconcile();
 }
 
 void FitView::ShowValuesOfRun() {
-  const FitLabels labels = FitLabelsOf(keeper_.program().fit);
+  const FitLabels labels = FitLabelsOf(keeper_.session().Fit());
   const std::array<const std::string*, 6> shown = {&labels.points, &labels.params,    &labels.chiSq,
                                                    &labels.change, &labels.iteration, &labels.seconds};
   for (std::size_t k = 0; k < shown.size(); ++k) ShowText(*values_[k], *shown[k]);
 }
 
 void FitView::ShowControls() {
-  const FitControls controls = FitControlsOf(keeper_.program().fit);
+  const FitControls controls = FitControlsOf(keeper_.session().Fit());
   ShowText(*start_, controls.startButton);
   undo_->setEnabled(controls.undo);
   options_->setEnabled(controls.options);
   add_->setEnabled(controls.add);
   remove_->setEnabled(controls.remove);
   weight_->setEnabled(controls.weight);
-  ShowText(*weight_, keeper_.program().fitWindow.weightText);
+  ShowText(*weight_, keeper_.desk().fitWindow.weightText);
   if (controls.busyCursor == testAttribute(Qt::WA_SetCursor)) return;
   controls.busyCursor ? setCursor(Qt::WaitCursor) : unsetCursor();
 }
 
 void FitView::ShowFold() {
-  const FitWindow& window = keeper_.program().fitWindow;
+  const FitWindow& window = keeper_.desk().fitWindow;
   ShowText(*fold_, window.foldButton);
   if (details_->isHidden() != IsFolded(window)) {
     details_->setVisible(!IsFolded(window));
@@ -165,18 +163,18 @@ void FitView::ShowFold() {
 }
 
 void FitView::ShowTerms() {
-  const Program& program = keeper_.program();
-  const auto& terms = program.fit.list.terms;
+  const FitWindow& window = keeper_.desk().fitWindow;
+  const auto& terms = keeper_.session().Fit().list.terms;
   std::vector<ShownRow> rows;
-  for (const std::string& line : program.fitWindow.lines) {
-    rows.push_back({line, rows.size() < terms.size() && program.fitWindow.selected.contains(terms[rows.size()].id)});
+  for (const std::string& line : window.lines) {
+    rows.push_back({line, rows.size() < terms.size() && window.selected.contains(terms[rows.size()].id)});
   }
   ShowRows(*terms_, rows);
-  terms_->verticalScrollBar()->setValue(program.fitWindow.topLine);
+  terms_->verticalScrollBar()->setValue(window.topLine);
 }
 
 void FitView::ShowDialogs() {
-  const FitWindow& window = keeper_.program().fitWindow;
+  const FitWindow& window = keeper_.desk().fitWindow;
   if (window.addTerms.open && !addTerms_) addTerms_ = new AddTermsView(keeper_, *this);
   if (addTerms_) addTerms_->Refresh();
   if (window.optionsOpen && !fitOptions_) fitOptions_ = new FitOptionsView(keeper_, *this);
@@ -185,7 +183,7 @@ void FitView::ShowDialogs() {
 
 void FitView::Refresh() {
   ShowDialogs();
-  if (!keeper_.program().fitWindow.open) {
+  if (!keeper_.desk().fitWindow.open) {
     ShowPlace();
     return;
   }

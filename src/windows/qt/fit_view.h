@@ -4,7 +4,6 @@
 #include <QTreeWidget>
 #include <array>
 
-#include "program/program.h"
 #include "windows/qt/single_view.h"
 
 class QLabel;
@@ -15,6 +14,7 @@ namespace kalvex {
 
 class AddTermsView;
 class FitOptionsView;
+struct Desk;
 
 class FitView : public SingleView {
  public:
@@ -28,7 +28,7 @@ class FitView : public SingleView {
   QLayout* ControlPanel();
   QLayout* Values();
   QWidget* Details();
-  QPushButton* NewButton(const char* name, const char* text, void (*press)(Program&));
+  QPushButton* NewButton(const char* name, const char* text, void (*press)(Desk&));
   void SelectTerms();
   void ShowValuesOfRun();
   void ShowControls();

@@ -29,10 +29,10 @@ void ShowLookTick(QCheckBox& box, const std::optional<bool>& value, bool any) {
   if (box.checkState() != state) box.setCheckState(state);
 }
 
-std::vector<ShownRow> RowsOf(const std::vector<ListedCurve>& list, const Program& program, bool spots) {
+std::vector<ShownRow> RowsOf(const std::vector<ListedCurve>& list, const Session& session, bool spots) {
   std::vector<ShownRow> rows;
   for (const ListedCurve& listed : list) {
-    rows.push_back({CurveText(listed.curve, program.datasets, program.params), listed.selected});
+    rows.push_back({CurveText(listed.curve, session.Datasets(), session.Params()), listed.selected});
     if (spots) rows.back().spot = kCurveColors[static_cast<std::size_t>(listed.curve.colorIndex)].rgb;
   }
   return rows;
@@ -47,7 +47,7 @@ PropertiesView::PropertiesView(Keeper& keeper, QWidget& owner)
                 {[&keeper] { AcceptProperties(keeper.desk()); }, [&keeper] { CancelProperties(keeper.desk()); },
                  [&keeper] { ApplyProperties(keeper.desk()); }}),
       fields_([&keeper] { keeper.Reconcile(); }) {
-  GraphPropertiesForm& form = keeper.program().graphDialogs.properties;
+  GraphPropertiesForm& form = keeper.desk().graphDialogs.properties;
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(AxisGroup(texts::kAxisGroups[0], "propertiesX", form.X));
   layout->addWidget(AxisGroup(texts::kAxisGroups[1], "propertiesY", form.Y));
@@ -63,7 +63,7 @@ QWidget* PropertiesView::AxisGroup(const char* title, const QString& name, AxisF
   QLineEdit* const words = fields_.Text(name + "Title", axis.title);
   for (QLineEdit* const number : {min, max}) number->setFixedWidth(kNumberWidth);
   words->setMinimumWidth(kTitleWidth);
-  words->setMaxLength(kLongestTitle);
+  words->setMaxLength(static_cast<int>(kLongestTitle));
   grid->addWidget(new QLabel(texts::kRange), 0, 0);
   grid->addWidget(min, 0, 1);
   grid->addWidget(max, 0, 2);
@@ -77,7 +77,7 @@ QWidget* PropertiesView::AxisGroup(const char* title, const QString& name, AxisF
 
 void PropertiesView::Refresh(bool open) {
   if (open) {
-    setWindowTitle(QtText(keeper_.program().graphDialogs.properties.caption));
+    setWindowTitle(QtText(keeper_.desk().graphDialogs.properties.caption));
     fields_.Refresh();
   }
   ShowOpen(open);
@@ -89,7 +89,7 @@ ContentsView::ContentsView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "contents",
                 {[&keeper] { AcceptContents(keeper.desk()); }, [&keeper] { CancelContents(keeper.desk()); },
                  [&keeper] { ApplyContents(keeper.desk()); }}),
-      record_(keeper.program().graphDialogs.contents) {
+      record_(keeper.desk().graphDialogs.contents) {
   auto* const layout = new QVBoxLayout(this);
   auto* const top = new QHBoxLayout;
   top->addWidget(Filters());
@@ -238,14 +238,13 @@ QWidget* ContentsView::CurveGroup() {
 }
 
 void ContentsView::Offer() {
-  const Program& program = keeper_.program();
-  OfferCurves(record_, program.datasets, program.params);
+  OfferCurves(record_, keeper_.session().Datasets(), keeper_.session().Params());
   keeper_.Reconcile();
 }
 
 void ContentsView::ShowLists() {
-  ShowRows(*available_, RowsOf(record_.available, keeper_.program(), false));
-  ShowRows(*chosen_, RowsOf(record_.chosen, keeper_.program(), true));
+  ShowRows(*available_, RowsOf(record_.available, keeper_.session(), false));
+  ShowRows(*chosen_, RowsOf(record_.chosen, keeper_.session(), true));
 }
 
 void ContentsView::ShowLook() {

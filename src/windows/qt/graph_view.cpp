@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <cmath>
 
-#include "graphs/graph_table.h"
 #include "graphs/painting.h"
 #include "windows/qt/graph_dialog_views.h"
 #include "windows/qt/keeper.h"
@@ -24,12 +23,13 @@ GraphView::GraphView(Keeper& keeper, std::uint32_t number) : QWidget(nullptr), k
   setObjectName(QString("graph%1").arg(number));
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
-  const Graph& of = *graph();
-  setGeometry(of.XPos, of.YPos, of.Width, of.Height);
+  keeper.TakeStepKeys(*this);
+  const GraphWindow& place = keeper.desk().graphs[number];
+  setGeometry(place.x, place.y, graph()->Width, graph()->Height);
   show();
 }
 
-Graph* GraphView::graph() const { return GetGraphByNumber(keeper_.program().graphs, number_); }
+const Graph* GraphView::graph() const { return keeper_.session().FindGraph(number_); }
 
 void GraphView::MakePicture(const Graph& of) {
   const qreal ratio = devicePixelRatioF();
@@ -40,7 +40,7 @@ void GraphView::MakePicture(const Graph& of) {
 }
 
 void GraphView::ShowDialogs() {
-  GraphDialogs& dialogs = keeper_.program().graphDialogs;
+  GraphDialogs& dialogs = keeper_.desk().graphDialogs;
   if (dialogs.propertiesOf == number_ && !properties_) properties_ = new PropertiesView(keeper_, *this);
   if (properties_) properties_->Refresh(dialogs.propertiesOf == number_);
   if (dialogs.contentsOf == number_ && !contents_) contents_ = new ContentsView(keeper_, *this);
@@ -54,20 +54,21 @@ void GraphView::ShowDialogs() {
 
 void GraphView::Refresh() {
   ShowDialogs();
-  Graph* const of = graph();
+  const Graph* const of = graph();
   if (!of) return hide();
   // A macro has moved the window or changed its size.
   if (of->Width != width() || of->Height != height()) resize(of->Width, of->Height);
-  if (pos() != QPoint(of->XPos, of->YPos)) move(of->XPos, of->YPos);
+  const GraphWindow& place = keeper_.desk().graphs[number_];
+  if (pos() != QPoint(place.x, place.y)) move(place.x, place.y);
   setWindowTitle(QString::fromStdString(GraphTitle(*of)));
   setCursor(of->readerActive ? Qt::BlankCursor : Qt::ArrowCursor);
   const QImage before = picture_;
   MakePicture(*of);
-  if (picture_.cacheKey() != before.cacheKey()) of->repaint = Repaint::kEverything;
+  if (picture_.cacheKey() != before.cacheKey()) keeper_.session().ForgetPicture(number_);
   if (of->repaint == Repaint::kNothing) return;
   {
     QtCanvas canvas(picture_);
-    RepaintGraph(*of, keeper_.program().eval, canvas.Filled());
+    keeper_.session().RepaintGraph(number_, canvas.Filled());
   }
   update();
 }
@@ -80,22 +81,20 @@ void GraphView::paintEvent(QPaintEvent*) {
 }
 
 void GraphView::resizeEvent(QResizeEvent*) {
-  if (Graph* const of = graph(); of && !keeper_.IsReconciling()) {
-    ResizeGraph(*of, width(), height());
+  if (const Graph* const of = graph(); of && !keeper_.IsReconciling()) {
+    ResizeGraphWindow(keeper_.desk(), *of, width(), height());
     keeper_.Reconcile();
   }
 }
 
 void GraphView::moveEvent(QMoveEvent*) {
-  if (Graph* const of = graph(); of && !keeper_.IsReconciling()) {
-    of->XPos = pos().x();
-    of->YPos = pos().y();
-  }
+  if (!graph() || keeper_.IsReconciling()) return;
+  keeper_.desk().graphs[number_] = {pos().x(), pos().y()};
 }
 
 void GraphView::closeEvent(QCloseEvent* event) {
   event->ignore();  // the window goes with its record
-  if (Graph* const of = graph()) CloseGraphWindow(keeper_.desk(), *of);
+  if (const Graph* const of = graph()) CloseGraphWindow(keeper_.desk(), *of);
   keeper_.Reconcile();
 }
 
@@ -107,28 +106,21 @@ void GraphView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void GraphView::mouseMoveEvent(QMouseEvent* event) {
-  if (Graph* const of = graph()) {
-    MoveMouseOverGraph(keeper_.desk(), *of, PixelAt(*event).x(), PixelAt(*event).y());
-    Refresh();
-  }
+  if (!graph()) return;
+  keeper_.session().MoveGraphReader(number_, PixelAt(*event).x(), PixelAt(*event).y());
+  Refresh();
 }
 
 void GraphView::leaveEvent(QEvent*) {
-  if (Graph* const of = graph()) {
-    HideReader(*of);
-    Refresh();
-  }
+  if (!graph()) return;
+  keeper_.session().HideGraphReader(number_);
+  Refresh();
 }
 
 void GraphView::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Space) return QWidget::keyPressEvent(event);
   if (const Graph* const of = graph()) PressGraphSpace(keeper_.desk(), *of);
   keeper_.Reconcile();
-}
-
-void GraphView::changeEvent(QEvent* event) {
-  if (Graph* const of = graph(); of && event->type() == QEvent::ActivationChange) of->active = isActiveWindow();
-  QWidget::changeEvent(event);
 }
 
 }  // namespace kalvex

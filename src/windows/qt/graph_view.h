@@ -29,10 +29,9 @@ class GraphView : public QWidget {
   void mouseMoveEvent(QMouseEvent*) override;
   void leaveEvent(QEvent*) override;
   void keyPressEvent(QKeyEvent*) override;
-  void changeEvent(QEvent*) override;
 
  private:
-  Graph* graph() const;
+  const Graph* graph() const;
   void MakePicture(const Graph& of);
   void ShowDialogs();
 

@@ -1,7 +1,8 @@
 #include "windows/qt/keeper.h"
 
-#include "graphs/graph_table.h"
-#include "records/model_table.h"
+#include <QShortcut>
+
+#include "windows/main_window.h"
 #include "windows/qt/exp_params_view.h"
 #include "windows/qt/fit_view.h"
 #include "windows/qt/graph_view.h"
@@ -21,7 +22,7 @@ QWidget* WidgetOf(const std::map<std::uint32_t, std::unique_ptr<View>>& views, s
 
 }  // namespace
 
-Keeper::Keeper(Program& program) : program_(program), main_(std::make_unique<MainView>(*this)) {
+Keeper::Keeper(Desk& desk) : desk_(desk), main_(std::make_unique<MainView>(*this)) {
   sinceLast_.start();
   Reconcile();
 }
@@ -34,6 +35,17 @@ Keeper::~Keeper() {
 QWidget* Keeper::mainWidget() const { return main_.get(); }
 QWidget* Keeper::graphWidget(std::uint32_t number) const { return WidgetOf(graphs_, number); }
 QWidget* Keeper::modelWidget(std::uint32_t number) const { return WidgetOf(models_, number); }
+
+void Keeper::TakeStepKeys(QWidget& window) {
+  for (const auto& [keys, press] : {std::pair(Qt::CTRL | Qt::Key_Z, &PressStepBack),
+                                    std::pair(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, &PressStepForward)}) {
+    auto* const shortcut = new QShortcut(QKeySequence(keys), &window);
+    QObject::connect(shortcut, &QShortcut::activated, &window, [this, act = press] {
+      act(desk_);
+      Reconcile();
+    });
+  }
+}
 
 void Keeper::Retire(QWidget* view) {
   view->hide();
@@ -56,21 +68,19 @@ void Keeper::RetireIf(std::map<std::uint32_t, std::unique_ptr<View>>& views, IsG
 }
 
 void Keeper::ReconcileGraphs() {
-  RetireIf(graphs_, [&](std::uint32_t number) { return !GetGraphByNumber(program_.graphs, number); });
-  for (Graph& graph : program_.graphs.slots) {
-    if (graph.number == 0) continue;
-    auto& view = graphs_[graph.number];
-    if (!view) view = std::make_unique<GraphView>(*this, graph.number);
+  RetireIf(graphs_, [&](std::uint32_t number) { return !desk_.graphs.contains(number); });
+  for (const auto& [number, window] : desk_.graphs) {
+    auto& view = graphs_[number];
+    if (!view) view = std::make_unique<GraphView>(*this, number);
     view->Refresh();
   }
 }
 
 void Keeper::ReconcileModels() {
-  RetireIf(models_, [&](std::uint32_t number) { return !GetModelByNumber(program_.params, number); });
-  for (Model& model : program_.params.models) {
-    if (model.number == 0) continue;
-    auto& view = models_[model.number];
-    if (!view) view = std::make_unique<ModelView>(*this, model.number);
+  RetireIf(models_, [&](std::uint32_t number) { return !desk_.models.contains(number); });
+  for (const auto& [number, window] : desk_.models) {
+    auto& view = models_[number];
+    if (!view) view = std::make_unique<ModelView>(*this, number);
     view->Refresh();
   }
 }
@@ -84,10 +94,10 @@ void Keeper::ReconcileSingle(std::unique_ptr<View>& view, bool open) {
 void Keeper::ReconcileAll() {
   main_->Refresh();
   ReconcileGraphs();
-  ReconcileSingle(manager_, program_.datasetManager.open);
-  ReconcileSingle(fit_, program_.fitWindow.open);
-  ReconcileSingle(paramControl_, program_.paramControl.open);
-  ReconcileSingle(expParams_, program_.expParamsWindow.open);
+  ReconcileSingle(manager_, desk_.datasetManager.open);
+  ReconcileSingle(fit_, desk_.fitWindow.open);
+  ReconcileSingle(paramControl_, desk_.paramControl.open);
+  ReconcileSingle(expParams_, desk_.expParams.open);
   ReconcileModels();
 }
 
@@ -102,14 +112,14 @@ void Keeper::Reconcile() {
     ReconcileAll();
   }
   reconciling_ = false;
-  runShown_ = program_.fit.FitRunning;
+  runShown_ = session().Fit().FitRunning;
   sinceLast_.restart();
 }
 
 void Keeper::ReconcileNowAndThen() {
   constexpr qint64 kPause = 15;  // ms, about a picture of the screen
   // A run that has begun shows at once how it can be stopped.
-  if (sinceLast_.elapsed() >= kPause || runShown_ != program_.fit.FitRunning) Reconcile();
+  if (sinceLast_.elapsed() >= kPause || runShown_ != session().Fit().FitRunning) Reconcile();
 }
 
 }  // namespace kalvex

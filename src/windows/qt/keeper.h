@@ -1,6 +1,6 @@
-// Keeper: makes the screen show what the program's records say. Windows exist as records first; after each action, and
-// whenever events are pumped, Reconcile opens, closes and refreshes the widgets that show them. A widget holds no rule:
-// its handlers call a window's functions and then Reconcile.
+// Keeper: makes the screen show what the desk and the session say. Windows exist as records first; after each action,
+// and whenever events are pumped, Reconcile opens, closes and refreshes the widgets that show them. A widget holds no
+// rule: its handlers call a window's functions and then Reconcile.
 #pragma once
 
 #include <QElapsedTimer>
@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-#include "program/program.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 
@@ -24,13 +24,17 @@ class ExpParamsView;
 
 class Keeper {
  public:
-  explicit Keeper(Program& program);
+  explicit Keeper(Desk& desk);
   Keeper(const Keeper&) = delete;
   Keeper& operator=(const Keeper&) = delete;
   ~Keeper();
 
-  Program& program() { return program_; }
-  WindowDesk desk() { return WindowDeskOf(program_); }
+  Desk& desk() { return desk_; }
+  Session& session() { return desk_.session; }
+
+  // Ctrl+Z and Ctrl+Shift+Z of a window: a step back, and forward. A field that is being typed into has them for
+  // itself.
+  void TakeStepKeys(QWidget& window);
 
   void Reconcile();
   // The same, unless it was done a moment ago: for long operations, which ask often.
@@ -53,7 +57,7 @@ class Keeper {
   // Takes a window off the screen. It is deleted later, since it may be its own handler that is at work.
   void Retire(QWidget* view);
 
-  Program& program_;
+  Desk& desk_;
   bool reconciling_ = false;
   bool asked_ = false;  // since the last pass over the windows began
   bool runShown_ = false;

@@ -45,17 +45,25 @@ QString MissingForTheScreen() {
   return reason;
 }
 
-int Run(Program& program, const char* macroFile) {
-  Keeper keeper(program);
-  QtPlatform platform(keeper);
-  program.platform = program.eval.platform = &platform;
+int RunOn(Keeper& keeper, const char* macroFile) {
+  Desk& desk = keeper.desk();
   if (*macroFile) {
-    const int result = RunMacro(program, macroFile);
-    if (result < 0) std::fprintf(stderr, "%s\n", program.macro.fault.c_str());
+    const int result = RunMacro(desk, macroFile);
+    if (result < 0) std::fprintf(stderr, "%s\n", desk.macro.fault.c_str());
     if (result == 1) return 0;
   }
   keeper.Reconcile();
-  return program.mainWindow.quit ? 0 : QCoreApplication::exec();
+  return desk.mainWindow.quit ? 0 : QCoreApplication::exec();
+}
+
+int Run(Desk& desk, const char* macroFile) {
+  Keeper keeper(desk);
+  QtPlatform platform(keeper);
+  Platform& before = desk.session.GetPlatform();
+  desk.session.UsePlatform(platform);
+  const int status = RunOn(keeper, macroFile);
+  desk.session.UsePlatform(before);
+  return status;
 }
 
 }  // namespace
@@ -63,7 +71,7 @@ int Run(Program& program, const char* macroFile) {
 
 constexpr int kGraphPicture = 2;  // a sheet of its own, seen on any ground
 
-int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, char** argv, std::string& fault) {
+int KalvexRunWindows(kalvex::Desk& desk, const char* macroFile, int argc, char** argv, std::string& fault) {
   if (!kalvex::ScreenAnswers()) return -1;
   if (const QString missing = kalvex::MissingForTheScreen(); !missing.isEmpty()) {
     fault = kalvex::kNoWindows + missing.toStdString();
@@ -74,7 +82,5 @@ int KalvexRunWindows(kalvex::Program& program, const char* macroFile, int argc, 
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
   QApplication::setWindowIcon(kalvex::ToolIcon(kGraphPicture, Qt::white));
-  const int status = kalvex::Run(program, macroFile);
-  program.platform = program.eval.platform = &program.headless;
-  return status;
+  return kalvex::Run(desk, macroFile);
 }

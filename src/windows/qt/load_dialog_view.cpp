@@ -17,7 +17,7 @@ constexpr int kPathWidth = 300, kNumberWidth = 90;
 LoadDialogView::LoadDialogView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "loadDialog",
                 {[&keeper] { AcceptLoadDialog(keeper.desk()); }, [&keeper] { CancelLoadDialog(keeper.desk()); }}),
-      record_(keeper.program().loadDialog),
+      record_(keeper.desk().loadDialog),
       fields_([&keeper] { keeper.Reconcile(); }) {
   auto* const layout = new QVBoxLayout(this);
   for (QWidget* const group : {MasterGroup(), XGroup(), MatchGroup(), YGroup(), YErrGroup()}) layout->addWidget(group);

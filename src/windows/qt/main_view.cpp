@@ -34,6 +34,7 @@ MainView::MainView(Keeper& keeper) : keeper_(keeper) {
     AddCommand(bar_->addAction(button.tip), button.command);
   }
   DrawIcons();
+  keeper.TakeStepKeys(*this);
   placed_ = PlaceInRecord();
   resize(placed_.size());
   show();
@@ -44,7 +45,7 @@ void MainView::AddCommand(QAction* action, int command) {
   const auto of = static_cast<MainCommand>(command);
   action->setCheckable(of == MainCommand::kAutoUpdate || of == MainCommand::kGraphReader);
   QObject::connect(action, &QAction::triggered, this, [this, of] {
-    ChooseCommand(keeper_.program(), of);
+    ChooseCommand(keeper_.desk(), of);
     keeper_.Reconcile();
   });
 }
@@ -63,24 +64,24 @@ QAction* MainView::actionOf(int command) const {
 
 // The box has no event loop of its own: a run of the fit goes on behind it.
 void MainView::ShowAbout() {
-  const bool open = keeper_.program().mainWindow.about;
+  const bool open = keeper_.desk().mainWindow.about;
   if (!open || about_) return;
   const auto lines = AboutLines(KALVEX_VERSION, KALVEX_UPDATED);
   about_ = new QMessageBox(QMessageBox::NoIcon, texts::kAboutTitle,
                            QString::fromStdString(lines[0] + '\n' + lines[1] + '\n' + lines[2]), QMessageBox::Ok, this);
   about_->setIconPixmap(windowIcon().pixmap(kAboutIcon));
   about_->setAttribute(Qt::WA_DeleteOnClose);
-  QObject::connect(about_, &QMessageBox::finished, this, [this] { CloseAbout(keeper_.program()); });
+  QObject::connect(about_, &QMessageBox::finished, this, [this] { CloseAbout(keeper_.desk()); });
   about_->open();
 }
 
 QRect MainView::PlaceInRecord() const {
-  const MainWindow& record = keeper_.program().mainWindow;
+  const MainWindow& record = keeper_.desk().mainWindow;
   return {record.x, record.y, record.width, record.height};
 }
 
 void MainView::NotePlace() {
-  MainWindow& record = keeper_.program().mainWindow;
+  MainWindow& record = keeper_.desk().mainWindow;
   // A macro has moved it, and the screen has yet to follow, or is about to.
   if (PlaceInRecord() != placed_ || keeper_.IsReconciling()) return;
   record.x = x();
@@ -110,16 +111,17 @@ void MainView::FollowRecord() {
 }
 
 void MainView::Refresh() {
-  const Program& program = keeper_.program();
+  const MainWindow& record = keeper_.desk().mainWindow;
+  const Session& session = keeper_.session();
   FollowRecord();
-  setWindowTitle(QString::fromStdString(program.mainWindow.title));
+  setWindowTitle(QString::fromStdString(record.title));
   for (const auto& [command, action] : actions_) {
-    action->setEnabled(CommandAnswers(program, static_cast<MainCommand>(command)));
-    if (action->isCheckable()) action->setChecked(CommandIsOn(program, static_cast<MainCommand>(command)));
+    action->setEnabled(CommandAnswers(session, static_cast<MainCommand>(command)));
+    if (action->isCheckable()) action->setChecked(CommandIsOn(session, static_cast<MainCommand>(command)));
   }
   ShowAbout();
   // Nothing is asked: no other window can refuse to close.
-  if (program.mainWindow.quit) QCoreApplication::exit();
+  if (record.quit) QCoreApplication::exit();
 }
 
 void MainView::changeEvent(QEvent* event) {
@@ -129,7 +131,7 @@ void MainView::changeEvent(QEvent* event) {
 
 void MainView::closeEvent(QCloseEvent* event) {
   event->accept();
-  CloseMainWindow(keeper_.program());
+  CloseMainWindow(keeper_.desk());
   keeper_.Reconcile();
 }
 

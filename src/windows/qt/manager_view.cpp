@@ -32,7 +32,7 @@ QLabel* NewHead(const char* text) {
 }  // namespace
 
 ManagerView::ManagerView(Keeper& keeper)
-    : SingleView(keeper, "datasetManager", PlaceOf(keeper.program().datasetManager),
+    : SingleView(keeper, "datasetManager", PlaceOf(keeper.desk().datasetManager),
                  [&keeper] { CloseDatasetManager(keeper.desk()); }) {
   setWindowTitle(texts::kManagerTitle);
   auto* const layout = new QVBoxLayout(this);
@@ -78,6 +78,9 @@ ManagerView::RowControls ManagerView::NewRow(int slot) {
                   NewField("managerCutMax" + number, kLimitWidth),
                   NewField("managerPoints" + number, kPointsWidth)};
   row.button->setObjectName("managerButton" + number);
+  for (QLineEdit* const limit : {row.cutMin, row.cutMax}) {
+    QObject::connect(limit, &QLineEdit::editingFinished, this, [this] { LeaveCutField(keeper_.desk()); });
+  }
   row.quantity->setObjectName("managerQuantity" + number);
   for (const QuantityName& quantity : kQuantityNames) row.quantity->addItem(quantity.shortName);
   row.name->setReadOnly(true);
@@ -117,14 +120,14 @@ void ManagerView::ShowRow(const RowControls& controls, const ManagerRow& row, bo
 }
 
 void ManagerView::Refresh() {
-  const DatasetManager& manager = keeper_.program().datasetManager;
-  const bool answers = !IsFrozen(keeper_.desk());
+  const DatasetManager& manager = keeper_.desk().datasetManager;
+  const bool answers = !keeper_.session().Fit().FitRunning;
   if (manager.open) {
     for (std::size_t k = 0; k < rows_.size(); ++k) ShowRow(rows_[k], manager.rows[k], answers);
     unloadAll_->setEnabled(manager.unloadAll && answers);
   }
   ShowPlace();
-  if (keeper_.program().loadDialog.open && !load_) load_ = new LoadDialogView(keeper_, *this);
+  if (keeper_.desk().loadDialog.open && !load_) load_ = new LoadDialogView(keeper_, *this);
   if (load_) load_->Refresh();
 }
 

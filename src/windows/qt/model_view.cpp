@@ -26,8 +26,9 @@ ModelView::ModelView(Keeper& keeper, std::uint32_t number)
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(kModelWindowMinWidth, kModelWindowMinHeight);
   LayOut();
+  keeper.TakeStepKeys(*this);
   editor_ = new EditorField(
-      this, [shown = shown_] { return shown.Get() ? &shown.Get()->window.editor : nullptr; },
+      this, [shown = shown_] { return shown.Get() ? &shown.Window().editor : nullptr; },
       [this](const QKeyEvent& event) { return Press(event); });
   Refresh();
   show();
@@ -81,11 +82,11 @@ void ModelView::Refresh() {
   const Model* const model = shown_.Get();
   if (!model) return;
   setWindowTitle(QtText(model->name));
-  ShowPlace(model->window);
-  ShowCell(*epsInf_, EpsInfCell(*model));
+  ShowPlace(shown_.Window());
+  ShowCell(*epsInf_, EpsInfCell(*model, shown_.Window()));
   RefreshControls(*model);
   rows_->Refresh(*model);
-  RefreshEditor(*model);
+  RefreshEditor();
 }
 
 // A macro has moved the window or changed its size.
@@ -95,19 +96,19 @@ void ModelView::ShowPlace(const ModelWindow& record) {
 }
 
 void ModelView::RefreshControls(const Model& model) {
-  const ModelControls controls = ModelControlsOf(shown_.keeper.program().eval, model);
+  const ModelControls controls = ModelControlsOf(shown_.keeper.desk(), model);
   ShowText(*einfGroup_, controls.einfGroup);
   ShowText(*rowsGroup_, controls.rowsGroup);
   ShowText(*buttons_[ModelButton::kVdfPanel], controls.vdfButton);
   buttons_[ModelButton::kRemove]->setEnabled(controls.remove);
   buttons_[ModelButton::kUp]->setEnabled(controls.up);
   buttons_[ModelButton::kDown]->setEnabled(controls.down);
-  vdf_->setVisible(model.window.vdfShown);
+  vdf_->setVisible(shown_.Window().vdfShown);
   vdf_->Refresh(controls);
 }
 
-void ModelView::RefreshEditor(const Model& model) {
-  const ModelWindow& window = model.window;
+void ModelView::RefreshEditor() {
+  const ModelWindow& window = shown_.Window();
   QWidget* const over = window.rowSelected ? rows_->viewport() : static_cast<QWidget*>(epsInf_);
   QRect place = window.rowSelected ? rows_->CellRect(window.curRow, window.curColumn) : epsInf_->rect();
   place.moveTopLeft(over->mapTo(this, place.topLeft()));
@@ -115,7 +116,7 @@ void ModelView::RefreshEditor(const Model& model) {
 }
 
 void ModelView::ShowDialog() {
-  const VdfDialog& record = shown_.keeper.program().vdfDialog;
+  const VdfDialog& record = shown_.keeper.desk().vdfDialog;
   const bool open = record.open && record.model == shown_.number;
   if (open && !dialog_) dialog_ = new VdfDialogView(shown_.keeper, *this);
   if (dialog_) dialog_->Refresh(open);
@@ -126,7 +127,7 @@ bool ModelView::Press(const QKeyEvent& event) {
   const auto digit = DigitOf(event);
   if (!key && !digit) return false;
   bool taken = false;
-  shown_.Do([&](const WindowDesk& desk, Model& model) {
+  shown_.Do([&](Desk& desk, const Model& model) {
     taken = key ? PressModelKey(desk, model, *key) : PressModelDigit(desk, model, *digit);
   });
   return taken;
@@ -144,7 +145,7 @@ bool ModelView::IsOnEpsInf(const QMouseEvent& event) const {
 void ModelView::mousePressEvent(QMouseEvent* event) {
   const bool right = event->button() == Qt::RightButton;
   if (!IsOnEpsInf(*event) || (!right && event->button() != Qt::LeftButton)) return;
-  shown_.Do([&](const WindowDesk& desk, Model& model) {
+  shown_.Do([&](Desk& desk, const Model& model) {
     right ? RightPressModelField(desk, model, {true}) : PressModelField(desk, model, {true});
   });
 }
@@ -152,17 +153,17 @@ void ModelView::mousePressEvent(QMouseEvent* event) {
 void ModelView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return mousePressEvent(event);
   if (!IsOnEpsInf(*event)) return;
-  shown_.Do([&](const WindowDesk& desk, Model& model) { DoublePressModelField(desk, model, {true}); });
+  shown_.Do([&](Desk& desk, const Model& model) { DoublePressModelField(desk, model, {true}); });
 }
 
 // The record follows the window, which the user has moved or made larger.
 void ModelView::NotePlace() {
-  Model* const model = shown_.Get();
-  if (!model || shown_.keeper.IsReconciling()) return;
-  model->window.x = x();
-  model->window.y = y();
-  model->window.width = width();
-  model->window.height = height();
+  if (!shown_.Get() || shown_.keeper.IsReconciling()) return;
+  ModelWindow& record = shown_.Window();
+  record.x = x();
+  record.y = y();
+  record.width = width();
+  record.height = height();
 }
 
 void ModelView::moveEvent(QMoveEvent*) { NotePlace(); }
@@ -174,13 +175,13 @@ void ModelView::resizeEvent(QResizeEvent*) {
 
 void ModelView::closeEvent(QCloseEvent* event) {
   event->ignore();  // the window goes with its record
-  shown_.Do([](const WindowDesk& desk, Model& model) { CloseModelWindow(desk, model); });
+  shown_.Do([](Desk& desk, const Model& model) { CloseModelWindow(desk, model); });
 }
 
 void ModelView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::ActivationChange) return;
-  shown_.Do([this](const WindowDesk& desk, Model& model) { ActivateModelWindow(desk, model, isActiveWindow()); });
+  shown_.Do([this](Desk& desk, const Model& model) { ActivateModelWindow(desk, model, isActiveWindow()); });
 }
 
 }  // namespace kalvex

@@ -42,7 +42,7 @@ class ModelView : public QWidget {
   void NotePlace();
   bool IsOnEpsInf(const QMouseEvent& event) const;
   void RefreshControls(const Model& model);
-  void RefreshEditor(const Model& model);
+  void RefreshEditor();
   void ShowPlace(const ModelWindow& record);
   void ShowDialog();
 

@@ -26,7 +26,7 @@ QLabel* MarkLabel(const char* text, const char* objectName) {
 }  // namespace
 
 ParamControlView::ParamControlView(Keeper& keeper)
-    : SingleView(keeper, "paramControl", PlaceOf(keeper.program().paramControl),
+    : SingleView(keeper, "paramControl", PlaceOf(keeper.desk().paramControl),
                  [&keeper] { CloseParamControl(keeper.desk()); }),
       header_(new QLabel) {
   setWindowTitle(texts::kParamControlTitle);
@@ -68,7 +68,7 @@ QWidget* ParamControlView::MakeSlider() {
   });
   const auto settle = [this] {
     SettleSlider(keeper_.desk());
-    slider_->setSliderPosition(keeper_.program().paramControl.position);
+    slider_->setSliderPosition(keeper_.desk().paramControl.position);
     keeper_.Reconcile();
   };
   QObject::connect(slider_, &QSlider::sliderReleased, this, settle);
@@ -120,7 +120,7 @@ QLineEdit* ParamControlView::MakeField(const char* objectName, ParamField which)
   return field;
 }
 
-QCheckBox* ParamControlView::MakeCheck(const char* objectName, void (*check)(const WindowDesk&, bool)) {
+QCheckBox* ParamControlView::MakeCheck(const char* objectName, void (*check)(Desk&, bool)) {
   auto* const box = new QCheckBox;
   box->setObjectName(objectName);
   QObject::connect(box, &QCheckBox::clicked, this, [this, check](bool on) {

@@ -25,7 +25,7 @@ class ParamControlView : public SingleView {
   QWidget* MakeFields();
   QLayout* MakeMarks();
   QLineEdit* MakeField(const char* objectName, ParamField which);
-  QCheckBox* MakeCheck(const char* objectName, void (*check)(const WindowDesk&, bool));
+  QCheckBox* MakeCheck(const char* objectName, void (*check)(Desk&, bool));
   void RefreshHeader(const ParamFields& fields);
   void RefreshSlider(const ParamFields& fields);
 

@@ -69,7 +69,7 @@ void QtPlatform::Sleep(int milliseconds) {
   keeper_.Reconcile();
   QElapsedTimer timer;
   timer.start();
-  while (timer.elapsed() < milliseconds && !keeper_.program().mainWindow.quit) {
+  while (timer.elapsed() < milliseconds && !keeper_.desk().mainWindow.quit) {
     const qint64 left = milliseconds - timer.elapsed();
     QCoreApplication::processEvents(QEventLoop::AllEvents, static_cast<int>(left));
     QThread::msleep(static_cast<unsigned long>(std::clamp<qint64>(left, 0, 10)));
@@ -78,7 +78,7 @@ void QtPlatform::Sleep(int milliseconds) {
 
 SuspendAnswer QtPlatform::AskSuspend() {
   keeper_.Reconcile();
-  SuspendDialog& record = keeper_.program().suspendDialog;
+  SuspendDialog& record = keeper_.desk().suspendDialog;
   OpenSuspendDialog(record);
   QDialog dialog(keeper_.mainWidget());
   dialog.setObjectName("suspend");
@@ -101,7 +101,7 @@ SuspendAnswer QtPlatform::AskSuspend() {
   const QPoint centred = dialog.screen()->availableGeometry().center() - dialog.rect().center();
   dialog.move(record.placed ? QPoint(record.x, record.y) : centred);
   dialog.show();
-  while (record.open && !keeper_.program().mainWindow.quit) {
+  while (record.open && !keeper_.desk().mainWindow.quit) {
     if (!dialog.isVisible()) PressContinue(record);  // the cross of the window
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }

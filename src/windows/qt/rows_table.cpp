@@ -14,11 +14,11 @@ namespace {
 
 constexpr int kColumnCount = static_cast<int>(texts::kModelColumns.size());
 
-std::vector<ParamCell> ShownCells(const Model& model) {
+std::vector<ParamCell> ShownCells(const Model& model, const ModelWindow& window) {
   std::vector<ParamCell> cells;
   // One line more than fits: the last one may be shown in part.
-  for (int line = 0; line <= model.window.visibleRows; ++line) {
-    for (int column = 0; column < kColumnCount; ++column) cells.push_back(CellOfLine(model, line, column));
+  for (int line = 0; line <= window.visibleRows; ++line) {
+    for (int column = 0; column < kColumnCount; ++column) cells.push_back(CellOfLine(model, window, line, column));
   }
   return cells;
 }
@@ -44,9 +44,9 @@ void RowsModel::SetRowCount(int rows) {
 
 void RowsModel::Refresh(const Model& model) {
   SetRowCount(RowCount(model));
-  std::vector<ParamCell> before = ShownCells(model);
+  std::vector<ParamCell> before = ShownCells(model, shown_.Window());
   before.swap(cells_);
-  const bool scrolled = std::exchange(top_, model.window.topRow) != top_;
+  const bool scrolled = std::exchange(top_, shown_.Window().topRow) != top_;
   const int lines = static_cast<int>(cells_.size()) / kColumnCount;
   for (int line = 0; line < lines && top_ + line < rows_; ++line) {
     const auto first = cells_.begin() + line * kColumnCount;
@@ -61,7 +61,8 @@ ParamCell RowsModel::CellAt(const QModelIndex& index) const {
   if (line >= 0 && line < lines) return cells_[static_cast<std::size_t>(line * kColumnCount + index.column())];
   // Scrolled into view, and painted before the refresh.
   const Model* const model = shown_.Get();
-  return model ? CellOfLine(*model, index.row() - model->window.topRow, index.column()) : ParamCell{};
+  if (!model) return {};
+  return CellOfLine(*model, shown_.Window(), index.row() - shown_.Window().topRow, index.column());
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
@@ -123,14 +124,14 @@ void RowsTable::SetUpHeaders() {
   // The table's own answer to a double click measures otherwise.
   QObject::disconnect(heads, &QHeaderView::sectionHandleDoubleClicked, this, nullptr);
   QObject::connect(heads, &QHeaderView::sectionClicked, this, [shown = shown_](int column) {
-    shown.Do([column](const WindowDesk& desk, Model& model) { PressModelHeader(desk, model, column); });
+    shown.Do([column](Desk& desk, const Model& model) { PressModelHeader(desk, model, column); });
   });
   QObject::connect(heads, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-    if (Model* const model = shown_.Get()) SetColumnWidth(*model, column, width);
+    if (shown_.Get()) SetColumnWidth(shown_.Window(), column, width);
   });
   QObject::connect(heads, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
-    shown_.Do([&](const WindowDesk&, Model& model) {
-      FitColumnWidth(model, column, [this](const ParamCell& cell) { return TextWidth(cell); });
+    shown_.Do([&](Desk& desk, const Model& model) {
+      FitColumnWidth(model, WindowOf(desk, model), column, [this](const ParamCell& cell) { return TextWidth(cell); });
     });
   });
 }
@@ -143,18 +144,19 @@ int RowsTable::TextWidth(const ParamCell& cell) const {
 
 void RowsTable::Refresh(const Model& model) {
   for (int column = 0; column < kColumnCount; ++column) {
-    const int width = model.window.columnWidths[static_cast<std::size_t>(column)];
+    const int width = shown_.Window().columnWidths[static_cast<std::size_t>(column)];
     if (columnWidth(column) != width) setColumnWidth(column, width);
   }
   rows_->Refresh(model);
-  if (verticalScrollBar()->value() != model.window.topRow) verticalScrollBar()->setValue(model.window.topRow);
+  const int top = shown_.Window().topRow;
+  if (verticalScrollBar()->value() != top) verticalScrollBar()->setValue(top);
 }
 
 QRect RowsTable::CellRect(int row, int column) const { return visualRect(rows_->index(row, column)); }
 
 void RowsTable::Scroll(int action) {
   QScrollBar& bar = *verticalScrollBar();
-  shown_.Do([&](const WindowDesk& desk, Model& model) {
+  shown_.Do([&](Desk& desk, const Model& model) {
     switch (action) {
       case QAbstractSlider::SliderSingleStepAdd:
       case QAbstractSlider::SliderSingleStepSub:
@@ -167,7 +169,7 @@ void RowsTable::Scroll(int action) {
       default:
         ScrollToPosition(desk, model, bar.sliderPosition() + 1);
     }
-    bar.setSliderPosition(model.window.topRow);
+    bar.setSliderPosition(WindowOf(desk, model).topRow);
   });
 }
 
@@ -175,8 +177,8 @@ void RowsTable::mousePressEvent(QMouseEvent* event) {
   const QModelIndex cell = indexAt(event->position().toPoint());
   const bool right = event->button() == Qt::RightButton;
   if (!cell.isValid() || (!right && event->button() != Qt::LeftButton)) return;
-  shown_.Do([&](const WindowDesk& desk, Model& model) {
-    const ModelField field = {false, cell.row() - model.window.topRow, cell.column()};
+  shown_.Do([&](Desk& desk, const Model& model) {
+    const ModelField field = {false, cell.row() - WindowOf(desk, model).topRow, cell.column()};
     right ? RightPressModelField(desk, model, field) : PressModelField(desk, model, field);
   });
 }
@@ -185,16 +187,16 @@ void RowsTable::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return mousePressEvent(event);
   const QModelIndex cell = indexAt(event->position().toPoint());
   if (!cell.isValid()) return;
-  shown_.Do([&](const WindowDesk& desk, Model& model) {
-    DoublePressModelField(desk, model, {false, cell.row() - model.window.topRow, cell.column()});
+  shown_.Do([&](Desk& desk, const Model& model) {
+    DoublePressModelField(desk, model, {false, cell.row() - WindowOf(desk, model).topRow, cell.column()});
   });
 }
 
 void RowsTable::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
-  Model* const model = shown_.Get();
+  const Model* const model = shown_.Get();
   if (!model) return;
-  SetVisibleRows(*model, viewport()->height() / verticalHeader()->defaultSectionSize());
+  SetVisibleRows(*model, shown_.Window(), viewport()->height() / verticalHeader()->defaultSectionSize());
   // Only the table: this comes before the window's own event, by which the record learns the new size.
   Refresh(*model);
 }

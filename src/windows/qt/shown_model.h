@@ -1,7 +1,6 @@
 // A model as its widgets know it.
 #pragma once
 
-#include "records/model_table.h"
 #include "windows/model_window.h"
 #include "windows/qt/fields.h"
 #include "windows/qt/keeper.h"
@@ -13,16 +12,17 @@ struct ShownModel {
   Keeper& keeper;
   std::uint32_t number;
 
-  Model* Get() const { return GetModelByNumber(keeper.program().params, number); }
+  const Model* Get() const { return keeper.session().FindModel(number); }
+  ModelWindow& Window() const { return keeper.desk().models[number]; }
   // Does something to the model, if it is still there, and lets the screen follow.
   template <class Deed>
   void Do(Deed deed) const {
     Keeper& whose = keeper;  // the widget that this belongs to may go meanwhile
-    if (Model* const model = Get()) deed(whose.desk(), *model);
+    if (const Model* const model = Get()) deed(whose.desk(), *model);
     whose.Reconcile();
   }
   void Press(ModelButton button) const {
-    Do([button](const WindowDesk& desk, Model& model) { PressModelButton(desk, model, button); });
+    Do([button](Desk& desk, const Model& model) { PressModelButton(desk, model, button); });
   }
   QPushButton* NewButton(const char* text, const char* objectName, ModelButton button) const {
     QPushButton* const made = SmallButton(text, objectName);

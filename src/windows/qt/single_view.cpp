@@ -12,6 +12,7 @@ namespace kalvex {
 SingleView::SingleView(Keeper& keeper, const char* name, WindowPlace place, std::function<void()> close)
     : QWidget(nullptr), keeper_(keeper), place_(place), close_(std::move(close)) {
   setObjectName(name);
+  keeper.TakeStepKeys(*this);
 }
 
 bool SingleView::ShowPlace() {

@@ -16,7 +16,7 @@ constexpr int kNameLetters = 18;
 VdfDialogView::VdfDialogView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "initVdf",
                 {[&keeper] { AcceptVdfDialog(keeper.desk()); }, [&keeper] { CancelVdfDialog(keeper.desk()); }}),
-      record_(keeper.program().vdfDialog),
+      record_(keeper.desk().vdfDialog),
       fields_([&keeper] { keeper.Reconcile(); }) {
   setWindowTitle(texts::kVdfDialogTitle);
   auto* const layout = new QVBoxLayout(this);

@@ -36,7 +36,7 @@ class BilayerProgram : public TypeFixture {
 
   const ScratchFolder folder;
   const InFolder inside{folder.Name()};
-  const std::vector<std::string>& messages = program.platform.messages;
+  const std::vector<std::string>& messages = program.platform.messages;  // "title: text"
 };
 
 TEST_F(BilayerProgram, WritesItsFilesOnce) {

@@ -1,6 +1,7 @@
 // Mixtures and sums against their limits and against formulas in std::complex.
 #include "evaluation/quantity_formulas.h"
 #include "terms/boson_coupling.h"
+#include "terms/term_table.h"
 #include "types/type_fixture.h"
 
 namespace kalvex {
@@ -157,7 +158,7 @@ TEST_F(Coupled, CarriersAreTheTermOfTheSameSpectrum) {
   const double values[] = {9000, 60, 80, 3, 0, 0};
   for (std::size_t i = 0; i < 6; ++i) inputs[i].value = values[i];
   Cplx term;
-  CalcBosonCoupling({240, false, inputs, &program.eval.termEnvironment}, term);
+  kBosonCoupling41.calc({240, false, inputs, &program.eval.termEnvironment}, term);
   const double none = Medium(0);
   Model& model = Make(12, {{none, none, spectrum}, {80, 9000, 60}, {0, 0, 0}});
   EXPECT_LT(std::abs(Pair(model, kE1, 240) - C(term.re, term.im)), 1e-10 * Abs(term));

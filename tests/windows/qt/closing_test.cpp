@@ -21,8 +21,8 @@ class ClosingOnScreen : public OnScreen {
   void OpenAll() {
     Run("LoadDataset(DatasetNo=1,MasterFile=\"R_a.dat\");NewModel();NewModel();NewGraph();NewGraph();"
         "DatasetManager();ExpParams();WindowFit();");
-    ChooseCommand(program, MainCommand::kParamControl);
-    const std::uint32_t model = ListModelNumbers(program.params).back(), graph = program.graphs.nextNumber - 1;
+    ChooseCommand(desk, MainCommand::kParamControl);
+    const std::uint32_t model = ListModelNumbers(params).back(), graph = graphs.nextNumber - 1;
     Run("AddChiSqTerm(DatasetNo=1,ModelNo=" + std::to_string(model) +
         ");AddModelCurve(GraphNo=" + std::to_string(graph) + ",ModelNo=" + std::to_string(model) + ",Quantity=\"R\");");
     names = {"fit", "datasetManager", "expParams", "paramControl"};
@@ -33,7 +33,7 @@ class ClosingOnScreen : public OnScreen {
   void OpenDialogs(bool options) {
     Press("managerButton2");
     Press(options ? "fitOptionsButton" : "fitAdd");
-    QTest::mouseDClick(keeper.graphWidget(program.graphs.nextNumber - 1), Qt::LeftButton, {},
+    QTest::mouseDClick(keeper.graphWidget(graphs.nextNumber - 1), Qt::LeftButton, {},
                        options ? QPoint(5, 5) : QPoint(200, 100));
     Settle();
   }
@@ -78,9 +78,9 @@ TEST_F(ClosingOnScreen, WindowsGoInAnyOrderWithTheirDialogsAndComeAgain) {
       EXPECT_EQ(Find<QWidget>(name), nullptr) << name.toStdString();
     }
     EXPECT_EQ(CountWindows(), 1);
-    EXPECT_EQ(CountModels(program.params), 0);
-    EXPECT_FALSE(program.loadDialog.open || program.fitWindow.optionsOpen || program.fitWindow.addTerms.open);
-    program.fit.list.terms.clear();  // no window is there to hear that their models are gone
+    EXPECT_EQ(CountModels(params), 0);
+    EXPECT_FALSE(desk.loadDialog.open || desk.fitWindow.optionsOpen || desk.fitWindow.addTerms.open);
+    fit.list.terms.clear();  // no window is there to hear that their models are gone
   }
 }
 
@@ -88,7 +88,7 @@ TEST_F(ClosingOnScreen, TheMainWindowTakesAllOthersAndTheirDialogsWithIt) {
   OpenAll();
   OpenDialogs(true);
   EXPECT_TRUE(EndsBy([&] { keeper.mainWidget()->close(); }));
-  EXPECT_TRUE(program.mainWindow.quit);
+  EXPECT_TRUE(desk.mainWindow.quit);
 }
 
 TEST_F(ClosingOnScreen, TheMainWindowClosedDuringSuspendEndsTheQuestionAndTheProgram) {
@@ -101,8 +101,8 @@ TEST_F(ClosingOnScreen, TheMainWindowClosedDuringSuspendEndsTheQuestionAndThePro
     EXPECT_EQ(Run("Suspend();MainWindow(Title=\"went on\");"), 0);
     EXPECT_EQ(Find<QDialog>("suspend"), nullptr);
   }));
-  EXPECT_EQ(program.mainWindow.title, "Kalvex went on");  // nobody has asked the macro to stop
-  EXPECT_TRUE(program.mainWindow.quit);
+  EXPECT_EQ(desk.mainWindow.title, "Kalvex went on");  // nobody has asked the macro to stop
+  EXPECT_TRUE(desk.mainWindow.quit);
 }
 
 TEST_F(ClosingOnScreen, WindowsMayGoDuringSuspendAndItsCrossMeansContinue) {
@@ -112,7 +112,7 @@ TEST_F(ClosingOnScreen, WindowsMayGoDuringSuspendAndItsCrossMeansContinue) {
     Find<QDialog>("suspend")->close();
   });
   Run("Suspend();NewModel();");
-  EXPECT_EQ(CountModels(program.params), 1);
+  EXPECT_EQ(CountModels(params), 1);
   EXPECT_EQ(CountWindows(), 2);
 }
 
@@ -122,14 +122,14 @@ TEST_F(ClosingOnScreen, SuspendStandsInTheMiddleOfTheScreenAndThenWhereItWasLeft
     auto* const dialog = Find<QDialog>("suspend");
     middle = dialog->geometry().center();
     dialog->move(40, 300);
-    PressContinue(program.suspendDialog);
+    PressContinue(desk.suspendDialog);
   });
   Run("Suspend();");
   const QPoint away = middle - QGuiApplication::primaryScreen()->availableGeometry().center();
   EXPECT_LE(away.manhattanLength(), 4);
   Meanwhile([&] {
     second = Find<QDialog>("suspend")->pos();
-    PressContinue(program.suspendDialog);
+    PressContinue(desk.suspendDialog);
   });
   Run("Suspend();");
   EXPECT_EQ(second, QPoint(40, 300));
@@ -137,20 +137,20 @@ TEST_F(ClosingOnScreen, SuspendStandsInTheMiddleOfTheScreenAndThenWhereItWasLeft
 
 TEST_F(ClosingOnScreen, DuringARunAModelStaysAndAllElseMayGo) {
   OpenAll();
-  program.fit.options.StopOnReduction = false;
+  fit.options.StopOnReduction = false;
   QTimer::singleShot(0, [&] {
-    ASSERT_TRUE(program.fit.FitRunning);
+    ASSERT_TRUE(fit.FitRunning);
     for (const QString& name : names) {
       if (name != "fit") Find<QWidget>(name)->close();
     }
     Settle();
-    EXPECT_EQ(CountModels(program.params), 2);
+    EXPECT_EQ(CountModels(params), 2);
     EXPECT_EQ(Find<QWidget>("datasetManager"), nullptr);
     EXPECT_EQ(CountDialogs(), 0);
     Find<QWidget>("fit")->close();
   });
   Press("fitStart");
-  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
   EXPECT_EQ(Find<QWidget>("fit"), nullptr);
 }
 

@@ -29,12 +29,12 @@ class WithADecimalComma : public OnScreen {
 };
 
 TEST_F(WithADecimalComma, TheManagerShowsAndReadsPoints) {
-  ChooseCommand(program, MainCommand::kDatasetManager);
+  ChooseCommand(desk, MainCommand::kDatasetManager);
   Settle();
   EXPECT_EQ(FieldText("managerCutMin1"), "100.5");
   EXPECT_EQ(FieldText("managerCutMax1"), "900.75");
   Type("managerCutMin1", "499.5");
-  EXPECT_EQ(DatasetInSlot(program.datasets, 1)->CutMin, 499.5);
+  EXPECT_EQ(DatasetInSlot(datasets, 1)->CutMin, 499.5);
   EXPECT_EQ(FieldText("managerPoints1"), "2");
   Press("managerButton2");
   EXPECT_EQ(FieldText("loadYErrVal"), "0.01");
@@ -48,17 +48,17 @@ TEST_F(WithADecimalComma, TheFitShowsAndReadsPoints) {
   EXPECT_TRUE(HasPoint(terms.topLevelItem(0)->text(2).toStdString()));
   Click(terms, 0);
   Type("fitWeight", "2.5");
-  EXPECT_EQ(program.fit.list.terms[0].weight, 2.5);
+  EXPECT_EQ(fit.list.terms[0].weight, 2.5);
   Press("fitOptionsButton");
   EXPECT_EQ(FieldText("reductionAmount"), "0.001");
   Type("initialLambda", "0.25");
   Press("fitOptionsOk");
-  EXPECT_EQ(program.fit.options.InitialLambda, 0.25);
+  EXPECT_EQ(fit.options.InitialLambda, 0.25);
 }
 
 TEST_F(WithADecimalComma, AGraphShowsAndReadsPoints) {
   Run("NewGraph(Width=500,Height=400);GraphProperties(GraphNo=1,Xmin=0.5,Xmax=2.5);");
-  program.GraphReader = true;
+  session.SetGraphReader(true).Ignore();
   QTest::mouseMove(keeper.graphWidget(1), QPoint(200, 100));
   QTest::qWait(20);
   EXPECT_TRUE(HasPoint(keeper.graphWidget(1)->windowTitle().toStdString()));

@@ -11,10 +11,10 @@ class ExpParamsOnScreen : public ModelOnScreen {
     Run("ExpParams(XPos=400,YPos=300);");
     Activate(*Find<QWidget>("expParams"));
   }
-  ModelParam& exp(int index) { return program.params.ExpParams[static_cast<std::size_t>(index)]; }
+  ModelParam& exp(int index) { return params.ExpParams[static_cast<std::size_t>(index)]; }
   QLabel& value(int index) { return *Find<QLabel>(QString("value%1").arg(index)); }
   QColor Ground(int index) { return value(index).palette().color(QPalette::Window); }
-  int selected() { return program.expParamsWindow.selectedIndex; }
+  int selected() { return desk.expParams.selectedIndex; }
   void ClickValue(int index, Qt::MouseButton button = Qt::LeftButton) {
     QTest::mouseClick(&value(index), button);
     Settle();
@@ -109,7 +109,7 @@ TEST_F(ExpParamsOnScreen, ATextThatIsNoNumberIsRejected) {
 }
 
 TEST_F(ExpParamsOnScreen, ItsButtonTakesWhatIsTypedAndOpeningStartsAnew) {
-  OpenParamControl(keeper.desk());
+  OpenParamControl(desk);
   Settle();
   Activate(*Find<QWidget>("expParams"));
   Press({Qt::Key_Down, Qt::Key_3});
@@ -117,7 +117,7 @@ TEST_F(ExpParamsOnScreen, ItsButtonTakesWhatIsTypedAndOpeningStartsAnew) {
   EXPECT_EQ(exp(1).value, 3);
   EXPECT_EQ(Find<QWidget>("expParams"), nullptr);
   EXPECT_EQ(Find<QLabel>("header")->text(), "No parameter selected");
-  OpenExpParams(keeper.desk());
+  OpenExpParams(desk);
   Settle();
   EXPECT_EQ(selected(), 0);
   EXPECT_EQ(Find<QWidget>("expParams")->pos(), QPoint(400, 300));
@@ -125,8 +125,8 @@ TEST_F(ExpParamsOnScreen, ItsButtonTakesWhatIsTypedAndOpeningStartsAnew) {
 }
 
 TEST_F(ExpParamsOnScreen, FollowsAGroupThatItSharesWithAModel) {
-  SetCoupling(program.params, param(0, G), 2);
-  SetCoupling(program.params, exp(1), 2);
+  SetCoupling(params, param(0, G), 2);
+  SetCoupling(params, exp(1), 2);
   Settle();
   EXPECT_EQ(Find<QLabel>("label1")->text(), "Linewidth");
   EXPECT_TRUE(value(1).font().bold());
@@ -138,7 +138,7 @@ TEST_F(ExpParamsOnScreen, FollowsAGroupThatItSharesWithAModel) {
 }
 
 TEST_F(ExpParamsOnScreen, LosesItsMarkToTheModelThatIsSelected) {
-  OpenParamControl(keeper.desk());
+  OpenParamControl(desk);
   ClickValue(2);
   Activate(*Find<QWidget>("paramControl"));
   EXPECT_EQ(Ground(2), QColor(0xC9, 0xF1, 0xCE));  // the parameter control shows it

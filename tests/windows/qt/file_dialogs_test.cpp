@@ -16,7 +16,7 @@ class FileDialogsOnScreen : public OnScreen {
     QDir(".").mkdir("data");
     folder.Write("data/R_a.dat", "100 0.5 0.01\n200 0.4 0.01\n300 0.6 0.01\n");
     folder.Write("data/grid.txt", "150\n250\n");
-    ChooseCommand(program, MainCommand::kDatasetManager);
+    ChooseCommand(desk, MainCommand::kDatasetManager);
     Settle();
     Press("managerButton1");
   }
@@ -74,7 +74,7 @@ TEST_F(FileDialogsOnScreen, EachBrowseFillsItsOwnPathAndTheDatasetIsLoaded) {
   Browse("loadYErrFileBrowse", "R_a.dat");
   EXPECT_EQ(FieldText("loadYErrFile"), Here("data/R_a.dat").toStdString());
   Press("loadDialogOk");
-  const Dataset& dataset = *DatasetInSlot(program.datasets, 1);
+  const Dataset& dataset = *DatasetInSlot(datasets, 1);
   ASSERT_EQ(dataset.points.size(), 2u);
   EXPECT_DOUBLE_EQ(dataset.points[0].x, 150);
   EXPECT_DOUBLE_EQ(dataset.points[0].y, 0.45);
@@ -110,16 +110,16 @@ TEST_F(FileDialogsOnScreen, ASecondMacroDoesNotStartWhileOneWaits) {
   folder.Write("second.kvs", "NewModel();");
   Meanwhile([this] {
     Answer(Here("second"));
-    ChooseCommand(program, MainCommand::kRunMacro);
+    ChooseCommand(desk, MainCommand::kRunMacro);
     EXPECT_EQ(title, "Run Macro");
     EXPECT_EQ(rows, (QStringList{"Kalvex macro files (*.KVS)", "All files (*.*)"}));
-    PressContinue(program.suspendDialog);
+    PressContinue(desk.suspendDialog);
   });
   Run("Suspend();");
-  EXPECT_EQ(CountModels(program.params), 0);
+  EXPECT_EQ(CountModels(params), 0);
   Answer(Here("second"));
-  ChooseCommand(program, MainCommand::kRunMacro);
-  EXPECT_EQ(CountModels(program.params), 1);
+  ChooseCommand(desk, MainCommand::kRunMacro);
+  EXPECT_EQ(CountModels(params), 1);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ class FitOfTwoThreads : public OnScreen {
       }
     }
     Run(macro + "WindowFit(XPos=20,YPos=200);AddChiSqTerm(DatasetNo=1,ModelNo=1);");
-    program.fit.options.StopOnReduction = false;
+    fit.options.StopOnReduction = false;
   }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
   // Acts each time that the run delivers events, until it is to be called no more.
@@ -39,7 +39,7 @@ class FitOfTwoThreads : public OnScreen {
     QTimer eachTime;
     bool more = true;
     QObject::connect(&eachTime, &QTimer::timeout, [&] {
-      if (program.fit.FitRunning && more) more = act();
+      if (fit.FitRunning && more) more = act();
     });
     eachTime.start(0);
     Press("fitStart");
@@ -53,39 +53,39 @@ TEST_F(FitOfTwoThreads, LabelsAndGraphsFollowAndStopAnswers) {
   int at = -1;
   DuringTheRun([&] {
     EXPECT_EQ(QThread::currentThread(), qApp->thread());
-    if (program.fit.IterationCount < 2) return true;
+    if (fit.IterationCount < 2) return true;
     keeper.Reconcile();  // without the pause between two pictures
-    EXPECT_EQ(TextOf("fitIteration"), std::to_string(program.fit.IterationCount));
+    EXPECT_EQ(TextOf("fitIteration"), std::to_string(fit.IterationCount));
     EXPECT_NE(TextOf("fitChiSq"), chiSq);
     EXPECT_NE(dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture(), before);
-    at = program.fit.IterationCount;
+    at = fit.IterationCount;
     QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
     return false;
   });
-  ASSERT_NE(program.eval.team, nullptr) << "the spectrum was not shared out";
-  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
-  EXPECT_LE(program.fit.IterationCount, at + 1);
+  ASSERT_NE(eval.team, nullptr) << "the spectrum was not shared out";
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
+  EXPECT_LE(fit.IterationCount, at + 1);
   EXPECT_EQ(Find<QPushButton>("fitStart")->text(), "START");
 }
 
 TEST_F(FitOfTwoThreads, WindowsThatComeAndGoMeanwhileChangeNoResult) {
-  program.fit.options.StopOnIterations = true;
-  program.fit.options.MaxIterations = 6;
+  fit.options.StopOnIterations = true;
+  fit.options.MaxIterations = 6;
   Press("fitStart");
-  const double alone = program.fit.TotalChiSq;
+  const double alone = fit.TotalChiSq;
   Press("fitUndo");
-  program.fit.IterationCount = 0;  // else that of the run before stands until the first iteration is done
+  fit.IterationCount = 0;  // else that of the run before stands until the first iteration is done
   int seen = 0;
   DuringTheRun([&] {
-    if (program.fit.IterationCount == seen) return true;
-    seen = program.fit.IterationCount;
+    if (fit.IterationCount == seen) return true;
+    seen = fit.IterationCount;
     if (seen == 1) keeper.graphWidget(1)->close();
-    if (seen == 2) CreateGraph(program.graphs);
+    if (seen == 2) CreateGraph(graphs);
     if (seen == 3) Find<QWidget>("datasetManager")->close();
     Settle();
     return seen < 4;
   });
-  EXPECT_EQ(program.fit.TotalChiSq, alone);
+  EXPECT_EQ(fit.TotalChiSq, alone);
   EXPECT_EQ(keeper.graphWidget(1), nullptr);
   EXPECT_NE(keeper.graphWidget(2), nullptr);
 }

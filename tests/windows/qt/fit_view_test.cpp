@@ -24,22 +24,22 @@ class FitOnScreen : public OnScreen {
         "NewModel();NewModel();NewGraph(XPos=620,YPos=120,Width=300,Height=200);"
         "AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");WindowFit(XPos=20,YPos=200);");
   }
-  FitWindow& window() { return program.fitWindow; }
-  std::vector<ChiSqTerm>& terms() { return program.fit.list.terms; }
+  FitWindow& window() { return desk.fitWindow; }
+  std::vector<ChiSqTerm>& terms() { return fit.list.terms; }
   void TwoTerms() { Run("AddChiSqTerm(DatasetNo=1,ModelNo=1);AddChiSqTerm(DatasetNo=2,ModelNo=1,Weight=2);"); }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
   QTreeWidget& list() { return *Find<QTreeWidget>("fitTerms"); }
   // Acts once, from within the events that a run delivers.
   void DuringTheRun(std::function<void()> act) {
     QTimer::singleShot(0, [this, act] {
-      EXPECT_TRUE(program.fit.FitRunning);
+      EXPECT_TRUE(fit.FitRunning);
       act();
     });
   }
   // A run that would last long: no rule but the number of iterations ends it.
   void LetRunsBeLong() {
-    program.fit.options.StopOnReduction = false;
-    program.fit.options.StopOnLambda = true;
+    fit.options.StopOnReduction = false;
+    fit.options.StopOnLambda = true;
   }
 };
 
@@ -47,8 +47,8 @@ TEST_F(FitOnScreen, ShowsCountsAndLinesInColumns) {
   TwoTerms();
   EXPECT_EQ(Find<QWidget>("fit")->windowTitle(), "Fit");
   EXPECT_EQ(TextOf("fitPoints"), "82");
-  EXPECT_EQ(TextOf("fitParams"), std::to_string(program.fit.NumFreeParams));
-  EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(program.fit).chiSq);
+  EXPECT_EQ(TextOf("fitParams"), std::to_string(fit.NumFreeParams));
+  EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(fit).chiSq);
   ASSERT_EQ(list().topLevelItemCount(), 2);
   EXPECT_EQ(list().topLevelItem(1)->text(0), "[E1] \"E1_b.dat\" - \"M1\"");
   EXPECT_EQ(list().topLevelItem(1)->text(1), "2");
@@ -88,18 +88,18 @@ TEST_F(FitOnScreen, RemovesTheSelectedTerms) {
 }
 
 TEST_F(FitOnScreen, FoldsToItsHeights) {
-  auto* const fit = Find<QWidget>("fit");
-  EXPECT_EQ(fit->height(), 282);
+  auto* const view = Find<QWidget>("fit");
+  EXPECT_EQ(view->height(), 282);
   Press("fitFold");
-  EXPECT_EQ(fit->height(), 139);
+  EXPECT_EQ(view->height(), 139);
   EXPECT_EQ(Find<QTreeWidget>("fitTerms"), nullptr);
   EXPECT_EQ(Find<QPushButton>("fitFold")->text(), "ChiSq details >>");
   Press("fitFold");
-  EXPECT_EQ(fit->height(), 282);
+  EXPECT_EQ(view->height(), 282);
   EXPECT_NE(Find<QTreeWidget>("fitTerms"), nullptr);
-  fit->resize(600, 400);
+  view->resize(600, 400);
   Settle();
-  EXPECT_EQ(fit->size(), QSize(600, 400));  // the user's hand counts
+  EXPECT_EQ(view->size(), QSize(600, 400));  // the user's hand counts
 }
 
 TEST_F(FitOnScreen, AddsTheSelectedOfTheOfferedTerms) {
@@ -146,17 +146,17 @@ TEST_F(FitOnScreen, OptionsAreTakenByOkAndLostByCancel) {
   lambda->selectAll();
   QTest::keyClicks(lambda, "1e-5");
   EXPECT_EQ(lambda->text(), "1e-5");
-  EXPECT_FALSE(program.fit.options.StopOnIterations);
+  EXPECT_FALSE(fit.options.StopOnIterations);
   QTest::keyClick(lambda, Qt::Key_Enter);
   Settle();
   EXPECT_EQ(Find<QWidget>("fitOptions"), nullptr);
-  EXPECT_TRUE(program.fit.options.StopOnIterations);
-  EXPECT_EQ(program.fit.options.MaxIterations, 17);
-  EXPECT_EQ(program.fit.options.InitialLambda, 1e-5);
+  EXPECT_TRUE(fit.options.StopOnIterations);
+  EXPECT_EQ(fit.options.MaxIterations, 17);
+  EXPECT_EQ(fit.options.InitialLambda, 1e-5);
   Press("fitOptionsButton");
   Find<QAbstractButton>("logFit")->click();
   Press("fitOptionsCancel");
-  EXPECT_FALSE(program.fit.options.LogFit);
+  EXPECT_FALSE(fit.options.LogFit);
   Press("fitOptionsButton");
   EXPECT_FALSE(Find<QAbstractButton>("logFit")->isChecked());
 }
@@ -173,13 +173,13 @@ TEST_F(FitOnScreen, StopEndsARunAfterTheIterationInProgress) {
       EXPECT_FALSE(Find<QPushButton>(other)->isEnabled()) << other;
     }
     EXPECT_FALSE(Find<QLineEdit>("fitWeight")->isEnabled());
-    at = program.fit.IterationCount;
+    at = fit.IterationCount;
     QTest::mouseClick(start, Qt::LeftButton);
   });
   Press("fitStart");
-  EXPECT_FALSE(program.fit.FitRunning);
-  EXPECT_LE(program.fit.IterationCount, at + 1);
-  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_FALSE(fit.FitRunning);
+  EXPECT_LE(fit.IterationCount, at + 1);
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
   EXPECT_EQ(Find<QPushButton>("fitStart")->text(), "START");
   EXPECT_TRUE(Find<QPushButton>("fitUndo")->isEnabled());
   EXPECT_NE(Find<QWidget>("fit")->cursor().shape(), Qt::WaitCursor);
@@ -203,16 +203,16 @@ TEST_F(FitOnScreen, WindowsClosedDuringARunAreGoneAndTheRunStops) {
   LetRunsBeLong();
   int at = -1;
   DuringTheRun([&] {
-    at = program.fit.IterationCount;
+    at = fit.IterationCount;
     keeper.graphWidget(1)->close();
     Find<QWidget>("fit")->close();
   });
   Press("fitStart");
-  EXPECT_LE(program.fit.IterationCount, at + 1);
-  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_LE(fit.IterationCount, at + 1);
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
   EXPECT_EQ(Find<QWidget>("fit"), nullptr);
   EXPECT_EQ(keeper.graphWidget(1), nullptr);
-  ChooseCommand(program, MainCommand::kFitWindow);
+  ChooseCommand(desk, MainCommand::kFitWindow);
   Settle();
   ASSERT_NE(Find<QWidget>("fit"), nullptr);
   EXPECT_EQ(Find<QPushButton>("fitStart")->text(), "START");
@@ -224,20 +224,20 @@ TEST_F(FitOnScreen, TheMainWindowClosedDuringARunEndsItAndTheProgram) {
   int at = -1;
   QTimer::singleShot(0, [&] {
     DuringTheRun([&] {
-      at = program.fit.IterationCount;
+      at = fit.IterationCount;
       keeper.mainWidget()->close();
     });
     Press("fitStart");
-    EXPECT_FALSE(program.fit.FitRunning);
+    EXPECT_FALSE(fit.FitRunning);
   });
   QTimer tooLate;
   tooLate.setSingleShot(true);
   QObject::connect(&tooLate, &QTimer::timeout, [] { QCoreApplication::exit(1); });
   tooLate.start(5000);
   EXPECT_EQ(QCoreApplication::exec(), 0);  // also where other windows are open
-  EXPECT_TRUE(program.mainWindow.quit);
-  EXPECT_LE(program.fit.IterationCount, at + 1);
-  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
+  EXPECT_TRUE(desk.mainWindow.quit);
+  EXPECT_LE(fit.IterationCount, at + 1);
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
 }
 
 TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
@@ -247,11 +247,11 @@ TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
   bool looked = false;
   QTimer eachTime;  // that events are delivered
   QObject::connect(&eachTime, &QTimer::timeout, [&] {
-    if (!program.fit.FitRunning || program.fit.IterationCount < 2 || looked) return;
+    if (!fit.FitRunning || fit.IterationCount < 2 || looked) return;
     looked = true;
     keeper.Reconcile();  // without the pause between two pictures
-    EXPECT_EQ(TextOf("fitIteration"), std::to_string(program.fit.IterationCount));
-    EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(program.fit).chiSq);
+    EXPECT_EQ(TextOf("fitIteration"), std::to_string(fit.IterationCount));
+    EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(fit).chiSq);
     EXPECT_EQ(list().topLevelItem(0)->text(2).toStdString(), TextG(terms()[0].termChiSq));
     EXPECT_NE(dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture(), before);
     QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
@@ -267,33 +267,33 @@ TEST_F(FitOnScreen, ARunGoesOnBehindTheAboutBox) {
   int opened = -1;
   QTimer eachTime;
   QObject::connect(&eachTime, &QTimer::timeout, [&] {
-    if (!program.fit.FitRunning) return;
+    if (!fit.FitRunning) return;
     if (opened < 0) {
-      opened = program.fit.IterationCount;
-      ChooseCommand(program, MainCommand::kAbout);
+      opened = fit.IterationCount;
+      ChooseCommand(desk, MainCommand::kAbout);
       return Settle();
     }
-    if (program.fit.IterationCount < opened + 2) return;
+    if (fit.IterationCount < opened + 2) return;
     ASSERT_NE(QApplication::activeModalWidget(), nullptr);
     QTest::mouseClick(Find<QPushButton>("fitStart"), Qt::LeftButton);
   });
   eachTime.start(0);
   Press("fitStart");
-  EXPECT_EQ(program.fit.report.stop, "stopped by the user");
-  EXPECT_GE(program.fit.IterationCount, opened + 2);
+  EXPECT_EQ(fit.report.stop, "stopped by the user");
+  EXPECT_GE(fit.IterationCount, opened + 2);
   QApplication::activeModalWidget()->close();
-  EXPECT_FALSE(program.mainWindow.about);
+  EXPECT_FALSE(desk.mainWindow.about);
 }
 
 TEST_F(FitOnScreen, ComesBackWhereItWasLeft) {
-  auto* const fit = Find<QWidget>("fit");
-  EXPECT_EQ(fit->pos(), QPoint(20, 200));
-  fit->move(150, 90);
+  auto* const view = Find<QWidget>("fit");
+  EXPECT_EQ(view->pos(), QPoint(20, 200));
+  view->move(150, 90);
   Settle();
   EXPECT_EQ(window().x, 150);
-  fit->close();
+  view->close();
   EXPECT_FALSE(window().open);
-  ChooseCommand(program, MainCommand::kFitWindow);
+  ChooseCommand(desk, MainCommand::kFitWindow);
   Settle();
   EXPECT_EQ(Find<QWidget>("fit")->pos(), QPoint(150, 90));
 }

@@ -136,10 +136,10 @@ TEST_F(DialogsOfAGraph, OnlyCurvesOfDataHaveSymbols) {
 
 TEST_F(DialogsOfAGraph, GoWithTheirGraph) {
   DoublePress(1, true);
-  CloseGraphWindow(keeper.desk(), GraphNo(1));
+  CloseGraphWindow(desk, GraphNo(1));
   Settle();
   EXPECT_EQ(Find<QWidget>("contents"), nullptr);
-  EXPECT_EQ(program.graphDialogs.contentsOf, 0u);
+  EXPECT_EQ(desk.graphDialogs.contentsOf, 0u);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ class GraphOnScreen : public OnScreen {
     QImage image(QSize(copy.Width, copy.Height) * view().devicePixelRatioF(), QImage::Format_RGB32);
     image.setDevicePixelRatio(view().devicePixelRatioF());
     QtCanvas canvas(image);
-    PaintGraph(copy, program.eval, canvas.Filled());
+    PaintGraph(copy, eval, canvas.Filled());
     return image;
   }
 };
@@ -53,7 +53,7 @@ TEST_F(GraphOnScreen, HasAllPixelsOfTheScreen) {
 }
 
 TEST_F(GraphOnScreen, ThePixelUnderTheMouseIsReadWhereverInItTheMouseIs) {
-  program.GraphReader = true;
+  session.SetGraphReader(true).Ignore();
   const PlotFrame& frame = GraphNo(1).frame;
   for (const double within : {0.0, 0.25, 0.5, 0.75}) {
     const QPointF at(frame.left + 30 + within, frame.bottom - 20 + within);
@@ -67,7 +67,7 @@ TEST_F(GraphOnScreen, ThePixelUnderTheMouseIsReadWhereverInItTheMouseIs) {
 TEST_F(GraphOnScreen, ShowsTheReaderWhileItIsSwitchedOn) {
   QTest::mouseMove(&view(), QPoint(200, 100));
   EXPECT_EQ(view().windowTitle(), "Graph1");
-  program.GraphReader = true;
+  session.SetGraphReader(true).Ignore();
   QTest::mouseMove(&view(), QPoint(201, 101));
   QTest::qWait(20);
   EXPECT_EQ(view().windowTitle().toStdString(), GraphTitle(GraphNo(1)));
@@ -77,7 +77,7 @@ TEST_F(GraphOnScreen, ShowsTheReaderWhileItIsSwitchedOn) {
 TEST_F(GraphOnScreen, ClosedByTheUserIsGone) {
   view().close();
   Settle();
-  EXPECT_EQ(GetGraphByNumber(program.graphs, 1), nullptr);
+  EXPECT_EQ(GetGraphByNumber(graphs, 1), nullptr);
   EXPECT_EQ(keeper.graphWidget(1), nullptr);
 }
 

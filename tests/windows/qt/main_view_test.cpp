@@ -45,8 +45,8 @@ TEST_F(MainOnScreen, ItsCommandsReachTheProgram) {
   Choose(MainCommand::kMenuGraph);
   EXPECT_NE(keeper.graphWidget(1), nullptr);
   Choose(MainCommand::kNewModel);
-  EXPECT_EQ(CountModels(program.params), 1);
-  EXPECT_TRUE(program.paramControl.open);
+  EXPECT_EQ(CountModels(params), 1);
+  EXPECT_TRUE(desk.paramControl.open);
 }
 
 TEST_F(MainOnScreen, IsMovedByAMacroAndFollowsTheUser) {
@@ -56,15 +56,15 @@ TEST_F(MainOnScreen, IsMovedByAMacroAndFollowsTheUser) {
   view().move(100, 50);
   view().resize(720, 95);
   Settle();
-  EXPECT_EQ(program.mainWindow.x, 100);
-  EXPECT_EQ(program.mainWindow.height, 95);
+  EXPECT_EQ(desk.mainWindow.x, 100);
+  EXPECT_EQ(desk.mainWindow.height, 95);
 }
 
 TEST_F(MainOnScreen, UpdateNowAnswersWhileAutomaticUpdatesAreOff) {
   EXPECT_TRUE(Action(MainCommand::kAutoUpdate).isChecked());
   EXPECT_FALSE(Action(MainCommand::kUpdateNow).isEnabled());
   Choose(MainCommand::kAutoUpdate);
-  EXPECT_FALSE(program.AutoScreenUpdate);
+  EXPECT_FALSE(session.AutoScreenUpdate());
   EXPECT_FALSE(Action(MainCommand::kAutoUpdate).isChecked());
   EXPECT_TRUE(Action(MainCommand::kUpdateNow).isEnabled());
   EXPECT_FALSE(Action(MainCommand::kFileOpen).isEnabled());
@@ -81,9 +81,9 @@ TEST_F(MainOnScreen, AMacroIsRunFromItsMenu) {
     QTest::keyClick(name, Qt::Key_Return);
   });
   Choose(MainCommand::kRunMacro);
-  EXPECT_EQ(CountModels(program.params), 1);
+  EXPECT_EQ(CountModels(params), 1);
   EXPECT_EQ(view().windowTitle(), "Kalvex at work");
-  EXPECT_FALSE(program.mainWindow.quit);
+  EXPECT_FALSE(desk.mainWindow.quit);
 }
 
 TEST_F(MainOnScreen, SuspendWaitsForEitherAnswer) {
@@ -100,10 +100,10 @@ TEST_F(MainOnScreen, SuspendWaitsForEitherAnswer) {
   };
   press(texts::kSuspendExit, true);  // the tick counts for the other button only
   Run("Suspend();NewModel();");
-  EXPECT_EQ(CountModels(program.params), 0);
+  EXPECT_EQ(CountModels(params), 0);
   press(texts::kSuspendContinue, true);
   Run("Suspend();NewModel();Suspend();NewModel();");
-  EXPECT_EQ(CountModels(program.params), 2);
+  EXPECT_EQ(CountModels(params), 2);
 }
 
 TEST_F(MainOnScreen, MessagesAreBoxes) {
@@ -130,7 +130,7 @@ TEST_F(MainOnScreen, AboutNamesTheProgramAndItsVersion) {
   QTest::qWait(100);
   EXPECT_TRUE(text.startsWith("Kalvex - software to fit optical spectra"));
   EXPECT_TRUE(text.contains("Version: "));
-  EXPECT_FALSE(program.mainWindow.about);
+  EXPECT_FALSE(desk.mainWindow.about);
 }
 
 TEST_F(MainOnScreen, TheManualIsOpenedByWhateverTheSystemHasForIt) {
@@ -142,7 +142,13 @@ TEST_F(MainOnScreen, TheManualIsOpenedByWhateverTheSystemHasForIt) {
   opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
   const QByteArray path = qgetenv("PATH");
   qputenv("PATH", programs.path().toUtf8() + ':' + path);
-  program.platform.programFolder = [](void*) { return QDir::currentPath().toStdString() + '/'; };
+  // The platform of the screen, with the program in the current folder.
+  class Here : public QtPlatform {
+   public:
+    using QtPlatform::QtPlatform;
+    std::string ProgramFolder() override { return QDir::currentPath().toStdString() + '/'; }
+  } here(keeper);
+  session.UsePlatform(here);
   Choose(MainCommand::kManual);
   QTest::qWait(50);
   EXPECT_FALSE(folder.Has("opened"));  // there is none
@@ -150,12 +156,13 @@ TEST_F(MainOnScreen, TheManualIsOpenedByWhateverTheSystemHasForIt) {
   Choose(MainCommand::kManual);
   EXPECT_TRUE(QTest::qWaitFor([&] { return folder.Has("opened") && folder.Read("opened").ends_with('\n'); }));
   EXPECT_TRUE(folder.Read("opened").ends_with("/Manual.pdf\n")) << folder.Read("opened");
+  session.UsePlatform(platform);
   qputenv("PATH", path);
 }
 
 TEST_F(MainOnScreen, ClosedItEndsTheProgramAndAskedNothing) {
   view().close();
-  EXPECT_TRUE(program.mainWindow.quit);
+  EXPECT_TRUE(desk.mainWindow.quit);
 }
 
 }  // namespace

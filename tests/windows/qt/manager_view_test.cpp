@@ -15,10 +15,10 @@ class ManagerOnScreen : public OnScreen {
   ManagerOnScreen() {
     folder.Write("E1_x.dat", "100 1 0.1\n200 2 0.1\n300 3 0.1\n");
     Run("LoadDataset(DatasetNo=2,MasterFile=\"E1_x.dat\");");
-    ChooseCommand(program, MainCommand::kDatasetManager);
+    ChooseCommand(desk, MainCommand::kDatasetManager);
     Settle();
   }
-  Dataset& Slot(int slot) { return *DatasetInSlot(program.datasets, slot); }
+  Dataset& Slot(int slot) { return *DatasetInSlot(datasets, slot); }
 };
 
 TEST_F(ManagerOnScreen, ShowsTheFirstTenSlots) {
@@ -62,20 +62,20 @@ TEST_F(ManagerOnScreen, UnloadsOneAndAll) {
 
 TEST_F(ManagerOnScreen, ClosesByItsButtonAndOpensAgain) {
   Press("managerClose");
-  EXPECT_FALSE(program.datasetManager.open);
+  EXPECT_FALSE(desk.datasetManager.open);
   EXPECT_EQ(Find<QWidget>("datasetManager"), nullptr);
-  ChooseCommand(program, MainCommand::kDatasetManager);
+  ChooseCommand(desk, MainCommand::kDatasetManager);
   Settle();
   EXPECT_NE(Find<QWidget>("datasetManager"), nullptr);
 }
 
 TEST_F(ManagerOnScreen, DuringARunNothingAnswers) {
-  program.fit.FitRunning = true;
+  fit.FitRunning = true;
   Settle();
   EXPECT_FALSE(Find<QPushButton>("managerButton1")->isEnabled());
   EXPECT_FALSE(Find<QLineEdit>("managerCutMin2")->isEnabled());
   EXPECT_FALSE(Find<QPushButton>("managerUnloadAll")->isEnabled());
-  program.fit.FitRunning = false;
+  fit.FitRunning = false;
   Settle();
   EXPECT_TRUE(Find<QLineEdit>("managerCutMin2")->isEnabled());
 }

@@ -52,7 +52,7 @@ class ModelOnScreen : public OnScreen {
   }
   QWidget& view(std::uint32_t number = 1) { return *keeper.modelWidget(number); }
   QTableView& rows(std::uint32_t number = 1) { return *view(number).findChild<QTableView*>("rows"); }
-  ModelWindow& window() { return ModelNo(1).window; }
+  ModelWindow& window() { return desk.models.at(1); }
   ModelParam& param(int row, int column) { return kalvex::Cell(ModelNo(1), row, column); }
 
   void Press(Qt::Key key) {

@@ -2,7 +2,6 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 
-#include "program/program.h"
 #include "windows/qt/model_on_screen.h"
 
 namespace kalvex {
@@ -40,7 +39,7 @@ TEST_F(ModelOnScreen, IsBuiltByKeys) {
   EXPECT_EQ(RowCount(ModelNo(1)), 2);
   Press(Qt::Key_Down);
   Press({Qt::Key_4, Qt::Key_5, Qt::Key_0, Qt::Key_Return});
-  const int row = ModelNo(1).window.curRow;
+  const int row = window().curRow;
   EXPECT_EQ(param(row, Wo).value, 450);
   EXPECT_EQ(Shown(row, 1), "450 ");
   Press(Qt::Key_Space);
@@ -61,8 +60,8 @@ TEST_F(ModelOnScreen, ATextThatIsNoNumberChangesNothing) {
 
 TEST_F(ModelOnScreen, AnswersTheMouse) {
   ClickCell(0, 3);
-  EXPECT_TRUE(ModelNo(1).window.rowSelected);
-  EXPECT_EQ(ModelNo(1).window.curColumn, 3);
+  EXPECT_TRUE(window().rowSelected);
+  EXPECT_EQ(window().curColumn, 3);
   ClickCell(0, 3, Qt::RightButton);
   EXPECT_EQ(param(0, G).adjustable, 0u);
   Click("add");
@@ -70,14 +69,14 @@ TEST_F(ModelOnScreen, AnswersTheMouse) {
   Click("fixAll");
   EXPECT_EQ(ModelNo(1).epsInf.adjustable, 0u);
   Click("vdfButton");
-  EXPECT_TRUE(ModelNo(1).window.vdfShown);
+  EXPECT_TRUE(window().vdfShown);
 }
 
 TEST_F(ModelOnScreen, ClosedByTheUserLeavesGraphsAndProgram) {
   Run("NewGraph();AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");");
   view().close();
   Settle();
-  EXPECT_EQ(CountModels(program.params), 0);
+  EXPECT_EQ(CountModels(params), 0);
   EXPECT_EQ(keeper.modelWidget(1), nullptr);
   EXPECT_TRUE(GraphNo(1).curves.empty());
 }
@@ -326,7 +325,7 @@ TEST_F(ModelOnScreen, ModelsCloseInAnyOrderWhileOneIsTypedInto) {
     EXPECT_EQ(keeper.modelWidget(closed), nullptr);
     Press(Qt::Key_5);  // goes to what is left, or nowhere
   }
-  EXPECT_EQ(CountModels(program.params), 0);
+  EXPECT_EQ(CountModels(params), 0);
   EXPECT_EQ(Editor(), nullptr);
   Run("NewModel();");
   EXPECT_EQ(view(3).windowTitle(), "M3");
@@ -342,8 +341,8 @@ TEST_F(ModelOnScreen, TheMainWindowMayGoWhileAParameterIsTyped) {
   Settle();
   keeper.mainWidget()->close();
   Settle();
-  EXPECT_TRUE(program.mainWindow.quit);
-  EXPECT_EQ(program.params.ExpParams[0].value, 8);
+  EXPECT_TRUE(desk.mainWindow.quit);
+  EXPECT_EQ(params.ExpParams[0].value, 8);
 }
 
 }  // namespace

@@ -13,8 +13,8 @@
 
 #include "graphs/graph_table.h"
 #include "macro/run_macro.h"
-#include "program/program.h"
 #include "records/model_table.h"
+#include "support/open_session.h"
 #include "support/scratch_folder.h"
 #include "windows/qt/keeper.h"
 #include "windows/qt/qt_platform.h"
@@ -24,11 +24,11 @@ namespace kalvex {
 class OnScreen : public testing::Test {
  protected:
   // threads: how many may compute at once.
-  explicit OnScreen(int threads = 1) : inside(folder.Name()), program(threads), keeper(program) {
-    program.platform = QtPlatform(keeper);
+  explicit OnScreen(int threads = 1) : inside(folder.Name()), session(headless, threads) {
+    session.UsePlatform(platform);
   }
   ~OnScreen() override {
-    program.platform = HeadlessPlatform();
+    session.UsePlatform(headless);
     // After a quit the toolkit refuses all further event loops, dialogs among them, until its own has run once more.
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QCoreApplication::exec();
@@ -37,7 +37,7 @@ class OnScreen : public testing::Test {
   // Runs a macro and lets the windows follow.
   int Run(const std::string& text) {
     folder.Write("m.kvs", text);
-    const int result = RunMacro(program, "m.kvs");
+    const int result = RunMacro(desk, "m.kvs");
     Settle();
     return result;
   }
@@ -46,8 +46,8 @@ class OnScreen : public testing::Test {
     QCoreApplication::processEvents();
     keeper.Reconcile();
   }
-  Graph& GraphNo(std::uint32_t number) { return *GetGraphByNumber(program.graphs, number); }
-  Model& ModelNo(std::uint32_t number) { return *GetModelByNumber(program.params, number); }
+  Graph& GraphNo(std::uint32_t number) { return *GetGraphByNumber(graphs, number); }
+  Model& ModelNo(std::uint32_t number) { return *GetModelByNumber(params, number); }
   // A widget of a kind by its object name, anywhere on the screen; null if there is none that is visible.
   template <class Widget>
   static Widget* Find(const QString& name) {
@@ -83,8 +83,16 @@ class OnScreen : public testing::Test {
 
   ScratchFolder folder;
   InFolder inside;
-  Program program;
-  Keeper keeper;
+  HeadlessPlatform headless;
+  Session session;
+  ParamTables& params = SessionAccess::Tables(session).params;
+  DatasetTable& datasets = SessionAccess::Tables(session).datasets;
+  FitState& fit = SessionAccess::Tables(session).fit;
+  GraphTable& graphs = SessionAccess::Tables(session).graphs;
+  EvalContext& eval = SessionAccess::Eval(session);
+  Desk desk{session};
+  Keeper keeper{desk};
+  QtPlatform platform{keeper};
 };
 
 }  // namespace kalvex

@@ -12,7 +12,7 @@ namespace {
 class ControlOnScreen : public ModelOnScreen {
  protected:
   ControlOnScreen() {
-    OpenParamControl(keeper.desk());
+    OpenParamControl(desk);
     ClickCell(0, 1);
   }
   QWidget& control() { return *Find<QWidget>("paramControl"); }
@@ -87,7 +87,7 @@ TEST_F(ControlOnScreen, TheSliderSweepsTheParameterWhileAGraphFollows) {
   EXPECT_EQ(slider().sliderPosition(), 20);
   LetGo();
   EXPECT_EQ(slider().sliderPosition(), 40);
-  EXPECT_EQ(program.paramControl.baseValue, selected().value);
+  EXPECT_EQ(desk.paramControl.baseValue, selected().value);
 }
 
 TEST_F(ControlOnScreen, TheSliderStandsAtItsEndWhereTheValueIsAndOtherActionsOnlyCentreIt) {
@@ -196,15 +196,15 @@ TEST_F(ControlOnScreen, ClosingTakesWhatIsTypedAndTheMarkAway) {
   EXPECT_EQ(Find<QWidget>("paramControl"), nullptr);
   EXPECT_EQ(selected().value, 42);
   EXPECT_FALSE(window().paramSelected);
-  OpenParamControl(keeper.desk());
+  OpenParamControl(desk);
   Settle();
   EXPECT_EQ(FieldText("value"), "42");
 }
 
 TEST_F(ControlOnScreen, TheModelMayGoWhileItsParameterIsTyped) {
   Model& second = SecondModel();
-  SetCoupling(program.params, selected(), 5);
-  SetCoupling(program.params, kalvex::Cell(second, 0, Wo), 5);
+  SetCoupling(params, selected(), 5);
+  SetCoupling(params, kalvex::Cell(second, 0, Wo), 5);
   ClickCell(0, 1);
   Activate(control());
   Find<QLineEdit>("value")->setFocus();
@@ -230,10 +230,10 @@ TEST_F(ControlOnScreen, GoesToItsFirstPlaceWhenItIsOpenedAgain) {
   control().move(33, 44);
   control().resize(300, 260);
   Settle();
-  EXPECT_EQ(std::pair(program.paramControl.x, program.paramControl.width), std::pair(33, 300));
+  EXPECT_EQ(std::pair(desk.paramControl.x, desk.paramControl.width), std::pair(33, 300));
   control().close();
   Settle();
-  OpenParamControl(keeper.desk());
+  OpenParamControl(desk);
   Settle();
   EXPECT_EQ(control().pos(), QPoint(400, 100));
   EXPECT_LT(control().width(), 300);

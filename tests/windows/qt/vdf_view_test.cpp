@@ -127,7 +127,7 @@ TEST_F(VdfOnScreen, WithoutSourcesOrPointsTheFunctionIsCleared) {
   EXPECT_EQ(Group(), "Var. Diel. Func. (not defined)");
   init(1);
   EXPECT_EQ(Mesh().size(), 5u);
-  Dataset& dataset = *DatasetInSlot(program.datasets, 2);
+  Dataset& dataset = *DatasetInSlot(datasets, 2);
   dataset.CutMin = dataset.CutMax = 1e6;
   ComputeActiveRange(dataset);
   init(1);
@@ -165,7 +165,7 @@ TEST_F(VdfOnScreen, EscapeAndTheCrossCancel) {
   dialog()->close();
   Settle();
   EXPECT_EQ(dialog(), nullptr);
-  EXPECT_FALSE(program.vdfDialog.open);
+  EXPECT_FALSE(desk.vdfDialog.open);
   EXPECT_EQ(Mesh(), Frequencies{});
 }
 
@@ -173,7 +173,7 @@ TEST_F(VdfOnScreen, TheModelMayGoUnderItsDialog) {
   OpenByKey();
   Run("CloseModel(ModelNo=1);");
   EXPECT_EQ(dialog(), nullptr);
-  EXPECT_FALSE(program.vdfDialog.open);
+  EXPECT_FALSE(desk.vdfDialog.open);
   Run("NewModel(VarDielFuncSeen=1);");
   Activate(view(2));
   Click("vdfInit");
@@ -182,11 +182,11 @@ TEST_F(VdfOnScreen, TheModelMayGoUnderItsDialog) {
 
 TEST_F(VdfOnScreen, WhileAFitRunsOkDoesNotAnswer) {
   OpenByKey();
-  program.fit.FitRunning = true;
+  fit.FitRunning = true;
   Click("initVdfOk");
   EXPECT_NE(dialog(), nullptr);
   EXPECT_EQ(Mesh(), Frequencies{});
-  program.fit.FitRunning = false;
+  fit.FitRunning = false;
   Click("initVdfOk");
   EXPECT_EQ(Mesh().size(), 5u);
 }

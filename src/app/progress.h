@@ -1,0 +1,18 @@
+// How a fit proceeds, on standard error.
+#pragma once
+
+#include "session/session.h"
+
+namespace kalvex {
+
+// A line for each iteration that a run accepts.
+class Progress : public SessionListener {
+ public:
+  explicit Progress(const Session& session) : session_(session) {}
+  void Changed(const Change& change) override;
+
+ private:
+  const Session& session_;
+};
+
+}  // namespace kalvex

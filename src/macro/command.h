@@ -1,0 +1,112 @@
+// What a command is: the record of its parameters, the description that ties the record to the text of a statement, and
+// the function that carries it out.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "core/status.h"
+
+namespace kalvex {
+
+struct Desk;
+class Session;
+
+enum class ParamType { kInteger, kReal, kString };
+
+// A parameter as the parser sees it.
+struct MacroParam {
+  const char* name = "";
+  ParamType type = ParamType::kInteger;
+  int length = 0;  // capacity of a string in bytes
+};
+
+// The value of one parameter in one statement.
+struct MacroSlot {
+  bool given = false;
+  int intValue = 0;
+  double realValue = 0;
+  std::string text;
+  int loopColumn = -1;  // column of the loop file from 0, -1 for a literal
+};
+using MacroBlock = std::vector<MacroSlot>;  // a slot for each parameter of the command, in their order
+
+// What a statement tells the executor; anything above kQuit counts as kStop.
+enum class MacroResult : int { kNext = 0, kBeginLoop = 1, kEndLoop = 2, kStop = 3, kQuit = 4 };
+
+// One statement being executed: what it works on, and what verbose output will say of it.
+struct MacroCall {
+  Desk& desk;
+  Session& session;
+  std::string said;
+
+  // Each ends a handler. Done says what was done; Nothing says "nothing done: " and why; Missing that a parameter which
+  // the command needs is not given; Told what was done, or why the operation of the session has failed.
+  MacroResult Done(std::string what);
+  MacroResult Nothing(const std::string& why);
+  MacroResult Missing(const char* param);
+  MacroResult Told(const Status& status, std::string done);
+};
+
+struct MacroCommand {
+  const char* name = "";
+  MacroResult (*run)(MacroCall& call, const MacroBlock& block) = nullptr;
+  std::span<const MacroParam> params;  // their order decides what an abbreviation means
+};
+
+// One row of the description of a command's parameters: a name, and the member of the record P that takes the value.
+// The type of the member is the type of the parameter.
+template <class P, class T>
+struct ParamRow {
+  MacroParam param;
+  std::optional<T> P::*member;
+
+  void Take(const MacroSlot& slot, P& record) const {
+    if (!slot.given) return;
+    if constexpr (std::is_same_v<T, int>) record.*member = slot.intValue;
+    if constexpr (std::is_same_v<T, double>) record.*member = slot.realValue;
+    if constexpr (std::is_same_v<T, std::string>) record.*member = slot.text;
+  }
+};
+template <class P>
+constexpr ParamRow<P, int> Param(const char* name, std::optional<int> P::*member) {
+  return {{name, ParamType::kInteger, 0}, member};
+}
+template <class P>
+constexpr ParamRow<P, double> Param(const char* name, std::optional<double> P::*member) {
+  return {{name, ParamType::kReal, 0}, member};
+}
+template <class P>
+constexpr ParamRow<P, std::string> Param(const char* name, std::optional<std::string> P::*member, int length) {
+  return {{name, ParamType::kString, length}, member};
+}
+
+// What the parser sees of a record P, whose rows are P::Describe(), a tuple of them.
+template <class P>
+inline constexpr auto kParamsOf =
+    std::apply([](const auto&... row) { return std::array<MacroParam, sizeof...(row)>{row.param...}; }, P::Describe());
+
+template <class P>
+P RecordOf([[maybe_unused]] const MacroBlock& block) {
+  P record;
+  std::apply([&, i = std::size_t{0}](const auto&... row) mutable { (row.Take(block[i++], record), ...); },
+             P::Describe());
+  return record;
+}
+
+// The row of a table of commands: the name, and the handler, whose second argument is the record.
+template <auto kHandler>
+constexpr MacroCommand Command(const char* name) {
+  return [name]<class P>(MacroResult (*)(MacroCall&, const P&)) {
+    const auto run = [](MacroCall& call, const MacroBlock& block) { return kHandler(call, RecordOf<P>(block)); };
+    return MacroCommand{name, run, kParamsOf<P>};
+  }(kHandler);
+}
+
+}  // namespace kalvex

@@ -1,0 +1,72 @@
+// Commands on the fit and on the experimental parameters.
+#pragma once
+
+#include "macro/shared_params.h"
+
+namespace kalvex {
+
+MacroResult ExpParamsCommand(MacroCall& call, const PositionParams& p);
+
+struct SetExpParamParams {
+  std::optional<int> FitActive, MinOn, MaxOn, CoupledTo;
+  std::optional<double> Value, MinLimit, MaxLimit;
+  std::optional<std::string> ParamName;
+  static constexpr auto Describe() {
+    using P = SetExpParamParams;
+    return std::tuple(Param("ParamName", &P::ParamName, 100), Param("Value", &P::Value),
+                      Param("FitActive", &P::FitActive), Param("MinLimit", &P::MinLimit),
+                      Param("MaxLimit", &P::MaxLimit), Param("MinOn", &P::MinOn), Param("MaxOn", &P::MaxOn),
+                      Param("CoupledTo", &P::CoupledTo));
+  }
+};
+MacroResult SetExpParamCommand(MacroCall& call, const SetExpParamParams& p);
+MacroResult WindowFitCommand(MacroCall& call, const PositionParams& p);
+
+struct AddChiSqTermParams {
+  std::optional<int> DatasetNo, ModelNo;
+  std::optional<double> Weight;
+  static constexpr auto Describe() {
+    using P = AddChiSqTermParams;
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo), Param("Weight", &P::Weight));
+  }
+};
+MacroResult AddChiSqTermCommand(MacroCall& call, const AddChiSqTermParams& p);
+
+struct DeleteChiSqTermParams {
+  std::optional<int> DatasetNo, ModelNo;
+  static constexpr auto Describe() {
+    using P = DeleteChiSqTermParams;
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo));
+  }
+};
+MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams& p);
+
+struct FitRunParams {
+  std::optional<int> NumIters;
+  static constexpr auto Describe() { return std::tuple(Param("NumIters", &FitRunParams::NumIters)); }
+};
+MacroResult FitCommand(MacroCall& call, const FitRunParams& p);
+
+struct FitOptionsParams {
+  std::optional<int> StopOnIterations, MaxIterations, StopOnTime, MaxSeconds, StopOnReduction, ReductionIterations,
+      StopOnLambda, CalcConfidence, LogFit;
+  std::optional<double> ReductionAmount, MaxLambda, InitialLambda, DeltaChiSq;
+  bool operator==(const FitOptionsParams&) const = default;
+  static constexpr auto Describe() {
+    using P = FitOptionsParams;
+    return std::tuple(
+        Param("StopOnIterations", &P::StopOnIterations), Param("MaxIterations", &P::MaxIterations),
+        Param("StopOnTime", &P::StopOnTime), Param("MaxSeconds", &P::MaxSeconds),
+        Param("StopOnReduction", &P::StopOnReduction), Param("ReductionIterations", &P::ReductionIterations),
+        Param("ReductionAmount", &P::ReductionAmount), Param("StopOnLambda", &P::StopOnLambda),
+        Param("MaxLambda", &P::MaxLambda), Param("InitialLambda", &P::InitialLambda),
+        Param("CalcConfidence", &P::CalcConfidence), Param("DeltaChiSq", &P::DeltaChiSq), Param("LogFit", &P::LogFit));
+  }
+};
+MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p);
+MacroResult UndoFitCommand(MacroCall& call, const NoParams& p);
+MacroResult QuantityErrorBarsCommand(MacroCall& call, const NoParams& p);
+MacroResult DumpDerivativesCommand(MacroCall& call, const NoParams& p);
+MacroResult DumpSensitivityCommand(MacroCall& call, const NoParams& p);
+
+}  // namespace kalvex

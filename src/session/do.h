@@ -1,0 +1,50 @@
+// The frame around every operation of a session: the gate, the history, and the telling.
+#pragma once
+
+#include <type_traits>
+#include <utility>
+
+#include "records/model_table.h"
+#include "session/session.h"
+
+namespace kalvex {
+
+template <class Act>
+auto Session::Do(Operation operation, const Pieces& touched, Act act) -> decltype(act()) {
+  const bool onGraphsAlone = (operation.influence & ~(kOnGraphs | kOnSettings | kOnFiles)) == 0;
+  if (!onGraphsAlone) {
+    if (Status busy = Gate(); !busy.Ok()) return busy;
+  }
+  // Graphs can be worked on while a fit runs; a step back would then take the fit's present state with it.
+  const bool kept = !tables_.fit.FitRunning;
+  if (kept) history_.Begin(operation, touched, tables_);
+  auto result = act();
+  if (kept) {
+    // What has told of a change has made one, also where it did not do all that was asked.
+    result.Ok() || !told_.empty() ? history_.End() : history_.Abandon();
+  }
+  Deliver(result.Ok() ? &operation : nullptr);
+  return result;
+}
+
+template <class Act>
+auto Session::DoOutside(Operation operation, Act act) -> decltype(act()) {
+  auto result = act();
+  Deliver(result.Ok() ? &operation : nullptr);
+  return result;
+}
+
+template <class Act>
+Status Session::ChangeModel(std::uint32_t number, Operation operation, Changed what, Act change) {
+  Model* const model = ModelOf(number);
+  if (!model) return NoSuchModel(number);
+  return Do(std::move(operation), Pieces().Model(kalvex::SlotOf(tables_.params, *model)), [&] {
+    Status status = change(*model);
+    if (!status.Ok()) return status;
+    what == Changed::kRows ? HearRows(*model) : HearModel(*model);
+    if (what == Changed::kRows) Tell(ChangeKind::kModelRows, number);
+    return status;
+  });
+}
+
+}  // namespace kalvex

@@ -1,0 +1,165 @@
+#include "core/text.h"
+#include "datasets/dataset_operations.h"
+#include "datasets/quantity.h"
+#include "session/do.h"
+#include "session/statement.h"
+
+namespace kalvex {
+namespace {
+
+std::string SlotText(int slot) { return "dataset " + std::to_string(slot); }
+
+Status NoSuchSlot(int slot) {
+  return {StatusCode::kBadArgument, "DatasetNo should be 1 to " + std::to_string(kMaxDatasets) + ".", SlotText(slot)};
+}
+
+// Numbers of the macro language, which count from 1.
+template <class Method>
+int NumberOf(Method method) {
+  return static_cast<int>(method) + 1;
+}
+
+std::string LoadStatement(int slot, const DatasetSource& source) {
+  const DatasetSource usual;
+  Statement statement("LoadDataset");
+  statement.Int("DatasetNo", slot).Text("MasterFile", source.MasterFile);
+  if (source.Quantity) statement.Text("Quantity", kQuantityNames[static_cast<std::size_t>(*source.Quantity)].shortName);
+  if (source.XMethod != usual.XMethod) statement.Int("XMethod", NumberOf(source.XMethod));
+  if (!source.XFile.empty()) statement.Text("XFile", source.XFile);
+  if (source.XMethod == XSource::kGenerated) {
+    statement.Real("XMin", source.XMin).Real("XMax", source.XMax).Int("XPts", source.XPts);
+    statement.Int("XGrid", NumberOf(source.XGrid));
+  }
+  if (source.YMethod != usual.YMethod) statement.Int("YMethod", NumberOf(source.YMethod)).Real("YVal", source.YVal);
+  if (source.YErrMethod != usual.YErrMethod) statement.Int("YErrMethod", NumberOf(source.YErrMethod));
+  if (!source.YErrFile.empty()) statement.Text("YErrFile", source.YErrFile);
+  if (source.YErrMethod == ErrorSource::kFixed) statement.Real("YErrVal", source.YErrVal);
+  if (source.Match != usual.Match) statement.Int("Match", NumberOf(source.Match));
+  return statement.Done();
+}
+
+}  // namespace
+
+Status Session::LoadDataset(int slot, const DatasetSource& source) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  return Do({"load " + SlotText(slot), LoadStatement(slot, source), {}, kOnDatasets | kOnFiles},
+            Pieces().Dataset(slot - 1), [&] {
+              Status status = kalvex::LoadDataset(*dataset, source, tables_.datasets.nextId);
+              Tell(ChangeKind::kDatasetLoaded, dataset->id, slot);
+              return status;
+            });
+}
+
+Status Session::ClearDataset(int slot) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  return Do({"clear " + SlotText(slot), {}, {}, kOnDatasets}, Pieces().Dataset(slot - 1), [&] {
+    kalvex::ClearDataset(*dataset);
+    Tell(ChangeKind::kDatasetUnloaded, 0, slot);
+    return Status();
+  });
+}
+
+Status Session::UnloadDataset(int slot) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  return Do({"unload " + SlotText(slot),
+             Statement("UnloadDataset").Int("DatasetNo", slot).Done(),
+             {},
+             kOnDatasets | kOnFit | kOnGraphs},
+            Pieces().Dataset(slot - 1).Graphs(), [&] {
+              const std::uint32_t id = dataset->id;
+              TellGraphs(GraphEvent::kDatasetUnloaded, id);
+              DropTermsIf([&](const ChiSqTerm& term) { return term.datasetId == id; });
+              kalvex::UnloadDataset(*dataset);
+              Tell(ChangeKind::kDatasetUnloaded, id, slot);
+              return Status();
+            });
+}
+
+Status Session::UnloadAllDatasets() {
+  for (int slot = 1; slot <= kMaxDatasets; ++slot) {
+    // A load that failed at its last check leaves rows without an id.
+    if (SlotOf(slot)->points.empty()) continue;
+    if (Status status = UnloadDataset(slot); !status.Ok()) return status;
+  }
+  return {};
+}
+
+Status Session::TransformDataset(int slot, double scale, double shift) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  const auto statement = Statement("TransformDataset").Int("DatasetNo", slot).Real("Scale", scale).Real("Shift", shift);
+  return Do({"scale " + SlotText(slot), statement.Done(), {}, kOnDatasets | kOnFit}, Pieces().Dataset(slot - 1), [&] {
+    kalvex::TransformDataset(*dataset, scale, shift);
+    TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
+    TellFitOfDataset(dataset->id);
+    Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
+    return Status();
+  });
+}
+
+Status Session::AddNoise(int slot, double sigma) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  return Do({"noise on " + SlotText(slot),
+             Statement("AddNoise").Int("DatasetNo", slot).Real("Sigma", sigma).Done(),
+             {},
+             kOnDatasets | kOnFit},
+            Pieces().Dataset(slot - 1).Noise(), [&] {
+              kalvex::AddNoise(*dataset, tables_.noise, sigma);
+              TellGraphs(GraphEvent::kForcedUpdate, dataset->id);
+              const std::uint32_t id = dataset->id;
+              DropTermsIf([&](const ChiSqTerm& term) { return term.datasetId == id; });
+              Tell(ChangeKind::kDatasetChanged, id, slot);
+              return Status();
+            });
+}
+
+Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<double> xMax, Heard heard) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  const auto statement = Statement("CutDataset").Int("DatasetNo", slot).Real("XMin", xMin).Real("XMax", xMax);
+  const std::string label = "cut " + SlotText(slot);
+  // A limit that is typed digit by digit is one step.
+  return Do({label, statement.Done(), heard == Heard::kAtOnce ? label : "", kOnDatasets | kOnFit},
+            Pieces().Dataset(slot - 1), [&] {
+              kalvex::CutDataset(*dataset, xMin, xMax);
+              Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
+              if (heard == Heard::kLater) return Status();
+              TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
+              TellFitOfDataset(dataset->id);
+              return Status();
+            });
+}
+
+Status Session::SetDatasetQuantity(int slot, int quantity, Heard heard) {
+  Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  if (quantity < 0 || quantity >= kQuantityCount) return {StatusCode::kBadArgument, "there is no such Quantity"};
+  const char* const name = kQuantityNames[static_cast<std::size_t>(quantity)].shortName;
+  return Do({"Quantity of " + SlotText(slot),
+             Statement("SetDatasetQuantity").Int("DatasetNo", slot).Text("Quantity", name).Done(),
+             {},
+             kOnDatasets | kOnFit},
+            Pieces().Dataset(slot - 1), [&] {
+              dataset->Quantity = quantity;
+              Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
+              if (heard == Heard::kLater) return Status();
+              TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
+              TellFitOfDataset(dataset->id);
+              return Status();
+            });
+}
+
+Status Session::ExportDataset(int slot, const std::string& file, bool onlyFitted, bool errorBars) {
+  const Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return NoSuchSlot(slot);
+  auto statement = Statement("ExportDataset").Int("DatasetNo", slot).Text("File", file);
+  statement.Int("ExportFitted", onlyFitted).Int("ExportErrorBars", errorBars);
+  return DoOutside({"export " + SlotText(slot), statement.Done(), {}, kOnFiles},
+                   [&] { return kalvex::ExportDataset(*dataset, file, onlyFitted, errorBars); });
+}
+
+}  // namespace kalvex

@@ -1,0 +1,318 @@
+#include <algorithm>
+
+#include "fit/derivative_test.h"
+#include "fit/fit_dumps.h"
+#include "fit/fit_lists.h"
+#include "fit/run_fit.h"
+#include "records/model_table.h"
+#include "session/do.h"
+#include "session/statement.h"
+#include "terms/term_tables.h"
+
+namespace kalvex {
+namespace {
+
+Operation OnFit(const char* label, std::string statement) {
+  return {label, std::move(statement), {}, kOnFit | kOnModels | kOnExpParams};
+}
+
+std::string OptionsStatement(const FitOptions& options) {
+  Statement statement("FitOptions");
+  statement.Int("StopOnIterations", options.StopOnIterations).Int("MaxIterations", options.MaxIterations);
+  statement.Int("StopOnTime", options.StopOnTime).Int("MaxSeconds", options.MaxSeconds);
+  statement.Int("StopOnReduction", options.StopOnReduction).Int("ReductionIterations", options.ReductionIterations);
+  statement.Real("ReductionAmount", options.ReductionAmount).Int("StopOnLambda", options.StopOnLambda);
+  statement.Real("MaxLambda", options.MaxLambda).Real("InitialLambda", options.InitialLambda);
+  statement.Int("CalcConfidence", options.CalcConfidence).Real("DeltaChiSq", options.DeltaChiSq);
+  return statement.Int("LogFit", options.LogFit).Done();
+}
+
+// A run changes values in every model, coupled ones included.
+Pieces AllValues(const ParamTables& tables) {
+  Pieces pieces;
+  for (const std::uint32_t number : ListModelNumbers(tables)) {
+    pieces.Model(SlotOf(tables, *GetModelByNumber(tables, number)));
+  }
+  return pieces.ExpParams();
+}
+
+Status Written(int status, const char* file, const char* needs) {
+  if (status == 0) return {};
+  return {StatusCode::kCannotWrite, std::string(needs) + ", or '" + file + "' cannot be written", file};
+}
+
+}  // namespace
+
+// Models, graphs and listeners follow each iteration; events are delivered in between, so that a person can ask the run
+// to stop.
+class Session::RunFollower : public FitObserver {
+ public:
+  explicit RunFollower(Session& session) : session_(session) {}
+  void RunStarts() override {
+    Tell(0);
+    session_.platform_->PumpEvents();
+  }
+  void IterationEnds() override {
+    session_.ShowValues();
+    Tell(session_.tables_.fit.IterationCount);
+  }
+  void Poll() override { session_.platform_->PumpEvents(); }
+
+ private:
+  void Tell(int iteration) {
+    session_.Tell(ChangeKind::kFitRun, static_cast<std::uint32_t>(iteration));
+    session_.Deliver(nullptr);
+  }
+  Session& session_;
+};
+
+// The graphs follow values that a run has set; the fit itself, which has set them, does not hear of it.
+void Session::ShowValues() {
+  HearExpParams(false);
+  for (Model& model : tables_.params.models) {
+    if (model.number != 0) HearModel(model, false);
+  }
+}
+
+// ---- what the fit hears
+
+void Session::TellGraphs(GraphEvent event, std::int64_t id) {
+  AnswerGraphEvent(tables_.graphs, event, id, tables_.autoScreenUpdate);
+}
+
+void Session::RebuildTerms() {
+  RebuildFitLists(tables_.fit, tables_.params, eval_);
+  Tell(ChangeKind::kFitTerms);
+}
+
+void Session::TellFitOfDataset(std::uint32_t) {
+  if (!tables_.fitFollows) return;
+  RebuildFitParams(tables_.fit, tables_.params, eval_);
+  RebuildFitPoints(tables_.fit, tables_.datasets);
+  ComputeChiSq(tables_.fit, eval_);
+  Tell(ChangeKind::kFitValues);
+}
+
+void Session::RebuildParams(bool compute) {
+  if (!tables_.fitFollows) return;
+  RebuildFitParams(tables_.fit, tables_.params, eval_);
+  if (compute) ComputeChiSq(tables_.fit, eval_);
+  Tell(ChangeKind::kFitValues);
+}
+
+void Session::TellFitOfParams() { RebuildParams(tables_.autoScreenUpdate); }
+
+void Session::DropTermsIf(const std::function<bool(const ChiSqTerm&)>& isGone) {
+  if (!tables_.fitFollows) return;
+  std::erase_if(tables_.fit.list.terms, isGone);
+  RebuildTerms();
+}
+
+// ---- the list of terms
+
+Status Session::OpenFit() {
+  if (tables_.fitFollows) return {};
+  if (tables_.fit.FitRunning) {  // the lists of a run are its own until it ends
+    tables_.fitFollows = true;
+    return {};
+  }
+  return Do({"open the fit", Statement("WindowFit").Done(), {}, kOnFit}, {}, [&] {
+    tables_.fitFollows = true;
+    RebuildFitLists(tables_.fit, tables_.params, eval_);
+    Tell(ChangeKind::kFitValues);
+    Tell(ChangeKind::kSettings);
+    return Status();
+  });
+}
+
+Status Session::CloseFit() {
+  StopFit();
+  tables_.fitFollows = false;
+  Tell(ChangeKind::kSettings);
+  Deliver(nullptr);
+  return {};
+}
+
+Status Session::AddTerm(int slot, std::uint32_t model, std::optional<double> weight) {
+  const Dataset* const dataset = SlotOf(slot);
+  if (!dataset) return {StatusCode::kBadArgument, "DatasetNo should be 1 to " + std::to_string(kMaxDatasets)};
+  if (!FindModel(model)) return NoSuchModel(model);
+  const auto statement = Statement("AddChiSqTerm").Int("DatasetNo", slot).Int("ModelNo", model).Real("Weight", weight);
+  return Do({"add a term", statement.Done(), {}, kOnFit}, {}, [&] {
+    ChiSqTerm& term = InsertChiSqTerm(tables_.fit, tables_.fit.list, static_cast<int>(tables_.fit.list.terms.size()));
+    term.datasetId = dataset->id;
+    term.modelId = model;
+    term.weight = weight.value_or(1.0);
+    RebuildTerms();
+    return Status();
+  });
+}
+
+Status Session::AddTerms(std::span<const TermPair> pairs) {
+  return Do({"add terms", {}, {}, kOnFit}, {}, [&] {
+    auto& terms = tables_.fit.list.terms;
+    for (const TermPair& pair : pairs) {
+      const bool present = std::any_of(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
+        return term.datasetId == pair.datasetId && term.modelId == pair.model;
+      });
+      if (present) continue;
+      ChiSqTerm& term = InsertChiSqTerm(tables_.fit, tables_.fit.list, static_cast<int>(terms.size()));
+      term.datasetId = pair.datasetId;
+      term.modelId = pair.model;
+    }
+    RebuildTerms();
+    return Status();
+  });
+}
+
+Status Session::DeleteTerm(int slot, int modelSlot) {
+  auto statement = Statement("DeleteChiSqTerm").Int("DatasetNo", slot).Int("ModelNo", modelSlot);
+  return Do({"remove a term", statement.Done(), {}, kOnFit}, {}, [&] {
+    const Dataset* const dataset = SlotOf(slot);
+    const bool both = dataset && modelSlot >= 1 && modelSlot <= kMaxModels;
+    const std::uint32_t number = both ? tables_.params.models[static_cast<std::size_t>(modelSlot - 1)].number : 0;
+    auto& terms = tables_.fit.list.terms;
+    const auto match = std::find_if(terms.begin(), terms.end(), [&](const ChiSqTerm& term) {
+      return both && term.datasetId == dataset->id && term.modelId == number;
+    });
+    const bool found = match != terms.end();
+    if (found) terms.erase(match);
+    RebuildTerms();
+    return found ? Status() : Status(StatusCode::kNothingToDo, "no such term");
+  });
+}
+
+Status Session::RemoveTerms(std::span<const int> ids) {
+  return Do({"remove terms", {}, {}, kOnFit}, {}, [&] {
+    std::erase_if(tables_.fit.list.terms,
+                  [&](const ChiSqTerm& term) { return std::find(ids.begin(), ids.end(), term.id) != ids.end(); });
+    RebuildTerms();
+    return Status();
+  });
+}
+
+Status Session::WeighTerms(std::span<const int> ids, double weight) {
+  return Do({"weigh terms", {}, {}, kOnFit}, {}, [&] {
+    for (ChiSqTerm& term : tables_.fit.list.terms) {
+      if (std::find(ids.begin(), ids.end(), term.id) != ids.end()) term.weight = weight;
+    }
+    RebuildFitLists(tables_.fit, tables_.params, eval_);
+    Tell(ChangeKind::kFitValues);
+    return Status();
+  });
+}
+
+Status Session::SetFitOptions(const FitOptions& options) {
+  return Do({"options of the fit", OptionsStatement(options), {}, kOnFit}, {}, [&] {
+    tables_.fit.options = options;
+    Tell(ChangeKind::kFitOptions);
+    return Status();
+  });
+}
+
+// ---- runs
+
+Status Session::RunFit(const FitRequest& request) {
+  if (tables_.fit.FitRunning) return StopFit(), Status();
+  Statement statement("Fit");
+  statement.Int("NumIters", request.iterations);
+  return Do(OnFit("fit", statement.Done()), AllValues(tables_.params), [&] {
+    FitState& fit = tables_.fit;
+    const FitOptions before = fit.options;
+    if (request.iterations) {
+      fit.options.MaxIterations = *request.iterations;
+      fit.options.StopOnIterations = true;
+    }
+    fit.StopRequested = false;
+    StoreStartValues(fit, tables_.params, eval_);
+    RunFollower follower(*this);
+    const int status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower);
+    if (request.iterations) {
+      fit.options.MaxIterations = before.MaxIterations;
+      fit.options.StopOnIterations = before.StopOnIterations;
+    }
+    if (request.byHand) fit.UndoAvailable = true;
+    ShowValues();
+    Tell(ChangeKind::kFitRun);
+    return status == 0 ? Status() : Status(StatusCode::kOutOfMemory, fit.report.stop);
+  });
+}
+
+void Session::StopFit() {
+  if (tables_.fit.FitRunning) tables_.fit.StopRequested = true;
+}
+
+Status Session::UndoFit() {
+  if (!tables_.fit.startValuesStored) return {StatusCode::kNothingToDo, "there is no run to undo"};
+  return Do(OnFit("undo the fit", Statement("UndoFit").Done()), AllValues(tables_.params), [&] {
+    kalvex::UndoFit(tables_.fit, tables_.params, eval_);
+    ShowValues();
+    Tell(ChangeKind::kFitValues);
+    return Status();
+  });
+}
+
+Status Session::Recompute() {
+  return Do({"update", {}, {}, kOnFit | kOnGraphs}, {}, [&] {
+    TellGraphs(GraphEvent::kForcedUpdate, -1);
+    RebuildParams(true);
+    Tell(ChangeKind::kFitValues);
+    return Status();
+  });
+}
+
+// ---- files about a fit
+
+Status Session::WriteQuantityErrorBars() {
+  Pieces touched = AllValues(tables_.params);
+  const auto& terms = tables_.fit.list.terms;
+  for (int slot = 0; slot < kMaxDatasets && !terms.empty(); ++slot) {
+    if (tables_.datasets.slots[static_cast<std::size_t>(slot)].id == terms.back().datasetId) touched.Dataset(slot);
+  }
+  return Do(OnFit("error bars of a Quantity", Statement("QuantityErrorBars").Done()), touched, [&] {
+    RunFollower follower(*this);
+    const auto datasetChanged = [&] { TellGraphs(GraphEvent::kDatasetChanged, -1); };
+    const int status = kalvex::WriteQuantityErrorBars(tables_.fit, tables_.params, eval_, tables_.datasets, *platform_,
+                                                      follower, datasetChanged);
+    Tell(ChangeKind::kFitValues);
+    return Written(status, "QntyErrorBars.dat", "it needs three ChiSq terms, the last with a dataset and a model");
+  });
+}
+
+Status Session::DumpDerivatives() {
+  if (Status busy = Gate(); !busy.Ok()) return busy;
+  return DoOutside({"derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles}, [&] {
+    return Written(WriteDerivativeDump(tables_.params, eval_), "Jakob.dat", "it needs dataset 1 and models 1 to 4");
+  });
+}
+
+Status Session::DumpSensitivity() {
+  if (Status busy = Gate(); !busy.Ok()) return busy;
+  return DoOutside({"sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles}, [&] {
+    return Written(WriteSensitivityDump(tables_.params, eval_), "Jakob2.dat", "it needs dataset 1 and models 1 to 3");
+  });
+}
+
+Status Session::TestDerivatives() {
+  return Do(OnFit("test derivatives", Statement("TestDerivatives").Done()), AllValues(tables_.params), [&] {
+    const int status = kalvex::TestDerivatives(tables_.fit, tables_.params, eval_);
+    Tell(ChangeKind::kFitValues);
+    return status == 0 ? Status() : CannotWrite("TestDeriv1.txt");
+  });
+}
+
+Status Session::TestQuantityDerivatives() {
+  return Do(OnFit("test derivatives of Quantities", Statement("TestQuantityDerivatives").Done()),
+            AllValues(tables_.params), [&] {
+              const int status = kalvex::TestQuantityDerivatives(tables_.fit, tables_.params, eval_);
+              return status == 0 ? Status() : CannotWrite("TestDeriv.txt");
+            });
+}
+
+Status Session::WriteGapTable() {
+  return DoOutside({"table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles}, [&] {
+    return kalvex::WriteGapTable(GapTableOf(eval_.termEnvironment)) ? Status() : CannotWrite("Tab.dat");
+  });
+}
+
+}  // namespace kalvex

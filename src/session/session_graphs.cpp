@@ -1,0 +1,245 @@
+#include "core/text.h"
+#include "files/curve_file.h"
+#include "graphs/curve_samples.h"
+#include "graphs/graph_export.h"
+#include "graphs/graph_table.h"
+#include "graphs/painting.h"
+#include "session/do.h"
+#include "session/statement.h"
+
+namespace kalvex {
+namespace {
+
+std::string GraphText(std::uint32_t number) { return "graph " + std::to_string(number); }
+
+Operation OnGraph(const char* what, std::uint32_t number, std::string statement) {
+  return {std::string(what) + ' ' + GraphText(number), std::move(statement), {}, kOnGraphs};
+}
+
+void EditAxis(const AxisEdit& edit, Axis& axis) {
+  if (edit.min) axis.min = *edit.min;
+  if (edit.max) axis.max = *edit.max;
+  if (edit.log) axis.log = *edit.log;
+  if (edit.title) axis.title = CutToBytes(*edit.title, kLongestTitle);
+  if (edit.titleShown) axis.titleShown = *edit.titleShown;
+}
+
+// A title stands in a statement as a format.
+void AddAxis(Statement& statement, const char* letter, const AxisEdit& edit) {
+  const std::string name = letter;
+  statement.Real(name + "min", edit.min).Real(name + "max", edit.max).Flag(name + "log", edit.log);
+  if (!edit.title) return;
+  std::string format;
+  for (const char c : *edit.title) format += c == '%' ? std::string("%%") : std::string(1, c);
+  statement.Text(name + "Title", format);
+}
+
+int SlotOfDataset(const DatasetTable& table, std::uint32_t id) {
+  for (int slot = 1; slot <= kMaxDatasets; ++slot) {
+    if (DatasetInSlot(table, slot)->id == id) return slot;
+  }
+  return 0;
+}
+
+const char* QuantityNameOf(int quantity) { return kQuantityNames[static_cast<std::size_t>(quantity)].shortName; }
+
+std::string CurveStatement(std::uint32_t graph, const Curve& curve, const DatasetTable& datasets) {
+  static constexpr std::array<const char*, kCurveKinds> kCommands = {"AddDataCurve", "AddModelCurve", "AddChiSqCurve",
+                                                                     "AddMultiCurve", "AddFreqCurve"};
+  Statement statement(kCommands[static_cast<std::size_t>(curve.kind)]);
+  statement.Int("GraphNo", graph);
+  if (curve.datasetId != 0) statement.Int("DatasetNo", SlotOfDataset(datasets, curve.datasetId));
+  if (curve.kind != CurveKind::kData) statement.Int("ModelNo", curve.modelId);
+  if (curve.kind == CurveKind::kModel || curve.kind == CurveKind::kMulti) {
+    statement.Text("Quantity", QuantityNameOf(curve.quantity));
+  }
+  statement.Int("nColor", curve.nColor);
+  if (curve.kind == CurveKind::kFreq) return statement.Done();
+  if (curve.kind == CurveKind::kData) {
+    statement.Int("ShowLine", curve.ShowLine).Int("ShowSymbol", curve.ShowSymbol).Int("ShowError", curve.ShowError);
+    statement.Int("nSymbolSize", curve.nSymbolSize).Int("nSymbolShape", curve.nSymbolShape);
+    statement.Int("SymbolOpen", curve.SymbolOpen);
+  }
+  return statement.Real("Scale", curve.Scale).Real("Shift", curve.Shift).Done();
+}
+
+}  // namespace
+
+Result<std::uint32_t> Session::NewGraph() {
+  return Do({"new graph", Statement("NewGraph").Done(), {}, kOnGraphs}, Pieces().Graphs(),
+            [&]() -> Result<std::uint32_t> {
+              const Graph* const graph = CreateGraph(tables_.graphs);
+              if (!graph) return {StatusCode::kFull, "there are " + std::to_string(kMaxGraphs) + " graphs already"};
+              Tell(ChangeKind::kGraphCreated, graph->number);
+              return graph->number;
+            });
+}
+
+template <class Act>
+Status Session::ChangeGraph(std::uint32_t number, Operation operation, Act change) {
+  Graph* const graph = GraphOf(number);
+  if (!graph) return NoSuchGraph(number);
+  return Do(std::move(operation), Pieces().Graphs(), [&] {
+    Status status = change(*graph);
+    if (status.Ok()) Tell(ChangeKind::kGraphChanged, number);
+    return status;
+  });
+}
+
+Status Session::CloseGraph(std::uint32_t number) {
+  return ChangeGraph(number, OnGraph("close", number, Statement("CloseGraph").Int("GraphNo", number).Done()),
+                     [&](Graph& graph) {
+                       kalvex::CloseGraph(graph);
+                       Tell(ChangeKind::kGraphClosed, number);
+                       return Status();
+                     });
+}
+
+Status Session::ResizeGraph(std::uint32_t number, std::optional<int> width, std::optional<int> height) {
+  Operation operation = OnGraph("resize", number, {});
+  operation.merge = operation.label;
+  return ChangeGraph(number, std::move(operation), [&](Graph& graph) {
+    const int w = width.value_or(graph.Width), h = height.value_or(graph.Height);
+    graph.Width = w;
+    graph.Height = h;
+    RebuildGraph(graph);
+    return Status();
+  });
+}
+
+Status Session::EditGraph(std::uint32_t number, const GraphEdit& edit) {
+  Statement statement("GraphProperties");
+  statement.Int("GraphNo", number);
+  AddAxis(statement, "X", edit.x);
+  AddAxis(statement, "Y", edit.y);
+  statement.Flag("ShowFitted", edit.showFitted);
+  return ChangeGraph(number, OnGraph("axes of", number, statement.Done()), [&](Graph& graph) {
+    EditAxis(edit.x, graph.X);
+    EditAxis(edit.y, graph.Y);
+    if (edit.showFitted) graph.ShowFitted = *edit.showFitted;
+    ApplyAxes(graph);
+    return Status();
+  });
+}
+
+Status Session::AddCurve(std::uint32_t number, const Curve& curve) {
+  if (curve.kind == CurveKind::kMulti && !HasRowContributions(curve.quantity)) {
+    return {StatusCode::kBadArgument, "rows contribute to E1, E2, S1 and S2 only"};
+  }
+  return ChangeGraph(number, OnGraph("curve in", number, CurveStatement(number, curve, tables_.datasets)),
+                     [&](Graph& graph) { return kalvex::AddCurve(graph, curve), Status(); });
+}
+
+Status Session::RemoveCurve(std::uint32_t number, CurveKind kind, std::uint32_t of, int quantity) {
+  const bool data = kind == CurveKind::kData;
+  Statement statement(data ? "DeleteDataCurve" : "DeleteModelCurve");
+  statement.Int("GraphNo", number).Int(data ? "DatasetNo" : "ModelNo", data ? SlotOfDataset(tables_.datasets, of) : of);
+  if (!data && quantity >= 0) statement.Text("Quantity", QuantityNameOf(quantity));
+  return ChangeGraph(number, OnGraph("remove a curve from", number, statement.Done()), [&](Graph& graph) {
+    if (kalvex::RemoveCurve(graph, kind, of, quantity)) return Status();
+    return Status(StatusCode::kNothingToDo, GraphText(number) + " has no such curve");
+  });
+}
+
+Status Session::SetCurves(std::uint32_t number, std::vector<Curve> curves) {
+  return ChangeGraph(number, OnGraph("curves of", number, {}), [&](Graph& graph) {
+    graph.curves = std::move(curves);
+    RebuildGraph(graph);
+    return Status();
+  });
+}
+
+Status Session::SetAutoScreenUpdate(bool on) {
+  return Do({on ? "auto update on" : "auto update off", {}, {}, kOnSettings}, {}, [&] {
+    tables_.autoScreenUpdate = on;
+    Tell(ChangeKind::kSettings);
+    return Status();
+  });
+}
+
+Status Session::SetGraphReader(bool on) {
+  return Do({on ? "reader on" : "reader off", {}, {}, kOnSettings}, {}, [&] {
+    tables_.graphReader = on;
+    TellGraphs(GraphEvent::kReaderToggled, -1);
+    Tell(ChangeKind::kSettings);
+    return Status();
+  });
+}
+
+Result<int> Session::ExportGraph(std::uint32_t number, const std::string& file) {
+  const Graph* const graph = GraphOf(number);
+  if (!graph) return NoSuchGraph(number);
+  Operation operation =
+      OnGraph("export", number, Statement("ExportGraph").Int("GraphNo", number).Text("File", file).Done());
+  return DoOutside(std::move(operation), [&]() -> Result<int> {
+    const int curves = kalvex::ExportGraph(*graph, eval_, file);
+    if (curves < 0) return CannotWrite(file);
+    return curves;
+  });
+}
+
+Status Session::DrawGraph(std::uint32_t number, PictureFormat format, int width, int height, const std::string& file) {
+  const Graph* const graph = GraphOf(number);
+  if (!graph) return NoSuchGraph(number);
+  if (!IsPictureSize(width, height)) {
+    return {StatusCode::kBadArgument, "a picture has 1 to 16000 pixels along each side"};
+  }
+  auto statement = Statement("DrawGraph").Int("GraphNo", number).Text("File", file);
+  statement.Int("Width", width).Int("Height", height);
+  return DoOutside(OnGraph("draw", number, statement.Done()), [&] {
+    return SaveGraphPicture(*graph, eval_, format, width, height, file) == 0 ? Status() : CannotWrite(file);
+  });
+}
+
+Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const CurveExport& what,
+                                 const std::string& file) {
+  if (what.points < 1) return {StatusCode::kBadArgument, "XPts should be at least 1"};
+  if (!(what.xMin < what.xMax)) return {StatusCode::kBadArgument, "XMin should be below XMax"};
+  if (what.grid == 2 && !(what.xMin > 0)) {
+    return {StatusCode::kBadArgument, "a logarithmic grid needs XMin above 0"};
+  }
+  Statement statement("ExportModelCurve");
+  statement.Text("File", file).Int("ModelNo", number.value_or(0));
+  if (what.quantity) statement.Text("Quantity", QuantityNameOf(*what.quantity));
+  statement.Real("XMin", what.xMin).Real("XMax", what.xMax).Int("XPts", what.points);
+  statement.Int("XMethod", what.onMesh ? 2 : 1).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
+  return DoOutside({"export a curve", statement.Done(), {}, kOnFiles}, [&] {
+    const int status = kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file);
+    if (status < 0) return CannotWrite(file);
+    if (status != kOldValues) return Status();
+    return Status(
+        StatusCode::kNotComputed,
+        "the model computes nothing: a model or dataset that it names is missing, or its rows do not fit. The "
+        "values are old ones");
+  });
+}
+
+// ---- what a screen shows
+
+void Session::PaintGraph(std::uint32_t number, const Canvas& canvas) {
+  if (Graph* const graph = GraphOf(number)) kalvex::PaintGraph(*graph, eval_, canvas);
+}
+
+void Session::RepaintGraph(std::uint32_t number, const Canvas& canvas) {
+  if (Graph* const graph = GraphOf(number)) kalvex::RepaintGraph(*graph, eval_, canvas);
+}
+
+void Session::ForgetPicture(std::uint32_t number) {
+  if (Graph* const graph = GraphOf(number)) graph->repaint = Repaint::kEverything;
+}
+
+void Session::MoveGraphReader(std::uint32_t number, int x, int y) {
+  Graph* const graph = GraphOf(number);
+  if (!graph) return;
+  if (tables_.graphReader && IsInFrame(*graph, x, y)) {
+    MoveReader(*graph, x, y);
+  } else {
+    HideReader(*graph);
+  }
+}
+
+void Session::HideGraphReader(std::uint32_t number) {
+  if (Graph* const graph = GraphOf(number)) HideReader(*graph);
+}
+
+}  // namespace kalvex

@@ -1,0 +1,100 @@
+#include "core/text.h"
+#include "evaluation/eps_sum.h"
+#include "files/vdf_file.h"
+#include "records/vdf_mesh.h"
+#include "session/do.h"
+#include "session/statement.h"
+
+namespace kalvex {
+namespace {
+
+std::string ModelText(std::uint32_t number) { return "model " + std::to_string(number); }
+
+Operation OnMesh(const char* what, std::uint32_t number, std::string statement) {
+  return {std::string(what) + " of " + ModelText(number), std::move(statement), {}, kOnModels | kOnFit};
+}
+
+std::string KeyStatement(std::uint32_t number, const char* key) {
+  return Statement("FreeShape").Int("ModelNo", number).Text("Key", key).Done();
+}
+
+bool Differs(std::optional<bool> wanted, std::uint32_t present) { return wanted && *wanted != (present != 0); }
+
+}  // namespace
+
+Status Session::InitMesh(std::uint32_t number, const std::array<VdfSource, 3>& sources, bool on, bool kk,
+                         bool fitActive) {
+  Statement statement("VarDielFunc");
+  statement.Int("ModelNo", number);
+  for (std::size_t k = 0; k < sources.size(); ++k) {
+    const std::string name = "Source" + std::to_string(k + 1);
+    for (int slot = 1; slot <= kMaxDatasets && sources[k].datasetId >= 0; ++slot) {
+      if (DatasetInSlot(tables_.datasets, slot)->id != sources[k].datasetId) continue;
+      statement.Int(name + "DatasetNo", slot).Int(name + "Every2nd", sources[k].every2nd);
+      break;
+    }
+  }
+  statement.Int("KK", kk).Int("On", on).Int("FitActive", fitActive);
+  return ChangeModel(number, OnMesh("new mesh", number, statement.Done()), Changed::kValues, [&](Model& model) {
+    model.vdf.source = sources;
+    model.vdf.initOn = on ? 1 : 0;
+    model.vdf.initKK = kk ? 1 : 0;
+    model.vdf.initFitActive = fitActive ? 1 : 0;
+    if (InitVdfMesh(model.vdf, tables_.datasets) == 0) return Status();
+    return Status(StatusCode::kOutOfMemory, "not enough memory for the mesh", ModelText(number));
+  });
+}
+
+Status Session::ToggleMeshOn(std::uint32_t number) {
+  return ChangeModel(number, OnMesh("mesh on or off", number, KeyStatement(number, "F4")), Changed::kValues,
+                     [](Model& model) { return ToggleVdfOn(model.vdf), Status(); });
+}
+
+Status Session::ToggleMeshKK(std::uint32_t number) {
+  return ChangeModel(number, OnMesh("constraint", number, KeyStatement(number, "F5")), Changed::kValues,
+                     [](Model& model) { return ToggleVdfKK(model.vdf), Status(); });
+}
+
+Status Session::ToggleMeshFitActive(std::uint32_t number) {
+  return ChangeModel(number, OnMesh("fit of the mesh", number, KeyStatement(number, "F7")), Changed::kValues,
+                     [](Model& model) { return ToggleVdfFitActive(model.vdf), Status(); });
+}
+
+Status Session::MakeMeshPositive(std::uint32_t number) {
+  const std::string statement = Statement("MakeVarDielFuncPositive").Int("ModelNo", number).Done();
+  return ChangeModel(number, OnMesh("positive mesh", number, statement), Changed::kValues,
+                     [&](Model& model) { return MakeVdfPositive(eval_, model), Status(); });
+}
+
+Status Session::SwitchMesh(std::uint32_t number, std::optional<bool> on, std::optional<bool> kk,
+                           std::optional<bool> fitActive) {
+  Statement statement("VarDielFunc");
+  statement.Int("ModelNo", number).Flag("KK", kk).Flag("On", on).Flag("FitActive", fitActive);
+  return ChangeModel(number, OnMesh("switches of the mesh", number, statement.Done()), Changed::kValues,
+                     [&](Model& model) {
+                       if (Differs(kk, model.vdf.KK)) ToggleVdfKK(model.vdf);
+                       if (Differs(on, model.vdf.On)) ToggleVdfOn(model.vdf);
+                       if (Differs(fitActive, model.vdf.FitActive)) ToggleVdfFitActive(model.vdf);
+                       return Status();
+                     });
+}
+
+Status Session::SaveMesh(std::uint32_t number, const std::string& file) {
+  const Model* const model = FindModel(number);
+  if (!model) return NoSuchModel(number);
+  return DoOutside({"save the mesh of " + ModelText(number),
+                    Statement("SaveVarDielFunc").Int("ModelNo", number).Text("File", file).Done(),
+                    {},
+                    kOnFiles},
+                   [&] { return SaveVdf(model->vdf, file) == 0 ? Status() : CannotWrite(file); });
+}
+
+Status Session::LoadMesh(std::uint32_t number, const std::string& file) {
+  const std::string statement = Statement("LoadVarDielFunc").Int("ModelNo", number).Text("File", file).Done();
+  return ChangeModel(number, OnMesh("load the mesh", number, statement), Changed::kValues, [&](Model& model) {
+    if (LoadVdf(model.vdf, file) == 0) return Status();
+    return Status(StatusCode::kCannotRead, "'" + file + "' cannot be opened or is no such file", file);
+  });
+}
+
+}  // namespace kalvex

@@ -1,0 +1,249 @@
+// Lists that were made before rows, meshes or models went: each operation on the fit makes them anew, and gives what it
+// gives with fresh ones. Under the sanitizers this finds what reaches for a parameter that is gone.
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "files/model_file.h"
+#include "fit/derivative_test.h"
+#include "fit/param_places.h"
+#include "fit/running.h"
+#include "records/vdf_mesh.h"
+#include "support/program_state.h"
+
+namespace kalvex {
+namespace {
+
+// Model 1 has three rows, model 2 a row and a mesh, and model 3 nothing but a constant; there is a term of each. The
+// meshes are made at the points of datasets 4 and 5.
+struct Stale : SampleFit {
+  Model& rows;
+  Model& mesh;
+  Model& constant;
+
+  Stale() : rows(AddModel(4, 120, 250, 8)), mesh(AddModel(3, 90, 150, 15)), constant(AddModel(2.5, 400, 0, 1)) {
+    FixAll(&constant, true);
+    for (const int slot : {4, 5}) Measure(slot, rows, kRefl, 0.01, 0, slot == 4 ? 12 : 5);
+    AddRow(150);
+    AddRow(200);
+    MakeMesh(4);
+    Measure(1, rows, kRefl, 0.01, 0.002, 30);
+    Measure(2, mesh, kE2, 0.5, 0.1, 30);
+    Measure(3, constant, kE1, 0.1, 0.02, 4);
+    constant.epsInf.adjustable = 1;
+    Cell(rows, 0, Wp).value *= 1.05;
+    Cell(mesh, 0, Wo).value *= 1.02;
+    constant.epsInf.value = 2.6;
+    for (int slot = 1; slot <= 3; ++slot) Term(slot, static_cast<std::uint32_t>(slot));
+    fit().options.StopOnIterations = true;
+    fit().options.MaxIterations = 2;
+  }
+
+  void AddRow(double wo) {
+    const int row = RowCount(rows);
+    InsertRow(&rows, row);
+    Cell(rows, row, Wo).value = wo;
+    Cell(rows, row, Wp).value = 60;
+    Cell(rows, row, G).value = 6;
+  }
+  void MakeMesh(int slot) {
+    VarDielFunc& vdf = mesh.vdf;
+    vdf.source[0].datasetId = tables.datasets.slots[static_cast<std::size_t>(slot - 1)].id;
+    vdf.initOn = vdf.initFitActive = 1;
+    ASSERT_EQ(InitVdfMesh(vdf, tables.datasets), 0);
+  }
+};
+
+struct Change {
+  const char* name;
+  void (*make)(Stale&);
+};
+const Change kChanges[] = {
+    {"TwoRemovedRows",
+     [](Stale& s) {
+       RemoveRow(&s.rows, 2);
+       RemoveRow(&s.rows, 0);
+       s.rows.rows.shrink_to_fit();
+     }},
+    {"NoRowLeft",
+     [](Stale& s) {
+       ClearRows(&s.rows);
+       s.rows.rows.shrink_to_fit();
+     }},
+    {"AShorterLoadedModel",
+     [](Stale& s) {
+       ASSERT_EQ(SaveModel(s.tables.eval, s.mesh, 0, "short.kvm"), 0);
+       ASSERT_EQ(LoadModel(s.rows, "short.kvm"), 0);
+       s.rows.rows.shrink_to_fit();
+     }},
+    {"ANewMesh",
+     [](Stale& s) {
+       s.MakeMesh(5);
+       s.mesh.vdf.mesh.shrink_to_fit();
+     }},
+    {"NoMeshLeft",
+     [](Stale& s) {
+       ClearVdf(s.mesh.vdf);
+       s.mesh.vdf.mesh.shrink_to_fit();
+     }},
+    {"AClosedModel", [](Stale& s) { CloseModelRecord(s.rows); }},
+    {"AClosedModelAndANewOneInItsEntry",
+     [](Stale& s) {
+       CloseModelRecord(s.rows);
+       ASSERT_EQ(CreateModel(s.tables.params), &s.rows);
+     }},
+};
+
+// What an operation leaves: its file, the values, the lists and the sums of squares.
+struct Left {
+  int status = 0;
+  std::string file;
+  std::vector<double> numbers;
+  Texts places;
+  int free = 0;
+};
+
+class StaleLists : public testing::TestWithParam<Change> {
+ protected:
+  StaleLists() : inside(folder.Name()) {}
+
+  Left After(bool fresh, const std::function<int(Stale&)>& operation, const std::string& file) {
+    Stale s;
+    GetParam().make(s);
+    if (fresh) s.Rebuild();
+    Left left;
+    left.status = operation(s);
+    if (!file.empty()) left.file = folder.Read(file);
+    for (const Model& model : s.tables.params.models) {
+      ForEachParam(model, [&](const ModelParam& param) {
+        left.numbers.push_back(param.value);
+        left.numbers.push_back(param.error);
+      });
+    }
+    for (const ChiSqTerm& term : s.fit().list.terms) left.numbers.push_back(term.termChiSq);
+    left.numbers.push_back(s.fit().TotalChiSq);
+    left.places = Places(s.fit());
+    left.free = s.fit().NumFreeParams;
+    return left;
+  }
+
+  void ExpectTheSameAsWithFreshLists(const std::function<int(Stale&)>& operation, const std::string& file) {
+    const Left stale = After(false, operation, file), fresh = After(true, operation, file);
+    EXPECT_EQ(stale.status, 0);
+    EXPECT_EQ(fresh.status, 0);
+    EXPECT_EQ(stale.file, fresh.file);
+    EXPECT_EQ(stale.places, fresh.places);
+    EXPECT_EQ(stale.free, fresh.free);
+    EXPECT_GT(fresh.free, 0);
+    EXPECT_TRUE(SameBits(stale.numbers, fresh.numbers));
+  }
+
+  ScratchFolder folder;
+  InFolder inside;
+};
+
+TEST_P(StaleLists, AreMadeAnewForTheTestOfDerivatives) {
+  ExpectTheSameAsWithFreshLists([](Stale& s) { return TestDerivatives(s.fit(), s.tables.params, s.tables.eval); },
+                                "TestDeriv1.txt");
+}
+
+TEST_P(StaleLists, AreMadeAnewForTheTestOfQuantities) {
+  const auto test = [](Stale& s) {
+    const int status = TestQuantityDerivatives(s.fit(), s.tables.params, s.tables.eval);
+    ComputeChiSq(s.fit(), s.tables.eval);
+    return status;
+  };
+  ExpectTheSameAsWithFreshLists(test, "TestDeriv.txt");
+}
+
+TEST_P(StaleLists, AreMadeAnewForErrorBarsOfAQuantity) {
+  ExpectTheSameAsWithFreshLists([](Stale& s) { return s.ErrorBars(); }, "QntyErrorBars.dat");
+}
+
+TEST_P(StaleLists, AreMadeAnewForARun) {
+  const auto run = [](Stale& s) {
+    s.fit().options.CalcConfidence = true;
+    const int status = s.Run();
+    EXPECT_GT(s.fit().IterationCount, 0);
+    EXPECT_LT(s.fit().TotalChiSq, s.fit().report.startChiSq);
+    return status;
+  };
+  ExpectTheSameAsWithFreshLists(run, "Params.dat");
+}
+
+TEST_P(StaleLists, CanBeTakenBackFromTheValuesStoredAnew) {
+  const auto runAndUndo = [](Stale& s) {
+    std::vector<double> before, after;
+    const auto valuesInto = [&](std::vector<double>& values) {
+      for (const ModelParam* const cell : s.Cells()) values.push_back(cell->value);
+    };
+    StoreStartValues(s.fit(), s.tables.params, s.tables.eval);
+    valuesInto(before);
+    EXPECT_EQ(s.fit().startValues, before);
+    const int status = s.Run();
+    s.Undo();
+    valuesInto(after);
+    EXPECT_EQ(after, before);
+    return status;
+  };
+  ExpectTheSameAsWithFreshLists(runAndUndo, "");
+}
+
+TEST_P(StaleLists, TakeNothingBackFromARunOnWhatIsGone) {
+  Stale s;
+  s.RunWithUndo();
+  GetParam().make(s);
+  std::vector<double> before, after;
+  const auto valuesInto = [&](std::vector<double>& values) {
+    for (const Model& model : s.tables.params.models) {
+      ForEachParam(model, [&](const ModelParam& param) { values.push_back(param.value); });
+    }
+  };
+  valuesInto(before);
+  s.Undo();
+  valuesInto(after);
+  EXPECT_EQ(after, before);
+  EXPECT_FALSE(s.fit().startValuesStored);
+  const Texts places = Places(s.fit());
+  s.Rebuild();
+  EXPECT_EQ(places, Places(s.fit()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, StaleLists, testing::ValuesIn(kChanges),
+                         [](const testing::TestParamInfo<Change>& change) { return change.param.name; });
+
+// A row behind the others takes no parameter away, though all of them move in memory.
+TEST_F(Running, ListsFromBeforeANewRowKeepTheirParameters) {
+  Prepare(0.02);
+  const Texts places = Places(fit());
+  model.rows.shrink_to_fit();
+  InsertRow(&model, 1);
+  Cell(model, 1, Wo).value = 180;
+  ASSERT_EQ(TestDerivatives(fit(), s.tables.params, s.tables.eval), 0);
+  EXPECT_EQ(Places(fit()), places);
+  const std::string table = folder.Read("TestDeriv1.txt");
+  EXPECT_EQ(table.substr(0, table.find('\n')), "NumParams = 4");
+  EXPECT_EQ(table.find("(!!!)"), std::string::npos);
+  EXPECT_EQ(s.RunWithUndo(), 0);
+  EXPECT_LT(fit().TotalChiSq, fit().report.startChiSq);
+  s.Undo();
+  EXPECT_EQ(Cell(model, 0, Wo).value, 116);
+}
+
+TEST_F(Running, WithAllItsParametersGoneARunHasNothingToFit) {
+  Prepare(0.02);
+  CloseModelRecord(model);
+  options().LogFit = true;
+  int calls = 0;
+  RunWatch watch;
+  watch.iterationDone = watch.poll = [&] { ++calls; };
+  EXPECT_EQ(s.Run(watch), 0);
+  EXPECT_EQ(Stop(), "no parameter to fit");
+  EXPECT_EQ(fit().NumFitParams, 0);
+  EXPECT_EQ(calls, 0);
+  EXPECT_FALSE(fit().FitRunning);
+  EXPECT_FALSE(folder.Has("Fitlog.dat"));
+}
+
+}  // namespace
+}  // namespace kalvex

@@ -1,0 +1,46 @@
+// Notes what a session tells.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "session/session.h"
+
+namespace kalvex {
+
+// "model 2" for a change of that model, and so on.
+class Ears : public SessionListener {
+ public:
+  explicit Ears(Session& session) : session_(session) { session.Listen(*this); }
+  Ears(const Ears&) = delete;
+  Ears& operator=(const Ears&) = delete;
+  ~Ears() override { session_.StopListening(*this); }
+  void Changed(const Change& change) override {
+    static constexpr const char* kNames[] = {"dataset loaded",
+                                             "dataset",
+                                             "dataset unloaded",
+                                             "new model",
+                                             "model",
+                                             "rows",
+                                             "model loaded",
+                                             "model closed",
+                                             "experiment",
+                                             "terms",
+                                             "fit",
+                                             "options",
+                                             "run",
+                                             "new graph",
+                                             "graph",
+                                             "graph closed",
+                                             "settings",
+                                             "everything"};
+    heard.push_back(kNames[static_cast<int>(change.kind)]);
+    if (change.id != 0) heard.back() += ' ' + std::to_string(change.id);
+  }
+  std::vector<std::string> heard;
+
+ private:
+  Session& session_;
+};
+
+}  // namespace kalvex

@@ -1,0 +1,30 @@
+// A session, and a desk on it, whose tables a test may set up and read by hand.
+#pragma once
+
+#include "session/session.h"
+#include "support/test_platform.h"
+#include "windows/desk.h"
+
+namespace kalvex {
+
+// The friend of Session.
+struct SessionAccess {
+  static SessionTables& Tables(Session& s) { return s.tables_; }
+  static EvalContext& Eval(Session& s) { return s.eval_; }
+};
+
+struct OpenSession {
+  TestPlatform platform;
+  Session session{platform};
+  ParamTables& params = SessionAccess::Tables(session).params;
+  DatasetTable& datasets = SessionAccess::Tables(session).datasets;
+  FitState& fit = SessionAccess::Tables(session).fit;
+  GraphTable& graphs = SessionAccess::Tables(session).graphs;
+  EvalContext& eval = SessionAccess::Eval(session);
+};
+
+struct OpenDesk : OpenSession {
+  Desk desk{session};
+};
+
+}  // namespace kalvex
