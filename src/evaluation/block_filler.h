@@ -10,26 +10,26 @@ namespace kalvex {
 
 class BlockFiller {
  public:
-  // ctx, model: what is evaluated, and where its derivatives go. kernels: see PlainSpectrum.
-  BlockFiller(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
+  // With derivatives there is room in the slopes of ctx. kernels: see PlainSpectrum.
+  BlockFiller(EvalContext& ctx, const Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
 
-  // Whether blocks are filled without EvalModel. What it would leave in the tables is then not there;
-  // and unless a row has a code, nothing that stands in the tables has a say in the results.
+  // Whether blocks are filled without EvalModel. What that would leave in the context is then not there.
   bool FillsAtOnce() const { return static_cast<bool>(atOnce_); }
-  bool ReadsTables() const { return !FillsAtOnce() || readsTables_; }
-  // False where results would depend on what another frequency has left; the block has then to be filled one by one.
+  // False where the block has to be filled one by one.
   bool FillAtOnce(SpectrumBlock& block) { return atOnce_(block); }
 
   // Evaluates one frequency after the other; gives the last status other than 0, else 0.
   int FillOneByOne(SpectrumBlock& block);
 
  private:
+  void Forget();
+  bool HasFormer(QuantitySet wanted) const;
+
   EvalContext& ctx_;
-  Model& model_;
+  const Model& model_;
   const SpectrumRequest& request_;
-  std::vector<const ModelParam*> params_;  // whose slopes are asked for
+  std::vector<ParamSlopes*> slopes_;  // that are asked for
   FillBlock atOnce_;
-  bool readsTables_ = false;
 };
 
 }  // namespace kalvex

@@ -3,21 +3,20 @@
 namespace kalvex {
 namespace {
 
-// Calls write(parameter, dQuantity[q]) for each adjustable parameter of the model.
+// Calls write(slopes) for each adjustable parameter of the model.
 template <class Write>
-void OnModel(Model& model, int quantity, Write write) {
-  ForEachParam(model, [&](ModelParam& param) {
-    if (param.adjustable) write(param, param.dQuantity[static_cast<std::size_t>(quantity)]);
+void OnModel(EvalContext& ctx, const Model& model, Write write) {
+  ForEachParam(model, SlopesOf(ctx, model), [&](const ModelParam& param, ParamSlopes& slopes) {
+    if (param.adjustable) write(slopes);
   });
 }
 
-// Calls write(dExp, dQuantity[q]) for each adjustable experimental parameter.
+// Calls write(dExp of the Quantity, slopes) for each adjustable experimental parameter.
 template <class Write>
 void OnExpParams(EvalContext& ctx, int quantity, Write write) {
-  const auto q = static_cast<std::size_t>(quantity);
-  for (std::size_t k = 0; k < ctx.params->ExpParams.size(); ++k) {
-    ModelParam& param = ctx.params->ExpParams[k];
-    if (param.adjustable) write(ctx.quantities[q].dExp[k], param.dQuantity[q]);
+  const Quantity& of = ctx.quantities[static_cast<std::size_t>(quantity)];
+  for (std::size_t k = 0; k < of.dExp.size(); ++k) {
+    if (ctx.params->ExpParams[k].adjustable) write(of.dExp[k], ctx.slopes.ExpParams[k]);
   }
 }
 
@@ -27,34 +26,46 @@ const Quantity& QuantityAt(const EvalContext& ctx, int quantity) {
 
 }  // namespace
 
-void ClearDerivativeColumn(EvalContext& ctx, Model& model, int quantity) {
-  OnModel(model, quantity, [](const ModelParam&, double& column) { column = 0; });
-  OnExpParams(ctx, quantity, [](double, double& column) { column = 0; });
+void ClearDerivativeColumn(EvalContext& ctx, const Model& model, int quantity) {
+  OnModel(ctx, model, [&](ParamSlopes& slopes) { slopes.Put(quantity, 0); });
+  OnExpParams(ctx, quantity, [&](double, ParamSlopes& slopes) { slopes.Put(quantity, 0); });
 }
 
-void AddChain(EvalContext& ctx, Model& model, int quantity) {
+void AddChain(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
-  OnModel(model, quantity,
-          [&](const ModelParam& p, double& column) { column += of.dRe * p.dEpsRe + of.dIm * p.dEpsIm; });
-  OnExpParams(ctx, quantity, [](double slope, double& column) { column += slope; });
+  OnModel(ctx, model, [&](ParamSlopes& slopes) {
+    slopes.Add(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
+  });
+  OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
+    slopes.Add(quantity, slope);
+    if (of.formerExp) slopes.madeOfFormer = true;
+  });
 }
 
-void SetChain(EvalContext& ctx, Model& model, int quantity) {
+void SetChain(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
-  OnModel(model, quantity,
-          [&](const ModelParam& p, double& column) { column = of.dRe * p.dEpsRe + of.dIm * p.dEpsIm; });
-  OnExpParams(ctx, quantity, [](double slope, double& column) { column = slope; });
+  OnModel(ctx, model, [&](ParamSlopes& slopes) {
+    slopes.Put(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
+  });
+  OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
+    slopes.Put(quantity, slope);
+    if (of.formerExp) slopes.madeOfFormer = true;
+  });
 }
 
-void SetChainForMu(EvalContext& ctx, Model& model, int quantity) {
+void SetChainForMu(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
-  OnModel(model, quantity,
-          [&](const ModelParam& p, double& column) { column = of.dMuRe * p.dEpsRe + of.dMuIm * p.dEpsIm; });
+  OnModel(ctx, model, [&](ParamSlopes& slopes) {
+    slopes.Put(quantity, of.dMuRe * slopes.dEpsRe + of.dMuIm * slopes.dEpsIm);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
+  });
 }
 
-void SetChainForScalar(EvalContext& ctx, Model& model, int quantity) {
+void SetChainForScalar(EvalContext& ctx, const Model& model, int quantity) {
   const Quantity& of = QuantityAt(ctx, quantity);
-  OnModel(model, quantity, [&](const ModelParam& p, double& column) { column = of.dScalar * p.dScalar; });
+  OnModel(ctx, model, [&](ParamSlopes& slopes) { slopes.Put(quantity, of.dScalar * slopes.dScalar); });
 }
 
 }  // namespace kalvex

@@ -1,6 +1,7 @@
 #include "evaluation/eps_sum.h"
 
-#include <utility>
+#include <array>
+#include <span>
 
 #include "evaluation/vdf_eval.h"
 #include "terms/lorentz.h"
@@ -8,51 +9,77 @@
 namespace kalvex {
 namespace {
 
-TermInput InputOf(ModelParam& param) {
-  return {param.value, param.adjustable, &param.dEpsRe, &param.dEpsIm, &param.dScalar};
+// A model whose terms are summed, and where their slopes go, null without derivatives.
+struct Summed {
+  const Model& model;
+  ModelSlopes* slopes;
+
+  Summed(EvalContext& ctx, const Model& of, bool derivatives)
+      : model(of), slopes(derivatives ? &SlopesOf(ctx, of) : nullptr) {}
+
+  TermInput Input(int row, int column) const {
+    const ModelParam& param = Cell(model, row, column);
+    if (!slopes) return {param.value, param.adjustable, nullptr, nullptr, nullptr};
+    ParamSlopes& of = Cell(*slopes, row, column);
+    return {param.value, param.adjustable, &of.dEpsRe, &of.dEpsIm, &of.dScalar};
+  }
+  std::array<TermInput, kColumns> Row(int row) const { return {Input(row, Wo), Input(row, Wp), Input(row, G)}; }
+
+  // Calls visit on the slopes of the row's adjustable parameters, if there are any slopes.
+  template <class Visit>
+  void ForEachSlope(int row, Visit visit) const {
+    for (int column = 0; slopes && column < kColumns; ++column) ForSlope(row, column, visit);
+  }
+  template <class Visit>
+  void ForSlope(int row, int column, Visit visit) const {
+    if (slopes && Cell(model, row, column).adjustable) visit(Cell(*slopes, row, column));
+  }
+  void SetEpsInfSlope() const {
+    if (slopes && model.epsInf.adjustable) slopes->epsInf.PutEps(1, 0);
+  }
+  std::span<MeshSlopes> Mesh() const { return slopes ? std::span(slopes->mesh) : std::span<MeshSlopes>(); }
+};
+
+void FindCompleteTerms(const std::vector<std::int32_t>& codes, CompleteTerms& terms) {
+  terms.codes = codes;
+  terms.records.clear();
+  ClearSlots(terms.slots);
+  for (std::size_t row = 0; row < codes.size(); ++row) {
+    if (codes[row] != kPlainRow) FillSlots(terms.slots, codes[row], static_cast<int>(row));
+  }
+  for (std::size_t record = 0; record < kTermRecords; ++record) {
+    if (IsComplete(terms.slots, record)) terms.records.push_back(record);
+  }
 }
 
-void SetEpsSlopes(ModelParam& param, double value) {
-  if (!param.adjustable) return;
-  param.dEpsRe = value;
-  param.dEpsIm = value;
-}
-
-void SetScalarSlope(ModelParam& param, double value) {
-  if (param.adjustable) param.dScalar = value;
-}
-
-template <class Visit>
-void ForEachColumn(Model& model, int row, Visit visit) {
-  for (int column = 0; column < kColumns; ++column) visit(Cell(model, row, column));
-}
-
-// Walks the rows: plain(row) for a plain one; any other fills the slots, and special(row, code) is called. Gives false
-// if there was no special row, so that no composite term can be complete.
+// Walks the rows, plain(row) or special(row, code), and finds the composite terms. Gives false if there was no special
+// row, so that no composite term can be complete.
 template <class Plain, class Special>
-bool WalkRows(EvalContext& ctx, Model& model, Plain plain, Special special) {
+bool WalkRows(EvalContext& ctx, const Model& model, Plain plain, Special special) {
   bool anySpecial = false;
+  ctx.rowCodes.clear();
   const int count = RowCount(model);
   for (int row = 0; row < count; ++row) {
     const std::int32_t code = RowCode(Cell(model, row, Wo));
+    ctx.rowCodes.push_back(code);
     if (code == kPlainRow) {
       plain(row);
-      continue;
+    } else {
+      anySpecial = true;
+      special(row, code);
     }
-    if (!std::exchange(anySpecial, true)) ClearSlots(ctx.slots);
-    FillSlots(ctx.slots, code, row);
-    special(row, code);
   }
+  if (anySpecial && ctx.rowCodes != ctx.completeTerms.codes) FindCompleteTerms(ctx.rowCodes, ctx.completeTerms);
   return anySpecial;
 }
 
-// The parameter that input number i of a complete record names.
-ModelParam& NamedParam(const EvalContext& ctx, Model& model, std::size_t record, const TermCell& input) {
-  return Cell(model, ctx.slots.row[record][static_cast<std::size_t>(input.idIndex)], input.column);
+// The row of an input of a complete record.
+int RowOf(const EvalContext& ctx, std::size_t record, const TermCell& input) {
+  return ctx.completeTerms.slots.row[record][static_cast<std::size_t>(input.idIndex)];
 }
 
 template <class Visit>
-void ForEachFactorRow(Model& model, std::int32_t code, Visit visit) {
+void ForEachFactorRow(const Model& model, std::int32_t code, Visit visit) {
   const int count = RowCount(model);
   for (int row = 0; row < count; ++row) {
     if (RowCode(Cell(model, row, Wo)) == code) visit(row);
@@ -61,34 +88,48 @@ void ForEachFactorRow(Model& model, std::int32_t code, Visit visit) {
 
 // A term with factor rows has more inputs after its own: the number of rows of each kind, then columns Wp and G of all
 // of them, kind by kind.
-void AppendFactors(EvalContext& ctx, Model& model, std::span<const FactorRow> factors) {
+void AppendFactors(EvalContext& ctx, const Summed& sum, std::span<const FactorRow> factors) {
   auto& inputs = ctx.termScratch;
   const std::size_t counts = inputs.size();
   inputs.resize(counts + factors.size());
   for (std::size_t i = 0; i < factors.size(); ++i) {
     const std::size_t before = inputs.size();
-    ForEachFactorRow(model, factors[i].code, [&](int row) {
-      inputs.push_back(InputOf(Cell(model, row, Wp)));
-      inputs.push_back(InputOf(Cell(model, row, G)));
+    ForEachFactorRow(sum.model, factors[i].code, [&](int row) {
+      inputs.push_back(sum.Input(row, Wp));
+      inputs.push_back(sum.Input(row, G));
     });
     inputs[counts + i].value = static_cast<double>((inputs.size() - before) / 2);
   }
 }
 
-void CollectInputs(EvalContext& ctx, Model& model, std::size_t number, const TermRecord& record) {
+void CollectInputs(EvalContext& ctx, const Summed& sum, std::size_t number, const TermRecord& record) {
   ctx.termScratch.clear();
   for (const TermCell& input : record.inputs) {
-    ctx.termScratch.push_back(InputOf(NamedParam(ctx, model, number, input)));
+    ctx.termScratch.push_back(sum.Input(RowOf(ctx, number, input), input.column));
   }
-  AppendFactors(ctx, model, record.factors);
+  AppendFactors(ctx, sum, record.factors);
+}
+
+bool IsFactor(std::int32_t code) { return code == kNumeratorRow || code == kDenominatorRow; }
+
+// The slopes by a factor's code, and by its numbers where the product is not computed, stay as they are.
+void MarkFactorSlopes(const Summed& sum, bool productIsComputed) {
+  for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
+    ForEachFactorRow(sum.model, code, [&](int row) {
+      for (const int column : {Wo, Wp, G}) {
+        const bool former = column == Wo || !productIsComputed;
+        sum.ForSlope(row, column, [&](ParamSlopes& of) { of.formerEps = former; });
+      }
+    });
+  }
 }
 
 // Calls visit(record number, record) for each composite term that has all its rows, in table order, until visit gives
 // false.
 template <class Visit>
 bool ForEachCompleteTerm(const EvalContext& ctx, Visit visit) {
-  for (std::size_t record = 0; record < kTermRecords; ++record) {
-    if (IsComplete(ctx.slots, record) && !visit(record, *TermTable[record])) return false;
+  for (const std::size_t record : ctx.completeTerms.records) {
+    if (!visit(record, *TermTable[record])) return false;
   }
   return true;
 }
@@ -99,63 +140,59 @@ double SumFrequency(const EvalContext& ctx, double x) {
   return ctx.FrequencyOverrideFlag ? ctx.params->ExpParams[kScalingFactorOfT].value : x;
 }
 
-Cplx EpsSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+Cplx EpsSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Cplx sum = RowSum(ctx, model, x, derivatives);
   if (!HasVdf(model)) return sum;
-  return sum + EvalVdf(model.vdf, SumFrequency(ctx, x), derivatives);
+  return sum + EvalVdf(model.vdf, SumFrequency(ctx, x), Summed(ctx, model, derivatives).Mesh());
 }
 
-Cplx RowSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const double w = SumFrequency(ctx, x);
+  const Summed summed(ctx, model, derivatives);
   Cplx sum{model.epsInf.value, 0};
-  if (derivatives && model.epsInf.adjustable) {
-    model.epsInf.dEpsRe = 1;
-    model.epsInf.dEpsIm = 0;
-  }
+  summed.SetEpsInfSlope();
   // A calculator that writes nothing leaves this as it is, and then the contribution before it counts once more.
   Cplx term;
   const auto plain = [&](int row) {
-    const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
-                                InputOf(Cell(model, row, G))};
+    const auto inputs = summed.Row(row);
     CalcLorentz({w, derivatives, inputs, nullptr}, term);
     sum += term;
   };
   const auto special = [&](int row, std::int32_t code) {
-    const bool factor = code == kNumeratorRow || code == kDenominatorRow;
-    if (derivatives && !factor) ForEachColumn(model, row, [](ModelParam& param) { SetEpsSlopes(param, 0); });
+    if (!IsFactor(code)) summed.ForEachSlope(row, [](ParamSlopes& of) { of.PutEps(0, 0); });
   };
   if (!WalkRows(ctx, model, plain, special)) return sum;
 
+  bool product = false;
   ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
-    CollectInputs(ctx, model, number, record);
+    CollectInputs(ctx, summed, number, record);
     ctx.termEnvironment.dcFlag = ctx.DcFlag;
-    record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
+    const int status = record.calc({w, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
     sum += term;
     if (record.replacesRealPart) sum.re = term.re;
+    product = product || (!record.factors.empty() && status >= 0);
     return true;
   });
+  if (ctx.notesFormer) MarkFactorSlopes(summed, product);
   return sum;
 }
 
-void SeedDependencies(EvalContext& ctx, Model& model) {
-  if (model.epsInf.adjustable) {
-    model.epsInf.dEpsRe = 1;
-    model.epsInf.dEpsIm = 0;
-  }
-  const auto set = [&](int row, double value) {
-    ForEachColumn(model, row, [&](ModelParam& param) { SetEpsSlopes(param, value); });
+void SeedDependencies(EvalContext& ctx, const Model& model) {
+  const Summed summed(ctx, model, true);
+  summed.SetEpsInfSlope();
+  const auto one = [](ParamSlopes& of) { of.PutEps(1, 1); };
+  const auto plain = [&](int row) { summed.ForEachSlope(row, one); };
+  const auto special = [&](int row, std::int32_t) {
+    summed.ForEachSlope(row, [](ParamSlopes& of) { of.PutEps(0, 0); });
   };
-  const auto plain = [&](int row) { set(row, 1); };
-  const auto special = [&](int row, std::int32_t) { set(row, 0); };
   const bool anySpecial = WalkRows(ctx, model, plain, special);
-  if (model.vdf.On) VdfGradient(model.vdf);
+  if (model.vdf.On) VdfGradient(model.vdf, summed.Mesh());
   if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
-    for (const TermCell& input : record.inputs) SetEpsSlopes(NamedParam(ctx, model, number, input), 1);
+    for (const TermCell& input : record.inputs) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
     for (const FactorRow& factor : record.factors) {
       ForEachFactorRow(model, factor.code, [&](int row) {
-        SetEpsSlopes(Cell(model, row, Wp), 1);
-        SetEpsSlopes(Cell(model, row, G), 1);
+        for (const int column : {Wp, G}) summed.ForSlope(row, column, one);
       });
     }
     return true;
@@ -170,41 +207,40 @@ void MakeVdfPositive(EvalContext& ctx, Model& model) {
   }
 }
 
-double ScalarSum(EvalContext& ctx, Model& model, double x, bool derivatives) {
+double ScalarSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
+  const Summed summed(ctx, model, derivatives);
+  if (summed.slopes) {
+    ForEachParam(model, *summed.slopes, [](const ModelParam&, ParamSlopes& of) { of.dScalar = 0; });
+  }
   double sum = 0, term = 0;
   const auto plain = [&](int row) {
-    const TermInput inputs[] = {InputOf(Cell(model, row, Wo)), InputOf(Cell(model, row, Wp)),
-                                InputOf(Cell(model, row, G))};
+    const auto inputs = summed.Row(row);
     ScalarLorentz({x, derivatives, inputs, nullptr}, term);
     sum += term;
   };
-  const auto special = [&](int row, std::int32_t) {
-    if (derivatives) ForEachColumn(model, row, [](ModelParam& param) { SetScalarSlope(param, 0); });
-  };
-  const bool anySpecial = WalkRows(ctx, model, plain, special);
+  const bool anySpecial = WalkRows(ctx, model, plain, [](int, std::int32_t) {});
   const bool allHaveWeights =
       !anySpecial || ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
         if (!record.scalarCalc) return false;
-        CollectInputs(ctx, model, number, record);
+        CollectInputs(ctx, summed, number, record);
         record.scalarCalc({x, derivatives, ctx.termScratch, &ctx.termEnvironment}, term);
         sum += term;
         return true;
       });
   if (!allHaveWeights) return 0;
-  return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, derivatives) : sum;
+  return model.vdf.On ? sum + VdfScalarSum(model.vdf, x, summed.Mesh()) : sum;
 }
 
-void SeedScalarDependencies(EvalContext& ctx, Model& model) {
-  const auto set = [&](int row, double value) {
-    ForEachColumn(model, row, [&](ModelParam& param) { SetScalarSlope(param, value); });
-  };
-  const auto plain = [&](int row) { set(row, 1); };
-  const auto special = [&](int row, std::int32_t) { set(row, 0); };
-  const bool anySpecial = WalkRows(ctx, model, plain, special);
-  if (model.vdf.On) VdfScalarGradient(model.vdf);
+void SeedScalarDependencies(EvalContext& ctx, const Model& model) {
+  const Summed summed(ctx, model, true);
+  ForEachParam(model, *summed.slopes, [](const ModelParam&, ParamSlopes& of) { of.dScalar = 0; });
+  const auto one = [](ParamSlopes& of) { of.dScalar = 1; };
+  const auto plain = [&](int row) { summed.ForEachSlope(row, one); };
+  const bool anySpecial = WalkRows(ctx, model, plain, [](int, std::int32_t) {});
+  if (model.vdf.On) VdfScalarGradient(summed.Mesh());
   if (!anySpecial) return;
   ForEachCompleteTerm(ctx, [&](std::size_t number, const TermRecord& record) {
-    for (const TermCell& input : record.inputs) SetScalarSlope(NamedParam(ctx, model, number, input), 1);
+    for (const TermCell& input : record.inputs) summed.ForSlope(RowOf(ctx, number, input), input.column, one);
     return true;
   });
 }

@@ -31,12 +31,31 @@ const char* TypeNameOf(const EvalContext& ctx, const Model& model) {
   return type ? type->name : "Diel. function";
 }
 
-int EvalModel(EvalContext& ctx, Model& model, double x, bool derivatives) {
-  const ModelType* type = TypeOf(ctx, model);
-  return type ? type->evaluate(ctx, model, x, derivatives) : StdEvalBulk(ctx, model, x, derivatives);
+int EvalModel(EvalContext& ctx, const Model& model, double x, bool derivatives) {
+  if (derivatives) StartFromSaved(ctx.slopes, *ctx.params);
+  return EvalPartner(ctx, model, x, derivatives);
 }
 
-int EvalModelAfter(EvalContext& ctx, Model& model) {
+int EvalModelAfter(EvalContext& ctx, const Model& model) {
+  StartFromSaved(ctx.slopes, *ctx.params);
+  ForEachWanted(ctx, [&](int q, const Quantity&) {
+    ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { slopes.Put(q, 0); });
+  });
+  return EvalPartnerAfter(ctx, model);
+}
+
+int EvalPartner(EvalContext& ctx, const Model& model, double x, bool derivatives) {
+  const ModelType* type = TypeOf(ctx, model);
+  const int status = type ? type->evaluate(ctx, model, x, derivatives) : StdEvalBulk(ctx, model, x, derivatives);
+  if (ctx.notesFormer && status == 0) {
+    ForEachWanted(ctx, [&](int, const Quantity& quantity) {
+      ctx.readFormerResult = ctx.readFormerResult || quantity.formerValue;
+    });
+  }
+  return status;
+}
+
+int EvalPartnerAfter(EvalContext& ctx, const Model& model) {
   const ModelType* type = TypeOf(ctx, model);
   return type ? type->after(ctx, model) : StdEvalAfter(ctx, model);
 }
@@ -45,7 +64,7 @@ QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives
   return {x, derivatives, ctx.DcFlag, &ctx.params->ExpParams};
 }
 
-int StdEvalBulk(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int StdEvalBulk(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Cplx eps = EpsSum(ctx, model, x, derivatives);
   const QuantityInput input = QuantityInputAt(ctx, ctx.DcFlag ? kDcFrequency : x, derivatives);
   ForEachWanted(ctx, [&](int q, Quantity& quantity) {
@@ -55,7 +74,7 @@ int StdEvalBulk(EvalContext& ctx, Model& model, double x, bool derivatives) {
   return 0;
 }
 
-int StdEvalAfter(EvalContext& ctx, Model& model) {
+int StdEvalAfter(EvalContext& ctx, const Model& model) {
   SeedDependencies(ctx, model);
   ForEachWanted(ctx, [&](int q, Quantity& quantity) {
     DependencyStub(q, quantity);
@@ -64,7 +83,7 @@ int StdEvalAfter(EvalContext& ctx, Model& model) {
   return 0;
 }
 
-double ZeroFrequencyWeight(EvalContext& ctx, Model& model) {
+double ZeroFrequencyWeight(EvalContext& ctx, const Model& model) {
   constexpr double kNearZero = 1e-5;  // cm-1
   ctx.quantities[kE1].wanted = 1;
   StdEvalBulk(ctx, model, kNearZero, false);

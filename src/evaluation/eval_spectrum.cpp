@@ -38,29 +38,13 @@ std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
   return last;
 }
 
-int FillOneByOne(BlockFiller& filler, const SpectrumRequest& request, std::size_t first, SpectrumBlock& block) {
-  block.first = first;
-  block.count = std::min(kSpectrumBlock, request.x.size() - first);
-  return filler.FillOneByOne(block);
-}
-
-// Brings the caller's tables to what they would hold if every frequency had been evaluated there. A special model that
-// gives up without a word takes its results from the frequency before, so that of such a one whole blocks count.
-int LeaveBehind(EvalContext& ctx, Model& model, const SpectrumRequest& request, BlockFiller& filler) {
-  int status = 0;
-  SpectrumBlock block(request);
-  std::size_t next = 0;
+// Brings the context to what it would hold if every frequency had been evaluated there. No result of these has gone
+// into another, so that only the last ones count.
+void EvaluateLastFrequencies(EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   for (const std::size_t i : LastFrequencies(request)) {
-    if (filler.FillsAtOnce()) {
-      WantOnly(ctx.quantities, request.wanted[i]);
-      EvalModel(ctx, model, request.x[i], request.derivatives);
-    } else if (i >= next) {
-      const std::size_t first = i / kSpectrumBlock * kSpectrumBlock;
-      if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
-      next = first + kSpectrumBlock;
-    }
+    WantOnly(ctx.quantities, request.wanted[i]);
+    EvalPartner(ctx, model, request.x[i], request.derivatives);
   }
-  return status;
 }
 
 // Hands over, on this thread, the blocks of the portions that have not been handed over yet.
@@ -97,26 +81,31 @@ void FillAlone(BlockFiller& filler, const SpectrumRequest& request, HandingOver&
 
 }  // namespace
 
-int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink) {
+int EvalSpectrumInBatches(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink) {
   const SpectrumNumber number(ctx);
+  if (request.derivatives) StartFromSaved(ctx.slopes, *ctx.params);
   if (HasVdf(model) && model.vdf.KK && PlainSpectrum::AppliesTo(ctx, model)) {
     ctx.vdfKernels.Prepare(model.number, model.vdf, request.x);
   }
   BlockFiller filler(ctx, model, request, ctx.vdfKernels);
   HandingOver rest(request, sink, PaysToShare(ctx, model, request) ? FillByTeam(ctx, model, request, sink) : 0);
   if (filler.FillsAtOnce() && !rest.AreAllDone()) FillAlone(filler, request, rest);
-  if (!request.x.empty() && rest.AreAllDone()) return LeaveBehind(ctx, model, request, filler);
-  // Where not every block can be trusted, the blocks before are needed once more for what they leave behind.
+  if (!request.x.empty() && rest.AreAllDone()) {
+    EvaluateLastFrequencies(ctx, model, request);
+    return 0;
+  }
+  // From here on every frequency counts for what it leaves behind, also those that have been handed over.
   SpectrumBlock block(request);
   int status = 0;
-  for (std::size_t first = 0; first < request.x.size(); first += kSpectrumBlock) {
-    if (const int failed = FillOneByOne(filler, request, first, block)) status = failed;
+  for (block.first = 0; block.first < request.x.size(); block.first += kSpectrumBlock) {
+    block.count = std::min(kSpectrumBlock, request.x.size() - block.first);
+    if (const int failed = filler.FillOneByOne(block)) status = failed;
     rest.Give(block);
   }
   return status;
 }
 
-int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
+int EvalSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink) {
   std::vector<SpectrumBlock> batch(MostPortionsOfBatch(ctx));
   const auto keep = [&](const SpectrumBlock& block, std::size_t place) { batch[place] = block; };

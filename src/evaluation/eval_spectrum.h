@@ -12,11 +12,12 @@
 namespace kalvex {
 
 // Evaluates the model at every frequency of the request, in their order, and calls sink, on the caller's thread, for
-// each block. Gives the last status other than 0 that an evaluation gave, else 0.
-int EvalSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request,
+// each block. Gives the last status other than 0 that an evaluation gave, else 0. The context holds afterwards what it
+// would hold if EvalModel had been called at each frequency; see there for what is to be done with the slopes.
+int EvalSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink);
 
 // The same for a sink whose own work can be shared out.
-int EvalSpectrumInBatches(EvalContext& ctx, Model& model, const SpectrumRequest& request, const BatchSink& sink);
+int EvalSpectrumInBatches(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

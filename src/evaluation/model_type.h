@@ -14,8 +14,8 @@ struct EvalContext;
 struct SpectrumRequest;
 class SpectrumBlock;
 
-// Fills one block of a spectrum at once, with what EvalModel would give, but without leaving anything in the tables;
-// false where the result would depend on what another frequency has left there.
+// Fills one block of a spectrum at once, with what EvalModel would give, but without leaving anything in the context;
+// false where it has to be filled one by one.
 using FillBlock = std::function<bool(SpectrumBlock& block)>;
 
 // How many rows a type takes, and the status that another number gives: -1, or of its own with too few.
@@ -134,8 +134,8 @@ struct ModelType {
   int code = 0;
   const char* name = "";
   // As StdEvalBulk and StdEvalAfter: -1 leaves the Quantities as they stand.
-  int (*evaluate)(EvalContext& ctx, Model& model, double x, bool derivatives) = nullptr;
-  int (*after)(EvalContext& ctx, Model& model) = nullptr;
+  int (*evaluate)(EvalContext& ctx, const Model& model, double x, bool derivatives) = nullptr;
+  int (*after)(EvalContext& ctx, const Model& model) = nullptr;
   bool fitted = false;    // it has an after-step: its parameters, and those of its partners, can be fitted
   bool material = false;  // all 15 Quantities, those of the dielectric function that it computes
   RowMap map{};
@@ -145,7 +145,7 @@ struct ModelType {
   bool whole = false;
   // How blocks of a spectrum of the model are filled at once, an empty function where they cannot; null where they
   // never can. While the function lives, neither the request nor any value may change.
-  FillBlock (*fillerOf)(EvalContext& ctx, Model& model, const SpectrumRequest& request) = nullptr;
+  FillBlock (*fillerOf)(EvalContext& ctx, const Model& model, const SpectrumRequest& request) = nullptr;
 };
 
 // The type of a model, null for a plain one. Unlike a row's code, a type code is only truncated: -2.7 is type 2.

@@ -36,12 +36,13 @@ bool PlainSpectrum::AppliesTo(const EvalContext& ctx, const Model& model) {
   return !TypeOf(ctx, model) && !ctx.FrequencyOverrideFlag;
 }
 
-PlainSpectrum::PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels)
+PlainSpectrum::PlainSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
+                             VdfKernelCache& kernels)
     : ctx_(ctx),
       model_(model),
       request_(request),
       kernelCache_(kernels),
-      throughTables_(!PlainRows::Are(model)),
+      anyCode_(!PlainRows::Are(model)),
       rows_(model) {
   if (request.derivatives) Classify();
   if (HasVdf(model)) weights_.resize(kSpectrumBlock);
@@ -49,22 +50,22 @@ PlainSpectrum::PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumReque
 
 PlainSpectrum::Slope PlainSpectrum::SourceOf(const ParamPlace& place, std::size_t k) {
   const ModelParam& param = ParamAt(*ctx_.params, place);
-  const Slope stale{Source::kStale, &param, 0};
-  if (!param.adjustable) return stale;
+  const Slope kept{Source::kKept, &param, nullptr, 0};
+  if (!param.adjustable) return kept;
   if (place.Where == ParamKind::kExp) {
     anyExpSlope_ = true;
-    return {Source::kExp, &param, static_cast<std::size_t>(place.nep)};
+    return {Source::kExp, &param, nullptr, static_cast<std::size_t>(place.nep)};
   }
-  if (place.nm != SlotOf(*ctx_.params, model_)) return stale;
+  if (place.nm != SlotOf(*ctx_.params, model_)) return kept;
   if (place.Where == ParamKind::kMesh) {
-    if (!HasVdf(model_)) return stale;
+    if (!HasVdf(model_)) return kept;
     const auto index = 2 * static_cast<std::size_t>(place.nen) + (place.isIm ? 1 : 0);
     meshSlopes_[index] = k;
-    return {Source::kMesh, &param, index};
+    return {Source::kMesh, &param, nullptr, index};
   }
-  if (throughTables_) return {Source::kTable, &param, tableParams_++};
+  if (anyCode_) return {Source::kTable, &param, &SlopesAt(ctx_.slopes, place), tableParams_++};
   rows_.Claim(place, k);
-  return {Source::kRow, &param, 0};
+  return {Source::kRow, &param, nullptr, 0};
 }
 
 void PlainSpectrum::Classify() {
@@ -83,17 +84,22 @@ void PlainSpectrum::TakeFrequencies(const SpectrumBlock& block) {
   }
 }
 
-void PlainSpectrum::SumRows(std::size_t count) {
-  if (!throughTables_) return rows_.Sum(x_.data(), request_.derivatives, eps_.re.data(), eps_.im.data());
+void PlainSpectrum::SumRows(SpectrumBlock& block) {
+  if (!anyCode_) return rows_.Sum(x_.data(), request_.derivatives, eps_.re.data(), eps_.im.data());
+  const std::size_t count = block.count;
   for (std::size_t i = 0; i < count; ++i) {
+    for (const Slope& slope : slopes_) {
+      if (slope.of && ctx_.notesFormer) slope.of->Forget();
+    }
     const Cplx sum = RowSum(ctx_, model_, x_[i], request_.derivatives);
     eps_.re[i] = sum.re;
     eps_.im[i] = sum.im;
     for (const Slope& slope : slopes_) {
-      if (slope.source != Source::kTable) continue;
-      double* const kept = tableSlopes_.data() + slope.index * 2 * kSpectrumBlock;
-      kept[i] = slope.param->dEpsRe;
-      kept[kSpectrumBlock + i] = slope.param->dEpsIm;
+      if (!slope.of) continue;
+      double* const out = tableSlopes_.data() + slope.index * 2 * kSpectrumBlock;
+      out[i] = slope.of->dEpsRe;
+      out[kSpectrumBlock + i] = slope.of->dEpsIm;
+      block.hasFormer = block.hasFormer || slope.of->formerEps;
     }
   }
   std::fill(eps_.re.begin() + count, eps_.re.end(), eps_.re[count - 1]);
@@ -154,18 +160,19 @@ void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const Quantit
       case Source::kExp:
         std::copy(result.dExp[slope.index].begin(), result.dExp[slope.index].end(), out);
         break;
-      case Source::kStale:
-        std::fill_n(out, kSpectrumBlock, slope.param->dQuantity[static_cast<std::size_t>(quantity)]);
+      case Source::kKept:
+        std::fill_n(out, kSpectrumBlock, slope.param->savedSlopes.dQuantity[static_cast<std::size_t>(quantity)]);
         break;
     }
   }
-  if (!throughTables_) rows_.FillSlopes(block, quantity, x_.data(), result.dRe.data(), result.dIm.data());
+  if (!anyCode_) rows_.FillSlopes(block, quantity, x_.data(), result.dRe.data(), result.dIm.data());
   if (HasVdf(model_)) AddMeshWeights(block, quantity, result);
 }
 
 bool PlainSpectrum::FillBlock(SpectrumBlock& block) {
+  block.hasFormer = false;
   TakeFrequencies(block);
-  SumRows(block.count);
+  SumRows(block);
   if (HasVdf(model_)) AddMesh(block);
   QuantitySet anywhere = 0;
   for (std::size_t i = 0; i < block.count; ++i) anywhere |= request_.wanted[block.first + i];

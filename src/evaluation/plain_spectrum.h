@@ -1,6 +1,6 @@
 // Spectra of a plain model, a block of frequencies at a time: the sum of the rows, the variational dielectric function
 // if there is one, the Quantities, and the slopes, each as one loop over the frequencies. The results are those of
-// EvalModel within rounding, without its detour through the tables; only rows with codes leave their derivatives there.
+// EvalModel within rounding, without its detour through the table of slopes; only rows with codes use that.
 #pragma once
 
 #include <span>
@@ -16,14 +16,11 @@ namespace kalvex {
 class PlainSpectrum {
  public:
   // kernels: prepared for the frequencies of the request if the model has a constrained mesh.
-  PlainSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
+  PlainSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
 
   // Whether this is a model for it.
   static bool AppliesTo(const EvalContext& ctx, const Model& model);
-  // Whether there is a row with a code.
-  bool GoesThroughTables() const { return throughTables_; }
-
-  // False where a slope is asked for that EvalModel would leave as it was at another frequency.
+  // False where a slope is asked for that EvalModel would keep from another frequency.
   bool FillBlock(SpectrumBlock& block);
 
  private:
@@ -33,28 +30,29 @@ class PlainSpectrum {
     kTable,  // the same in a model that has rows with codes
     kMesh,
     kExp,
-    kStale  // nothing here changes it
+    kKept  // nothing here changes it
   };
   struct Slope {
     Source source;
     const ModelParam* param;
+    ParamSlopes* of;    // of kTable
     std::size_t index;  // among the kept slopes of kTable, of the mesh parameter, or of the experimental parameter
   };
 
   void Classify();
   Slope SourceOf(const ParamPlace& place, std::size_t k);
   void TakeFrequencies(const SpectrumBlock& block);
-  void SumRows(std::size_t count);
+  void SumRows(SpectrumBlock& block);
   void AddMesh(const SpectrumBlock& block);
   void FillSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result);
   void AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result);
 
   EvalContext& ctx_;
-  Model& model_;
+  const Model& model_;
   const SpectrumRequest& request_;
   VdfKernelCache& kernelCache_;
-  bool throughTables_;  // a row has a code
-  PlainRows rows_;      // otherwise
+  bool anyCode_;    // of a row: its slopes come through the table
+  PlainRows rows_;  // otherwise
   std::vector<Slope> slopes_;
   std::vector<std::size_t> meshSlopes_;  // of both parameters of each mesh point, the number in the request
   std::vector<double> tableSlopes_;  // kSpectrumBlock real parts and as many imaginary ones for each slope of kTable

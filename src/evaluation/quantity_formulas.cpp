@@ -73,9 +73,11 @@ Lanes ObliqueOfEpsMu(int quantity, const Cplx& eps, const Cplx& mu, const bulk::
   return Lanes::kNone;
 }
 
-void PutLimit(const QuantityInput& in, double value, Quantity& out) {
-  out.value = value;
+// dExp stays as it is. For a Quantity that reads no experimental parameter it is always 0.
+void PutLimit(const QuantityInput& in, const QuantityTraits& traits, double value, Quantity& out) {
+  out.Put(value);
   if (in.derivatives) bulk::ClearSlopes(out);
+  if (traits.nExp == 0) out.formerExp = false;
 }
 
 }  // namespace
@@ -83,17 +85,19 @@ void PutLimit(const QuantityInput& in, double value, Quantity& out) {
 void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out) {
   const QuantityTraits& traits = TraitsOf(quantity);
   const double modulus = Abs(eps);
-  if (modulus > kNoValue) return PutLimit(in, traits.valueBig, out);
-  if (modulus < kTinyNorm) return PutLimit(in, traits.valueSmall, out);
+  if (modulus > kNoValue) return PutLimit(in, traits, traits.valueBig, out);
+  if (modulus < kTinyNorm) return PutLimit(in, traits, traits.valueSmall, out);
+  out.formerValue = out.formerExp = false;
   bulk::QuantityBetweenLimits<1>(in, eps, quantity, out);
 }
 
 void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out) {
   const QuantityTraits& traits = TraitsOf(quantity);
   const double epsModulus = Abs(eps), muModulus = Abs(mu);
-  if (epsModulus > kNoValue || muModulus > kNoValue) return PutLimit(in, traits.valueBig, out);
-  if (epsModulus < kTinyNorm || muModulus < kTinyNorm) return PutLimit(in, traits.valueSmall, out);
-  if (!traits.ofMu) return PutLimit(in, 0, out);
+  if (epsModulus > kNoValue || muModulus > kNoValue) return PutLimit(in, traits, traits.valueBig, out);
+  if (epsModulus < kTinyNorm || muModulus < kTinyNorm) return PutLimit(in, traits, traits.valueSmall, out);
+  if (!traits.ofMu) return PutLimit(in, traits, 0, out);
+  out.formerValue = out.formerExp = false;
   if (quantity == kRp || quantity == kRs || quantity == kRps) {
     bulk::ObliqueReflectivity<2>(in, out, [&](const bulk::Angle& angle, Oblique& amplitude) {
       return ObliqueOfEpsMu(quantity, eps, mu, angle, amplitude);

@@ -19,6 +19,19 @@ struct Quantity {
   double dMuRe = 0;
   double dMuIm = 0;
   std::array<double, kExpParamCount> dExp{};  // derivative by each experimental parameter
+  // Whether value and dExp are of a former evaluation, as far as Forget has been called before this one.
+  bool formerValue = false;
+  bool formerExp = false;
+
+  void Put(double result) {
+    value = result;
+    formerValue = false;
+  }
+  void ClearExp() {
+    dExp.fill(0);
+    formerExp = false;
+  }
+  void Forget() { formerValue = formerExp = true; }
 };
 
 using QuantityTable = std::array<Quantity, kQuantityCount>;

@@ -47,6 +47,8 @@ class SpectrumBlock {
 
   std::size_t first = 0;
   std::size_t count = 0;
+  bool hasFormer =
+      false;  // a result is that of a former evaluation, or made of one; set where EvalContext::notesFormer
 
   double Value(int quantity, std::size_t i) const { return values_[Index(quantity, i)]; }
   // Derivative of the Quantity by parameter number k of the request.

@@ -2,25 +2,20 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdint>
-#include <limits>
 #include <optional>
 
 #include "evaluation/block_filler.h"
 #include "evaluation/eps_sum.h"
 #include "evaluation/eval_model.h"
 #include "evaluation/plain_spectrum.h"
-#include "records/model_table.h"
 #include "terms/term_tables.h"
 
 namespace kalvex {
 
 struct SpectrumWorker {
-  ParamTables params;
   EvalContext ctx;
-  Model* model = nullptr;
   std::optional<BlockFiller> filler;
-  SpectrumBlock block;  // no unused number in it is NaN
+  SpectrumBlock block;
 };
 
 SpectrumTeam::SpectrumTeam(std::size_t threads) {
@@ -80,82 +75,26 @@ bool AnyWhole(const EvalContext& ctx) {
 
 // ---- a worker
 
-// A plain model reads nothing of other models.
-bool NeedsAllModels(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
-  if (TypeOf(ctx, model)) return true;
-  const int slot = SlotOf(*ctx.params, model);
-  return request.derivatives && std::any_of(request.slopesOf.begin(), request.slopesOf.end(), [&](auto& place) {
-           return place.Where != ParamKind::kExp && place.nm != slot;
-         });
-}
-
 void Prepare(SpectrumWorker& worker, EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
-  const auto slot = static_cast<std::size_t>(SlotOf(*ctx.params, model));
-  if (NeedsAllModels(ctx, model, request)) {
-    worker.params = *ctx.params;
-  } else {
-    worker.params.models[slot] = model;
-    worker.params.ExpParams = ctx.params->ExpParams;
-  }
   EvalContext& own = worker.ctx;
-  own.params = &worker.params;
+  own.params = ctx.params;
   own.datasets = ctx.datasets;
   own.types = ctx.types;
   own.termEnvironment.datasets = ctx.termEnvironment.datasets;
   CopyTables(own.termEnvironment, ctx.termEnvironment);
   own.spectrum = ctx.spectrum;
+  own.notesFormer = true;
   own.DcFlag = ctx.DcFlag;
   own.FrequencyOverrideFlag = ctx.FrequencyOverrideFlag;
-  worker.model = &worker.params.models[slot];
-  worker.filler.emplace(own, *worker.model, request, ctx.vdfKernels);
-}
-
-constexpr double kForgotten = std::numeric_limits<double>::quiet_NaN();
-
-void Forget(ModelParam& param) {
-  if (!param.adjustable) return;
-  param.dEpsRe = param.dEpsIm = param.dScalar = kForgotten;
-  param.dQuantity.fill(kForgotten);
-}
-
-void Forget(SpectrumWorker& worker, bool derivatives) {
-  for (Quantity& quantity : worker.ctx.quantities) {
-    quantity.value = quantity.dRe = quantity.dIm = quantity.dScalar = quantity.dMuRe = quantity.dMuIm = kForgotten;
-    quantity.dExp.fill(kForgotten);
-  }
-  if (!derivatives) return;
-  if (!worker.filler->FillsAtOnce()) {
-    ForEachFreeParam(worker.params, [](ModelParam& param) { Forget(param); });
-  } else if (worker.filler->ReadsTables()) {
-    for (ModelParam& param : worker.model->rows) Forget(param);
-  }
+  if (request.derivatives) MakeRoom(own.slopes, *own.params);
+  worker.filler.emplace(own, model, request, ctx.vdfKernels);
 }
 
 // ---- batches
 
 constexpr std::size_t kPortionsOfThread = 16;  // in a batch
 
-bool AnyNaN(const double* numbers, std::size_t count) {
-  std::int64_t any = 0;  // as wide as the numbers, so that many are tried at once
-  for (std::size_t i = 0; i < count; ++i) any |= numbers[i] != numbers[i] ? 1 : 0;
-  return any != 0;
-}
-
-bool IsWhole(SpectrumBlock& block, const SpectrumRequest& request) {
-  QuantitySet anywhere = 0;
-  for (std::size_t i = 0; i < block.count; ++i) anywhere |= request.wanted[block.first + i];
-  const std::size_t slopes = request.derivatives ? request.slopesOf.size() : 0;
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (!Contains(anywhere, q)) continue;
-    if (AnyNaN(block.Values(q), block.count)) return false;
-    for (std::size_t k = 0; k < slopes; ++k) {
-      if (AnyNaN(block.Slopes(k, q), block.count)) return false;
-    }
-  }
-  return true;
-}
-
-// Fills the blocks of a portion and lets them go through the sink, until one is not trusted.
+// Fills the blocks of a portion and lets them go through the sink, until one has a result of a former evaluation.
 bool FillPortion(SpectrumWorker& worker, const SpectrumRequest& request, QuantitySet anywhere, std::size_t first,
                  const BatchSink& sink, std::size_t place) {
   const std::size_t end = std::min(first + sink.Frequencies(), request.x.size());
@@ -164,12 +103,8 @@ bool FillPortion(SpectrumWorker& worker, const SpectrumRequest& request, Quantit
   block.MakeRoomFor(request, anywhere);
   for (block.first = first; block.first < end; block.first += kSpectrumBlock) {
     block.count = std::min(kSpectrumBlock, end - block.first);
-    Forget(worker, request.derivatives);
     const bool filled = filler.FillsAtOnce() ? filler.FillAtOnce(block) : filler.FillOneByOne(block) == 0;
-    if (!filled || (filler.ReadsTables() && !IsWhole(block, request))) {
-      block = {};
-      return false;
-    }
+    if (!filled || block.hasFormer) return false;
     sink.work(block, place);
   }
   return true;

@@ -1,11 +1,9 @@
-// A spectrum shared out over threads, each with a context and parameter tables of its own. What comes out, and what
-// stays behind in the caller's tables, is what one thread alone would give, to the last bit.
+// A spectrum shared out over threads. They read the same parameters, and each has a context of its own to compute in.
+// What comes out, and what stays in the caller's context, is what one thread alone would give, to the last bit.
 //
-// At one frequency an evaluation is a function of values and frequency; but where it fails or gives up it leaves
-// results of the frequency before, which may have been another thread's. A thread therefore forgets, before each block
-// of frequencies, everything that evaluations have left in its tables: there stands NaN, and from there it spreads into
-// every result that would have been taken from an earlier block. A block with a NaN, or with a status other than 0, is
-// not trusted.
+// At one frequency an evaluation is a function of parameters and frequency, unless it keeps a result of the frequency
+// before (SpectrumBlock::hasFormer), which may have been another thread's. From the first such block on, and from one
+// with a status other than 0, the caller's thread does the spectrum alone.
 #pragma once
 
 #include <functional>
@@ -56,8 +54,8 @@ bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumReque
 // No batch of a spectrum in this context has more portions.
 std::size_t MostPortionsOfBatch(const EvalContext& ctx);
 
-// Evaluates the spectrum in the team of ctx and hands over portions until one has a block that is not trusted; the
-// caller's tables and results are only read. Gives the number of frequencies that were handed over.
+// Evaluates the spectrum in the team of ctx and hands over portions until one has a block with a former result or a
+// status other than 0. Gives the number of frequencies that were handed over.
 std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

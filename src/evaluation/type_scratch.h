@@ -19,26 +19,28 @@ namespace kalvex {
 
 struct Model;
 struct ModelParam;
+struct ParamSlopes;
 
 // Directions in which a pass over a type's formula carries derivatives.
 inline constexpr int kTypeLanes = 8;
 using TypeDual = Dual<kTypeLanes>;
 
 struct TypeScratch {
-  std::span<const double> ahead;   // as in the stack
-  std::vector<double> raw;         // of each input: the number in its cell
-  std::vector<Cplx> at;            // the response, the number itself, or the value of the dataset
-  std::vector<Model*> partner;     // null where the input is no model
-  std::vector<double> partnerX;    // frequency at which the partner is asked
-  std::vector<ModelParam*> param;  // of a number that can be fitted, else null
-  std::vector<int> direction;      // the first of the input's directions, -1 if nothing can vary it
+  std::span<const double> ahead;         // as in the stack
+  std::vector<double> raw;               // of each input: the number in its cell
+  std::vector<Cplx> at;                  // the response, the number itself, or the value of the dataset
+  std::vector<const Model*> partner;     // null where the input is no model
+  std::vector<double> partnerX;          // frequency at which the partner is asked
+  std::vector<const ModelParam*> param;  // of a number that can be fitted, else null
+  std::vector<int> row;                  // in which the input stands
+  std::vector<int> direction;            // the first of the input's directions, -1 if nothing can vary it
   std::vector<std::array<double, kQuantityCount>> quantities;  // of an evaluated partner
   std::vector<Complex<TypeDual>> dual;
   std::vector<std::array<TypeDual, kQuantityCount>> dualQuantities;
-  std::vector<double> slopes;     // of each Quantity by each direction
-  std::vector<Cplx> epsSlopes;    // of a material's dielectric function by each direction
-  std::vector<ModelParam*> free;  // every adjustable parameter of the tables
-  std::vector<double> columns;    // of evaluated partners: dQuantity of each Quantity by each of these
+  std::vector<double> slopes;      // of each Quantity by each direction
+  std::vector<Cplx> epsSlopes;     // of a material's dielectric function by each direction
+  std::vector<ParamSlopes*> free;  // by every adjustable parameter of the tables
+  std::vector<double> columns;     // of evaluated partners: dQuantity of each Quantity by each of these
 };
 
 struct TypeScratchStack {

@@ -2,6 +2,9 @@
 // Kramers-Kronig transform of the imaginary part, which is a sum of triangles.
 #pragma once
 
+#include <span>
+
+#include "evaluation/slopes.h"
 #include "numeric/complex.h"
 #include "records/var_diel_func.h"
 
@@ -20,14 +23,14 @@ struct VdfWeights {
 };
 VdfWeights VdfWeightsAt(const VarDielFunc& vdf, double X);
 
-// Value at frequency X. With derivatives, dEpsRe and dEpsIm of both parameters of every mesh point. Outside the mesh
-// the imaginary part is 0, and the real part 0 or the tail of the transform.
-Cplx EvalVdf(VarDielFunc& vdf, double X, bool derivatives);
+// Value at frequency X. With derivatives, dEpsRe and dEpsIm of both parameters of every mesh point; none are wanted if
+// there are no slopes. Outside the mesh the imaginary part is 0, and the real part 0 or the tail of the transform.
+Cplx EvalVdf(const VarDielFunc& vdf, double X, std::span<MeshSlopes> slopes = {});
 // Marks what EvalVdf depends on by derivatives of 1.
-void VdfGradient(VarDielFunc& vdf);
+void VdfGradient(const VarDielFunc& vdf, std::span<MeshSlopes> slopes);
 
-// Integral of w e2(w)/(4 pi) from the first mesh point to the limit; derivatives to dScalar.
-double VdfScalarSum(VarDielFunc& vdf, double limit, bool derivatives);
-void VdfScalarGradient(VarDielFunc& vdf);
+// Integral of w e2(w)/(4 pi) from the first mesh point to the limit; derivatives to dScalar, if there are slopes.
+double VdfScalarSum(const VarDielFunc& vdf, double limit, std::span<MeshSlopes> slopes = {});
+void VdfScalarGradient(std::span<MeshSlopes> slopes);
 
 }  // namespace kalvex

@@ -23,7 +23,7 @@ class VdfKernelCache {
   // the same time, for different blocks, each with a spare of its own.
   const double* Block(const VarDielFunc& vdf, std::size_t first, std::vector<double>& spare);
 
-  std::size_t Bytes() const;  // of the kernels that are kept
+  std::size_t Bytes() const;                       // of the kernels that are kept
   std::size_t mostBytes = std::size_t{256} << 20;  // what is kept; beyond it blocks are computed anew each time
 
  private:

@@ -54,7 +54,7 @@ struct Lines {
   int status = 0;
 };
 
-Lines ValuesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+Lines ValuesAt(EvalContext& ctx, const Model& model, int quantity, const std::vector<double>& x) {
   Lines lines;
   const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
   lines.status = EvalSpectrum(ctx, model, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
@@ -64,11 +64,13 @@ Lines ValuesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<d
   return lines;
 }
 
-Lines SlopesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<double>& x) {
+Lines WithSlopesAt(ParamTables& params, EvalContext& ctx, const Model& model, int quantity,
+                   const std::vector<double>& x) {
   Lines lines;
   WantOnly(ctx.quantities, SetOf(quantity));
   for (const double w : x) {
     if (const int failed = EvalModel(ctx, model, w, true)) lines.status = failed;
+    TakeOverSlopes(params, ctx.slopes);
     const Quantity& of = ctx.quantities[static_cast<std::size_t>(quantity)];
     AppendLine(lines.text, {w, of.value, of.dRe, of.dIm});
   }
@@ -76,7 +78,8 @@ Lines SlopesAt(EvalContext& ctx, Model& model, int quantity, const std::vector<d
 }
 
 // Gives the last status other than 0 of an evaluation.
-int WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFileWriter& file) {
+int WriteCurve(ParamTables& params, EvalContext& ctx, const Model& model, const CurveExport& what,
+               WholeFileWriter& file) {
   std::vector<double> x;
   if (what.onMesh) {
     if (!model.vdf.On) return 0;
@@ -91,7 +94,8 @@ int WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFil
   for (GridWalk walk(what); walk.HasPoint();) {
     x.clear();
     while (x.size() < kChunk && walk.HasPoint()) x.push_back(walk.Take());
-    const Lines lines = slopes ? SlopesAt(ctx, model, *what.quantity, x) : ValuesAt(ctx, model, *what.quantity, x);
+    const Lines lines =
+        slopes ? WithSlopesAt(params, ctx, model, *what.quantity, x) : ValuesAt(ctx, model, *what.quantity, x);
     file.Write(lines.text);
     if (lines.status != 0) status = lines.status;
   }
@@ -100,10 +104,11 @@ int WriteCurve(EvalContext& ctx, Model& model, const CurveExport& what, WholeFil
 
 }  // namespace
 
-int ExportModelCurve(EvalContext& ctx, Model* model, const CurveExport& what, const std::string& path) {
+int ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
+                     const std::string& path) {
   WholeFileWriter file(path);
   if (!file.IsOpen()) return -1;
-  const int status = model && what.quantity ? WriteCurve(ctx, *model, what, file) : 0;
+  const int status = model && what.quantity ? WriteCurve(params, ctx, *model, what, file) : 0;
   if (!file.Commit()) return -1;
   return status != 0 ? kOldValues : 0;
 }

@@ -24,7 +24,8 @@ inline constexpr int kOldValues = 1;
 
 // Writes "x value" lines of six digits. The grid is a running sum of steps, so that the number of points and the place
 // of the last one depend on rounding. No model or no Quantity gives an empty file. 0, kOldValues, or -1 if the
-// file cannot be written.
-int ExportModelCurve(EvalContext& ctx, Model* model, const CurveExport& what, const std::string& path);
+// file cannot be written. With derivatives the parameters take over their slopes.
+int ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
+                     const std::string& path);
 
 }  // namespace kalvex

@@ -26,7 +26,7 @@ namespace {
 
 constexpr std::size_t kRecordSize = 218;
 constexpr std::size_t kLimitsSize = 12;
-constexpr std::size_t kSavedSlopes = 14;
+constexpr std::size_t kStoredSlopes = 14;
 constexpr std::int32_t kMarker = 1;
 
 // A count above this is no model, and makes only the rows that the file holds.
@@ -39,9 +39,9 @@ void WriteRecord(ByteWriter& out, const ModelParam& param) {
   out.F64(param.min);
   out.F64(param.max);
   out.Bytes(param.name);
-  out.F64(param.dEpsRe);
-  out.F64(param.dEpsIm);
-  for (std::size_t q = 0; q < kSavedSlopes; ++q) out.F64(param.dQuantity[q]);
+  out.F64(param.savedSlopes.dEpsRe);
+  out.F64(param.savedSlopes.dEpsIm);
+  for (std::size_t q = 0; q < kStoredSlopes; ++q) out.F64(param.savedSlopes.dQuantity[q]);
   out.U32(param.reserved);
 }
 
@@ -53,9 +53,9 @@ void ReadRecord(std::string_view bytes, ModelParam& param) {
   param.min = in.F64();
   param.max = in.F64();
   in.Bytes(param.name);
-  param.dEpsRe = in.F64();
-  param.dEpsIm = in.F64();
-  for (std::size_t q = 0; q < kSavedSlopes; ++q) param.dQuantity[q] = in.F64();
+  param.savedSlopes.dEpsRe = in.F64();
+  param.savedSlopes.dEpsIm = in.F64();
+  for (std::size_t q = 0; q < kStoredSlopes; ++q) param.savedSlopes.dQuantity[q] = in.F64();
   param.reserved = in.U32();
 }
 
@@ -98,7 +98,7 @@ std::string SummaryOf(const Model& model, double totalChiSq) {
   return text;
 }
 
-std::string TableLineOf(EvalContext& ctx, Model& model, double totalChiSq, std::string_view fileName) {
+std::string TableLineOf(EvalContext& ctx, const Model& model, double totalChiSq, std::string_view fileName) {
   std::string line(fileName);
   const auto field = [&](double value) {
     AppendScientific(line, value, 4, 10);
@@ -132,7 +132,7 @@ std::string SummaryNameOf(std::string_view path) {
 
 std::string TableNameOf(std::string_view path) { return std::string(DirectoryOf(path)) + "Par.dat"; }
 
-int SaveModel(EvalContext& ctx, Model& model, double totalChiSq, const std::string& path) {
+int SaveModel(EvalContext& ctx, const Model& model, double totalChiSq, const std::string& path) {
   if (!WriteWholeFile(path, ModelBytes(model))) return -1;
   WriteWholeFile(SummaryNameOf(path), SummaryOf(model, totalChiSq));
   AppendToFile(TableNameOf(path), TableLineOf(ctx, model, totalChiSq, FileNameOf(path)));

@@ -12,7 +12,7 @@ namespace kalvex {
 // Writes three files: the model; a summary under the name with its last extension replaced by "asc", with the ChiSq of
 // the fit; and a line at the end of "Par.dat" in the model file's directory. Gives 0, or -1 if the model's own file
 // cannot be written; the other two are not tested. The E1 Quantity stays wanted.
-int SaveModel(EvalContext& ctx, Model& model, double totalChiSq, const std::string& path);
+int SaveModel(EvalContext& ctx, const Model& model, double totalChiSq, const std::string& path);
 
 // Replaces epsInf and the rows by those of a file; the limits and the coupling of epsInf stay. Gives 0, or -1 with the
 // model unchanged if the file cannot be opened or is too short to be a model. Rows that are missing at the end of the

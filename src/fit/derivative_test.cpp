@@ -61,8 +61,7 @@ void AppendComparison(std::string& text, double analytic, double numeric) {
 
 // d(sum of squares)/d(parameter): a row for each term, a column for each fit parameter, coupled ones under their
 // master.
-std::vector<std::vector<double>> AnalyticGradients(FitState& fit, const FitCells& cells, ParamTables& params,
-                                                   EvalContext& eval) {
+std::vector<std::vector<double>> AnalyticGradients(FitState& fit, ParamTables& params, EvalContext& eval) {
   std::vector<std::vector<double>> gradients(fit.list.terms.size(), std::vector<double>(fit.params.size()));
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
   const auto addPoint = [&](const TermPoints& points, std::size_t p) {
@@ -71,16 +70,17 @@ std::vector<std::vector<double>> AnalyticGradients(FitState& fit, const FitCells
     fit.list.terms[t].termChiSq += d * d;
     for (const int j : fit.list.terms[t].params) {
       const auto i = static_cast<std::size_t>(j), master = static_cast<std::size_t>(fit.params[i].master);
-      gradients[t][master] += -2 * d * cells[i]->dQuantity[q] / sigma;
+      gradients[t][master] += -2 * d * SlopesAt(eval.slopes, fit.params[i].place).dQuantity[q] / sigma;
     }
   };
   for (const FitSpectrum& spectrum : fit.spectra) {
-    Model* const model = GetModelByNumber(params, spectrum.modelId);
+    const Model* const model = GetModelByNumber(params, spectrum.modelId);
     if (!model) continue;
     std::vector<std::size_t> next(spectrum.terms.size());
     for (std::size_t i = 0; i < spectrum.x.size(); ++i) {
       WantOnly(eval.quantities, spectrum.wanted[i]);
       EvalModel(eval, *model, spectrum.x[i], true);
+      TakeOverSlopes(params, eval.slopes);
       for (std::size_t t = 0; t < next.size(); ++t) {
         const TermPoints& points = spectrum.terms[t];
         while (next[t] < points.y.size() && FrequencyOf(points, next[t]) == i) addPoint(points, next[t]++);
@@ -95,7 +95,7 @@ std::vector<std::vector<double>> AnalyticGradients(FitState& fit, const FitCells
 int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
   const double wantedStep = StepFromFile();
   const FitCells cells = CellsOfFit(fit, params, eval);
-  const auto gradients = AnalyticGradients(fit, cells, params, eval);
+  const auto gradients = AnalyticGradients(fit, params, eval);
   ComputeChiSq(fit, eval);
   for (ChiSqTerm& term : fit.list.terms) term.prevChiSq = term.termChiSq;
   std::string text = "NumParams = " + std::to_string(fit.NumFitParams) + '\n';
@@ -125,19 +125,20 @@ int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
 int TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
   const double step = StepFromFile();
   const FitCells cells = CellsOfFit(fit, params, eval);
-  const auto values = [&](Model& model, bool derivatives) {
+  const auto values = [&](const Model& model, bool derivatives) {
     EvalModel(eval, model, kTestFrequency, derivatives);
     return eval.quantities;
   };
   std::string text;
   for (const ChiSqTerm& term : fit.list.terms) {
-    Model* const model = GetModelByNumber(params, term.modelId);
+    const Model* const model = GetModelByNumber(params, term.modelId);
     if (!model) continue;
-    WantOnly(eval.quantities, static_cast<QuantitySet>(SetOf(kQuantityCount) - 1));
+    WantOnly(eval.quantities, kEveryQuantity);
     const QuantityTable before = values(*model, false);
     values(*model, true);
+    TakeOverSlopes(params, eval.slopes);
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      const auto analytic = cells[i]->dQuantity;
+      const auto& analytic = SlopesAt(eval.slopes, fit.params[i].place).dQuantity;
       const double value = cells[i]->value;
       cells[i]->value += step;
       const QuantityTable after = values(*model, false);

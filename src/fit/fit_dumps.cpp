@@ -23,7 +23,7 @@ void Rebuild(FitState& fit, ParamTables& params, EvalContext& eval) {
 }
 
 // The Quantity of a model over all rows of a dataset.
-std::vector<double> CurveOf(EvalContext& eval, Model& model, const Dataset& dataset) {
+std::vector<double> CurveOf(EvalContext& eval, const Model& model, const Dataset& dataset) {
   std::vector<double> curve;
   WantOnly(eval.quantities, SetOf(dataset.Quantity));
   for (const DataRow& row : dataset.points) {
@@ -46,15 +46,16 @@ struct PointSlopes {
   double e1;
   double e2;
 };
-PointSlopes SlopesAt(const Model& model, int meshIndex, int quantity) {
-  const VdfMeshPoint& point = model.vdf.mesh[static_cast<std::size_t>(meshIndex)];
+PointSlopes SlopesAtPoint(EvalContext& eval, const Model& model, int meshIndex, int quantity) {
+  const MeshSlopes& point = SlopesOf(eval, model).mesh[static_cast<std::size_t>(meshIndex)];
   const auto q = static_cast<std::size_t>(quantity);
   return {point.e1.dQuantity[q], point.e2.dQuantity[q]};
 }
 
-void EvaluateConductivity(EvalContext& eval, Model& model, double x) {
+void EvaluateConductivity(ParamTables& params, EvalContext& eval, const Model& model, double x) {
   WantOnly(eval.quantities, static_cast<QuantitySet>(SetOf(kS1) | SetOf(kS2)));
   EvalModel(eval, model, x, true);
+  TakeOverSlopes(params, eval.slopes);
 }
 
 // Calls visit(row) for each active row of dataset 1; false if there is no such dataset.
@@ -68,7 +69,7 @@ bool ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
 }
 
 // The models number 1, 2, ...; false if one does not exist.
-bool FindModelsFromOne(ParamTables& params, std::span<Model*> models) {
+bool FindModelsFromOne(const ParamTables& params, std::span<const Model*> models) {
   for (std::uint32_t i = 0; i < models.size(); ++i) {
     models[i] = GetModelByNumber(params, i + 1);
     if (!models[i]) return false;
@@ -146,18 +147,18 @@ int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval
 }
 
 int WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
-  std::array<Model*, 4> models{};
+  std::array<const Model*, 4> models{};
   if (!FindModelsFromOne(params, models)) return -1;
   std::string text;
   const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);
     if (at < 0 || at >= static_cast<int>(models[1]->vdf.mesh.size())) return;
     AppendUpperG(text, row.x);
-    for (Model* const measured : {models[2], models[3]}) {
-      EvaluateConductivity(eval, *measured, row.x);
+    for (const Model* const measured : {models[2], models[3]}) {
+      EvaluateConductivity(params, eval, *measured, row.x);
       for (const int quantity : {kS1, kS2}) {
         for (const Model* const owner : {models[0], models[1]}) {
-          const PointSlopes slopes = SlopesAt(*owner, at, quantity);
+          const PointSlopes slopes = SlopesAtPoint(eval, *owner, at, quantity);
           for (const double slope : {slopes.e1, slopes.e2}) {
             text += ' ';
             AppendUpperG(text, slope);
@@ -171,15 +172,15 @@ int WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
 }
 
 int WriteSensitivityDump(ParamTables& params, EvalContext& eval) {
-  std::array<Model*, 3> models{};
+  std::array<const Model*, 3> models{};
   if (!FindModelsFromOne(params, models)) return -1;
   std::string text;
   const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);
     if (at < 0) return;
-    EvaluateConductivity(eval, *models[2], row.x);
-    const auto [a, b] = SlopesAt(*models[0], at, kS1);
-    const auto [c, d] = SlopesAt(*models[0], at, kS2);
+    EvaluateConductivity(params, eval, *models[2], row.x);
+    const auto [a, b] = SlopesAtPoint(eval, *models[0], at, kS1);
+    const auto [c, d] = SlopesAtPoint(eval, *models[0], at, kS2);
     const double det = a * d - b * c;
     const bool regular = std::fabs(det) > kTinyNorm;
     AppendUpperG(text, row.x);

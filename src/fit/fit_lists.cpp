@@ -143,18 +143,18 @@ ParamsInMaking AdjustableParams(ParamTables& tables) {
 // Asks the dependency pass which parameters the term's Quantity depends on.
 void FindDependencies(const ChiSqTerm& term, std::size_t t, ParamTables& tables, EvalContext& eval,
                       ParamsInMaking& made) {
-  Model* const model = GetModelByNumber(tables, term.modelId);
+  const Model* const model = GetModelByNumber(tables, term.modelId);
   const Dataset* const dataset = GetDatasetById(*eval.datasets, term.datasetId);
   if (term.weight == 0 || !model || !dataset) return;
   const auto q = static_cast<std::size_t>(dataset->Quantity);
   WantOnly(eval.quantities, SetOf(dataset->Quantity));
-  for (ModelParam* const cell : made.cells) cell->dQuantity[q] = 0;
   EvalModelAfter(eval, *model);
-  for (std::size_t i = 0; i < made.params.size(); ++i) {
-    if (made.cells[i]->dQuantity[q] == 0) continue;
-    made.params[i].termUse[t] = 1;
-    made.params[i].used = true;
+  for (FitParam& param : made.params) {
+    if (SlopesAt(eval.slopes, param.place).dQuantity[q] == 0) continue;
+    param.termUse[t] = 1;
+    param.used = true;
   }
+  TakeOverSlopes(tables, eval.slopes);
 }
 
 // The first used member of a group is its master, so that the group keeps its unknown whatever else belongs to it.
@@ -218,7 +218,7 @@ void AddToTerms(FitState& fit, const FitSpectrum& spectrum, std::span<const doub
   }
 }
 
-void AddChiSq(FitState& fit, EvalContext& eval, Model& model, const FitSpectrum& spectrum) {
+void AddChiSq(FitState& fit, EvalContext& eval, const Model& model, const FitSpectrum& spectrum) {
   const std::size_t terms = spectrum.terms.size();
   const SpectrumRequest request = RequestOf(spectrum);
   std::vector<double> sums(MostPortionsOfBatch(eval) * terms);
@@ -360,7 +360,8 @@ void ComputeChiSq(FitState& fit, EvalContext& eval) {
   fit.TotalChiSq = 0;
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
   for (const FitSpectrum& spectrum : fit.spectra) {
-    if (Model* const model = GetModelByNumber(*eval.params, spectrum.modelId)) AddChiSq(fit, eval, *model, spectrum);
+    if (const Model* const model = GetModelByNumber(*eval.params, spectrum.modelId))
+      AddChiSq(fit, eval, *model, spectrum);
   }
 }
 

@@ -222,8 +222,8 @@ struct Accumulation {
 
 }  // namespace
 
-void AccumulateNormalEquations(FitState& fit, EvalContext& eval, std::span<const FitCoordinate> coordinates,
-                               NormalEquations& equations) {
+void AccumulateNormalEquations(FitState& fit, ParamTables& params, EvalContext& eval,
+                               std::span<const FitCoordinate> coordinates, NormalEquations& equations) {
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
@@ -231,7 +231,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, std::span<const
   const std::size_t together = equations.AreSmall() ? 1 : 8, most = MostPortionsOfBatch(eval);
   if (equations.portions.empty()) equations.portions.resize(most + together - 1, PortionSums(equations.beta.size()));
   for (const FitSpectrum& spectrum : fit.spectra) {
-    Model* const model = GetModelByNumber(*eval.params, spectrum.modelId);
+    const Model* const model = GetModelByNumber(params, spectrum.modelId);
     if (!model) continue;
     std::vector<ParamPlace> places;
     std::vector<SlopeColumn> columns = ColumnsOf(fit, spectrum, coordinates, places);
@@ -247,6 +247,7 @@ void AccumulateNormalEquations(FitState& fit, EvalContext& eval, std::span<const
     };
     sink.take = [&](std::size_t portions) { sums.Take(portions); };
     EvalSpectrumInBatches(eval, *model, request, sink);
+    TakeOverSlopes(params, eval.slopes);
   }
   AddWaiting(equations, eval.pool);
 }

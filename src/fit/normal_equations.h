@@ -37,7 +37,7 @@ struct NormalEquations {
 
 // Evaluates every spectrum with derivatives, fills the equations at the present values, and sets TotalChiSq.
 // coordinates: of each parameter of the fit, at its present value.
-void AccumulateNormalEquations(FitState& fit, EvalContext& eval, std::span<const FitCoordinate> coordinates,
-                               NormalEquations& equations);
+void AccumulateNormalEquations(FitState& fit, ParamTables& params, EvalContext& eval,
+                               std::span<const FitCoordinate> coordinates, NormalEquations& equations);
 
 }  // namespace kalvex

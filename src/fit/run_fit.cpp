@@ -73,7 +73,7 @@ void RouseThreads(Run& run) {
 void BeginIteration(Run& run) {
   RouseThreads(run);
   for (std::size_t i = 0; i < run.cells.size(); ++i) run.coordinates[i] = FitCoordinateOf(*run.cells[i]);
-  AccumulateNormalEquations(run.fit, run.eval, run.coordinates, run.equations);
+  AccumulateNormalEquations(run.fit, run.params, run.eval, run.coordinates, run.equations);
   const SquareMatrix alpha = run.equations.Alpha();
   for (std::size_t i = 0; i < run.Masters(); ++i) run.diagonal[i] = alpha(i, i);
   run.history.push_back(run.fit.TotalChiSq);

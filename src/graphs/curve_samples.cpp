@@ -49,7 +49,7 @@ std::span<const DataRow> ShownRows(const Graph& graph, const Curve& curve, const
   return all.subspan(static_cast<std::size_t>(active.from), static_cast<std::size_t>(active.to - active.from));
 }
 
-std::vector<std::vector<double>> ModelValues(const Graph& graph, EvalContext& ctx, Model& model,
+std::vector<std::vector<double>> ModelValues(const Graph& graph, EvalContext& ctx, const Model& model,
                                              std::span<const int> quantities, std::span<const double> x) {
   std::vector<std::vector<double>> values(quantities.size(), std::vector<double>(x.size()));
   QuantitySet set = 0;

@@ -21,7 +21,7 @@ std::span<const DataRow> ShownRows(const Graph& graph, const Curve& curve, const
 
 // Values of the model's Quantities at the frequencies x (cm-1), a list for each Quantity asked for, all from one
 // evaluation. A title "PlotDCvsT" of the X axis asks for Quantities at zero frequency.
-std::vector<std::vector<double>> ModelValues(const Graph& graph, EvalContext& ctx, Model& model,
+std::vector<std::vector<double>> ModelValues(const Graph& graph, EvalContext& ctx, const Model& model,
                                              std::span<const int> quantities, std::span<const double> x);
 
 // What a curve shows of a value.

@@ -148,7 +148,7 @@ void BuildDataStrokes(const Graph& graph, Curve& curve, const EvalContext& ctx) 
 
 // The curves of one model, evaluated together at every column.
 void BuildModelStrokes(const Graph& graph, std::span<Curve* const> run, EvalContext& ctx) {
-  Model* const model = GetModelByNumber(*ctx.params, run.front()->modelId);
+  const Model* const model = GetModelByNumber(*ctx.params, run.front()->modelId);
   if (!model) return;
   std::vector<int> quantities;
   for (const Curve* const curve : run) quantities.push_back(curve->quantity);
@@ -164,7 +164,7 @@ void BuildModelStrokes(const Graph& graph, std::span<Curve* const> run, EvalCont
 
 // What the fit compares with the data: the model at the frequencies of the dataset, joined by straight lines.
 void BuildChiSqStrokes(const Graph& graph, Curve& curve, EvalContext& ctx) {
-  Model* const model = GetModelByNumber(*ctx.params, curve.modelId);
+  const Model* const model = GetModelByNumber(*ctx.params, curve.modelId);
   const std::span<const DataRow> rows = ShownRows(graph, curve, *ctx.datasets);
   if (!model || rows.empty()) return;
   std::vector<double> x;

@@ -19,7 +19,7 @@ int ExportGraph(const Graph& graph, EvalContext& ctx, const std::string& path) {
   for (const Curve* const curve : InUsersOrder(graph)) {
     if (curve->kind != CurveKind::kModel) break;
     text += std::string(" ") + kQuantityNames[static_cast<std::size_t>(curve->quantity)].shortName;
-    Model* const model = GetModelByNumber(*ctx.params, curve->modelId);
+    const Model* const model = GetModelByNumber(*ctx.params, curve->modelId);
     const int quantities[] = {curve->quantity};
     columns.push_back(model ? ModelValues(graph, ctx, *model, quantities, graph.columnX).front()
                             : std::vector<double>(graph.columnX.size()));

@@ -99,14 +99,14 @@ class Paper {
   }
 
   void DrawModel(const Curve& curve) const {
-    Model* const model = GetModelByNumber(*ctx_.params, curve.modelId);
+    const Model* const model = GetModelByNumber(*ctx_.params, curve.modelId);
     if (!model) return;
     const int quantities[] = {curve.quantity};
     ModelLine(curve, fine_, ModelValues(graph_, ctx_, *model, quantities, fine_).front());
   }
 
   void DrawChiSq(const Curve& curve) const {
-    Model* const model = GetModelByNumber(*ctx_.params, curve.modelId);
+    const Model* const model = GetModelByNumber(*ctx_.params, curve.modelId);
     if (!model) return;
     std::vector<double> x;
     for (const DataRow& row : ShownRows(graph_, curve, *ctx_.datasets)) x.push_back(row.x);

@@ -67,18 +67,4 @@ void ForEachParam(ModelType& model, Visit&& visit) {
   }
 }
 
-// Calls visit on every adjustable parameter of the tables.
-template <class Visit>
-void ForEachFreeParam(ParamTables& tables, Visit visit) {
-  for (Model& model : tables.models) {
-    if (model.number == 0) continue;
-    ForEachParam(model, [&](ModelParam& param) {
-      if (param.adjustable) visit(param);
-    });
-  }
-  for (ModelParam& param : tables.ExpParams) {
-    if (param.adjustable) visit(param);
-  }
-}
-
 }  // namespace kalvex

@@ -12,6 +12,15 @@ namespace kalvex {
 
 inline constexpr std::size_t kParamNameSize = 50;
 
+// What evaluations with derivatives have left for a parameter. A model file stores it, and an evaluation that makes no
+// slope of its own keeps the one that stands here. It travels with the parameter: with its row, to the members of its
+// coupling group, into a file and back.
+struct SavedSlopes {
+  double dEpsRe = 0;  // derivative of the complex response by value
+  double dEpsIm = 0;
+  std::array<double, kQuantityCount> dQuantity{};  // derivative of each Quantity by value
+};
+
 struct ModelParam {
   double value = 0;
   double error = 0;              // left by the fit
@@ -23,11 +32,7 @@ struct ModelParam {
   std::array<char, kParamNameSize> name{};  // no terminator of its own when full
   std::uint32_t coupling = 0;               // coupling group, 0 for none
 
-  // Scratch of the evaluation, written only where adjustable is set.
-  double dEpsRe = 0;  // derivative of the complex response by value
-  double dEpsIm = 0;
-  double dScalar = 0;  // derivative of the real row sum by value
-  std::array<double, kQuantityCount> dQuantity{};
+  SavedSlopes savedSlopes;  // written by TakeOverSlopes alone
 
   std::uint32_t reserved = 0;  // no meaning; kept in the model file
 };

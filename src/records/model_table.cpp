@@ -53,7 +53,7 @@ std::array<ModelParam, kExpParamCount> DefaultExpParams() {
 Model* GetModelByNumber(ParamTables& tables, std::uint32_t number) { return FindModel(tables, number); }
 const Model* GetModelByNumber(const ParamTables& tables, std::uint32_t number) { return FindModel(tables, number); }
 
-Model* GetModelByReal(ParamTables& tables, double number) {
+const Model* GetModelByReal(const ParamTables& tables, double number) {
   if (!(number >= 1 && number <= 4294967295.0) || std::trunc(number) != number) return nullptr;
   return GetModelByNumber(tables, static_cast<std::uint32_t>(number));
 }

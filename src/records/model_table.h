@@ -12,7 +12,7 @@ namespace kalvex {
 Model* GetModelByNumber(ParamTables& tables, std::uint32_t number);
 const Model* GetModelByNumber(const ParamTables& tables, std::uint32_t number);
 // The model whose number a parameter holds: null unless the value is a whole number other than 0.
-Model* GetModelByReal(ParamTables& tables, double number);
+const Model* GetModelByReal(const ParamTables& tables, double number);
 
 int CountModels(const ParamTables& tables);
 std::vector<std::uint32_t> ListModelNumbers(const ParamTables& tables);

@@ -210,7 +210,7 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
   statement.Real("XMin", what.xMin).Real("XMax", what.xMax).Int("XPts", what.points);
   statement.Int("XMethod", what.onMesh ? 2 : 1).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
   return DoOutside({"export a curve", statement.Done(), {}, kOnFiles}, [&] {
-    const int status = kalvex::ExportModelCurve(eval_, number ? ModelOf(*number) : nullptr, what, file);
+    const int status = kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file);
     if (status < 0) return CannotWrite(file);
     if (status != kOldValues) return Status();
     return Status(

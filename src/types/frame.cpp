@@ -23,7 +23,7 @@ TypeScratch& NextLevel(EvalContext& ctx) {
   return level;
 }
 
-bool HasFreeParam(Model& model) {
+bool HasFreeParam(const Model& model) {
   bool any = false;
   ForEachParam(model, [&](const ModelParam& param) { any = any || param.adjustable; });
   return any;
@@ -40,8 +40,8 @@ bool NamesModel(CellUse use) {
 }
 
 // Rows of a special model have no part in its own mesh.
-void ClearRowSlopes(Model& model) {
-  ForEachParam(model, [](ModelParam& param) { param.dEpsRe = param.dEpsIm = 0; });
+void ClearRowSlopes(EvalContext& ctx, const Model& model) {
+  ForEachParam(model, SlopesOf(ctx, model), [](const ModelParam&, ParamSlopes& slopes) { slopes.PutEps(0, 0); });
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ int TypeInputs<T>::TruncatedSetting(double value) {
 template class TypeInputs<double>;
 template class TypeInputs<TypeDual>;
 
-TypeRun::TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+TypeRun::TypeRun(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
                  std::span<const int> asked)
     : ctx_(ctx), model_(model), map_(map), fills_(fills), asked_(asked), scratch_(NextLevel(ctx)) {}
 
@@ -91,6 +91,13 @@ const RowCell& TypeRun::CellOf(int i) const {
   return map_.group[(at - map_.head.size()) % map_.group.size()];
 }
 
+ParamSlopes* TypeRun::SlopesOfOwn(int i) {
+  if (!scratch_.param[static_cast<std::size_t>(i)]) return nullptr;
+  const RowCell& cell = CellOf(i);
+  if (cell.use == CellUse::kExperimental) return &ctx_.slopes.ExpParams[static_cast<std::size_t>(cell.row)];
+  return &Cell(SlopesOf(ctx_, model_), scratch_.row[static_cast<std::size_t>(i)], cell.column);
+}
+
 bool TypeRun::IsEvaluatedPartner(int i) const {
   return IsEvaluated(CellOf(i).use) && scratch_.partner[static_cast<std::size_t>(i)];
 }
@@ -108,6 +115,7 @@ int TypeRun::ReadRows() {
   scratch_.partner.assign(count, nullptr);
   scratch_.partnerX.assign(count, 0);
   scratch_.param.assign(count, nullptr);
+  scratch_.row.resize(count);
   scratch_.quantities.resize(count);
   for (std::size_t i = 0; i < count; ++i) {
     const int index = static_cast<int>(i);
@@ -120,7 +128,8 @@ int TypeRun::ReadRows() {
     const bool inGroup = i >= map_.head.size();
     const auto group = inGroup ? static_cast<int>((i - map_.head.size()) / map_.group.size()) : 0;
     const int row = cell.row + (inGroup ? map_.groupStart + group * map_.groupRows : 0);
-    ModelParam* const param = row < rows ? &Cell(model_, row, cell.column) : nullptr;
+    scratch_.row[i] = row;
+    const ModelParam* const param = row < rows ? &Cell(model_, row, cell.column) : nullptr;
     scratch_.raw[i] = param ? param->value : cell.absent;
     if (cell.use == CellUse::kOwn) scratch_.param[i] = param;
     if (cell.use == CellUse::kOwnMesh && HasVdf(model_) && TypeInputs<double>(scratch_, map_, 0).setting(index) != 0) {
@@ -146,10 +155,11 @@ void TypeRun::Ask(int i, double x, bool derivatives) {
   } else if (use == CellUse::kOwnMesh) {
     scratch_.at[at] = {};
     if (!scratch_.partner[at]) return;
-    if (derivatives) ClearRowSlopes(model_);
-    scratch_.at[at] = EvalVdf(model_.vdf, x, derivatives);
+    if (derivatives) ClearRowSlopes(ctx_, model_);
+    scratch_.at[at] =
+        EvalVdf(model_.vdf, x, derivatives ? std::span(SlopesOf(ctx_, model_).mesh) : std::span<MeshSlopes>());
   } else if (IsResponse(use)) {
-    Model* const partner = scratch_.partner[at];
+    const Model* const partner = scratch_.partner[at];
     scratch_.at[at] = partner ? EpsSum(ctx_, *partner, x, derivatives && use != CellUse::kReference) : Cplx{1, 0};
   } else {
     scratch_.at[at] = {scratch_.raw[at], 0};
@@ -174,14 +184,14 @@ double* TypeRun::ColumnOf(int i, int slot) {
 int TypeRun::AskEvaluated(int i, double x, bool derivatives) {
   if (derivatives) {
     scratch_.free.clear();
-    ForEachFreeParam(*ctx_.params, [&](ModelParam& param) { scratch_.free.push_back(&param); });
+    ForEachFreeParam(*ctx_.params, ctx_.slopes, [&](ParamSlopes& slopes) { scratch_.free.push_back(&slopes); });
     scratch_.columns.resize(InputCount() * AskedCount() * scratch_.free.size());
     for (std::size_t s = 0; s < AskedCount(); ++s) ClearColumns(Asked(s));
   }
   QuantitySet set = 0;
   for (std::size_t s = 0; s < AskedCount(); ++s) set = static_cast<QuantitySet>(set | SetOf(Asked(s)));
   const WantedForPartner wanted(ctx_.quantities, set);
-  if (EvalModel(ctx_, *scratch_.partner[static_cast<std::size_t>(i)], x, derivatives) != 0) return -1;
+  if (EvalPartner(ctx_, *scratch_.partner[static_cast<std::size_t>(i)], x, derivatives) != 0) return -1;
   for (std::size_t s = 0; s < AskedCount(); ++s) {
     const auto q = static_cast<std::size_t>(Asked(s));
     scratch_.quantities[static_cast<std::size_t>(i)][q] = ctx_.quantities[q].value;
@@ -239,15 +249,15 @@ void TypeRun::MakeDuals(int first) {
 
 void TypeRun::Store(const Slots<double>& values) {
   ForEachWanted([&](int q, Quantity& quantity) {
-    quantity.value = values[static_cast<std::size_t>(q)];
-    quantity.dExp.fill(0);
+    quantity.Put(values[static_cast<std::size_t>(q)]);
+    quantity.ClearExp();
   });
 }
 
 void TypeRun::StoreMaterial(const Cplx& eps, double x, bool derivatives) {
   const QuantityInput input = QuantityInputAt(ctx_, x, derivatives);
   ForEachWanted([&](int q, Quantity& quantity) {
-    quantity.dExp.fill(0);
+    quantity.ClearExp();
     QuantityOfEps(input, eps, q, quantity);
   });
 }
@@ -267,13 +277,12 @@ void TypeRun::ChainOfMaterial() {
 }
 
 void TypeRun::ClearColumns(int quantity) {
-  const auto q = static_cast<std::size_t>(quantity);
-  for (ModelParam* const param : scratch_.free) param->dQuantity[q] = 0;
-  for (Model* const partner : scratch_.partner) {
+  for (ParamSlopes* const slopes : scratch_.free) slopes->Put(quantity, 0);
+  for (const Model* const partner : scratch_.partner) {
     if (partner) ClearDerivativeColumn(ctx_, *partner, quantity);
   }
-  for (ModelParam& param : ctx_.params->ExpParams) {
-    if (param.adjustable) param.dQuantity[q] = 0;
+  for (std::size_t k = 0; k < kExpParamCount; ++k) {
+    if (ctx_.params->ExpParams[k].adjustable) ctx_.slopes.ExpParams[k].Put(quantity, 0);
   }
 }
 
@@ -285,7 +294,7 @@ void TypeRun::AddEvaluated(int quantity) {
       if (slope == 0) continue;
       const double* const column = ColumnOf(static_cast<int>(i), static_cast<int>(s));
       for (std::size_t p = 0; p < scratch_.free.size(); ++p) {
-        scratch_.free[p]->dQuantity[static_cast<std::size_t>(quantity)] += slope * column[p];
+        scratch_.free[p]->Add(quantity, slope * column[p]);
       }
     }
   }
@@ -296,11 +305,11 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
   const std::array<double, kExpParamCount> ofMaterial = dExp;
   Quantity& of = ctx_.quantities[q];
   ClearColumns(quantity);
-  of.dExp.fill(0);
+  of.ClearExp();
   for (std::size_t i = 0; i < InputCount(); ++i) {
     const int direction = scratch_.direction[i];
     if (direction < 0 || !IsResponse(CellOf(static_cast<int>(i)).use)) continue;
-    Model& partner = *scratch_.partner[i];
+    const Model& partner = *scratch_.partner[i];
     // The same model asked at another frequency has overwritten the slopes of this response.
     const bool overwritten =
         derivatives_ && std::any_of(scratch_.partner.begin(), scratch_.partner.end(), [&](auto& p) {
@@ -314,15 +323,18 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
   }
   of.dExp = ofMaterial;
   for (std::size_t k = 0; k < kExpParamCount; ++k) {
-    ModelParam& param = ctx_.params->ExpParams[k];
-    if (param.adjustable) param.dQuantity[q] += ofMaterial[k];
+    if (ctx_.params->ExpParams[k].adjustable) ctx_.slopes.ExpParams[k].Add(quantity, ofMaterial[k]);
   }
   AddEvaluated(quantity);
   for (std::size_t i = 0; i < InputCount(); ++i) {
     if (!scratch_.param[i] || scratch_.direction[i] < 0) continue;
-    double& column = scratch_.param[i]->dQuantity[q];
     const double slope = Slope(quantity, scratch_.direction[i]);
-    column = CellOf(static_cast<int>(i)).use == CellUse::kExperimental ? column + slope : slope;
+    ParamSlopes& slopes = *SlopesOfOwn(static_cast<int>(i));
+    if (CellOf(static_cast<int>(i)).use == CellUse::kExperimental) {
+      slopes.Add(quantity, slope);
+    } else {
+      slopes.Put(quantity, slope);
+    }
   }
 }
 
@@ -332,7 +344,7 @@ int TypeRun::SeedEvaluated(int i) {
     const int quantity = Asked(s);
     const WantedForPartner wanted(ctx_.quantities, SetOf(quantity));
     ClearColumns(quantity);
-    if (EvalModelAfter(ctx_, *scratch_.partner[static_cast<std::size_t>(i)]) != 0) return -1;
+    if (EvalPartnerAfter(ctx_, *scratch_.partner[static_cast<std::size_t>(i)]) != 0) return -1;
     double* const column = ColumnOf(i, static_cast<int>(s));
     for (std::size_t p = 0; p < scratch_.free.size(); ++p) {
       column[p] = scratch_.free[p]->dQuantity[static_cast<std::size_t>(quantity)] != 0 ? 1 : 0;
@@ -366,23 +378,23 @@ void TypeRun::SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, dou
   }
 }
 
-int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, Parts parts, IdleInputs idle) {
   TypeRun run(ctx, model, map, fills, asked);
   if (const int status = run.ReadRows()) return status;
   TypeScratch& scratch = run.scratch_;
-  ForEachFreeParam(*ctx.params, [&](ModelParam& param) { scratch.free.push_back(&param); });
+  ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { scratch.free.push_back(&slopes); });
   scratch.columns.assign(run.InputCount() * run.AskedCount() * scratch.free.size(), 0);
   const int count = static_cast<int>(run.InputCount());
   for (int i = 0; i < count; ++i) {
     if (run.IsEvaluatedPartner(i) && run.SeedEvaluated(i) != 0) return -1;
   }
   for (int i = 0; i < count; ++i) {
-    Model* const partner = scratch.partner[static_cast<std::size_t>(i)];
+    const Model* const partner = scratch.partner[static_cast<std::size_t>(i)];
     if (!partner || !IsResponse(run.CellOf(i).use)) continue;
     if (run.CellOf(i).use == CellUse::kOwnMesh) {
-      ClearRowSlopes(model);
-      VdfGradient(model.vdf);
+      ClearRowSlopes(ctx, model);
+      VdfGradient(model.vdf, SlopesOf(ctx, model).mesh);
     } else {
       SeedDependencies(ctx, *partner);
     }
@@ -390,7 +402,7 @@ int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::spa
   run.CountDirections();
   const std::uint64_t counting = idle ? ~idle(TypeInputs<double>(scratch, map, 0)) : kAllInputs;
   run.ForEachWanted([&](int q, Quantity& quantity) {
-    quantity.dExp.fill(0);
+    quantity.ClearExp();
     if (parts != Parts::kOwn) {
       DependencyStub(q, quantity);
       const bool apart = parts == Parts::kApart;
@@ -406,7 +418,7 @@ int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::spa
   return 0;
 }
 
-Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column) {
+const Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column) {
   return GetModelByReal(*ctx.params, Cell(model, row, column).value);
 }
 

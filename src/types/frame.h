@@ -28,6 +28,9 @@
 //     template <class T> static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q);
 // Prepare reads own numbers and settings only, no partner and no frequency. The frame keeps its table, also those of
 // the passes over the directions of derivatives, until one of them changes.
+//
+// A type lists those of these members that it need not have, as `static constexpr Hooks kHooks = hook::kIdle |
+// hook::kPrepare;`. One that is listed and not found as it should be, or found and not listed, does not compile.
 #pragma once
 
 #include <algorithm>
@@ -136,7 +139,7 @@ using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
 // through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
 class TypeRun {
  public:
-  TypeRun(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+  TypeRun(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
           std::span<const int> asked = {});
   TypeRun(const TypeRun&) = delete;
   TypeRun& operator=(const TypeRun&) = delete;
@@ -150,6 +153,8 @@ class TypeRun {
   int AskAll(double x, bool derivatives);
   // Numbers the directions in which derivatives are wanted, and makes room for them.
   void CountDirections();
+  // The slopes by the number that input i is, if that can be fitted, else null. With derivatives only.
+  ParamSlopes* SlopesOfOwn(int i);
 
   int Directions() const { return directions_; }
   double& Slope(int quantity, int direction) {
@@ -171,11 +176,11 @@ class TypeRun {
 
   TypeScratch& scratch() { return scratch_; }
   EvalContext& context() { return ctx_; }
-  Model& model() { return model_; }
+  const Model& model() const { return model_; }
   std::size_t InputCount() const { return scratch_.raw.size(); }
 
  private:
-  friend int MarkDependencies(EvalContext&, Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
+  friend int MarkDependencies(EvalContext&, const Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
                               Parts, IdleInputs);
   std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
   int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
@@ -192,7 +197,7 @@ class TypeRun {
   void ChainQuantity(int quantity, const std::array<double, kExpParamCount>& dExp);
 
   EvalContext& ctx_;
-  Model& model_;
+  const Model& model_;
   const RowMap& map_;
   std::span<const SlotUse> fills_;
   std::span<const int> asked_;  // Quantities of evaluated partners; empty: those of the fills, each by each
@@ -203,7 +208,7 @@ class TypeRun {
 };
 
 // The after-step: what each wanted Quantity depends on.
-int MarkDependencies(EvalContext& ctx, Model& model, const RowMap& map, std::span<const SlotUse> fills,
+int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, Parts parts, IdleInputs idle);
 
 // An evaluation of a partner asks for Quantities of its own, or for those that are wanted anyway, to be read while this
@@ -222,7 +227,7 @@ class WantedForPartner {
 };
 
 // The model that an element of the rows names, null if there is none of that number.
-Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
+const Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
 
 template <class Type>
 constexpr RowMap MapOf(RowRule rows) {
@@ -407,8 +412,56 @@ void FillSlopes(TypeRun& run, const RowMap& map, double x) {
   }
 }
 
+// The members that the frame looks for and does without.
+using Hooks = unsigned;
+namespace hook {
+inline constexpr Hooks kFrequencyOf = 1, kKeep = 2, kIdle = 4, kAdmits = 8, kPrepare = 16, kAsked = 32,
+                       kSumOfPartners = 64;
+}  // namespace hook
+
+template <class Type>
+constexpr Hooks HooksFound() {
+  Hooks found = 0;
+  const auto add = [&](Hooks hook, bool is) { found |= is ? hook : 0; };
+  add(
+      hook::kFrequencyOf, requires(const TypeInputs<double>& in) {
+        { Type::FrequencyOf(in, 0) } -> std::same_as<double>;
+      });
+  add(
+      hook::kKeep, requires(TypeRun & run, const TypeInputs<double>& in) { Type::Keep(run, in); });
+  add(
+      hook::kIdle, requires(const TypeInputs<double>& in) {
+        { Type::Idle(in) } -> std::same_as<std::uint64_t>;
+      });
+  add(
+      hook::kAdmits, requires(const TypeInputs<double>& in) {
+        { Type::Admits(in) } -> std::same_as<bool>;
+      });
+  if constexpr (Prepares<Type>) {
+    add(
+        hook::kPrepare, requires(const TypeInputs<double>& in, typename Type::template Table<double>& table) {
+          Type::Prepare(in, table);
+        });
+  }
+  add(
+      hook::kAsked, requires { Type::kAsked; });
+  add(
+      hook::kSumOfPartners, requires { Type::kSumOfPartners; });
+  return found;
+}
+
+template <class Type>
+constexpr Hooks HooksListed() {
+  if constexpr (requires { Type::kHooks; }) {
+    return Type::kHooks;
+  } else {
+    return 0;
+  }
+}
+
 template <class Type, RowRule kRows, bool kFitted>
-int EvaluateType(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateType(EvalContext& ctx, const Model& model, double x, bool derivatives) {
+  static_assert(HooksFound<Type>() == HooksListed<Type>(), "kHooks lists what the frame finds, and nothing else");
   const RowMap& map = kMapOf<Type, kRows>;
   TypeRun run(ctx, model, map, FillsOf<Type>(), AskedOf<Type>());
   if (const int status = run.ReadRows()) return status;
@@ -452,12 +505,12 @@ constexpr Parts PartsOf() {
 }
 
 template <class Type, RowRule kRows>
-int AfterType(EvalContext& ctx, Model& model) {
+int AfterType(EvalContext& ctx, const Model& model) {
   return MarkDependencies(ctx, model, kMapOf<Type, kRows>, FillsOf<Type>(), AskedOf<Type>(), PartsOf<Type>(),
                           IdleOf<Type>());
 }
 
-inline int AfterNothing(EvalContext&, Model&) { return 0; }
+inline int AfterNothing(EvalContext&, const Model&) { return 0; }
 
 // A type whose parameters, and those of its partners, can be fitted.
 template <class Type, RowRule kRows>

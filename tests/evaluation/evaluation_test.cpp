@@ -19,6 +19,12 @@ namespace {
 
 using Std = std::complex<double>;
 
+// The slopes by the parameters of a model, as an evaluation starts with them.
+ModelSlopes& SlopesFromSaved(Tables& program, const Model& model) {
+  StartFromSaved(program.eval.slopes, program.params);
+  return SlopesOf(program.eval, model);
+}
+
 Std Oscillator(double w, double wo, double wp, double g) { return wp * wp / Std(wo * wo - w * w, -w * g); }
 
 TEST(EpsSum, AddsTheRowsToEpsInf) {
@@ -56,30 +62,35 @@ TEST(EpsSum, UnequalCountsAddThePreviousContributionOnceMore) {
 TEST(EpsSum, OfTwoBaseRowsTheLaterCountsAndTheOtherHasSlopeZero) {
   Tables program;
   Model& model = NewModel(program, {{-1000, 5, 0}, {-1000, 6, 0}}, 0);
-  Cell(model, 0, Wp).dEpsRe = 9;
+  Cell(model, 0, Wp).savedSlopes.dEpsRe = 9;
+  ModelSlopes& slopes = SlopesFromSaved(program, model);
   EXPECT_EQ(EpsSum(program.eval, model, 320, true), (Cplx{6, 0}));
-  EXPECT_EQ(Cell(model, 0, Wp).dEpsRe, 0);
-  EXPECT_EQ(Cell(model, 1, Wp).dEpsRe, 1);
-  EXPECT_EQ(Cell(model, 1, G).dEpsRe, 0);
+  EXPECT_EQ(Cell(slopes, 0, Wp).dEpsRe, 0);
+  EXPECT_EQ(Cell(slopes, 1, Wp).dEpsRe, 1);
+  EXPECT_EQ(Cell(slopes, 1, G).dEpsRe, 0);
 }
 
 TEST(EpsSum, FactorsWithoutABaseAddNothingAndKeepTheirSlopes) {
   Tables program;
   Model& model = NewModel(program, {{-1002, 400, 8}, {-1001, 300, 4}}, 2);
-  Cell(model, 0, Wp).dEpsRe = 9;
-  Cell(model, 1, G).dEpsIm = 8;
+  Cell(model, 0, Wp).savedSlopes.dEpsRe = 9;
+  Cell(model, 1, G).savedSlopes.dEpsIm = 8;
+  program.eval.notesFormer = true;
+  ModelSlopes& slopes = SlopesFromSaved(program, model);
   EXPECT_EQ(EpsSum(program.eval, model, 320, true), (Cplx{2, 0}));
-  EXPECT_EQ(Cell(model, 0, Wp).dEpsRe, 9);
-  EXPECT_EQ(Cell(model, 1, G).dEpsIm, 8);
+  EXPECT_EQ(Cell(slopes, 0, Wp).dEpsRe, 9);
+  EXPECT_EQ(Cell(slopes, 1, G).dEpsIm, 8);
+  EXPECT_TRUE(Cell(slopes, 0, Wp).formerEps && Cell(slopes, 1, G).formerEps);
 }
 
 TEST(EpsSum, ACodeWithoutMeaningAddsNothingAndHasNoSlopes) {
   Tables program;
   Model& model = NewModel(program, {{-999, 400, 8}, {-1, 50, 5}}, 2);
-  Cell(model, 0, Wp).dEpsRe = 9;
+  Cell(model, 0, Wp).savedSlopes.dEpsRe = 9;
+  ModelSlopes& slopes = SlopesFromSaved(program, model);
   EXPECT_EQ(EpsSum(program.eval, model, 320, true), (Cplx{2, 0}));
-  EXPECT_EQ(Cell(model, 0, Wp).dEpsRe, 0);
-  EXPECT_EQ(Cell(model, 1, Wp).dEpsRe, 0);
+  EXPECT_EQ(Cell(slopes, 0, Wp).dEpsRe, 0);
+  EXPECT_EQ(Cell(slopes, 1, Wp).dEpsRe, 0);
 }
 
 TEST(EpsSum, TheOverrideTakesTheFrequencyFromTheScalingFactorOfT) {
@@ -94,15 +105,16 @@ TEST(EpsSum, TheOverrideTakesTheFrequencyFromTheScalingFactorOfT) {
 TEST(DependencySeed, MarksPlainRowsAndCompleteTermsOnly) {
   Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 0}, {-1002, 400, 8}, {-1001, 300, 4}, {-999, 1, 1}});
+  ModelSlopes& slopes = SlopesFromSaved(program, model);
   SeedDependencies(program.eval, model);
-  EXPECT_EQ(model.epsInf.dEpsRe, 1);
-  EXPECT_EQ(model.epsInf.dEpsIm, 0);
+  EXPECT_EQ(slopes.epsInf.dEpsRe, 1);
+  EXPECT_EQ(slopes.epsInf.dEpsIm, 0);
   const double expected[5][3] = {{1, 1, 1}, {0, 1, 0}, {0, 1, 1}, {0, 1, 1}, {0, 0, 0}};
   for (int r = 0; r < 5; ++r) {
     for (int c = 0; c < 3; ++c) {
       if (!Cell(model, r, c).adjustable) continue;
-      EXPECT_EQ(Cell(model, r, c).dEpsRe, expected[r][c]) << r << c;
-      EXPECT_EQ(Cell(model, r, c).dEpsIm, expected[r][c]) << r << c;
+      EXPECT_EQ(Cell(slopes, r, c).dEpsRe, expected[r][c]) << r << c;
+      EXPECT_EQ(Cell(slopes, r, c).dEpsIm, expected[r][c]) << r << c;
     }
   }
 }
@@ -119,18 +131,20 @@ TEST(ScalarSum, AddsTheWeightsOfTheRowsAndLeavesEpsInfOut) {
 TEST(ScalarSum, ACompleteTermWithoutAWeightMakesItZero) {
   Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 0}});
+  ModelSlopes& slopes = SlopesFromSaved(program, model);
   EXPECT_EQ(ScalarSum(program.eval, model, 250, true), 0);
-  EXPECT_EQ(Cell(model, 1, Wp).dScalar, 0);
+  EXPECT_EQ(Cell(slopes, 1, Wp).dScalar, 0);
 }
 
 TEST(ScalarSum, ItsSeedMarksPlainRowsAndTermsWithoutRegardToFactors) {
   Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 7}, {-1001, 3, 4}});
+  ModelSlopes& slopes = SlopesFromSaved(program, model);
   SeedScalarDependencies(program.eval, model);
-  EXPECT_EQ(Cell(model, 0, G).dScalar, 1);
-  EXPECT_EQ(Cell(model, 1, Wp).dScalar, 1);
-  EXPECT_EQ(Cell(model, 1, G).dScalar, 0);
-  EXPECT_EQ(Cell(model, 2, Wp).dScalar, 0);
+  EXPECT_EQ(Cell(slopes, 0, G).dScalar, 1);
+  EXPECT_EQ(Cell(slopes, 1, Wp).dScalar, 1);
+  EXPECT_EQ(Cell(slopes, 1, G).dScalar, 0);
+  EXPECT_EQ(Cell(slopes, 2, Wp).dScalar, 0);
 }
 
 class Chains : public testing::Test {
@@ -140,14 +154,15 @@ class Chains : public testing::Test {
     model.vdf.mesh.resize(2);
     for (VdfMeshPoint& point : model.vdf.mesh) point.e1.adjustable = point.e2.adjustable = 1;
     program.params.ExpParams[4].adjustable = 1;
+    MakeRoom(program.eval.slopes, program.params);
     double number = 1;
-    ForEachParam(model, [&](ModelParam& param) {
-      param.dEpsRe = number++;
-      param.dEpsIm = 10 * number;
-      param.dScalar = 100 * number;
-      param.dQuantity.fill(0.5);
+    ForEachParam(model, SlopesOf(program.eval, model), [&](const ModelParam&, ParamSlopes& slopes) {
+      slopes.dEpsRe = number++;
+      slopes.dEpsIm = 10 * number;
+      slopes.dScalar = 100 * number;
+      slopes.dQuantity.fill(0.5);
     });
-    program.params.ExpParams[4].dQuantity.fill(0.5);
+    program.eval.slopes.ExpParams[4].dQuantity.fill(0.5);
     Cell(model, 0, Wp).adjustable = 0;
     Quantity& of = program.eval.quantities[kRefl];
     of.dRe = 2;
@@ -160,12 +175,12 @@ class Chains : public testing::Test {
 
   template <class Expected>
   void ExpectColumn(Expected expected, double expParam) {
-    ForEachParam(model, [&](const ModelParam& p) {
-      EXPECT_EQ(p.dQuantity[kRefl], p.adjustable ? expected(p) : 0.5);
+    ForEachParam(model, SlopesOf(program.eval, model), [&](const ModelParam& param, const ParamSlopes& p) {
+      EXPECT_EQ(p.dQuantity[kRefl], param.adjustable ? expected(p) : 0.5);
       EXPECT_EQ(p.dQuantity[kTrans], 0.5);
     });
-    EXPECT_EQ(program.params.ExpParams[4].dQuantity[kRefl], expParam);
-    EXPECT_EQ(program.params.ExpParams[5].dQuantity[kRefl], 0);
+    EXPECT_EQ(program.eval.slopes.ExpParams[4].dQuantity[kRefl], expParam);
+    EXPECT_EQ(program.eval.slopes.ExpParams[5].dQuantity[kRefl], 0);
   }
 
   Tables program;
@@ -174,21 +189,21 @@ class Chains : public testing::Test {
 
 TEST_F(Chains, ClearZeroesTheColumnOfAllThatIsFree) {
   ClearDerivativeColumn(program.eval, model, kRefl);
-  ExpectColumn([](const ModelParam&) { return 0.0; }, 0);
+  ExpectColumn([](const ParamSlopes&) { return 0.0; }, 0);
 }
 
 TEST_F(Chains, SetReplacesAndAddAdds) {
   SetChain(program.eval, model, kRefl);
-  ExpectColumn([](const ModelParam& p) { return 2 * p.dEpsRe + 3 * p.dEpsIm; }, 13);
+  ExpectColumn([](const ParamSlopes& p) { return 2 * p.dEpsRe + 3 * p.dEpsIm; }, 13);
   AddChain(program.eval, model, kRefl);
-  ExpectColumn([](const ModelParam& p) { return 2 * (2 * p.dEpsRe + 3 * p.dEpsIm); }, 26);
+  ExpectColumn([](const ParamSlopes& p) { return 2 * (2 * p.dEpsRe + 3 * p.dEpsIm); }, 26);
 }
 
 TEST_F(Chains, MuAndScalarLeaveTheExperimentalParametersAlone) {
   SetChainForMu(program.eval, model, kRefl);
-  ExpectColumn([](const ModelParam& p) { return 7 * p.dEpsRe + 11 * p.dEpsIm; }, 0.5);
+  ExpectColumn([](const ParamSlopes& p) { return 7 * p.dEpsRe + 11 * p.dEpsIm; }, 0.5);
   SetChainForScalar(program.eval, model, kRefl);
-  ExpectColumn([](const ModelParam& p) { return 5 * p.dScalar; }, 0.5);
+  ExpectColumn([](const ParamSlopes& p) { return 5 * p.dScalar; }, 0.5);
 }
 
 TEST(EvalModel, DerivativesByEveryParameterAgreeWithDifferenceQuotients) {
@@ -202,7 +217,7 @@ TEST(EvalModel, DerivativesByEveryParameterAgreeWithDifferenceQuotients) {
     for (ModelParam& param : program.params.ExpParams) params.push_back(&param);
     for (ModelParam* const param : params) {
       if (!param->adjustable) continue;
-      const double slope = param->dQuantity[static_cast<std::size_t>(q)], value = param->value;
+      const double slope = param->savedSlopes.dQuantity[static_cast<std::size_t>(q)], value = param->value;
       const SlopeEstimate judge = RiddersSlope(
           [&](double x) {
             param->value = x;
@@ -220,21 +235,19 @@ TEST(EvalModel, TheDependencyPassMarksExactlyTheParametersThatMatter) {
   Model& model = NewModel(program, {{100, 200, 10}, {-999, 3, 4}, {-1000, 5, 0}});
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
   for (int q = 0; q < kQuantityCount; ++q) {
-    for (ModelParam& param : program.params.ExpParams) param.dQuantity.fill(0);
-    ForEachParam(model, [](ModelParam& param) { param.dQuantity.fill(0); });
     // An experimental slope that an earlier Quantity left must not count for this one.
     program.eval.quantities = {};
     WantOnly(program.eval.quantities, SetOf(q));
-    EvalModelAfter(program.eval, model);
+    FindDependencies(program, model);
     std::vector<bool> marked;
     const auto at = static_cast<std::size_t>(q);
-    ForEachParam(model, [&](const ModelParam& param) { marked.push_back(param.dQuantity[at] != 0); });
-    for (const ModelParam& param : program.params.ExpParams) marked.push_back(param.dQuantity[at] != 0);
+    ForEachParam(model, [&](const ModelParam& param) { marked.push_back(param.savedSlopes.dQuantity[at] != 0); });
+    for (const ModelParam& param : program.params.ExpParams) marked.push_back(param.savedSlopes.dQuantity[at] != 0);
     QuantityAt(program, model, q, 140, true);
     std::size_t i = 0;
     const auto compare = [&](const ModelParam& param) {
       // The imaginary part does not feel a constant: the pass may mark more, never less.
-      EXPECT_TRUE(!param.adjustable || param.dQuantity[at] == 0 || marked[i]) << q << ' ' << i;
+      EXPECT_TRUE(!param.adjustable || param.savedSlopes.dQuantity[at] == 0 || marked[i]) << q << ' ' << i;
       ++i;
     };
     ForEachParam(model, compare);
@@ -286,13 +299,13 @@ TEST_F(Differential, IsTheLinearChangeOfEachQuantity) {
 }
 
 TEST_F(Differential, OnlyTheChangeHasDerivatives) {
-  reference.epsInf.dQuantity.fill(0.5);
-  Cell(model, 0, Wp).dQuantity.fill(0.5);
+  reference.epsInf.savedSlopes.dQuantity.fill(0.5);
+  Cell(model, 0, Wp).savedSlopes.dQuantity.fill(0.5);
   QuantityAt(program, model, kRefl, 130, true);
-  EXPECT_EQ(reference.epsInf.dQuantity[kRefl], 0.5);
-  EXPECT_EQ(Cell(model, 0, Wp).dQuantity[kRefl], 0.5);
+  EXPECT_EQ(reference.epsInf.savedSlopes.dQuantity[kRefl], 0.5);
+  EXPECT_EQ(Cell(model, 0, Wp).savedSlopes.dQuantity[kRefl], 0.5);
   for (ModelParam* const param : {&change.epsInf, &Cell(change, 0, Wo), &Cell(change, 0, Wp), &Cell(change, 0, G)}) {
-    const double slope = param->dQuantity[kRefl], value = param->value;
+    const double slope = param->savedSlopes.dQuantity[kRefl], value = param->value;
     const SlopeEstimate judge = RiddersSlope(
         [&](double x) {
           param->value = x;
@@ -319,12 +332,10 @@ TEST_F(Differential, OneRowChangesNothingAndAMissingModelFails) {
 }
 
 TEST_F(Differential, TheDependencyPassMarksTheChangeAlone) {
-  reference.epsInf.dQuantity.fill(0);
-  change.epsInf.dQuantity.fill(0);
   WantOnly(program.eval.quantities, SetOf(kRefl));
-  EXPECT_EQ(EvalModelAfter(program.eval, model), 0);
-  EXPECT_EQ(reference.epsInf.dQuantity[kRefl], 0);
-  EXPECT_NE(change.epsInf.dQuantity[kRefl], 0);
+  EXPECT_EQ(FindDependencies(program, model), 0);
+  EXPECT_EQ(reference.epsInf.savedSlopes.dQuantity[kRefl], 0);
+  EXPECT_NE(change.epsInf.savedSlopes.dQuantity[kRefl], 0);
 }
 
 TEST_F(Differential, ASpectrumEqualsTheSingleFrequencies) {
@@ -341,7 +352,7 @@ TEST_F(Differential, ASpectrumEqualsTheSingleFrequencies) {
       for (std::size_t i = 0; i < block.count; ++i, ++seen) {
         EXPECT_EQ(block.first + i, seen);
         EXPECT_NEAR(block.Value(kRefl, i), QuantityAt(program, *any, kRefl, x[seen], true), 1e-15);
-        EXPECT_TRUE(any != &model || block.Slope(0, kRefl, i) == Cell(change, 0, Wp).dQuantity[kRefl]);
+        EXPECT_TRUE(any != &model || block.Slope(0, kRefl, i) == Cell(change, 0, Wp).savedSlopes.dQuantity[kRefl]);
       }
     });
     EXPECT_EQ(seen, x.size());

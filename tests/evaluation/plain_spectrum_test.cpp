@@ -78,7 +78,8 @@ TEST_P(SpectrumOfAMesh, EqualsTheSingleFrequencyForm) {
         if (!Contains(slow.wanted[block.first + i], q)) continue;
         EXPECT_CLOSE(block.Value(q, i), slow.Reference(block.first + i, q), kChain);
         for (std::size_t k = 0; k < slow.places.size(); ++k) {
-          const double slope = ParamAt(slow.program.params, slow.places[k]).dQuantity[static_cast<std::size_t>(q)];
+          const double slope =
+              SlopesAt(slow.program.eval.slopes, slow.places[k]).dQuantity[static_cast<std::size_t>(q)];
           EXPECT_NEAR(block.Slope(k, q, i), slope, 1e-12 * (1 + std::fabs(slope))) << q << ' ' << k;
         }
       }

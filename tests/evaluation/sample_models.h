@@ -40,9 +40,21 @@ inline std::vector<ParamPlace> AllFreePlaces(const Tables& program) {
   return places;
 }
 
-inline double QuantityAt(Tables& program, Model& model, int quantity, double x, bool derivatives = false) {
+// The evaluation with derivatives, and the dependency pass; the parameters take over their slopes.
+inline int EvalWithSlopes(Tables& program, const Model& model, double x) {
+  const int status = EvalModel(program.eval, model, x, true);
+  TakeOverSlopes(program.params, program.eval.slopes);
+  return status;
+}
+inline int FindDependencies(Tables& program, const Model& model) {
+  const int status = EvalModelAfter(program.eval, model);
+  TakeOverSlopes(program.params, program.eval.slopes);
+  return status;
+}
+
+inline double QuantityAt(Tables& program, const Model& model, int quantity, double x, bool derivatives = false) {
   WantOnly(program.eval.quantities, SetOf(quantity));
-  EvalModel(program.eval, model, x, derivatives);
+  derivatives ? EvalWithSlopes(program, model, x) : EvalModel(program.eval, model, x, false);
   return program.eval.quantities[static_cast<std::size_t>(quantity)].value;
 }
 

@@ -59,6 +59,7 @@ Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Mode
     }
   });
   EXPECT_EQ(next, spectrum.x.size());
+  if (spectrum.derivatives) TakeOverSlopes(program.params, program.eval.slopes);
   const std::vector<double> left = NumbersLeftIn(program);
   outcome.numbers.insert(outcome.numbers.end(), left.begin(), left.end());
   outcome.shared = program.eval.team != nullptr;
@@ -146,13 +147,14 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
 
 // Gives the number of its row times x; in a range of frequencies it fails with a status, in another it gives up
 // without one. What it left at the frequency before counts there.
-int EvaluateFrail(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateFrail(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (x > Cell(model, 0, Wp).value && x < Cell(model, 0, G).value) return -3;
   if (x > Cell(model, 1, Wp).value && x < Cell(model, 1, G).value) return 0;
-  for (std::size_t q = 0; q < ctx.quantities.size(); ++q) {
-    if (!ctx.quantities[q].wanted) continue;
-    ctx.quantities[q].value = Cell(model, 0, Wo).value * std::sin(x);
-    if (derivatives) Cell(model, 0, Wo).dQuantity[q] = std::sin(x);
+  for (int q = 0; q < kQuantityCount; ++q) {
+    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+    if (!quantity.wanted) continue;
+    quantity.Put(Cell(model, 0, Wo).value * std::sin(x));
+    if (derivatives) Cell(SlopesOf(ctx, model), 0, Wo).Put(q, std::sin(x));
   }
   return 0;
 }
@@ -167,7 +169,7 @@ std::function<Model&(Tables&)> Frail(double failsFrom, double failsTo, double id
     FixAll(&model, true);
     Cell(model, 0, Wo).adjustable = 1;
     for (Quantity& quantity : program.eval.quantities) quantity.value = 77;
-    Cell(model, 0, Wo).dQuantity.fill(99);
+    Cell(model, 0, Wo).savedSlopes.dQuantity.fill(99);
     return model;
   };
 }

@@ -43,7 +43,7 @@ void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, do
   const int status = EvalSpectrum(together.eval, fast, {x, all, true, places}, [&](const SpectrumBlock& block) {
     for (std::size_t i = 0; i < block.count; ++i, ++seen) {
       WantOnly(single.eval.quantities, wanted);
-      EvalModel(single.eval, slow, x[block.first + i], true);
+      EvalWithSlopes(single, slow, x[block.first + i]);
       for (const int q : quantities) {
         const double value = single.eval.quantities[static_cast<std::size_t>(q)].value;
         // A small reflectivity is what is left of amplitudes of order 1.
@@ -52,11 +52,12 @@ void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, do
         double largest = 0;
         for (const ParamPlace& place : places) {
           const ModelParam& param = ParamAt(single.params, place);
-          largest = std::max(largest, std::fabs(param.value * param.dQuantity[static_cast<std::size_t>(q)]));
+          largest =
+              std::max(largest, std::fabs(param.value * param.savedSlopes.dQuantity[static_cast<std::size_t>(q)]));
         }
         for (std::size_t k = 0; k < places.size(); ++k) {
           const ModelParam& param = ParamAt(single.params, places[k]);
-          const double slope = param.dQuantity[static_cast<std::size_t>(q)];
+          const double slope = param.savedSlopes.dQuantity[static_cast<std::size_t>(q)];
           const double room = tolerance * (std::fabs(slope) + largest / std::max(std::fabs(param.value), 1e-3));
           EXPECT_NEAR(block.Slope(k, q, i), slope, room) << q << ' ' << k << " at " << x[block.first + i];
         }
@@ -65,11 +66,13 @@ void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, do
   });
   EXPECT_EQ(status, 0);
   EXPECT_EQ(seen, kPoints);
+  TakeOverSlopes(together.params, together.eval.slopes);
   for (const int q : quantities) {
     const auto at = static_cast<std::size_t>(q);
     EXPECT_EQ(together.eval.quantities[at].value, single.eval.quantities[at].value);
     for (const ParamPlace& place : places) {
-      EXPECT_EQ(ParamAt(together.params, place).dQuantity[at], ParamAt(single.params, place).dQuantity[at]);
+      EXPECT_EQ(ParamAt(together.params, place).savedSlopes.dQuantity[at],
+                ParamAt(single.params, place).savedSlopes.dQuantity[at]);
     }
   }
 }

@@ -130,14 +130,14 @@ TEST_F(ModelFiles, EveryFieldHasItsPlace) {
     param.min = seed - 1e300;
     param.max = seed + 1e-300;
     SetName(param, "parameter");
-    param.dEpsRe = seed + 20;
-    param.dEpsIm = seed + 21;
-    for (std::size_t q = 0; q < param.dQuantity.size(); ++q) param.dQuantity[q] = seed + 22 + static_cast<double>(q);
+    param.savedSlopes.dEpsRe = seed + 20;
+    param.savedSlopes.dEpsIm = seed + 21;
+    auto& dQuantity = param.savedSlopes.dQuantity;
+    for (std::size_t q = 0; q < dQuantity.size(); ++q) dQuantity[q] = seed + 22 + static_cast<double>(q);
     param.reserved = 0xA1B2C3D4;
     param.useMin = 5;
     param.useMax = 6;
     param.coupling = static_cast<std::uint32_t>(seed) + 7;
-    param.dScalar = 1e99;  // not kept
   };
   const auto record = [](double seed) {
     std::string name = "parameter";
@@ -173,7 +173,7 @@ TEST_F(ModelFiles, BytesWrittenByHandLoad) {
   EXPECT_EQ(model.epsInf.min, -1);
   EXPECT_EQ(model.epsInf.max, 8);
   EXPECT_EQ(NameOf(model.epsInf), "constant");
-  EXPECT_EQ(model.epsInf.dQuantity[13], 3);
+  EXPECT_EQ(model.epsInf.savedSlopes.dQuantity[13], 3);
   ASSERT_EQ(RowCount(model), 1);
   EXPECT_EQ(Cell(model, 0, Wo).value, 50);
   EXPECT_EQ(Cell(model, 0, Wo).useMin, 1u);

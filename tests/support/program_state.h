@@ -9,10 +9,9 @@
 namespace kalvex {
 
 inline void AddNumbersOf(const ModelParam& param, std::vector<double>& numbers) {
-  for (const double number : {param.value, param.error, param.dEpsRe, param.dEpsIm, param.dScalar}) {
-    numbers.push_back(number);
-  }
-  numbers.insert(numbers.end(), param.dQuantity.begin(), param.dQuantity.end());
+  const SavedSlopes& slopes = param.savedSlopes;
+  for (const double number : {param.value, param.error, slopes.dEpsRe, slopes.dEpsIm}) numbers.push_back(number);
+  numbers.insert(numbers.end(), slopes.dQuantity.begin(), slopes.dQuantity.end());
 }
 
 inline std::vector<double> NumbersLeftIn(const Tables& tables) {

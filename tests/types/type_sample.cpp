@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "evaluation/eval_model.h"
+#include "evaluation/sample_models.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
 #include "types/describe.h"
@@ -112,9 +112,9 @@ double TypeSample::Value(int quantity, double at) {
 }
 
 int TypeSample::Differentiate(int quantity) {
-  for (const Free& free : FreeParams()) free.param->dQuantity.fill(0);
+  for (const Free& free : FreeParams()) free.param->savedSlopes = {};
   WantOnly(program.eval.quantities, SetOf(quantity));
-  return EvalModel(program.eval, model(), x, true);
+  return EvalWithSlopes(program, model(), x);
 }
 
 std::vector<int> TypeSample::Filled() const {
@@ -144,12 +144,11 @@ std::vector<TypeSample::Free> TypeSample::FreeParams() {
 }
 
 std::vector<TypeSample::Free> TypeSample::Marked(int quantity) {
-  for (const Free& free : FreeParams()) free.param->dQuantity.fill(0);
   WantOnly(program.eval.quantities, SetOf(quantity));
   std::vector<Free> marked;
-  if (EvalModelAfter(program.eval, model()) != 0) return marked;
+  if (FindDependencies(program, model()) != 0) return marked;
   for (const Free& free : FreeParams()) {
-    if (free.param->dQuantity[static_cast<std::size_t>(quantity)] != 0) marked.push_back(free);
+    if (free.param->savedSlopes.dQuantity[static_cast<std::size_t>(quantity)] != 0) marked.push_back(free);
   }
   return marked;
 }

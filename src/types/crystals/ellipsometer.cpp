@@ -6,6 +6,7 @@ namespace kalvex {
 namespace {
 
 struct Ellipsometer {
+  static constexpr Hooks kHooks = hook::kAdmits;
   enum Head { kCount, kTurned, kAmplitude };
   enum Element { k11, k11Im, kRotation, k12, k12Im, k21, k21Im, k22, k22Im };
   static constexpr RowCell kHead[] = {Setting(0, Wo, "number n of elements", 2),

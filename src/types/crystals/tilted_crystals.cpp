@@ -26,6 +26,7 @@ void Turn(Complex<T>& uu, Complex<T>& vv, Complex<T>& uv, Complex<T>& wu, Comple
 
 // A biaxial crystal turned about x, y and z in this order.
 struct OrthoTilted {
+  static constexpr Hooks kHooks = hook::kKeep;
   enum Input { kA, kB, kC, kAboutX, kAboutY, kAboutZ, kAngle };
   static constexpr RowCell kHead[] = {Partner(0, Wo, "axis a, along x before the turns"),
                                       Partner(1, Wo, "axis b, along y"),

@@ -13,10 +13,10 @@ namespace {
 constexpr RowRule kRows = AtLeast(2, 0);  // too few rows are no failure, and leave the Quantities as they stand
 constexpr RowCell kHead[] = {{0, Wo, CellUse::kReference, "A, the reference"}, Partner(1, Wo, "B, the change")};
 
-int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (!kRows.Admits(RowCount(model))) return kRows.FailureOf(RowCount(model));
-  Model* const reference = PartnerAt(ctx, model, 0, Wo);
-  Model* const change = PartnerAt(ctx, model, 1, Wo);
+  const Model* const reference = PartnerAt(ctx, model, 0, Wo);
+  const Model* const change = PartnerAt(ctx, model, 1, Wo);
   if (!reference || !change) return -1;
   const Cplx epsA = EpsSum(ctx, *reference, x, false);
   const Cplx epsB = EpsSum(ctx, *change, x, derivatives);
@@ -31,9 +31,9 @@ int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
   return 0;
 }
 
-int After(EvalContext& ctx, Model& model) {
+int After(EvalContext& ctx, const Model& model) {
   if (!kRows.Admits(RowCount(model))) return kRows.FailureOf(RowCount(model));
-  Model* const change = PartnerAt(ctx, model, 1, Wo);
+  const Model* const change = PartnerAt(ctx, model, 1, Wo);
   if (!PartnerAt(ctx, model, 0, Wo) || !change) return -1;
   return StdEvalAfter(ctx, *change);
 }

@@ -66,8 +66,9 @@ WeightReading ReadWeight(int quantity, double S, double volume) {
 }
 
 // Stores each wanted reading and chains its slopes: by the sum to the partner, by the volume to the row.
-int FillWeights(EvalContext& ctx, Model& model, Model& partner, double S, bool derivatives, bool dependencies) {
-  ModelParam& volume = Cell(model, 0, Wp);
+int FillWeights(EvalContext& ctx, const Model& model, const Model& partner, double S, bool derivatives,
+                bool dependencies) {
+  const ModelParam& volume = Cell(model, 0, Wp);
   for (int q = 0; q < kQuantityCount; ++q) {
     Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
     if (!quantity.wanted) continue;
@@ -76,28 +77,28 @@ int FillWeights(EvalContext& ctx, Model& model, Model& partner, double S, bool d
       reading.slope = q <= kRp ? 1 : 0;
       reading.byVolume = q == kRp ? 1 : 0;
     } else {
-      quantity.value = reading.value;
+      quantity.Put(reading.value);
     }
     if (!derivatives) continue;
-    quantity.dExp.fill(0);
+    quantity.ClearExp();
     quantity.dScalar = reading.slope;
     ClearDerivativeColumn(ctx, partner, q);
     SetChainForScalar(ctx, partner, q);
-    if (volume.adjustable) volume.dQuantity[static_cast<std::size_t>(q)] = reading.byVolume;
+    if (volume.adjustable) Cell(SlopesOf(ctx, model), 0, Wp).Put(q, reading.byVolume);
   }
   return 0;
 }
 
-int EvaluateWeight(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateWeight(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (!kRows.Admits(RowCount(model))) return -1;
-  Model* const partner = PartnerAt(ctx, model, 0, Wo);
+  const Model* const partner = PartnerAt(ctx, model, 0, Wo);
   if (!partner) return -1;
   return FillWeights(ctx, model, *partner, ScalarSum(ctx, *partner, x, derivatives), derivatives, false);
 }
 
-int AfterWeight(EvalContext& ctx, Model& model) {
+int AfterWeight(EvalContext& ctx, const Model& model) {
   if (!kRows.Admits(RowCount(model))) return -1;
-  Model* const partner = PartnerAt(ctx, model, 0, Wo);
+  const Model* const partner = PartnerAt(ctx, model, 0, Wo);
   if (!partner) return -1;
   SeedScalarDependencies(ctx, *partner);
   return FillWeights(ctx, model, *partner, 0, true, true);

@@ -12,6 +12,7 @@ namespace {
 // Ratio or difference of up to four models, in two Quantities.
 template <int kCode, int kFirst, int kSecond, int kTypicalMode>
 struct RatioOfFour {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kAdmits;
   enum Input { kMode, kA, kB, kC, kD };
   enum Mode { kRatio = 1, kRatioDifference, kDifference, kDoubleRatio };
   static constexpr RowCell kHead[] = {Setting(0, Wo, "mode: 1 A/B, 2 A/B - C/D, 3 A - B, 4 (A/B)/(C/D)", kTypicalMode),
@@ -64,6 +65,7 @@ struct RatioOfFour {
 
 // Two graphene devices compared, with the absorption of a path and a background.
 struct RatioOfDevices {
+  static constexpr Hooks kHooks = hook::kIdle;
   enum Input { kA, kB, kPath, kFactor0, kFactor1, kFactor2, kOffset0, kOffset1, kOffset2 };
   static constexpr RowCell kHead[] = {EvaluatedLike(0, Wo, "first model", 98),
                                       EvaluatedLike(0, Wp, "second model", 98),
@@ -110,29 +112,28 @@ struct RatioOfDevices {
 };
 
 // The path that is the thickness of the first device belongs to that model's rows.
-ModelParam* PathOfPartner(EvalContext& ctx, const Model& model) {
-  Model* const partner = PartnerAt(ctx, model, 0, Wo);
-  if (!RatioOfDevices::HasPath(*partner)) return nullptr;
-  ModelParam& path = Cell(*partner, 1, Wo);
-  return path.adjustable ? &path : nullptr;
+ParamSlopes* SlopesOfPath(EvalContext& ctx, const Model& model) {
+  const Model* const partner = PartnerAt(ctx, model, 0, Wo);
+  if (!RatioOfDevices::HasPath(*partner) || !Cell(*partner, 1, Wo).adjustable) return nullptr;
+  return &Cell(SlopesOf(ctx, *partner), 1, Wo);
 }
 
 template <class Slope>
 void AddPathSlopes(EvalContext& ctx, const Model& model, Slope slope) {
-  ModelParam* const path = PathOfPartner(ctx, model);
-  for (std::size_t q = 0; path && q < ctx.quantities.size(); ++q) {
-    const Quantity& quantity = ctx.quantities[q];
-    if (quantity.wanted && RatioOfDevices::IsRatio(static_cast<int>(q))) path->dQuantity[q] += slope(quantity);
+  ParamSlopes* const path = SlopesOfPath(ctx, model);
+  for (int q = 0; path && q < kQuantityCount; ++q) {
+    const Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+    if (quantity.wanted && RatioOfDevices::IsRatio(q)) path->Add(q, slope(quantity));
   }
 }
 
-int EvaluateRatioOfDevices(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateRatioOfDevices(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const int status = EvaluateType<RatioOfDevices, RatioOfDevices::kRows, true>(ctx, model, x, derivatives);
   if (status != 0 || !derivatives) return status;
   AddPathSlopes(ctx, model, [&](const Quantity& q) { return RatioOfDevices::kPerPath * x * q.value; });
   return 0;
 }
-int AfterRatioOfDevices(EvalContext& ctx, Model& model) {
+int AfterRatioOfDevices(EvalContext& ctx, const Model& model) {
   const int status = AfterType<RatioOfDevices, RatioOfDevices::kRows>(ctx, model);
   if (status == 0) AddPathSlopes(ctx, model, [](const Quantity&) { return 1.0; });
   return status;
@@ -157,14 +158,14 @@ constexpr RowMap kDifferenceMap{
     .rows = Exactly(1), .head = kDifferenceHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
 // Adds so many times the wanted Quantities of a partner; false if its evaluation fails.
-bool AddQuantities(EvalContext& ctx, Model& partner, double x, double factor, Slots<double>& sum) {
+bool AddQuantities(EvalContext& ctx, const Model& partner, double x, double factor, Slots<double>& sum) {
   const WantedForPartner wanted(ctx.quantities);
-  if (EvalModel(ctx, partner, x, false) != 0) return false;
+  if (EvalPartner(ctx, partner, x, false) != 0) return false;
   for (std::size_t q = 0; q < sum.size(); ++q) sum[q] += factor * ctx.quantities[q].value;
   return true;
 }
 
-int EvaluateDifference(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateDifference(EvalContext& ctx, const Model& model, double x, bool) {
   constexpr int kTakeDifference = 1;
   TypeRun run(ctx, model, kDifferenceMap, kDifferenceFills);
   if (const int status = run.ReadRows()) return status;
@@ -196,11 +197,11 @@ struct WeightedResponse {
 constexpr RowRule kWeightedRows = Between(1, 2, 0);
 
 // Without rows there is nothing to do, which is no failure.
-int EvaluateWeighted(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateWeighted(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (RowCount(model) == 0) return 0;
   return EvaluateType<WeightedResponse, kWeightedRows, true>(ctx, model, x, derivatives);
 }
-int AfterWeighted(EvalContext& ctx, Model& model) {
+int AfterWeighted(EvalContext& ctx, const Model& model) {
   if (RowCount(model) == 0) return 0;
   return AfterType<WeightedResponse, kWeightedRows>(ctx, model);
 }

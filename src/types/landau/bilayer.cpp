@@ -98,6 +98,7 @@ std::uint64_t IdleInBilayer(const TypeInputs<double>& in) {
 }
 
 struct BilayerOnSubstrate {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr auto kCells = [] {
     std::array<RowCell, 14> cells{};
     std::copy(kBilayerCells.begin(), kBilayerCells.end(), cells.begin());
@@ -138,6 +139,7 @@ struct BilayerOnSubstrate {
 };
 
 struct BilayerMaterial {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr std::span<const RowCell> kHead = kBilayerCells;
   static constexpr std::uint64_t kNoBackground = ~InputBits({kBackground, kHallBackground}),
                                  kDiagonal = ~InputBits({kHallBackground}), kHall = ~InputBits({kBackground});
@@ -224,6 +226,7 @@ T GraphiteUnit(const TypeInputs<T>& in, const T& field) {
 }
 
 struct Graphite {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr std::span<const RowCell> kHead = kGraphiteCells;
   static constexpr auto kAll =
       MagnetisedFills("the same reflectivity", ~InputBits({}), ~InputBits({kGraphiteBackground}));
@@ -287,7 +290,7 @@ struct Graphite {
 
 // Reads the rows of a partner as its own type reads them.
 template <class Read>
-int ReadPartner(EvalContext& ctx, Model& partner, Read read) {
+int ReadPartner(EvalContext& ctx, const Model& partner, Read read) {
   const ModelType* const type = TypeOf(ctx, partner);
   TypeRun run(ctx, partner, type->map, type->fills);
   if (run.ReadRows() != 0) return -1;
@@ -312,7 +315,7 @@ struct BilayerLevelsKept {
   std::vector<double> inOneValley, inTheOther;
 };
 
-int EvaluateBilayerLevels(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateBilayerLevels(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kBilayerLevelsMap, kBilayerLevelFills);
   if (const int status = run.ReadRows()) return status;
   auto& levels = CacheOf<BilayerLevelsKept>(ctx, model);
@@ -344,7 +347,7 @@ constexpr RowMap kGraphiteLevelsMap{
     .rows = kRows, .head = kGraphiteLevelsHead<kCode>, .group = {}, .groupStart = 0, .groupRows = 1};
 
 template <int kCode, RowRule kRows>
-int EvaluateGraphiteLevels(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateGraphiteLevels(EvalContext& ctx, const Model& model, double x, bool) {
   const RowMap& map = kGraphiteLevelsMap<kCode, kRows>;
   TypeRun run(ctx, model, map, kGraphiteLevelFills);
   if (const int status = run.ReadRows()) return status;
@@ -371,7 +374,7 @@ constexpr ModelType LevelsType(int code, const char* name, const TypePage& page)
 
 // ---- reserved
 
-int DoNothing(EvalContext&, Model&, double, bool) { return 0; }
+int DoNothing(EvalContext&, const Model&, double, bool) { return 0; }
 
 constexpr TypePage GraphitePage() {
   return {

@@ -8,6 +8,7 @@ namespace {
 
 // Electrons of several kinds, each with a gap, a chemical potential, a broadening and a velocity of its own.
 struct GrapheneMagnetooptics {
+  static constexpr Hooks kHooks = hook::kPrepare;
   enum Head { kTemperature, kField, kWindow, kCutoff, kBackground, kHallBackground };
   enum Block { kGap, kPotential, kBroadening, kVelocity, kWeight };
   static constexpr RowCell kHead[] = {Own(0, Wo, "temperature, K", 50),
@@ -131,6 +132,7 @@ struct GrapheneMagnetooptics {
 
 // Sheets of graphene on a thick substrate, seen by circularly polarised light.
 struct GrapheneCircular {
+  static constexpr Hooks kHooks = hook::kPrepare;
   enum Input {
     kSubstrate,
     kLayers,

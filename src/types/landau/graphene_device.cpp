@@ -13,6 +13,7 @@ namespace {
 
 // The tensor of sigma in a layer of 3.35 A with densities, the chemical potential spread by a Gaussian.
 struct GrapheneConductivity {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   enum Input {
     kTemperature,
     kField,
@@ -141,6 +142,7 @@ Circular<T> SheetOf(const TypeInputs<T>& in, int partner, const T& layers) {
 
 // Vacuum, sheet, substrate, gate film, vacuum.
 struct GrapheneDevice {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kSheet, kSubstrate, kGate, kThickness, kGateThickness, kCoherence, kLayers };
   static constexpr RowCell kHead[] = {EvaluatedType(0, Wo, "sheet, of type 97", 97),
                                       OptionalPartner(0, Wp, "substrate"),
@@ -201,6 +203,7 @@ struct GrapheneDevice {
 
 // What polarisers around a device read.
 struct DevicePolarimetry {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kDevice, kFirstPolariser, kFirstAnalyser, kSecondPolariser, kSecondAnalyser };
   static constexpr RowCell kHead[] = {EvaluatedType(0, Wo, "device, of type 98", 98),
                                       Own(1, Wo, "polariser of the first reading, degrees", 3),
@@ -256,6 +259,7 @@ struct DevicePolarimetry {
 
 // The conductivity of a sheet for a wave of a given wave vector, screened by the charges that it moves.
 struct Magnetoplasmon97 {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kSheet, kBelow, kAbove, kWaveVector };
   static constexpr RowCell kHead[] = {EvaluatedType(0, Wo, "sheet, of type 97", 97),
                                       OptionalPartner(0, Wp, "medium below"), OptionalPartner(0, G, "medium above"),

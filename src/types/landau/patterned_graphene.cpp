@@ -13,6 +13,7 @@ namespace {
 // ---- a mixture of two sheets
 
 struct GrapheneMixture {
+  static constexpr Hooks kHooks = hook::kPrepare;
   enum Input {
     kCoverage,
     kOtherSheet,
@@ -154,6 +155,7 @@ class RibbonModes {
 };
 
 struct GrapheneRibbons {
+  static constexpr Hooks kHooks = hook::kPrepare;
   enum Input { kSheet, kPlasma, kWidth, kRibbon, kPeriod, kAngle, kSubstrate, kMomenta, kModes };
   static constexpr RowCell kHead[] = {
       OptionalPartner(0, Wo, "conductivity of the sheet as a bulk layer of 3.35 A, 0 for Drude"),

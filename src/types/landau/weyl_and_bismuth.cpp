@@ -175,7 +175,7 @@ void WriteLevels(const TypeInputs<double>& in) {
   for (std::size_t f = 0; f < 3; ++f) WriteWholeFile("EV" + std::to_string(f) + ".dat", text[f]);
 }
 
-int EvaluateWeyl(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateWeyl(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kWeylMap, kWeylFills);
   if (const int status = run.ReadRows()) return status;
   for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(static_cast<int>(i), x, false);
@@ -219,7 +219,7 @@ constexpr RowMap kWeylLevelsMap{
 
 // Reads the rows of a partner of a known type.
 template <class Read>
-int ReadRowsOf(EvalContext& ctx, Model& partner, const RowMap& map, Read read) {
+int ReadRowsOf(EvalContext& ctx, const Model& partner, const RowMap& map, Read read) {
   TypeRun run(ctx, partner, map, {});
   if (run.ReadRows() != 0) return -1;
   for (std::size_t i = 0; i < run.InputCount(); ++i) run.scratch().at[i] = {run.scratch().raw[i], 0};
@@ -227,7 +227,7 @@ int ReadRowsOf(EvalContext& ctx, Model& partner, const RowMap& map, Read read) {
   return 0;
 }
 
-int EvaluateWeylLevels(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateWeylLevels(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kWeylLevelsMap, kLevelFill);
   if (const int status = run.ReadRows()) return status;
   const double index = std::trunc(run.scratch().raw[1]);
@@ -302,6 +302,7 @@ int BismuthLevels(double setting) {
 }
 
 struct Bismuth {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   static constexpr std::span<const RowCell> kHead = kBismuthHead;
   static constexpr auto kMasked = [] {
     auto fills = MagnetisedFills("the same reflectivity", ~std::uint64_t{0}, ~InputBits({kBiBackground, kBiEpsInf}));
@@ -402,7 +403,7 @@ constexpr RowMap kBismuthLevelsMap{
     .rows = Exactly(1), .head = kBismuthLevelsHead, .group = {}, .groupStart = 0, .groupRows = 1};
 constexpr RowMap kBismuthMap{.rows = Exactly(10), .head = kBismuthHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
-int EvaluateBismuthLevels(EvalContext& ctx, Model& model, double x, bool) {
+int EvaluateBismuthLevels(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kBismuthLevelsMap, kBismuthLevelFills);
   if (const int status = run.ReadRows()) return status;
   Slots<double> q{};

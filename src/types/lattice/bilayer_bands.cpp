@@ -296,7 +296,7 @@ bool IsWanted(const EvalContext& ctx, int first, int last) {
   return false;
 }
 
-int Evaluate(EvalContext& ctx, Model& model, double x, bool) {
+int Evaluate(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kMap, kFills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kMap, x);

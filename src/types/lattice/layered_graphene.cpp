@@ -267,6 +267,7 @@ constexpr SlotUse kMaterialFills[] = {{kE1, "Re eps"},
 // Two layers. With options a row 9 may leave the intraband part out; with phonons the rows behind it add oscillators.
 template <bool kOptions, bool kPhonons>
 struct DoubleLayer {
+  static constexpr Hooks kHooks = hook::kKeep | hook::kIdle | hook::kPrepare;
   static constexpr int kLayerCount = 2;
   static constexpr std::span<const RowCell> kHead = [] {
     if constexpr (kOptions) return std::span<const RowCell>(kCellsWithOption);
@@ -319,6 +320,7 @@ struct DoubleLayer {
 };
 
 struct TripleLayer {
+  static constexpr Hooks kHooks = hook::kKeep | hook::kIdle | hook::kPrepare;
   static constexpr int kLayerCount = 3;
   static constexpr std::span<const RowCell> kHead = kCellsOfThree;
   static constexpr std::uint64_t kOfOuter = kOfStates | InputBits({kOuterA, kOuterB});
@@ -364,6 +366,7 @@ struct TripleLayer {
 
 template <int kCode>
 struct WeightedDifference {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Cell { kFirst, kSecond, kWeightOfRe, kWeightOfIm, kFactor, kOffset };
   static constexpr RowCell kHead[] = {EvaluatedLike(0, Wo, "first model", kCode),
                                       EvaluatedLike(0, Wp, "second model", kCode),

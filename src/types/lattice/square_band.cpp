@@ -46,6 +46,7 @@ struct BandPath {
 
 // Lorentzians of all states of the band, smeared by the temperature.
 struct Tunnelling {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   enum Input {
     kMesh,
     kTemperature,

@@ -102,7 +102,7 @@ struct ElectronGas {
 
 // At a frequency of 0 nothing is filled, and it is no failure.
 template <RowRule kRows>
-int EvaluateElectronGas(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateElectronGas(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (x == 0 && kRows.Admits(RowCount(model))) return 0;
   return EvaluateType<ElectronGas, kRows, false>(ctx, model, x, derivatives);
 }

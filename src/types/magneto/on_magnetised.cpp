@@ -26,6 +26,7 @@ struct SigmaOfPartner {
 
 // Vacuum, magnetised layer, film, and a substrate that is a half-space or a slab without fringes.
 struct LayersInField {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised, kFilm, kSubstrate, kThickness, kFilmThickness, kSlab };
   static constexpr RowCell kHead[] = {Magnetised(),
                                       Partner(0, Wp, "film"),
@@ -90,6 +91,7 @@ struct LayersInField {
 
 // The field in the surface and across the light's polarisation.
 struct VoigtGeometry {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised };
   static constexpr RowCell kHead[] = {Magnetised()};
   static constexpr auto& kAsked = kTensorOfEps;
@@ -121,6 +123,7 @@ struct VoigtGeometry {
 
 // Resistivities of a bar, the conductivity tensor inverted.
 struct Magnetotransport {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised, kFactor, kLength, kDiagonal, kHall };
   static constexpr RowCell kHead[] = {
       Magnetised(), Own(0, G, "factor of both conductivities", 1.2), Own(1, Wo, "divisor of both results", 2),
@@ -143,6 +146,7 @@ struct Magnetotransport {
 
 // A sheet on a substrate between polarisers.
 struct Dichroism {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised, kSubstrate, kScale, kThickness, kAngle };
   static constexpr RowCell kHead[] = {
       Magnetised(), Partner(0, Wp, "substrate"), Own(1, Wo, "number of layers of 3.35 A in the sheet", 100),
@@ -174,6 +178,7 @@ struct Dichroism {
 
 // Kerr and Faraday angles to first order in the Hall conductivity.
 struct IntrinsicKerr {
+  static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised, kThickness, kDiagonal, kHall };
   static constexpr RowCell kHead[] = {Magnetised(), Own(0, Wp, "thickness of the free film, cm", 1e-6),
                                       Own(1, Wo, "scale of sigma_xx, 0 for 1", 1),

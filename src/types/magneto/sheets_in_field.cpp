@@ -122,6 +122,7 @@ struct GappedBilayer {
 
 // A carrier sheet inside a slab between two mirrors that its faces are; a second sheet may lie on the front.
 struct Cavity {
+  static constexpr Hooks kHooks = hook::kIdle;
   enum Input {
     kCyclotron,
     kPlasma,

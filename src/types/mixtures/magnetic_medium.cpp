@@ -12,8 +12,8 @@ constexpr RowRule kRows = Exactly(1);
 constexpr RowCell kHead[] = {Partner(0, Wo, "dielectric function"), Partner(0, Wp, "magnetic permeability")};
 
 struct Media {
-  Model* eps = nullptr;
-  Model* mu = nullptr;
+  const Model* eps = nullptr;
+  const Model* mu = nullptr;
 };
 
 // False if one is missing or both are the same.
@@ -35,7 +35,7 @@ void ForEachWanted(EvalContext& ctx, Visit visit) {
   }
 }
 
-int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   Media media;
   if (!kRows.Admits(RowCount(model))) return kRows.FailureOf(RowCount(model));
   if (!FindMedia(ctx, model, media)) return -1;
@@ -48,7 +48,7 @@ int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
   return 0;
 }
 
-int After(EvalContext& ctx, Model& model) {
+int After(EvalContext& ctx, const Model& model) {
   Media media;
   if (!kRows.Admits(RowCount(model))) return kRows.FailureOf(RowCount(model));
   if (!FindMedia(ctx, model, media)) return -1;

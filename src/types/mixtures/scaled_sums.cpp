@@ -15,6 +15,7 @@ namespace {
 
 // A response that depends on frequency and temperature through their quotient only.
 struct UniversalRatio {
+  static constexpr Hooks kHooks = hook::kFrequencyOf | hook::kAdmits | hook::kSumOfPartners;
   enum Input { kConstant, kQuadratic, kUniversal, kTemperature, kReduction };
   static constexpr RowCell kHead[] = {
       Partner(0, Wo, "part without temperature, e0"), Partner(0, Wp, "part with the square of the temperature, e1"),
@@ -106,13 +107,13 @@ void FillKernels(const VarDielFunc& vdf, double x, double kelvins, MeshKernels& 
   }
 }
 
-int EvaluateMeshCoupling(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int EvaluateMeshCoupling(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   using enum MeshCoupling::Input;
   constexpr double kLeast = 1e-10;
   TypeRun run(ctx, model, MeshCoupling::kMap, {});
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), MeshCoupling::kMap, x);
-  Model& spectrum = *run.scratch().partner[kSpectrum];
+  const Model& spectrum = *run.scratch().partner[kSpectrum];
   const double kelvins = in.value(kTemperature), t = kKelvin * kelvins;
   if (!HasVdf(spectrum) || !(kelvins > 0) || t < kLeast) return -1;
   run.AskAll(x, derivatives);
@@ -144,26 +145,29 @@ int EvaluateMeshCoupling(EvalContext& ctx, Model& model, double x, bool derivati
   set(kReduction, 0, -(D * t2));
   const QuantityTable ofMaterial = ctx.quantities;
   run.ChainOfMaterial();
-  for (std::size_t q = 0; q < ofMaterial.size(); ++q) {
-    if (!ofMaterial[q].wanted) continue;
+  std::vector<MeshSlopes>& slopes = SlopesOf(ctx, spectrum).mesh;
+  for (int q = 0; q < kQuantityCount; ++q) {
+    const Quantity& of = ofMaterial[static_cast<std::size_t>(q)];
+    if (!of.wanted) continue;
     for (std::size_t k = 0; k < spectrum.vdf.mesh.size(); ++k) {
-      ModelParam& a2F = spectrum.vdf.mesh[k].e2;
       const Cplx slope = byMemory * kernels.byValue[k];
-      if (a2F.adjustable) a2F.dQuantity[q] += ofMaterial[q].dRe * slope.re + ofMaterial[q].dIm * slope.im;
+      if (spectrum.vdf.mesh[k].e2.adjustable) slopes[k].e2.Add(q, of.dRe * slope.re + of.dIm * slope.im);
     }
   }
   return 0;
 }
 
-int AfterMeshCoupling(EvalContext& ctx, Model& model) {
+int AfterMeshCoupling(EvalContext& ctx, const Model& model) {
   if (const int status = MarkDependencies(ctx, model, MeshCoupling::kMap, {}, {}, Parts::kApart, nullptr))
     return status;
-  Model& spectrum = *PartnerAt(ctx, model, 0, G);
+  const Model& spectrum = *PartnerAt(ctx, model, 0, G);
   if (!HasVdf(spectrum)) return -1;
-  for (std::size_t q = 0; q < ctx.quantities.size(); ++q) {
-    if (!ctx.quantities[q].wanted) continue;
-    for (VdfMeshPoint& point : spectrum.vdf.mesh) {
-      if (point.e2.adjustable && point.x > 0) point.e2.dQuantity[q] = 1;
+  std::vector<MeshSlopes>& slopes = SlopesOf(ctx, spectrum).mesh;
+  for (int q = 0; q < kQuantityCount; ++q) {
+    if (!ctx.quantities[static_cast<std::size_t>(q)].wanted) continue;
+    for (std::size_t k = 0; k < spectrum.vdf.mesh.size(); ++k) {
+      const VdfMeshPoint& point = spectrum.vdf.mesh[k];
+      if (point.e2.adjustable && point.x > 0) slopes[k].e2.Put(q, 1);
     }
   }
   return 0;

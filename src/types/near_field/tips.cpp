@@ -118,11 +118,13 @@ KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top,
 }
 
 // A surface at one frequency, whose r_p is asked for at any momentum: a plain model in the limit of large momenta, with
-// a sheet if there is one, or a model of type 73 or 77, whose row of the momentum is set for the question.
+// a sheet if there is one, or a model of type 73 or 77: its copy has the momentum of the question in its row.
 class Surface {
  public:
-  Surface(EvalContext& ctx, Model& model, double x, const Cplx& eps, const Cplx& sheet)
-      : ctx_(ctx), model_(model), x_(x), eps_(eps), sheet_(sheet), row_(MomentumRow(model)) {}
+  Surface(EvalContext& ctx, const Model& model, double x, const Cplx& eps, const Cplx& sheet)
+      : ctx_(ctx), x_(x), eps_(eps), sheet_(sheet), row_(MomentumRow(model)) {
+    if (row_ >= 0) asked_ = model;
+  }
 
   bool HasDispersion() const { return row_ >= 0 || Norm(sheet_) > 0; }
   Cplx Reflection(double q) {
@@ -149,20 +151,15 @@ class Surface {
     return k == 0 ? Cplx{} : TimesI(sheet_) * (kUniversalSheet / k);
   }
   Cplx ReflectionOfModel(double q) {
-    ModelParam &re = Cell(model_, row_, Wo), &im = Cell(model_, row_, Wp);
-    const double reBefore = re.value, imBefore = im.value;
-    re.value = q / (2 * std::numbers::pi);
-    im.value = 0;
+    Cell(asked_, row_, Wo).value = q / (2 * std::numbers::pi);
+    Cell(asked_, row_, Wp).value = 0;
     const WantedForPartner wanted(ctx_.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
-    const int status = EvalModel(ctx_, model_, x_, false);
-    const Cplx r{ctx_.quantities[kE1].value, ctx_.quantities[kE2].value};
-    re.value = reBefore;
-    im.value = imBefore;
-    return status == 0 ? r : Cplx{};
+    const int status = EvalPartner(ctx_, asked_, x_, false);
+    return status == 0 ? Cplx{ctx_.quantities[kE1].value, ctx_.quantities[kE2].value} : Cplx{};
   }
 
   EvalContext& ctx_;
-  Model& model_;
+  Model asked_;  // the copy
   double x_;
   Cplx eps_, sheet_;
   int row_;
@@ -254,7 +251,7 @@ constexpr TipKind kTip105 = {MapOfCells(AtLeast(6), kCells105), 8};
 // The response of a partner at x, or between the two nodes around it.
 Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, int input) {
   constexpr double kMostNodes = 1e6;
-  Model& model = *run.scratch().partner[static_cast<std::size_t>(input)];
+  const Model& model = *run.scratch().partner[static_cast<std::size_t>(input)];
   const auto at = [&](double x) { return EpsSum(run.context(), model, x, false); };
   if (run.InputCount() <= kNodes) return at(in.x);
   const double count = std::min(std::trunc(in.value(kNodes)), kMostNodes), from = in.value(kNodeFrom),
@@ -292,7 +289,7 @@ void FillContrast(const Cplx& signal, const Cplx& reference, int modulus, int ph
   q[static_cast<std::size_t>(phase)] = contrast.phase;
 }
 
-int EvaluateTip(EvalContext& ctx, Model& model, double x, const TipKind& kind) {
+int EvaluateTip(EvalContext& ctx, const Model& model, double x, const TipKind& kind) {
   const std::span<const SlotUse> fills(kTipFills.data(), kind.fills);
   TypeRun run(ctx, model, kind.map, fills);
   if (const int status = run.ReadRows()) return status;
@@ -334,7 +331,7 @@ int EvaluateTip(EvalContext& ctx, Model& model, double x, const TipKind& kind) {
 }
 
 template <const TipKind& kKind>
-int Evaluate(EvalContext& ctx, Model& model, double x, bool) {
+int Evaluate(EvalContext& ctx, const Model& model, double x, bool) {
   return EvaluateTip(ctx, model, x, kKind);
 }
 template <const TipKind& kKind>
@@ -407,20 +404,21 @@ constexpr std::array<SlotUse, 15> kFills110 = {{{kRefl, "contrast |s|"},
                                                 {kAlpha, "|signal of the reference|"}}};
 
 // The surface is asked as it stands, or at the one momentum 0.1/a.
-int EvaluateOnReflection(EvalContext& ctx, Model& model, double x, bool atRadius, std::span<const SlotUse> fills) {
+int EvaluateOnReflection(EvalContext& ctx, const Model& model, double x, bool atRadius,
+                         std::span<const SlotUse> fills) {
   using D = DipoleOnReflection;
   TypeRun run(ctx, model, D::kMap, fills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), D::kMap, x);
   for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(static_cast<int>(i), x, false);
-  Model& partner = *run.scratch().partner[D::kSurface];
+  const Model& partner = *run.scratch().partner[D::kSurface];
   Surface surface(ctx, partner, x, {}, {});
   Cplx rp;
   if (atRadius && surface.HasDispersion()) {
     rp = surface.Reflection(0.1 / HeldFromZero(in[D::kTipRadius]));
   } else {
     const WantedForPartner wanted(ctx.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
-    if (EvalModel(ctx, partner, x, false) != 0) return -1;
+    if (EvalPartner(ctx, partner, x, false) != 0) return -1;
     rp = {ctx.quantities[kE1].value, ctx.quantities[kE2].value};
   }
   const D::Signals s = D::SignalsOf(run, in, rp);
@@ -446,10 +444,10 @@ int EvaluateOnReflection(EvalContext& ctx, Model& model, double x, bool atRadius
   run.Store(q);
   return 0;
 }
-int Evaluate107(EvalContext& ctx, Model& model, double x, bool) {
+int Evaluate107(EvalContext& ctx, const Model& model, double x, bool) {
   return EvaluateOnReflection(ctx, model, x, false, kFills107);
 }
-int Evaluate110(EvalContext& ctx, Model& model, double x, bool) {
+int Evaluate110(EvalContext& ctx, const Model& model, double x, bool) {
   return EvaluateOnReflection(ctx, model, x, true, kFills110);
 }
 

@@ -25,8 +25,8 @@ constexpr RowCell kPlainLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thicknes
 
 // One evaluation of a stack, kept for its model.
 struct StackRun {
-  std::vector<Model*> models;  // of the layers
-  std::vector<Cplx> eps;       // of each medium, the half-spaces too
+  std::vector<const Model*> models;  // of the layers
+  std::vector<Cplx> eps;             // of each medium, the half-spaces too
   std::vector<StackMedium<double>> media;
   double emptyByScale = 0;
   Stack stack;
@@ -52,7 +52,7 @@ bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, Sta
   const int layers = std::max(0, RowCount(model) - type.firstLayer);
   run.models.resize(static_cast<std::size_t>(layers));
   for (int j = 0; j < layers; ++j) {
-    Model* const partner = PartnerAt(ctx, model, type.firstLayer + j, Wo);
+    const Model* const partner = PartnerAt(ctx, model, type.firstLayer + j, Wo);
     if (!partner) return false;
     run.models[static_cast<std::size_t>(j)] = partner;
   }
@@ -90,11 +90,11 @@ void StoreResults(EvalContext& ctx, const StackType& type, const StackRun& run) 
   bool clearing = true;
   for (Quantity& quantity : ctx.quantities) {
     clearing = clearing && quantity.wanted;
-    if (type.clearsWhileWanted ? clearing : quantity.wanted != 0) quantity.value = 0;
+    if (type.clearsWhileWanted ? clearing : quantity.wanted != 0) quantity.Put(0);
   }
   for (int i = 0; i < kStackResults; ++i) {
-    ctx.quantities[static_cast<std::size_t>(kStackSlots[static_cast<std::size_t>(i)])].value =
-        run.stack.value[static_cast<std::size_t>(i)];
+    const auto slot = static_cast<std::size_t>(kStackSlots[static_cast<std::size_t>(i)]);
+    ctx.quantities[slot].Put(run.stack.value[static_cast<std::size_t>(i)]);
   }
 }
 
@@ -105,18 +105,19 @@ int ResultOf(int quantity) {
 
 // Puts slopes(layer) by Re and Im eps through the chain of each layer's model, and own(row, column, slope) of the rows.
 template <class ByEps, class ByRow, class ByHead>
-void ChainStack(EvalContext& ctx, Model& model, const StackType& type, StackRun& run, ByEps byEps, ByRow byRow,
+void ChainStack(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run, ByEps byEps, ByRow byRow,
                 ByHead byHead) {
   for (int q = 0; q < kQuantityCount; ++q) {
     Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
     if (!quantity.wanted) continue;
-    quantity.dExp.fill(0);
+    quantity.ClearExp();
     quantity.dRe = quantity.dIm = 0;
-    for (Model* const layer : run.models) ClearDerivativeColumn(ctx, *layer, q);
+    for (const Model* const layer : run.models) ClearDerivativeColumn(ctx, *layer, q);
     const int result = ResultOf(q);
     const auto put = [&](int row, int column, double slope) {
-      ModelParam& param = Cell(model, row, column);
-      if (param.adjustable) param.dQuantity[static_cast<std::size_t>(q)] = result < 0 ? 0 : slope;
+      if (Cell(model, row, column).adjustable) {
+        Cell(SlopesOf(ctx, model), row, column).Put(q, result < 0 ? 0 : slope);
+      }
     };
     for (std::size_t j = 0; j < run.models.size(); ++j) {
       if (result >= 0) {
@@ -140,7 +141,7 @@ void SetNodes(const Model& model, const StackType& type, Stack& stack) {
   MakeRoomForPassages(stack);
 }
 
-int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, const StackType& type) {
+int EvaluateStack(EvalContext& ctx, const Model& model, double x, bool derivatives, const StackType& type) {
   const int rows = RowCount(model);
   if (!type.map.rows.Admits(rows)) return type.map.rows.FailureOf(rows);
   if (type.admits && !type.admits(model)) return -1;
@@ -178,7 +179,7 @@ int EvaluateStack(EvalContext& ctx, Model& model, double x, bool derivatives, co
   return 0;
 }
 
-FillBlock FillerOfStack(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackType& type) {
+FillBlock FillerOfStack(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const StackType& type) {
   if (!type.map.rows.Admits(RowCount(model)) || (type.admits && !type.admits(model))) return {};
   StackRun run;
   if (!FindLayers(ctx, model, type, run)) return {};
@@ -196,13 +197,13 @@ FillBlock FillerOfStack(EvalContext& ctx, Model& model, const SpectrumRequest& r
   return StackFillerOf(ctx, model, request, layout);
 }
 
-int AfterStack(EvalContext& ctx, Model& model, const StackType& type) {
+int AfterStack(EvalContext& ctx, const Model& model, const StackType& type) {
   const int rows = RowCount(model);
   if (!type.map.rows.Admits(rows)) return type.map.rows.FailureOf(rows);
   if (type.admits && !type.admits(model)) return -1;
   auto& run = CacheOf<StackRun>(ctx, model);
   if (!FindLayers(ctx, model, type, run)) return -1;
-  for (Model* const layer : run.models) SeedDependencies(ctx, *layer);
+  for (const Model* const layer : run.models) SeedDependencies(ctx, *layer);
   ChainStack(
       ctx, model, type, run, [](std::size_t, std::size_t, double& dRe, double& dIm) { dRe = dIm = 1; },
       [](std::size_t, int, std::size_t) { return 1.0; }, [](int, std::size_t) { return 1.0; });
@@ -293,15 +294,15 @@ constexpr StackType kFinite = {
     .setNodes = SetOneNode};
 
 template <const StackType& kType>
-int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   return EvaluateStack(ctx, model, x, derivatives, kType);
 }
 template <const StackType& kType>
-int After(EvalContext& ctx, Model& model) {
+int After(EvalContext& ctx, const Model& model) {
   return AfterStack(ctx, model, kType);
 }
 template <const StackType& kType>
-FillBlock Filler(EvalContext& ctx, Model& model, const SpectrumRequest& request) {
+FillBlock Filler(EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   return FillerOfStack(ctx, model, request, kType);
 }
 template <const StackType& kType>

@@ -10,6 +10,7 @@ namespace kalvex {
 namespace {
 
 struct Plate {
+  static constexpr Hooks kHooks = hook::kIdle | hook::kAdmits;
   enum Input {
     kSample,
     kAngle,

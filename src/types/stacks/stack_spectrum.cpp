@@ -19,27 +19,27 @@ int ResultOf(int quantity) {
 
 class StackSpectrum {
  public:
-  StackSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackLayout& layout);
+  StackSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const StackLayout& layout);
   bool FillBlock(SpectrumBlock& block);
 
  private:
   // A model that stands in one or more layers.
   struct Partner {
-    Model* model;
+    const Model* model;
     PlainRows rows;
     EpsBlock eps;
     bool wanted = false;  // a slope by one of its parameters
     BlockNumbers dRe, dIm;
   };
   // What the slope by a requested parameter is.
-  enum class Source { kPartner, kThickness, kSpread, kHead, kNothing, kStale };
+  enum class Source { kPartner, kThickness, kSpread, kHead, kNothing, kKept };
   struct Slope {
     Source source;
     std::size_t index = 0;  // layer, or number of the head
     const ModelParam* param = nullptr;
   };
 
-  Partner& PartnerOf(Model& model);
+  Partner& PartnerOf(const Model& model);
   Slope SourceOf(EvalContext& ctx, const Model& model, const ParamPlace& place, std::size_t k);
   Slope SourceOfRow(const ParamPlace& place, const ModelParam& param) const;
   void FillSlopes(SpectrumBlock& block, std::size_t result);
@@ -56,7 +56,8 @@ class StackSpectrum {
   std::vector<StackBlockResult> results_;
 };
 
-StackSpectrum::StackSpectrum(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackLayout& layout)
+StackSpectrum::StackSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
+                             const StackLayout& layout)
     : request_(request), layout_(layout), results_(kResults) {
   const std::size_t media = layout.layers.size() + 2;
   MakeRoomForMedia(room_.stack, media);
@@ -64,7 +65,7 @@ StackSpectrum::StackSpectrum(EvalContext& ctx, Model& model, const SpectrumReque
   std::copy(layout.nodes.begin(), layout.nodes.end(), room_.stack.nodes.begin() + 1);
   MakeRoomForPassages(room_.stack);
   for (StackBlockResult& result : results_) result.layers.resize(layout.layers.size());
-  for (Model* const layer : layout.layers) {
+  for (const Model* const layer : layout.layers) {
     const Partner& partner = PartnerOf(*layer);
     partnerOfLayer_.push_back(&partner);
     layers_.push_back(&partner.eps);
@@ -76,7 +77,7 @@ StackSpectrum::StackSpectrum(EvalContext& ctx, Model& model, const SpectrumReque
   for (const ParamPlace& place : request.slopesOf) slopes_.push_back(SourceOf(ctx, model, place, slopes_.size()));
 }
 
-StackSpectrum::Partner& StackSpectrum::PartnerOf(Model& model) {
+StackSpectrum::Partner& StackSpectrum::PartnerOf(const Model& model) {
   for (const auto& partner : partners_) {
     if (partner->model == &model) return *partner;
   }
@@ -88,19 +89,19 @@ StackSpectrum::Slope StackSpectrum::SourceOfRow(const ParamPlace& place, const M
     if (place.nl == 0 && place.nc == layout_.headColumn[i]) return {Source::kHead, static_cast<std::size_t>(i)};
   }
   const int layer = place.nl - layout_.firstRow;
-  if (layer < 0 || place.nc == Wo || (place.nc == G && !layout_.spreads)) return {Source::kStale, 0, &param};
+  if (layer < 0 || place.nc == Wo || (place.nc == G && !layout_.spreads)) return {Source::kKept, 0, &param};
   return {place.nc == G ? Source::kSpread : Source::kThickness, static_cast<std::size_t>(layer)};
 }
 
 StackSpectrum::Slope StackSpectrum::SourceOf(EvalContext& ctx, const Model& model, const ParamPlace& place,
                                              std::size_t k) {
   const ModelParam& param = ParamAt(*ctx.params, place);
-  const Slope stale{Source::kStale, 0, &param};
-  if (!param.adjustable || place.Where == ParamKind::kMesh) return stale;
+  const Slope kept{Source::kKept, 0, &param};
+  if (!param.adjustable || place.Where == ParamKind::kMesh) return kept;
   if (place.Where == ParamKind::kExp) return {Source::kNothing};
-  Model& of = ctx.params->models[static_cast<std::size_t>(place.nm)];
-  if (&of == &model) return place.Where == ParamKind::kRow ? SourceOfRow(place, param) : stale;
-  if (std::find(layout_.layers.begin(), layout_.layers.end(), &of) == layout_.layers.end()) return stale;
+  const Model& of = ctx.params->models[static_cast<std::size_t>(place.nm)];
+  if (&of == &model) return place.Where == ParamKind::kRow ? SourceOfRow(place, param) : kept;
+  if (std::find(layout_.layers.begin(), layout_.layers.end(), &of) == layout_.layers.end()) return kept;
   Partner& partner = PartnerOf(of);
   partner.rows.Claim(place, k);
   partner.wanted = true;
@@ -131,8 +132,8 @@ void StackSpectrum::FillSlopes(SpectrumBlock& block, std::size_t result) {
     if (slope.source == Source::kSpread) put(by.layers[slope.index].bySpread);
     if (slope.source == Source::kHead) put(by.byHead[slope.index]);
     if (slope.source == Source::kNothing) std::fill_n(out, kSpectrumBlock, 0.0);
-    if (slope.source == Source::kStale) {
-      std::fill_n(out, kSpectrumBlock, slope.param->dQuantity[static_cast<std::size_t>(quantity)]);
+    if (slope.source == Source::kKept) {
+      std::fill_n(out, kSpectrumBlock, slope.param->savedSlopes.dQuantity[static_cast<std::size_t>(quantity)]);
     }
   }
 }
@@ -158,7 +159,8 @@ bool StackSpectrum::FillBlock(SpectrumBlock& block) {
 
 }  // namespace
 
-FillBlock StackFillerOf(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackLayout& layout) {
+FillBlock StackFillerOf(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
+                        const StackLayout& layout) {
   const QuantitySet wanted = WantedAnywhere(request);
   for (int q = 0; q < kQuantityCount; ++q) {
     if (Contains(wanted, q) && ResultOf(q) < 0) return {};

@@ -16,7 +16,7 @@ inline constexpr std::array<int, kStackResults> kStackSlots = {kRefl, kTrans, kE
 // A stack as it stands for a whole spectrum.
 struct StackLayout {
   StackHead head;
-  std::vector<Model*> layers;
+  std::vector<const Model*> layers;
   std::vector<std::vector<ThicknessNode>> nodes;  // of each layer
   int firstRow = 0;                               // of the layers; their thickness stands in Wp,
   bool spreads = false;                           // and their spread in G
@@ -25,6 +25,7 @@ struct StackLayout {
 };
 
 // Empty where a Quantity is wanted that is no result, or a layer is more than plain rows.
-FillBlock StackFillerOf(EvalContext& ctx, Model& model, const SpectrumRequest& request, const StackLayout& layout);
+FillBlock StackFillerOf(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
+                        const StackLayout& layout);
 
 }  // namespace kalvex

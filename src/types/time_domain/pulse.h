@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "datasets/dataset.h"
+#include "evaluation/slopes.h"
 #include "numeric/complex.h"
 #include "numeric/fft.h"
-#include "records/model_param.h"
 
 namespace kalvex {
 
@@ -36,8 +36,8 @@ struct Pulse {
   std::vector<double> input;   // the trace before the sample
   std::vector<Cplx> spectrum;  // its transform over the number of points, size/2 + 1
   std::vector<Transfer> transfer;
-  std::vector<double> output;  // the trace behind the sample
-  std::vector<ModelParam*> params;
+  std::vector<double> output;                     // the trace behind the sample
+  std::vector<ParamSlopes*> params;               // by which there are slopes
   std::vector<std::vector<double>> outputSlopes;  // by each of params
 
   std::uint64_t spectrumNumber = 0;  // the evaluation of a spectrum for which this was made

@@ -92,14 +92,14 @@ QuantitySet AskedInMode(int mode) {
 }
 
 // The transfer of one model by its Quantities, in the mode; slopes by the parameters.
-void TransferByQuantities(EvalContext& ctx, Model& model, double f, int mode, bool derivatives,
-                          std::span<ModelParam* const> params, Transfer& transfer) {
+void TransferByQuantities(EvalContext& ctx, const Model& model, double f, int mode, bool derivatives,
+                          std::span<ParamSlopes* const> params, Transfer& transfer) {
   transfer = {mode == kUnchanged ? Cplx{1, 0} : Cplx{}, std::vector<Cplx>(derivatives ? params.size() : 0)};
   const QuantitySet asked = AskedInMode(mode);
   if (asked == 0) return;
   const WantedForPartner wanted(ctx.quantities, asked);
-  for (ModelParam* const param : params) param->dQuantity.fill(0);  // a model leaves those of others as they stand
-  if (EvalModel(ctx, model, f, derivatives) != 0) return;
+  for (ParamSlopes* const slopes : params) slopes->PutZeros();  // a model leaves those of others as they stand
+  if (EvalPartner(ctx, model, f, derivatives) != 0) return;
   const auto value = [&](int q) { return ctx.quantities[static_cast<std::size_t>(q)].value; };
   const double root = std::sqrt(std::fmax(value(kTrans), 0));
   transfer.value = mode == kComplex            ? Cplx{value(kE1), value(kE2)}
@@ -138,7 +138,7 @@ Complex<T> SlabTransfer(const Complex<T>& eps, const Complex<T>& mu, const T& th
 }
 
 void TransferBySlab(TypeRun& run, const TypeInputs<double>& in, double f, bool derivatives,
-                    std::span<ModelParam* const> params, Transfer& transfer) {
+                    std::span<ParamSlopes* const> params, Transfer& transfer) {
   constexpr int kEps = kModel, kMu = kOwn0, kThickness = kOwn1, kPasses = kOwn2;
   transfer = {{}, std::vector<Cplx>(derivatives ? params.size() : 0)};
   if (in.setting(kMode) == kUnchanged) {
@@ -147,10 +147,11 @@ void TransferBySlab(TypeRun& run, const TypeInputs<double>& in, double f, bool d
   }
   const int passes = std::min(in.setting(kPasses), 1000);
   const auto lane = [](double value, int direction) { return TypeDual(value, direction); };
+  const ParamSlopes* const own = derivatives ? run.SlopesOfOwn(kThickness) : nullptr;
   // One response after the other, each with its slopes: a model may be both.
   std::vector<Cplx> epsSlopes, muSlopes;
   const auto ask = [&](int input, std::vector<Cplx>& slopes) {
-    for (ModelParam* const param : params) param->dEpsRe = param->dEpsIm = 0;
+    for (ParamSlopes* const param : params) param->PutEps(0, 0);
     run.Ask(input, f, derivatives);
     for (std::size_t p = 0; p < transfer.slopes.size(); ++p) slopes.push_back({params[p]->dEpsRe, params[p]->dEpsIm});
     return in.eps(input);
@@ -164,13 +165,13 @@ void TransferBySlab(TypeRun& run, const TypeInputs<double>& in, double f, bool d
   for (std::size_t p = 0; p < transfer.slopes.size(); ++p) {
     transfer.slopes[p] =
         slope(0) * epsSlopes[p].re + slope(1) * epsSlopes[p].im + slope(2) * muSlopes[p].re + slope(3) * muSlopes[p].im;
-    if (params[p] == run.scratch().param[kThickness]) transfer.slopes[p] += slope(4);
+    if (params[p] == own) transfer.slopes[p] += slope(4);
   }
 }
 
 // A delay by a time t turns harmonic k by -2 pi k t/(N dt).
-void Delay(double delay, const PulseGrid& grid, std::size_t k, std::span<ModelParam* const> params,
-           const ModelParam* own, Transfer& transfer) {
+void Delay(double delay, const PulseGrid& grid, std::size_t k, std::span<ParamSlopes* const> params,
+           const ParamSlopes* own, Transfer& transfer) {
   const double perTime = -2 * std::numbers::pi * static_cast<double>(k) / (static_cast<double>(grid.size) * grid.step);
   const Cplx turn{std::cos(perTime * delay), std::sin(perTime * delay)};
   transfer.value *= turn;
@@ -198,14 +199,15 @@ void FillTransfer(TypeRun& run, const TypeInputs<double>& in, std::size_t k, boo
                          transfer);
   }
   if constexpr (kKind == PulseKind::kTwoModels) {
-    if (Model* const second = run.scratch().partner[kOwn0]) {
+    if (const Model* const second = run.scratch().partner[kOwn0]) {
       Transfer factor;
       TransferByQuantities(ctx, *second, f, in.setting(kMode), derivatives, pulse.params, factor);
       MultiplyBy(factor, transfer);
     }
   }
   if constexpr (kKind == PulseKind::kDelayed) {
-    Delay(in[kOwn0], pulse.grid, k, pulse.params, run.scratch().param[kOwn0], transfer);
+    const ParamSlopes* const own = derivatives ? run.SlopesOfOwn(kOwn0) : nullptr;
+    Delay(in[kOwn0], pulse.grid, k, pulse.params, own, transfer);
   }
   // A response without a value at this frequency lets nothing through.
   if (!IsFinite(transfer.value)) transfer = {{}, std::vector<Cplx>(transfer.slopes.size())};
@@ -228,36 +230,37 @@ QuantitySet AskedFor(int quantity, const TypeInputs<double>& in) {
 
 // Adds what the transfer depends on, of the models as far as it is asked of them.
 template <PulseKind kKind>
-int AddDependencies(TypeRun& run, const TypeInputs<double>& in, QuantitySet asked, std::vector<ModelParam*>& params) {
+int AddDependencies(TypeRun& run, const TypeInputs<double>& in, QuantitySet asked, std::vector<ParamSlopes*>& params) {
   EvalContext& ctx = run.context();
-  const auto add = [&](ModelParam& param) {
+  const auto add = [&](ParamSlopes& param) {
     if (std::find(params.begin(), params.end(), &param) == params.end()) params.push_back(&param);
   };
   params.clear();
   for (const int input : {static_cast<int>(kModel), static_cast<int>(kOwn0)}) {
     if (static_cast<std::size_t>(input) >= run.InputCount()) continue;
-    Model* const partner = run.scratch().partner[static_cast<std::size_t>(input)];
+    const Model* const partner = run.scratch().partner[static_cast<std::size_t>(input)];
     if (!partner) continue;
     if constexpr (kKind == PulseKind::kSlab) {
       if (in.setting(kMode) == kUnchanged) continue;
       SeedDependencies(ctx, *partner);
-      ForEachParam(*partner, [&](ModelParam& param) {
-        if (param.adjustable && (param.dEpsRe != 0 || param.dEpsIm != 0)) add(param);
+      ForEachParam(*partner, SlopesOf(ctx, *partner), [&](const ModelParam& param, ParamSlopes& slopes) {
+        if (param.adjustable && (slopes.dEpsRe != 0 || slopes.dEpsIm != 0)) add(slopes);
       });
     } else {
       const WantedForPartner wanted(ctx.quantities, asked);
-      ForEachFreeParam(*ctx.params, [&](ModelParam& param) { param.dQuantity.fill(0); });
-      if (EvalModelAfter(ctx, *partner) != 0) return -1;
-      ForEachFreeParam(*ctx.params, [&](ModelParam& param) {
+      ForEachFreeParam(*ctx.params, ctx.slopes, [](ParamSlopes& slopes) { slopes.PutZeros(); });
+      if (EvalPartnerAfter(ctx, *partner) != 0) return -1;
+      ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) {
         for (int q = 0; q < kQuantityCount; ++q) {
-          if (Contains(asked, q) && param.dQuantity[static_cast<std::size_t>(q)] != 0) add(param);
+          if (Contains(asked, q) && slopes.dQuantity[static_cast<std::size_t>(q)] != 0) add(slopes);
         }
       });
     }
   }
-  for (ModelParam* const own : run.scratch().param) {
-    const bool counts = own && own->adjustable && (kKind != PulseKind::kSlab || in.setting(kMode) != kUnchanged);
-    if (counts) add(*own);
+  const bool ownCount = kKind != PulseKind::kSlab || in.setting(kMode) != kUnchanged;
+  for (int i = 0; ownCount && i < static_cast<int>(run.InputCount()); ++i) {
+    const ModelParam* const own = run.scratch().param[static_cast<std::size_t>(i)];
+    if (own && own->adjustable) add(*run.SlopesOfOwn(i));
   }
   return 0;
 }
@@ -345,7 +348,7 @@ struct Reading {
 };
 
 template <PulseKind kKind>
-int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
+int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   TypeRun run(ctx, model, kMap<kKind>, kFills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kMap<kKind>, x);
@@ -359,29 +362,30 @@ int Evaluate(EvalContext& ctx, Model& model, double x, bool derivatives) {
   for (int q = 0; q < kQuantityCount; ++q) {
     Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
     if (!quantity.wanted) continue;
-    quantity.value = reading.Value(q);
+    quantity.Put(reading.Value(q));
     for (std::size_t p = 0; derivatives && p < pulse.params.size(); ++p) {
-      pulse.params[p]->dQuantity[static_cast<std::size_t>(q)] = reading.Slope(q, p);
+      pulse.params[p]->Put(q, reading.Slope(q, p));
     }
   }
   return 0;
 }
 
 template <PulseKind kKind>
-int After(EvalContext& ctx, Model& model) {
+int After(EvalContext& ctx, const Model& model) {
   TypeRun run(ctx, model, kMap<kKind>, kFills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kMap<kKind>, 0);
-  std::vector<ModelParam*> params;
+  std::vector<ParamSlopes*> params;
   for (int q = 0; q < kQuantityCount; ++q) {
     if (!ctx.quantities[static_cast<std::size_t>(q)].wanted) continue;
     const bool depends = q == kRp || q == kRs || q == kE1 || q == kE2;
     if (AddDependencies<kKind>(run, in, AskedFor<kKind>(q, in), params) != 0) return -1;
-    ForEachFreeParam(*ctx.params, [&](ModelParam& param) { param.dQuantity[static_cast<std::size_t>(q)] = 0; });
-    for (ModelParam* const param : params) {
+    ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { slopes.Put(q, 0); });
+    const ParamSlopes* const delay = kKind == PulseKind::kDelayed ? run.SlopesOfOwn(kOwn0) : nullptr;
+    for (ParamSlopes* const param : params) {
       // A delay turns the harmonics and leaves their power.
-      const bool turned = kKind == PulseKind::kDelayed && q == kRs && param == run.scratch().param[kOwn0];
-      param->dQuantity[static_cast<std::size_t>(q)] = depends && !turned ? 1 : 0;
+      const bool turned = q == kRs && param == delay;
+      param->Put(q, depends && !turned ? 1 : 0);
     }
   }
   return 0;

@@ -327,7 +327,7 @@ TEST_F(LayeredGraphene, ItsSlopesDoNotMindLevelsThatMeet) {
   for (const int q : {kS1, kS2, kN1}) {
     const double value = QuantityAt(program, model, q, 6000, true);
     const auto slope = [&](int row, int column) {
-      return Cell(model, row, column).dQuantity[static_cast<std::size_t>(q)];
+      return Cell(model, row, column).savedSlopes.dQuantity[static_cast<std::size_t>(q)];
     };
     for (const auto& [row, column] : {std::pair(0, 1), {0, 2}, {1, 0}, {1, 2}}) {
       EXPECT_NEAR(slope(row, column), 0, 1e-8 * std::fabs(value)) << row << ' ' << column << " of " << q;
@@ -357,7 +357,7 @@ TEST_F(LayeredGraphene, ItsSlopesGoOnSmoothlyWhereLevelsComeClose) {
     QuantityAt(program, model, kS1, 6000, true);
     std::vector<double> all;
     for (const auto& [row, column] : {std::pair(0, 0), {1, 1}, {2, 0}, {2, 1}, {2, 2}}) {
-      all.push_back(Cell(model, row, column).dQuantity[kS1]);
+      all.push_back(Cell(model, row, column).savedSlopes.dQuantity[kS1]);
     }
     return all;
   };

@@ -154,9 +154,9 @@ TEST_F(OnSubstrate, AreFittedWithTheThicknessOfTheSubstrateWhereLightPassesIt) {
       const auto q = static_cast<std::size_t>(slot.quantity);
       const bool passes = q == kTrans || q == kS1 || q == kS2 || q == kDepth || q == kLoss;
       WantOnly(program.eval.quantities, SetOf(slot.quantity));
-      ASSERT_EQ(EvalModelAfter(program.eval, model), 0);
-      EXPECT_NE(film.dQuantity[q], 0) << code << ' ' << q;
-      EXPECT_EQ(substrate.dQuantity[q] != 0, passes) << code << ' ' << q;
+      ASSERT_EQ(FindDependencies(program, model), 0);
+      EXPECT_NE(film.savedSlopes.dQuantity[q], 0) << code << ' ' << q;
+      EXPECT_EQ(substrate.savedSlopes.dQuantity[q] != 0, passes) << code << ' ' << q;
     }
   }
 }
@@ -191,8 +191,9 @@ TEST_F(OnSubstrate, AllOfVacuumGiveNoAngles) {
     Model& model = Make(code, {{vacuum, 0.001, 0}, {vacuum, 0.002, 0}});
     for (const int q : {kRps, kN1, kN2}) {
       EXPECT_EQ(At(model, q, 170), 0) << code << ' ' << q;
-      ASSERT_EQ(EvalModel(program.eval, model, 170, true), 0);
-      EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.dQuantity[static_cast<std::size_t>(q)])) << code << ' ' << q;
+      ASSERT_EQ(EvalWithSlopes(program, model, 170), 0);
+      EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.savedSlopes.dQuantity[static_cast<std::size_t>(q)]))
+          << code << ' ' << q;
     }
     EXPECT_NEAR(At(model, kTrans, 170), 1, 1e-14);
     EXPECT_NEAR(At(model, kS1, 170), 1, 1e-12);
@@ -214,8 +215,9 @@ TEST_F(OnSubstrate, WhenOpaqueHaveAPhaseWithSlopes) {
     ModelParam& thickness = Cell(model, 0, Wp);
     thickness.adjustable = 1;
     WantOnly(program.eval.quantities, SetOf(q));
-    ASSERT_EQ(EvalModel(program.eval, model, x, true), 0);
-    EXPECT_NEAR(thickness.dQuantity[static_cast<std::size_t>(q)] / perTurn, x * (n.real() - empty), 1e-9) << code;
+    ASSERT_EQ(EvalWithSlopes(program, model, x), 0);
+    EXPECT_NEAR(thickness.savedSlopes.dQuantity[static_cast<std::size_t>(q)] / perTurn, x * (n.real() - empty), 1e-9)
+        << code;
     EXPECT_EQ(At(model, kTrans, x), 0) << code;
   }
 }
@@ -228,7 +230,7 @@ TEST_F(OnSubstrate, WithoutRowsAreVacuum) {
       EXPECT_EQ(At(model, q, 150), one ? 1 : 0) << code << ' ' << q;
     }
     for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1;
-    EXPECT_EQ(EvalModel(program.eval, model, 150, true), 0);
+    EXPECT_EQ(EvalWithSlopes(program, model, 150), 0);
     EXPECT_EQ(EvalModelAfter(program.eval, model), 0);
   }
 }
@@ -314,8 +316,8 @@ TEST_F(PlateTest, OfVacuumHasNumbersInAllQuantities) {
   for (const int q : {kRefl, kE1, kE2, kS1, kS2}) {
     EXPECT_TRUE(std::isfinite(At(model, q, 150))) << q;
     WantOnly(program.eval.quantities, SetOf(q));
-    ASSERT_EQ(EvalModel(program.eval, model, 150, true), 0);
-    EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.dQuantity[static_cast<std::size_t>(q)])) << q;
+    ASSERT_EQ(EvalWithSlopes(program, model, 150), 0);
+    EXPECT_TRUE(std::isfinite(ModelOf(vacuum).epsInf.savedSlopes.dQuantity[static_cast<std::size_t>(q)])) << q;
   }
 }
 

@@ -122,8 +122,8 @@ TEST_F(Multilayers, WithADielectricFunctionNear0StayFinite) {
   Model& model = Make(2, {{zero, 0.001, 0}, {glass, 0.001, 0}});
   EXPECT_TRUE(std::isfinite(At(model, kRefl, 100)));
   EXPECT_NEAR(At(model, kRefl, 100) + At(model, kTrans, 100), 1, 1e-6);
-  ASSERT_EQ(EvalModel(program.eval, model, 100, true), 0);
-  EXPECT_TRUE(std::isfinite(ModelOf(zero).epsInf.dQuantity[kRefl]));
+  ASSERT_EQ(EvalWithSlopes(program, model, 100), 0);
+  EXPECT_TRUE(std::isfinite(ModelOf(zero).epsInf.savedSlopes.dQuantity[kRefl]));
 }
 
 TEST_F(Multilayers, ALayerThatWouldAmplifyCountsWithoutPhase) {
@@ -214,8 +214,8 @@ TEST_F(ObliqueStacks, HaveTheSlopesOfALayerWithGain) {
       param->adjustable = 1;
       for (const int q : {kRefl, kTrans, kE1, kE2, kS1, kS2}) {
         WantOnly(program.eval.quantities, SetOf(q));
-        ASSERT_EQ(EvalModel(program.eval, model, x, true), 0);
-        const double slope = param->dQuantity[static_cast<std::size_t>(q)], start = param->value;
+        ASSERT_EQ(EvalWithSlopes(program, model, x), 0);
+        const double slope = param->savedSlopes.dQuantity[static_cast<std::size_t>(q)], start = param->value;
         const SlopeEstimate estimate = RiddersSlope(
             [&](double v) {
               param->value = v;
