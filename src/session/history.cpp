@@ -39,6 +39,7 @@ Graph WithoutPicture(const Graph& graph) {
 }  // namespace
 
 void History::Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables) {
+  for (const Step& step : forward_) bytes_ -= step.bytes;
   forward_.clear();
   begun_ =
       !(mayMerge_ && !operation.merge.empty() && !back_.empty() && back_.back().operation.merge == operation.merge);
@@ -70,11 +71,15 @@ void History::Begin(const Operation& operation, const Pieces& touched, const Ses
                                     tables.graphs.nextNumber, tables.autoScreenUpdate, tables.graphReader,
                                     tables.fitFollows});
   for (const Saved& saved : step.saved) step.bytes += BytesOf(saved);
+  bytes_ += step.bytes;
   back_.push_back(std::move(step));
 }
 
 void History::Abandon() {
-  if (begun_) back_.pop_back();
+  if (begun_) {
+    bytes_ -= back_.back().bytes;
+    back_.pop_back();
+  }
   begun_ = false;
 }
 
@@ -101,23 +106,14 @@ bool History::Forward(SessionTables& tables) {
   return true;
 }
 
-std::size_t History::Bytes() const {
-  std::size_t bytes = 0;
-  for (const auto* const steps : {&back_, &forward_}) {
-    for (const Step& step : *steps) bytes += step.bytes;
-  }
-  return bytes;
-}
-
 void History::SetBound(std::size_t bytes) {
   bound_ = bytes;
   HoldBound();
 }
 
 void History::HoldBound() {
-  std::size_t bytes = Bytes();
-  while (!back_.empty() && bytes > bound_) {
-    bytes -= back_.front().bytes;
+  while (!back_.empty() && bytes_ > bound_) {
+    bytes_ -= back_.front().bytes;
     back_.pop_front();
   }
 }
@@ -163,11 +159,13 @@ void History::Swap(Saved& saved, SessionTables& tables) {
 // Parameters lie inside of models: back and forward they are swapped before and after them alike, since no operation
 // touches a parameter and the whole model that holds it.
 void History::SwapAll(Step& step, SessionTables& tables) {
+  bytes_ -= step.bytes;
   step.bytes = 0;
   for (Saved& saved : step.saved) {
     Swap(saved, tables);
     step.bytes += BytesOf(saved);
   }
+  bytes_ += step.bytes;
 }
 
 std::size_t History::BytesOf(const Saved& saved) {

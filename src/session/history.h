@@ -68,7 +68,7 @@ class History {
   // end.
   std::vector<std::string> LabelsBack() const { return LabelsOf(back_); }
   std::vector<std::string> LabelsForward() const { return LabelsOf(forward_); }
-  std::size_t Bytes() const;
+  std::size_t Bytes() const { return bytes_; }
   std::size_t Bound() const { return bound_; }
   void SetBound(std::size_t bytes);
 
@@ -109,10 +109,11 @@ class History {
   static std::vector<std::string> LabelsOf(const std::deque<Step>& steps);
   static void Swap(Saved& saved, SessionTables& tables);
   static std::size_t BytesOf(const Saved& saved);
-  static void SwapAll(Step& step, SessionTables& tables);
+  void SwapAll(Step& step, SessionTables& tables);
   void HoldBound();
 
   std::deque<Step> back_, forward_;
+  std::size_t bytes_ = 0;  // of all steps
   std::size_t bound_ = kUsualBound;
   bool mayMerge_ = false;
   bool begun_ = false;  // a step was added by the last Begin

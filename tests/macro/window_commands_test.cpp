@@ -128,8 +128,7 @@ TEST_F(Notified, SettingAnExperimentalParameterIsToldAfterJoiningTheGroup) {
 
 TEST_F(Notified, FixingAndCopyingTellTheModelThatChanged) {
   Run("FixAllModelParams(ModelNo=2);");
-  for (const std::uint32_t id : ModelsChanged()) EXPECT_EQ(id, 2u);
-  EXPECT_FALSE(told.empty());
+  EXPECT_EQ(ModelsChanged(), Ids{2});
   told.clear();
   Run("CopyModelParam(DestModelNo=2,DestParamName=\"Einf\",SourceModelNo=1,SourceParamName=\"Einf\");");
   EXPECT_EQ(ModelsChanged(), Ids{2});
