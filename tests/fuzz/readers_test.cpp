@@ -138,12 +138,12 @@ TEST(DamagedFiles, MeshAndParameterFilesLoadOrLeaveThingsAlone) {
   for (std::size_t i = 0; i < 6; ++i) model.vdf.mesh[i].x = 100.0 * static_cast<double>(i + 1);
   model.vdf.On = model.vdf.KK = 1;
   ASSERT_EQ(SaveVdf(model.vdf, folder.Path("good.kvv")), 0);
-  ASSERT_EQ(SaveParams(tables.params, folder.Path("good.kvp")), 0);
-  const Notices nobody;
+  ASSERT_TRUE(SaveParams(tables.params, folder.Path("good.kvp")).Ok());
   Damage damage(std::string("\0\x01\x7f\xff", 4));
   for (int i = 0; i < kRounds; ++i) {
     LoadVdf(model.vdf, folder.Write("bad.kvv", damage.Of(folder.Read("good.kvv"))));
-    LoadParams(tables.params, nobody, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp"))));
+    const auto loaded = LoadParams(tables.params, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp"))));
+    ASSERT_TRUE(loaded.Ok());  // it reads up to the first record that is wrong
     // Whatever the mesh is now, it must be possible to ask for its value.
     EvalModel(tables.eval, model, 250, true);
     ASSERT_LE(model.vdf.mesh.size(), 400u);
