@@ -22,9 +22,9 @@ void LoadAMillionLines(benchmark::State& state) {
   std::fclose(file);
   for (auto _ : state) {
     kalvex::DatasetTable table;
-    kalvex::LoadDatasetArgs args;
-    args.MasterFile = path;
-    if (kalvex::LoadDatasetFromMacro(table, args) != nullptr) state.SkipWithError("does not load");
+    kalvex::DatasetSource source;
+    source.MasterFile = path;
+    if (!kalvex::LoadDataset(table.slots[0], source, table.nextId).Ok()) state.SkipWithError("does not load");
   }
   std::filesystem::remove(path);
 }

@@ -15,18 +15,19 @@
 #include "evaluation/eval_spectrum.h"
 #include "files/vdf_file.h"
 #include "macro/run_macro.h"
-#include "program/program.h"
 #include "records/model_rows.h"
 #include "records/model_table.h"
+#include "tables.h"
 #include "types/describe.h"
 #include "types/types.h"
+#include "windows/desk.h"
 
 namespace {
 
 using kalvex::G;
 using kalvex::Model;
 using kalvex::ModelType;
-using kalvex::Program;
+using kalvex::Tables;
 using kalvex::Wo;
 using kalvex::Wp;
 
@@ -112,16 +113,20 @@ void RefineMesh(Model& model) {
   }
 }
 
-// The model of the page, which is the last one of its macro; null if the macro does not run.
-Model* SetUp(const ModelType& type, Program& program) {
+// The model of the page, which is the last one of its macro, and the datasets; null if the macro does not run.
+Model* SetUp(const ModelType& type, Tables& tables) {
   WriteWhatPagesName(type);
   kalvex::WriteWholeFile("page.kvs", kalvex::MacroOf(type));
-  if (kalvex::RunMacro(program, "page.kvs") != kalvex::kMacroEnded) return nullptr;
+  kalvex::Session session(tables.platform);
+  kalvex::Desk desk(session);
+  if (kalvex::RunMacro(desk, "page.kvs") != kalvex::kMacroEnded) return nullptr;
+  tables.params = session.Params();
+  tables.datasets = session.Datasets();
   Model* last = nullptr;
-  for (Model& model : program.params.models) {
+  for (Model& model : tables.params.models) {
     if (model.number == 0) continue;
     last = &model;
-    if (kalvex::TypeOf(program.eval, model)) {
+    if (kalvex::TypeOf(tables.eval, model)) {
       RefineMesh(model);
     } else {
       AddOscillators(type, model);
@@ -130,13 +135,13 @@ Model* SetUp(const ModelType& type, Program& program) {
   return last;
 }
 
-std::vector<kalvex::ParamPlace> FreePlaces(Program& program) {
+std::vector<kalvex::ParamPlace> FreePlaces(Tables& tables) {
   std::vector<kalvex::ParamPlace> places;
   const auto add = [&](const kalvex::ParamPlace& place) {
-    if (kalvex::ParamAt(program.params, place).adjustable) places.push_back(place);
+    if (kalvex::ParamAt(tables.params, place).adjustable) places.push_back(place);
   };
   for (int nm = 0; nm < kalvex::kMaxModels; ++nm) {
-    const Model& model = program.params.models[static_cast<std::size_t>(nm)];
+    const Model& model = tables.params.models[static_cast<std::size_t>(nm)];
     if (model.number == 0) continue;
     add({.Where = kalvex::ParamKind::kEpsInf, .nm = nm});
     for (int cell = 0; cell < kalvex::RowCount(model) * kalvex::kColumns; ++cell) {
@@ -157,10 +162,10 @@ enum Numbers { kChange, kStay };
 
 // The parameters of all models change from one spectrum to the next, as in a fit, or stay.
 void Evaluate(benchmark::State& state, const ModelType* type, Slopes slopes, Numbers numbers) {
-  Program program;
-  Model* const model = SetUp(*type, program);
+  Tables tables;
+  Model* const model = SetUp(*type, tables);
   if (!model) return state.SkipWithError("the macro of the page does not run");
-  const std::vector<kalvex::ParamPlace> places = FreePlaces(program);
+  const std::vector<kalvex::ParamPlace> places = FreePlaces(tables);
   std::vector<double> x(kFrequencies);
   for (int i = 0; i < kFrequencies; ++i) x[static_cast<std::size_t>(i)] = At(*type, i / (kFrequencies - 1.0));
   const std::vector<kalvex::QuantitySet> wanted(x.size(), kalvex::SetOf(QuantityOf(*type)));
@@ -171,9 +176,9 @@ void Evaluate(benchmark::State& state, const ModelType* type, Slopes slopes, Num
   for (auto _ : state) {
     step = -step;
     for (std::size_t k = 0; numbers == kChange && k < places.size(); ++k) {
-      kalvex::ParamAt(program.params, places[k]).value *= 1 + step;
+      kalvex::ParamAt(tables.params, places[k]).value *= 1 + step;
     }
-    const int status = kalvex::EvalSpectrum(program.eval, *model, request, [](const kalvex::SpectrumBlock&) {});
+    const int status = kalvex::EvalSpectrum(tables.eval, *model, request, [](const kalvex::SpectrumBlock&) {});
     if (status != 0) return state.SkipWithError("the evaluation fails");
   }
   state.counters["free"] = static_cast<double>(places.size());

@@ -129,6 +129,22 @@ TEST_F(DatasetCommands, EveryFailedLoadShowsItsMessageAndTheMacroGoesOn) {
   }
 }
 
+TEST_F(DatasetCommands, ANumberOfAMethodOutsideItsRangeIsRefusedAndTheRowsStay) {
+  const std::pair<const char*, const char*> kMethods[] = {{"XMethod", "XMethod should be 1, 2 or 3."},
+                                                          {"XGrid", "XGrid should be 1 or 2."},
+                                                          {"YMethod", "YMethod should be 1 or 2."},
+                                                          {"YErrMethod", "YErrMethod should be 1, 2 or 3."},
+                                                          {"Match", "Match should be 1 or 2."}};
+  const std::string load = "LoadDataset(MasterFile=\"E1_a.dat\"";
+  for (const auto& [method, message] : kMethods) {
+    for (const char* const number : {"0", "-1", "4", "2147483647", "-2147483648"}) {
+      Run(load + ");" + load + ',' + method + '=' + number + ");ExportDataset(DatasetNo=1,File=\"out\");");
+      EXPECT_NE(Said("LoadDataset").find(message), std::string::npos) << Said("LoadDataset");
+      EXPECT_EQ(Column(Written("out"), 0), (Values{100, 200, 300})) << method << number;
+    }
+  }
+}
+
 TEST_F(DatasetCommands, SlotsGoFrom1To100) {
   Run("LoadDataset(DatasetNo=100,MasterFile=\"E1_a.dat\");ExportDataset(DatasetNo=100,File=\"out\");");
   EXPECT_EQ(Written("out").size(), 3u);

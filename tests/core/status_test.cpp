@@ -33,9 +33,9 @@ TEST(Statuses, OfSharedFailuresNameWhatIsMissing) {
     std::string text, about;
   };
   const Failure failures[] = {
-      {NoSuchModel(3), StatusCode::kMissing, "model 3 does not exist", "model 3"},
-      {NoSuchGraph(-1), StatusCode::kMissing, "graph -1 does not exist", "graph -1"},
-      {NotLoaded(12), StatusCode::kMissing, "dataset 12 is not loaded", "dataset 12"},
+      {NoSuchModel(3), StatusCode::kNotThere, "model 3 does not exist", "model 3"},
+      {NoSuchGraph(-1), StatusCode::kNotThere, "graph -1 does not exist", "graph -1"},
+      {NotLoaded(12), StatusCode::kNotThere, "dataset 12 is not loaded", "dataset 12"},
       {CannotWrite("x/y.dat"), StatusCode::kCannotWrite, "'x/y.dat' cannot be written", "x/y.dat"},
   };
   for (const Failure& failure : failures) {
@@ -68,7 +68,7 @@ TEST(Results, AreTheValueOrTheReasonWhyThereIsNone) {
 TEST(Results, CarryAFailureFromBelowAsItIs) {
   const Result<std::string> result = NoSuchModel(5);
   EXPECT_FALSE(result.Ok());
-  EXPECT_EQ(result.GetStatus().Code(), StatusCode::kMissing);
+  EXPECT_EQ(result.GetStatus().Code(), StatusCode::kNotThere);
   EXPECT_EQ(result.Text(), "model 5 does not exist");
 }
 

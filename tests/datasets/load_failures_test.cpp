@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <functional>
 #include <limits>
+#include <utility>
 
 #include "datasets/dataset_operations.h"
 #include "datasets/loading.h"
@@ -18,10 +19,10 @@ class Failure : public Loading {
 
   // A load with a change of its parameters, which are as before afterwards.
   std::string LoadWith(const std::function<void()>& change) {
-    const LoadDatasetArgs before = args;
+    const DatasetSource before = source;
     change();
     const std::string message = Load();
-    args = before;
+    source = before;
     return message;
   }
   std::string words, none;
@@ -29,127 +30,128 @@ class Failure : public Loading {
 
 TEST_F(Failure, AMasterFileThatCannotBeOpened) {
   for (const std::string& path : {none, folder.Name(), std::string()}) {
-    EXPECT_EQ(LoadWith([&] { args.MasterFile = path; }), "Cannot open master file.") << path;
+    EXPECT_EQ(LoadWith([&] { source.MasterFile = path; }), "Cannot open master file.") << path;
   }
 }
 
 TEST_F(Failure, AMasterFileIsNeededEvenForAGeneratedDataset) {
-  args = {};
-  args.XMethod = 3;
-  args.YMethod = 2;
+  source = {};
+  source.XMethod = XSource::kGenerated;
+  source.YMethod = YSource::kFixed;
   EXPECT_EQ(Load(), "Cannot open master file.");
 }
 
 TEST_F(Failure, AMasterFileWithoutAUsableLine) {
-  EXPECT_EQ(LoadWith([&] { args.MasterFile = words; }), "Master file is empty or of improper format.");
-  EXPECT_EQ(LoadWith([&] { args.MasterFile = folder.Write("empty", ""); }),
+  EXPECT_EQ(LoadWith([&] { source.MasterFile = words; }), "Master file is empty or of improper format.");
+  EXPECT_EQ(LoadWith([&] { source.MasterFile = folder.Write("empty", ""); }),
             "Master file is empty or of improper format.");
 }
 
 TEST_F(Failure, AFileForXThatCannotBeOpenedOrUsed) {
-  args.XMethod = 2;
+  source.XMethod = XSource::kFile;
   EXPECT_EQ(Load(), "Cannot open file for X.");
-  EXPECT_EQ(LoadWith([&] { args.XFile = none; }), "Cannot open file for X.");
-  EXPECT_EQ(LoadWith([&] { args.XFile = words; }), "File for X is empty or of improper format.");
+  EXPECT_EQ(LoadWith([&] { source.XFile = none; }), "Cannot open file for X.");
+  EXPECT_EQ(LoadWith([&] { source.XFile = words; }), "File for X is empty or of improper format.");
 }
 
 TEST_F(Failure, AFileForErrorsThatCannotBeOpenedOrUsed) {
-  args.YErrMethod = 2;
+  source.YErrMethod = ErrorSource::kFile;
   EXPECT_EQ(Load(), "Cannot open file for Yerr.");
-  EXPECT_EQ(LoadWith([&] { args.YErrFile = none; }), "Cannot open file for Yerr.");
-  EXPECT_EQ(LoadWith([&] { args.YErrFile = words; }), "File for Yerr is empty or of improper format.");
+  EXPECT_EQ(LoadWith([&] { source.YErrFile = none; }), "Cannot open file for Yerr.");
+  EXPECT_EQ(LoadWith([&] { source.YErrFile = words; }), "File for Yerr is empty or of improper format.");
 }
 
 TEST_F(Failure, GridLimitsInTheWrongOrder) {
-  args.XMethod = 3;
-  args.XMin = 2;
-  args.XMax = 1;
+  source.XMethod = XSource::kGenerated;
+  source.XMin = 2;
+  source.XMax = 1;
   EXPECT_EQ(Load(), "Xmax should be larger, than Xmin.");
 }
 
 TEST_F(Failure, AGridOfFewerThanTwoPoints) {
-  args.XMethod = 3;
+  source.XMethod = XSource::kGenerated;
   for (const int points : {1, 0, -1, std::numeric_limits<int>::min()}) {
-    EXPECT_EQ(LoadWith([&] { args.XPts = points; }), "# pts should be more than 1.") << points;
+    EXPECT_EQ(LoadWith([&] { source.XPts = points; }), "# pts should be more than 1.") << points;
   }
 }
 
 TEST_F(Failure, ALogarithmicGridThatReachesZero) {
-  args.XMethod = 3;
-  args.XGrid = 2;
+  source.XMethod = XSource::kGenerated;
+  source.XGrid = Grid::kLogarithmic;
   for (const auto& [low, high] : {std::pair(0.0, 10.0), std::pair(-1.0, 10.0), std::pair(-2.0, -1.0)}) {
-    args.XMin = low;
-    args.XMax = high;
+    source.XMin = low;
+    source.XMax = high;
     EXPECT_EQ(Load(), "For logarithmic grid Xmin and Xmax should be positive.") << low;
     EXPECT_EQ(LoadWith([&] {
-                args.XGrid = 1;
-                args.XPts = 3;
+                source.XGrid = Grid::kLinear;
+                source.XPts = 3;
               }),
               "");
   }
 }
 
 TEST_F(Failure, MoreRowsThanTheMemoryHolds) {
-  args.XMethod = 3;
-  args.XPts = std::numeric_limits<int>::max();
+  source.XMethod = XSource::kGenerated;
+  source.XPts = std::numeric_limits<int>::max();
   EXPECT_EQ(Load(), "Not enough memory for the dataset.");
 }
 
 TEST_F(Failure, AFixedErrorThatIsNotAboveZero) {
-  args.YErrMethod = 3;
+  source.YErrMethod = ErrorSource::kFixed;
   for (const double error : {0.0, -0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
-    EXPECT_EQ(LoadWith([&] { args.YErrVal = error; }), "YErr should be larger than 0.") << error;
+    EXPECT_EQ(LoadWith([&] { source.YErrVal = error; }), "YErr should be larger than 0.") << error;
   }
 }
 
 TEST_F(Failure, TheGridAndTheFixedErrorAreCheckedOnlyWhereTheyAreUsed) {
-  args.XMin = 2;
-  args.XMax = 1;
-  args.XPts = 0;
-  args.YErrVal = -1;
+  source.XMin = 2;
+  source.XMax = 1;
+  source.XPts = 0;
+  source.YErrVal = -1;
   EXPECT_EQ(Load(), "");
 }
 
 TEST_F(Failure, FilesAreCheckedInTheOrderMasterXErrors) {
-  const std::string master = *args.MasterFile;
-  args.XMethod = args.YErrMethod = 2;
-  args.MasterFile = args.XFile = args.YErrFile = none;
+  const std::string master = source.MasterFile;
+  source.XMethod = XSource::kFile;
+  source.YErrMethod = ErrorSource::kFile;
+  source.MasterFile = source.XFile = source.YErrFile = none;
   EXPECT_EQ(Load(), "Cannot open master file.");
-  args.MasterFile = words;
+  source.MasterFile = words;
   EXPECT_EQ(Load(), "Master file is empty or of improper format.");
-  args.MasterFile = master;
+  source.MasterFile = master;
   EXPECT_EQ(Load(), "Cannot open file for X.");
-  args.XFile = words;
+  source.XFile = words;
   EXPECT_EQ(Load(), "File for X is empty or of improper format.");
-  args.XFile = master;
+  source.XFile = master;
   EXPECT_EQ(Load(), "Cannot open file for Yerr.");
-  args.YErrFile = words;
+  source.YErrFile = words;
   EXPECT_EQ(Load(), "File for Yerr is empty or of improper format.");
-  args.YErrFile = master;
+  source.YErrFile = master;
   EXPECT_EQ(Load(), "");
 }
 
 TEST_F(Failure, TheGridIsCheckedAfterTheFilesAndBeforeTheMemoryAndTheErrorLast) {
-  args.XMethod = 3;
-  args.XGrid = 2;
-  args.XMin = -1;
-  args.XMax = -2;
-  args.XPts = 1;
-  args.YErrMethod = 2;
-  args.YErrFile = none;
+  source.XMethod = XSource::kGenerated;
+  source.XGrid = Grid::kLogarithmic;
+  source.XMin = -1;
+  source.XMax = -2;
+  source.XPts = 1;
+  source.YErrMethod = ErrorSource::kFile;
+  source.YErrFile = none;
   EXPECT_EQ(Load(), "Cannot open file for Yerr.");
-  args.YErrMethod = 3;
-  args.YErrVal = 0;
+  source.YErrMethod = ErrorSource::kFixed;
+  source.YErrVal = 0;
   EXPECT_EQ(Load(), "Xmax should be larger, than Xmin.");
-  args.XMax = 10;
+  source.XMax = 10;
   EXPECT_EQ(Load(), "# pts should be more than 1.");
-  args.XPts = std::numeric_limits<int>::max();
+  source.XPts = std::numeric_limits<int>::max();
   EXPECT_EQ(Load(), "For logarithmic grid Xmin and Xmax should be positive.");
-  args.XMin = 1;
+  source.XMin = 1;
   EXPECT_EQ(Load(), "Not enough memory for the dataset.");
-  args.XPts = 4;
+  source.XPts = 4;
   EXPECT_EQ(Load(), "YErr should be larger than 0.");
-  args.YErrVal = 1;
+  source.YErrVal = 1;
   EXPECT_EQ(Load(), "");
 }
 
@@ -174,16 +176,16 @@ TEST_F(Failure, FilesTooLargeForTheMemorySaySo) {
     std::_Exit(::setrlimit(RLIMIT_AS, &limit) == 0 && Load() == expected ? 0 : 1);
   };
   const auto zero = testing::ExitedWithCode(0);
-  const std::string master = *args.MasterFile;
-  args.MasterFile = large;
+  const std::string master = source.MasterFile;
+  source.MasterFile = large;
   EXPECT_EXIT(saidWithLittleMemory("Not enough memory to load master file."), zero, "");
-  args.MasterFile = master;
-  args.XMethod = 2;
-  args.XFile = large;
+  source.MasterFile = master;
+  source.XMethod = XSource::kFile;
+  source.XFile = large;
   EXPECT_EXIT(saidWithLittleMemory("Not enough memory to load file for X."), zero, "");
-  args.XMethod = 1;
-  args.YErrMethod = 2;
-  args.YErrFile = large;
+  source.XMethod = XSource::kMaster;
+  source.YErrMethod = ErrorSource::kFile;
+  source.YErrFile = large;
   EXPECT_EXIT(saidWithLittleMemory("Not enough memory to load file for Yerr."), zero, "");
 }
 
@@ -191,34 +193,34 @@ TEST_F(Failure, EveryFailureButTheLastLeavesTheRowsAsTheyWere) {
   ASSERT_EQ(Load(), "");
   const Rows before = Points();
   const std::function<void()> changes[] = {
-      [&] { args.MasterFile = none; },
-      [&] { args.MasterFile = words; },
-      [&] { args.XMethod = 2; },
+      [&] { source.MasterFile = none; },
+      [&] { source.MasterFile = words; },
+      [&] { source.XMethod = XSource::kFile; },
       [&] {
-        args.XMethod = 2;
-        args.XFile = words;
+        source.XMethod = XSource::kFile;
+        source.XFile = words;
       },
-      [&] { args.YErrMethod = 2; },
+      [&] { source.YErrMethod = ErrorSource::kFile; },
       [&] {
-        args.YErrMethod = 2;
-        args.YErrFile = words;
-      },
-      [&] {
-        args.XMethod = 3;
-        args.XMax = 0;
+        source.YErrMethod = ErrorSource::kFile;
+        source.YErrFile = words;
       },
       [&] {
-        args.XMethod = 3;
-        args.XPts = 1;
+        source.XMethod = XSource::kGenerated;
+        source.XMax = 0;
       },
       [&] {
-        args.XMethod = 3;
-        args.XGrid = 2;
-        args.XMin = 0;
+        source.XMethod = XSource::kGenerated;
+        source.XPts = 1;
       },
       [&] {
-        args.XMethod = 3;
-        args.XPts = std::numeric_limits<int>::max();
+        source.XMethod = XSource::kGenerated;
+        source.XGrid = Grid::kLogarithmic;
+        source.XMin = 0;
+      },
+      [&] {
+        source.XMethod = XSource::kGenerated;
+        source.XPts = std::numeric_limits<int>::max();
       },
   };
   for (const auto& change : changes) {
@@ -236,10 +238,10 @@ TEST_F(Failure, EveryFailureButTheLastLeavesTheRowsAsTheyWere) {
 
 TEST_F(Failure, TheLastCheckLeavesTheNewRowsUnderTheOldId) {
   ASSERT_EQ(Load(), "");
-  args.XMethod = 3;
-  args.XPts = 7;
-  args.YErrMethod = 3;
-  args.YErrVal = -1;
+  source.XMethod = XSource::kGenerated;
+  source.XPts = 7;
+  source.YErrMethod = ErrorSource::kFixed;
+  source.YErrVal = -1;
   ASSERT_EQ(Load(), "YErr should be larger than 0.");
   EXPECT_EQ(Slot().id, 1u);
   ASSERT_EQ(Points().size(), 7u);
@@ -249,50 +251,38 @@ TEST_F(Failure, TheLastCheckLeavesTheNewRowsUnderTheOldId) {
 }
 
 TEST_F(Failure, TheLastCheckLeavesAFreeSlotWithRowsAndWithoutANameUntilItIsUnloaded) {
-  args.YErrMethod = 3;
-  args.YErrVal = 0;
+  source.YErrMethod = ErrorSource::kFixed;
+  source.YErrVal = 0;
   ASSERT_EQ(Load(), "YErr should be larger than 0.");
   EXPECT_EQ(Slot().id, 0u);
   EXPECT_EQ(Slot().name, "");
   EXPECT_EQ(Points().size(), 3u);
   EXPECT_EQ(CountDatasets(table), 0);
-  ASSERT_TRUE(ExportDatasetNo(table, 1, folder.Path("out"), false, false));
+  ASSERT_TRUE(ExportDataset(Slot(), folder.Path("out"), false, false).Ok());
   EXPECT_EQ(folder.Read("out"), "");  // without an id there is nothing to export
-  ASSERT_TRUE(UnloadDatasetNo(table, {}, 1));
+  UnloadDataset(Slot());
   EXPECT_EQ(Points().size(), 0u);
   EXPECT_EQ(Slot().MasterFile, "");
 }
 
-TEST_F(Failure, ASlotOutsideTheTableIsRefused) {
-  for (const int slot : {0, 101, -3}) {
-    EXPECT_NE(LoadWith([&] { args.DatasetNo = slot; }), "") << slot;
-  }
-  EXPECT_EQ(CountDatasets(table), 0);
+TEST_F(Failure, SaysThatTheFileCannotBeReadAndWhichOne) {
+  source.MasterFile = none;
+  const Status status = LoadDataset(Slot(), source, table.nextId);
+  EXPECT_EQ(status.Code(), StatusCode::kCannotRead);
+  EXPECT_EQ(status.About(), none);
 }
 
-TEST_F(Failure, AMethodOutsideItsRangeIsRefusedAndNothingIsTouched) {
-  ASSERT_EQ(Load(), "");
-  std::optional<int>* const methods[] = {&args.XMethod, &args.XGrid, &args.YMethod, &args.YErrMethod, &args.Match};
-  for (std::optional<int>* const method : methods) {
-    for (const int number : {0, -1, 4}) {
-      *method = number;
-      EXPECT_NE(Load(), "") << number;
-      EXPECT_EQ(Points().size(), 3u);
-    }
-    method->reset();
-  }
-}
-
-TEST_F(Failure, TheRecordItselfLoadsWithTheMethodsItHolds) {
+TEST_F(Failure, TakesNoIdAndASuccessTakesTheNext) {
   Dataset record;
   std::uint32_t nextId = 41;
-  EXPECT_STREQ(LoadDatasetRecord(record, nextId), "Cannot open master file.");
+  const std::string master = std::exchange(source.MasterFile, none);
+  EXPECT_FALSE(LoadDataset(record, source, nextId).Ok());
   EXPECT_EQ(nextId, 41u);
-  record.MasterFile = *args.MasterFile;
-  record.YErrMethod = ErrorSource::kFixed;
-  record.YErrVal = 0.5;
-  record.Match = Matching::kAveraging;
-  EXPECT_EQ(LoadDatasetRecord(record, nextId), nullptr);
+  source.MasterFile = master;
+  source.YErrMethod = ErrorSource::kFixed;
+  source.YErrVal = 0.5;
+  source.Match = Matching::kAveraging;
+  EXPECT_TRUE(LoadDataset(record, source, nextId).Ok());
   EXPECT_EQ(record.id, 41u);
   EXPECT_EQ(nextId, 42u);
   EXPECT_EQ(Plain(record.points), (Rows{{10, 1, 0.5}, {20, 2, 0.5}, {40, 4, 0.5}}));

@@ -32,13 +32,15 @@ TEST_F(Method, TheMasterFileAloneFillsTheRecord) {
   EXPECT_EQ(Slot().YErrMethod, ErrorSource::kMaster);
 }
 
-TEST_F(Method, TheMethodsOfTheLanguageCountFromOneAndThoseOfTheRecordFromZero) {
-  args.XMethod = 3;
-  args.XGrid = args.YMethod = args.Match = 2;
-  args.YErrMethod = 3;
-  args.XMin = 10;
-  args.YVal = 0.3;
-  args.YErrVal = 0.2;
+TEST_F(Method, TheRecordKeepsItsSourceAndFilesNumberTheMethodsFromZero) {
+  source.XMethod = XSource::kGenerated;
+  source.XGrid = Grid::kLogarithmic;
+  source.YMethod = YSource::kFixed;
+  source.Match = Matching::kAveraging;
+  source.YErrMethod = ErrorSource::kFixed;
+  source.XMin = 10;
+  source.YVal = 0.3;
+  source.YErrVal = 0.2;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(static_cast<int>(Slot().XMethod), 2);
   EXPECT_EQ(static_cast<int>(Slot().XGrid), 1);
@@ -50,23 +52,23 @@ TEST_F(Method, TheMethodsOfTheLanguageCountFromOneAndThoseOfTheRecordFromZero) {
 }
 
 TEST_F(Method, AGeneratedGridWithoutItsParametersHas1000PointsFrom1To1000) {
-  args.XMethod = 3;
+  source.XMethod = XSource::kGenerated;
   ASSERT_EQ(Load(), "");
   ASSERT_EQ(Points().size(), 1000u);
   for (std::size_t i = 0; i < 1000; ++i) EXPECT_CLOSE(Points()[i][0], static_cast<double>(i + 1), kRound);
 }
 
 TEST_F(Method, WhatALoadDoesNotNameGoesBackToItsDefault) {
-  args.XMethod = 3;
-  args.XPts = 5;
-  args.YErrMethod = 3;
-  args.YErrVal = 0.7;
-  args.XFile = "x";
-  args.YErrFile = "e";
+  source.XMethod = XSource::kGenerated;
+  source.XPts = 5;
+  source.YErrMethod = ErrorSource::kFixed;
+  source.YErrVal = 0.7;
+  source.XFile = "x";
+  source.YErrFile = "e";
   ASSERT_EQ(Load(), "");
-  LoadDatasetArgs again;
-  again.MasterFile = args.MasterFile;
-  args = again;
+  DatasetSource again;
+  again.MasterFile = source.MasterFile;
+  source = again;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points().size(), 3u);
   EXPECT_EQ(Slot().XPts, 1000);
@@ -76,8 +78,8 @@ TEST_F(Method, WhatALoadDoesNotNameGoesBackToItsDefault) {
 }
 
 TEST_F(Method, XOfAnotherFileTakesTheMastersValuesThere) {
-  args.XMethod = 2;
-  args.XFile = folder.Write("x.dat", "30 77 78\n5\n99\n");
+  source.XMethod = XSource::kFile;
+  source.XFile = folder.Write("x.dat", "30 77 78\n5\n99\n");
   ASSERT_EQ(Load(), "");
   const Rows points = Points();
   ASSERT_EQ(points.size(), 3u);
@@ -88,15 +90,15 @@ TEST_F(Method, XOfAnotherFileTakesTheMastersValuesThere) {
 }
 
 TEST_F(Method, TheFilesOfMethodsThatAreNotChosenAreNotRead) {
-  args.XFile = args.YErrFile = folder.Path("none");
+  source.XFile = source.YErrFile = folder.Path("none");
   EXPECT_EQ(Load(), "");
 }
 
 TEST_F(Method, ALinearGridHasEqualSteps) {
-  args.XMethod = 3;
-  args.XMin = -5;
-  args.XMax = 40;
-  args.XPts = 46;
+  source.XMethod = XSource::kGenerated;
+  source.XMin = -5;
+  source.XMax = 40;
+  source.XPts = 46;
   ASSERT_EQ(Load(), "");
   ASSERT_EQ(Points().size(), 46u);
   for (std::size_t i = 0; i < 46; ++i) EXPECT_NEAR(Points()[i][0], static_cast<double>(i) - 5, 40 * kRound);
@@ -107,32 +109,32 @@ TEST_F(Method, ALinearGridHasEqualSteps) {
 }
 
 TEST_F(Method, ALogarithmicGridHasEqualRatios) {
-  args.XMethod = 3;
-  args.XGrid = 2;
-  args.XMin = 0.01;
-  args.XMax = 1000;
-  args.XPts = 6;
+  source.XMethod = XSource::kGenerated;
+  source.XGrid = Grid::kLogarithmic;
+  source.XMin = 0.01;
+  source.XMax = 1000;
+  source.XPts = 6;
   ASSERT_EQ(Load(), "");
   const double expected[] = {0.01, 0.1, 1, 10, 100, 1000};
   for (std::size_t i = 0; i < 6; ++i) EXPECT_CLOSE(Points()[i][0], expected[i], kRound);
 }
 
 TEST_F(Method, TwoPointsAreTheTwoLimits) {
-  args.XMethod = 3;
-  args.XPts = 2;
-  args.XMin = 15;
-  args.XMax = 30;
+  source.XMethod = XSource::kGenerated;
+  source.XPts = 2;
+  source.XMin = 15;
+  source.XMax = 30;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points()[0], (std::array{15.0, 1.5, Points()[0][2]}));
   EXPECT_EQ(Points()[1], (std::array{30.0, 3.0, Points()[1][2]}));
 }
 
 TEST_F(Method, EqualLimitsGiveAConstantGrid) {
-  args.XMethod = 3;
-  args.XMin = args.XMax = 30;
-  args.XPts = 3;
-  for (const int grid : {1, 2}) {
-    args.XGrid = grid;
+  source.XMethod = XSource::kGenerated;
+  source.XMin = source.XMax = 30;
+  source.XPts = 3;
+  for (const Grid grid : {Grid::kLinear, Grid::kLogarithmic}) {
+    source.XGrid = grid;
     ASSERT_EQ(Load(), "");
     for (const auto& [x, y, sigma] : Points()) {
       EXPECT_EQ(x, 30);
@@ -140,33 +142,33 @@ TEST_F(Method, EqualLimitsGiveAConstantGrid) {
       EXPECT_CLOSE(sigma, 0.3, kRound);
     }
   }
-  args.Match = 2;  // the cells have no width
+  source.Match = Matching::kAveraging;  // the cells have no width
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points()[1], (std::array{30.0, 0.0, 0.0}));
 }
 
 TEST_F(Method, AGridWiderThanTheMasterRepeatsItsEndValues) {
-  args.XMethod = 3;
-  args.XMin = 0;
-  args.XMax = 100;
-  args.XPts = 11;
+  source.XMethod = XSource::kGenerated;
+  source.XMin = 0;
+  source.XMax = 100;
+  source.XPts = 11;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points()[0], (std::array{0.0, 1.0, 0.1}));
   for (std::size_t i = 4; i <= 10; ++i) EXPECT_EQ(Points()[i], (std::array{10.0 * static_cast<double>(i), 4.0, 0.4}));
 }
 
 TEST_F(Method, AFixedValueReplacesTheColumnOfTheMaster) {
-  args.YMethod = 2;
+  source.YMethod = YSource::kFixed;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points(), (Rows{{10, 0, 0.1}, {20, 0, 0.2}, {40, 0, 0.4}}));  // the default of YVal
-  args.YVal = -0.7;
+  source.YVal = -0.7;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points(), (Rows{{10, -0.7, 0.1}, {20, -0.7, 0.2}, {40, -0.7, 0.4}}));
 }
 
 TEST_F(Method, ErrorsOfAnotherFileAreItsSecondColumn) {
-  args.YErrMethod = 2;
-  args.YErrFile = folder.Write("err.dat", "30 0.5 99\n0 0.2 99\n");
+  source.YErrMethod = ErrorSource::kFile;
+  source.YErrFile = folder.Write("err.dat", "30 0.5 99\n0 0.2 99\n");
   ASSERT_EQ(Load(), "");
   const Rows points = Points();
   EXPECT_CLOSE(points[0][2], 0.3, kRound);
@@ -175,19 +177,19 @@ TEST_F(Method, ErrorsOfAnotherFileAreItsSecondColumn) {
 }
 
 TEST_F(Method, AFixedErrorIsThatOfEachRow) {
-  args.YErrMethod = 3;
+  source.YErrMethod = ErrorSource::kFixed;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points(), (Rows{{10, 1, 0.01}, {20, 2, 0.01}, {40, 4, 0.01}}));  // the default of YErrVal
-  args.YErrVal = 0.05;
+  source.YErrVal = 0.05;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points(), (Rows{{10, 1, 0.05}, {20, 2, 0.05}, {40, 4, 0.05}}));
 }
 
 TEST_F(Method, ACellReachesToTheMidpointsAndEndsAtTheFirstAndLastRow) {
-  args.Match = 2;
-  args.XMethod = 2;
-  args.XFile = folder.Write("x.dat", "10\n20\n40\n");
-  args.MasterFile = folder.Write("R.dat", "11 1\n13 3\n18 8\n22 2\n26 6\n32 2\n38 8\n42 2\n");
+  source.Match = Matching::kAveraging;
+  source.XMethod = XSource::kFile;
+  source.XFile = folder.Write("x.dat", "10\n20\n40\n");
+  source.MasterFile = folder.Write("R.dat", "11 1\n13 3\n18 8\n22 2\n26 6\n32 2\n38 8\n42 2\n");
   ASSERT_EQ(Load(), "");
   // Steps at 12, 15.5, 20, 24, 29, 35 and 40; cells 10 to 15, 15 to 30 and 30 to 40.
   EXPECT_CLOSE(Points()[0][1], (2 * 1 + 3 * 3) / 5.0, kRound);
@@ -196,13 +198,13 @@ TEST_F(Method, ACellReachesToTheMidpointsAndEndsAtTheFirstAndLastRow) {
 }
 
 TEST_F(Method, AveragingOnTheMastersOwnGridSmoothsItsPoints) {
-  args.Match = 2;
-  args.MasterFile = folder.Write("R.dat", "0 4\n1 8\n3 5\n4 7\n");
+  source.Match = Matching::kAveraging;
+  source.MasterFile = folder.Write("R.dat", "0 4\n1 8\n3 5\n4 7\n");
   ASSERT_EQ(Load(), "");
   // The steps and the ends of the cells coincide: each cell holds one value.
   EXPECT_EQ(Points()[1][1], 8);
-  args.XMethod = 2;
-  args.XFile = folder.Write("x.dat", "0\n2\n4\n");  // cells 0 to 1, 1 to 3 and 3 to 4
+  source.XMethod = XSource::kFile;
+  source.XFile = folder.Write("x.dat", "0\n2\n4\n");  // cells 0 to 1, 1 to 3 and 3 to 4
   ASSERT_EQ(Load(), "");
   EXPECT_CLOSE(Points()[0][1], (0.5 * 4 + 0.5 * 8) / 1, kRound);
   EXPECT_CLOSE(Points()[1][1], (1 * 8 + 1 * 5) / 2.0, kRound);
@@ -210,14 +212,14 @@ TEST_F(Method, AveragingOnTheMastersOwnGridSmoothsItsPoints) {
 }
 
 TEST_F(Method, ErrorsAreAveragedLikeValuesAndNotCombined) {
-  args.Match = 2;
-  args.XMethod = 2;
-  args.XFile = folder.Write("x.dat", "10\n40\n");
+  source.Match = Matching::kAveraging;
+  source.XMethod = XSource::kFile;
+  source.XFile = folder.Write("x.dat", "10\n40\n");
   ASSERT_EQ(Load(), "");  // cells 10 to 25 and 25 to 40, steps at 15 and 30
   EXPECT_CLOSE(Points()[0][2], (5 * 0.1 + 10 * 0.2) / 15, kRound);
   EXPECT_CLOSE(Points()[1][2], (5 * 0.2 + 10 * 0.4) / 15, kRound);
-  args.YErrMethod = 2;
-  args.YErrFile = folder.Write("err.dat", "10 1\n20 4\n");  // one step, at 15
+  source.YErrMethod = ErrorSource::kFile;
+  source.YErrFile = folder.Write("err.dat", "10 1\n20 4\n");  // one step, at 15
   ASSERT_EQ(Load(), "");
   EXPECT_CLOSE(Points()[0][2], (5 * 1 + 10 * 4) / 15.0, kRound);
   EXPECT_CLOSE(Points()[1][2], 4, kRound);
@@ -233,27 +235,27 @@ TEST_F(Method, EachRowOfAFineMasterIsFoundWithEitherMatching) {
     text += std::to_string(i * 0.25) + ' ' + std::to_string(master.back().y).substr(0, 8) + '\n';
     master.back().y = std::stod(std::to_string(master.back().y).substr(0, 8));
   }
-  args.MasterFile = folder.Write("R.dat", text);
-  args.XMethod = 3;
-  args.XMin = -3;
-  args.XMax = 90;
-  args.XPts = 94;
-  for (const int match : {1, 2}) {
-    args.Match = match;
+  source.MasterFile = folder.Write("R.dat", text);
+  source.XMethod = XSource::kGenerated;
+  source.XMin = -3;
+  source.XMax = 90;
+  source.XPts = 94;
+  for (const Matching match : {Matching::kInterpolation, Matching::kAveraging}) {
+    source.Match = match;
     ASSERT_EQ(Load(), "");
     const Rows rows = Points();
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const double x = static_cast<double>(i) - 3;
       const double from = i == 0 ? x : x - 0.5, to = i + 1 == rows.size() ? x : x + 0.5;
-      const double expected = match == 1 ? InterpolateY(master, x) : AverageY(master, from, to);
+      const double expected = match == Matching::kInterpolation ? InterpolateY(master, x) : AverageY(master, from, to);
       EXPECT_NEAR(rows[i][1], expected, 90 * kRound) << x;
     }
   }
 }
 
 TEST_F(Method, AveragingATableOfOneRowGivesZero) {
-  args.MasterFile = folder.Write("R.dat", "10 1\n");
-  args.Match = 2;
+  source.MasterFile = folder.Write("R.dat", "10 1\n");
+  source.Match = Matching::kAveraging;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Points(), (Rows{{10, 0, 0}}));
 }
@@ -266,7 +268,7 @@ TEST_F(Method, TheFirstShortNameThatTheFilesNameBeginsWithGivesTheQuantity) {
       {"lf.dat", kLoss},   {"Ac.dat", kAlpha},   {"E3.dat", kRefl},  {"film_R.dat", kRefl}, {"sample.dat", kRefl},
       {"dir\\e2.dat", kE2}};
   for (const auto& [name, quantity] : cases) {
-    args.MasterFile = folder.Write(name, "1 2\n");
+    source.MasterFile = folder.Write(name, "1 2\n");
     ASSERT_EQ(Load(), "");
     EXPECT_EQ(Slot().Quantity, quantity) << name;
   }
@@ -275,11 +277,11 @@ TEST_F(Method, TheFirstShortNameThatTheFilesNameBeginsWithGivesTheQuantity) {
 TEST_F(Method, TheFoldersNameSaysNothingAboutTheQuantity) {
   const ScratchFolder other;
   const InFolder here(other.Name());
-  args.MasterFile = other.Write("e1.dat", "1 2\n");
+  source.MasterFile = other.Write("e1.dat", "1 2\n");
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Slot().Quantity, kE1);
   EXPECT_EQ(Slot().name, "e1.dat");
-  args.MasterFile = "e1.dat";
+  source.MasterFile = "e1.dat";
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Slot().Quantity, kE1);
 }
@@ -287,33 +289,33 @@ TEST_F(Method, TheFoldersNameSaysNothingAboutTheQuantity) {
 TEST_F(Method, ALongNameIsCutBetweenItsLetters) {
   std::string micro = "R";
   for (int k = 0; k < 40; ++k) micro += "\u00B5";  // two bytes each
-  args.MasterFile = folder.Write(micro, "1 2\n");
+  source.MasterFile = folder.Write(micro, "1 2\n");
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Slot().name, micro.substr(0, 49));
 }
 
-TEST_F(Method, AQuantityThatMatchesAShortNameOverridesTheFilesName) {
+TEST_F(Method, AQuantityThatIsGivenOverridesTheFilesName) {
   for (int q = 0; q < kQuantityCount; ++q) {
-    args.Quantity = kQuantityNames[static_cast<std::size_t>(q)].shortName;
+    source.Quantity = q;
     ASSERT_EQ(Load(), "");
     EXPECT_EQ(Slot().Quantity, q);
   }
-  args.Quantity = "rPS";
-  ASSERT_EQ(Load(), "");
-  EXPECT_EQ(Slot().Quantity, kRps);
 }
 
-TEST_F(Method, AQuantityThatMatchesNoneIsIgnored) {
-  for (const char* const name : {"Refl", "", "E", "Normal reflectivity"}) {
-    args.Quantity = name;
-    ASSERT_EQ(Load(), "");
-    EXPECT_EQ(Slot().Quantity, kTrans) << name;
+TEST(ShortNames, AreMatchedWholeAndInEitherCase) {
+  const std::pair<const char*, int> cases[] = {{"R", kRefl},  {"t", kTrans},      {"Rp", kRp},   {"RS", kRs},
+                                               {"rPS", kRps}, {"E1", kE1},        {"e2", kE2},   {"S1", kS1},
+                                               {"s2", kS2},   {"N1", kN1},        {"n2", kN2},   {"PD", kDepth},
+                                               {"lf", kLoss}, {"TT", kDefringed}, {"ac", kAlpha}};
+  for (const auto& [name, quantity] : cases) EXPECT_EQ(QuantityOfShortName(name), quantity) << name;
+  for (const char* const name : {"Refl", "", "E", "E1 ", " R", "Normal reflectivity"}) {
+    EXPECT_EQ(QuantityOfShortName(name), std::nullopt) << name;
   }
 }
 
 TEST_F(Method, NamesAreCutTo50Characters) {
   for (const std::size_t length : {49, 50, 51, 200}) {
-    args.MasterFile = folder.Write(std::string(length, 'x'), "1 2\n");
+    source.MasterFile = folder.Write(std::string(length, 'x'), "1 2\n");
     ASSERT_EQ(Load(), "");
     EXPECT_EQ(Slot().name, std::string(std::min<std::size_t>(length, 50), 'x'));
   }
@@ -321,12 +323,12 @@ TEST_F(Method, NamesAreCutTo50Characters) {
 
 TEST_F(Method, IdsRiseAndAreNeverUsedAgain) {
   ASSERT_EQ(Load(), "");
-  args.DatasetNo = 100;
+  slot = 100;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(ListDatasetIds(table), (std::vector<std::uint32_t>{1, 2}));
   UnloadDataset(table.slots[0]);
   EXPECT_EQ(FirstDatasetId(table), 0u);
-  args.DatasetNo = 1;
+  slot = 1;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(ListDatasetIds(table), (std::vector<std::uint32_t>{3, 2}));
   EXPECT_EQ(CountDatasets(table), 2);
@@ -339,8 +341,8 @@ TEST_F(Method, IdsRiseAndAreNeverUsedAgain) {
 
 TEST_F(Method, LoadingIntoALoadedSlotReplacesItUnderANewId) {
   ASSERT_EQ(Load(), "");
-  CutDatasetNo(table, 1, 15, 30);
-  args.MasterFile = folder.Write("E2.dat", "1 2\n3 4\n5 6\n7 8\n");
+  CutDataset(Slot(), 15, 30);
+  source.MasterFile = folder.Write("E2.dat", "1 2\n3 4\n5 6\n7 8\n");
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(Slot().id, 2u);
   EXPECT_EQ(GetDatasetById(table, 1), nullptr);
@@ -351,7 +353,7 @@ TEST_F(Method, LoadingIntoALoadedSlotReplacesItUnderANewId) {
 
 TEST_F(Method, DatasetsAreFoundByIdInAnySlotAndIdZeroFindsAFreeOne) {
   ASSERT_EQ(Load(), "");
-  args.DatasetNo = 100;
+  slot = 100;
   ASSERT_EQ(Load(), "");
   EXPECT_EQ(GetDatasetById(table, 1), &table.slots[0]);
   EXPECT_EQ(GetDatasetById(table, 2), &table.slots[99]);
@@ -362,7 +364,7 @@ TEST_F(Method, DatasetsAreFoundByIdInAnySlotAndIdZeroFindsAFreeOne) {
 TEST_F(Method, SlotsCountFromOneToAHundred) {
   EXPECT_EQ(DatasetInSlot(table, 1), &table.slots[0]);
   EXPECT_EQ(DatasetInSlot(table, 100), &table.slots[99]);
-  for (const int slot : {0, 101, -1}) EXPECT_EQ(DatasetInSlot(table, slot), nullptr);
+  for (const int outside : {0, 101, -1}) EXPECT_EQ(DatasetInSlot(table, outside), nullptr);
 }
 
 }  // namespace

@@ -22,19 +22,17 @@ inline Rows Plain(const std::vector<DataRow>& rows) {
 
 class Loading : public testing::Test {
  protected:
-  Loading() { args.MasterFile = folder.Write("T_sample.dat", "10 1 0.1\n20 2 0.2\n40 4 0.4\n"); }
+  Loading() { source.MasterFile = folder.Write("T_sample.dat", "10 1 0.1\n20 2 0.2\n40 4 0.4\n"); }
 
   // What the user is told, empty after a success.
-  std::string Load() {
-    const char* const message = LoadDatasetFromMacro(table, args);
-    return message ? message : "";
-  }
-  Dataset& Slot() { return table.slots[static_cast<std::size_t>(args.DatasetNo.value_or(1) - 1)]; }
+  std::string Load() { return LoadDataset(Slot(), source, table.nextId).Text(); }
+  Dataset& Slot() { return *DatasetInSlot(table, slot); }
   Rows Points() { return Plain(Slot().points); }
 
   ScratchFolder folder;
   DatasetTable table;
-  LoadDatasetArgs args;
+  DatasetSource source;
+  int slot = 1;
 };
 
 }  // namespace kalvex

@@ -5,11 +5,11 @@
 #include <random>
 #include <string>
 
-#include "datasets/load_dataset.h"
 #include "macro/run_macro.h"
-#include "program/program.h"
+#include "session/session.h"
 #include "support/scratch_folder.h"
 #include "support/test_platform.h"
+#include "windows/desk.h"
 
 namespace kalvex {
 namespace {
@@ -38,12 +38,12 @@ TEST(DamagedMacros, StatementsWithAnyNumbersRun) {
     folder.Write("numbers.kvs", damaged);
     folder.Write("ten.dat", "1 .1\n2 .2\n3 .3\n4 .4\n5 .5\n6 .6\n7 .7\n8 .8\n9 .9\n10 1\n");
     TestPlatform platform;
-    Program program;
-    program.platform = program.eval.platform = &platform;
-    LoadDatasetArgs args;
-    args.MasterFile = "ten.dat";
-    ASSERT_EQ(LoadDatasetFromMacro(program.datasets, args), nullptr);
-    ASSERT_EQ(RunMacro(program, "numbers.kvs"), kMacroEnded) << program.macro.fault;
+    Session session(platform);
+    Desk desk(session);
+    DatasetSource source;
+    source.MasterFile = "ten.dat";
+    ASSERT_TRUE(session.LoadDataset(1, source).Ok());
+    ASSERT_EQ(RunMacro(desk, "numbers.kvs"), kMacroEnded) << desk.macro.fault;
   }
 }
 

@@ -32,7 +32,6 @@ TEST_F(Graphs, BeginWithTheirDefaults) {
   EXPECT_EQ(graph.Y.title, "Reflectivity");
   EXPECT_TRUE(graph.X.titleShown && graph.Y.titleShown);
   EXPECT_FALSE(graph.X.log || graph.Y.log || graph.ShowFitted);
-  EXPECT_EQ(graph.XPos, 200);
   EXPECT_EQ(graph.Width, 400);
   EXPECT_EQ(graph.Height, 300);
   EXPECT_EQ(graph.columnX.front(), 0);

@@ -43,10 +43,6 @@ TEST(ModelTable, ANewModelHasItsDefaults) {
     EXPECT_EQ(param.useMin + param.useMax + param.coupling, 0u);
     EXPECT_EQ(param.error, 0);
   }
-  EXPECT_EQ(model.window.x, 50);
-  EXPECT_EQ(model.window.y, 100);
-  EXPECT_EQ(model.window.width, 293);
-  EXPECT_EQ(model.window.height, 250);
 }
 
 TEST(ModelTable, TheExperimentalParametersHaveTheirDefaults) {
