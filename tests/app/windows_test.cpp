@@ -96,5 +96,17 @@ TEST_F(KalvexElsewhere, SaysInOneLineWhatIsWrongWithTheLibraryOfWindows) {
   }
 }
 
+TEST_F(KalvexElsewhere, NoCutOfTheLibraryOfWindowsEndsTheProgram) {
+  if (!HasWindows()) GTEST_SKIP() << "built without windows";
+  const auto whole = std::filesystem::path(KALVEX_PROGRAM).parent_path() / "libkalvex_windows.so";
+  const std::string copy = elsewhere.Path("libkalvex_windows.so");
+  constexpr int kCuts = 16;
+  for (int cut = kCuts - 1; cut >= 0; --cut) {
+    std::filesystem::copy_file(whole, copy, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::resize_file(copy, std::filesystem::file_size(whole) * static_cast<unsigned>(cut) / kCuts);
+    EXPECT_LE(CountLines(SaidOfWindows({"m.kvs"})), 1) << cut;
+  }
+}
+
 }  // namespace
 }  // namespace kalvex
