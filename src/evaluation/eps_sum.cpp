@@ -40,13 +40,11 @@ struct Summed {
   std::span<MeshSlopes> Mesh() const { return slopes ? std::span(slopes->mesh) : std::span<MeshSlopes>(); }
 };
 
-void FindCompleteTerms(const std::vector<std::int32_t>& codes, CompleteTerms& terms) {
-  terms.codes = codes;
+void FindCompleteTerms(const std::vector<CodedRow>& rows, CompleteTerms& terms) {
+  terms.rows = rows;
   terms.records.clear();
   ClearSlots(terms.slots);
-  for (std::size_t row = 0; row < codes.size(); ++row) {
-    if (codes[row] != kPlainRow) FillSlots(terms.slots, codes[row], static_cast<int>(row));
-  }
+  for (const CodedRow& row : rows) FillSlots(terms.slots, row.code, row.row);
   for (std::size_t record = 0; record < kTermRecords; ++record) {
     if (IsComplete(terms.slots, record)) terms.records.push_back(record);
   }
@@ -56,21 +54,20 @@ void FindCompleteTerms(const std::vector<std::int32_t>& codes, CompleteTerms& te
 // row, so that no composite term can be complete.
 template <class Plain, class Special>
 bool WalkRows(EvalContext& ctx, const Model& model, Plain plain, Special special) {
-  bool anySpecial = false;
-  ctx.rowCodes.clear();
+  ctx.codedRows.clear();
   const int count = RowCount(model);
   for (int row = 0; row < count; ++row) {
     const std::int32_t code = RowCode(Cell(model, row, Wo));
-    ctx.rowCodes.push_back(code);
     if (code == kPlainRow) {
       plain(row);
     } else {
-      anySpecial = true;
+      ctx.codedRows.push_back({row, code});
       special(row, code);
     }
   }
-  if (anySpecial && ctx.rowCodes != ctx.completeTerms.codes) FindCompleteTerms(ctx.rowCodes, ctx.completeTerms);
-  return anySpecial;
+  if (ctx.codedRows.empty()) return false;
+  if (ctx.codedRows != ctx.completeTerms.rows) FindCompleteTerms(ctx.codedRows, ctx.completeTerms);
+  return true;
 }
 
 // The row of an input of a complete record.

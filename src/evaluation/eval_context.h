@@ -41,9 +41,16 @@ namespace kalvex {
 
 struct SpectrumTeam;  // made by the first spectrum that is shared out, see spectrum_team.h
 
-// The composite terms that rows with these codes make, kept as long as the codes are the same.
+// A row with a code.
+struct CodedRow {
+  int row = 0;
+  std::int32_t code = 0;
+  bool operator==(const CodedRow&) const = default;
+};
+
+// The composite terms that such rows of a model make, kept as long as the rows are the same.
 struct CompleteTerms {
-  std::vector<std::int32_t> codes;  // of each row
+  std::vector<CodedRow> rows;
   TermSlots slots;
   std::vector<std::size_t> records;  // those that have all their rows, in table order
 };
@@ -55,7 +62,7 @@ struct EvalContext {
 
   QuantityTable quantities{};
   SlopeTable slopes;
-  std::vector<std::int32_t> rowCodes;
+  std::vector<CodedRow> codedRows;
   CompleteTerms completeTerms;
   std::vector<TermInput> termScratch;
   TermEnvironment termEnvironment;
