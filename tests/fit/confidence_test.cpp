@@ -28,7 +28,8 @@ TEST_F(Running, ErrorsAndCorrelationsAreThoseOfTheInverse) {
   options().StopOnIterations = true;
   options().MaxIterations = 1;
   NormalEquations equations(2);
-  AccumulateNormalEquations(fit(), s.tables.eval, s.Coordinates(), equations);  // those of the start of the iteration
+  AccumulateNormalEquations(fit(), s.tables.params, s.tables.eval, s.Coordinates(),
+                            equations);  // those of the start of the iteration
   const double a = equations.Alpha()(0, 0), b = equations.Alpha()(0, 1), d = equations.Alpha()(1, 1),
                det = a * d - b * b;
   s.Run();
@@ -188,7 +189,7 @@ TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   // and column is divided by the root of its diagonal.
   const std::vector<FitCoordinate> coordinates = s.Coordinates();
   NormalEquations equations(n);
-  AccumulateNormalEquations(fit(), s.tables.eval, coordinates, equations);
+  AccumulateNormalEquations(fit(), s.tables.params, s.tables.eval, coordinates, equations);
   std::vector<double> scale(n);
   std::vector<std::vector<double>> a(n, std::vector<double>(2 * n));
   for (std::size_t i = 0; i < n; ++i) scale[i] = std::sqrt(equations.Alpha()(i, i));

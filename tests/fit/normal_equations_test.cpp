@@ -34,7 +34,7 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
   const auto n = static_cast<std::size_t>(fit.NumFreeParams);
   ASSERT_EQ(n, 6u);
   NormalEquations equations(n);
-  AccumulateNormalEquations(fit, s.tables.eval, s.Coordinates(), equations);
+  AccumulateNormalEquations(fit, s.tables.params, s.tables.eval, s.Coordinates(), equations);
   const double chiSq = fit.TotalChiSq;
   ComputeChiSq(fit, s.tables.eval);
   EXPECT_CLOSE(chiSq, fit.TotalChiSq, kChain);
@@ -97,7 +97,7 @@ TEST(NormalEquations, ASlopeThatIsNotFiniteStaysWithItsOwnParameters) {
   s.tables.datasets.slots[0].points[5].sigma = 0;
   s.Rebuild();
   NormalEquations equations(8);
-  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
+  AccumulateNormalEquations(s.fit(), s.tables.params, s.tables.eval, s.Coordinates(), equations);
   EXPECT_FALSE(std::isfinite(equations.Alpha()(0, 0)));
   EXPECT_TRUE(std::isfinite(equations.Alpha()(1, 1)));  // Einf of model 2
 }
@@ -114,7 +114,7 @@ double DiagonalAt(double linewidth) {
   g.value = linewidth;
   s.Term(1, 1);
   NormalEquations equations(1);
-  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
+  AccumulateNormalEquations(s.fit(), s.tables.params, s.tables.eval, s.Coordinates(), equations);
   return equations.Alpha()(0, 0);
 }
 
@@ -130,7 +130,7 @@ TEST(NormalEquations, ANegativeWeightHasNoRoot) {
   s.Measure(1, a, kRefl, 0.01, 0.02);
   s.Term(1, 1, -1);
   NormalEquations equations(4);
-  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
+  AccumulateNormalEquations(s.fit(), s.tables.params, s.tables.eval, s.Coordinates(), equations);
   EXPECT_LT(s.fit().TotalChiSq, 0);
   EXPECT_TRUE(std::isnan(equations.Alpha()(0, 0)));
   EXPECT_TRUE(std::isnan(equations.beta[0]));
@@ -145,7 +145,7 @@ TEST(NormalEquations, ModelsThatShareNothingDoNotMeetInTheMatrix) {
   s.Term(1, 1);
   s.Term(2, 2);
   NormalEquations equations(8);
-  AccumulateNormalEquations(s.fit(), s.tables.eval, s.Coordinates(), equations);
+  AccumulateNormalEquations(s.fit(), s.tables.params, s.tables.eval, s.Coordinates(), equations);
   for (std::size_t i = 0; i < 8; ++i) {
     for (std::size_t j = i; j < 8; ++j) {
       const bool together = s.fit().params[i].place.nm == s.fit().params[j].place.nm;
