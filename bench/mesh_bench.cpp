@@ -120,7 +120,8 @@ void ConstrainedMeshAlpha(benchmark::State& state) {
     coordinates.push_back(kalvex::FitCoordinateOf(*cell));
   }
   kalvex::NormalEquations equations(static_cast<std::size_t>(fit.NumFreeParams));
-  for (auto _ : state) kalvex::AccumulateNormalEquations(fit, problem.tables.params, problem.tables.eval, coordinates, equations);
+  for (auto _ : state)
+    kalvex::AccumulateNormalEquations(fit, problem.tables.params, problem.tables.eval, coordinates, equations);
 }
 BENCHMARK(ConstrainedMeshAlpha)->Apply(FullSizes);
 

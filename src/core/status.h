@@ -11,7 +11,7 @@ namespace kalvex {
 enum class StatusCode {
   kOk,
   kBadArgument,  // the argument means nothing, or lies outside its range
-  kNotThere,      // what an argument names does not exist
+  kNotThere,     // what an argument names does not exist
   kFull,         // a table has no free entry
   kBusy,         // not while a fit runs
   kNothingToDo,  // there is nothing that the operation could act on

@@ -147,7 +147,8 @@ void ExpectFinite(TypeSample& s, const std::string& edge) {
     if (s.Differentiate(q) != 0 || HasNoValue(s.type, q, edge)) continue;
     EXPECT_TRUE(std::isfinite(s.program.eval.quantities[slot].value)) << edge << ", Quantity " << q;
     for (const auto& free : s.FreeParams()) {
-      EXPECT_TRUE(std::isfinite(free.param->savedSlopes.dQuantity[slot])) << edge << ", Quantity " << q << " by " << free.name;
+      EXPECT_TRUE(std::isfinite(free.param->savedSlopes.dQuantity[slot]))
+          << edge << ", Quantity " << q << " by " << free.name;
     }
   }
 }
