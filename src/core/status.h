@@ -11,7 +11,7 @@ namespace kalvex {
 enum class StatusCode {
   kOk,
   kBadArgument,  // the argument means nothing, or lies outside its range
-  kNotThere,      // what an argument names does not exist
+  kNotThere,     // what an argument names does not exist
   kFull,         // a table has no free entry
   kBusy,         // not while a fit runs
   kNothingToDo,  // there is nothing that the operation could act on
@@ -77,6 +77,9 @@ inline Status NoSuchGraph(long long number) {
 inline Status NotLoaded(long long slot) {
   std::string dataset = "dataset " + std::to_string(slot);
   return {StatusCode::kNotThere, dataset + " is not loaded", dataset};
+}
+inline Status CannotOpen(const std::string& file) {
+  return {StatusCode::kCannotRead, "'" + file + "' cannot be opened", file};
 }
 inline Status CannotWrite(const std::string& file) {
   return {StatusCode::kCannotWrite, "'" + file + "' cannot be written", file};
