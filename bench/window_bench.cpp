@@ -95,7 +95,7 @@ struct Sweep {
   Sweep() {
     program.platform = QtPlatform(keeper);
     for (int row = 0; row < 25; ++row) {
-      if (row > 0) InsertRow(model, row);
+      if (row > 0) InsertRow(&model, row);
       const std::array<double, 3> numbers = {100.0 + 36 * row, 150, 15};
       for (int column = 0; column < kColumns; ++column) {
         Cell(model, row, column).value = numbers[static_cast<std::size_t>(column)];

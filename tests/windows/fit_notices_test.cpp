@@ -18,7 +18,7 @@ TEST_F(FitWindows, NoticesRemoveTermsAndRebuildTheLists) {
   s.program.datasets.slots[1].lastActive = 9;
   NotifyFit(s.program.notices, FitNotice::kDatasetChanged, 2);
   EXPECT_EQ(CountFitPoints(s.fit()), 10u);
-  FixAll(s.model(2), true);
+  FixAll(&s.model(2), true);
   NotifyFit(s.program.notices, FitNotice::kModelParamsChanged);
   EXPECT_EQ(s.fit().NumFitParams, 0);
 }

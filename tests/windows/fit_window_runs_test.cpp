@@ -154,7 +154,7 @@ TEST_F(FitWindowRuns, AnOldStopRequestDoesNotEndANewRun) {
 }
 
 TEST_F(FitWindowRuns, WithNothingToFitTheButtonsComeBackAndUndoIsOn) {
-  FixAll(s.model(1), true);
+  FixAll(&s.model(1), true);
   s.Rebuild();
   EXPECT_EQ(Start(), 0);
   EXPECT_STREQ(FitControlsOf(s.fit()).startButton, "START");
