@@ -28,7 +28,7 @@ void SetModel(kalvex::Model& model, double off) {
   std::uniform_real_distribution<double> spread(-1, 1);
   model.epsInf.value = 4 * (1 + off * spread(random));
   for (int row = 0; row < kOscillators; ++row) {
-    if (kalvex::RowCount(model) <= row) kalvex::InsertRow(&model, row);
+    if (kalvex::RowCount(model) <= row) kalvex::InsertRow(model, row);
     const double wo = 40 * std::pow(400.0, row / 24.0);
     SetRow(model, row, wo * (1 + 0.1 * off * spread(random)), 0.8 * wo * (1 + off * spread(random)),
            0.1 * wo * (1 + off * spread(random)));
@@ -64,7 +64,7 @@ void FitOf76Parameters(benchmark::State& state) {
     state.PauseTiming();
     SetModel(tables.params.models[0], 0.1);
     state.ResumeTiming();
-    if (!kalvex::RunFit(tables)) state.SkipWithError("out of memory");
+    if (!kalvex::RunFit(tables).Ok()) state.SkipWithError("out of memory");
   }
   state.counters["ChiSq"] = tables.fit.TotalChiSq;
   state.counters["iterations"] = tables.fit.IterationCount;

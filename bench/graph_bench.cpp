@@ -26,7 +26,7 @@ struct LiveGraph {
 
   LiveGraph() {
     for (int row = 0; row < kOscillators; ++row) {
-      if (row > 0) kalvex::InsertRow(&model, row);
+      if (row > 0) kalvex::InsertRow(model, row);
       const double frequency = 100 + 900.0 * row / kOscillators;
       for (const auto& [column, value] : {std::pair(0, frequency), {1, 150.0}, {2, 15.0}}) {
         kalvex::Cell(model, row, column).value = value;

@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <cstdlib>
 
 #include "evaluation/eval_model.h"
 #include "fit/fit_coordinate.h"
@@ -33,15 +34,15 @@ struct Problem {
 
   Problem(int meshPoints, bool kk, bool twoQuantities, int threads)
       : tables(threads), model(*kalvex::CreateModel(tables.params)) {
-    kalvex::InsertRow(&model, 1);
-    kalvex::InsertRow(&model, 2);
+    kalvex::InsertRow(model, 1);
+    kalvex::InsertRow(model, 2);
     SetRow(model, 0, 300, 500, 30);
     SetRow(model, 1, 1200, 900, 200);
     SetRow(model, 2, 5000, 2500, 2000);
     Measure(1, kalvex::kRefl);
     if (twoQuantities) Measure(2, kalvex::kE2);
     kalvex::Cell(model, 2, kalvex::Wp).value = 2000;
-    kalvex::FixAll(&model, !twoQuantities);
+    kalvex::FixAll(model, !twoQuantities);
     kalvex::Dataset& mesh = Slot(10);
     for (int i = 0; i < meshPoints; ++i) mesh.points.push_back({Frequency(i, meshPoints), 0, 1});
     mesh.firstActive = 0;
@@ -50,7 +51,7 @@ struct Problem {
     vdf.source[0].datasetId = mesh.id;
     vdf.initOn = vdf.initFitActive = 1;
     vdf.initKK = kk ? 1 : 0;
-    kalvex::InitVdfMesh(vdf, tables.datasets);
+    if (!kalvex::InitVdfMesh(vdf, tables.datasets).Ok()) std::abort();
     kalvex::AddTerm(tables, 1, model);
     if (twoQuantities) kalvex::AddTerm(tables, 2, model);
   }
@@ -83,7 +84,7 @@ void RunFits(benchmark::State& state, Problem& problem) {
   int iterations = 0;
   for (auto _ : state) {
     for (kalvex::VdfMeshPoint& point : problem.model.vdf.mesh) point.e1.value = point.e2.value = 0;
-    if (!kalvex::RunFit(tables)) state.SkipWithError("out of memory");
+    if (!kalvex::RunFit(tables).Ok()) state.SkipWithError("out of memory");
     iterations += tables.fit.IterationCount;
   }
   state.counters["unknowns"] = tables.fit.NumFreeParams;

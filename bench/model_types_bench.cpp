@@ -75,15 +75,16 @@ class FolderOfItsOwn {
 
 double At(const ModelType& type, double share) { return type.page.from + (type.page.to - type.page.from) * share; }
 
-// The files that macros on pages load: datasets, and a mesh for a variational dielectric function.
-void WriteWhatPagesName(const ModelType& type) {
+// The page's macro, and the files that it loads: datasets, and a mesh for a variational dielectric function.
+kalvex::Status WritePage(const ModelType& type) {
   std::string data;
   for (int i = 0; i < kDataRows; ++i) {
     const double share = i / (kDataRows - 1.0);
     data += kalvex::TextG(At(type, share)) + ' ' + kalvex::TextG(0.5 + 0.3 * std::sin(20 * share)) + '\n';
   }
   for (const char number : {'1', '2', '3', '4'}) {
-    kalvex::WriteWholeFile(std::string("data") + number + ".dat", data);
+    kalvex::Status written = kalvex::WriteWholeFile(std::string("data") + number + ".dat", data);
+    if (!written.Ok()) return written;
   }
   kalvex::VarDielFunc vdf;
   vdf.On = true;
@@ -91,15 +92,16 @@ void WriteWhatPagesName(const ModelType& type) {
     vdf.mesh.push_back({20.0 + 10 * i, {}, {}});
     vdf.mesh.back().e2.value = 0.4 * std::exp(-0.001 * (i - 30) * (i - 30));
   }
-  kalvex::SaveVdf(vdf, "mesh.kvv");
+  kalvex::Status written = kalvex::SaveVdf(vdf, "mesh.kvv");
+  return written.Ok() ? kalvex::WriteWholeFile("page.kvs", kalvex::MacroOf(type)) : written;
 }
 
 void AddOscillators(const ModelType& type, Model& partner) {
   constexpr double kPlaces[] = {0.1, 0.3, 0.55, 0.8};
-  kalvex::ClearRows(&partner);
+  kalvex::ClearRows(partner);
   for (const double place : kPlaces) {
     const int row = kalvex::RowCount(partner);
-    kalvex::InsertRow(&partner, row);
+    kalvex::InsertRow(partner, row);
     const double w = At(type, place);
     kalvex::Cell(partner, row, Wo).value = w;
     kalvex::Cell(partner, row, Wp).value = w;
@@ -115,8 +117,7 @@ void RefineMesh(Model& model) {
 
 // The model of the page, which is the last one of its macro, and the datasets; null if the macro does not run.
 Model* SetUp(const ModelType& type, Tables& tables) {
-  WriteWhatPagesName(type);
-  kalvex::WriteWholeFile("page.kvs", kalvex::MacroOf(type));
+  if (!WritePage(type).Ok()) return nullptr;
   kalvex::Session session(tables.platform);
   kalvex::Desk desk(session);
   if (kalvex::RunMacro(desk, "page.kvs") != kalvex::kMacroEnded) return nullptr;

@@ -20,12 +20,12 @@ using kalvex::Tables;
 
 Model& NewModel(Tables& tables, double epsInf, std::initializer_list<std::array<double, 3>> rows) {
   Model& model = *kalvex::CreateModel(tables.params);
-  kalvex::ClearRows(&model);
+  kalvex::ClearRows(model);
   model.epsInf.value = epsInf;
   model.epsInf.adjustable = epsInf > 0;
   for (const auto& row : rows) {
     const int r = kalvex::RowCount(model);
-    kalvex::InsertRow(&model, r);
+    kalvex::InsertRow(model, r);
     for (int c = 0; c < kalvex::kColumns; ++c) kalvex::Cell(model, r, c).value = row[static_cast<std::size_t>(c)];
   }
   return model;
@@ -138,7 +138,7 @@ void FitOfGrapheneInAField(benchmark::State& state) {
     setBackgroundBroadeningWeight(0.1);
     kalvex::ComputeChiSq(tables.fit, tables.eval);
     state.ResumeTiming();
-    if (!kalvex::RunFit(tables)) state.SkipWithError("out of memory");
+    if (!kalvex::RunFit(tables).Ok()) state.SkipWithError("out of memory");
   }
   if (tables.fit.TotalChiSq > 1e-6) state.SkipWithError("the fit did not find the truth");
   state.counters["iterations"] = tables.fit.IterationCount;

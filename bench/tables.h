@@ -45,10 +45,10 @@ inline void AddTerm(Tables& tables, int slot, const Model& model) {
   RebuildFitLists(tables.fit, tables.params, tables.eval);
 }
 
-// A fit that nobody follows. False if memory is too short.
-[[nodiscard]] inline bool RunFit(Tables& tables) {
+// A fit that nobody follows.
+inline Status RunFit(Tables& tables) {
   FitObserver silent;
-  return RunFit(tables.fit, tables.params, tables.eval, tables.platform, silent) == 0;
+  return RunFit(tables.fit, tables.params, tables.eval, tables.platform, silent);
 }
 
 }  // namespace kalvex

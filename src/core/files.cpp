@@ -49,7 +49,7 @@ bool ReadTextFile(const std::string& path, std::string& content) {
   return true;
 }
 
-WholeFileWriter::WholeFileWriter(const std::string& path) : path_(path) {
+WholeFileWriter::WholeFileWriter(const std::string& path) : name_(path), path_(path) {
   if (path.empty()) return;
   struct stat info {};
   const bool exists = ::stat(path.c_str(), &info) == 0;
@@ -75,7 +75,9 @@ void WholeFileWriter::Write(std::string_view text) {
   if (file_ && std::fwrite(text.data(), 1, text.size(), file_.get()) != text.size()) good_ = false;
 }
 
-bool WholeFileWriter::Commit() {
+Status WholeFileWriter::Commit() { return PutInPlace() ? Status() : CannotWrite(name_); }
+
+bool WholeFileWriter::PutInPlace() {
   if (!file_) return false;
   if (std::fflush(file_.get()) != 0) good_ = false;
   if (!good_) return false;
@@ -86,17 +88,17 @@ bool WholeFileWriter::Commit() {
   return false;
 }
 
-bool WriteWholeFile(const std::string& path, std::string_view content) {
+Status WriteWholeFile(const std::string& path, std::string_view content) {
   WholeFileWriter file(path);
   file.Write(content);
   return file.Commit();
 }
 
-bool AppendToFile(const std::string& path, std::string_view text) {
+Status AppendToFile(const std::string& path, std::string_view text) {
   const FileHandle file(std::fopen(path.c_str(), "ab"));
-  if (!file) return false;
+  if (!file) return CannotWrite(path);
   const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-  return std::fflush(file.get()) == 0 && written;
+  return std::fflush(file.get()) == 0 && written ? Status() : CannotWrite(path);
 }
 
 }  // namespace kalvex

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/status.h"
+
 namespace kalvex {
 
 struct CloseFile {
@@ -17,10 +19,10 @@ using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
 FileHandle OpenForReading(const std::string& path);
 
 // The content of a file, or false if it cannot be opened or read.
-bool ReadWholeFile(const std::string& path, std::string& content);
+[[nodiscard]] bool ReadWholeFile(const std::string& path, std::string& content);
 
 // The same, with a pair of carriage return and line feed read as one line feed.
-bool ReadTextFile(const std::string& path, std::string& content);
+[[nodiscard]] bool ReadTextFile(const std::string& path, std::string& content);
 
 // A file to be written as a whole. The text goes to a new file beside the old one, which Commit puts in its place;
 // until then, and if the writer is dropped without Commit, the old file stays untouched. Where no file can be made
@@ -34,20 +36,23 @@ class WholeFileWriter {
 
   bool IsOpen() const { return file_ != nullptr; }
   void Write(std::string_view text);
-  // True if every byte is in the file of the given name.
-  bool Commit();
+  // Succeeds if every byte is in the file of the given name.
+  Status Commit();
 
  private:
-  std::string path_;
+  bool PutInPlace();
+
+  std::string name_;        // as it was given
+  std::string path_;        // the file that it names
   std::string besidePath_;  // empty: writing straight to path_
   FileHandle file_;
   bool good_ = true;
 };
 
-// Writes the whole file in one go. False if it cannot be opened or written.
-bool WriteWholeFile(const std::string& path, std::string_view content);
+// Writes the whole file in one go.
+Status WriteWholeFile(const std::string& path, std::string_view content);
 
-// Adds the text at the end of the file, which is made if it is not there. False if it cannot be opened or written.
-bool AppendToFile(const std::string& path, std::string_view text);
+// Adds the text at the end of the file, which is made if it is not there.
+Status AppendToFile(const std::string& path, std::string_view text);
 
 }  // namespace kalvex

@@ -78,6 +78,9 @@ inline Status NotLoaded(long long slot) {
   std::string dataset = "dataset " + std::to_string(slot);
   return {StatusCode::kNotThere, dataset + " is not loaded", dataset};
 }
+inline Status CannotOpen(const std::string& file) {
+  return {StatusCode::kCannotRead, "'" + file + "' cannot be opened", file};
+}
 inline Status CannotWrite(const std::string& file) {
   return {StatusCode::kCannotWrite, "'" + file + "' cannot be written", file};
 }

@@ -41,7 +41,7 @@ Status ExportDataset(const Dataset& dataset, const std::string& path, bool onlyF
       text += '\n';
     }
   }
-  return WriteWholeFile(path, text) ? Status() : CannotWrite(path);
+  return WriteWholeFile(path, text);
 }
 
 }  // namespace kalvex

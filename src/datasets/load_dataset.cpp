@@ -28,28 +28,30 @@ constexpr FileMessages kXMessages = {"Cannot open file for X.", "Not enough memo
 constexpr FileMessages kYErrMessages = {"Cannot open file for Yerr.", "Not enough memory to load file for Yerr.",
                                         "File for Yerr is empty or of improper format."};
 
-const char* ReadOrExplain(const std::string& path, const FileMessages& messages, std::vector<DataRow>& rows) {
+Status Read(const std::string& path, const FileMessages& messages, std::vector<DataRow>& rows) {
   switch (ReadDatasetFile(path, rows)) {
     case ReadStatus::kCannotOpen:
-      return messages.cannotOpen;
+      return {StatusCode::kCannotRead, messages.cannotOpen, path};
     case ReadStatus::kOutOfMemory:
-      return messages.outOfMemory;
+      return {StatusCode::kOutOfMemory, messages.outOfMemory, path};
     case ReadStatus::kNoUsableLine:
-      return messages.noUsableLine;
+      return {StatusCode::kBadFormat, messages.noUsableLine, path};
     case ReadStatus::kRead:
       break;
   }
-  return nullptr;
+  return {};
 }
 
-const char* FaultOfGrid(const Dataset& dataset) {
-  if (dataset.XMin > dataset.XMax) return "Xmax should be larger, than Xmin.";
-  if (dataset.XPts < 2) return "# pts should be more than 1.";
+Status CheckGrid(const Dataset& dataset) {
+  if (dataset.XMin > dataset.XMax) return {StatusCode::kBadArgument, "Xmax should be larger, than Xmin."};
+  if (dataset.XPts < 2) return {StatusCode::kBadArgument, "# pts should be more than 1."};
   if (dataset.XGrid == Grid::kLogarithmic && !(dataset.XMin > 0 && dataset.XMax > 0)) {
-    return "For logarithmic grid Xmin and Xmax should be positive.";
+    return {StatusCode::kBadArgument, "For logarithmic grid Xmin and Xmax should be positive."};
   }
-  return nullptr;
+  return {};
 }
+
+Status NotEnoughMemory() { return {StatusCode::kOutOfMemory, "Not enough memory for the dataset."}; }
 
 double GridPoint(const Dataset& dataset, std::size_t i) {
   const double t = static_cast<double>(i) / (dataset.XPts - 1);
@@ -93,15 +95,13 @@ struct SourceTables {
   std::vector<DataRow> master, x, yErr;
 };
 
-const char* ReadSources(const Dataset& dataset, SourceTables& tables) {
-  if (const char* fault = ReadOrExplain(dataset.MasterFile, kMasterMessages, tables.master)) return fault;
+Status ReadSources(const Dataset& dataset, SourceTables& tables) {
+  if (Status read = Read(dataset.MasterFile, kMasterMessages, tables.master); !read.Ok()) return read;
   if (dataset.XMethod == XSource::kFile) {
-    if (const char* fault = ReadOrExplain(dataset.XFile, kXMessages, tables.x)) return fault;
+    if (Status read = Read(dataset.XFile, kXMessages, tables.x); !read.Ok()) return read;
   }
-  if (dataset.YErrMethod == ErrorSource::kFile) {
-    if (const char* fault = ReadOrExplain(dataset.YErrFile, kYErrMessages, tables.yErr)) return fault;
-  }
-  return nullptr;
+  if (dataset.YErrMethod == ErrorSource::kFile) return Read(dataset.YErrFile, kYErrMessages, tables.yErr);
+  return {};
 }
 
 void FillX(const Dataset& dataset, const SourceTables& tables, std::span<DataRow> rows) {
@@ -111,7 +111,7 @@ void FillX(const Dataset& dataset, const SourceTables& tables, std::span<DataRow
   }
 }
 
-const char* FillValues(const Dataset& dataset, const SourceTables& tables, std::span<DataRow> rows) {
+Status FillValues(const Dataset& dataset, const SourceTables& tables, std::span<DataRow> rows) {
   ColumnReader y(tables.master, &DataRow::y, dataset.Match);
   ColumnReader masterSigma(tables.master, &DataRow::sigma, dataset.Match);
   ColumnReader fileSigma(tables.yErr, &DataRow::y, dataset.Match);
@@ -125,12 +125,12 @@ const char* FillValues(const Dataset& dataset, const SourceTables& tables, std::
         rows[i].sigma = fileSigma.At(rows, i);
         break;
       case ErrorSource::kFixed:
-        if (!(dataset.YErrVal > 0)) return "YErr should be larger than 0.";
+        if (!(dataset.YErrVal > 0)) return {StatusCode::kBadArgument, "YErr should be larger than 0."};
         rows[i].sigma = dataset.YErrVal;
         break;
     }
   }
-  return nullptr;
+  return {};
 }
 
 std::size_t RowsOf(const Dataset& dataset, const SourceTables& tables) {
@@ -145,9 +145,9 @@ std::size_t RowsOf(const Dataset& dataset, const SourceTables& tables) {
   return static_cast<std::size_t>(dataset.XPts);
 }
 
-const char* MakeRows(Dataset& dataset, const SourceTables& tables) {
+Status MakeRows(Dataset& dataset, const SourceTables& tables) {
   const std::size_t count = RowsOf(dataset, tables);
-  if (count > kMostRows) return "Not enough memory for the dataset.";
+  if (count > kMostRows) return NotEnoughMemory();
   dataset.points.assign(count, DataRow{});
   FillX(dataset, tables, dataset.points);
   return FillValues(dataset, tables, dataset.points);
@@ -169,17 +169,16 @@ void StoreSource(const DatasetSource& source, Dataset& dataset) {
   dataset.YErrVal = source.YErrVal;
 }
 
-// Null, or what is wrong.
-const char* LoadRows(Dataset& dataset) {
+Status LoadRows(Dataset& dataset) {
   SourceTables tables;
-  if (const char* fault = ReadSources(dataset, tables)) return fault;
+  if (Status read = ReadSources(dataset, tables); !read.Ok()) return read;
   if (dataset.XMethod == XSource::kGenerated) {
-    if (const char* fault = FaultOfGrid(dataset)) return fault;
+    if (Status grid = CheckGrid(dataset); !grid.Ok()) return grid;
   }
   try {
     return MakeRows(dataset, tables);
   } catch (const std::bad_alloc&) {
-    return "Not enough memory for the dataset.";
+    return NotEnoughMemory();
   }
 }
 
@@ -187,7 +186,7 @@ const char* LoadRows(Dataset& dataset) {
 
 Status LoadDataset(Dataset& dataset, const DatasetSource& source, std::uint32_t& nextId) {
   StoreSource(source, dataset);
-  if (const char* const fault = LoadRows(dataset)) return {StatusCode::kCannotRead, fault, dataset.MasterFile};
+  if (Status loaded = LoadRows(dataset); !loaded.Ok()) return loaded;
   const std::string_view fileName = FileNameOf(dataset.MasterFile);
   dataset.Quantity = source.Quantity.value_or(QuantityOfFileName(fileName));
   dataset.id = nextId++;

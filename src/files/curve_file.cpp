@@ -104,13 +104,17 @@ int WriteCurve(ParamTables& params, EvalContext& ctx, const Model& model, const 
 
 }  // namespace
 
-int ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
-                     const std::string& path) {
+Status ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
+                        const std::string& path) {
   WholeFileWriter file(path);
-  if (!file.IsOpen()) return -1;
+  if (!file.IsOpen()) return CannotWrite(path);
   const int status = model && what.quantity ? WriteCurve(params, ctx, *model, what, file) : 0;
-  if (!file.Commit()) return -1;
-  return status != 0 ? kOldValues : 0;
+  if (Status written = file.Commit(); !written.Ok()) return written;
+  if (status == 0) return {};
+  return {StatusCode::kNotComputed,
+          "the model computes nothing: a model or dataset that it names is missing, or its rows do not fit. The "
+          "values are old ones",
+          path};
 }
 
 }  // namespace kalvex

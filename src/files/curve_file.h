@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "core/status.h"
 #include "evaluation/eval_context.h"
 
 namespace kalvex {
@@ -18,14 +19,11 @@ struct CurveExport {
   bool derivatives = false;  // on the logarithmic grid: dQ/d(Re eps) and dQ/d(Im eps) too
 };
 
-// What a special model that computes nothing, since a model it names is missing or its rows do not fit, leaves in the
-// file: values from before.
-inline constexpr int kOldValues = 1;
-
 // Writes "x value" lines of six digits. The grid is a running sum of steps, so that the number of points and the place
-// of the last one depend on rounding. No model or no Quantity gives an empty file. 0, kOldValues, or -1 if the
-// file cannot be written. With derivatives the parameters take over their slopes.
-int ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
-                     const std::string& path);
+// of the last one depend on rounding. No model or no Quantity gives an empty file. kNotComputed: the file is written,
+// but a special model that computes nothing, since a model it names is missing or its rows do not fit, has left values
+// from before. With derivatives the parameters take over their slopes.
+Status ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
+                        const std::string& path);
 
 }  // namespace kalvex

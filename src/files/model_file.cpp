@@ -132,33 +132,36 @@ std::string SummaryNameOf(std::string_view path) {
 
 std::string TableNameOf(std::string_view path) { return std::string(DirectoryOf(path)) + "Par.dat"; }
 
-int SaveModel(EvalContext& ctx, const Model& model, double totalChiSq, const std::string& path) {
-  if (!WriteWholeFile(path, ModelBytes(model))) return -1;
-  WriteWholeFile(SummaryNameOf(path), SummaryOf(model, totalChiSq));
-  AppendToFile(TableNameOf(path), TableLineOf(ctx, model, totalChiSq, FileNameOf(path)));
-  return 0;
+Status SaveModel(EvalContext& ctx, const Model& model, double totalChiSq, const std::string& path) {
+  if (Status written = WriteWholeFile(path, ModelBytes(model)); !written.Ok()) return written;
+  // A model is saved once its own file is: what is written for people to read is not tested.
+  WriteWholeFile(SummaryNameOf(path), SummaryOf(model, totalChiSq)).Ignore();
+  AppendToFile(TableNameOf(path), TableLineOf(ctx, model, totalChiSq, FileNameOf(path))).Ignore();
+  return {};
 }
 
-int LoadModel(Model& model, const std::string& path) {
+Status LoadModel(Model& model, const std::string& path) {
   std::string content;
-  if (!ReadWholeFile(path, content)) return -1;
-  if (content.size() < kRecordSize + sizeof(std::int32_t)) return -1;
+  if (!ReadWholeFile(path, content)) return CannotOpen(path);
+  if (content.size() < kRecordSize + sizeof(std::int32_t)) {
+    return {StatusCode::kBadFormat, "'" + path + "' is no model file", path};
+  }
   ByteReader in(content);
   std::array<char, kRecordSize> record{};
   const std::string_view recordBytes(record.data(), record.size());
   in.Bytes(record);
   ReadRecord(recordBytes, model.epsInf);
   const std::int32_t count = in.I32();
-  ClearRows(&model);
+  ClearRows(model);
   const std::int32_t rows = RowsToMake(count, in.Left());
   for (std::int32_t row = 0; row < rows; ++row) {
-    InsertRow(&model, row);
+    InsertRow(model, row);
     for (int column = 0; column < kColumns; ++column) {
       in.Bytes(record);  // short at the end of a cut file: what is left of the record before stays
       ReadRecord(recordBytes, Cell(model, row, column));
     }
   }
-  if (in.Left() < sizeof(std::int32_t)) return 0;
+  if (in.Left() < sizeof(std::int32_t)) return {};
   in.I32();
   for (ModelParam& param : model.rows) {
     if (in.Left() < kLimitsSize) break;
@@ -166,7 +169,7 @@ int LoadModel(Model& model, const std::string& path) {
     param.useMax = in.U32();
     param.coupling = in.U32();
   }
-  return 0;
+  return {};
 }
 
 }  // namespace kalvex

@@ -95,12 +95,12 @@ Status SaveParams(const ParamTables& tables, const std::string& path) {
       }
     }
   }
-  return WriteWholeFile(path, out.Content()) ? Status() : CannotWrite(path);
+  return WriteWholeFile(path, out.Content());
 }
 
 Result<std::vector<std::uint32_t>> LoadParams(ParamTables& tables, const std::string& path) {
   std::string content;
-  if (!ReadWholeFile(path, content)) return {StatusCode::kCannotRead, "'" + path + "' cannot be opened", path};
+  if (!ReadWholeFile(path, content)) return CannotOpen(path);
   ByteReader in(content);
   const auto readModel = [&](Model& model) {
     for (int row = 0; row < RowCount(model); ++row) {
@@ -133,7 +133,7 @@ Status SaveParamsSpecial(const ParamTables& tables) {
     const auto end = std::find_if(first, entries.end(), [&](const SpecialEntry& e) { return e.file != first->file; });
     std::string text;
     for (auto entry = first; entry != end; ++entry) text += LineOf(*entry);
-    if (!WriteWholeFile(first->file, text)) return CannotWrite(first->file);
+    if (Status written = WriteWholeFile(first->file, text); !written.Ok()) return written;
     first = end;
   }
   return {};

@@ -16,7 +16,7 @@ constexpr std::size_t kPointSize = 24;
 
 }  // namespace
 
-int SaveVdf(const VarDielFunc& vdf, const std::string& path) {
+Status SaveVdf(const VarDielFunc& vdf, const std::string& path) {
   ByteWriter out;
   out.U32(vdf.On);
   out.U32(vdf.KK);
@@ -27,12 +27,15 @@ int SaveVdf(const VarDielFunc& vdf, const std::string& path) {
     out.F64(point.e1.value);
     out.F64(point.e2.value);
   }
-  return WriteWholeFile(path, out.Content()) ? 0 : -1;
+  return WriteWholeFile(path, out.Content());
 }
 
-int LoadVdf(VarDielFunc& vdf, const std::string& path) {
+Status LoadVdf(VarDielFunc& vdf, const std::string& path) {
   std::string content;
-  if (!ReadWholeFile(path, content) || content.size() < kHeadSize) return -1;
+  if (!ReadWholeFile(path, content)) return CannotOpen(path);
+  if (content.size() < kHeadSize) {
+    return {StatusCode::kBadFormat, "'" + path + "' is no file of a variational dielectric function", path};
+  }
   ByteReader in(content);
   vdf.On = in.U32();
   vdf.KK = in.U32();
@@ -50,7 +53,7 @@ int LoadVdf(VarDielFunc& vdf, const std::string& path) {
     point.e1.max = kVdfE1Bound;
   }
   if (vdf.KK) FixVdfEnds(vdf);
-  return 0;
+  return {};
 }
 
 }  // namespace kalvex

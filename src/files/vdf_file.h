@@ -3,15 +3,15 @@
 
 #include <string>
 
+#include "core/status.h"
 #include "records/var_diel_func.h"
 
 namespace kalvex {
 
-// 0, or -1 if the file cannot be written.
-int SaveVdf(const VarDielFunc& vdf, const std::string& path);
+Status SaveVdf(const VarDielFunc& vdf, const std::string& path);
 // Takes the switches and the mesh from a file, in the order in which they stand there. The imaginary part is not fitted
 // after a load, whatever FitActive says, until it is switched on anew; its stored bounds are 0. A cut file leaves zeros
-// in its last points. 0, or -1 with nothing changed if the file cannot be opened or holds no head.
-int LoadVdf(VarDielFunc& vdf, const std::string& path);
+// in its last points. Fails with nothing changed if the file cannot be opened or holds no head.
+Status LoadVdf(VarDielFunc& vdf, const std::string& path);
 
 }  // namespace kalvex

@@ -8,6 +8,7 @@
 #include "core/files.h"
 #include "core/text.h"
 #include "fit/fit_coordinate.h"
+#include "fit/fit_log.h"
 
 namespace kalvex {
 namespace {
@@ -81,13 +82,6 @@ std::string CorrelationTable(const std::vector<Correlation>& pairs) {
   return text;
 }
 
-void Write(FitState& fit, const char* file, const std::string& text) {
-  auto& missed = fit.report.notWritten;
-  if (!WriteWholeFile(file, text) && std::find(missed.begin(), missed.end(), file) == missed.end()) {
-    missed.emplace_back(file);
-  }
-}
-
 }  // namespace
 
 void WriteConfidence(FitState& fit, std::span<ModelParam* const> cells, std::span<const FitCoordinate> coordinates,
@@ -95,8 +89,8 @@ void WriteConfidence(FitState& fit, std::span<ModelParam* const> cells, std::spa
   std::vector<double> covData = CovarianceOf(alpha, factor);
   const SquareMatrix cov{covData.data(), alpha.size};
   SetErrors(fit, cells, coordinates, cov);
-  Write(fit, "Params.dat", ParamsTable(fit, cells));
-  Write(fit, "ParCorrs.dat", CorrelationTable(CorrelationsOf(cov)));
+  NoteIfNotWritten(WriteWholeFile("Params.dat", ParamsTable(fit, cells)), fit.report);
+  NoteIfNotWritten(WriteWholeFile("ParCorrs.dat", CorrelationTable(CorrelationsOf(cov))), fit.report);
 }
 
 }  // namespace kalvex

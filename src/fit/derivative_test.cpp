@@ -92,7 +92,7 @@ std::vector<std::vector<double>> AnalyticGradients(FitState& fit, ParamTables& p
 
 }  // namespace
 
-int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
+Status TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
   const double wantedStep = StepFromFile();
   const FitCells cells = CellsOfFit(fit, params, eval);
   const auto gradients = AnalyticGradients(fit, params, eval);
@@ -119,10 +119,10 @@ int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
     AppendComparison(text, analyticSum, numericSum);
   }
   ComputeChiSq(fit, eval);
-  return WriteWholeFile("TestDeriv1.txt", text) ? 0 : -1;
+  return WriteWholeFile("TestDeriv1.txt", text);
 }
 
-int TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
+Status TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval) {
   const double step = StepFromFile();
   const FitCells cells = CellsOfFit(fit, params, eval);
   const auto values = [&](const Model& model, bool derivatives) {
@@ -156,7 +156,7 @@ int TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eva
       }
     }
   }
-  return WriteWholeFile("TestDeriv.txt", text) ? 0 : -1;
+  return WriteWholeFile("TestDeriv.txt", text);
 }
 
 }  // namespace kalvex

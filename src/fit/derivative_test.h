@@ -1,6 +1,7 @@
 // The analytic derivatives beside difference quotients, for those who work on the models: tables for a person to read.
 #pragma once
 
+#include "core/status.h"
 #include "evaluation/eval_context.h"
 #include "fit/fit_state.h"
 
@@ -8,11 +9,11 @@ namespace kalvex {
 
 // "TestDeriv1.txt": the derivative of each term's sum of squares by each master parameter. The step is the number in
 // "DELTA.DAT" of the current directory, or 1e-5; 777 there means 1e-5 of the value. Rows that differ by 1 % carry
-// "(!!!)". 0, or -1 if the file cannot be written.
-[[nodiscard]] int TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval);
+// "(!!!)".
+Status TestDerivatives(FitState& fit, ParamTables& params, EvalContext& eval);
 
 // "TestDeriv.txt": the derivative of each Quantity of each term's model at 100 cm-1 by each fit parameter, with an
-// absolute step. Rows that differ by 1 % carry "FALSE". 0, or -1 if the file cannot be written.
-[[nodiscard]] int TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval);
+// absolute step. Rows that differ by 1 % carry "FALSE".
+Status TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& eval);
 
 }  // namespace kalvex

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/files.h"
@@ -58,14 +59,16 @@ void EvaluateConductivity(ParamTables& params, EvalContext& eval, const Model& m
   TakeOverSlopes(params, eval.slopes);
 }
 
-// Calls visit(row) for each active row of dataset 1; false if there is no such dataset.
+Status Needs(const std::string& what) { return {StatusCode::kNotThere, "it needs " + what}; }
+
+bool HasDataset1(const DatasetTable& datasets) { return datasets.slots.front().id != 0; }
+
+// Calls visit(row) for each active row of dataset 1.
 template <class Visit>
-bool ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
+void ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
   const Dataset& dataset = datasets.slots.front();
-  if (dataset.id == 0) return false;
   const ActiveRows active = ActiveRowsOf(dataset);
   for (int i = active.from; i < active.to; ++i) visit(dataset.points[static_cast<std::size_t>(i)]);
-  return true;
 }
 
 // The models number 1, 2, ...; false if one does not exist.
@@ -79,14 +82,14 @@ bool FindModelsFromOne(const ParamTables& params, std::span<const Model*> models
 
 }  // namespace
 
-int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval, DatasetTable& datasets,
-                           Platform& platform, FitObserver& observer, const std::function<void()>& datasetChanged) {
+Status WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval, DatasetTable& datasets,
+                              Platform& platform, FitObserver& observer, const std::function<void()>& datasetChanged) {
   constexpr std::array<double, 11> kFactors = {0.90, 0.92, 0.94, 0.96, 0.98, 1.00, 1.02, 1.04, 1.06, 1.08, 1.10};
   constexpr std::array<double, 3> kAnchorWeights = {1e-8, 1e-7, 1e-6};
-  if (fit.list.terms.size() < 3) return -1;
+  if (fit.list.terms.size() < 3) return Needs("three ChiSq terms");
   Dataset* const dataset = GetDatasetById(datasets, fit.list.terms.back().datasetId);
   Model* const model = GetModelByNumber(params, fit.list.terms.back().modelId);
-  if (!dataset || dataset->id == 0 || !model) return -1;
+  if (!dataset || dataset->id == 0 || !model) return Needs("a dataset and a model for the last ChiSq term");
 
   const std::vector<DataRow> points = dataset->points;
   const double weight = fit.list.terms.back().weight;
@@ -96,10 +99,11 @@ int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval
     fit.list.terms.back().weight = value;
     ComputeChiSq(fit, eval);
   };
-  int status = 0;
+  Status status;
   const auto run = [&](int iterations) {
     fit.options.MaxIterations = iterations;
-    if (const int failed = RunFit(fit, params, eval, platform, observer)) status = failed;
+    Status ended = RunFit(fit, params, eval, platform, observer);
+    if (!ended.Ok()) status = std::move(ended);
   };
 
   CellsOfFit(fit, params, eval);  // lists from before are made anew while the last term weighs something
@@ -133,7 +137,7 @@ int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval
     }
     text += '\n';
   }
-  const bool written = WriteWholeFile("QntyErrorBars.dat", text);
+  const Status written = WriteWholeFile("QntyErrorBars.dat", text);
 
   fit.list.terms.back().weight = weight;
   fit.options.MaxIterations = maxIterations;
@@ -143,14 +147,14 @@ int WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& eval
   ComputeActiveRange(*dataset);
   Rebuild(fit, params, eval);
   datasetChanged();
-  return written ? status : -1;
+  return written.Ok() ? status : written;
 }
 
-int WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
+Status WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
   std::array<const Model*, 4> models{};
-  if (!FindModelsFromOne(params, models)) return -1;
+  if (!FindModelsFromOne(params, models) || !HasDataset1(*eval.datasets)) return Needs("dataset 1 and models 1 to 4");
   std::string text;
-  const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
+  ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);
     if (at < 0 || at >= static_cast<int>(models[1]->vdf.mesh.size())) return;
     AppendUpperG(text, row.x);
@@ -168,14 +172,14 @@ int WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
     }
     text += '\n';
   });
-  return loaded && WriteWholeFile("Jakob.dat", text) ? 0 : -1;
+  return WriteWholeFile("Jakob.dat", text);
 }
 
-int WriteSensitivityDump(ParamTables& params, EvalContext& eval) {
+Status WriteSensitivityDump(ParamTables& params, EvalContext& eval) {
   std::array<const Model*, 3> models{};
-  if (!FindModelsFromOne(params, models)) return -1;
+  if (!FindModelsFromOne(params, models) || !HasDataset1(*eval.datasets)) return Needs("dataset 1 and models 1 to 3");
   std::string text;
-  const bool loaded = ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
+  ForEachActiveRow(*eval.datasets, [&](const DataRow& row) {
     const int at = FindVdfInterval(row.x, models[0]->vdf);
     if (at < 0) return;
     EvaluateConductivity(params, eval, *models[2], row.x);
@@ -190,7 +194,7 @@ int WriteSensitivityDump(ParamTables& params, EvalContext& eval) {
     AppendUpperG(text, regular ? std::fabs(c / det) + std::fabs(a / det) : 2 * kNoValue);
     text += '\n';
   });
-  return loaded && WriteWholeFile("Jakob2.dat", text) ? 0 : -1;
+  return WriteWholeFile("Jakob2.dat", text);
 }
 
 }  // namespace kalvex

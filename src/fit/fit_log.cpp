@@ -1,11 +1,14 @@
 #include "fit/fit_log.h"
 
+#include <algorithm>
 #include <string>
 
 #include "core/text.h"
 
 namespace kalvex {
 namespace {
+
+constexpr const char* kFitLogName = "Fitlog.dat";
 
 void AppendField(std::string& line, double value) {
   AppendG(line, value);
@@ -35,22 +38,25 @@ std::string Row(const FitState& fit, std::span<ModelParam* const> cells) {
 
 }  // namespace
 
-bool FitLog::Begin(const FitState& fit, std::span<ModelParam* const> cells) {
-  file_.reset(std::fopen("Fitlog.dat", "ab"));
-  if (!file_) return false;
-  WriteLine(HeadLine(fit));
-  WriteRow(fit, cells);
-  return true;
+Status FitLog::Begin(const FitState& fit, std::span<ModelParam* const> cells) {
+  file_.reset(std::fopen(kFitLogName, "ab"));
+  if (!file_) return CannotWrite(kFitLogName);
+  return WriteLine(HeadLine(fit) + Row(fit, cells));
 }
 
-void FitLog::WriteRow(const FitState& fit, std::span<ModelParam* const> cells) {
-  if (file_) WriteLine(Row(fit, cells));
+Status FitLog::WriteRow(const FitState& fit, std::span<ModelParam* const> cells) {
+  return file_ ? WriteLine(Row(fit, cells)) : Status();
 }
 
-void FitLog::WriteLine(std::string_view line) {
-  if (!file_) return;
-  std::fwrite(line.data(), 1, line.size(), file_.get());
-  std::fflush(file_.get());
+Status FitLog::WriteLine(std::string_view line) {
+  const bool written = std::fwrite(line.data(), 1, line.size(), file_.get()) == line.size();
+  return std::fflush(file_.get()) == 0 && written ? Status() : CannotWrite(kFitLogName);
+}
+
+void NoteIfNotWritten(const Status& written, FitReport& report) {
+  const bool known =
+      std::find(report.notWritten.begin(), report.notWritten.end(), written.About()) != report.notWritten.end();
+  if (!written.Ok() && !known) report.notWritten.push_back(written.About());
 }
 
 }  // namespace kalvex

@@ -145,7 +145,7 @@ void FinishIteration(Run& run) {
   fit.ElapsedSeconds = static_cast<int>(run.platform.ClockSeconds() - run.startTime);
   fit.ChiSqChange = run.history.front() - fit.TotalChiSq;
   run.observer.IterationEnds();
-  run.log.WriteRow(fit, run.cells);
+  NoteIfNotWritten(run.log.WriteRow(fit, run.cells), fit.report);
 }
 
 void ShowLimitMessage(const Run& run) {
@@ -207,7 +207,7 @@ void RunToItsEnd(Run& run) {
   fit.ChiSqChange = 0;
   ComputeChiSq(fit, run.eval);
   fit.report.startChiSq = fit.TotalChiSq;
-  if (fit.options.LogFit && !run.log.Begin(fit, run.cells)) fit.report.notWritten.emplace_back("Fitlog.dat");
+  if (fit.options.LogFit) NoteIfNotWritten(run.log.Begin(fit, run.cells), fit.report);
   fit.report.stop = Iterate(run);
 }
 
@@ -218,14 +218,14 @@ void NoteNothingToFit(FitState& fit) {
 
 }  // namespace
 
-int RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer) {
+Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer) {
   fit.report = {};
   if (fit.NumFitParams < 1) {
     NoteNothingToFit(fit);
-    return 0;
+    return {};
   }
   fit.FitRunning = true;
-  int status = 0;
+  Status status;
   try {
     Run run(fit, params, eval, platform, observer);
     // All parameters of a list from before may be gone.
@@ -238,7 +238,7 @@ int RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& plat
     }
   } catch (const std::bad_alloc&) {
     fit.report.stop = "not enough memory";
-    status = -1;
+    status = {StatusCode::kOutOfMemory, fit.report.stop};
   }
   fit.FitRunning = false;
   return status;

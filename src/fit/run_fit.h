@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/platform.h"
+#include "core/status.h"
 #include "evaluation/eval_context.h"
 #include "fit/fit_state.h"
 
@@ -27,10 +28,9 @@ inline constexpr double kLambdaFactor = 10.0;
 inline constexpr int kMostIterations = 1000;
 
 // Adjusts the values of fit.params to lower TotalChiSq until a stop rule holds, and writes the files that the options
-// ask for to the current directory. Without parameters it does nothing. fit.report tells how it ended. Gives 0, or -1
-// if memory is too short.
-[[nodiscard]] int RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform,
-                         FitObserver& observer);
+// ask for to the current directory. Without parameters it does nothing. fit.report tells how it ended. Fails only if
+// memory is too short.
+Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer);
 
 // Swaps each parameter's value and the one before the run, past limits and coupling, and computes ChiSq. Nothing
 // happens unless start values are stored.

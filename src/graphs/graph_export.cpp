@@ -9,22 +9,11 @@
 
 namespace kalvex {
 
-int ExportGraph(const Graph& graph, EvalContext& ctx, const std::string& path) {
-  WholeFileWriter file(path);
-  if (!file.IsOpen()) return -1;
-  if (graph.plotWidth < 1) return file.Commit() ? 0 : -1;
+namespace {
 
-  std::string text = "W";
-  std::vector<std::vector<double>> columns;
-  for (const Curve* const curve : InUsersOrder(graph)) {
-    if (curve->kind != CurveKind::kModel) break;
-    text += std::string(" ") + kQuantityNames[static_cast<std::size_t>(curve->quantity)].shortName;
-    const Model* const model = GetModelByNumber(*ctx.params, curve->modelId);
-    const int quantities[] = {curve->quantity};
-    columns.push_back(model ? ModelValues(graph, ctx, *model, quantities, graph.columnX).front()
-                            : std::vector<double>(graph.columnX.size()));
-  }
-  text += '\n';
+// The lines of the columns of pixels.
+std::string TextOf(const Graph& graph, const std::vector<std::vector<double>>& columns) {
+  std::string text;
   for (std::size_t i = 0; i < graph.columnX.size(); ++i) {
     AppendG(text, graph.columnX[i]);
     for (const std::vector<double>& column : columns) {
@@ -33,8 +22,27 @@ int ExportGraph(const Graph& graph, EvalContext& ctx, const std::string& path) {
     }
     text += '\n';
   }
-  file.Write(text);
-  return file.Commit() ? static_cast<int>(columns.size()) : -1;
+  return text;
+}
+
+}  // namespace
+
+Result<int> ExportGraph(const Graph& graph, EvalContext& ctx, const std::string& path) {
+  WholeFileWriter file(path);
+  if (!file.IsOpen()) return CannotWrite(path);
+  std::vector<std::vector<double>> columns;
+  std::string heads = "W";
+  for (const Curve* const curve : InUsersOrder(graph)) {
+    if (curve->kind != CurveKind::kModel || graph.plotWidth < 1) break;
+    heads += std::string(" ") + kQuantityNames[static_cast<std::size_t>(curve->quantity)].shortName;
+    const Model* const model = GetModelByNumber(*ctx.params, curve->modelId);
+    const int quantities[] = {curve->quantity};
+    columns.push_back(model ? ModelValues(graph, ctx, *model, quantities, graph.columnX).front()
+                            : std::vector<double>(graph.columnX.size()));
+  }
+  if (graph.plotWidth >= 1) file.Write(heads + '\n' + TextOf(graph, columns));
+  if (Status written = file.Commit(); !written.Ok()) return written;
+  return static_cast<int>(columns.size());
 }
 
 }  // namespace kalvex

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "core/status.h"
 #include "evaluation/eval_context.h"
 #include "graphs/graph.h"
 
@@ -10,8 +11,8 @@ namespace kalvex {
 
 // Writes a line "W" and the short names of the Quantities, then a line for each column of pixels of the plot: its value
 // on the X axis and that of each Quantity, without Scale and Shift. The curves are those at the head of the list, in
-// the user's order, up to the first that is no model curve. A plot without pixels gives an empty file. -1 if the file
-// cannot be written, else the number of curves.
-int ExportGraph(const Graph& graph, EvalContext& ctx, const std::string& path);
+// the user's order, up to the first that is no model curve. A plot without pixels gives an empty file. Gives the
+// number of curves.
+Result<int> ExportGraph(const Graph& graph, EvalContext& ctx, const std::string& path);
 
 }  // namespace kalvex

@@ -46,13 +46,13 @@ bool IsPictureSize(int width, int height) {
   return width >= 1 && width <= kLongestSide && height >= 1 && height <= kLongestSide;
 }
 
-int SaveGraphPicture(const Graph& graph, EvalContext& ctx, PictureFormat format, int width, int height,
-                     const std::string& path) {
+Status SaveGraphPicture(const Graph& graph, EvalContext& ctx, PictureFormat format, int width, int height,
+                        const std::string& path) {
   Graph drawn = graph;
   drawn.Width = width;
   drawn.Height = height;
   RebuildGraph(drawn);
-  return WriteWholeFile(path, PictureOf(drawn, ctx, format)) ? 0 : -1;
+  return WriteWholeFile(path, PictureOf(drawn, ctx, format));
 }
 
 }  // namespace kalvex

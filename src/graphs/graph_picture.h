@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "core/status.h"
 #include "evaluation/eval_context.h"
 #include "graphs/graph.h"
 
@@ -18,8 +19,8 @@ std::optional<PictureFormat> PictureFormatOf(const std::string& path);
 bool IsPictureSize(int width, int height);
 
 // Draws the graph as it would be in a window of that size, with its curves as they are now. PNG shows the pixels of the
-// window; SVG and PDF have lines and symbols as such, black axes on white ground. -1 if the file cannot be written.
-int SaveGraphPicture(const Graph& graph, EvalContext& ctx, PictureFormat format, int width, int height,
-                     const std::string& path);
+// window; SVG and PDF have lines and symbols as such, black axes on white ground.
+Status SaveGraphPicture(const Graph& graph, EvalContext& ctx, PictureFormat format, int width, int height,
+                        const std::string& path);
 
 }  // namespace kalvex

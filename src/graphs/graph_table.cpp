@@ -97,14 +97,14 @@ Graph* CreateGraph(GraphTable& table) {
 
 void CloseGraph(Graph& graph) { graph = Graph(); }
 
-int RebuildGraph(Graph& graph) {
+void RebuildGraph(Graph& graph) {
   constexpr int kMostPixels = 32767;  // along each side of a window
   graph.repaint = Repaint::kEverything;
   graph.staleKinds = kAllKinds;
   graph.readerActive = false;
   if (graph.Width > kMostPixels || graph.Height > kMostPixels) {
     ForgetPlot(graph);
-    return -1;
+    return;
   }
   ChooseTicks(graph);
   graph.frame = LayOut(graph).frame;
@@ -118,7 +118,6 @@ int RebuildGraph(Graph& graph) {
   for (int i = 0; i < graph.plotHeight; ++i) {
     graph.rowY[static_cast<std::size_t>(i)] = ValueAt(graph.Y, graph.plotHeight, i);
   }
-  return 0;
 }
 
 void ApplyAxes(Graph& graph) {

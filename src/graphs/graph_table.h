@@ -32,9 +32,9 @@ Graph* CreateGraph(GraphTable& table);
 void CloseGraph(Graph& graph);
 
 // Lays the graph out anew, after its size, its axes or its list of curves has changed: ticks, frame, the value of each
-// pixel. All strokes become stale, and everything is to be painted. -1, and a plot without pixels, if the window is
-// too large for one.
-int RebuildGraph(Graph& graph);
+// pixel. All strokes become stale, and everything is to be painted. A window that is too large for one gets a plot
+// without pixels.
+void RebuildGraph(Graph& graph);
 
 // Makes the limits of both axes such that they can be drawn, and rebuilds.
 void ApplyAxes(Graph& graph);

@@ -10,12 +10,6 @@ namespace {
 
 using Row = std::array<ModelParam, kColumns>;
 
-bool IsOpen(const Model* model) { return model != nullptr && model->number != 0; }
-
-bool Holds(const Model* model, int row, int column) {
-  return IsOpen(model) && row >= 0 && row < RowCount(*model) && column >= 0 && column < kColumns;
-}
-
 ModelParam DefaultElement(int column) {
   struct Element {
     const char* name;
@@ -61,65 +55,49 @@ double KeyOf(const ModelParam* row, SortKey key) {
 
 }  // namespace
 
-int InsertRow(Model* model, int position) {
-  if (!IsOpen(model)) return -1;
-  const int row = std::clamp(position, 0, RowCount(*model));
+void InsertRow(Model& model, int position) {
+  const int row = std::clamp(position, 0, RowCount(model));
   const Row defaults = {DefaultElement(Wo), DefaultElement(Wp), DefaultElement(G)};
-  model->rows.insert(RowBegin(*model, row), defaults.begin(), defaults.end());
-  return 0;
+  model.rows.insert(RowBegin(model, row), defaults.begin(), defaults.end());
 }
 
-int RemoveRow(Model* model, int position) {
-  if (!IsOpen(model)) return -1;
-  const int count = RowCount(*model);
-  if (count == 0) return 0;
-  // The position one behind the last row is allowed, and means the last row.
-  const int row = std::min(std::clamp(position, 0, count), count - 1);
-  model->rows.erase(RowBegin(*model, row), RowBegin(*model, row) + kColumns);
-  return 0;
+void RemoveRow(Model& model, int position) {
+  const int count = RowCount(model);
+  if (count == 0) return;
+  const int row = std::clamp(position, 0, count - 1);
+  model.rows.erase(RowBegin(model, row), RowBegin(model, row) + kColumns);
 }
 
-int ClearRows(Model* model) {
-  if (!IsOpen(model)) return -1;
-  model->rows.clear();
-  return 0;
+void ClearRows(Model& model) { model.rows.clear(); }
+
+void MoveRowUp(Model& model, int row) {
+  const int from = std::min(row, RowCount(model) - 1);
+  if (from > 0) SwapRows(model, from, from - 1);
 }
 
-int MoveRowUp(Model* model, int row) {
-  if (!IsOpen(model)) return -1;
-  const int from = std::min(row, RowCount(*model) - 1);
-  if (from > 0) SwapRows(*model, from, from - 1);
-  return 0;
-}
-
-int MoveRowDown(Model* model, int row) {
-  if (!IsOpen(model)) return -1;
+void MoveRowDown(Model& model, int row) {
   const int from = std::max(row, 0);
-  if (from < RowCount(*model) - 1) SwapRows(*model, from, from + 1);
-  return 0;
+  if (from < RowCount(model) - 1) SwapRows(model, from, from + 1);
 }
 
-int SortRows(Model* model, int key) {
-  if (!IsOpen(model) || RowCount(*model) == 0 || key < 0 || key > 5) return -1;
-  if (key == 0) return 0;
-  const auto sortKey = static_cast<SortKey>(key);
-  std::vector<Row> rows(static_cast<std::size_t>(RowCount(*model)));
+void SortRows(Model& model, SortKey key) {
+  if (RowCount(model) == 0 || key == SortKey::kNone) return;
+  std::vector<Row> rows(static_cast<std::size_t>(RowCount(model)));
   for (std::size_t r = 0; r < rows.size(); ++r) {
-    std::copy_n(RowBegin(*model, static_cast<int>(r)), kColumns, rows[r].begin());
+    std::copy_n(RowBegin(model, static_cast<int>(r)), kColumns, rows[r].begin());
   }
-  const bool descending = KeyOf(rows.front().data(), sortKey) <= KeyOf(rows.back().data(), sortKey);
+  const bool descending = KeyOf(rows.front().data(), key) <= KeyOf(rows.back().data(), key);
   std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
-    const double x = KeyOf(a.data(), sortKey), y = KeyOf(b.data(), sortKey);
+    const double x = KeyOf(a.data(), key), y = KeyOf(b.data(), key);
     return descending ? x > y : x < y;
   });
   for (std::size_t r = 0; r < rows.size(); ++r) {
-    std::copy_n(rows[r].begin(), kColumns, RowBegin(*model, static_cast<int>(r)));
+    std::copy_n(rows[r].begin(), kColumns, RowBegin(model, static_cast<int>(r)));
   }
-  return 0;
 }
 
 double ComputedValue(const Model* model, int row, int kind) {
-  if (!Holds(model, row, 0)) return kMissing;
+  if (model == nullptr || model->number == 0 || row < 0 || row >= RowCount(*model)) return kMissing;
   const double wo = Cell(*model, row, Wo).value;
   switch (static_cast<ComputedColumn>(kind)) {
     case ComputedColumn::kStrength:
@@ -130,23 +108,10 @@ double ComputedValue(const Model* model, int row, int kind) {
   return 0;
 }
 
-double RowValue(const Model* model, int row, int column) {
-  return Holds(model, row, column) ? Cell(*model, row, column).value : kMissing;
-}
-
-std::uint32_t RowAdjustable(const Model* model, int row, int column) {
-  return Holds(model, row, column) ? Cell(*model, row, column).adjustable : 0;
-}
-
-double EpsInfValue(const Model* model) { return IsOpen(model) ? model->epsInf.value : kMissing; }
-std::uint32_t EpsInfAdjustable(const Model* model) { return IsOpen(model) ? model->epsInf.adjustable : 0; }
-
-int FixAll(Model* model, bool fix) {
-  if (!IsOpen(model)) return -1;
+void FixAll(Model& model, bool fix) {
   const std::uint32_t adjustable = fix ? 0 : 1;
-  model->epsInf.adjustable = adjustable;
-  for (ModelParam& param : model->rows) param.adjustable = adjustable;
-  return 0;
+  model.epsInf.adjustable = adjustable;
+  for (ModelParam& param : model.rows) param.adjustable = adjustable;
 }
 
 }  // namespace kalvex

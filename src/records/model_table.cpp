@@ -78,7 +78,7 @@ Model* CreateModel(ParamTables& tables) {
   free->number = tables.nextModelNumber++;
   free->name = "M" + std::to_string(free->number);
   free->epsInf = DefaultEpsInf();
-  InsertRow(&*free, 0);
+  InsertRow(*free, 0);
   return &*free;
 }
 

@@ -5,22 +5,6 @@
 namespace kalvex {
 namespace {
 
-ModelParam* ElementAt(Model* model, int row, int column) {
-  if (model == nullptr || model->number == 0) return nullptr;
-  if (row < 0 || row >= RowCount(*model) || column < 0 || column >= kColumns) return nullptr;
-  return &Cell(*model, row, column);
-}
-
-ModelParam* EpsInfOf(Model* model) { return model != nullptr && model->number != 0 ? &model->epsInf : nullptr; }
-
-int SetValueOrFail(ParamTables& tables, ModelParam* param, double value) {
-  return param ? SetValue(tables, *param, value) : -1;
-}
-
-int SetAdjustableOrFail(ParamTables& tables, ModelParam* param, std::uint32_t adjustable) {
-  return param ? SetAdjustable(tables, *param, adjustable) : -1;
-}
-
 // Mesh points take no part in coupling, so this visits less than ForEachParam does.
 template <class Visit>
 bool AnyCoupledPlace(Model& model, std::uint32_t group, Visit&& visit) {
@@ -49,8 +33,8 @@ const ModelParam* FirstOtherMember(ParamTables& tables, const ModelParam& param)
 
 }  // namespace
 
-int SetValue(ParamTables& tables, ModelParam& param, double value) {
-  int result = kStored;
+SetValueResult SetValue(ParamTables& tables, ModelParam& param, double value) {
+  SetValueResult result = kStored;
   if (param.useMin && value < param.min) {
     value = param.min;
     result = kRaisedToMin;
@@ -68,26 +52,9 @@ int SetValue(ParamTables& tables, ModelParam& param, double value) {
   return result;
 }
 
-int SetAdjustable(ParamTables& tables, ModelParam& param, std::uint32_t adjustable) {
+void SetAdjustable(ParamTables& tables, ModelParam& param, std::uint32_t adjustable) {
   param.adjustable = adjustable;
   Propagate(tables, param);
-  return 0;
-}
-
-int SetEpsInfValue(ParamTables& tables, Model* model, double value) {
-  return SetValueOrFail(tables, EpsInfOf(model), value);
-}
-
-int SetEpsInfAdjustable(ParamTables& tables, Model* model, std::uint32_t adjustable) {
-  return SetAdjustableOrFail(tables, EpsInfOf(model), adjustable);
-}
-
-int SetRowValue(ParamTables& tables, Model* model, int row, int column, double value) {
-  return SetValueOrFail(tables, ElementAt(model, row, column), value);
-}
-
-int SetRowAdjustable(ParamTables& tables, Model* model, int row, int column, std::uint32_t adjustable) {
-  return SetAdjustableOrFail(tables, ElementAt(model, row, column), adjustable);
 }
 
 void Propagate(ParamTables& tables, const ModelParam& param) {

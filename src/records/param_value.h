@@ -12,14 +12,8 @@ enum SetValueResult : int { kStored = 0, kClampedTo1e70 = -1, kRaisedToMin = -2,
 
 // Holds the value inside the limits in force, then inside [-1e70, 1e70], stores it in every case and copies the whole
 // record over the other members of its coupling group.
-int SetValue(ParamTables& tables, ModelParam& param, double value);
-int SetAdjustable(ParamTables& tables, ModelParam& param, std::uint32_t adjustable);
-
-// The same by place; -1 for an invalid model or an index out of range.
-int SetEpsInfValue(ParamTables& tables, Model* model, double value);
-int SetEpsInfAdjustable(ParamTables& tables, Model* model, std::uint32_t adjustable);
-int SetRowValue(ParamTables& tables, Model* model, int row, int column, double value);
-int SetRowAdjustable(ParamTables& tables, Model* model, int row, int column, std::uint32_t adjustable);
+SetValueResult SetValue(ParamTables& tables, ModelParam& param, double value);
+void SetAdjustable(ParamTables& tables, ModelParam& param, std::uint32_t adjustable);
 
 // Copies the record over every member of its coupling group and marks what was written to as dirty.
 void Propagate(ParamTables& tables, const ModelParam& param);

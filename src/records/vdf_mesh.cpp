@@ -47,26 +47,26 @@ void ClearVdf(VarDielFunc& vdf) {
   vdf.initOn = vdf.initKK = vdf.initFitActive = 0;
 }
 
-int InitVdfMesh(VarDielFunc& vdf, const DatasetTable& datasets) {
+Status InitVdfMesh(VarDielFunc& vdf, const DatasetTable& datasets) {
   try {
     const std::vector<double> x = FrequenciesOf(vdf, datasets);
     if (x.empty()) {
       ClearVdf(vdf);
-      return 0;
+      return {};
     }
     std::vector<VdfMeshPoint> mesh;
     mesh.reserve(x.size());
     for (const double frequency : x) mesh.push_back(FreshPoint(frequency));
     vdf.mesh.swap(mesh);
   } catch (const std::bad_alloc&) {
-    return -1;
+    return {StatusCode::kOutOfMemory, "not enough memory for the mesh"};
   }
   vdf.KK = vdf.initKK;
   vdf.On = vdf.initOn;
   vdf.FitActive = vdf.initFitActive;
   SetAdjustable(vdf, vdf.FitActive && !vdf.KK, vdf.FitActive);
   if (vdf.KK) FixVdfEnds(vdf);
-  return 0;
+  return {};
 }
 
 void ToggleVdfOn(VarDielFunc& vdf) {

@@ -1,6 +1,7 @@
 // Making a mesh and switching what it does.
 #pragma once
 
+#include "core/status.h"
 #include "datasets/dataset.h"
 #include "records/var_diel_func.h"
 
@@ -10,8 +11,8 @@ namespace kalvex {
 void ClearVdf(VarDielFunc& vdf);
 
 // A mesh at the frequencies of the active rows of the sources, each frequency once, all values 0, with the choices of
-// initOn, initKK and initFitActive. Without a single row it is cleared. 0, or -1 if memory is too short.
-int InitVdfMesh(VarDielFunc& vdf, const DatasetTable& datasets);
+// initOn, initKK and initFitActive. Without a single row it is cleared. Fails only if memory is too short.
+Status InitVdfMesh(VarDielFunc& vdf, const DatasetTable& datasets);
 
 // These three do nothing without a mesh.
 void ToggleVdfOn(VarDielFunc& vdf);

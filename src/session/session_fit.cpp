@@ -36,11 +36,6 @@ Pieces AllValues(const ParamTables& tables) {
   return pieces.ExpParams().Fit();
 }
 
-Status Written(int status, const char* file, const char* needs) {
-  if (status == 0) return {};
-  return {StatusCode::kCannotWrite, std::string(needs) + ", or '" + file + "' cannot be written", file};
-}
-
 }  // namespace
 
 // Models, graphs and listeners follow each iteration; events are delivered in between, so that a person can ask the run
@@ -229,7 +224,7 @@ Status Session::RunFit(const FitRequest& request) {
     fit.StopRequested = false;
     StoreStartValues(fit, tables_.params, eval_);
     RunFollower follower(*this);
-    const int status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower);
+    Status status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower);
     if (request.iterations) {
       fit.options.MaxIterations = before.MaxIterations;
       fit.options.StopOnIterations = before.StopOnIterations;
@@ -237,7 +232,7 @@ Status Session::RunFit(const FitRequest& request) {
     if (request.byHand) fit.UndoAvailable = true;
     ShowValues();
     Tell(ChangeKind::kFitRun);
-    return status == 0 ? Status() : Status(StatusCode::kOutOfMemory, fit.report.stop);
+    return status;
   });
 }
 
@@ -275,47 +270,42 @@ Status Session::WriteQuantityErrorBars() {
   return Do(OnFit("error bars of a Quantity", Statement("QuantityErrorBars").Done()), touched, [&] {
     RunFollower follower(*this);
     const auto datasetChanged = [&] { TellGraphs(GraphEvent::kDatasetChanged, -1); };
-    const int status = kalvex::WriteQuantityErrorBars(tables_.fit, tables_.params, eval_, tables_.datasets, *platform_,
-                                                      follower, datasetChanged);
+    Status status = kalvex::WriteQuantityErrorBars(tables_.fit, tables_.params, eval_, tables_.datasets, *platform_,
+                                                   follower, datasetChanged);
     Tell(ChangeKind::kFitValues);
-    return Written(status, "QntyErrorBars.dat", "it needs three ChiSq terms, the last with a dataset and a model");
+    return status;
   });
 }
 
 Status Session::DumpDerivatives() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  return DoOutside({"derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles}, [&] {
-    return Written(WriteDerivativeDump(tables_.params, eval_), "Jakob.dat", "it needs dataset 1 and models 1 to 4");
-  });
+  return DoOutside({"derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles},
+                   [&] { return WriteDerivativeDump(tables_.params, eval_); });
 }
 
 Status Session::DumpSensitivity() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  return DoOutside({"sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles}, [&] {
-    return Written(WriteSensitivityDump(tables_.params, eval_), "Jakob2.dat", "it needs dataset 1 and models 1 to 3");
-  });
+  return DoOutside({"sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles},
+                   [&] { return WriteSensitivityDump(tables_.params, eval_); });
 }
 
 Status Session::TestDerivatives() {
   return Do(OnFit("test derivatives", Statement("TestDerivatives").Done()), AllValues(tables_.params), [&] {
-    const int status = kalvex::TestDerivatives(tables_.fit, tables_.params, eval_);
+    Status status = kalvex::TestDerivatives(tables_.fit, tables_.params, eval_);
     Tell(ChangeKind::kFitValues);
-    return status == 0 ? Status() : CannotWrite("TestDeriv1.txt");
+    return status;
   });
 }
 
 Status Session::TestQuantityDerivatives() {
   return Do(OnFit("test derivatives of Quantities", Statement("TestQuantityDerivatives").Done()),
-            AllValues(tables_.params), [&] {
-              const int status = kalvex::TestQuantityDerivatives(tables_.fit, tables_.params, eval_);
-              return status == 0 ? Status() : CannotWrite("TestDeriv.txt");
-            });
+            AllValues(tables_.params),
+            [&] { return kalvex::TestQuantityDerivatives(tables_.fit, tables_.params, eval_); });
 }
 
 Status Session::WriteGapTable() {
-  return DoOutside({"table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles}, [&] {
-    return kalvex::WriteGapTable(GapTableOf(eval_.termEnvironment)) ? Status() : CannotWrite("Tab.dat");
-  });
+  return DoOutside({"table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles},
+                   [&] { return kalvex::WriteGapTable(GapTableOf(eval_.termEnvironment)); });
 }
 
 }  // namespace kalvex

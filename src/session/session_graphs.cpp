@@ -177,11 +177,7 @@ Result<int> Session::ExportGraph(std::uint32_t number, const std::string& file) 
   if (!graph) return NoSuchGraph(number);
   Operation operation =
       OnGraph("export", number, Statement("ExportGraph").Int("GraphNo", number).Text("File", file).Done());
-  return DoOutside(std::move(operation), [&]() -> Result<int> {
-    const int curves = kalvex::ExportGraph(*graph, eval_, file);
-    if (curves < 0) return CannotWrite(file);
-    return curves;
-  });
+  return DoOutside(std::move(operation), [&] { return kalvex::ExportGraph(*graph, eval_, file); });
 }
 
 Status Session::DrawGraph(std::uint32_t number, PictureFormat format, int width, int height, const std::string& file) {
@@ -192,9 +188,8 @@ Status Session::DrawGraph(std::uint32_t number, PictureFormat format, int width,
   }
   auto statement = Statement("DrawGraph").Int("GraphNo", number).Text("File", file);
   statement.Int("Width", width).Int("Height", height);
-  return DoOutside(OnGraph("draw", number, statement.Done()), [&] {
-    return SaveGraphPicture(*graph, eval_, format, width, height, file) == 0 ? Status() : CannotWrite(file);
-  });
+  return DoOutside(OnGraph("draw", number, statement.Done()),
+                   [&] { return SaveGraphPicture(*graph, eval_, format, width, height, file); });
 }
 
 Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const CurveExport& what,
@@ -209,15 +204,8 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
   if (what.quantity) statement.Text("Quantity", QuantityNameOf(*what.quantity));
   statement.Real("XMin", what.xMin).Real("XMax", what.xMax).Int("XPts", what.points);
   statement.Int("XMethod", what.onMesh ? 2 : 1).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
-  return DoOutside({"export a curve", statement.Done(), {}, kOnFiles}, [&] {
-    const int status = kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file);
-    if (status < 0) return CannotWrite(file);
-    if (status != kOldValues) return Status();
-    return Status(
-        StatusCode::kNotComputed,
-        "the model computes nothing: a model or dataset that it names is missing, or its rows do not fit. The "
-        "values are old ones");
-  });
+  return DoOutside({"export a curve", statement.Done(), {}, kOnFiles},
+                   [&] { return kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file); });
 }
 
 // ---- what a screen shows

@@ -40,8 +40,7 @@ Status Session::InitMesh(std::uint32_t number, const std::array<VdfSource, 3>& s
     model.vdf.initOn = on ? 1 : 0;
     model.vdf.initKK = kk ? 1 : 0;
     model.vdf.initFitActive = fitActive ? 1 : 0;
-    if (InitVdfMesh(model.vdf, tables_.datasets) == 0) return Status();
-    return Status(StatusCode::kOutOfMemory, "not enough memory for the mesh", ModelText(number));
+    return InitVdfMesh(model.vdf, tables_.datasets);
   });
 }
 
@@ -86,15 +85,13 @@ Status Session::SaveMesh(std::uint32_t number, const std::string& file) {
                     Statement("SaveVarDielFunc").Int("ModelNo", number).Text("File", file).Done(),
                     {},
                     kOnFiles},
-                   [&] { return SaveVdf(model->vdf, file) == 0 ? Status() : CannotWrite(file); });
+                   [&] { return SaveVdf(model->vdf, file); });
 }
 
 Status Session::LoadMesh(std::uint32_t number, const std::string& file) {
   const std::string statement = Statement("LoadVarDielFunc").Int("ModelNo", number).Text("File", file).Done();
-  return ChangeModel(number, OnMesh("load the mesh", number, statement), Changed::kValues, [&](Model& model) {
-    if (LoadVdf(model.vdf, file) == 0) return Status();
-    return Status(StatusCode::kCannotRead, "'" + file + "' cannot be opened or is no such file", file);
-  });
+  return ChangeModel(number, OnMesh("load the mesh", number, statement), Changed::kValues,
+                     [&](Model& model) { return LoadVdf(model.vdf, file); });
 }
 
 }  // namespace kalvex

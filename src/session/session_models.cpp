@@ -61,7 +61,7 @@ Status Session::InsertRow(std::uint32_t number, int position) {
                       {},
                       kOnModels | kOnFit},
                      Changed::kRows, [&](Model& model) {
-                       kalvex::InsertRow(&model, position - 1);
+                       kalvex::InsertRow(model, position - 1);
                        return Status();
                      });
 }
@@ -74,7 +74,7 @@ Status Session::RemoveRow(std::uint32_t number, int row) {
                       kOnModels | kOnFit},
                      Changed::kRows, [&](Model& model) {
                        if (row < 1 || row > RowCount(model)) return NoSuchRow(number, row);
-                       kalvex::RemoveRow(&model, row - 1);
+                       kalvex::RemoveRow(model, row - 1);
                        return Status();
                      });
 }
@@ -91,7 +91,7 @@ Status Session::MoveRow(std::uint32_t number, int row, bool up) {
                        if (up && row == 1) return Status(StatusCode::kNothingToDo, text + " is the first");
                        if (!up && row == RowCount(model))
                          return Status(StatusCode::kNothingToDo, text + " is the last");
-                       up ? MoveRowUp(&model, row - 1) : MoveRowDown(&model, row - 1);
+                       up ? MoveRowUp(model, row - 1) : MoveRowDown(model, row - 1);
                        return Status();
                      });
 }
@@ -104,8 +104,11 @@ Status Session::SortRows(std::uint32_t number, int key) {
                       kOnModels | kOnFit},
                      Changed::kRows, [&](Model& model) {
                        if (key < 1 || key > 5) return Status(StatusCode::kBadArgument, "Key is not 1 to 5");
-                       if (kalvex::SortRows(&model, key) == 0) return Status();
-                       return Status(StatusCode::kNothingToDo, "there are no rows", ModelText(number));
+                       if (RowCount(model) == 0) {
+                         return Status(StatusCode::kNothingToDo, "there are no rows", ModelText(number));
+                       }
+                       kalvex::SortRows(model, static_cast<SortKey>(key));
+                       return Status();
                      });
 }
 
@@ -119,7 +122,7 @@ Status Session::FixAllParams(std::uint32_t number, bool fix) {
                       {},
                       kOnModels | kOnFit},
                      Changed::kValues, [&](Model& changed) {
-                       FixAll(&changed, fix);
+                       FixAll(changed, fix);
                        return Status();
                      });
 }
@@ -129,10 +132,7 @@ Status Session::SaveModel(std::uint32_t number, const std::string& file) {
   Model* const model = ModelOf(number);
   if (!model) return NoSuchModel(number);
   return DoOutside({"save " + ModelText(number), OnModel("SaveModel", number).Text("File", file).Done(), {}, kOnFiles},
-                   [&] {
-                     const bool written = kalvex::SaveModel(eval_, *model, tables_.fit.TotalChiSq, file) == 0;
-                     return written ? Status() : CannotWrite(file);
-                   });
+                   [&] { return kalvex::SaveModel(eval_, *model, tables_.fit.TotalChiSq, file); });
 }
 
 Status Session::LoadModel(std::uint32_t number, const std::string& file) {
@@ -142,12 +142,9 @@ Status Session::LoadModel(std::uint32_t number, const std::string& file) {
                       {},
                       kOnModels | kOnFit | kOnFiles},
                      Changed::kRows, [&](Model& model) {
-                       if (kalvex::LoadModel(model, file) != 0) {
-                         return Status(StatusCode::kCannotRead, "'" + file + "' cannot be opened or is no model file",
-                                       file);
-                       }
-                       Tell(ChangeKind::kModelLoaded, number);
-                       return Status();
+                       Status loaded = kalvex::LoadModel(model, file);
+                       if (loaded.Ok()) Tell(ChangeKind::kModelLoaded, number);
+                       return loaded;
                      });
 }
 

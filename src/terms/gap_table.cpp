@@ -64,7 +64,7 @@ GapTable MakeGapTable() {
   return table;
 }
 
-bool WriteGapTable(const GapTable& table) {
+Status WriteGapTable(const GapTable& table) {
   std::string text;
   for (std::size_t i = 0; i < GapTable::kPoints; ++i) {
     AppendG(text, static_cast<double>(i) * GapTable::kSpacing);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "core/status.h"
 #include "numeric/dual.h"
 
 namespace kalvex {
@@ -18,8 +19,8 @@ struct GapTable {
 };
 
 GapTable MakeGapTable();
-// Writes "Tab.dat": a line "T/Tc Delta/Delta(0)" for each point. False if the file cannot be written.
-bool WriteGapTable(const GapTable& table);
+// Writes "Tab.dat": a line "T/Tc Delta/Delta(0)" for each point.
+Status WriteGapTable(const GapTable& table);
 
 // Delta/Delta(0) at t = T/Tc: 1 at t = 0 and below, 0 from t = 1 on. Cubic between the points, with the slopes of the
 // equation itself.

@@ -59,7 +59,7 @@ class TypePageMacros : public Kalvex, public testing::WithParamInterface<const M
     vdf.On = true;
     for (const double x : {50.0, 100.0, 200.0}) vdf.mesh.push_back({x, {}, {}});
     vdf.mesh[1].e2.value = 0.4;
-    ASSERT_EQ(SaveVdf(vdf, folder.Path("mesh.kvv")), 0);
+    ASSERT_TRUE(SaveVdf(vdf, folder.Path("mesh.kvv")).Ok());
   }
 };
 

@@ -22,7 +22,7 @@ TEST_F(Kalvex, TheVariationalFunctionIsMadeSwitchedSavedAndLoaded) {
       "File=\"b.kvv\");"
       "MakeVarDielFuncPositive(ModelNo=2);LoadVarDielFunc(ModelNo=2,File=\"none\");");
   EXPECT_EQ(folder.Read("a.kvv"), folder.Read("b.kvv"));
-  EXPECT_EQ(Said("LoadVarDielFunc"), "nothing done: 'none' cannot be opened or is no such file");
+  EXPECT_EQ(Said("LoadVarDielFunc"), "nothing done: 'none' cannot be opened");
   Run("NewModel();VarDielFunc(ModelNo=1,Source2DatasetNo=5,Source2Every2nd=1);");
   EXPECT_EQ(Said("VarDielFunc"), "model 1 has no mesh");
   Run(make + "VarDielFunc(ModelNo=1,Source1DatasetNo=1,Source1Every2nd=1,KK=0,On=0,FitActive=0);");

@@ -36,7 +36,7 @@ TEST(Files, ReadingTakesFilesOnly) {
 TEST(Files, AReturnBeforeALineFeedIsDroppedAndOthersStay) {
   const ScratchFolder folder;
   std::string text;
-  ReadTextFile(folder.Write("a", "one\r\ntwo\rthree\r\r\nfour\r"), text);
+  ASSERT_TRUE(ReadTextFile(folder.Write("a", "one\r\ntwo\rthree\r\r\nfour\r"), text));
   EXPECT_EQ(text, "one\ntwo\rthree\r\nfour\r");
 }
 
@@ -51,7 +51,7 @@ TEST(Files, TheOldFileStaysUntilTheNewOneIsWhole) {
   }
   EXPECT_EQ(folder.Read("a"), "old");
   EXPECT_EQ(FilesIn(folder), 1);
-  EXPECT_TRUE(WriteWholeFile(folder.Path("a"), "new"));
+  EXPECT_TRUE(WriteWholeFile(folder.Path("a"), "new").Ok());
   EXPECT_EQ(folder.Read("a"), "new");
   EXPECT_EQ(FilesIn(folder), 1);
 }
@@ -61,7 +61,7 @@ TEST(Files, PermissionsAndLinksSurvive) {
   folder.Write("a", "old");
   ASSERT_EQ(::chmod(folder.Path("a").c_str(), 0640), 0);
   std::filesystem::create_symlink("a", folder.Path("link"));
-  EXPECT_TRUE(WriteWholeFile(folder.Path("link"), "new"));
+  EXPECT_TRUE(WriteWholeFile(folder.Path("link"), "new").Ok());
   EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("link")));
   EXPECT_EQ(folder.Read("a"), "new");
   struct stat info {};
@@ -71,17 +71,19 @@ TEST(Files, PermissionsAndLinksSurvive) {
 
 TEST(Files, WhatCannotBeWrittenSaysSo) {
   const ScratchFolder folder;
-  EXPECT_FALSE(WriteWholeFile(folder.Path("no folder/a"), "x"));
-  EXPECT_FALSE(WriteWholeFile(folder.Name(), "x"));
-  EXPECT_FALSE(WriteWholeFile("", "x"));
-  EXPECT_FALSE(AppendToFile(folder.Path("no folder/a"), "x"));
-  EXPECT_TRUE(WriteWholeFile("/dev/null", "x"));
+  for (const std::string& name : {folder.Path("no folder/a"), folder.Name(), std::string(), std::string("/dev/full")}) {
+    for (const Status& status : {WriteWholeFile(name, "x"), AppendToFile(name, "x")}) {
+      EXPECT_EQ(status.Code(), StatusCode::kCannotWrite) << name;
+      EXPECT_EQ(status.About(), name);
+    }
+  }
+  EXPECT_TRUE(WriteWholeFile("/dev/null", "x").Ok());
 }
 
 TEST(Files, AppendingMakesAndGrowsAFile) {
   const ScratchFolder folder;
-  EXPECT_TRUE(AppendToFile(folder.Path("a"), "one\n"));
-  EXPECT_TRUE(AppendToFile(folder.Path("a"), "two\n"));
+  EXPECT_TRUE(AppendToFile(folder.Path("a"), "one\n").Ok());
+  EXPECT_TRUE(AppendToFile(folder.Path("a"), "two\n").Ok());
   EXPECT_EQ(folder.Read("a"), "one\ntwo\n");
 }
 

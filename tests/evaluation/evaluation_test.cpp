@@ -325,7 +325,7 @@ TEST_F(Differential, OneRowChangesNothingAndAMissingModelFails) {
   EXPECT_EQ(EvalModelAfter(program.eval, model), -1);
   Cell(model, 1, Wo).value = 2.5;
   EXPECT_EQ(EvalModel(program.eval, model, 130, true), -1);
-  RemoveRow(&model, 1);
+  RemoveRow(model, 1);
   EXPECT_EQ(EvalModel(program.eval, model, 130, true), 0);
   EXPECT_EQ(EvalModelAfter(program.eval, model), 0);
   EXPECT_EQ(program.eval.quantities[kRefl].value, 42);

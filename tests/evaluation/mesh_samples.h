@@ -28,7 +28,7 @@ inline VarDielFunc MeshAt(const std::vector<double>& x, bool kk, bool fitActive 
   vdf.initOn = 1;
   vdf.initKK = kk ? 1 : 0;
   vdf.initFitActive = fitActive ? 1 : 0;
-  InitVdfMesh(vdf, table);
+  EXPECT_TRUE(InitVdfMesh(vdf, table).Ok());
   return vdf;
 }
 

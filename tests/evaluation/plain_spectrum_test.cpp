@@ -34,13 +34,13 @@ struct Problem {
     dataset.firstActive = 0;
     dataset.lastActive = 39;
     model = CreateModel(program.params);
-    InsertRow(model, 1);
+    InsertRow(*model, 1);
     Cell(*model, 1, Wo).value = 210;
     VarDielFunc& vdf = model->vdf;
     vdf.source[0].datasetId = dataset.id;
     vdf.initOn = vdf.initFitActive = 1;
     vdf.initKK = kk ? 1 : 0;
-    InitVdfMesh(vdf, program.datasets);
+    EXPECT_TRUE(InitVdfMesh(vdf, program.datasets).Ok());
     for (VdfMeshPoint& point : vdf.mesh) {
       point.e1.value = value(random);
       if (point.e2.adjustable) point.e2.value = value(random);

@@ -14,10 +14,10 @@ namespace kalvex {
 inline Model& NewModel(Tables& program, std::initializer_list<std::array<double, 3>> rows, double epsInf = 3) {
   Model& model = *CreateModel(program.params);
   model.epsInf.value = epsInf;
-  ClearRows(&model);
+  ClearRows(model);
   for (const auto& row : rows) {
     const int r = RowCount(model);
-    InsertRow(&model, r);
+    InsertRow(model, r);
     for (int c = 0; c < kColumns; ++c) Cell(model, r, c).value = row[static_cast<std::size_t>(c)];
     if (row[0] < 0) Cell(model, r, Wo).adjustable = 0;
   }

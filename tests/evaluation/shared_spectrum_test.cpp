@@ -92,7 +92,7 @@ TEST(SharedSpectra, APlainModelWithAndWithoutDerivatives) {
   spectrum.derivatives = false;
   ExpectTheSameForAllThreads(spectrum, [](Tables& program) -> Model& {
     Model& model = PlainModel(program);
-    for (int row = 4; row < 12; ++row) InsertRow(&model, row);
+    for (int row = 4; row < 12; ++row) InsertRow(model, row);
     return model;
   });
 }
@@ -166,7 +166,7 @@ std::function<Model&(Tables&)> Frail(double failsFrom, double failsTo, double id
   return [=](Tables& program) -> Model& {
     program.eval.types = kFrailTable;
     Model& model = NewModel(program, {{3, failsFrom, failsTo}, {1, idleFrom, idleTo}}, -17);
-    FixAll(&model, true);
+    FixAll(model, true);
     Cell(model, 0, Wo).adjustable = 1;
     for (Quantity& quantity : program.eval.quantities) quantity.value = 77;
     Cell(model, 0, Wo).savedSlopes.dQuantity.fill(99);

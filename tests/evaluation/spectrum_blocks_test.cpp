@@ -177,7 +177,7 @@ Model& Stack(Tables& program, int code, std::initializer_list<std::array<double,
   stack.epsInf.adjustable = 0;
   for (const auto& layer : layers) {
     const int row = RowCount(stack);
-    InsertRow(&stack, row);
+    InsertRow(stack, row);
     for (int c = 0; c < kColumns; ++c) Cell(stack, row, c).value = layer[static_cast<std::size_t>(c)];
     Cell(stack, row, Wo).adjustable = 0;
   }

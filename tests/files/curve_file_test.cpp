@@ -15,23 +15,23 @@ namespace kalvex {
 namespace {
 
 TEST_F(ModelFiles, CurvesWalkTheirGridByARunningSum) {
-  ClearRows(&model);
+  ClearRows(model);
   CurveExport what;
   what.quantity = kE1;
   what.xMin = 0;
   what.xMax = 1;
   what.points = 11;
-  ASSERT_EQ(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")), 0);
+  ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   std::size_t expected = 0;
   for (double x = 0; x <= 1; x += 1.0 / 10) ++expected;  // ten steps of 0.1 end beside 1
   EXPECT_EQ(NumbersOf(folder.Read("a")).size(), expected);
   EXPECT_EQ(folder.Read("a").substr(0, 10), "0 3\n0.1 3\n");
   what.points = 1;
-  ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a"));
+  ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   EXPECT_EQ(folder.Read("a"), "0 3\n");
   what.points = 5;
   what.grid = 3;
-  ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a"));
+  ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   EXPECT_EQ(folder.Read("a"), "");
 }
 
@@ -41,12 +41,12 @@ TEST_F(ModelFiles, AStepTooSmallToMoveEndsToo) {
   what.xMin = 1;
   what.xMax = 1 + 2.3e-16;
   what.points = 1000;
-  ASSERT_EQ(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")), 0);
+  ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   EXPECT_LE(NumbersOf(folder.Read("a")).size(), 1001u);
 }
 
 TEST_F(ModelFiles, CurvesOnTheMeshTakeItsPoints) {
-  ClearRows(&model);
+  ClearRows(model);
   model.vdf.mesh.resize(3);
   for (std::size_t i = 0; i < 3; ++i) {
     model.vdf.mesh[i].x = 10.0 * static_cast<double>(i + 1);
@@ -55,10 +55,10 @@ TEST_F(ModelFiles, CurvesOnTheMeshTakeItsPoints) {
   CurveExport what;
   what.quantity = kE1;
   what.onMesh = true;
-  ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a"));
+  ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   EXPECT_EQ(folder.Read("a"), "");  // the function is off
   model.vdf.On = 1;
-  ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a"));
+  ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   EXPECT_EQ(folder.Read("a"), "10 3\n20 4\n30 5\n");
 }
 
@@ -71,7 +71,7 @@ class Curves : public ModelFiles {
     what.points = 5;
   }
   std::string Export() {
-    EXPECT_EQ(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("curve")), 0);
+    EXPECT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("curve")).Ok());
     return folder.Read("curve");
   }
   // eps1 of the default row: 3 + 100^2 (100^2 - x^2)/((100^2 - x^2)^2 + (10 x)^2)
@@ -165,7 +165,7 @@ TEST_F(Curves, DerivativesByThePartsOfEpsFollowOnALogarithmicGridOnly) {
 }
 
 TEST_F(Curves, OnTheMeshLimitsGridAndDerivativesDoNotMatter) {
-  ClearRows(&model);
+  ClearRows(model);
   model.vdf.On = 1;
   model.vdf.mesh.resize(2);
   model.vdf.mesh[0].x = 1.5;
@@ -193,7 +193,7 @@ TEST_F(Curves, OnAMeshThatIsOffOrEmptyThereIsNothing) {
 
 TEST_F(Curves, AMissingModelOrQuantityLeavesAnEmptyFile) {
   folder.Write("curve", "old content");
-  EXPECT_EQ(ExportModelCurve(tables.params, tables.eval, nullptr, what, folder.Path("curve")), 0);
+  EXPECT_TRUE(ExportModelCurve(tables.params, tables.eval, nullptr, what, folder.Path("curve")).Ok());
   EXPECT_EQ(folder.Read("curve"), "");
   folder.Write("curve", "old content");
   what.quantity.reset();
@@ -201,7 +201,8 @@ TEST_F(Curves, AMissingModelOrQuantityLeavesAnEmptyFile) {
 }
 
 TEST_F(Curves, AFileThatCannotBeOpenedIsAFailure) {
-  EXPECT_EQ(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("no folder/curve")), -1);
+  EXPECT_EQ(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("no folder/curve")).Code(),
+            StatusCode::kCannotWrite);
 }
 
 TEST_F(Curves, LongerThanOneBlockTheyHaveNoSeam) {

@@ -10,19 +10,20 @@ namespace kalvex {
 namespace {
 
 TEST_F(ModelFiles, ACutFileRepeatsItsLastRecordOrIsRefusedWithoutAHead) {
-  InsertRow(&model, 1);
+  InsertRow(model, 1);
   Cell(model, 1, Wo).value = 555;
   Save("a.kvm");
   const std::string whole = folder.Read("a.kvm");
   for (std::size_t size = 0; size < whole.size(); size += 3) {
     folder.Write("cut.kvm", whole.substr(0, size));
     Model& other = *CreateModel(tables.params);
-    EXPECT_EQ(LoadModel(other, folder.Path("cut.kvm")), size < 222 ? -1 : 0) << size;
+    const StatusCode expected = size < 222 ? StatusCode::kBadFormat : StatusCode::kOk;
+    EXPECT_EQ(LoadModel(other, folder.Path("cut.kvm")).Code(), expected) << size;
     EXPECT_EQ(RowCount(other), size < 222 ? 1 : 2) << size;
     CloseModelRecord(other);
   }
   folder.Write("cut.kvm", whole.substr(0, 222 + 4 * 218));  // ends behind the first element of the second row
-  LoadModel(model, folder.Path("cut.kvm"));
+  ASSERT_TRUE(LoadModel(model, folder.Path("cut.kvm")).Ok());
   EXPECT_EQ(Cell(model, 1, Wo).value, 555);
   EXPECT_EQ(Cell(model, 1, G).value, 555);
 }
@@ -33,7 +34,7 @@ TEST_F(ModelFiles, HostileCountsEndSoon) {
   for (const std::int32_t count : {-1, -2147483647, 0, 5000, 2147483647}) {
     bytes.replace(218, 4, Bytes(count));
     folder.Write("b.kvm", bytes);
-    ASSERT_EQ(LoadModel(model, folder.Path("b.kvm")), 0);
+    ASSERT_TRUE(LoadModel(model, folder.Path("b.kvm")).Ok());
     EXPECT_EQ(RowCount(model), count == 5000 ? 5000 : count > 0 ? 2 : 0) << count;
   }
 }
@@ -56,8 +57,8 @@ std::vector<double> ValuesOfACutFile(const std::string& bytes, int rows) {
 }
 
 TEST_F(ModelFiles, CutAnywhereTheRestIsWhatTheBufferLastHeld) {
-  InsertRow(&model, 1);
-  InsertRow(&model, 2);
+  InsertRow(model, 1);
+  InsertRow(model, 2);
   double value = 1.7e-3;
   for (ModelParam& param : model.rows) {
     param.value = value *= -3.1;
@@ -70,18 +71,18 @@ TEST_F(ModelFiles, CutAnywhereTheRestIsWhatTheBufferLastHeld) {
   const std::size_t rowsEnd = 222 + 654 * 3;
   Model& other = *CreateModel(tables.params);
   for (std::size_t size = 0; size < whole.size(); ++size) {
-    ClearRows(&other);
-    InsertRow(&other, 0);
+    ClearRows(other);
+    InsertRow(other, 0);
     Cell(other, 0, Wo).value = 4711;
     folder.Write("cut.kvm", whole.substr(0, size));
-    const int status = LoadModel(other, folder.Path("cut.kvm"));
+    const StatusCode status = LoadModel(other, folder.Path("cut.kvm")).Code();
     if (size < 222) {  // not even a count: no model, and nothing has changed
-      EXPECT_EQ(status, -1) << size;
+      EXPECT_EQ(status, StatusCode::kBadFormat) << size;
       ASSERT_EQ(RowCount(other), 1) << size;
       EXPECT_EQ(Cell(other, 0, Wo).value, 4711) << size;
       continue;
     }
-    EXPECT_EQ(status, 0) << size;
+    EXPECT_EQ(status, StatusCode::kOk) << size;
     ASSERT_EQ(RowCount(other), 3) << size;
     const std::vector<double> expected = ValuesOfACutFile(whole.substr(0, size), 3);
     for (std::size_t i = 0; i < 9; ++i) {
@@ -100,7 +101,7 @@ TEST_F(ModelFiles, HostileCountsNeitherHangNorFillTheMemory) {
   for (const std::uint32_t count : {0x80000000u, 0xFFFFFFFFu, 0x7FFFFFFFu, 0x40000000u, 100000u, 0x01000000u}) {
     bytes.replace(218, 4, Bytes(count));
     folder.Write("b.kvm", bytes);
-    EXPECT_EQ(LoadModel(model, folder.Path("b.kvm")), 0);
+    EXPECT_TRUE(LoadModel(model, folder.Path("b.kvm")).Ok());
     EXPECT_LE(model.rows.capacity(), 30000u) << count;
     EXPECT_EQ(model.epsInf.value, 3);
   }
@@ -109,7 +110,7 @@ TEST_F(ModelFiles, HostileCountsNeitherHangNorFillTheMemory) {
 
 TEST_F(ModelFiles, ANegativeCountMakesNoRows) {
   folder.Write("a.kvm", Record(2, 0, 0, 0, 1, "") + Bytes(-5) + Bytes(1));
-  ASSERT_EQ(LoadModel(model, folder.Path("a.kvm")), 0);
+  ASSERT_TRUE(LoadModel(model, folder.Path("a.kvm")).Ok());
   EXPECT_EQ(RowCount(model), 0);
   EXPECT_EQ(model.epsInf.value, 2);
 }
@@ -118,7 +119,7 @@ TEST_F(ModelFiles, BytesBehindTheEndAreNotRead) {
   Save("a.kvm");
   folder.Write("b.kvm", folder.Read("a.kvm") + std::string(1000, 'x'));
   Model& other = *CreateModel(tables.params);
-  ASSERT_EQ(LoadModel(other, folder.Path("b.kvm")), 0);
+  ASSERT_TRUE(LoadModel(other, folder.Path("b.kvm")).Ok());
   EXPECT_EQ(RowCount(other), 1);
   EXPECT_EQ(Cell(other, 0, G).coupling, 0u);
 }

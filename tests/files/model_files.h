@@ -31,7 +31,7 @@ inline std::string Limits(std::uint32_t useMin, std::uint32_t useMax, std::uint3
 class ModelFiles : public testing::Test {
  protected:
   ModelFiles() : model(*CreateModel(tables.params)) {}
-  int Save(const std::string& name) { return SaveModel(tables.eval, model, 12.5, folder.Path(name)); }
+  void Save(const std::string& name) { ASSERT_TRUE(SaveModel(tables.eval, model, 12.5, folder.Path(name)).Ok()); }
   ScratchFolder folder;
   Tables tables;
   Model& model;

@@ -17,7 +17,7 @@ struct Tables : ParamTables {
     ExpParams = DefaultExpParams();
     for (int i = 0; i < 2; ++i) {
       Model& model = *CreateModel(*this);
-      InsertRow(&model, 1);
+      InsertRow(model, 1);
       for (std::size_t k = 0; k < model.rows.size(); ++k) model.rows[k].value = 10 * (i + 1) + static_cast<double>(k);
     }
   }
@@ -64,7 +64,7 @@ TEST(ParamFile, ARowMoreInTheFirstModelStopsTheWalkThereAndKeepsWhatCameBefore) 
   Tables tables;
   ASSERT_TRUE(SaveParams(tables, folder.Path("a.kvp")).Ok());
   Spoil(tables);
-  InsertRow(&tables.models[0], 2);
+  InsertRow(tables.models[0], 2);
   EXPECT_EQ(*LoadParams(tables, folder.Path("a.kvp")), Numbers());  // no model is complete
   EXPECT_EQ(Cell(tables.models[0], 1, G).value, 15);
   EXPECT_EQ(Cell(tables.models[0], 2, Wo).value, 100);

@@ -20,7 +20,7 @@ VarDielFunc SampleMesh(bool kk) {
 
 TEST(VdfFile, BytesAreAsLaidOut) {
   const ScratchFolder folder;
-  ASSERT_EQ(SaveVdf(SampleMesh(true), folder.Path("a.kvv")), 0);
+  ASSERT_TRUE(SaveVdf(SampleMesh(true), folder.Path("a.kvv")).Ok());
   EXPECT_EQ(folder.Read("a.kvv"), Bytes(1) + Bytes(1) + Bytes(1) + Bytes(3) + Bytes(100.0) + Bytes(0.0) + Bytes(0.0) +
                                       Bytes(200.0) + Bytes(1.5) + Bytes(-2.25) + Bytes(350.0) + Bytes(0.0) +
                                       Bytes(0.0));
@@ -30,9 +30,9 @@ TEST(VdfFile, LoadTakesValuesAndSwitchesButLeavesTheImaginaryPartUnfitted) {
   const ScratchFolder folder;
   for (const bool kk : {false, true}) {
     const VarDielFunc saved = SampleMesh(kk);
-    SaveVdf(saved, folder.Path("a.kvv"));
+    ASSERT_TRUE(SaveVdf(saved, folder.Path("a.kvv")).Ok());
     VarDielFunc loaded = MeshAt({1, 2, 3, 4, 5}, false);
-    ASSERT_EQ(LoadVdf(loaded, folder.Path("a.kvv")), 0);
+    ASSERT_TRUE(LoadVdf(loaded, folder.Path("a.kvv")).Ok());
     EXPECT_EQ(FrequenciesOf(loaded), FrequenciesOf(saved));
     EXPECT_EQ(loaded.On, 1u);
     EXPECT_EQ(loaded.KK, kk ? 1u : 0u);
@@ -58,7 +58,7 @@ TEST(VdfFile, AMeshIsNotSortedOrChecked) {
   folder.Write("a.kvv", Bytes(1) + Bytes(0) + Bytes(0) + Bytes(2) + Bytes(5.0) + Bytes(1.0) + Bytes(2.0) + Bytes(3.0) +
                             Bytes(4.0) + Bytes(6.0));
   VarDielFunc vdf;
-  ASSERT_EQ(LoadVdf(vdf, folder.Path("a.kvv")), 0);
+  ASSERT_TRUE(LoadVdf(vdf, folder.Path("a.kvv")).Ok());
   EXPECT_EQ(FrequenciesOf(vdf), (std::vector<double>{5, 3}));
 }
 
@@ -66,11 +66,11 @@ TEST(VdfFile, MissingAndHeadlessFilesChangeNothing) {
   const ScratchFolder folder;
   folder.Write("short.kvv", "123456789012345");
   VarDielFunc vdf = SampleMesh(true);
-  EXPECT_EQ(LoadVdf(vdf, folder.Path("none.kvv")), -1);
-  EXPECT_EQ(LoadVdf(vdf, folder.Path("short.kvv")), -1);
-  EXPECT_EQ(LoadVdf(vdf, folder.Name()), -1);
+  EXPECT_EQ(LoadVdf(vdf, folder.Path("none.kvv")).Code(), StatusCode::kCannotRead);
+  EXPECT_EQ(LoadVdf(vdf, folder.Path("short.kvv")).Code(), StatusCode::kBadFormat);
+  EXPECT_EQ(LoadVdf(vdf, folder.Name()).Code(), StatusCode::kCannotRead);
   EXPECT_EQ(vdf.mesh.size(), 3u);
-  EXPECT_EQ(SaveVdf(vdf, folder.Path("no folder/a.kvv")), -1);
+  EXPECT_EQ(SaveVdf(vdf, folder.Path("no folder/a.kvv")).Code(), StatusCode::kCannotWrite);
 }
 
 TEST(VdfFile, WrongCountsMakeOnlyThePointsThatAreThere) {
@@ -79,7 +79,7 @@ TEST(VdfFile, WrongCountsMakeOnlyThePointsThatAreThere) {
     folder.Write("a.kvv",
                  Bytes(1) + Bytes(1) + Bytes(1) + Bytes(count) + Bytes(1.0) + Bytes(2.0) + Bytes(3.0) + Bytes(4.0));
     VarDielFunc vdf;
-    ASSERT_EQ(LoadVdf(vdf, folder.Path("a.kvv")), 0);
+    ASSERT_TRUE(LoadVdf(vdf, folder.Path("a.kvv")).Ok());
     EXPECT_EQ(vdf.mesh.size(), static_cast<std::size_t>(std::clamp(count, 0, 2))) << count;
     if (count < 2) continue;
     EXPECT_EQ(vdf.mesh[1].x, 4.0);
@@ -89,12 +89,12 @@ TEST(VdfFile, WrongCountsMakeOnlyThePointsThatAreThere) {
 
 TEST(VdfFile, CutAnywhereItLoadsOrIsRefused) {
   const ScratchFolder folder;
-  SaveVdf(SampleMesh(true), folder.Path("a.kvv"));
+  ASSERT_TRUE(SaveVdf(SampleMesh(true), folder.Path("a.kvv")).Ok());
   const std::string whole = folder.Read("a.kvv");
   for (std::size_t size = 0; size < whole.size(); ++size) {
     folder.Write("cut.kvv", whole.substr(0, size));
     VarDielFunc vdf;
-    EXPECT_EQ(LoadVdf(vdf, folder.Path("cut.kvv")), size < 16 ? -1 : 0);
+    EXPECT_EQ(LoadVdf(vdf, folder.Path("cut.kvv")).Code(), size < 16 ? StatusCode::kBadFormat : StatusCode::kOk);
     EXPECT_LE(vdf.mesh.size(), 3u);
   }
 }

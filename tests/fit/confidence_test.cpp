@@ -20,7 +20,7 @@ namespace {
 
 TEST_F(Running, ErrorsAndCorrelationsAreThoseOfTheInverse) {
   Prepare(0.02);
-  FixAll(&model, true);
+  FixAll(model, true);
   Cell(model, 0, Wp).adjustable = Cell(model, 0, G).adjustable = 1;
   s.Rebuild();
   options().CalcConfidence = true;
@@ -46,7 +46,7 @@ TEST_F(Running, ErrorsAndCorrelationsAreThoseOfTheInverse) {
 
 TEST_F(Running, ALimitCarriesTheErrorOverToTheValue) {
   Prepare(0.02);
-  FixAll(&model, true);
+  FixAll(model, true);
   Cell(model, 0, G).adjustable = 1;
   options().CalcConfidence = true;
   options().StopOnIterations = true;
@@ -66,7 +66,7 @@ TEST_F(Running, ALimitCarriesTheErrorOverToTheValue) {
 
 TEST_F(Running, CorrelationsAreSortedAndCoupledOnesShareTheirError) {
   Prepare(0.02);
-  InsertRow(&model, 1);
+  InsertRow(model, 1);
   Cell(model, 1, Wo).value = 200;
   SetCoupling(s.tables.params, Cell(model, 0, G), 2);
   SetCoupling(s.tables.params, Cell(model, 1, G), 2);
@@ -169,7 +169,7 @@ TEST_F(Confidence, CoupledParametersGetTheErrorOfTheirMasterAndNoLine) {
 
 TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   Prepare(0.02);
-  InsertRow(&model, 1);
+  InsertRow(model, 1);
   Cell(model, 1, Wo).value = 200;
   Cell(model, 0, Wp).useMin = Cell(model, 0, Wp).useMax = 1;
   Cell(model, 0, Wp).min = 200;
@@ -268,10 +268,10 @@ TEST_F(Running, TheTableOfParametersNamesEveryKindOfPlace) {
   s.AddModel(1, 100, 0, 1);  // so that the fitted one is not the first
   SampleFit::Set(model, 4, 120, 250, 8);
   Model& third = s.AddModel(4, 120, 250, 8);
-  FixAll(&third, true);
-  InsertRow(&third, 0);
+  FixAll(third, true);
+  InsertRow(third, 0);
   third.epsInf.adjustable = 1;
-  FixAll(&third, true);
+  FixAll(third, true);
   third.epsInf.adjustable = Cell(third, 1, G).adjustable = 1;
   third.vdf.On = 1;
   third.vdf.mesh.resize(4);

@@ -87,7 +87,7 @@ TEST_F(Running, ARunWithoutAStepLeavesAHeadAndTheRowOfTheStart) {
 TEST_F(Running, TheColumnsOfTheLogFollowTheRun) {
   Prepare();
   SampleFit::Set(model, 4, 120, 250, 8);
-  FixAll(&model, true);
+  FixAll(model, true);
   model.epsInf.adjustable = 1;
   s.Rebuild();
   options().LogFit = true;
@@ -104,7 +104,7 @@ TEST_F(Running, TheColumnsOfTheLogFollowTheRun) {
 
 TEST_F(Running, CoupledParametersHaveNoColumnOfTheirOwn) {
   Prepare(0.02);
-  InsertRow(&model, 1);
+  InsertRow(model, 1);
   SetCoupling(s.tables.params, Cell(model, 0, G), 2);
   SetCoupling(s.tables.params, Cell(model, 1, G), 2);
   s.Rebuild();
@@ -129,13 +129,24 @@ TEST_F(Running, WithTheLogOffThereIsNoFile) {
   EXPECT_FALSE(folder.Has("Fitlog.dat"));
 }
 
-TEST_F(Running, ALogThatCannotBeOpenedDoesNotStopTheRun) {
+TEST_F(Running, ALogThatCannotBeOpenedDoesNotStopTheRunAndIsNamedInTheReport) {
   Prepare(0.02);
   std::filesystem::create_directory(folder.Path("Fitlog.dat"));
   options().LogFit = true;
-  EXPECT_EQ(s.Run(), 0);
+  s.Run();
   EXPECT_GE(fit().IterationCount, 3);
+  EXPECT_EQ(fit().report.notWritten, (std::vector<std::string>{"Fitlog.dat"}));
   EXPECT_TRUE(s.tables.platform.messages.empty());
+}
+
+TEST_F(Running, FilesOnAFullDiskAreNamedOnceInTheReport) {
+  Prepare(0.02);
+  std::filesystem::create_symlink("/dev/full", "Fitlog.dat");
+  std::filesystem::create_symlink("/dev/full", "ParCorrs.dat");
+  options().LogFit = options().CalcConfidence = true;
+  s.Run();
+  EXPECT_GE(fit().IterationCount, 3);
+  EXPECT_EQ(fit().report.notWritten, (std::vector<std::string>{"Fitlog.dat", "ParCorrs.dat"}));
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ TEST(FitParams, AreListedByKindAndPlaceAndOnlyIfTheyMatter) {
 TEST(FitParams, OfAMeshTheImaginaryPartsComeFirstAndTheRealOnesOnlyIfFree) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
-  FixAll(&a, true);
+  FixAll(a, true);
   a.vdf.On = 1;
   a.vdf.mesh.resize(3);
   for (std::size_t i = 0; i < 3; ++i) {
@@ -54,7 +54,7 @@ TEST(FitParams, OfAMeshTheImaginaryPartsComeFirstAndTheRealOnesOnlyIfFree) {
 TEST(FitParams, ACoupledPairIsOneUnknown) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
-  InsertRow(&a, 1);
+  InsertRow(a, 1);
   SetCoupling(s.tables.params, Cell(a, 0, G), 1);
   SetCoupling(s.tables.params, Cell(a, 1, G), 1);
   s.Measure(1, a, kRefl);
@@ -89,7 +89,7 @@ TEST(FitParams, ARebuildEndsUndo) {
 // A model with only a free mesh of three points at 50, 100 and 150 cm-1.
 Model& AddMeshModel(SampleFit& s) {
   Model& made = s.AddModel(3, 100, 200, 10);
-  FixAll(&made, true);
+  FixAll(made, true);
   made.vdf.On = 1;
   made.vdf.mesh.resize(3);
   for (std::size_t i = 0; i < 3; ++i) {
@@ -154,7 +154,7 @@ TEST(FitParams, KnowTheTermsThatTheyInfluence) {
   Model& a = s.AddModel(3, 100, 200, 10);
   Model& b = s.AddModel(3, 100, 200, 10);
   for (Model* const model : {&a, &b}) {
-    FixAll(model, true);
+    FixAll(*model, true);
     model->epsInf.adjustable = Cell(*model, 0, Wp).adjustable = 1;
   }
   s.Measure(1, a, kE1);
@@ -189,7 +189,7 @@ TEST(FitParams, WithNothingAdjustableAreNone) {
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kRefl);
   s.Term(1, 1);
-  FixAll(&a, true);
+  FixAll(a, true);
   s.Rebuild();
   EXPECT_EQ(s.fit().NumFitParams + s.fit().NumFreeParams, 0);
   EXPECT_TRUE(s.fit().params.empty());
@@ -207,8 +207,8 @@ TEST(Coupling, TheMasterIsTheFirstInTheOrderOfTheTableAndNotOfTheList) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   Model& b = s.AddModel(3, 100, 200, 10);
-  FixAll(&a, true);
-  FixAll(&b, true);
+  FixAll(a, true);
+  FixAll(b, true);
   Couple(s, {&Cell(a, 0, G), &b.epsInf, &s.tables.params.ExpParams[kScalingFactorOfR]}, 3);
   Cell(b, 0, Wp).adjustable = 1;
   s.Measure(1, a, kRefl);
@@ -225,8 +225,8 @@ TEST(Coupling, TheMasterIsTheFirstInTheOrderOfTheTableAndNotOfTheList) {
 TEST(Coupling, APairCountsAsOneFreeParameter) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
-  InsertRow(&a, 1);
-  FixAll(&a, true);
+  InsertRow(a, 1);
+  FixAll(a, true);
   Couple(s, {&Cell(a, 0, G), &Cell(a, 1, G)}, 1);
   s.Measure(1, a, kRefl);
   s.Term(1, 1);
@@ -238,9 +238,9 @@ TEST(Coupling, AfterAnUnusedFirstMemberTheNextUsedOneLeadsTheOthers) {
   SampleFit s;
   Model& idle = s.AddModel(3, 100, 200, 10);
   Model& busy = s.AddModel(3, 100, 200, 10);
-  InsertRow(&busy, 1);
-  FixAll(&idle, true);
-  FixAll(&busy, true);
+  InsertRow(busy, 1);
+  FixAll(idle, true);
+  FixAll(busy, true);
   Couple(s, {&Cell(idle, 0, G), &Cell(busy, 0, G), &Cell(busy, 1, G)}, 24);
   Cell(busy, 1, Wo).adjustable = 1;
   s.Measure(1, busy, kRefl);
@@ -254,8 +254,8 @@ TEST(Coupling, AfterAnUnusedFirstMemberTheNextUsedOneLeadsTheOthers) {
 TEST(Coupling, TwoGroupsHaveTheirOwnMasters) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
-  InsertRow(&a, 1);
-  FixAll(&a, true);
+  InsertRow(a, 1);
+  FixAll(a, true);
   Couple(s, {&Cell(a, 0, Wp), &Cell(a, 1, Wp)}, 2);
   Couple(s, {&Cell(a, 0, G), &Cell(a, 1, G)}, 1);
   s.Measure(1, a, kRefl);

@@ -126,7 +126,7 @@ TEST_F(Running, TakesTheStepsOfALoopWrittenByHand) {
   s.Measure(1, model, kE1, 0.5, 0.4, 50);
   s.Measure(2, model, kE2, 0.25, 0.3, 45);
   s.Measure(3, second, kE2, 0.5, 0.2, 40);
-  FixAll(&second, true);
+  FixAll(second, true);
   Cell(second, 0, G).adjustable = 1;
   const Vector start = {7, 131, 180, 25};
   SampleFit::Set(model, start[0], start[1], start[2], start[3]);

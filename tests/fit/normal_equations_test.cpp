@@ -17,7 +17,7 @@ namespace {
 TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
-  InsertRow(&a, 1);
+  InsertRow(a, 1);
   Cell(a, 1, Wo).value = 180;
   SetCoupling(s.tables.params, Cell(a, 0, G), 1);
   SetCoupling(s.tables.params, Cell(a, 1, G), 1);
@@ -107,7 +107,7 @@ double DiagonalAt(double linewidth) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
   s.Measure(1, a, kE2);
-  FixAll(&a, true);
+  FixAll(a, true);
   ModelParam& g = Cell(a, 0, G);
   g.adjustable = g.useMin = 1;
   g.min = 0;

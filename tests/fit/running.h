@@ -42,7 +42,7 @@ class Running : public testing::Test {
   }
   // Data that ask for a constant of this value, and nothing else to fit.
   void PrepareConstant(double asked) {
-    FixAll(&model, true);
+    FixAll(model, true);
     model.epsInf.adjustable = 1;
     s.Measure(1, model, kE1);
     for (DataRow& row : s.tables.datasets.slots[0].points) row.y = asked;

@@ -66,19 +66,21 @@ struct SampleFit {
   }
   void Rebuild() { RebuildFitLists(tables.fit, tables.params, tables.eval); }
 
-  int Run() {
+  void Run() {
     FitObserver silent;
-    return Run(silent);
+    Run(silent);
   }
-  int Run(FitObserver& observer) { return RunFit(tables.fit, tables.params, tables.eval, tables.platform, observer); }
+  void Run(FitObserver& observer) {
+    ASSERT_TRUE(RunFit(tables.fit, tables.params, tables.eval, tables.platform, observer).Ok());
+  }
   // A run that can be taken back, and that.
-  int RunWithUndo() {
+  void RunWithUndo() {
     StoreStartValues(tables.fit, tables.params, tables.eval);
-    return Run();
+    Run();
   }
   void Undo() { UndoFit(tables.fit, tables.params, tables.eval); }
 
-  int ErrorBars(const std::function<void()>& datasetChanged = [] {}) {
+  Status ErrorBars(const std::function<void()>& datasetChanged = [] {}) {
     FitObserver silent;
     return WriteQuantityErrorBars(tables.fit, tables.params, tables.eval, tables.datasets, tables.platform, silent,
                                   datasetChanged);

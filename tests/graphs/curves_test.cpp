@@ -186,7 +186,7 @@ TEST_F(Curves, OfAModelAreItsDcValuesUnderTheTitleThatAsksForThem) {
   Model& model = NewModel();
   SetPlot(graph, 10, 500, -1, 2, 300, 200);
   graph.X.title = "PlotDCvsT";
-  InsertRow(&model, 0);
+  InsertRow(model, 0);
   Add(ModelCurve(model, kS2));
   const Pixels pixels = Built();
   WantOnly(tables.eval.quantities, SetOf(kS2));
@@ -226,7 +226,7 @@ TEST_F(Curves, OfChiSqJoinTheModelAtTheFrequenciesOfTheData) {
 
 TEST_F(Curves, OfRowsAreThoseOfEachAloneAndNotJoined) {
   Model& model = NewModel();
-  InsertRow(&model, 0);
+  InsertRow(model, 0);
   for (int row = 0; row < 2; ++row) {
     Cell(model, row, Wo).value = row == 0 ? 100 : 300;
     Cell(model, row, Wp).value = 100;
@@ -267,8 +267,8 @@ TEST(RowContribution, AtAResonanceWithoutWidthHasNoValue) {
 
 TEST_F(Curves, OfFrequenciesAreDashesAtEachRow) {
   Model& model = NewModel();
-  InsertRow(&model, 0);
-  InsertRow(&model, 0);
+  InsertRow(model, 0);
+  InsertRow(model, 0);
   Cell(model, 0, Wo).value = 20;
   Cell(model, 1, Wo).value = 80;
   Cell(model, 2, Wo).value = 101;  // beyond the plot

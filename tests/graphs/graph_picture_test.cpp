@@ -21,7 +21,7 @@ class GraphPicture : public Graphs {
   std::string Saved(const char* name, int width, int height) {
     const auto format = PictureFormatOf(name);
     EXPECT_TRUE(format);
-    EXPECT_EQ(SaveGraphPicture(graph, tables.eval, *format, width, height, folder.Path(name)), 0);
+    EXPECT_TRUE(SaveGraphPicture(graph, tables.eval, *format, width, height, folder.Path(name)).Ok());
     return folder.Read(name);
   }
   ScratchFolder folder;
@@ -102,7 +102,8 @@ TEST_F(GraphPicture, OfAnySizeIsAPicture) {
 }
 
 TEST_F(GraphPicture, ThatCannotBeWrittenSaysSo) {
-  EXPECT_EQ(SaveGraphPicture(graph, tables.eval, PictureFormat::kPng, 100, 100, folder.Path("no/g.png")), -1);
+  EXPECT_EQ(SaveGraphPicture(graph, tables.eval, PictureFormat::kPng, 100, 100, folder.Path("no/g.png")).Code(),
+            StatusCode::kCannotWrite);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ TEST(VdfMesh, EqualFrequenciesOfTwoDatasetsAppearOnceAndNearOnesTwice) {
   VarDielFunc vdf;
   vdf.source[0].datasetId = PutDataset(table, 1, {100, 200, 300});
   vdf.source[1].datasetId = PutDataset(table, 2, {150, 200, 300 + 1e-9});
-  EXPECT_EQ(InitVdfMesh(vdf, table), 0);
+  EXPECT_TRUE(InitVdfMesh(vdf, table).Ok());
   EXPECT_EQ(FrequenciesOf(vdf), (Frequencies{100, 150, 200, 300, 300 + 1e-9}));
 }
 
@@ -22,7 +22,7 @@ TEST(VdfMesh, EverySecondRowOfFiveGivesThreePoints) {
   DatasetTable table;
   VarDielFunc vdf;
   vdf.source[0] = {PutDataset(table, 1, {1, 2, 3, 4, 5}), true};
-  InitVdfMesh(vdf, table);
+  ASSERT_TRUE(InitVdfMesh(vdf, table).Ok());
   EXPECT_EQ(FrequenciesOf(vdf), (Frequencies{1, 3, 5}));
 }
 
@@ -32,7 +32,7 @@ TEST(VdfMesh, OnlyActiveRowsAreTaken) {
   vdf.source[2].datasetId = PutDataset(table, 1, {1, 2, 3, 4, 5});
   table.slots[0].firstActive = 1;
   table.slots[0].lastActive = 3;
-  InitVdfMesh(vdf, table);
+  ASSERT_TRUE(InitVdfMesh(vdf, table).Ok());
   EXPECT_EQ(FrequenciesOf(vdf), (Frequencies{2, 3, 4}));
 }
 
@@ -42,7 +42,7 @@ TEST(VdfMesh, WithoutARowItIsCleared) {
   vdf.source = {};
   vdf.source[0].datasetId = PutDataset(table, 1, {1, 2});
   table.slots[0].lastActive = -1;
-  EXPECT_EQ(InitVdfMesh(vdf, table), 0);
+  EXPECT_TRUE(InitVdfMesh(vdf, table).Ok());
   EXPECT_TRUE(vdf.mesh.empty());
   EXPECT_EQ(vdf.On + vdf.KK + vdf.FitActive + vdf.initOn + vdf.initKK + vdf.initFitActive, 0u);
 }

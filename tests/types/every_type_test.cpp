@@ -67,8 +67,8 @@ TEST_P(EveryType, WithAWrongNumberOfRowsLeavesTheQuantitiesAsTheyStood) {
   for (const int rows : {rule.least - 1, rule.least + 1, rule.most == kAnyNumber ? -1 : rule.most + 1}) {
     if (rows < 0 || rule.Admits(rows)) continue;
     TypeSample s(type(), 1);
-    while (RowCount(s.model()) > rows) RemoveRow(&s.model(), RowCount(s.model()) - 1);
-    while (RowCount(s.model()) < rows) InsertRow(&s.model(), RowCount(s.model()));
+    while (RowCount(s.model()) > rows) RemoveRow(s.model(), RowCount(s.model()) - 1);
+    while (RowCount(s.model()) < rows) InsertRow(s.model(), RowCount(s.model()));
     for (Quantity& quantity : s.program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
     EXPECT_EQ(EvalModel(s.program.eval, s.model(), s.x, true), rule.FailureOf(rows)) << rows;
     for (const Quantity& quantity : s.program.eval.quantities) EXPECT_EQ(quantity.value, 77);
@@ -334,7 +334,7 @@ TEST_P(EveryFittedType, IsFittedBackFromPerturbedParameters) {
   fit.options.MaxIterations = 200;
   fit.options.ReductionAmount = 1e-12;
   FitObserver silent;
-  ASSERT_EQ(RunFit(fit, s.program.params, s.program.eval, s.program.platform, silent), 0);
+  ASSERT_TRUE(RunFit(fit, s.program.params, s.program.eval, s.program.platform, silent).Ok());
   EXPECT_LT(fit.TotalChiSq, 1e-6 * before) << "from " << before << ", " << fit.report.stop;
 }
 

@@ -88,9 +88,9 @@ std::uint32_t TypeSample::MakeModel(int code) {
   if (!made) return MakePlain();
   Model& owner = *CreateModel(program.params);
   const std::uint32_t number = owner.number;
-  ClearRows(&owner);
+  ClearRows(owner);
   const int rows = TypicalRows(made->map);
-  for (int row = 0; row < rows; ++row) InsertRow(&owner, row);
+  for (int row = 0; row < rows; ++row) InsertRow(owner, row);
   owner.epsInf.value = -code;
   owner.epsInf.adjustable = 0;
   for (int row = 0; row < rows; ++row) {

@@ -172,7 +172,8 @@ void WriteLevels(const TypeInputs<double>& in) {
       text[f] += std::to_string(k) + ' ' + TextG(energy) + " \n";
     }
   }
-  for (std::size_t f = 0; f < 3; ++f) WriteWholeFile("EV" + std::to_string(f) + ".dat", text[f]);
+  // They are for a person to look at: the spectrum does not need them.
+  for (std::size_t f = 0; f < 3; ++f) WriteWholeFile("EV" + std::to_string(f) + ".dat", text[f]).Ignore();
 }
 
 int EvaluateWeyl(EvalContext& ctx, const Model& model, double x, bool) {

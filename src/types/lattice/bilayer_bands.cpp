@@ -141,7 +141,7 @@ bool ReadFile(const EvalContext& ctx, const char* name, const char* end, std::st
   return false;
 }
 bool WriteFile(const EvalContext& ctx, const char* name, const std::string& text) {
-  if (WriteWholeFile(name, text)) return true;
+  if (WriteWholeFile(name, text).Ok()) return true;
   Tell(ctx, std::string("Cannot open file ") + name + "\n");
   return false;
 }

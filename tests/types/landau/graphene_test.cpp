@@ -27,7 +27,7 @@ struct Electrons {
 class Graphene : public testing::Test {
  protected:
   Graphene() : sample(kGrapheneMagnetooptics, 1) {
-    while (RowCount(sample.model()) > 4) RemoveRow(&sample.model(), 4);
+    while (RowCount(sample.model()) > 4) RemoveRow(sample.model(), 4);
   }
   C Tensor(const Electrons& e, double x, int quantity) {
     Model& model = sample.model();
@@ -112,8 +112,8 @@ TEST_F(Graphene, KindsOfCarriersAddWithTheirWeights) {
   const Electrons e;
   const C one = Diagonal(e, 500);
   Model& model = sample.model();
-  InsertRow(&model, 4);
-  InsertRow(&model, 5);
+  InsertRow(model, 4);
+  InsertRow(model, 5);
   for (int c = 0; c < kColumns; ++c) {
     Cell(model, 4, c).value = Cell(model, 2, c).value;
     Cell(model, 5, c).value = Cell(model, 3, c).value;
@@ -122,7 +122,7 @@ TEST_F(Graphene, KindsOfCarriersAddWithTheirWeights) {
   Cell(model, 1, Wp).value = 11;
   EXPECT_NEAR(sample.Value(kS1, 500), 3.5 * one.real() + 11, 1e-9 * std::abs(one));
   EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), 1e-9 * std::abs(one));
-  InsertRow(&model, 6);  // half a pair adds nothing
+  InsertRow(model, 6);  // half a pair adds nothing
   EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), 1e-9 * std::abs(one));
 }
 

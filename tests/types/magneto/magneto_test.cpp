@@ -135,13 +135,13 @@ TEST_F(Magneto, APartnerOfAnotherKindIsRefused) {
   for (const auto& [code, rows] :
        {std::pair(50, 3), std::pair(53, 1), std::pair(96, 2), std::pair(89, 2), std::pair(58, 2)}) {
     Model& model = Make(code, {});
-    for (int r = 0; r < rows; ++r) InsertRow(&model, r);
+    for (int r = 0; r < rows; ++r) InsertRow(model, r);
     Cell(model, 0, Wo).value = wrong;
     Cell(model, 0, Wp).value = Cell(model, 0, G).value = substrate;
     EXPECT_EQ(Status(model, 100), -1) << code;
     EXPECT_EQ(Left(kRefl), 77);
     ModelOf(wrong).epsInf.value = -49;
-    while (RowCount(ModelOf(wrong)) < 3) InsertRow(&ModelOf(wrong), 0);
+    while (RowCount(ModelOf(wrong)) < 3) InsertRow(ModelOf(wrong), 0);
     EXPECT_EQ(Status(model, 100), 0) << code;
     ModelOf(wrong).epsInf.value = 3;
   }
@@ -328,7 +328,7 @@ TEST_F(Gas2D, AtAFrequencyOfZeroFillsNothing) {
   Model& model = Make2D(5);
   EXPECT_EQ(Status(model, 0), 0);
   for (int q = 0; q < kQuantityCount; ++q) EXPECT_EQ(Left(q), 77);
-  RemoveRow(&model, 2);
+  RemoveRow(model, 2);
   EXPECT_EQ(Status(model, 0), -1);
 }
 

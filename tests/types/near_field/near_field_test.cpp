@@ -18,7 +18,7 @@ class NearField : public TypeFixture {
   Model& TipOver(double sample, double reference, double n, double z0, double A, int code = 80) {
     Model& model =
         Make(code, {{sample, reference, n}, {0, 0, 0}, {3e-6, z0, A}, {0, 16, 400}, {0, 60, 64}, {400, 2000, 1601}});
-    if (code == 80) RemoveRow(&model, 5);
+    if (code == 80) RemoveRow(model, 5);
     return model;
   }
   double silicon, polar;
