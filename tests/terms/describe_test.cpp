@@ -74,7 +74,7 @@ class Meanings : public testing::Test {
   std::string At(double code, int column, bool held = true) {
     Model model;
     model.number = 1;
-    InsertRow(&model, 0);
+    InsertRow(model, 0);
     Cell(model, 0, Wo).value = -code;
     Cell(model, 0, Wo).adjustable = held ? 0 : 1;
     return TermMeaningAt(model, 0, column);

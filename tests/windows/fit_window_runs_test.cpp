@@ -144,7 +144,7 @@ TEST_F(FitWindowRuns, AnOldStopRequestDoesNotEndANewRun) {
 }
 
 TEST_F(FitWindowRuns, WithNothingToFitTheButtonsComeBackAndUndoIsOn) {
-  FixAll(&model(1), true);
+  FixAll(model(1), true);
   Rebuild();
   Start();
   EXPECT_STREQ(FitControlsOf(fit).startButton, "START");

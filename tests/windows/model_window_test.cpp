@@ -14,7 +14,7 @@ class ModelWindows : public OpenWindows {
  protected:
   ModelWindows() {
     OpenParamControl(desk);
-    for (int row = 1; row < 4; ++row) InsertRow(&first, row);
+    for (int row = 1; row < 4; ++row) InsertRow(first, row);
     for (int row = 0; row < 4; ++row) Cell(first, row, Wo).value = 100.0 * (row + 1);
     SetVisibleRows(first, window(), 3);
     ActivateModelWindow(desk, first, true);
@@ -155,7 +155,7 @@ TEST_F(ModelWindows, TabSwitchesAndKeepsTheRow) {
 }
 
 TEST_F(ModelWindows, WithoutRowsTheCursorStaysOnTheLeadingParameter) {
-  ClearRows(&first);
+  ClearRows(first);
   for (const Key key : {Key::kDown, Key::kRight, Key::kTab, Key::kPageDown, Key::kDelete, Key::kF9}) {
     Press(key);
     EXPECT_EQ(Cursor(), "E");
@@ -484,7 +484,7 @@ TEST_F(ModelFiles, AModelSavedByTheDialogComesBack) {
   PressCell(1, 2);
   Press(Key::kF2);
   Cell(first, 1, Wo).value = 7;
-  InsertRow(&first, 0);
+  InsertRow(first, 0);
   Heard();
   Press(Key::kF3);
   EXPECT_EQ(Frequencies(), (Texts{"100", "200", "300", "400"}));

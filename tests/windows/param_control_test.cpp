@@ -180,7 +180,7 @@ TEST_F(ParamControlWindow, WhatIsTypedNeverReachesAnotherParameter) {
 }
 
 TEST_F(ParamControlWindow, WhatIsTypedGoesWithItsRowWhenRowsMove) {
-  InsertRow(&first, 1);
+  InsertRow(first, 1);
   SelectWidth(first);
   TypeIntoParamField(desk, ParamField::kValue, "33");
   PressModelButton(desk, first, ModelButton::kDown);
@@ -310,7 +310,7 @@ TEST_F(ParamControlWindow, OpensOnceAtItsPlace) {
 }
 
 TEST_F(ParamControlWindow, AParameterThatIsGoneIsNoLongerSelected) {
-  RemoveRow(&first, 0);
+  RemoveRow(first, 0);
   EXPECT_EQ(SelectedParam(desk), nullptr);
   EXPECT_EQ(Fields().header, "No parameter selected");
   SelectWidth(second);

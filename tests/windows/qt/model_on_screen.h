@@ -45,7 +45,7 @@ class ModelOnScreen : public OnScreen {
   }
   void AddRows(int count) {
     for (int row = 0; row < count; ++row) {
-      InsertRow(&ModelNo(1), RowCount(ModelNo(1)));
+      InsertRow(ModelNo(1), RowCount(ModelNo(1)));
       kalvex::Cell(ModelNo(1), RowCount(ModelNo(1)) - 1, Wo).value = 400 + 100 * row;
     }
     Settle();
