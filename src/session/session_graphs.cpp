@@ -204,8 +204,9 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
   if (what.quantity) statement.Text("Quantity", QuantityNameOf(*what.quantity));
   statement.Real("XMin", what.xMin).Real("XMax", what.xMax).Int("XPts", what.points);
   statement.Int("XMethod", what.onMesh ? 2 : 1).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
-  return DoOutside({"export a curve", statement.Done(), {}, kOnFiles},
-                   [&] { return kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file); });
+  return DoOutside({"export a curve", statement.Done(), {}, kOnFiles}, [&] {
+    return kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file);
+  });
 }
 
 // ---- what a screen shows
