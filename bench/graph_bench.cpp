@@ -22,7 +22,7 @@ struct LiveGraph {
   Tables tables;
   kalvex::Model& model = *kalvex::CreateModel(tables.params);
   kalvex::Graph& graph = *kalvex::CreateGraph(tables.graphs);
-  kalvex::PixelSurface surface = kalvex::MakePixelSurface(800, 600, 0xFFFFFF);
+  kalvex::PixelSurface surface{800, 600, 0xFFFFFF};
 
   LiveGraph() {
     for (int row = 0; row < kOscillators; ++row) {
@@ -46,7 +46,7 @@ struct LiveGraph {
     graph.Width = 800;
     graph.Height = 600;
     kalvex::RebuildGraph(graph);
-    kalvex::PaintGraph(graph, tables.eval, kalvex::CanvasOf(surface));
+    kalvex::PaintGraph(graph, tables.eval, surface);
   }
 
   void Tell(kalvex::GraphEvent event) { kalvex::AnswerGraphEvent(tables.graphs, event, 1, true); }
@@ -66,7 +66,7 @@ void RepaintOfAGraph(benchmark::State& state) {
     live.MoveParameter();
     live.Tell(kalvex::GraphEvent::kModelParamChanged);
     if (state.range(0)) live.Tell(kalvex::GraphEvent::kDatasetChanged);
-    kalvex::RepaintGraph(live.graph, live.tables.eval, kalvex::CanvasOf(live.surface));
+    kalvex::RepaintGraph(live.graph, live.tables.eval, live.surface);
   }
 }
 BENCHMARK(RepaintOfAGraph)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
@@ -74,7 +74,7 @@ BENCHMARK(RepaintOfAGraph)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 void PaintOfAWholeGraph(benchmark::State& state) {
   LiveGraph live;
   for (auto _ : state) {
-    kalvex::PaintGraph(live.graph, live.tables.eval, kalvex::CanvasOf(live.surface));
+    kalvex::PaintGraph(live.graph, live.tables.eval, live.surface);
   }
 }
 BENCHMARK(PaintOfAWholeGraph)->Unit(benchmark::kMillisecond);

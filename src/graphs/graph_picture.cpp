@@ -16,17 +16,17 @@ constexpr int kLongestSide = 16000;
 
 std::string PictureOf(Graph& graph, EvalContext& ctx, PictureFormat format) {
   if (format == PictureFormat::kSvg) {
-    SvgPicture picture{graph.Width, graph.Height, {}};
-    DrawGraphForPaper(graph, ctx, CanvasOf(picture));
-    return SvgOf(picture);
+    SvgPicture picture(graph.Width, graph.Height);
+    DrawGraphForPaper(graph, ctx, picture);
+    return picture.Text();
   }
   if (format == PictureFormat::kPdf) {
-    PdfPicture picture{graph.Width, graph.Height, {}};
-    DrawGraphForPaper(graph, ctx, CanvasOf(picture));
-    return PdfOf(picture);
+    PdfPicture picture(graph.Width, graph.Height);
+    DrawGraphForPaper(graph, ctx, picture);
+    return picture.Bytes();
   }
-  PixelSurface surface = MakePixelSurface(graph.Width, graph.Height, 0xFFFFFF);
-  PaintGraph(graph, ctx, CanvasOf(surface));
+  PixelSurface surface(graph.Width, graph.Height, 0xFFFFFF);
+  PaintGraph(graph, ctx, surface);
   return PngOf(surface);
 }
 

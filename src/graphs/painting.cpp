@@ -13,12 +13,12 @@ namespace {
 constexpr std::uint8_t kWhite = 0, kBlack = 1;  // rows of the colour table
 
 // One pixel column or row of a stroke or tick, both ends included; rows count from the plot's bottom.
-void FillRows(const Graph& graph, const Canvas& canvas, int column, int first, int last, std::uint32_t color) {
+void FillRows(const Graph& graph, Canvas& canvas, int column, int first, int last, std::uint32_t color) {
   const int x = graph.frame.left + column;
-  canvas.rectangle(canvas.self, x, graph.frame.bottom - last, x + 1, graph.frame.bottom - first + 1, color);
+  canvas.FillRectangle(x, graph.frame.bottom - last, x + 1, graph.frame.bottom - first + 1, color);
 }
 
-void PaintStrokes(const Graph& graph, const Canvas& canvas, const Curve& curve) {
+void PaintStrokes(const Graph& graph, Canvas& canvas, const Curve& curve) {
   const std::uint32_t color = kCurveColors[static_cast<std::size_t>(curve.colorIndex)].rgb;
   for (const Stroke& stroke : curve.strokes.strokes) {
     FillRows(graph, canvas, stroke.column, stroke.first, stroke.last, color);
@@ -45,7 +45,7 @@ void FillColumn(const Graph& graph, std::span<const Curve* const> curves, int co
   }
 }
 
-void PaintDifferences(const Graph& graph, const Canvas& canvas, int column) {
+void PaintDifferences(const Graph& graph, Canvas& canvas, int column) {
   const auto& now = graph.columnNew;
   for (std::size_t row = 0; row < now.size();) {
     std::size_t end = row + 1;
@@ -70,7 +70,7 @@ std::vector<const Curve*> InPaintingOrder(const Graph& graph) {
   return curves;
 }
 
-void RepaintChanges(Graph& graph, const Canvas& canvas) {
+void RepaintChanges(Graph& graph, Canvas& canvas) {
   graph.columnNew.resize(static_cast<std::size_t>(graph.plotHeight));
   graph.columnOld.resize(static_cast<std::size_t>(graph.plotHeight));
   const std::vector<const Curve*> curves = InPaintingOrder(graph);
@@ -93,12 +93,12 @@ std::vector<const Curve*> InUsersOrder(const Graph& graph) {
   return curves;
 }
 
-void PaintAxes(Graph& graph, const Canvas& canvas, const AxisColors& colors) {
+void PaintAxes(Graph& graph, Canvas& canvas, const AxisColors& colors) {
   constexpr int kLabelledTick = 6, kMinorTick = 4, kLabelDistance = 8, kTitleDistance = 2;
   const AxisLayout layout = LayOut(graph);
   const PlotFrame& f = layout.frame;
   const auto fill = [&](double left, double top, double right, double bottom, std::uint32_t color) {
-    canvas.rectangle(canvas.self, left, top, right, bottom, color);
+    canvas.FillRectangle(left, top, right, bottom, color);
   };
   fill(0, 0, graph.Width, graph.Height, colors.ground);
   if (graph.plotWidth < 1 || graph.plotHeight < 1) return;
@@ -111,8 +111,8 @@ void PaintAxes(Graph& graph, const Canvas& canvas, const AxisColors& colors) {
     fill(x, f.bottom + 1, x + 1, f.bottom + 1 + length, colors.ticks);
     fill(x, f.top - length, x + 1, f.top, colors.ticks);
     if (tick.label.empty()) continue;
-    canvas.text(canvas.self, {x + 0.5, static_cast<double>(f.bottom + kLabelDistance)},
-                {HorizontalAlign::kCentre, VerticalAlign::kTop, false}, kLabelFont, colors.labels, tick.label);
+    canvas.DrawText({x + 0.5, static_cast<double>(f.bottom + kLabelDistance)},
+                    {HorizontalAlign::kCentre, VerticalAlign::kTop, false}, kLabelFont, colors.labels, tick.label);
   }
   for (const Tick& tick : layout.yTicks) {
     const int y = f.bottom - Rounded(PlaceOf(graph.Y, graph.plotHeight, tick.value));
@@ -120,32 +120,33 @@ void PaintAxes(Graph& graph, const Canvas& canvas, const AxisColors& colors) {
     fill(f.left - length, y, f.left, y + 1, colors.ticks);
     fill(f.right + 1, y, f.right + 1 + length, y + 1, colors.ticks);
     if (tick.label.empty()) continue;
-    canvas.text(canvas.self, {static_cast<double>(f.left - kLabelDistance), y + 0.5},
-                {HorizontalAlign::kRight, VerticalAlign::kMiddle, false}, kLabelFont, colors.labels, tick.label);
+    canvas.DrawText({static_cast<double>(f.left - kLabelDistance), y + 0.5},
+                    {HorizontalAlign::kRight, VerticalAlign::kMiddle, false}, kLabelFont, colors.labels, tick.label);
   }
 
   if (graph.X.titleShown) {
-    canvas.text(canvas.self, {(f.left + f.right + 1) / 2.0, static_cast<double>(graph.Height - kTitleDistance)},
-                {HorizontalAlign::kCentre, VerticalAlign::kBottom, false}, kTitleFont, colors.titles, graph.X.title);
+    canvas.DrawText({(f.left + f.right + 1) / 2.0, static_cast<double>(graph.Height - kTitleDistance)},
+                    {HorizontalAlign::kCentre, VerticalAlign::kBottom, false}, kTitleFont, colors.titles,
+                    graph.X.title);
   }
   if (graph.Y.titleShown) {
-    canvas.text(canvas.self, {kTitleDistance, (f.top + f.bottom + 1) / 2.0},
-                {HorizontalAlign::kCentre, VerticalAlign::kTop, true}, kTitleFont, colors.titles, graph.Y.title);
+    canvas.DrawText({kTitleDistance, (f.top + f.bottom + 1) / 2.0},
+                    {HorizontalAlign::kCentre, VerticalAlign::kTop, true}, kTitleFont, colors.titles, graph.Y.title);
   }
 }
 
-void PaintGraph(Graph& graph, EvalContext& ctx, const Canvas& canvas) {
+void PaintGraph(Graph& graph, EvalContext& ctx, Canvas& canvas) {
   constexpr AxisColors kOnScreen{0xC8C8C8, 0x000000, 0x143246, 0x0000FF, 0xFF0000};
   RebuildStaleCurves(graph, ctx);
   PaintAxes(graph, canvas, kOnScreen);
   const PlotFrame& f = graph.frame;
-  canvas.clip(canvas.self, f.left, f.top, f.right + 1, f.bottom + 1);
+  canvas.Clip(f.left, f.top, f.right + 1, f.bottom + 1);
   for (const Curve* const curve : InPaintingOrder(graph)) PaintStrokes(graph, canvas, *curve);
-  canvas.unclip(canvas.self);
+  canvas.Unclip();
   SetPainted(graph);
 }
 
-void RepaintGraph(Graph& graph, EvalContext& ctx, const Canvas& canvas) {
+void RepaintGraph(Graph& graph, EvalContext& ctx, Canvas& canvas) {
   if (graph.repaint == Repaint::kEverything) return PaintGraph(graph, ctx, canvas);
   if (graph.repaint == Repaint::kNothing) return;
   RebuildStaleCurves(graph, ctx);

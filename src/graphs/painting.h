@@ -9,11 +9,11 @@ namespace kalvex {
 
 // Everything, in the whole window: frame, ticks, labels, titles, then the curves in the user's order, later ones over
 // earlier ones, the reader's cross last. Stale curves are built before. The canvas is as large as the graph's window.
-void PaintGraph(Graph& graph, EvalContext& ctx, const Canvas& canvas);
+void PaintGraph(Graph& graph, EvalContext& ctx, Canvas& canvas);
 
 // Brings a canvas that shows the graph as it was to what it is now: paints only the pixels of the plot whose colours
 // have changed, or everything if that is needed, or nothing. Leaves the same pixels as PaintGraph.
-void RepaintGraph(Graph& graph, EvalContext& ctx, const Canvas& canvas);
+void RepaintGraph(Graph& graph, EvalContext& ctx, Canvas& canvas);
 
 // Curves in the order in which they are painted and exported: as the user chose them.
 std::vector<const Curve*> InUsersOrder(const Graph& graph);
@@ -22,7 +22,7 @@ std::vector<const Curve*> InUsersOrder(const Graph& graph);
 struct AxisColors {
   std::uint32_t ground, frame, ticks, labels, titles;
 };
-void PaintAxes(Graph& graph, const Canvas& canvas, const AxisColors& colors);
+void PaintAxes(Graph& graph, Canvas& canvas, const AxisColors& colors);
 
 // Whether a pixel of the window belongs to the plot.
 bool IsInFrame(const Graph& graph, int x, int y);

@@ -19,7 +19,7 @@ constexpr int kPointsPerPixel = 4;
 // The graph on its canvas; places go over into points of the canvas, those of pixels' middles lie half a pixel inside.
 class Paper {
  public:
-  Paper(const Graph& graph, EvalContext& ctx, const Canvas& canvas) : graph_(graph), ctx_(ctx), canvas_(canvas) {
+  Paper(const Graph& graph, EvalContext& ctx, Canvas& canvas) : graph_(graph), ctx_(ctx), canvas_(canvas) {
     for (int c = 0; c <= (graph.plotWidth - 1) * kPointsPerPixel; ++c) {
       fine_.push_back(ValueAt(graph.X, graph.plotWidth, static_cast<double>(c) / kPointsPerPixel));
     }
@@ -75,7 +75,7 @@ class Paper {
   void Line(const std::vector<Point>& places) const {
     std::vector<Point> points;
     const auto finish = [&] {
-      if (points.size() > 1) canvas_.polyline(canvas_.self, points, pen_);
+      if (points.size() > 1) canvas_.DrawPolyline(points, pen_);
       points.clear();
     };
     for (std::size_t i = 0; i + 1 < places.size(); ++i) {
@@ -168,8 +168,8 @@ class Paper {
   void DrawSymbol(const Curve& curve, Point at, double half) const {
     const std::vector<Point> corners = Outline(static_cast<SymbolShape>(curve.nSymbolShape), at, half);
     constexpr std::uint32_t kWhite = 0xFFFFFF;
-    canvas_.polygon(canvas_.self, corners, curve.SymbolOpen ? &kWhite : &pen_.colour,
-                    curve.SymbolOpen ? &pen_ : nullptr);
+    canvas_.DrawPolygon(corners, curve.SymbolOpen ? kWhite : pen_.colour,
+                        curve.SymbolOpen ? std::optional(pen_) : std::nullopt);
   }
 
   static std::vector<Point> Outline(SymbolShape shape, Point at, double half) {
@@ -201,22 +201,22 @@ class Paper {
 
   const Graph& graph_;
   EvalContext& ctx_;
-  const Canvas& canvas_;
+  Canvas& canvas_;
   Pen pen_{};
   std::vector<double> fine_;  // frequencies of model curves
 };
 
 }  // namespace
 
-void DrawGraphForPaper(Graph& graph, EvalContext& ctx, const Canvas& canvas) {
+void DrawGraphForPaper(Graph& graph, EvalContext& ctx, Canvas& canvas) {
   constexpr AxisColors kOnPaper{0xFFFFFF, 0, 0, 0, 0};
   PaintAxes(graph, canvas, kOnPaper);
   if (graph.plotWidth < 1 || graph.plotHeight < 1) return;
   const PlotFrame& f = graph.frame;
-  canvas.clip(canvas.self, f.left, f.top, f.right + 1, f.bottom + 1);
+  canvas.Clip(f.left, f.top, f.right + 1, f.bottom + 1);
   Paper paper(graph, ctx, canvas);
   for (const Curve* const curve : InUsersOrder(graph)) paper.Draw(*curve);
-  canvas.unclip(canvas.self);
+  canvas.Unclip();
 }
 
 }  // namespace kalvex

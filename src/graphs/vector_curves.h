@@ -8,6 +8,6 @@
 namespace kalvex {
 
 // Draws the graph at its window's size with black axes on white ground. Model curves take several points a pixel.
-void DrawGraphForPaper(Graph& graph, EvalContext& ctx, const Canvas& canvas);
+void DrawGraphForPaper(Graph& graph, EvalContext& ctx, Canvas& canvas);
 
 }  // namespace kalvex

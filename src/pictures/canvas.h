@@ -1,9 +1,9 @@
-// What is drawn on: a record of functions, filled by a window, by a picture in memory, and by the writers of vector
-// pictures. Units are pixels, x to the right and y downwards, fractions allowed; a pixel (i, j) covers i <= x < i + 1,
-// j <= y < j + 1. Colours are 0xRRGGBB.
+// What is drawn on: a window, a picture in memory, or a vector picture for a file. Units are pixels, x to the right and
+// y downwards, fractions allowed; a pixel (i, j) covers i <= x < i + 1, j <= y < j + 1. Colours are 0xRRGGBB.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -42,17 +42,19 @@ struct Pen {
   double width;
 };
 
-struct Canvas {
-  void* self;
-  void (*text)(void* self, Point at, TextPlace, const Font&, std::uint32_t colour, std::string_view utf8);
-  void (*polyline)(void* self, std::span<const Point>, const Pen&);
-  // A null pointer leaves out the filling or the outline.
-  void (*polygon)(void* self, std::span<const Point>, const std::uint32_t* fill, const Pen* outline);
-  // Filled; in a raster the pixels left <= x < right, top <= y < bottom.
-  void (*rectangle)(void* self, double left, double top, double right, double bottom, std::uint32_t colour);
-  // What is drawn until `unclip` shows within this rectangle only.
-  void (*clip)(void* self, double left, double top, double right, double bottom);
-  void (*unclip)(void* self);
+class Canvas {
+ public:
+  virtual ~Canvas() = default;
+  virtual void DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) = 0;
+  virtual void DrawPolyline(std::span<const Point> points, const Pen& pen) = 0;
+  // A filling or an outline that is not given is left out.
+  virtual void DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t> fill,
+                           const std::optional<Pen>& outline) = 0;
+  // In a raster the pixels left <= x < right, top <= y < bottom.
+  virtual void FillRectangle(double left, double top, double right, double bottom, std::uint32_t colour) = 0;
+  // What is drawn until Unclip shows within this rectangle only. A second clip replaces the first.
+  virtual void Clip(double left, double top, double right, double bottom) = 0;
+  virtual void Unclip() = 0;
 };
 
 }  // namespace kalvex

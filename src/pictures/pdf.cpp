@@ -11,11 +11,6 @@
 namespace kalvex {
 namespace {
 
-PdfPicture& Picture(void* self) { return *static_cast<PdfPicture*>(self); }
-Box Bounds(const PdfPicture& picture) {
-  return {0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)};
-}
-
 // Numbers, each with a blank behind it, then the operator.
 void Append(std::string& out, std::initializer_list<double> numbers, const char* operation) {
   for (const double number : numbers) {
@@ -85,29 +80,6 @@ void AppendString(std::string& out, std::string_view codes) {
   out += '>';
 }
 
-void DrawText(void* self, Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
-  if (!IsFinite(at) || utf8.empty()) return;
-  const Point start = TextLineOf(at, place, font, utf8).start;
-  const double em = EmOf(font);
-  std::string& out = Picture(self).body;
-  AppendColour(out, colour, "rg");
-  out += "BT\n";
-  // The page is turned upside down, which letters are not to be.
-  if (place.turned) {
-    Append(out, {0, -1, -1, 0, start.x, start.y}, "Tm");
-  } else {
-    Append(out, {1, 0, 0, -1, start.x, start.y}, "Tm");
-  }
-  for (const Run& run : RunsOf(font.face, utf8)) {
-    out += "/F" + std::to_string(run.font) + ' ';
-    Append(out, {em * run.size}, "Tf");
-    Append(out, {em * run.rise}, "Ts");
-    AppendString(out, run.codes);
-    out += " Tj\n";
-  }
-  out += "ET\n";
-}
-
 // ---- shapes
 
 void AppendPath(std::string& out, std::span<const Point> points) {
@@ -118,7 +90,7 @@ void AppendPath(std::string& out, std::span<const Point> points) {
   }
 }
 
-void DrawStroke(std::string& out, const PenStroke& stroke, std::uint32_t colour) {
+void AppendStroke(std::string& out, const PenStroke& stroke, std::uint32_t colour) {
   if (stroke.lines.empty()) return;
   AppendColour(out, colour, "RG");
   Append(out, {stroke.width}, "w");
@@ -129,57 +101,8 @@ void DrawStroke(std::string& out, const PenStroke& stroke, std::uint32_t colour)
   }
 }
 
-void DrawPolyline(void* self, std::span<const Point> points, const Pen& pen) {
-  DrawStroke(Picture(self).body, PenStrokeOf(points, pen, false, Bounds(Picture(self))), pen.colour);
-}
-
-void DrawPolygon(void* self, std::span<const Point> points, const std::uint32_t* fill, const Pen* outline) {
-  PdfPicture& picture = Picture(self);
-  if (fill && outline && IsWholePolygon(points, Bounds(picture))) {
-    AppendColour(picture.body, *fill, "rg");
-    AppendColour(picture.body, outline->colour, "RG");
-    Append(picture.body, {std::fmax(outline->width, 1)}, "w");
-    AppendPath(picture.body, points);
-    picture.body += "b*\n";
-    return;
-  }
-  if (fill) {
-    const std::vector<Point> polygon = VisiblePolygon(points, Bounds(picture));
-    if (!polygon.empty()) {
-      AppendColour(picture.body, *fill, "rg");
-      AppendPath(picture.body, polygon);
-      picture.body += "f*\n";
-    }
-  }
-  if (outline) DrawStroke(picture.body, PenStrokeOf(points, *outline, true, Bounds(picture)), outline->colour);
-}
-
 void AppendBox(std::string& out, const Box& box) {
   Append(out, {box.left, box.top, box.right - box.left, box.bottom - box.top}, "re");
-}
-
-void DrawRectangle(void* self, double left, double top, double right, double bottom, std::uint32_t colour) {
-  PdfPicture& picture = Picture(self);
-  const Box box = VisibleBox(left, top, right, bottom, Bounds(picture));
-  if (box.right <= box.left) return;
-  AppendColour(picture.body, colour, "rg");
-  AppendBox(picture.body, box);
-  picture.body += "f\n";
-}
-
-void Unclip(void* self) {
-  PdfPicture& picture = Picture(self);
-  if (picture.clipped) picture.body += "Q\n";
-  picture.clipped = false;
-}
-
-void Clip(void* self, double left, double top, double right, double bottom) {
-  Unclip(self);
-  PdfPicture& picture = Picture(self);
-  picture.body += "q\n";
-  AppendBox(picture.body, VisibleBox(left, top, right, bottom, Bounds(picture)));
-  picture.body += "W n\n";
-  picture.clipped = true;
 }
 
 // ---- the file
@@ -216,21 +139,88 @@ constexpr double kPointsPerPixel = 0.75;
 
 }  // namespace
 
-Canvas CanvasOf(PdfPicture& picture) {
-  return {&picture, DrawText, DrawPolyline, DrawPolygon, DrawRectangle, Clip, Unclip};
+void PdfPicture::DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
+  if (!IsFinite(at) || utf8.empty()) return;
+  const Point start = TextLineOf(at, place, font, utf8).start;
+  const double em = EmOf(font);
+  std::string& out = body_;
+  AppendColour(out, colour, "rg");
+  out += "BT\n";
+  // The page is turned upside down, which letters are not to be.
+  if (place.turned) {
+    Append(out, {0, -1, -1, 0, start.x, start.y}, "Tm");
+  } else {
+    Append(out, {1, 0, 0, -1, start.x, start.y}, "Tm");
+  }
+  for (const Run& run : RunsOf(font.face, utf8)) {
+    out += "/F" + std::to_string(run.font) + ' ';
+    Append(out, {em * run.size}, "Tf");
+    Append(out, {em * run.rise}, "Ts");
+    AppendString(out, run.codes);
+    out += " Tj\n";
+  }
+  out += "ET\n";
 }
 
-std::string PdfOf(const PdfPicture& picture) {
+void PdfPicture::DrawPolyline(std::span<const Point> points, const Pen& pen) {
+  AppendStroke(body_, PenStrokeOf(points, pen, false, Bounds()), pen.colour);
+}
+
+void PdfPicture::DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t> fill,
+                             const std::optional<Pen>& outline) {
+  if (fill && outline && IsWholePolygon(points, Bounds())) {
+    AppendColour(body_, *fill, "rg");
+    AppendColour(body_, outline->colour, "RG");
+    Append(body_, {std::fmax(outline->width, 1)}, "w");
+    AppendPath(body_, points);
+    body_ += "b*\n";
+    return;
+  }
+  if (fill) {
+    const std::vector<Point> polygon = VisiblePolygon(points, Bounds());
+    if (!polygon.empty()) {
+      AppendColour(body_, *fill, "rg");
+      AppendPath(body_, polygon);
+      body_ += "f*\n";
+    }
+  }
+  if (outline) AppendStroke(body_, PenStrokeOf(points, *outline, true, Bounds()), outline->colour);
+}
+
+void PdfPicture::FillRectangle(double left, double top, double right, double bottom, std::uint32_t colour) {
+  const Box box = VisibleBox(left, top, right, bottom, Bounds());
+  if (box.right <= box.left) return;
+  AppendColour(body_, colour, "rg");
+  AppendBox(body_, box);
+  body_ += "f\n";
+}
+
+void PdfPicture::Unclip() {
+  if (clipped_) body_ += "Q\n";
+  clipped_ = false;
+}
+
+void PdfPicture::Clip(double left, double top, double right, double bottom) {
+  Unclip();
+  body_ += "q\n";
+  AppendBox(body_, VisibleBox(left, top, right, bottom, Bounds()));
+  body_ += "W n\n";
+  clipped_ = true;
+}
+
+std::string PdfPicture::Drawing() const {
   std::string drawing;
-  Append(drawing, {kPointsPerPixel, 0, 0, -kPointsPerPixel, 0, picture.height * kPointsPerPixel}, "cm");
-  drawing += picture.body;
-  if (picture.clipped) drawing += "Q\n";
-  const std::string packed = ZlibOf(drawing);
+  Append(drawing, {kPointsPerPixel, 0, 0, -kPointsPerPixel, 0, height_ * kPointsPerPixel}, "cm");
+  return drawing + body_ + (clipped_ ? "Q\n" : "");
+}
+
+std::string PdfPicture::Bytes() const {
+  const std::string packed = ZlibOf(Drawing());
 
   std::string page = "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [0 0 ";
-  AppendCoordinate(page, picture.width * kPointsPerPixel);
+  AppendCoordinate(page, width_ * kPointsPerPixel);
   page += ' ';
-  AppendCoordinate(page, picture.height * kPointsPerPixel);
+  AppendCoordinate(page, height_ * kPointsPerPixel);
   page += "] /Resources << /Font << /F1 5 0 R /F2 6 0 R /F3 7 0 R >> >> >>";
 
   Objects objects;

@@ -11,8 +11,6 @@
 namespace kalvex {
 namespace {
 
-PixelSurface& Surface(void* self) { return *static_cast<PixelSurface*>(self); }
-
 PixelBox Whole(const PixelSurface& surface) { return {0, 0, surface.width, surface.height}; }
 
 Box Bounds(const PixelSurface& surface) {
@@ -61,9 +59,16 @@ PixelBox PixelsWithin(const PixelSurface& surface, double left, double top, doub
           first(bottom, surface.height)};
 }
 
-void DrawText(void* self, Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
+}  // namespace
+
+PixelSurface::PixelSurface(int wide, int high, std::uint32_t background)
+    : width(std::clamp(wide, 0, kMaxPictureSide)),
+      height(std::clamp(high, 0, kMaxPictureSide)),
+      pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), background),
+      clip(Whole(*this)) {}
+
+void PixelSurface::DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
   if (!std::isfinite(at.x) || !std::isfinite(at.y)) return;
-  PixelSurface& surface = Surface(self);
   const Point start = BaselineStart(at, place, font, utf8);
   const double x = std::floor(start.x + 0.5), y = std::floor(start.y + 0.5);
   TextStrokes text = StrokesOfText(font, utf8);
@@ -72,54 +77,38 @@ void DrawText(void* self, Point at, TextPlace place, const Font& font, std::uint
       point = place.turned ? Point{x + point.y, y - point.x} : Point{x + point.x, y + point.y};
     }
   }
-  Coverage coverage = NoCoverage(BoxAround(text.lines, text.width / 2 + 1, surface.clip));
+  Coverage coverage = NoCoverage(BoxAround(text.lines, text.width / 2 + 1, clip));
   CoverLines(coverage, text.lines, text.width);
-  Paint(surface, coverage, colour);
+  Paint(*this, coverage, colour);
 }
 
-void DrawPolyline(void* self, std::span<const Point> points, const Pen& pen) {
-  PixelSurface& surface = Surface(self);
-  PaintStroke(surface, PenStrokeOf(points, pen, false, Bounds(surface)), pen.colour);
+void PixelSurface::DrawPolyline(std::span<const Point> points, const Pen& pen) {
+  PaintStroke(*this, PenStrokeOf(points, pen, false, Bounds(*this)), pen.colour);
 }
 
-void DrawPolygon(void* self, std::span<const Point> points, const std::uint32_t* fill, const Pen* outline) {
-  PixelSurface& surface = Surface(self);
-  if (fill != nullptr) {
-    const std::vector<Point> polygon = VisiblePolygon(points, Bounds(surface));
-    Coverage coverage = NoCoverage(BoxAround({&polygon, 1}, 1, surface.clip));
+void PixelSurface::DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t> fill,
+                               const std::optional<Pen>& outline) {
+  if (fill) {
+    const std::vector<Point> polygon = VisiblePolygon(points, Bounds(*this));
+    Coverage coverage = NoCoverage(BoxAround({&polygon, 1}, 1, clip));
     CoverPolygon(coverage, polygon);
-    Paint(surface, coverage, *fill);
+    Paint(*this, coverage, *fill);
   }
-  if (outline != nullptr) PaintStroke(surface, PenStrokeOf(points, *outline, true, Bounds(surface)), outline->colour);
+  if (outline) PaintStroke(*this, PenStrokeOf(points, *outline, true, Bounds(*this)), outline->colour);
 }
 
-void DrawRectangle(void* self, double left, double top, double right, double bottom, std::uint32_t colour) {
-  PixelSurface& surface = Surface(self);
-  const PixelBox box = Intersection(PixelsWithin(surface, left, top, right, bottom), surface.clip);
+void PixelSurface::FillRectangle(double left, double top, double right, double bottom, std::uint32_t colour) {
+  const PixelBox box = Intersection(PixelsWithin(*this, left, top, right, bottom), clip);
   for (int y = box.top; y < box.bottom; ++y) {
-    std::uint32_t* row = RowAt(surface, y);
+    std::uint32_t* row = RowAt(*this, y);
     for (int x = box.left; x < box.right; ++x) row[x] = colour;
   }
 }
 
-void Clip(void* self, double left, double top, double right, double bottom) {
-  PixelSurface& surface = Surface(self);
-  surface.clip = PixelsWithin(surface, left, top, right, bottom);
+void PixelSurface::Clip(double left, double top, double right, double bottom) {
+  clip = PixelsWithin(*this, left, top, right, bottom);
 }
 
-void Unclip(void* self) { Surface(self).clip = Whole(Surface(self)); }
-
-}  // namespace
-
-PixelSurface MakePixelSurface(int width, int height, std::uint32_t background) {
-  PixelSurface surface{std::clamp(width, 0, kMaxPictureSide), std::clamp(height, 0, kMaxPictureSide), {}, {}};
-  surface.pixels.assign(static_cast<std::size_t>(surface.width) * static_cast<std::size_t>(surface.height), background);
-  surface.clip = Whole(surface);
-  return surface;
-}
-
-Canvas CanvasOf(PixelSurface& surface) {
-  return {&surface, DrawText, DrawPolyline, DrawPolygon, DrawRectangle, Clip, Unclip};
-}
+void PixelSurface::Unclip() { clip = Whole(*this); }
 
 }  // namespace kalvex

@@ -74,7 +74,7 @@ std::string RowsOf(const PixelSurface& surface, AppendPixel appendPixel) {
 }  // namespace
 
 std::string PngOf(const PixelSurface& surface) {
-  if (surface.pixels.empty()) return PngOf(MakePixelSurface(1, 1, 0xFFFFFF));
+  if (surface.pixels.empty()) return PngOf(PixelSurface(1, 1, 0xFFFFFF));
   constexpr char kPaletteColours = 3, kTrueColours = 2;
   const std::optional<std::vector<std::uint32_t>> palette = PaletteOf(surface);
   std::string png = "\x89PNG\r\n\x1A\n";

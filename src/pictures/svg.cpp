@@ -8,11 +8,6 @@
 namespace kalvex {
 namespace {
 
-SvgPicture& Picture(void* self) { return *static_cast<SvgPicture*>(self); }
-Box Bounds(const SvgPicture& picture) {
-  return {0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)};
-}
-
 void AppendColour(std::string& out, std::uint32_t colour) {
   constexpr char kDigits[] = "0123456789abcdef";
   out += '#';
@@ -71,7 +66,41 @@ void AppendPoints(std::string& out, std::span<const Point> points) {
   out += '"';
 }
 
-void DrawText(void* self, Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
+void AppendPen(std::string& out, std::uint32_t colour, double width) {
+  out += " stroke=\"";
+  AppendColour(out, colour);
+  out += '"';
+  AppendAttribute(out, "stroke-width", width);
+}
+
+void AppendStroke(std::string& out, const PenStroke& stroke, std::uint32_t colour) {
+  for (const std::vector<Point>& line : stroke.lines) {
+    out += "<polyline";
+    AppendPoints(out, line);
+    out += " fill=\"none\"";
+    AppendPen(out, colour, stroke.width);
+    out += stroke.onPixels ? " stroke-linecap=\"square\"/>\n" : " stroke-linejoin=\"round\"/>\n";
+  }
+}
+
+void AppendPolygon(std::string& out, std::span<const Point> points, std::uint32_t fill) {
+  out += "<polygon";
+  AppendPoints(out, points);
+  out += " fill=\"";
+  AppendColour(out, fill);
+  out += "\" fill-rule=\"evenodd\"";
+}
+
+void AppendBox(std::string& out, const Box& box) {
+  AppendAttribute(out, "x", box.left);
+  AppendAttribute(out, "y", box.top);
+  AppendAttribute(out, "width", box.right - box.left);
+  AppendAttribute(out, "height", box.bottom - box.top);
+}
+
+}  // namespace
+
+void SvgPicture::DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
   if (!IsFinite(at) || utf8.empty()) return;
   const TextLine line = TextLineOf(at, place, font, utf8);
   // The viewer's font may be a little wider or narrower: the text stays where its alignment holds it.
@@ -79,7 +108,7 @@ void DrawText(void* self, Point at, TextPlace place, const Font& font, std::uint
                       : place.horizontal == HorizontalAlign::kCentre ? line.width / 2
                                                                      : line.width;
   constexpr const char* kAnchors[] = {"start", "middle", "end"};
-  std::string& out = Picture(self).body;
+  std::string& out = body_;
   out += "<text";
   if (place.turned) {
     out += " transform=\"translate(";
@@ -103,97 +132,57 @@ void DrawText(void* self, Point at, TextPlace place, const Font& font, std::uint
   out += "</text>\n";
 }
 
-void AppendPen(std::string& out, std::uint32_t colour, double width) {
-  out += " stroke=\"";
-  AppendColour(out, colour);
-  out += '"';
-  AppendAttribute(out, "stroke-width", width);
+void SvgPicture::DrawPolyline(std::span<const Point> points, const Pen& pen) {
+  AppendStroke(body_, PenStrokeOf(points, pen, false, Bounds()), pen.colour);
 }
 
-void DrawStroke(SvgPicture& picture, const PenStroke& stroke, std::uint32_t colour) {
-  for (const std::vector<Point>& line : stroke.lines) {
-    picture.body += "<polyline";
-    AppendPoints(picture.body, line);
-    picture.body += " fill=\"none\"";
-    AppendPen(picture.body, colour, stroke.width);
-    picture.body += stroke.onPixels ? " stroke-linecap=\"square\"/>\n" : " stroke-linejoin=\"round\"/>\n";
-  }
-}
-
-void DrawPolyline(void* self, std::span<const Point> points, const Pen& pen) {
-  DrawStroke(Picture(self), PenStrokeOf(points, pen, false, Bounds(Picture(self))), pen.colour);
-}
-
-void AppendPolygon(std::string& out, std::span<const Point> points, std::uint32_t fill) {
-  out += "<polygon";
-  AppendPoints(out, points);
-  out += " fill=\"";
-  AppendColour(out, fill);
-  out += "\" fill-rule=\"evenodd\"";
-}
-
-void DrawPolygon(void* self, std::span<const Point> points, const std::uint32_t* fill, const Pen* outline) {
-  SvgPicture& picture = Picture(self);
-  if (fill && outline && IsWholePolygon(points, Bounds(picture))) {
-    AppendPolygon(picture.body, points, *fill);
-    AppendPen(picture.body, outline->colour, std::fmax(outline->width, 1));
-    picture.body += "/>\n";
+void SvgPicture::DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t> fill,
+                             const std::optional<Pen>& outline) {
+  if (fill && outline && IsWholePolygon(points, Bounds())) {
+    AppendPolygon(body_, points, *fill);
+    AppendPen(body_, outline->colour, std::fmax(outline->width, 1));
+    body_ += "/>\n";
     return;
   }
   if (fill) {
-    const std::vector<Point> polygon = VisiblePolygon(points, Bounds(picture));
+    const std::vector<Point> polygon = VisiblePolygon(points, Bounds());
     if (!polygon.empty()) {
-      AppendPolygon(picture.body, polygon, *fill);
-      picture.body += "/>\n";
+      AppendPolygon(body_, polygon, *fill);
+      body_ += "/>\n";
     }
   }
-  if (outline) DrawStroke(picture, PenStrokeOf(points, *outline, true, Bounds(picture)), outline->colour);
+  if (outline) AppendStroke(body_, PenStrokeOf(points, *outline, true, Bounds()), outline->colour);
 }
 
-void DrawRectangle(void* self, double left, double top, double right, double bottom, std::uint32_t colour) {
-  SvgPicture& picture = Picture(self);
-  const Box box = VisibleBox(left, top, right, bottom, Bounds(picture));
+void SvgPicture::FillRectangle(double left, double top, double right, double bottom, std::uint32_t colour) {
+  const Box box = VisibleBox(left, top, right, bottom, Bounds());
   if (box.right <= box.left) return;
-  picture.body += "<rect";
-  AppendAttribute(picture.body, "x", box.left);
-  AppendAttribute(picture.body, "y", box.top);
-  AppendAttribute(picture.body, "width", box.right - box.left);
-  AppendAttribute(picture.body, "height", box.bottom - box.top);
-  picture.body += " fill=\"";
-  AppendColour(picture.body, colour);
-  picture.body += "\"/>\n";
+  body_ += "<rect";
+  AppendBox(body_, box);
+  body_ += " fill=\"";
+  AppendColour(body_, colour);
+  body_ += "\"/>\n";
 }
 
-void Unclip(void* self) {
-  SvgPicture& picture = Picture(self);
-  if (picture.clipped) picture.body += "</g>\n";
-  picture.clipped = false;
+void SvgPicture::Unclip() {
+  if (clipped_) body_ += "</g>\n";
+  clipped_ = false;
 }
 
-void Clip(void* self, double left, double top, double right, double bottom) {
-  Unclip(self);
-  SvgPicture& picture = Picture(self);
-  const Box box = VisibleBox(left, top, right, bottom, Bounds(picture));
-  const std::string name = "clip" + std::to_string(++picture.clips);
-  picture.body += "<clipPath id=\"" + name + "\"><rect";
-  AppendAttribute(picture.body, "x", box.left);
-  AppendAttribute(picture.body, "y", box.top);
-  AppendAttribute(picture.body, "width", box.right - box.left);
-  AppendAttribute(picture.body, "height", box.bottom - box.top);
-  picture.body += "/></clipPath>\n<g clip-path=\"url(#" + name + ")\">\n";
-  picture.clipped = true;
+void SvgPicture::Clip(double left, double top, double right, double bottom) {
+  Unclip();
+  const Box box = VisibleBox(left, top, right, bottom, Bounds());
+  const std::string name = "clip" + std::to_string(++clips_);
+  body_ += "<clipPath id=\"" + name + "\"><rect";
+  AppendBox(body_, box);
+  body_ += "/></clipPath>\n<g clip-path=\"url(#" + name + ")\">\n";
+  clipped_ = true;
 }
 
-}  // namespace
-
-Canvas CanvasOf(SvgPicture& picture) {
-  return {&picture, DrawText, DrawPolyline, DrawPolygon, DrawRectangle, Clip, Unclip};
-}
-
-std::string SvgOf(const SvgPicture& picture) {
-  const std::string width = std::to_string(picture.width), height = std::to_string(picture.height);
+std::string SvgPicture::Text() const {
+  const std::string width = std::to_string(width_), height = std::to_string(height_);
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + width + "\" height=\"" + height + "\" viewBox=\"0 0 " +
-         width + ' ' + height + "\">\n" + picture.body + (picture.clipped ? "</g>\n" : "") + "</svg>\n";
+         width + ' ' + height + "\">\n" + body_ + (clipped_ ? "</g>\n" : "") + "</svg>\n";
 }
 
 }  // namespace kalvex

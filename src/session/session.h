@@ -250,8 +250,8 @@ class Session {
   Status ExportModelCurve(std::optional<std::uint32_t> model, const CurveExport& what, const std::string& file);
 
   // Everything, or what has changed since the graph was painted last.
-  void PaintGraph(std::uint32_t graph, const Canvas& canvas);
-  void RepaintGraph(std::uint32_t graph, const Canvas& canvas);
+  void PaintGraph(std::uint32_t graph, Canvas& canvas);
+  void RepaintGraph(std::uint32_t graph, Canvas& canvas);
   // The next repainting is of everything.
   void ForgetPicture(std::uint32_t graph);
   // The crosshair at a pixel of the window, or nowhere.

@@ -211,11 +211,11 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
 
 // ---- what a screen shows
 
-void Session::PaintGraph(std::uint32_t number, const Canvas& canvas) {
+void Session::PaintGraph(std::uint32_t number, Canvas& canvas) {
   if (Graph* const graph = GraphOf(number)) kalvex::PaintGraph(*graph, eval_, canvas);
 }
 
-void Session::RepaintGraph(std::uint32_t number, const Canvas& canvas) {
+void Session::RepaintGraph(std::uint32_t number, Canvas& canvas) {
   if (Graph* const graph = GraphOf(number)) kalvex::RepaintGraph(*graph, eval_, canvas);
 }
 

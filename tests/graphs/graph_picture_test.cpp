@@ -41,8 +41,8 @@ TEST_F(GraphPicture, InPixelsIsWhatTheWindowShows) {
   graph.Width = 640;
   graph.Height = 480;
   RebuildGraph(graph);
-  PixelSurface window = MakePixelSurface(640, 480, 0);
-  PaintGraph(graph, tables.eval, CanvasOf(window));
+  PixelSurface window(640, 480, 0);
+  PaintGraph(graph, tables.eval, window);
   EXPECT_EQ(picture.width, 640);
   EXPECT_EQ(picture.pixels, window.pixels);
 }

@@ -15,44 +15,37 @@
 
 namespace kalvex {
 
-struct Sheet {
+struct Sheet : public Canvas {
   int width, height;
   std::vector<std::uint32_t> pixels;
   std::vector<std::string> texts;
   double clip[4];
 
-  Sheet(int w, int h) : width(w), height(h), pixels(static_cast<std::size_t>(w * h), 0x123456) { Unclip(); }
+  Sheet(int w, int h) : width(w), height(h), pixels(static_cast<std::size_t>(w * h), 0x123456) { Sheet::Unclip(); }
 
   std::uint32_t At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
-  void Unclip() {
-    clip[0] = clip[1] = 0;
-    clip[2] = width;
-    clip[3] = height;
+
+  void DrawText(Point, TextPlace, const Font&, std::uint32_t, std::string_view text) override {
+    texts.emplace_back(text);
   }
-  Canvas Painted() {
-    Canvas canvas{};
-    canvas.self = this;
-    canvas.text = [](void* self, Point, TextPlace, const Font&, std::uint32_t, std::string_view text) {
-      static_cast<Sheet*>(self)->texts.emplace_back(text);
-    };
-    canvas.rectangle = [](void* self, double left, double top, double right, double bottom, std::uint32_t color) {
-      auto& sheet = *static_cast<Sheet*>(self);
-      for (int y = static_cast<int>(std::max(top, sheet.clip[1])); y < std::min(bottom, sheet.clip[3]); ++y) {
-        for (int x = static_cast<int>(std::max(left, sheet.clip[0])); x < std::min(right, sheet.clip[2]); ++x) {
-          sheet.pixels[static_cast<std::size_t>(y * sheet.width + x)] = color;
-        }
+  void DrawPolyline(std::span<const Point>, const Pen&) override { ADD_FAILURE() << "a screen has strokes only"; }
+  void DrawPolygon(std::span<const Point>, std::optional<std::uint32_t>, const std::optional<Pen>&) override {
+    ADD_FAILURE() << "a screen has strokes only";
+  }
+  void FillRectangle(double left, double top, double right, double bottom, std::uint32_t color) override {
+    for (int y = static_cast<int>(std::max(top, clip[1])); y < std::min(bottom, clip[3]); ++y) {
+      for (int x = static_cast<int>(std::max(left, clip[0])); x < std::min(right, clip[2]); ++x) {
+        pixels[static_cast<std::size_t>(y * width + x)] = color;
       }
-    };
-    canvas.clip = [](void* self, double left, double top, double right, double bottom) {
-      auto& sheet = *static_cast<Sheet*>(self);
-      sheet.clip[0] = left;
-      sheet.clip[1] = top;
-      sheet.clip[2] = right;
-      sheet.clip[3] = bottom;
-    };
-    canvas.unclip = [](void* self) { static_cast<Sheet*>(self)->Unclip(); };
-    return canvas;
+    }
   }
+  void Clip(double left, double top, double right, double bottom) override {
+    clip[0] = left;
+    clip[1] = top;
+    clip[2] = right;
+    clip[3] = bottom;
+  }
+  void Unclip() override { Sheet::Clip(0, 0, width, height); }
 };
 
 class Graphs : public testing::Test {

@@ -19,7 +19,7 @@ class Painting : public Graphs {
 
 TEST_F(Painting, AGraphHasAFrameOnGrayGroundAndItsTexts) {
   Sheet sheet(graph.Width, graph.Height);
-  PaintGraph(graph, tables.eval, sheet.Painted());
+  PaintGraph(graph, tables.eval, sheet);
   const PlotFrame& f = graph.frame;
   EXPECT_EQ(sheet.At(0, 0), 0xC8C8C8u);
   EXPECT_EQ(sheet.At(f.left, f.top), 0x000000u);
@@ -48,7 +48,7 @@ TEST_F(Painting, LaterCurvesPaintOverEarlierOnesInTheUsersOrder) {
       AddCurve(graph, curve);
     }
     Sheet sheet(graph.Width, graph.Height);
-    PaintGraph(graph, tables.eval, sheet.Painted());
+    PaintGraph(graph, tables.eval, sheet);
     const int middle = graph.frame.bottom - (graph.plotHeight - 1) / 2;
     EXPECT_EQ(sheet.At(graph.frame.left + 50, middle), order == 1 ? 0xFF0000u : 0x0000FFu);
   }
@@ -58,25 +58,25 @@ TEST_F(Painting, TheReaderIsADottedCrossThatNamesItsPlace) {
   MoveReader(graph, graph.frame.left + 100, graph.frame.bottom - 50);
   EXPECT_EQ(GraphTitle(graph), "Graph1 (304.878 : 0.206612)");
   Sheet sheet(graph.Width, graph.Height);
-  PaintGraph(graph, tables.eval, sheet.Painted());
+  PaintGraph(graph, tables.eval, sheet);
   for (int k = 1; k < 20; ++k) {
     EXPECT_EQ(sheet.At(graph.frame.left + 100, graph.frame.bottom - k), k % 4 < 2 ? 0x000000u : 0xFFFFFFu) << k;
     EXPECT_EQ(sheet.At(graph.frame.left + k, graph.frame.bottom - 50), k % 4 < 2 ? 0x000000u : 0xFFFFFFu) << k;
   }
   MoveReader(graph, 0, 0);
   EXPECT_EQ(GraphTitle(graph), "Graph1");
-  RepaintGraph(graph, tables.eval, sheet.Painted());
+  RepaintGraph(graph, tables.eval, sheet);
   EXPECT_EQ(sheet.At(graph.frame.left + 100, graph.frame.bottom - 1), 0xFFFFFFu);
 }
 
 TEST_F(Painting, NothingIsPaintedWhereNothingHasChanged) {
   AddCurve(graph, ModelCurve(model, kRefl));
   Sheet sheet(graph.Width, graph.Height);
-  PaintGraph(graph, tables.eval, sheet.Painted());
+  PaintGraph(graph, tables.eval, sheet);
   sheet.pixels.assign(sheet.pixels.size(), 0xABCDEF);
-  RepaintGraph(graph, tables.eval, sheet.Painted());
+  RepaintGraph(graph, tables.eval, sheet);
   Tell(GraphEvent::kModelParamChanged, 1);  // but the values are the same
-  RepaintGraph(graph, tables.eval, sheet.Painted());
+  RepaintGraph(graph, tables.eval, sheet);
   EXPECT_EQ(std::count(sheet.pixels.begin(), sheet.pixels.end(), 0xABCDEFu),
             static_cast<std::ptrdiff_t>(sheet.pixels.size()));
 }
@@ -121,7 +121,7 @@ TEST_F(Painting, ByComparisonLeavesTheSamePixelsAsPaintingEverything) {
       [&] { RemoveCurve(graph, CurveKind::kData, dataset.id, -1); },
   };
   Sheet live(graph.Width, graph.Height);
-  PaintGraph(graph, tables.eval, live.Painted());
+  PaintGraph(graph, tables.eval, live);
   for (int step = 0; step < 600; ++step) {
     if (graph.curves.size() > 9) {
       graph.curves.resize(4);
@@ -129,9 +129,9 @@ TEST_F(Painting, ByComparisonLeavesTheSamePixelsAsPaintingEverything) {
     }
     changes[static_cast<std::size_t>(die(static_cast<int>(changes.size())))]();
     if (die(3) == 0) continue;  // several changes between two repaints
-    RepaintGraph(graph, tables.eval, live.Painted());
+    RepaintGraph(graph, tables.eval, live);
     Sheet whole(graph.Width, graph.Height);
-    PaintGraph(graph, tables.eval, whole.Painted());
+    PaintGraph(graph, tables.eval, whole);
     ASSERT_EQ(live.pixels, whole.pixels) << "step " << step;
   }
 }

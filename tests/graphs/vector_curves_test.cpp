@@ -9,29 +9,25 @@ namespace kalvex {
 namespace {
 
 // What is drawn, as it is drawn.
-struct Drawing {
+struct Drawing : public Canvas {
   std::vector<std::vector<Point>> lines;
   std::vector<std::vector<Point>> polygons;
   std::vector<bool> filledWithColor;
   std::vector<std::uint32_t> colors;
 
-  Canvas Filled() {
-    Canvas canvas{};
-    canvas.self = this;
-    canvas.text = [](void*, Point, TextPlace, const Font&, std::uint32_t, std::string_view) {};
-    canvas.polyline = [](void* self, std::span<const Point> points, const Pen& pen) {
-      static_cast<Drawing*>(self)->lines.emplace_back(points.begin(), points.end());
-      static_cast<Drawing*>(self)->colors.push_back(pen.colour);
-    };
-    canvas.polygon = [](void* self, std::span<const Point> points, const std::uint32_t*, const Pen* outline) {
-      static_cast<Drawing*>(self)->polygons.emplace_back(points.begin(), points.end());
-      static_cast<Drawing*>(self)->filledWithColor.push_back(outline == nullptr);
-    };
-    canvas.rectangle = [](void*, double, double, double, double, std::uint32_t) {};
-    canvas.clip = [](void*, double, double, double, double) {};
-    canvas.unclip = [](void*) {};
-    return canvas;
+  void DrawText(Point, TextPlace, const Font&, std::uint32_t, std::string_view) override {}
+  void DrawPolyline(std::span<const Point> points, const Pen& pen) override {
+    lines.emplace_back(points.begin(), points.end());
+    colors.push_back(pen.colour);
   }
+  void DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t>,
+                   const std::optional<Pen>& outline) override {
+    polygons.emplace_back(points.begin(), points.end());
+    filledWithColor.push_back(!outline);
+  }
+  void FillRectangle(double, double, double, double, std::uint32_t) override {}
+  void Clip(double, double, double, double) override {}
+  void Unclip() override {}
 };
 
 class Paper : public Graphs {
@@ -39,7 +35,7 @@ class Paper : public Graphs {
   Paper() : graph(NewGraph()) {}
   Drawing Drawn() {
     Drawing drawing;
-    DrawGraphForPaper(graph, tables.eval, drawing.Filled());
+    DrawGraphForPaper(graph, tables.eval, drawing);
     for (const auto& line : drawing.lines) {
       for (const Point& p : line) {
         EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y));

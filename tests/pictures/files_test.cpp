@@ -20,16 +20,15 @@ void ExpectDecodes(const PixelSurface& surface) {
 }
 
 TEST(Png, OfFewColoursIsReadBackPixelForPixel) {
-  PixelSurface surface = MakePixelSurface(301, 77, 0xFFFFFF);
-  const Canvas canvas = CanvasOf(surface);
-  canvas.rectangle(canvas.self, 10, 10, 50, 60, 0xC80000);
-  canvas.text(canvas.self, {100, 20}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSerif, 20},
-              0x0000FF, "Wavenumber (1/cm)");
+  PixelSurface surface(301, 77, 0xFFFFFF);
+  surface.FillRectangle(10, 10, 50, 60, 0xC80000);
+  surface.DrawText({100, 20}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSerif, 20}, 0x0000FF,
+                   "Wavenumber (1/cm)");
   ExpectDecodes(surface);
 }
 
 TEST(Png, OfManyColoursIsReadBackPixelForPixel) {
-  PixelSurface surface = MakePixelSurface(200, 150, 0);
+  PixelSurface surface(200, 150, 0);
   std::mt19937 random(1);
   for (std::uint32_t& pixel : surface.pixels) pixel = random() & 0xFFFFFF;
   ExpectDecodes(surface);
@@ -38,35 +37,35 @@ TEST(Png, OfManyColoursIsReadBackPixelForPixel) {
 }
 
 TEST(Png, OfASinglePixelAndOfRowsLongerThanTheWindowOfCompression) {
-  ExpectDecodes(MakePixelSurface(1, 1, 0x123456));
-  ExpectDecodes(MakePixelSurface(16000, 3, 0x123456));
-  PixelSurface wide = MakePixelSurface(16000, 5, 0xFFFFFF);
+  ExpectDecodes(PixelSurface(1, 1, 0x123456));
+  ExpectDecodes(PixelSurface(16000, 3, 0x123456));
+  PixelSurface wide(16000, 5, 0xFFFFFF);
   for (std::size_t i = 0; i < wide.pixels.size(); i += 7) wide.pixels[i] = 0xFF0000;
   ExpectDecodes(wide);
 }
 
 TEST(Png, OfNothingIsAWhitePixel) {
-  EXPECT_EQ(DecodePng(PngOf(MakePixelSurface(0, 0, 0))).pixels, std::vector<std::uint32_t>{0xFFFFFF});
+  EXPECT_EQ(DecodePng(PngOf(PixelSurface(0, 0, 0))).pixels, std::vector<std::uint32_t>{0xFFFFFF});
 }
 
 // A scene that each writer draws: middles of its areas have known colours.
-void DrawScene(const Canvas& c) {
+void DrawScene(Canvas& c) {
   constexpr TextPlace kMiddle{HorizontalAlign::kCentre, VerticalAlign::kMiddle, false};
-  c.rectangle(c.self, 0, 0, 200, 160, 0xFFFFFF);
-  c.rectangle(c.self, 10, 10, 60, 40, 0xFF0000);
-  c.clip(c.self, 100, 10, 150, 40);
-  c.rectangle(c.self, 0, 0, 200, 160, 0x00FF00);
-  c.unclip(c.self);
+  c.FillRectangle(0, 0, 200, 160, 0xFFFFFF);
+  c.FillRectangle(10, 10, 60, 40, 0xFF0000);
+  c.Clip(100, 10, 150, 40);
+  c.FillRectangle(0, 0, 200, 160, 0x00FF00);
+  c.Unclip();
   const std::vector<Point> triangle = {{20, 60}, {60, 60}, {40, 100}};
   const std::uint32_t blue = 0x0000FF;
   const Pen black{0, 2};
-  c.polygon(c.self, triangle, &blue, &black);
+  c.DrawPolygon(triangle, blue, black);
   const std::vector<Point> line = {{100, 60}, {150, 60}, {150, 100}};
-  c.polyline(c.self, line, {0xFF00FF, 3});
+  c.DrawPolyline(line, {0xFF00FF, 3});
   const std::vector<Point> cut = {{-1e9, 140}, {1e9, 140}};
-  c.polyline(c.self, cut, {0x808000, 2});
-  c.text(c.self, {100, 125}, kMiddle, {Face::kSerif, 20}, 0, "Energy <1/cm> & σ²");
-  c.text(c.self, {180, 60}, {HorizontalAlign::kCentre, VerticalAlign::kMiddle, true}, {Face::kSans, 16}, 0, "0.25");
+  c.DrawPolyline(cut, {0x808000, 2});
+  c.DrawText({100, 125}, kMiddle, {Face::kSerif, 20}, 0, "Energy <1/cm> & σ²");
+  c.DrawText({180, 60}, {HorizontalAlign::kCentre, VerticalAlign::kMiddle, true}, {Face::kSans, 16}, 0, "0.25");
 }
 
 void ExpectScene(const DecodedPicture& picture) {
@@ -97,72 +96,71 @@ void ExpectScene(const DecodedPicture& picture) {
 
 TEST(Pictures, OfAllKindsShowTheSameScene) {
   const ScratchFolder folder;
-  PixelSurface surface = MakePixelSurface(200, 160, 0xFFFFFF);
-  DrawScene(CanvasOf(surface));
+  PixelSurface surface(200, 160, 0xFFFFFF);
+  DrawScene(surface);
   ExpectScene(DecodePng(PngOf(surface)));
-  SvgPicture svg{200, 160, {}};
-  DrawScene(CanvasOf(svg));
-  ExpectScene(DrawSvg(folder, SvgOf(svg)));
-  PdfPicture pdf{200, 160, {}};
-  DrawScene(CanvasOf(pdf));
-  ExpectScene(DrawPdf(folder, PdfOf(pdf)));
+  SvgPicture svg(200, 160);
+  DrawScene(svg);
+  ExpectScene(DrawSvg(folder, svg.Text()));
+  PdfPicture pdf(200, 160);
+  DrawScene(pdf);
+  ExpectScene(DrawPdf(folder, pdf.Bytes()));
 }
 
 TEST(Pictures, HoldTheirTextsAsTexts) {
   const ScratchFolder folder;
-  SvgPicture svg{200, 160, {}};
-  DrawScene(CanvasOf(svg));
-  EXPECT_NE(SvgOf(svg).find(">Energy &lt;1/cm&gt; &amp; σ²</text>"), std::string::npos);
-  PdfPicture pdf{200, 160, {}};
-  DrawScene(CanvasOf(pdf));
-  const std::string text = TextOfPdf(folder, PdfOf(pdf));
+  SvgPicture svg(200, 160);
+  DrawScene(svg);
+  EXPECT_NE(svg.Text().find(">Energy &lt;1/cm&gt; &amp; σ²</text>"), std::string::npos);
+  PdfPicture pdf(200, 160);
+  DrawScene(pdf);
+  const std::string text = TextOfPdf(folder, pdf.Bytes());
   EXPECT_NE(text.find("Energy <1/cm> & σ"), std::string::npos) << text;
   EXPECT_NE(text.find("0.25"), std::string::npos) << text;
 }
 
 TEST(Pictures, HoldLinesAsPolylinesWithAHundredthOfAPixel) {
-  SvgPicture svg{100, 100, {}};
-  const Canvas canvas = CanvasOf(svg);
+  SvgPicture svg(100, 100);
   const std::vector<Point> line = {{1, 2.3456}, {10.5, 99}, {20.004, 30}};
-  canvas.polyline(canvas.self, line, {0, 1.25});
-  EXPECT_NE(svg.body.find("points=\"1,2.35 10.5,99 20,30\""), std::string::npos) << svg.body;
-  EXPECT_NE(svg.body.find("stroke-width=\"1.25\""), std::string::npos) << svg.body;
+  svg.DrawPolyline(line, {0, 1.25});
+  EXPECT_NE(svg.Text().find("points=\"1,2.35 10.5,99 20,30\""), std::string::npos) << svg.Text();
+  EXPECT_NE(svg.Text().find("stroke-width=\"1.25\""), std::string::npos) << svg.Text();
 }
 
 TEST(Pictures, HoldNothingThatIsNoNumber) {
   const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
-  const auto draw = [&](const Canvas& c) {
+  const auto draw = [&](Canvas& c) {
     const std::vector<Point> points = {{nan, 5}, {inf, 7}, {1e300, -1e300}, {5, 5}, {50, 60}};
     const std::uint32_t fill = 0;
     const Pen pen{0, nan};
-    c.polyline(c.self, points, pen);
-    c.polygon(c.self, points, &fill, &pen);
-    c.rectangle(c.self, nan, 0, inf, 5, 0);
-    c.clip(c.self, nan, nan, nan, nan);
-    c.text(c.self, {nan, 0}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSans, 10}, 0, "a");
-    c.text(c.self, {1, 1}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSans, nan}, 0, "a\x01\xff");
-    c.unclip(c.self);
+    c.DrawPolyline(points, pen);
+    c.DrawPolygon(points, fill, pen);
+    c.FillRectangle(nan, 0, inf, 5, 0);
+    c.Clip(nan, nan, nan, nan);
+    c.DrawText({nan, 0}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSans, 10}, 0, "a");
+    c.DrawText({1, 1}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSans, nan}, 0, "a\x01\xff");
+    c.Unclip();
   };
-  SvgPicture svg{100, 100, {}};
-  draw(CanvasOf(svg));
-  PdfPicture pdf{100, 100, {}};
-  draw(CanvasOf(pdf));
-  for (const std::string& body : {svg.body, pdf.body}) {
+  SvgPicture svg(100, 100);
+  draw(svg);
+  PdfPicture pdf(100, 100);
+  draw(pdf);
+  for (const std::string& body : {svg.Text(), pdf.Drawing()}) {
     EXPECT_EQ(body.find("nan"), std::string::npos) << body;
     EXPECT_EQ(body.find("inf"), std::string::npos) << body;
   }
   const ScratchFolder folder;
-  EXPECT_EQ(DrawSvg(folder, SvgOf(svg)).width, 100);
-  EXPECT_EQ(DrawPdf(folder, PdfOf(pdf)).width, 100);
+  EXPECT_EQ(DrawSvg(folder, svg.Text()).width, 100);
+  EXPECT_EQ(DrawPdf(folder, pdf.Bytes()).width, 100);
 }
 
 TEST(Pictures, OfManyPointsAreWrittenAtOnce) {
   std::vector<Point> points;
   for (int i = 0; i < 100000; ++i) points.push_back({i * 0.005, 50 + 40 * std::sin(i * 0.01)});
-  SvgPicture svg{500, 100, {}};
-  const Canvas canvas = CanvasOf(svg);
-  canvas.polyline(canvas.self, points, {0, 1});
-  EXPECT_EQ(std::count(svg.body.begin(), svg.body.end(), ','), 100000);
+  SvgPicture svg(500, 100);
+  svg.DrawPolyline(points, {0, 1});
+  const std::string text = svg.Text();
+  EXPECT_EQ(std::count(text.begin(), text.end(), ','), 100000);
 }
 
 }  // namespace

@@ -29,37 +29,33 @@ std::set<std::pair<int, int>> InkOf(const PixelSurface& surface) {
 }
 
 TEST(PixelSurface, RectanglesFillWholePixels) {
-  PixelSurface surface = MakePixelSurface(10, 8, kPaper);
-  const Canvas canvas = CanvasOf(surface);
-  canvas.rectangle(canvas.self, 2, 3, 5, 4, kInk);
+  PixelSurface surface(10, 8, kPaper);
+  surface.FillRectangle(2, 3, 5, 4, kInk);
   EXPECT_EQ(InkOf(surface), (std::set<std::pair<int, int>>{{2, 3}, {3, 3}, {4, 3}}));
   EXPECT_EQ(At(surface, 3, 3), kInk);
-  canvas.rectangle(canvas.self, -1e300, -5, 1e300, 100, 0x112233);
+  surface.FillRectangle(-1e300, -5, 1e300, 100, 0x112233);
   EXPECT_EQ(InkOf(surface).size(), 80u);
 }
 
 TEST(PixelSurface, NothingIsDrawnOutsideTheClip) {
-  PixelSurface surface = MakePixelSurface(40, 30, kPaper);
-  const Canvas canvas = CanvasOf(surface);
-  canvas.clip(canvas.self, 10, 10, 20, 15);
-  canvas.rectangle(canvas.self, 0, 0, 40, 30, kInk);
+  PixelSurface surface(40, 30, kPaper);
+  surface.Clip(10, 10, 20, 15);
+  surface.FillRectangle(0, 0, 40, 30, kInk);
   const std::vector<Point> line = {{0, 12}, {40, 13}};
-  canvas.polyline(canvas.self, line, {0xFF0000, 3});
-  canvas.text(canvas.self, {0, 0}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSans, 30}, kInk,
-              "WWW");
+  surface.DrawPolyline(line, {0xFF0000, 3});
+  surface.DrawText({0, 0}, {HorizontalAlign::kLeft, VerticalAlign::kTop, false}, {Face::kSans, 30}, kInk, "WWW");
   for (const auto& [x, y] : InkOf(surface)) {
     EXPECT_TRUE(x >= 10 && x < 20 && y >= 10 && y < 15) << x << ' ' << y;
   }
-  canvas.unclip(canvas.self);
-  canvas.rectangle(canvas.self, 0, 0, 1, 1, kInk);
+  surface.Unclip();
+  surface.FillRectangle(0, 0, 1, 1, kInk);
   EXPECT_EQ(At(surface, 0, 0), kInk);
 }
 
 TEST(PixelSurface, LinesAlongTheAxesAreCrisp) {
-  PixelSurface surface = MakePixelSurface(20, 20, kPaper);
-  const Canvas canvas = CanvasOf(surface);
+  PixelSurface surface(20, 20, kPaper);
   const std::vector<Point> line = {{3.2, 5.4}, {9.7, 5.4}};
-  canvas.polyline(canvas.self, line, {kInk, 1});
+  surface.DrawPolyline(line, {kInk, 1});
   std::set<std::pair<int, int>> expected;
   for (int x = 3; x <= 9; ++x) expected.insert({x, 5});
   EXPECT_EQ(InkOf(surface), expected);
@@ -67,21 +63,19 @@ TEST(PixelSurface, LinesAlongTheAxesAreCrisp) {
 }
 
 TEST(PixelSurface, SlantedLinesCoverAsMuchAsTheyAreWide) {
-  PixelSurface surface = MakePixelSurface(60, 60, 0xFFFFFF);
-  const Canvas canvas = CanvasOf(surface);
+  PixelSurface surface(60, 60, 0xFFFFFF);
   const std::vector<Point> line = {{5, 10}, {45, 40}};  // 50 long
-  canvas.polyline(canvas.self, line, {0x000000, 3});
+  surface.DrawPolyline(line, {0x000000, 3});
   double ink = 0;
   for (const std::uint32_t pixel : surface.pixels) ink += 1 - (pixel & 0xFF) / 255.0;
   EXPECT_NEAR(ink, 3 * 50 + 3.14159 * 1.5 * 1.5, 6);  // with round ends
 }
 
 TEST(PixelSurface, PolygonsCoverTheirArea) {
-  PixelSurface surface = MakePixelSurface(60, 60, 0xFFFFFF);
-  const Canvas canvas = CanvasOf(surface);
+  PixelSurface surface(60, 60, 0xFFFFFF);
   const std::vector<Point> corners = {{10.3, 10}, {50, 20.7}, {30, 50}};
   const std::uint32_t fill = 0;
-  canvas.polygon(canvas.self, corners, &fill, nullptr);
+  surface.DrawPolygon(corners, fill, std::nullopt);
   double ink = 0;
   for (const std::uint32_t pixel : surface.pixels) ink += 1 - (pixel & 0xFF) / 255.0;
   const double area = 0.5 * std::abs((50 - 10.3) * (50 - 10) - (30 - 10.3) * (20.7 - 10));
@@ -89,10 +83,8 @@ TEST(PixelSurface, PolygonsCoverTheirArea) {
 }
 
 PixelSurface Drawn(const std::string& text, Face face, double height, bool turned = false) {
-  PixelSurface surface = MakePixelSurface(120, 120, kPaper);
-  const Canvas canvas = CanvasOf(surface);
-  canvas.text(canvas.self, {60, 60}, {HorizontalAlign::kCentre, VerticalAlign::kMiddle, turned}, {face, height}, kInk,
-              text);
+  PixelSurface surface(120, 120, kPaper);
+  surface.DrawText({60, 60}, {HorizontalAlign::kCentre, VerticalAlign::kMiddle, turned}, {face, height}, kInk, text);
   return surface;
 }
 
@@ -143,26 +135,23 @@ TEST(PixelText, HasTheSignsOfPhysics) {
 
 TEST(PixelSurface, TakesNoHarmFromWhatIsNoNumber) {
   const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
-  PixelSurface surface = MakePixelSurface(20, 20, kPaper);
-  const Canvas canvas = CanvasOf(surface);
+  PixelSurface surface(20, 20, kPaper);
   const std::vector<Point> line = {{nan, 5}, {inf, -inf}, {1e300, 7}, {-1e300, 7.5}, {3, nan}};
   const std::uint32_t fill = kInk;
   const Pen pen{kInk, nan};
-  canvas.polyline(canvas.self, line, pen);
-  canvas.polyline(canvas.self, {}, pen);
-  canvas.polygon(canvas.self, line, &fill, &pen);
-  canvas.polygon(canvas.self, {}, &fill, &pen);
-  canvas.rectangle(canvas.self, nan, nan, nan, nan, kInk);
-  canvas.clip(canvas.self, nan, inf, -inf, 0);
-  canvas.unclip(canvas.self);
+  surface.DrawPolyline(line, pen);
+  surface.DrawPolyline({}, pen);
+  surface.DrawPolygon(line, fill, pen);
+  surface.DrawPolygon({}, fill, pen);
+  surface.FillRectangle(nan, nan, nan, nan, kInk);
+  surface.Clip(nan, inf, -inf, 0);
+  surface.Unclip();
   for (const double height : {nan, inf, -3.0, 0.0, 1e-300, 1e300}) {
-    canvas.text(canvas.self, {5, 5}, {HorizontalAlign::kLeft, VerticalAlign::kTop, true}, {Face::kSans, height}, kInk,
-                "text");
+    surface.DrawText({5, 5}, {HorizontalAlign::kLeft, VerticalAlign::kTop, true}, {Face::kSans, height}, kInk, "text");
   }
-  PixelSurface none = MakePixelSurface(-5, 0, kPaper);
-  const Canvas empty = CanvasOf(none);
-  empty.rectangle(empty.self, 0, 0, 5, 5, kInk);
-  empty.polyline(empty.self, line, {kInk, 1});
+  PixelSurface none(-5, 0, kPaper);
+  none.FillRectangle(0, 0, 5, 5, kInk);
+  none.DrawPolyline(line, {kInk, 1});
   EXPECT_TRUE(none.pixels.empty());
 }
 

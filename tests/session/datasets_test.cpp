@@ -70,8 +70,8 @@ class Datasets : public testing::Test {
   const Graph& Shown() const { return *session.FindGraph(graph); }
   // Somebody looks at the graph: nothing in it is stale now.
   void Look() {
-    PixelSurface surface = MakePixelSurface(Shown().Width, Shown().Height, 0);
-    session.PaintGraph(graph, CanvasOf(surface));
+    PixelSurface surface(Shown().Width, Shown().Height, 0);
+    session.PaintGraph(graph, surface);
     ASSERT_EQ(Shown().staleKinds, 0u);
   }
   std::vector<CurveKind> StaleKinds() const {

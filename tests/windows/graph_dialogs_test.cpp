@@ -232,9 +232,9 @@ TEST_F(ContentsDialog, StoredUnchangedLeavesThePicture) {
   data.ShowLine = data.ShowSymbol = true;
   session.AddCurve(graph.number, data).Ignore();
   Sheet before(graph.Width, graph.Height), after(graph.Width, graph.Height);
-  session.PaintGraph(graph.number, before.Painted());
+  session.PaintGraph(graph.number, before);
   Store(Opened());
-  session.PaintGraph(graph.number, after.Painted());
+  session.PaintGraph(graph.number, after);
   EXPECT_EQ(before.pixels, after.pixels);
 }
 

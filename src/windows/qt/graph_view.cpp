@@ -68,7 +68,7 @@ void GraphView::Refresh() {
   if (of->repaint == Repaint::kNothing) return;
   {
     QtCanvas canvas(picture_);
-    keeper_.session().RepaintGraph(number_, canvas.Filled());
+    keeper_.session().RepaintGraph(number_, canvas);
   }
   update();
 }

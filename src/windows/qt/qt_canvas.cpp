@@ -26,51 +26,48 @@ QPolygonF PolygonOf(std::span<const Point> points) {
   return polygon;
 }
 
-void DrawText(QPainter& painter, Point at, TextPlace place, const Font& font, std::uint32_t color,
-              std::string_view utf8) {
+}  // namespace
+
+QtCanvas::QtCanvas(QImage& image) : painter_(&image) { painter_.setRenderHint(QPainter::Antialiasing, false); }
+
+void QtCanvas::DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
   const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-  painter.save();
-  painter.setFont(FontOf(font));
-  painter.setPen(ColorOf(color));
-  painter.translate(at.x, at.y);
-  if (place.turned) painter.rotate(-90);
-  const double width = QFontMetricsF(painter.font()).horizontalAdvance(text);
+  painter_.save();
+  painter_.setFont(FontOf(font));
+  painter_.setPen(ColorOf(colour));
+  painter_.translate(at.x, at.y);
+  if (place.turned) painter_.rotate(-90);
+  const double width = QFontMetricsF(painter_.font()).horizontalAdvance(text);
   const double x = place.horizontal == HorizontalAlign::kLeft     ? 0
                    : place.horizontal == HorizontalAlign::kCentre ? -width / 2
                                                                   : -width;
   const double y = place.vertical == VerticalAlign::kTop      ? 0
                    : place.vertical == VerticalAlign::kMiddle ? -font.height / 2
                                                               : -font.height;
-  painter.drawText(QRectF(x, y, width + 1, font.height), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, text);
-  painter.restore();
+  painter_.drawText(QRectF(x, y, width + 1, font.height), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, text);
+  painter_.restore();
 }
 
-}  // namespace
-
-QtCanvas::QtCanvas(QImage& image) : painter_(&image) { painter_.setRenderHint(QPainter::Antialiasing, false); }
-
-Canvas QtCanvas::Filled() {
-  Canvas canvas{};
-  canvas.self = this;
-  canvas.text = [](void* self, Point at, TextPlace place, const Font& font, std::uint32_t color,
-                   std::string_view text) { DrawText(PainterOf(self), at, place, font, color, text); };
-  canvas.polyline = [](void* self, std::span<const Point> points, const Pen& pen) {
-    PainterOf(self).setPen(QPen(ColorOf(pen.colour), pen.width));
-    PainterOf(self).drawPolyline(PolygonOf(points));
-  };
-  canvas.polygon = [](void* self, std::span<const Point> points, const std::uint32_t* fill, const Pen* outline) {
-    PainterOf(self).setPen(outline ? QPen(ColorOf(outline->colour), outline->width) : QPen(Qt::NoPen));
-    PainterOf(self).setBrush(fill ? QBrush(ColorOf(*fill)) : QBrush(Qt::NoBrush));
-    PainterOf(self).drawPolygon(PolygonOf(points));
-  };
-  canvas.rectangle = [](void* self, double left, double top, double right, double bottom, std::uint32_t color) {
-    PainterOf(self).fillRect(QRectF(left, top, right - left, bottom - top), ColorOf(color));
-  };
-  canvas.clip = [](void* self, double left, double top, double right, double bottom) {
-    PainterOf(self).setClipRect(QRectF(left, top, right - left, bottom - top));
-  };
-  canvas.unclip = [](void* self) { PainterOf(self).setClipping(false); };
-  return canvas;
+void QtCanvas::DrawPolyline(std::span<const Point> points, const Pen& pen) {
+  painter_.setPen(QPen(ColorOf(pen.colour), pen.width));
+  painter_.drawPolyline(PolygonOf(points));
 }
+
+void QtCanvas::DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t> fill,
+                           const std::optional<Pen>& outline) {
+  painter_.setPen(outline ? QPen(ColorOf(outline->colour), outline->width) : QPen(Qt::NoPen));
+  painter_.setBrush(fill ? QBrush(ColorOf(*fill)) : QBrush(Qt::NoBrush));
+  painter_.drawPolygon(PolygonOf(points));
+}
+
+void QtCanvas::FillRectangle(double left, double top, double right, double bottom, std::uint32_t colour) {
+  painter_.fillRect(QRectF(left, top, right - left, bottom - top), ColorOf(colour));
+}
+
+void QtCanvas::Clip(double left, double top, double right, double bottom) {
+  painter_.setClipRect(QRectF(left, top, right - left, bottom - top));
+}
+
+void QtCanvas::Unclip() { painter_.setClipping(false); }
 
 }  // namespace kalvex

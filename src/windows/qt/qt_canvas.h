@@ -9,13 +9,18 @@
 namespace kalvex {
 
 // Draws into the image for as long as it lives. Distances are those of the image divided by its device pixel ratio.
-class QtCanvas {
+class QtCanvas : public Canvas {
  public:
   explicit QtCanvas(QImage& image);
-  Canvas Filled();
+  void DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) override;
+  void DrawPolyline(std::span<const Point> points, const Pen& pen) override;
+  void DrawPolygon(std::span<const Point> points, std::optional<std::uint32_t> fill,
+                   const std::optional<Pen>& outline) override;
+  void FillRectangle(double left, double top, double right, double bottom, std::uint32_t colour) override;
+  void Clip(double left, double top, double right, double bottom) override;
+  void Unclip() override;
 
  private:
-  static QPainter& PainterOf(void* self) { return static_cast<QtCanvas*>(self)->painter_; }
   QPainter painter_;
 };
 

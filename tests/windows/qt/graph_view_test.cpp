@@ -22,7 +22,7 @@ class GraphOnScreen : public OnScreen {
     QImage image(QSize(copy.Width, copy.Height) * view().devicePixelRatioF(), QImage::Format_RGB32);
     image.setDevicePixelRatio(view().devicePixelRatioF());
     QtCanvas canvas(image);
-    PaintGraph(copy, eval, canvas.Filled());
+    PaintGraph(copy, eval, canvas);
     return image;
   }
 };
