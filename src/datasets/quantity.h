@@ -46,6 +46,6 @@ int QuantityOfFileName(std::string_view fileName);
 using QuantitySet = std::uint16_t;
 inline constexpr QuantitySet SetOf(int quantity) { return static_cast<QuantitySet>(1u << quantity); }
 inline constexpr QuantitySet kEveryQuantity = SetOf(kQuantityCount) - 1;
-inline constexpr bool Contains(QuantitySet set, int quantity) { return (set >> quantity) & 1u; }
+inline constexpr bool Contains(QuantitySet set, int quantity) { return (set & SetOf(quantity)) != 0; }
 
 }  // namespace kalvex

@@ -301,7 +301,8 @@ void ChainInterfaces(StackOf<Num>& stack, const Complex<Num>& sumT, const Num& s
     StackGradient<Num> g = stack.byRho[j];
     const Complex<Num>&a = stack.y[j - 1], &b = stack.y[j], sum = a + b, through = Num(1) + stack.rho[j];
     // No slopes where there is no interface, or nothing gets through.
-    const auto none = (Norm(sum) < Num(kTinyNorm)) | (Norm(through) == Num(0));
+    const auto noInterface = Norm(sum) < Num(kTinyNorm), nothingThrough = Norm(through) == Num(0);
+    const auto none = noInterface | nothingThrough;
     const Complex<Num> perRho = Num(1) / through;
     g.t += sumT * perRho;
     g.T += perRho * sumTT;

@@ -176,7 +176,7 @@ void Store(const PackQuantity& from, bool derivatives, std::size_t i, QuantityBl
   for (std::size_t k = 0; k < from.dExp.size(); ++k) from.dExp[k].Store(to.dExp[k].data() + i);
 }
 
-template <int K>
+template <std::size_t K>
 PacksDone FillPacks(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out) {
   PacksDone done{};
   for (std::size_t p = 0; p < done.size(); ++p) {

@@ -12,8 +12,8 @@ namespace kalvex {
 
 template <int N>
 struct Dual {
-  double a = 0;               // value
-  std::array<double, N> v{};  // derivatives
+  double a = 0;                                         // value
+  std::array<double, static_cast<std::size_t>(N)> v{};  // derivatives
 
   Dual() = default;
   Dual(double value) : a(value) {}  // NOLINT(google-explicit-constructor): constants mix with duals in every formula

@@ -54,7 +54,7 @@ std::int64_t Distance(const Part& part, UnitPoint from) {
 std::pair<std::int64_t, std::int64_t> ReachOf(const Part& part, std::int64_t rowMiddle, std::int64_t reach) {
   if (part.dy == 0) return std::minmax(part.a.x, part.b.x);
   const auto [top, bottom] = std::minmax(part.a.y, part.b.y);
-  const auto xAt = [&](std::int64_t y) {
+  const auto xAt = [&part, top = top, bottom = bottom](std::int64_t y) {
     return part.a.x + (std::clamp(y, top, bottom) - part.a.y) * part.dx / part.dy;
   };
   return std::minmax({xAt(rowMiddle - reach), xAt(rowMiddle + reach)});

@@ -139,7 +139,12 @@ Status Session::AddCurve(std::uint32_t number, const Curve& curve) {
 Status Session::RemoveCurve(std::uint32_t number, CurveKind kind, std::uint32_t of, int quantity) {
   const bool data = kind == CurveKind::kData;
   Statement statement(data ? "DeleteDataCurve" : "DeleteModelCurve");
-  statement.Int("GraphNo", number).Int(data ? "DatasetNo" : "ModelNo", data ? SlotOfDataset(tables_.datasets, of) : of);
+  statement.Int("GraphNo", number);
+  if (data) {
+    statement.Int("DatasetNo", SlotOfDataset(tables_.datasets, of));
+  } else {
+    statement.Int("ModelNo", of);
+  }
   if (!data && quantity >= 0) statement.Text("Quantity", QuantityNameOf(quantity));
   return ChangeGraph(number, OnGraph("remove a curve from", number, statement.Done()), [&](Graph& graph) {
     if (kalvex::RemoveCurve(graph, kind, of, quantity)) return Status();

@@ -202,7 +202,6 @@ class TypeRun {
   std::span<const SlotUse> fills_;
   std::span<const int> asked_;  // Quantities of evaluated partners; empty: those of the fills, each by each
   TypeScratch& scratch_;
-  double x_ = 0;
   bool derivatives_ = false;
   int directions_ = 0;
 };

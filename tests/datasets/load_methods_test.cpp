@@ -314,7 +314,7 @@ TEST(ShortNames, AreMatchedWholeAndInEitherCase) {
 }
 
 TEST_F(Method, NamesAreCutTo50Characters) {
-  for (const std::size_t length : {49, 50, 51, 200}) {
+  for (const std::size_t length : {49U, 50U, 51U, 200U}) {
     source.MasterFile = folder.Write(std::string(length, 'x'), "1 2\n");
     ASSERT_EQ(Load(), "");
     EXPECT_EQ(Slot().name, std::string(std::min<std::size_t>(length, 50), 'x'));

@@ -19,7 +19,7 @@ std::vector<Cplx> Random(std::size_t size) {
 }
 
 TEST(FftTest, IsTheSumOverAllPoints) {
-  for (const std::size_t size : {1, 2, 8, 64}) {
+  for (const std::size_t size : {1U, 2U, 8U, 64U}) {
     const std::vector<Cplx> z = Random(size);
     std::vector<Cplx> forward = z, back = z;
     const Fft fft(size);
@@ -32,8 +32,9 @@ TEST(FftTest, IsTheSumOverAllPoints) {
         minus += std::complex<double>(z[j].re, z[j].im) * std::polar(1.0, -angle);
         plus += std::complex<double>(z[j].re, z[j].im) * std::polar(1.0, angle);
       }
-      EXPECT_NEAR(std::abs(minus - std::complex<double>(forward[k].re, forward[k].im)), 0, 1e-13 * size);
-      EXPECT_NEAR(std::abs(plus - std::complex<double>(back[k].re, back[k].im)), 0, 1e-13 * size);
+      EXPECT_NEAR(std::abs(minus - std::complex<double>(forward[k].re, forward[k].im)), 0,
+                  1e-13 * static_cast<double>(size));
+      EXPECT_NEAR(std::abs(plus - std::complex<double>(back[k].re, back[k].im)), 0, 1e-13 * static_cast<double>(size));
     }
   }
 }

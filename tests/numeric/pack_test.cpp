@@ -12,7 +12,7 @@
 namespace kalvex {
 namespace {
 
-constexpr int kTrials = 20000;
+constexpr std::size_t kTrials = 20000;
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
 Pack PackOf(const double (&x)[kPack]) { return Pack::Load(x); }
@@ -29,7 +29,7 @@ template <class Check>
 void ForRandomPacks(double from, double to, Check check) {
   std::mt19937 random(11);
   std::uniform_real_distribution<double> argument(from, to);
-  for (int trial = 0; trial < kTrials; trial += kPack) {
+  for (std::size_t trial = 0; trial < kTrials; trial += kPack) {
     double x[kPack];
     for (double& one : x) one = argument(random);
     check(PackOf(x));

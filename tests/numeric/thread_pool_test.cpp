@@ -18,7 +18,7 @@ namespace {
 TEST(ThreadPool, EveryTaskIsDoneOnceByAThreadOfThePool) {
   for (const int threads : {1, 2, 7}) {
     ThreadPool pool(threads);
-    for (const std::size_t count : {0, 1, 2, 100, 1000}) {
+    for (const std::size_t count : {0U, 1U, 2U, 100U, 1000U}) {
       std::vector<int> done(count);
       std::atomic<bool> known{true};
       pool.Run(count, [&](std::size_t task, std::size_t thread) {

@@ -43,9 +43,9 @@ void ExpectSolved(const System& system, const std::vector<double>& b, const std:
 }
 
 TEST(SolveBanded, AnyShapeIsSolvedAndItsUpperTriangleStays) {
-  for (const std::size_t n : {1, 2, 3, 5, 63, 64, 65, 130, 201}) {
-    for (const std::size_t border : {0, 1, 3, 9}) {
-      for (const std::size_t half : {1, 2, 5, 40, 300}) {
+  for (const std::size_t n : {1U, 2U, 3U, 5U, 63U, 64U, 65U, 130U, 201U}) {
+    for (const std::size_t border : {0U, 1U, 3U, 9U}) {
+      for (const std::size_t half : {1U, 2U, 5U, 40U, 300U}) {
         if (border >= n) continue;
         System system(n, border, half);
         const std::vector<double> before = system.data;
@@ -65,8 +65,8 @@ TEST(SolveBanded, AnyShapeIsSolvedAndItsUpperTriangleStays) {
 }
 
 TEST(SolveBanded, FullColumnsAnywhereAreSolved) {
-  for (const std::size_t border : {0, 3}) {
-    for (const std::size_t columns : {1, 2, 7}) {
+  for (const std::size_t border : {0U, 3U}) {
+    for (const std::size_t columns : {1U, 2U, 7U}) {
       System system(260, border, 3, columns);
       for (std::size_t i = 0; i < 150; ++i) system.data[i * 260 + 150] = 0.5;  // and one in the middle
       std::vector<double> x(260);
@@ -80,9 +80,9 @@ TEST(SolveBanded, FullColumnsAnywhereAreSolved) {
 }
 
 TEST(SolveBanded, ABadPivotAnywhereIsFoundInAnyShape) {
-  for (const std::size_t border : {0, 2}) {
-    for (const std::size_t half : {2, 300}) {
-      for (const std::size_t bad : {0, 1, 70, 149}) {
+  for (const std::size_t border : {0U, 2U}) {
+    for (const std::size_t half : {2U, 300U}) {
+      for (const std::size_t bad : {0U, 1U, 70U, 149U}) {
         for (const double pivot : {0.0, -1e6, std::nan("")}) {
           System system(150, border, half);
           system.data[bad * 150 + bad] = pivot;
@@ -100,8 +100,8 @@ TEST(SolveBanded, ABadPivotAnywhereIsFoundInAnyShape) {
 TEST(OuterProducts, EqualThePlainSumsForEveryLengthAndCount) {
   std::mt19937 random(9);
   std::uniform_real_distribution<double> value(-1, 1);
-  for (const std::size_t n : {1, 7, 8, 15, 16, 17, 33, 76}) {
-    for (const std::size_t count : {1, 5, 64}) {
+  for (const std::size_t n : {1U, 7U, 8U, 15U, 16U, 17U, 33U, 76U}) {
+    for (const std::size_t count : {1U, 5U, 64U}) {
       std::vector<double> sums(n * n), matrix(n * n, 0.5), v(n), weighted(n), b(n, 0.25);
       VectorPanel panel(n);
       for (int round = 0; round < 2; ++round) {

@@ -210,11 +210,13 @@ TEST(PartialWeight, SpecialBranchesJoinTheClosedForm) {
 }
 
 TEST(PartialWeight, DerivativesAgreeWithDifferenceQuotients) {
-  for (const auto& [w, W, G] :
-       {std::tuple(50.0, 100.0, 10.0), std::tuple(130.0, 100.0, 25.0), std::tuple(300.0, 100.0, 450.0)}) {
-    const PartialWeight at = PartialWeightOf(w, W, G);
-    const SlopeEstimate byW = RiddersSlope([&](double x) { return PartialWeightOf(w, x, G).F; }, W, 2);
-    const SlopeEstimate byG = RiddersSlope([&](double x) { return PartialWeightOf(w, W, x).F; }, G, 1);
+  struct Case {
+    double w, W, G;
+  };
+  for (const Case& c : {Case{50, 100, 10}, Case{130, 100, 25}, Case{300, 100, 450}}) {
+    const PartialWeight at = PartialWeightOf(c.w, c.W, c.G);
+    const SlopeEstimate byW = RiddersSlope([&](double x) { return PartialWeightOf(c.w, x, c.G).F; }, c.W, 2);
+    const SlopeEstimate byG = RiddersSlope([&](double x) { return PartialWeightOf(c.w, c.W, x).F; }, c.G, 1);
     EXPECT_NEAR(at.dW, byW.value, 20 * byW.error + 1e-9 * std::fabs(byW.value));
     EXPECT_NEAR(at.dG, byG.value, 20 * byG.error + 1e-9 * std::fabs(byG.value));
   }

@@ -109,7 +109,7 @@ TEST(Superconductor, DerivativesAgreeWithDifferenceQuotients) {
       called.Value(code, w);
       const auto slopes = called.slopes;
       for (std::size_t i = 0; i < in.size(); ++i) {
-        const auto part = [&, c = code](bool imaginary) {
+        const auto part = [&, &in = in, c = code](bool imaginary) {
           return [&, c, imaginary](double x) {
             called.values[i] = x;
             const Cplx z = called.Value(c, w);

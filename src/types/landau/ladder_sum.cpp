@@ -135,7 +135,7 @@ bool AreSame(const TypeDual& a, const TypeDual& b) { return a.a == b.a && a.v ==
 template <class T, class Sum>
 const LadderSums<T>& MadeOrKept(const LadderTable<T>& table, const Complex<T>& z, std::span<const double> ahead) {
   auto& [at, sums, last] = table.made;
-  const auto stands = [&](std::size_t i) {
+  const auto stands = [&z, &at = at](std::size_t i) {
     return i < at.size() && AreSame(at[i].re, z.re) && AreSame(at[i].im, z.im);
   };
   if (stands(last + 1)) ++last;

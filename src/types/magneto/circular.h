@@ -100,7 +100,7 @@ template <class T>
 void FillSheetOnSubstrate(const Circular<T>& sigma, const Complex<T>& sigma0, const T& layers,
                           const Complex<T>& substrate, Slots<T>& q) {
   const T perSigma = T(kSheetOfLayer) * layers;
-  const Complex<T> one(T(1), T(0));
+  const Complex<T> one{T(1), T(0)};
   const Circular<T> s{sigma.plus * perSigma, sigma.minus * perSigma};
   const Circular<T> t{SheetTransmission(one, substrate, s.plus), SheetTransmission(one, substrate, s.minus)};
   const Circular<T> r{SheetReflection(one, substrate, s.plus), SheetReflection(one, substrate, s.minus)};

@@ -267,7 +267,7 @@ TEST_F(GrapheneOnSubstrate, InAReversedFieldExchangesTheCircularSenses) {
   const auto up = values();
   At(1, Wp).value *= -1;
   const auto down = values();
-  for (const std::size_t pair : {0, 2, 4}) {
+  for (const std::size_t pair : {0U, 2U, 4U}) {
     EXPECT_DOUBLE_EQ(up[pair], down[pair + 1]);
     EXPECT_DOUBLE_EQ(up[pair + 1], down[pair]);
     EXPECT_GT(std::fabs(up[pair] - up[pair + 1]), 1e-4);
