@@ -1,6 +1,6 @@
-// One binary for every x86-64: a function marked so is compiled for each width of the vector units, and the best one
-// for the machine is taken when the program starts. The sanitizers cannot look into such functions, so there it is
-// plain.
+// One binary for every x86-64 machine: a function marked with KALVEX_VECTOR_CLONES is compiled once for each width of
+// the vector units. The program selects the best version when it starts. The sanitizers do not support such functions:
+// with them the macro is empty.
 #pragma once
 
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__) && \
@@ -12,7 +12,7 @@
 
 namespace kalvex {
 
-// Whether the machine has the registers of the widest clones.
+// Whether the machine has the vector registers of the widest version.
 inline bool HasWideVectors() {
 #if defined(__x86_64__) && defined(__GNUC__)
   return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vl") != 0;
