@@ -178,7 +178,7 @@ TEST_F(Running, TheThousandthIterationEndsARunWhateverTheOptions) {
   options().MaxSeconds = 1000;
   s.Run();
   EXPECT_EQ(fit().IterationCount, 1000);
-  EXPECT_EQ(Stop(), "the most iterations that a run may take");
+  EXPECT_EQ(Stop(), "largest number of iterations of a run");
 }
 
 TEST_F(Running, LambdasThatCannotGrowEndARun) {
