@@ -142,7 +142,7 @@ struct PlateAmplitude {
 };
 
 // E = exp(2 pi i n w d). An exponent with a real part above kGrowthLimit indicates an unphysical medium. E is then
-// exactly 1, without derivatives.
+// exactly 1, without derivatives. From kGrowthEnd on the thickness node contributes 0.
 template <class T, int K>
 struct PlatePhase {
   Slope<T, K> E;
