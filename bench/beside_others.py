@@ -4,8 +4,9 @@
     scripts/bench --beside FOLDER [--only W1,W3] [--peers gsl,limit] [--runs 7]
 
 FOLDER holds `workloads/` with macros W1.kvs and so on, and `run_peers.sh`, which runs the others and writes
-`results.json`. It is copied into the build folder. The time of a fit is read from verbose output. The time of an evaluation is the
-difference of two macros. Neither contains the start of the program. The shortest run is used, as for the bounds."""
+`results.json`. It is copied into the build folder. The time of a fit is read from verbose output. The time of an
+evaluation is the difference of two macros. Neither contains the start of the program. The shortest run is used, as for
+the bounds."""
 import argparse
 import json
 import os
@@ -41,8 +42,8 @@ class Workloads:
         return min(seconds(self.run(macro, threads)[2]) for _ in range(self.runs))
 
     def evaluation(self, macro, threads):
-        """Seconds of one evaluation. The macro is repeated ten times, which makes the rest of it negligible. On one core
-        the processor time is used, because the rest waits for the disk."""
+        """Seconds of one evaluation. The macro is repeated ten times, which makes the rest of it negligible. On one
+        core the processor time is used, because the rest waits for the disk."""
         base, times = EVALUATIONS[macro]
         with open(os.path.join(self.folder, macro + ".kvs")) as file:
             text = re.sub(r"(?:^VarDielFunc.*\n)+", lambda found: 10 * found.group(0), file.read(), flags=re.MULTILINE)

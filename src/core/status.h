@@ -19,7 +19,7 @@ enum class StatusCode {
   kBadFormat,    // a file does not have the expected format
   kCannotWrite,  // a file cannot be written
   kOutOfMemory,
-  kNotComputed,  // the model has no formula for this value
+  kNotComputed,  // a model did not compute its values
 };
 
 class [[nodiscard]] Status {

@@ -14,12 +14,7 @@
 //   plain_spectrum.h     blocks of a plain model, with plain_rows.h and the loops in vector_kernels.h
 //   spectrum_team.h      spectra shared by several threads
 //
-// Read the files in this order.
-//
-// A result of the previous evaluation stays if an evaluation does not compute it. This happens for a special model that
-// fails. It also happens for slopes by parameters that the evaluation does not reach, by the factors of a product that
-// is not computed, and by experimental parameters if the dielectric function is out of range. Values stay in the
-// context between calls; slopes start from those saved in the parameters (StartFromSaved).
+// Read the files in this order. EvalContext explains which results of a previous evaluation stay.
 #pragma once
 
 #include <cstdint>
@@ -58,6 +53,10 @@ struct CompleteTerms {
   std::vector<std::size_t> records;  // terms that have all their rows, in table order
 };
 
+// A result of the previous evaluation stays if an evaluation does not compute it. This happens for a special model that
+// fails. It also happens for slopes by parameters that the evaluation does not reach, by the factors of a product that
+// is not computed, and by experimental parameters if the dielectric function is out of range. Values stay in the
+// context between calls; slopes start from those saved in the parameters (StartFromSaved).
 struct EvalContext {
   const ParamTables* params = nullptr;
   const DatasetTable* datasets = nullptr;

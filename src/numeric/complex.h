@@ -1,11 +1,13 @@
 // src/numeric (floor 1, together with src/core) holds the mathematics: number types, special functions, linear algebra
-// and the thread pool. It knows no physics.
+// and the thread pool. Its only physics is the Fermi function.
 //
-//   real.h, complex.h, dual.h, pack.h   number types: a formula is a template over them. A dual number carries derivatives, a pack holds eight doubles
+//   real.h, complex.h, dual.h, pack.h   number types. A formula is a template over them; a dual number carries
+//                                       derivatives, a pack holds eight doubles
 //   digamma.h, faddeeva.h, fermi.h      special functions
 //   quadrature.h, fft.h                 integrals and the discrete Fourier transform
-//   polynomial_roots.h, small_eigen.h, hermitian_eigen.h                roots and eigenvalues
-//   square_matrix.h, tile.h, rank_update.h, full_factor.h, band_solver.h   sums of outer products and Cholesky factors
+//   polynomial_roots.h                  roots
+//   small_eigen.h, hermitian_eigen.h    eigenvalues and eigenvectors
+//   square_matrix.h, tile.h, rank_update.h, full_factor.h, band_solver.h   outer products and Cholesky factors
 //   thread_pool.h                       work shared by several threads
 //
 // Read real.h, this header and dual.h first.

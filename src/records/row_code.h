@@ -9,8 +9,8 @@ namespace kalvex {
 
 inline constexpr std::int32_t kPlainRow = 0;
 inline constexpr std::int32_t kBaseRow = 1000;         // factorised product: base value
-inline constexpr std::int32_t kDenominatorRow = 1001;  // factorised product: factor of the denominator (TO frequency and width)
-inline constexpr std::int32_t kNumeratorRow = 1002;    // factorised product: factor of the numerator (LO frequency and width)
+inline constexpr std::int32_t kDenominatorRow = 1001;  // its denominator: TO frequency and width
+inline constexpr std::int32_t kNumeratorRow = 1002;    // its numerator: LO frequency and width
 
 // A negative value, truncated to 32 bits and negated. 0 if the value is not negative, is adjustable, or is too large.
 inline std::int32_t NegatedCode(const ModelParam& param) {
