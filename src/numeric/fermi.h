@@ -5,7 +5,7 @@
 
 namespace kalvex {
 
-// 1/(exp(e/kT) + 1), with the energy e relative to the chemical potential and in the unit of kT. A step function at a
+// 1/(exp(e/kT) + 1). e is the energy relative to the chemical potential, in the same unit as kT. A step function at a
 // temperature of 0; exactly 0 or 1 beyond 100 kT.
 template <class T>
 T Fermi(const T& e, const T& kT) {
