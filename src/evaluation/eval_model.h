@@ -28,7 +28,7 @@ int StdEvalAfter(EvalContext& ctx, const Model& model);
 QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives);
 
 // Weight of the delta function at zero frequency, -eps1 w^2 at w = 1e-5 cm-1. The model is evaluated as a plain one.
-// Afterwards only E1 is wanted.
+// Afterwards E1 is marked as wanted.
 double ZeroFrequencyWeight(EvalContext& ctx, const Model& model);
 
 }  // namespace kalvex
