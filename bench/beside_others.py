@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Times whole workloads with the program, beside the programs of others and the measured bounds, in one run.
+"""Times whole workloads in one run: the program, the programs of others, and the measured bounds.
 
     scripts/bench --beside FOLDER [--only W1,W3] [--peers gsl,limit] [--runs 7]
 
 FOLDER holds `workloads/` with macros W1.kvs and so on, and `run_peers.sh`, which runs the others and writes
-`results.json`. It is copied into the build folder. Fits are timed as verbose output tells them, evaluations as the
-difference of two macros; neither holds the start of the program. The least of the runs counts, as for the bounds."""
+`results.json`. It is copied into the build folder. The time of a fit is read from verbose output. The time of an
+evaluation is the difference of two macros. Neither contains the start of the program. The shortest run is used, as for
+the bounds."""
 import argparse
 import json
 import os
@@ -41,8 +42,8 @@ class Workloads:
         return min(seconds(self.run(macro, threads)[2]) for _ in range(self.runs))
 
     def evaluation(self, macro, threads):
-        """Seconds of one evaluation, of ten times as many as the macro has, so that the rest of it does not count. By
-        processor time on one core, since the rest waits for the disk."""
+        """Seconds of one evaluation. The macro is repeated ten times, which makes the rest of it negligible. On one
+        core the processor time is used, because the rest waits for the disk."""
         base, times = EVALUATIONS[macro]
         with open(os.path.join(self.folder, macro + ".kvs")) as file:
             text = re.sub(r"(?:^VarDielFunc.*\n)+", lambda found: 10 * found.group(0), file.read(), flags=re.MULTILINE)
@@ -53,12 +54,12 @@ class Workloads:
         return (least[0] - least[1]) / (10 * times)
 
     def files(self):
-        """Processor seconds of W4 without its fits, and of a macro that does nothing."""
+        """Processor seconds of W4 without its fits, and of an empty macro."""
         return min(self.run("W4_0", 1)[1] for _ in range(self.runs))
 
 
 def least_of(rows, wanted):
-    """Least time of those that came to the same result: some give up, or get nowhere in so few steps."""
+    """Least time of the programs that reach the same result: some fail, or do not converge in so few steps."""
     done = [row for row in rows if "wall" in row]
     best = min((row["chi2"] for row in done), default=0)
     return min((row["wall"] for row in done if wanted(row["peer"]) and row["chi2"] < 1.01 * best), default=None)
@@ -90,10 +91,10 @@ def line(macro, one, two, rows):
 
 
 def others(options, macro):
-    """What the others need for a workload; their own tables are in tables.md of the copy."""
+    """Times of the others for a workload; their own tables are in tables.md of the copy."""
     results = os.path.join(options.copy, "results.json")
     if os.path.exists(results):
-        os.remove(results)  # those of another run
+        os.remove(results)  # from an earlier run
     subprocess.run([os.path.join(options.copy, "run_peers.sh"), "--only", macro, "--peers", options.peers, "--runs",
                     str(options.runs)], check=True, stdout=subprocess.DEVNULL)
     with open(results) as file:
@@ -115,7 +116,7 @@ def main():
     print("| workload | one core, ms | bound, ms | of the bound | best other | best Python | two threads, ms | faster | "
           "bound faster |\n|---|---|---|---|---|---|---|---|---|")
     for macro in options.only.split(","):
-        rows = others(options, macro)  # at nearly the same time: machines that are shared change their pace
+        rows = others(options, macro)  # at nearly the same time: the speed of a shared machine varies
         measure = workloads.fit if macro in FITS else workloads.evaluation
         print(line(macro, measure(macro, 1), measure(macro, 2), rows), flush=True)
     if "W4" in options.only.split(","):

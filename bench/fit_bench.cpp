@@ -22,7 +22,7 @@ void SetRow(kalvex::Model& model, int row, double wo, double wp, double g) {
   kalvex::Cell(model, row, kalvex::G).value = g;
 }
 
-// off: how far Wp, G and epsInf stand from the truth, as a part of themselves.
+// off: relative deviation of Wp, G and epsInf from the true values.
 void SetModel(kalvex::Model& model, double off) {
   std::mt19937 random(1);
   std::uniform_real_distribution<double> spread(-1, 1);

@@ -1,4 +1,4 @@
-// A graph that follows a fit: what a repaint costs beside the evaluation of its model.
+// A graph that follows a fit: the cost of a repaint compared with the evaluation of its model.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -59,7 +59,7 @@ struct LiveGraph {
   static constexpr int kCurves[] = {kalvex::kRefl, kalvex::kLoss, kalvex::kTrans};
 };
 
-// range 0: what changes. 0: a parameter, as in each iteration of a fit; 1: the data, too.
+// range 0: what changes. 0: a parameter, as in each iteration of a fit; 1: also the data.
 void RepaintOfAGraph(benchmark::State& state) {
   LiveGraph live;
   for (auto _ : state) {
@@ -79,7 +79,7 @@ void PaintOfAWholeGraph(benchmark::State& state) {
 }
 BENCHMARK(PaintOfAWholeGraph)->Unit(benchmark::kMillisecond);
 
-// The share of the model in RepaintOfAGraph/0.
+// The part of RepaintOfAGraph/0 that evaluates the model.
 void EvaluationForAGraph(benchmark::State& state) {
   LiveGraph live;
   for (auto _ : state) {

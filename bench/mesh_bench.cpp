@@ -1,5 +1,5 @@
-// Fits of a variational dielectric function: the constrained mesh, which is full, and the free one, which is a band
-// behind a few full rows. 2000 points of R; the free mesh has 2000 points of each of two Quantities.
+// Fits of a variational dielectric function. The matrix of the constrained mesh is full; that of the free mesh is a
+// band with a few full rows. 2000 points of R; the free mesh has 2000 points of each of two Quantities.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -27,7 +27,7 @@ void SetRow(kalvex::Model& model, int row, double wo, double wp, double g) {
   kalvex::Cell(model, row, kalvex::G).value = g;
 }
 
-// A spectrum of three oscillators and a bump of E2, to be followed by a mesh on two of the oscillators.
+// A spectrum of three oscillators and a bump of E2. A mesh on two of the oscillators is fitted to it.
 struct Problem {
   kalvex::Tables tables;
   kalvex::Model& model;
@@ -92,7 +92,7 @@ void RunFits(benchmark::State& state, Problem& problem) {
       benchmark::Counter(iterations, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-// So many points, with one thread and with two.
+// The given numbers of points, with one thread and with two.
 void OnThreads(benchmark::internal::Benchmark* benchmark, std::vector<std::int64_t> points) {
   benchmark->ArgNames({"points", "threads"})->ArgsProduct({points, {1, 2}});
   benchmark->UseRealTime()->Unit(benchmark::kMillisecond);
@@ -112,7 +112,7 @@ void FreeMesh(benchmark::State& state) {
 }
 BENCHMARK(FreeMesh)->Apply(FreeSizes);
 
-// The shares of an iteration: evaluation with kernels at hand and alpha together, and the solution alone.
+// The parts of an iteration: the evaluation with cached kernels together with alpha, and the solution alone.
 void ConstrainedMeshAlpha(benchmark::State& state) {
   Problem problem(static_cast<int>(state.range(0)), true, false, static_cast<int>(state.range(1)));
   kalvex::FitState& fit = problem.tables.fit;

@@ -1,5 +1,5 @@
-// Every special model: 1000 frequencies of a Quantity, as a table for docs/performance.md. Each is set up by the macro
-// on its page, with partners of four oscillators and with meshes as fine as somebody takes who wants results.
+// Every special model: 1000 frequencies of a Quantity, as a table for docs/performance.md. The macro on the type's page
+// sets it up, with partners of four oscillators and with meshes fine enough for real use.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -33,7 +33,7 @@ using kalvex::Wp;
 
 constexpr int kFrequencies = 1000, kDataRows = 1000, kMeshPoints = 100;
 
-// The pages' meshes are so small that a first trial takes no time. Rows count from 0.
+// The meshes on the pages are small, to make a first trial fast. Rows count from 0.
 struct MeshSetting {
   int code, row, column;
   double value;
@@ -53,7 +53,7 @@ constexpr MeshSetting kMeshes[] = {
     {105, 3, G, 100}, {105, 4, G, 64},  {107, 4, G, 64},  {110, 4, G, 64},  {84, 2, Wo, 60},
     {84, 3, Wp, 10},  {97, 2, Wp, 60},  {97, 2, G, 10}};  // levels, parts of a spread
 
-// Types write files, and macros read them, in the current directory.
+// A temporary current directory: types write files there, and macros read them.
 class FolderOfItsOwn {
  public:
   FolderOfItsOwn()
@@ -75,7 +75,7 @@ class FolderOfItsOwn {
 
 double At(const ModelType& type, double share) { return type.page.from + (type.page.to - type.page.from) * share; }
 
-// The page's macro, and the files that it loads: datasets, and a mesh for a variational dielectric function.
+// Writes the page's macro and the files that it loads: datasets, and a mesh for a variational dielectric function.
 kalvex::Status WritePage(const ModelType& type) {
   std::string data;
   for (int i = 0; i < kDataRows; ++i) {
@@ -115,7 +115,7 @@ void RefineMesh(Model& model) {
   }
 }
 
-// The model of the page, which is the last one of its macro, and the datasets; null if the macro does not run.
+// The model of the page, which is the last one of its macro, and the datasets. Null if the macro fails.
 Model* SetUp(const ModelType& type, Tables& tables) {
   if (!WritePage(type).Ok()) return nullptr;
   kalvex::Session session(tables.platform);
@@ -152,7 +152,7 @@ std::vector<kalvex::ParamPlace> FreePlaces(Tables& tables) {
   return places;
 }
 
-// The first result on the page; of the lattice type its bands are no matter, the conductivity is.
+// The first result on the page. For the lattice type it is the conductivity, not the bands.
 int QuantityOf(const ModelType& type) {
   if (type.fills.empty()) return kalvex::kRefl;  // a material gives all of them
   return type.code == 31 ? kalvex::kDepth : type.fills[0].quantity;
@@ -161,7 +161,7 @@ int QuantityOf(const ModelType& type) {
 enum Slopes { kValues, kWithSlopes };
 enum Numbers { kChange, kStay };
 
-// The parameters of all models change from one spectrum to the next, as in a fit, or stay.
+// The parameters of all models either change from one spectrum to the next, as in a fit, or stay.
 void Evaluate(benchmark::State& state, const ModelType* type, Slopes slopes, Numbers numbers) {
   Tables tables;
   Model* const model = SetUp(*type, tables);
@@ -185,7 +185,8 @@ void Evaluate(benchmark::State& state, const ModelType* type, Slopes slopes, Num
   state.counters["free"] = static_cast<double>(places.size());
 }
 
-// A line for each type, as in docs/performance.md. Where numbers that stay save a fifth or more, both times are told.
+// A line for each type, as in docs/performance.md. If unchanged parameters save a fifth or more, both times are
+// printed.
 class TypeTable : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override {

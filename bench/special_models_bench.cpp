@@ -1,4 +1,4 @@
-// Spectra of special models: a stack whose layers spread, a pulse, Landau levels, a tip, bands.
+// Spectra of special models: a stack whose thicknesses have a spread, a pulse, Landau levels, a tip, bands.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -31,8 +31,8 @@ Model& NewModel(Tables& tables, double epsInf, std::initializer_list<std::array<
   return model;
 }
 
-// Quantities of a model at so many frequencies, with the derivatives by all free parameters, after a change of it as a
-// fit makes them: what depends on the parameters alone counts.
+// Quantities of a model at a number of frequencies, with the derivatives by all free parameters, after a change of
+// parameters as in a fit. Results that depend only on the parameters must be recomputed.
 template <class Change>
 void EvaluateWithDerivatives(benchmark::State& state, Tables& tables, Model& model, double from, double to,
                              std::size_t points, kalvex::QuantitySet wanted, Change change) {
@@ -58,7 +58,7 @@ void EvaluateWithDerivatives(benchmark::State& state, Tables& tables, Model& mod
   EvaluateWithDerivatives(state, tables, model, from, to, points, wanted, [] {});
 }
 
-// Five layers of three materials; the second and the fourth thickness spread when asked for.
+// Five layers of three materials. On request the second and the fourth thickness have a spread.
 void StackOfFiveLayers(benchmark::State& state) {
   Tables tables(static_cast<int>(state.range(1)));
   const double spread = state.range(0) ? 0.05 : 0;
@@ -77,7 +77,7 @@ BENCHMARK(StackOfFiveLayers)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
-// One iteration's worth of a fit in the time domain: the trace of 4096 points with its derivatives.
+// The work of one iteration of a fit in the time domain: the trace of 4096 points with its derivatives.
 void PulseOf4096Points(benchmark::State& state) {
   constexpr int kPoints = 4096;
   Tables tables;
@@ -103,8 +103,8 @@ void GrapheneInAField(benchmark::State& state) {
 }
 BENCHMARK(GrapheneInAField)->Unit(benchmark::kMillisecond);
 
-// A fit to both parts of the tensor's diagonal, 1000 points each, with background, broadening and weight free, from 10
-// % beside the truth. The velocity is held: it moves levels across the cut-off, and ChiSq has steps there.
+// A fit to both parts of the tensor's diagonal, 1000 points each, with background, broadening and weight free. The
+// start values are off by 10 %. The velocity is fixed: it moves levels across the cut-off, where ChiSq has steps.
 void FitOfGrapheneInAField(benchmark::State& state) {
   Tables tables;
   Model& model = NewModel(tables, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
@@ -140,7 +140,7 @@ void FitOfGrapheneInAField(benchmark::State& state) {
     state.ResumeTiming();
     if (!kalvex::RunFit(tables).Ok()) state.SkipWithError("out of memory");
   }
-  if (tables.fit.TotalChiSq > 1e-6) state.SkipWithError("the fit did not find the truth");
+  if (tables.fit.TotalChiSq > 1e-6) state.SkipWithError("the fit did not find the true values");
   state.counters["iterations"] = tables.fit.IterationCount;
 }
 BENCHMARK(FitOfGrapheneInAField)->Unit(benchmark::kMillisecond);
@@ -187,7 +187,7 @@ void BismuthInAField(benchmark::State& state) {
 BENCHMARK(BismuthInAField)->Unit(benchmark::kMillisecond);
 
 // A tip on silicon carbide and gold, 1000 frequencies, 64 points of its cycle, 100 momenta: contrast and phase of the
-// sum over momenta. The sample: a plain model, or a surface of type 73 that answers at each momentum.
+// sum over momenta. The sample: a plain model, or a surface of type 73 that is evaluated at each momentum.
 void TipOnASurface(benchmark::State& state) {
   Tables tables;
   NewModel(tables, 0, {{-1000, 6.56, 0}, {-1002, 970, 5}, {-1001, 797, 5}});
@@ -200,8 +200,8 @@ void TipOnASurface(benchmark::State& state) {
 }
 BENCHMARK(TipOnASurface)->ArgName("surface")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
-// The lattice of bilayer graphene: 1000 points of the path with all bands, or of the conductivity on a mesh of so many
-// wave vectors in each direction, whose chemical potential changes from one spectrum to the next.
+// The lattice of bilayer graphene: 1000 points of the path with all bands, or the conductivity on a mesh with the given
+// number of wave vectors in each direction. The chemical potential changes from one spectrum to the next.
 void BandsOfABilayer(benchmark::State& state) {
   const std::filesystem::path before = std::filesystem::current_path(),
                               folder = std::filesystem::temp_directory_path() / "kalvex_bench_bands";

@@ -1,4 +1,4 @@
-// The whole program from start to end with an empty macro: time, and the most memory it held.
+// The whole program from start to end with an empty macro: time, and peak memory.
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -24,7 +24,7 @@ void StartWithAnEmptyMacro(benchmark::State& state) {
     int status = 0;
     struct rusage usage {};
     ::wait4(child, &status, 0, &usage);
-    if (status != 0) state.SkipWithError("does not run");
+    if (status != 0) state.SkipWithError("fails");
     if (usage.ru_maxrss > mostKib) mostKib = usage.ru_maxrss;
   }
   state.counters["MiB"] = static_cast<double>(mostKib) / 1024;

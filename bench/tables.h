@@ -1,4 +1,4 @@
-// The tables that the lower floors work on, joined for a measurement: no session guards them.
+// The tables of the lower floors in one record, without a session.
 #pragma once
 
 #include "core/platform.h"
@@ -23,7 +23,7 @@ struct Tables {
   FitState fit;
   GraphTable graphs;
 
-  // threads: how many may evaluate at once.
+  // threads: number of threads for an evaluation.
   explicit Tables(int threads = 1) : pool(threads) {
     params.ExpParams = DefaultExpParams();
     eval.params = &params;
@@ -37,7 +37,7 @@ struct Tables {
   Tables& operator=(const Tables&) = delete;
 };
 
-// Holds the dataset of a slot, from 1, against a model.
+// Adds a term: the dataset of a slot, counted from 1, compared with a model.
 inline void AddTerm(Tables& tables, int slot, const Model& model) {
   ChiSqTerm& term = InsertChiSqTerm(tables.fit, tables.fit.list, static_cast<int>(tables.fit.list.terms.size()));
   term.datasetId = tables.datasets.slots[static_cast<std::size_t>(slot - 1)].id;
@@ -45,7 +45,7 @@ inline void AddTerm(Tables& tables, int slot, const Model& model) {
   RebuildFitLists(tables.fit, tables.params, tables.eval);
 }
 
-// A fit that nobody follows.
+// A fit without an observer.
 inline Status RunFit(Tables& tables) {
   FitObserver silent;
   return RunFit(tables.fit, tables.params, tables.eval, tables.platform, silent);

@@ -1,4 +1,4 @@
-// Printing the numbers of a curve: frequencies on a grid, and values that fall through many powers of ten.
+// Printing the numbers of a curve: frequencies on a grid, and values that span many powers of ten.
 #include <benchmark/benchmark.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// The windows on a screen: how soon the first one is there, and how a graph follows the slider of the parameter
+// The windows on a screen: the time to the first window, and how fast a graph follows the slider of the parameter
 // control.
 #include <benchmark/benchmark.h>
 #include <spawn.h>
@@ -25,7 +25,7 @@ using namespace kalvex;
 
 // ---- start
 
-// Hears of windows that come onto the screen.
+// Detects windows that appear on the screen.
 class ScreenWatch {
  public:
   ScreenWatch() : connection_(xcb_connect(nullptr, nullptr)) {
@@ -38,7 +38,7 @@ class ScreenWatch {
   ScreenWatch& operator=(const ScreenWatch&) = delete;
   ~ScreenWatch() { xcb_disconnect(connection_); }
 
-  // Waits for one; false if the screen has gone.
+  // Waits for a window; false if the screen is closed.
   bool SeesWindow() {
     constexpr std::uint8_t kType = 0x7F;
     while (xcb_generic_event_t* const event = xcb_wait_for_event(connection_)) {
@@ -71,7 +71,7 @@ BENCHMARK(StartToTheFirstWindow)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // ---- slider
 
-// Counts the times that a widget is painted.
+// Counts how often a widget is painted.
 class PaintCount : public QObject {
  public:
   explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
@@ -84,7 +84,7 @@ class PaintCount : public QObject {
   }
 };
 
-// A model of 25 oscillators, a graph of 800 x 600 with its reflectivity, and the slider on the first frequency.
+// A model of 25 oscillators, a graph of 800 x 600 with its reflectivity, and the slider at the first frequency.
 struct Sweep {
   HeadlessPlatform headless;
   Session session{headless};

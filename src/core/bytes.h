@@ -1,4 +1,4 @@
-// Packed little-endian records, byte by byte, so that a file is the same on every machine.
+// Packed little-endian records. They are written and read byte by byte: a file is the same on every machine.
 #pragma once
 
 #include <algorithm>
@@ -26,7 +26,7 @@ class ByteWriter {
   std::string bytes_;
 };
 
-// Reads fields off the front of a block of bytes. A field that the block is too short for reads as 0.
+// Reads fields from the front of a block of bytes. A field reads as 0 if the block is too short for it.
 class ByteReader {
  public:
   explicit ByteReader(std::string_view bytes) : rest_(bytes) {}
@@ -34,7 +34,7 @@ class ByteReader {
   std::uint32_t U32() { return static_cast<std::uint32_t>(Little(4)); }
   std::int32_t I32() { return static_cast<std::int32_t>(U32()); }
   double F64() { return std::bit_cast<double>(Little(8)); }
-  // Copies up to out.size() bytes and tells how many there were; the rest of out is left alone.
+  // Copies up to out.size() bytes and returns how many there were. The rest of out stays as it is.
   std::size_t Bytes(std::span<char> out) {
     const std::size_t count = std::min(out.size(), rest_.size());
     std::memcpy(out.data(), rest_.data(), count);

@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// The file that a chain of symbolic links ends at, so that renaming replaces the file and not the link.
+// The file at the end of a chain of symbolic links. Renaming to this path replaces the file and not the link.
 std::string ResolvedPath(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
   return resolved ? std::string(resolved.get()) : path;

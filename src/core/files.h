@@ -1,4 +1,4 @@
-// Files: whole-file reading, writing that never leaves half a file behind, and appending.
+// Files: read as a whole, written as a whole (never a half-written file), appended to.
 #pragma once
 
 #include <cstdio>
@@ -15,18 +15,19 @@ struct CloseFile {
 };
 using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
 
-// Opens a file for reading. Only regular files and pipes count: a directory or an endless device gives an empty handle.
+// Opens a file for reading. Only regular files and pipes are accepted: a directory or an endless device gives an empty
+// handle.
 FileHandle OpenForReading(const std::string& path);
 
-// The content of a file, or false if it cannot be opened or read.
+// Reads the content of a file. False if it cannot be opened or read.
 [[nodiscard]] bool ReadWholeFile(const std::string& path, std::string& content);
 
-// The same, with a pair of carriage return and line feed read as one line feed.
+// The same, but each pair of carriage return and line feed becomes one line feed.
 [[nodiscard]] bool ReadTextFile(const std::string& path, std::string& content);
 
-// A file to be written as a whole. The text goes to a new file beside the old one, which Commit puts in its place;
-// until then, and if the writer is dropped without Commit, the old file stays untouched. Where no file can be made
-// beside it, and for devices such as /dev/stdout, it writes straight to the name.
+// A file that is written as a whole. The text goes to a new file in the same folder. Commit renames it to the given
+// name. Without Commit an old file of that name stays untouched. The writer writes directly to the given name if no new
+// file can be made in that folder, and for devices such as /dev/stdout.
 class WholeFileWriter {
  public:
   explicit WholeFileWriter(const std::string& path);
@@ -36,23 +37,23 @@ class WholeFileWriter {
 
   bool IsOpen() const { return file_ != nullptr; }
   void Write(std::string_view text);
-  // Succeeds if every byte is in the file of the given name.
+  // Succeeds if every byte has reached the file of the given name.
   Status Commit();
 
  private:
   bool PutInPlace();
 
-  std::string name_;        // as it was given
-  std::string path_;        // the file that it names
-  std::string besidePath_;  // empty: writing straight to path_
+  std::string name_;        // as given by the caller
+  std::string path_;        // after symbolic links
+  std::string besidePath_;  // empty: the text goes directly to path_
   FileHandle file_;
   bool good_ = true;
 };
 
-// Writes the whole file in one go.
+// Writes the whole file at once.
 Status WriteWholeFile(const std::string& path, std::string_view content);
 
-// Adds the text at the end of the file, which is made if it is not there.
+// Adds the text at the end of the file. A missing file is created.
 Status AppendToFile(const std::string& path, std::string_view text);
 
 }  // namespace kalvex

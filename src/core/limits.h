@@ -10,16 +10,16 @@ inline constexpr int kQuantityCount = 15;
 inline constexpr int kExpParamCount = 6;
 inline constexpr int kMaxCouplingGroup = 24;
 
-// A value that does not exist: the accessors give the negative one for an invalid model or index, the computed columns
-// the positive one where the resonance frequency is exactly 0.
+// A value that does not exist. The accessors return the negative one for an invalid model or index. The computed
+// columns return the positive one where the resonance frequency is exactly 0.
 inline constexpr double kMissing = -7.77777e77;
 inline constexpr double kUndefined = 7.77777e77;
 
-// What an evaluation gives where there is no finite value, and below which norm a denominator counts as zero.
+// The result of an evaluation that has no finite value. A denominator whose norm is below kTinyNorm counts as zero.
 inline constexpr double kNoValue = 1e30;
 inline constexpr double kTinyNorm = 1e-30;
 
-// No parameter ever leaves [-kValueClamp, kValueClamp].
+// Every parameter stays within [-kValueClamp, kValueClamp].
 inline constexpr double kValueClamp = 1e70;
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// The program's pseudo-random numbers: a linear congruential generator, and a normal deviate read off a short table.
+// Pseudo-random numbers: a linear congruential generator, and normal deviates from a short table.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,10 @@ struct NoiseGenerator {
 void SeedNoise(NoiseGenerator& noise, std::uint32_t seed);
 // The next number, 0 to 2147483647.
 std::uint32_t NextRandom(NoiseGenerator& noise);
-// A normal deviate of unit variance, cut off at 3.1, out of a finite set of values.
+// A normal deviate of unit variance. It takes a finite set of values, and its magnitude is at most 3.1.
 double NextNormal(NoiseGenerator& noise);
-// The distance from the mean inside which half of |u| of a normal distribution lies on either side: the inverse of
-// the area from 0 to z, by linear interpolation of a table of four digits. 0 at or below 0, 3.1 at or above 0.499.
+// The z for which the area under the normal distribution from 0 to z has the given size. Linear interpolation in a
+// table of four digits. 0 for an area of 0 or less, 3.1 for an area of 0.499 or more.
 double InverseNormalArea(double area);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// What the program needs of the machine it runs on.
+// The program's interface to the machine: message box, file dialog, window events, sleep, the clock.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,14 @@ namespace kalvex {
 
 enum class SuspendAnswer { kContinue, kContinueAndNeverAskAgain, kExitMacro };
 
-// A row of a file dialog's list of file kinds: what it says, and the names that it lets through.
+// An entry in a file dialog's list of file kinds: its text, and the pattern of the file names.
 struct FileFilter {
   const char* text = "";
   const char* pattern = "";
 };
 
-// What a file dialog asks. One that is not for saving takes only files that exist; none asks before overwriting.
+// What a file dialog shows. A dialog for opening accepts only files that exist. No dialog asks for confirmation when a
+// file would be overwritten.
 struct FileQuestion {
   const char* title = "";
   std::span<const FileFilter> filters;
@@ -33,19 +34,20 @@ class Platform {
   // Delivers all pending window events.
   virtual void PumpEvents() = 0;
   virtual void Sleep(int milliseconds) = 0;
-  // The dialog of the macro command Suspend; returns when it is answered.
+  // The dialog of the macro command Suspend. Returns when the user has answered.
   virtual SuspendAnswer AskSuspend() = 0;
-  // A file dialog that opens in the folder, or wherever it likes if that is empty. Nothing if the user cancels.
+  // A file dialog that opens in the folder; if the folder is empty, the platform chooses one. No value if the user
+  // cancels.
   virtual std::optional<std::string> AskFile(const FileQuestion& question, const std::string& folder) = 0;
-  // Where the program's own file lies, with a separator at the end; empty if that is not known.
+  // The folder of the program's own file, with a separator at the end. Empty if it is not known.
   virtual std::string ProgramFolder() = 0;
-  // Shows a document with whatever the system has for it. A failure is not told.
+  // Opens a document with the system's default application. A failure is not reported.
   virtual void OpenDocument(const std::string& path) = 0;
-  // The clock, in whole seconds.
+  // Seconds since the epoch of the system clock.
   virtual std::int64_t ClockSeconds() = 0;
 };
 
-// Without a screen: messages go to standard error; whoever would be asked answers "go on", or chooses no file.
+// A platform without a screen. Messages go to standard error. AskSuspend returns kContinue, and no file is chosen.
 class HeadlessPlatform : public Platform {
  public:
   void ShowMessage(std::string_view title, std::string_view text) override;

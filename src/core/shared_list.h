@@ -1,4 +1,4 @@
-// SharedList: a list that is made as a whole and then never changes, so that keeping a copy of it costs nothing.
+// SharedList: a list that is built once and never changes. Copies share its memory.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// How an operation says that it could not do what it says. Status is that alone; Result is a value, or the reason why
-// there is none. Both must be looked at: a failure that nobody reads does not compile.
+// The outcome of an operation: a Status, or a Result that holds a value or the Status of the failure. The compiler
+// refuses a call that ignores either of them.
 #pragma once
 
 #include <optional>
@@ -10,23 +10,23 @@ namespace kalvex {
 
 enum class StatusCode {
   kOk,
-  kBadArgument,  // the argument means nothing, or lies outside its range
+  kBadArgument,  // the argument has no meaning, or lies outside its range
   kNotThere,     // what an argument names does not exist
   kFull,         // a table has no free entry
-  kBusy,         // not while a fit runs
+  kBusy,         // refused because a fit is running
   kNothingToDo,  // there is nothing that the operation could act on
-  kCannotRead,   // a file does not open
-  kBadFormat,    // a file is not what it should be
+  kCannotRead,   // a file cannot be opened
+  kBadFormat,    // a file does not have the expected format
   kCannotWrite,  // a file cannot be written
   kOutOfMemory,
-  kNotComputed,  // a model computes nothing
+  kNotComputed,  // a model did not compute its values
 };
 
 class [[nodiscard]] Status {
  public:
   Status() = default;  // success
-  // text: one sentence without a full stop, for a person. about: what it is about, as the person named it ("model 3",
-  // a file's name); may be empty.
+  // text: one sentence without a full stop, shown to the user. about: the subject, as the user named it ("model 3", a
+  // file's name); may be empty.
   Status(StatusCode code, std::string text, std::string about = {})
       : code_(code), text_(std::move(text)), about_(std::move(about)) {}
 
@@ -35,7 +35,7 @@ class [[nodiscard]] Status {
   const std::string& Text() const { return text_; }
   const std::string& About() const { return about_; }
 
-  // Says that a failure here changes nothing for the caller.
+  // For a caller that does not depend on success.
   void Ignore() const {}
 
  private:
@@ -55,7 +55,7 @@ class [[nodiscard]] Result {
   const Status& GetStatus() const { return status_; }
   const std::string& Text() const { return status_.Text(); }
 
-  // Only of a result that is Ok.
+  // Valid only if Ok().
   const T& operator*() const { return *value_; }
   T& operator*() { return *value_; }
   const T* operator->() const { return &*value_; }
@@ -65,7 +65,7 @@ class [[nodiscard]] Result {
   Status status_;
 };
 
-// The failures that several operations share, in the same words everywhere.
+// Failures that several operations report with the same text.
 inline Status NoSuchModel(long long number) {
   std::string model = "model " + std::to_string(number);
   return {StatusCode::kNotThere, model + " does not exist", model};

@@ -22,8 +22,8 @@ const char* SkipSpace(const char* first, const char* last) {
 
 bool IsHexDigit(char c) { return IsAsciiDigit(c) || (LowerAscii(c) >= 'a' && LowerAscii(c) <= 'f'); }
 
-// from_chars refuses a number outside the range of a double, without saying on which side. The place of the first digit
-// that is not 0, before the point or behind it, and the exponent decide.
+// from_chars rejects a number outside the range of a double and does not report whether it is too large or too small.
+// This follows from the position of the first nonzero digit relative to the decimal point, and from the exponent.
 double OutOfRangeValue(const char* first, const char* last, bool hex) {
   std::int64_t place = 0;
   bool started = false, behindPoint = false;
@@ -55,17 +55,17 @@ static_assert(std::size(kPowersOfTen) == kMostPower + 1);
 // x 10^power, rounded once.
 double TimesPowerOfTen(double x, int power) { return power < 0 ? x / kPowersOfTen[-power] : x * kPowersOfTen[power]; }
 
-// Adds the digits that stand at a place to a whole number, which may overflow; gives the place behind them.
+// Appends the digits at `at` to a whole number, which may overflow. Returns the position after them.
 const char* TakeDigits(const char* at, const char* last, std::uint64_t& number) {
   for (; at != last && IsAsciiDigit(*at); ++at) number = number * 10 + static_cast<std::uint64_t>(*at - '0');
   return at;
 }
 
-// A decimal number of few digits: the digits are a whole number that a double holds exactly, and so is the power of
-// ten, so that one product or quotient gives the nearest double. Gives first for all others.
+// A decimal number of few digits. A double holds the digits exactly as a whole number, and the power of ten exactly.
+// One product or quotient therefore gives the nearest double. Returns first for all other numbers.
 Number ParseShortMagnitude(const char* first, const char* last) {
   constexpr std::uint64_t kMostDigits = std::uint64_t{1} << 53;
-  constexpr std::ptrdiff_t kMostLength = 19;  // of a whole number that cannot overflow
+  constexpr std::ptrdiff_t kMostLength = 19;  // a number with more digits could overflow
   std::uint64_t digits = 0;
   const char* at = TakeDigits(first, last, digits);
   const std::ptrdiff_t whole = at - first;
@@ -89,7 +89,7 @@ Number ParseShortMagnitude(const char* first, const char* last) {
 
 Number ParseMagnitude(const char* first, const char* last) {
   if (const Number number = ParseShortMagnitude(first, last); number.end != first) return number;
-  // from_chars would take a sign or a word behind "0x".
+  // from_chars would accept a sign, "inf" or "nan" after "0x".
   const bool hex =
       last - first > 2 && first[0] == '0' && LowerAscii(first[1]) == 'x' && (IsHexDigit(first[2]) || first[2] == '.');
   double value = 0;
@@ -113,18 +113,18 @@ char* PutTwoDigits(char* out, int number) {
   return out;
 }
 
-// A number to six digits: d.ddddd 10^exponent.
+// A number rounded to six digits: d.ddddd 10^exponent.
 struct SixDigits {
   int digits = 0;  // 100000 to 999999
   int exponent = 0;
 };
 
-// Where a product with an exact power of ten tells the six digits for sure: it is off by at most one rounding, which is
-// below 1e-9 of the last digit. Gives 0 for the digits where it cannot tell, and of numbers far from 1.
+// Rounds to six digits by one product with an exact power of ten. Its rounding error is below 1e-9 of the last digit.
+// Returns digits = 0 if that leaves the rounding undecided, and for numbers far from 1.
 SixDigits SixDigitsOf(double size) {
   constexpr double kUnsure = 1e-9;
   if (!(size >= 1e-16 && size <= 1e26)) return {};
-  // The power of ten below the number, or one less: 1233/4096 is a little below log10(2).
+  // floor(log10(size)), or one less: 1233/4096 is a little below log10(2).
   const auto binary = static_cast<int>(std::bit_cast<std::uint64_t>(size) >> 52) - 1023;
   int exponent = binary * 1233 >> 12;
   double scaled = TimesPowerOfTen(size, 5 - exponent);
@@ -137,9 +137,9 @@ SixDigits SixDigitsOf(double size) {
   return {digits, exponent};
 }
 
-// %.6g of the number whose size these digits are.
+// Writes the number as %.6g does.
 char* PutSixDigits(char* out, bool negative, const SixDigits& of) {
-  std::array<char, 12> text{};  // six digits, and room to copy six from any of them
+  std::array<char, 12> text{};  // six digits; the rest allows a copy of six bytes from any of them
   PutTwoDigits(PutTwoDigits(PutTwoDigits(text.data(), of.digits / 10000), of.digits / 100 % 100), of.digits % 100);
   std::size_t count = 6;
   while (text[count - 1] == '0') --count;
@@ -206,12 +206,12 @@ std::string_view DirectoryOf(std::string_view path) { return path.substr(0, File
 
 std::string_view CutToBytes(std::string_view text, std::size_t most) {
   constexpr std::size_t kLongestLetter = 4;
-  constexpr unsigned kLetterBegins = 0xC0;  // and the bytes that go on with it lie below
+  constexpr unsigned kLetterBegins = 0xC0;  // continuation bytes are below
   if (text.size() <= most) return text;
   for (std::size_t end = most; most - end < kLongestLetter; --end) {
     const auto byte = static_cast<unsigned char>(text[end]);
     if (byte >= kLetterBegins) return text.substr(0, end);
-    if (byte < 0x80 || end == 0) break;  // no letter of several bytes
+    if (byte < 0x80 || end == 0) break;  // not a multibyte letter
   }
   return text.substr(0, most);
 }
@@ -220,7 +220,7 @@ const char* ParseReal(const char* first, const char* last, double& value) {
   const char* at = SkipSpace(first, last);
   const bool negative = at != last && *at == '-';
   if (at != last && (*at == '-' || *at == '+')) ++at;
-  if (at == last || *at == '-' || *at == '+') return first;  // from_chars would take a second minus
+  if (at == last || *at == '-' || *at == '+') return first;  // from_chars would accept a second minus
   const Number number = ParseMagnitude(at, last);
   if (number.end == at) return first;
   value = negative ? -number.value : number.value;

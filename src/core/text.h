@@ -1,5 +1,19 @@
-// Text and numbers. Everything here speaks the C locale, whatever locale the process is in: a window toolkit may switch
-// the process to a decimal comma, and no file and no label may follow it there.
+// src/core (floor 1, together with src/numeric) holds what every other folder uses. It depends on no other folder.
+//
+//   text.h            conversion of numbers to text and back, file names, letters without regard to case
+//   status.h          Status and Result: how an operation reports success or failure
+//   files.h           reading and writing whole files
+//   bytes.h           little-endian fields of binary files
+//   limits.h          sizes of tables and the marker values of missing numbers
+//   noise.h           pseudo-random numbers
+//   shared_list.h     a list that never changes and is cheap to copy
+//   platform.h        Platform: message box, file dialog, events, clock
+//   vector_clones.h   one function compiled for several widths of the vector units
+//
+// Read status.h and text.h first.
+//
+// The functions below always use the C locale. A window toolkit may set the locale of the process to a decimal comma,
+// which must not appear in files and labels.
 #pragma once
 
 #include <cstdint>
@@ -16,26 +30,26 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 // True if the first prefix.size() characters of text equal prefix, ignoring the case of ASCII letters.
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
 
-// The place where the file name begins in a path: behind the last '/' or '\', or behind a drive letter and its colon.
+// Index of the file name in a path: after the last '/' or '\', or after a drive letter and its colon.
 std::size_t FileNameStart(std::string_view path);
 std::string_view FileNameOf(std::string_view path);
-// Everything before the file name, its last separator included; empty for a bare name.
+// The path up to the file name, with its last separator. Empty for a bare name.
 std::string_view DirectoryOf(std::string_view path);
 
-// The text, cut to so many bytes where it is longer. A letter of several bytes (UTF-8) is not cut in two but left out.
+// The first `most` bytes of the text. A UTF-8 letter that would be cut is left out.
 std::string_view CutToBytes(std::string_view text, std::size_t most);
 
-// Longest valid number at the start of [first, last), white space before it allowed, in the manner of strtod in the
-// C locale (decimal, hexadecimal, "inf", "nan"). Gives the place behind the number, or first if there is none, with
-// value left alone. A number too large for a double reads as infinity, one too small as 0.
+// Parses the longest valid number at the start of [first, last), after optional white space, as strtod does in the C
+// locale (decimal, hexadecimal, "inf", "nan"). Returns the position after the number. Without a number it returns first
+// and leaves value unchanged. A number too large for a double reads as infinity, one too small as 0.
 const char* ParseReal(const char* first, const char* last, double& value);
-// The same for a decimal integer, in the manner of strtol; a number outside 32 bits is held at the nearest limit.
+// The same for a decimal integer, as strtol does. A number outside 32 bits becomes the nearest limit.
 const char* ParseInteger(const char* first, const char* last, std::int32_t& value);
-// Conversions of a whole text: the longest valid prefix, 0 if there is none.
+// The number at the start of a text; 0 if there is none.
 double RealOf(std::string_view text);
 std::int32_t IntegerOf(std::string_view text);
 
-// printf's number formats: %.<digits>g, %.<digits>G, %.<digits>f and %<width>.<digits>E.
+// Numbers in printf's formats: %.<digits>g, %.<digits>G, %.<digits>f and %<width>.<digits>E.
 void AppendG(std::string& out, double value, int digits = 6);
 void AppendUpperG(std::string& out, double value, int digits = 6);
 void AppendFixed(std::string& out, double value, int digits = 6, int width = 0);

@@ -1,6 +1,6 @@
-// One binary for every x86-64: a function marked so is compiled for each width of the vector units, and the best one
-// for the machine is taken when the program starts. Where only one width is built, and where the compiler does not know
-// this, the function is plain.
+// One binary for every x86-64 machine: a function marked with KALVEX_VECTOR_CLONES is compiled once for each width of
+// the vector units. The program selects the best version when it starts. The macro is empty if only one width is built
+// (as for the sanitizers) and for compilers without such functions.
 #pragma once
 
 #if defined(KALVEX_WIDE_VECTORS) && !defined(__clang__)
@@ -11,7 +11,7 @@
 
 namespace kalvex {
 
-// Whether the machine has the registers of the widest clones.
+// Whether the machine has the vector registers of the widest version.
 inline bool HasWideVectors() {
 #ifdef KALVEX_WIDE_VECTORS
   return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vl") != 0;

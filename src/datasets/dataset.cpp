@@ -17,7 +17,7 @@ auto FindById(Table& table, std::uint32_t id) -> decltype(table.slots.data()) {
   return found == table.slots.end() ? nullptr : &*found;
 }
 
-// Halves the rows from first to last, keeping x below the limit at the lower bound, until the bounds are neighbours.
+// Bisects the rows until the bounds are neighbours. x stays below the limit at the lower bound.
 struct Bounds {
   int lo;
   int hi;

@@ -1,5 +1,16 @@
-// Dataset: one measured spectrum. A slot of the table is what the user calls a dataset number; the id is a serial of
-// the load, so that a reference to an unloaded spectrum can never be taken for the one loaded after it.
+// src/datasets (floor 2, together with src/records) holds the measured spectra.
+//
+//   quantity.h             the 15 Quantities: numbers, short names, full names
+//   dataset.h              Dataset, DatasetTable: the record of a spectrum, and lookups
+//   read_dataset.h         reading a text file of up to three columns
+//   interpolation.h        values and means between the rows of a table
+//   load_dataset.h         LoadDataset: files become a dataset on a chosen grid
+//   dataset_operations.h   scaling, cutting, noise, export
+//
+// Read quantity.h and this header first. Frequencies are in cm-1.
+//
+// Dataset: one measured spectrum. The slot in the table is the number that the user gives to a dataset. The id is a
+// serial number of the load: it never identifies a spectrum that is loaded later into the same slot.
 #pragma once
 
 #include <array>
@@ -45,7 +56,7 @@ struct Dataset {
   int XPts = 1000;
   double CutMin = 0.0;  // cutting range
   double CutMax = 0.0;
-  int nActive = 0;  // rows inside it, and the first and last of them
+  int nActive = 0;  // rows within the range, and the first and last of them
   int firstActive = 0;
   int lastActive = -1;
 };
@@ -55,17 +66,17 @@ struct DatasetTable {
   std::uint32_t nextId = 1;
 };
 
-// The rows of the active range: from, up to but not including to.
+// The rows of the active range: from the first up to, but not including, the second index.
 struct ActiveRows {
   int from = 0;
   int to = 0;
 };
 ActiveRows ActiveRowsOf(const Dataset& dataset);
 
-// Dataset of a slot number from 1, null outside the table.
+// The dataset in a slot, counted from 1; null outside the table.
 Dataset* DatasetInSlot(DatasetTable& table, int slot);
 const Dataset* DatasetInSlot(const DatasetTable& table, int slot);
-// The id 0 finds a free slot.
+// The id 0 returns the first free slot.
 const Dataset* GetDatasetById(const DatasetTable& table, std::uint32_t id);
 Dataset* GetDatasetById(DatasetTable& table, std::uint32_t id);
 int CountDatasets(const DatasetTable& table);
@@ -73,11 +84,11 @@ std::vector<std::uint32_t> ListDatasetIds(const DatasetTable& table);  // in slo
 std::uint32_t FirstDatasetId(const DatasetTable& table);               // of slot 1, 0 if it is free
 
 void ClearDataset(Dataset& dataset);
-// Empties the slot; a free slot is left as it is.
+// Empties the slot. A free slot stays as it is.
 void UnloadDataset(Dataset& dataset);
 
-// Finds the active range anew from CutMin and CutMax. A row on CutMin is inside; a row on CutMax is not, unless it is
-// the last row or the first. A dataset without rows is left alone.
+// Recomputes the active range from CutMin and CutMax. A row at CutMin is in the range. A row at CutMax is in it only if
+// it is the first or the last row. A dataset without rows stays as it is.
 void ComputeActiveRange(Dataset& dataset);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// What can be done to the rows of a dataset.
+// Operations on the rows of a dataset.
 #pragma once
 
 #include <optional>
@@ -12,13 +12,13 @@ namespace kalvex {
 
 // y <- scale y + shift, sigma <- scale sigma. A negative scale makes sigma negative.
 void TransformDataset(Dataset& dataset, double scale, double shift);
-// Changes the cutting range; a limit that is not given stays.
+// Sets the cutting range. A limit without a value stays as it is.
 void CutDataset(Dataset& dataset, std::optional<double> xMin, std::optional<double> xMax);
-// y <- y + sigma g with a normal deviate g for each row; the rows' sigma becomes sigma.
+// y <- y + sigma g with a normal deviate g for each row. The sigma of the rows becomes sigma.
 void AddNoise(Dataset& dataset, NoiseGenerator& noise, double sigma);
 
-// Writes "x y" or "x y sigma" lines of six digits. onlyFitted leaves out the rows outside [CutMin, CutMax]. A free slot
-// gives an empty file.
+// Writes lines "x y" or "x y sigma" with six digits. onlyFitted omits the rows outside [CutMin, CutMax]. A free slot
+// gives an empty file. Fails if the file cannot be written.
 Status ExportDataset(const Dataset& dataset, const std::string& path, bool onlyFitted, bool errorBars);
 
 }  // namespace kalvex

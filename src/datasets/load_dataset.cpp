@@ -13,7 +13,7 @@
 namespace kalvex {
 namespace {
 
-// More rows than this would fill the memory of an ordinary machine.
+// A larger table would exceed the memory of an ordinary machine.
 constexpr std::size_t kMostRows = 50'000'000;
 
 struct FileMessages {
@@ -59,7 +59,8 @@ double GridPoint(const Dataset& dataset, std::size_t i) {
                                         : dataset.XMin * std::pow(dataset.XMax / dataset.XMin, t);
 }
 
-// The stretch of x that belongs to a row: up to the midpoints to its neighbours, ending at the row itself at the ends.
+// The interval of x that belongs to a row. It ends midway to the neighbours; at an end of the table it ends at the row
+// itself.
 struct Cell {
   double from;
   double to;
@@ -69,7 +70,7 @@ Cell CellOf(std::span<const DataRow> rows, std::size_t i) {
   return {i == 0 ? x : 0.5 * (rows[i - 1].x + x), i + 1 == rows.size() ? x : 0.5 * (x + rows[i + 1].x)};
 }
 
-// A column of one table, read at the rows of another in ascending order.
+// Reads a column of one table at the rows of another, in ascending order.
 class ColumnReader {
  public:
   ColumnReader(std::span<const DataRow> table, double DataRow::*column, Matching match)

@@ -1,4 +1,4 @@
-// Loading: up to three files become one table of rows on a grid of the user's choice.
+// Loading: up to three files become one table of rows on the grid that the user has chosen.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@
 
 namespace kalvex {
 
-// Where the rows come from. A Quantity that is not given comes from the master file's name.
+// The source of the rows. A Quantity without a value follows from the name of the master file.
 struct DatasetSource {
   std::string MasterFile, XFile, YErrFile;
   XSource XMethod = XSource::kMaster;
@@ -25,9 +25,9 @@ struct DatasetSource {
   std::optional<int> Quantity;
 };
 
-// Stores the source in the record, loads the rows, and gives the record the next id. On failure, whose text tells the
-// user what is wrong, the rows are as they were, except that a YErrVal not above 0 is found only when the new rows are
-// there already.
+// Stores the source in the record, loads the rows, and gives the record the next id. On failure the text of the Status
+// is shown to the user, and the rows stay unchanged. One exception: a YErrVal that is not above 0 is detected after the
+// rows are replaced.
 Status LoadDataset(Dataset& dataset, const DatasetSource& source, std::uint32_t& nextId);
 
 }  // namespace kalvex

@@ -1,5 +1,5 @@
-// The 15 Quantities: every kind of spectrum that the program can compute, fit and draw. Files, datasets and macros
-// store their numbers and short names.
+// The 15 Quantities: the kinds of spectra that the program computes, fits and draws. Files, datasets and macros store
+// their numbers and short names.
 #pragma once
 
 #include <array>
@@ -37,9 +37,9 @@ inline constexpr std::array<QuantityName, kQuantityCount> kQuantityNames = {{
 inline constexpr int kRefl = 0, kTrans = 1, kRp = 2, kRs = 3, kRps = 4, kE1 = 5, kE2 = 6, kS1 = 7, kS2 = 8, kN1 = 9,
                      kN2 = 10, kDepth = 11, kLoss = 12, kDefringed = 13, kAlpha = 14;
 
-// The Quantity of a short name, matched whole and ignoring case.
+// The Quantity with that short name: the whole name, ignoring case.
 std::optional<int> QuantityOfShortName(std::string_view shortName);
-// The first Quantity whose short name the file's name starts with, ignoring case; 0 if there is none.
+// The first Quantity whose short name is a prefix of the file's name, ignoring case; 0 if there is none.
 int QuantityOfFileName(std::string_view fileName);
 
 // A set of Quantities as bits.

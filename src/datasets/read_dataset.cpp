@@ -16,7 +16,8 @@ namespace {
 constexpr std::size_t kMaxLine = 1023;
 constexpr double kDefaultSigma = 0.01;
 
-// Reads the number at p and moves p behind it. A word that only begins like "inf" or "nan" is no number.
+// Reads the number at p and moves p past it. A word that begins with "inf" or "nan" but continues with a letter is not
+// a number.
 bool TakeNumber(const char*& p, const char* end, double& value) {
   double number = 0;
   const char* const behind = ParseReal(p, end, number);
@@ -27,7 +28,7 @@ bool TakeNumber(const char*& p, const char* end, double& value) {
   return true;
 }
 
-// An x that is not finite cannot be sorted: such a line is one that does not start with a number.
+// A line whose x is not finite counts as a line without a number, because such rows cannot be sorted.
 bool ScanRow(const char* p, const char* end, DataRow& row) {
   row = {0, 0, kDefaultSigma};
   if (!TakeNumber(p, end, row.x) || !std::isfinite(row.x)) return false;
@@ -35,8 +36,8 @@ bool ScanRow(const char* p, const char* end, DataRow& row) {
   return true;
 }
 
-// Takes the rows of all whole lines of a text, and that of an unfinished last line if the file ends there. Gives the
-// place of what is left.
+// Appends the rows of all complete lines of a text. An incomplete last line is used only if the file ends there.
+// Returns the position of the unread rest.
 const char* TakeRows(const char* p, const char* end, bool endsHere, std::vector<DataRow>& rows) {
   while (p != end) {
     const std::size_t room = std::min(kMaxLine, static_cast<std::size_t>(end - p));
@@ -50,7 +51,7 @@ const char* TakeRows(const char* p, const char* end, bool endsHere, std::vector<
   return end;
 }
 
-// The text goes by in pieces, so that a large file takes no more memory than its rows.
+// Reads the file in pieces: even for a large file, memory is needed only for the rows.
 ReadStatus ReadRows(const std::string& path, std::vector<DataRow>& rows) {
   constexpr std::size_t kPiece = std::size_t{1} << 16;
   const FileHandle file = OpenForReading(path);
@@ -76,7 +77,7 @@ ReadStatus ReadRows(const std::string& path, std::vector<DataRow>& rows) {
 void SortAndDropDuplicates(std::vector<DataRow>& rows) {
   const auto byX = [](const DataRow& a, const DataRow& b) { return a.x < b.x; };
   if (!std::is_sorted(rows.begin(), rows.end(), byX)) std::stable_sort(rows.begin(), rows.end(), byX);
-  // A dropped row no longer counts as the one before, so the third of three equal rows stays.
+  // A row is compared with the previous one only if that was kept: the third of three equal rows stays.
   std::size_t kept = 0;
   bool dropped = false;
   for (std::size_t i = 0; i < rows.size(); ++i) {

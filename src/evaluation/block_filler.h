@@ -1,4 +1,4 @@
-// A spectrum block by block, in one context: the road that the model takes is chosen once.
+// Fills the blocks of a spectrum in one context. The method is chosen once, from the model.
 #pragma once
 
 #include <vector>
@@ -10,15 +10,15 @@ namespace kalvex {
 
 class BlockFiller {
  public:
-  // With derivatives there is room in the slopes of ctx. kernels: see PlainSpectrum.
+  // With derivatives, the slopes of ctx must have the shape of the tables. kernels: see PlainSpectrum.
   BlockFiller(EvalContext& ctx, const Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
 
-  // Whether blocks are filled without EvalModel. What that would leave in the context is then not there.
+  // Whether blocks are filled without EvalModel. The context then does not receive the results of EvalModel.
   bool FillsAtOnce() const { return static_cast<bool>(atOnce_); }
-  // False where the block has to be filled one by one.
+  // False if the block must be filled one frequency at a time.
   bool FillAtOnce(SpectrumBlock& block) { return atOnce_(block); }
 
-  // Evaluates one frequency after the other; gives the last status other than 0, else 0.
+  // Evaluates one frequency after the other. Returns the last status other than 0, else 0.
   int FillOneByOne(SpectrumBlock& block);
 
  private:
@@ -28,7 +28,7 @@ class BlockFiller {
   EvalContext& ctx_;
   const Model& model_;
   const SpectrumRequest& request_;
-  std::vector<ParamSlopes*> slopes_;  // that are asked for
+  std::vector<ParamSlopes*> slopes_;  // of the requested parameters
   FillBlock atOnce_;
 };
 

@@ -1,8 +1,8 @@
-// The closed formulas of the Quantities of a bulk sample, written once: T is double, or Pack for many frequencies at a
-// time; K tells the derivatives that are carried along, 0 for none, 1 by eps, 2 by eps and by the permeability mu.
+// The closed formulas of the Quantities of a bulk sample, as templates. T is double, or Pack for many frequencies at a
+// time. K is the number of complex derivatives: 0, 1 (by eps), or 2 (by eps and by the permeability mu).
 //
-// A pack takes a branch of a formula only if all of its lanes do. Where they would part, the functions give false, and
-// the lanes are to be computed one by one; with double they always give true.
+// A pack takes a branch of a formula only if all of its lanes do. Otherwise the functions return false, and the lanes
+// must be computed one by one. With double they always return true.
 #pragma once
 
 #include <array>
@@ -30,7 +30,7 @@ struct Slope {
   std::array<Complex<T>, K> d{};
 };
 
-// The derivatives of a number of which slopeOf(k) tells the k-th.
+// An array of derivatives; slopeOf(k) returns the k-th.
 template <class T, std::size_t K, class SlopeOf>
 std::array<Complex<T>, K> Slopes(SlopeOf slopeOf) {
   std::array<Complex<T>, K> d;
@@ -48,14 +48,14 @@ Slope<T, K> Constant(const Complex<T>& z) {
   return {z, {}};
 }
 
-// eps itself.
+// eps with its derivatives.
 template <class T, std::size_t K>
 Slope<T, K> OfEps(const Complex<T>& eps) {
   return {eps, Slopes<T, K>([](std::size_t k) { return Complex<T>{T(k == 0 ? 1.0 : 0.0), T(0)}; })};
 }
 
 // n = sqrt(eps mu) and the reflection amplitude r = (sqrt(mu) - sqrt(eps))/(sqrt(mu) + sqrt(eps)) of the surface at
-// normal incidence, with sqrt(mu) = 1 where there is none.
+// normal incidence; sqrt(mu) = 1 without a permeability.
 template <class T, std::size_t K>
 struct Surface {
   Slope<T, K> n;
@@ -104,7 +104,7 @@ void AddSquaredModulus(const Slope<T, K>& t, const T& factor, Out& out) {
   }
 }
 
-// The experimental parameters that one calculator reads, and where their derivatives go.
+// The experimental parameters of a calculator, and the targets of their derivatives.
 template <class T, class Out>
 struct ExpInputs {
   const QuantityInputOf<T>& in;
@@ -134,15 +134,15 @@ bool NormalReflectivity(const Input<T>& in, const Surface<T, K>& surface, Out& o
 
 // ---- plates
 
-// Transmission amplitude of a plate of the thickness at one node, and its derivative by the thickness.
+// Transmission amplitude of a plate at one thickness node, and its derivative by the thickness.
 template <class T, std::size_t K>
 struct PlateAmplitude {
   Slope<T, K> t;
   Complex<T> dThickness;
 };
 
-// E = exp(2 pi i n w d). An exponent whose real part exceeds kGrowthLimit is the sign of an unphysical medium; E then
-// counts as exactly 1 with no derivative.
+// E = exp(2 pi i n w d). An exponent with a real part above kGrowthLimit indicates an unphysical medium. E is then
+// exactly 1, without derivatives. From kGrowthEnd on the thickness node contributes 0.
 template <class T, std::size_t K>
 struct PlatePhase {
   Slope<T, K> E;
@@ -159,7 +159,7 @@ PlatePhase<T, K> PhaseOf(const Slope<T, K>& n, const T& w, double d, const Compl
   return {{E, Slopes<T, K>([&](std::size_t k) { return (iE * n.d[k]) * T(d); })}, iE * n.z};
 }
 
-// Coherent plate: t = (1 - r^2) E/(1 - r^2 E^2). Tells for which lanes the denominator fails.
+// Coherent plate: t = (1 - r^2) E/(1 - r^2 E^2). Returns the lanes in which the denominator is zero.
 template <class T, std::size_t K>
 Lanes CoherentAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, PlateAmplitude<T, K>& out) {
   const Complex<T> E = phase.E.z, r2 = r.z * r.z, E2 = E * E;
@@ -176,7 +176,7 @@ Lanes CoherentAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, Pla
   return Lanes::kNone;
 }
 
-// A single pass without the multiple reflections, and so without fringes: t = (1 - r^2) E.
+// A single pass without multiple reflections, hence without fringes: t = (1 - r^2) E.
 template <class T, std::size_t K>
 Lanes SinglePassAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, PlateAmplitude<T, K>& out) {
   const Complex<T> E = phase.E.z, byR = (T(-2) * r.z) * E, byE = T(1) - r.z * r.z;
@@ -233,7 +233,7 @@ struct ObliqueAmplitude {
   Complex<T> dCos;
 };
 
-// q = (a - b)/(a + b), from a and b with all their derivatives. Tells for which lanes the denominator fails.
+// q = (a - b)/(a + b), from a and b with all their derivatives. Returns the lanes in which the denominator is zero.
 template <class T, std::size_t K>
 Lanes ContrastOf(const ObliqueAmplitude<T, K>& a, const ObliqueAmplitude<T, K>& b, ObliqueAmplitude<T, K>& out) {
   const Complex<T> sum = a.r.z + b.r.z;
@@ -248,13 +248,13 @@ Lanes ContrastOf(const ObliqueAmplitude<T, K>& a, const ObliqueAmplitude<T, K>& 
   return Lanes::kNone;
 }
 
-// c z, with c the cosine.
+// c z, where c is the cosine.
 template <class T, std::size_t K>
 ObliqueAmplitude<T, K> TimesCos(const Slope<T, K>& z, double c) {
   return {ScaledBy(z, T(c)), {}, z.z};
 }
 
-// sqrt of an argument given with its derivatives. The derivative of the root has no limit at 0 and is left out there.
+// The square root of an argument with derivatives. Its derivative is infinite at 0 and set to 0 there.
 template <class T, std::size_t K>
 ObliqueAmplitude<T, K> RootOf(const Slope<T, K>& z, const Complex<T>& dSin2) {
   const Complex<T> m = Sqrt(z.z);
@@ -269,8 +269,8 @@ struct Angle {
   double s2;
 };
 
-// Without a permeability: rp = (eps c - m)/(eps c + m), rs = (c - m)/(c + m), and the ratio rps = (s^2 - m c)/(s^2 + m
-// c), which avoids the quotient of the two; m = sqrt(eps - s^2).
+// Without a permeability, with m = sqrt(eps - s^2): rp = (eps c - m)/(eps c + m), rs = (c - m)/(c + m). The ratio has
+// the closed form rps = (s^2 - m c)/(s^2 + m c), which avoids dividing the two.
 template <std::size_t K, class T>
 Lanes ObliqueOfEps(int quantity, const Complex<T>& eps, const Angle& angle, ObliqueAmplitude<T, K>& out) {
   Slope<T, K> argument = OfEps<T, K>(eps);
@@ -283,7 +283,7 @@ Lanes ObliqueOfEps(int quantity, const Complex<T>& eps, const Angle& angle, Obli
   return ContrastOf(s2, mc, out);
 }
 
-// Average over the distribution of angles. A node whose denominator fails sets the sum so far to 1.
+// Average over the distribution of angles. A node with a zero denominator sets the sum accumulated so far to 1.
 template <std::size_t K, class T, class Out, class AmplitudeAt>
 bool ObliqueReflectivity(const Input<T>& in, Out& out, AmplitudeAt amplitudeAt) {
   const ExpInputs exp{in, out};
@@ -331,8 +331,8 @@ bool Put(Out& out, const T& value, const T& dRe, const T& dIm) {
   return true;
 }
 
-// scale Re n for Refraction, scale Im n for Extinction; the derivative of an analytic function by Im eps is i times
-// that by Re eps.
+// scale Re n for Refraction, scale Im n for Extinction. The derivative of an analytic function by Im eps is i times the
+// derivative by Re eps.
 template <class T, std::size_t K, class Out>
 bool IndexPart(const Slope<T, K>& n, bool imaginary, const T& scale, Out& out) {
   const auto part = [&](const Complex<T>& z) { return scale * (imaginary ? z.im : z.re); };
@@ -349,7 +349,7 @@ bool IndexPart(const Slope<T, K>& n, bool imaginary, const T& scale, Out& out) {
   return true;
 }
 
-// alpha = 4 pi w Im n and the penetration depth 1/(2 pi w Im n), both without a value where w or Im n is 0.
+// alpha = 4 pi w Im n and the penetration depth 1/(2 pi w Im n). Both have no value if w or Im n is 0.
 template <class T, std::size_t K, class Out>
 bool AbsorptionOrDepth(const Input<T>& in, const Slope<T, K>& n, bool depth, Out& out) {
   const auto still = Fabs(in.w) < T(kTinyNorm), clear = Fabs(n.z.im) < T(kTinyNorm);
@@ -375,14 +375,15 @@ bool LossFunction(const Complex<T>& eps, Out& out) {
   return Put(out, -inverse.im, z.im, z.re);
 }
 
-// Re(sigma) = w Im(eps)/60 in ohm-1 cm-1; a DC plot shows its reciprocal, the resistivity, with slopes unchanged.
+// Re(sigma) = w Im(eps)/60 in ohm-1 cm-1. With dcFlag the value is the reciprocal, the resistivity; the slopes remain
+// those of Re(sigma).
 template <class T, class Out>
 bool RealConductivity(const Input<T>& in, const Complex<T>& eps, Out& out) {
   const T sigma = in.w * eps.im / T(60);
   return Put(out, in.dcFlag ? Select(sigma == T(0), sigma, T(1) / sigma) : sigma, T(0), in.w / T(60));
 }
 
-// The Quantities that are the same function of the surface with and without a permeability.
+// The Quantities with the same formula, as a function of the surface, with and without a permeability.
 template <class T, std::size_t K, class Out>
 bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, int quantity, Out& out) {
   switch (quantity) {

@@ -1,18 +1,18 @@
-// The chain rule from a Quantity to the parameters: the slopes dQuantity[q] by each adjustable parameter of a model, of
-// the experimental parameters and of the mesh, out of the derivatives that the Quantity and the row sum have left.
+// The chain rule from a Quantity to the parameters. The slopes dQuantity[q] by the adjustable parameters of a model, of
+// the mesh and of the experiment follow from the derivatives of the Quantity and of the row sum.
 #pragma once
 
 #include "evaluation/eval_context.h"
 
 namespace kalvex {
 
-// dQuantity[q] = 0 for all of them.
+// Sets dQuantity[q] of these parameters to 0.
 void ClearDerivativeColumn(EvalContext& ctx, const Model& model, int quantity);
 // dQuantity[q] += dRe dEpsRe + dIm dEpsIm, and += dExp of each experimental parameter.
 void AddChain(EvalContext& ctx, const Model& model, int quantity);
-// The same with = in the place of +=.
+// The same with = instead of +=.
 void SetChain(EvalContext& ctx, const Model& model, int quantity);
-// For the model that holds the magnetic response: dQuantity[q] = dMuRe dEpsRe + dMuIm dEpsIm.
+// For the model of the magnetic response: dQuantity[q] = dMuRe dEpsRe + dMuIm dEpsIm.
 void SetChainForMu(EvalContext& ctx, const Model& model, int quantity);
 // For a Quantity of the real row sum: dQuantity[q] = (dQuantity/dsum) dScalar.
 void SetChainForScalar(EvalContext& ctx, const Model& model, int quantity);

@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// A model whose terms are summed, and where their slopes go, null without derivatives.
+// The model whose terms are summed, and its slopes (null without derivatives).
 struct Summed {
   const Model& model;
   ModelSlopes* slopes;
@@ -25,7 +25,7 @@ struct Summed {
   }
   std::array<TermInput, kColumns> Row(int row) const { return {Input(row, Wo), Input(row, Wp), Input(row, G)}; }
 
-  // Calls visit on the slopes of the row's adjustable parameters, if there are any slopes.
+  // Calls visit on the slopes of the row's adjustable parameters. Does nothing without slopes.
   template <class Visit>
   void ForEachSlope(int row, Visit visit) const {
     for (int column = 0; slopes && column < kColumns; ++column) ForSlope(row, column, visit);
@@ -50,8 +50,8 @@ void FindCompleteTerms(const std::vector<CodedRow>& rows, CompleteTerms& terms) 
   }
 }
 
-// Walks the rows, plain(row) or special(row, code), and finds the composite terms. Gives false if there was no special
-// row, so that no composite term can be complete.
+// Calls plain(row) or special(row, code) for each row, and finds the composite terms. Returns false if there is no row
+// with a code; then no composite term is complete.
 template <class Plain, class Special>
 bool WalkRows(EvalContext& ctx, const Model& model, Plain plain, Special special) {
   ctx.codedRows.clear();
@@ -109,7 +109,7 @@ void CollectInputs(EvalContext& ctx, const Summed& sum, std::size_t number, cons
 
 bool IsFactor(std::int32_t code) { return code == kNumeratorRow || code == kDenominatorRow; }
 
-// The slopes by a factor's code, and by its numbers where the product is not computed, stay as they are.
+// The slopes by a factor's code keep their earlier content. So do those by its numbers if the product is not computed.
 void MarkFactorSlopes(const Summed& sum, bool productIsComputed) {
   for (const std::int32_t code : {kNumeratorRow, kDenominatorRow}) {
     ForEachFactorRow(sum.model, code, [&](int row) {
@@ -121,7 +121,7 @@ void MarkFactorSlopes(const Summed& sum, bool productIsComputed) {
   }
 }
 
-// Calls visit(record number, record) for each composite term that has all its rows, in table order, until visit gives
+// Calls visit(record number, record) for each composite term that has all its rows, in table order, until visit returns
 // false.
 template <class Visit>
 bool ForEachCompleteTerm(const EvalContext& ctx, Visit visit) {
@@ -148,7 +148,7 @@ Cplx RowSum(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Summed summed(ctx, model, derivatives);
   Cplx sum{model.epsInf.value, 0};
   summed.SetEpsInfSlope();
-  // A calculator that writes nothing leaves this as it is, and then the contribution before it counts once more.
+  // If a calculator writes nothing, the previous contribution is added again.
   Cplx term;
   const auto plain = [&](int row) {
     const auto inputs = summed.Row(row);

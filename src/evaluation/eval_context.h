@@ -1,22 +1,20 @@
-// Evaluation: what a model's Quantities are at a frequency, and how they change with each parameter.
+// src/evaluation (floor 4) computes the Quantities of a model at given frequencies and their derivatives by each
+// parameter.
 //
-// An evaluation is a function. Parameters, datasets and frequencies go in and are only read. It computes in an
-// EvalContext, and its results stand there: Quantities, and slopes in a table beside the parameters. It keeps nothing
-// elsewhere, so that a second context over the same parameters can evaluate at the same time.
+// An evaluation is a function. Parameters, datasets and frequencies are its input and are only read. It computes in an
+// EvalContext, which receives the results: Quantities, and slopes in a table parallel to the parameters. Nothing else
+// changes, and several contexts can evaluate the same parameters at the same time.
 //
-//   eval_model.h         EvalModel: one model at one frequency; the reference for what is right
-//   eps_sum.h            the sum of a model's rows and terms; vdf_eval.h: of its variational function
+//   eval_model.h         EvalModel: one model at one frequency; the reference implementation
+//   eps_sum.h            the sum of a model's rows and terms; vdf_eval.h: its variational function
 //   quantity_formulas.h  from the sum to the 15 Quantities; stack_optics.h: fields in stacks of layers
-//   slopes.h, chains.h   where the slopes stand; the chain rule from Quantities to parameters
-//   model_type.h         what a special model is; type_scratch.h: its room between frequencies
-//   eval_spectrum.h      many frequencies, in blocks; block_filler.h chooses how a block is filled
-//   plain_spectrum.h     blocks of a plain model at once, by plain_rows.h and the loops in vector_kernels.h
-//   spectrum_team.h      spectra shared out over threads
+//   slopes.h, chains.h   the table of slopes; the chain rule from Quantities to parameters
+//   model_type.h         the record of a special model; type_scratch.h: its work space
+//   eval_spectrum.h      many frequencies, in blocks; block_filler.h selects how a block is filled
+//   plain_spectrum.h     blocks of a plain model, with plain_rows.h and the loops in vector_kernels.h
+//   spectrum_team.h      spectra shared by several threads
 //
-// What stands from the evaluation before counts in one case: an evaluation that makes no value or slope keeps it. A
-// special model does so that fails; so do slopes by what an evaluation does not reach, by the factors of a product that
-// is not computed, and by experimental parameters where the dielectric function has left its range. Values stay in the
-// context from call to call; slopes start from those that the parameters have saved (StartFromSaved).
+// Read the files in this order. EvalContext explains which results of a previous evaluation stay.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +37,7 @@
 
 namespace kalvex {
 
-struct SpectrumTeam;  // made by the first spectrum that is shared out, see spectrum_team.h
+struct SpectrumTeam;  // created by the first spectrum that threads share, see spectrum_team.h
 
 // A row with a code.
 struct CodedRow {
@@ -48,13 +46,17 @@ struct CodedRow {
   bool operator==(const CodedRow&) const = default;
 };
 
-// The composite terms that such rows of a model make, kept as long as the rows are the same.
+// The composite terms of the rows of a model. Recomputed only if the rows change.
 struct CompleteTerms {
   std::vector<CodedRow> rows;
   TermSlots slots;
-  std::vector<std::size_t> records;  // those that have all their rows, in table order
+  std::vector<std::size_t> records;  // terms that have all their rows, in table order
 };
 
+// A result of the previous evaluation stays if an evaluation does not compute it. This happens for a special model that
+// fails. It also happens for slopes by parameters that the evaluation does not reach, by the factors of a product that
+// is not computed, and by experimental parameters if the dielectric function is out of range. Values stay in the
+// context between calls; slopes start from those saved in the parameters (StartFromSaved).
 struct EvalContext {
   const ParamTables* params = nullptr;
   const DatasetTable* datasets = nullptr;
@@ -69,18 +71,18 @@ struct EvalContext {
   VdfKernelCache vdfKernels;
   TypeScratchStack typeScratch;
 
-  Platform* platform = nullptr;  // who is told of a fault in a file that a type reads; null: nobody
+  Platform* platform = nullptr;  // reports a fault in a file that a type reads; may be null
 
-  ThreadPool* pool = nullptr;  // null: this thread alone
+  ThreadPool* pool = nullptr;  // null: only the calling thread computes
   std::shared_ptr<SpectrumTeam> team;
 
-  // Where results go to several threads it is noted whether one is of a former evaluation: then the marks of Quantities
-  // and slopes count, and the flag tells that such a result of a partner has gone into another.
+  // Set in the contexts of worker threads. The Quantities and slopes then record whether a result is left from an
+  // earlier evaluation. readFormerResult: such a result of a partner has entered another result.
   bool notesFormer = false;
   bool readFormerResult = false;
 
-  // Number of the spectrum that is being evaluated, 0 outside of one: while it is the same no parameter, dataset or
-  // setting changes, so that a type may keep what it made for the frequency before.
+  // Serial number of the present spectrum, 0 outside a spectrum. While it stays the same, no parameter, dataset or
+  // setting changes: a type may reuse what it computed for the previous frequency.
   std::uint64_t spectrum = 0;
   std::uint64_t spectraBefore = 0;
 
@@ -88,7 +90,7 @@ struct EvalContext {
   bool FrequencyOverrideFlag = false;  // the sum of a model's rows is taken at the value of "Scaling factor of T"
 };
 
-// Where the slopes by the parameters of a model of the table go.
+// The slopes by the parameters of a model of the table.
 inline ModelSlopes& SlopesOf(EvalContext& ctx, const Model& model) {
   return ctx.slopes.models[static_cast<std::size_t>(SlotOf(*ctx.params, model))];
 }

@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-// Within a spectrum within a spectrum the outer one goes on to be the one that counts.
+// Gives the context a spectrum number. A spectrum inside another one keeps the number of the outer one.
 class SpectrumNumber {
  public:
   explicit SpectrumNumber(EvalContext& ctx) : ctx_(ctx), before_(ctx.spectrum) {
@@ -25,7 +25,8 @@ class SpectrumNumber {
   std::uint64_t before_;
 };
 
-// The frequencies, in order, at which a Quantity is wanted for the last time, and the last one.
+// For each Quantity the last frequency at which it is wanted, and the last frequency of the request, in ascending
+// order.
 std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
   std::vector<std::size_t> last;
   const QuantitySet anywhere = WantedAnywhere(request);
@@ -38,8 +39,8 @@ std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
   return last;
 }
 
-// Brings the context to what it would hold if every frequency had been evaluated there. No result of these has gone
-// into another, so that only the last ones count.
+// Brings the context to the state that it would have after an evaluation at every frequency. Since no result has
+// entered a later one, the last evaluation of each Quantity is enough.
 void EvaluateLastFrequencies(EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   for (const std::size_t i : LastFrequencies(request)) {
     WantOnly(ctx.quantities, request.wanted[i]);
@@ -47,7 +48,7 @@ void EvaluateLastFrequencies(EvalContext& ctx, const Model& model, const Spectru
   }
 }
 
-// Hands over, on this thread, the blocks of the portions that have not been handed over yet.
+// Passes to the sink, on this thread, the blocks of the portions that it has not received yet.
 class HandingOver {
  public:
   HandingOver(const SpectrumRequest& request, const BatchSink& sink, std::size_t done)
@@ -69,7 +70,7 @@ class HandingOver {
   std::size_t done_;
 };
 
-// Fills blocks until one cannot be filled at once.
+// Fills blocks until one must be filled one frequency at a time.
 void FillAlone(BlockFiller& filler, const SpectrumRequest& request, HandingOver& rest) {
   SpectrumBlock block(request);
   for (block.first = 0; block.first < request.x.size(); block.first += kSpectrumBlock) {
@@ -94,7 +95,8 @@ int EvalSpectrumInBatches(EvalContext& ctx, const Model& model, const SpectrumRe
     EvaluateLastFrequencies(ctx, model, request);
     return 0;
   }
-  // From here on every frequency counts for what it leaves behind, also those that have been handed over.
+  // From here on every frequency is evaluated, including those already passed to the sink: each may leave results for
+  // later ones.
   SpectrumBlock block(request);
   int status = 0;
   for (block.first = 0; block.first < request.x.size(); block.first += kSpectrumBlock) {

@@ -1,6 +1,5 @@
-// One model at many frequencies: what the fit and the exports call. The results are those of EvalModel, handed over in
-// blocks, so that whatever does not depend on the frequency can be done once for a spectrum, and long spectra be shared
-// out over the threads of the context.
+// One model at many frequencies, for the fit and the exports. The results are those of EvalModel, delivered in blocks.
+// Work that does not depend on the frequency is done once per spectrum. Threads of the context share long spectra.
 #pragma once
 
 #include <functional>
@@ -11,13 +10,13 @@
 
 namespace kalvex {
 
-// Evaluates the model at every frequency of the request, in their order, and calls sink, on the caller's thread, for
-// each block. Gives the last status other than 0 that an evaluation gave, else 0. The context holds afterwards what it
-// would hold if EvalModel had been called at each frequency; see there for what is to be done with the slopes.
+// Evaluates the model at every frequency of the request, in order, and calls sink for each block on the caller's
+// thread. Returns the last status of an evaluation that is not 0, else 0. Afterwards the context has the same content
+// as after a call of EvalModel at each frequency; the slopes must be taken over in the same way.
 int EvalSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
                  const std::function<void(const SpectrumBlock&)>& sink);
 
-// The same for a sink whose own work can be shared out.
+// The same for a sink whose own work can run on several threads.
 int EvalSpectrumInBatches(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

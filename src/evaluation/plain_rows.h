@@ -1,4 +1,4 @@
-// The rows of a model without codes, at blocks of frequencies: their sum, and how what is made of it changes with them.
+// The rows of a model without codes, at blocks of frequencies: their sum and its slopes.
 #pragma once
 
 #include <vector>
@@ -16,13 +16,14 @@ class PlainRows {
 
   explicit PlainRows(const Model& model);
 
-  // Slope k of a request is to be the one by this parameter of the model, epsInf or an element of a row.
+  // Slope k of the request is the one by this parameter of the model: epsInf or an element of a row.
   void Claim(const ParamPlace& place, std::size_t k);
 
-  // epsInf and the rows at the kSpectrumBlock frequencies w (cm-1). For slopes, what these need is kept.
+  // Sum of epsInf and the rows at the kSpectrumBlock frequencies w (cm-1). With forSlopes, intermediate results are
+  // kept for FillSlopes.
   void Sum(const double* w, bool forSlopes, double* re, double* im);
 
-  // The claimed slopes of a Quantity that has these derivatives by the sum made last, at the same frequencies.
+  // Fills the claimed slopes of a Quantity from its derivatives by the last sum, at the same frequencies.
   void FillSlopes(SpectrumBlock& block, int quantity, const double* w, const double* dRe, const double* dIm);
 
  private:
@@ -35,9 +36,9 @@ class PlainRows {
   std::vector<PlainRow> rows_;
   RowBounds bounds_;
   std::size_t claimOfEpsInf_ = kNobody;
-  std::vector<Claims> claims_;  // of each row
+  std::vector<Claims> claims_;  // one per row
   std::vector<double> inverses_;
-  std::vector<double> nobody_;  // where slopes go that nobody has claimed
+  std::vector<double> nobody_;  // target of slopes that are not requested
 };
 
 }  // namespace kalvex

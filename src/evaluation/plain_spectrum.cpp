@@ -124,7 +124,7 @@ void PlainSpectrum::AddMesh(const SpectrumBlock& block) {
   AddMultiples(meshValues_.data(), kernels_, meshValues_.size(), eps_.re.data());
 }
 
-// What the piecewise linear curves themselves give, at the one or two points that hold them up.
+// The contributions of the piecewise linear curves: one or two mesh points at each frequency.
 void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
   for (std::size_t i = 0; i < block.count; ++i) {
     const VdfWeights& at = weights_[i];

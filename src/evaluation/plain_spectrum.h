@@ -1,6 +1,6 @@
-// Spectra of a plain model, a block of frequencies at a time: the sum of the rows, the variational dielectric function
-// if there is one, the Quantities, and the slopes, each as one loop over the frequencies. The results are those of
-// EvalModel within rounding, without its detour through the table of slopes; only rows with codes use that.
+// Spectra of a plain model, one block of frequencies at a time. The sum of the rows, the variational dielectric
+// function, the Quantities and the slopes are one loop over the frequencies each. The results agree with EvalModel to
+// rounding. Only rows with codes need the table of slopes.
 #pragma once
 
 #include <span>
@@ -15,28 +15,28 @@ namespace kalvex {
 
 class PlainSpectrum {
  public:
-  // kernels: prepared for the frequencies of the request if the model has a constrained mesh.
+  // kernels: prepared for the frequencies of the request, if the model has a constrained mesh.
   PlainSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request, VdfKernelCache& kernels);
 
-  // Whether this is a model for it.
+  // Whether the model can be evaluated in this way.
   static bool AppliesTo(const EvalContext& ctx, const Model& model);
-  // False where a slope is asked for that EvalModel would keep from another frequency.
+  // False if a requested slope would, in EvalModel, be left from another frequency.
   bool FillBlock(SpectrumBlock& block);
 
  private:
-  // What the slope by one requested parameter is made of.
+  // How the slope by a requested parameter is computed.
   enum class Source {
-    kRow,    // epsInf or an element of a row; comes from rows_
+    kRow,    // epsInf or an element of a row; computed by rows_
     kTable,  // the same in a model that has rows with codes
     kMesh,
     kExp,
-    kKept  // nothing here changes it
+    kKept  // not changed by this model
   };
   struct Slope {
     Source source;
     const ModelParam* param;
-    ParamSlopes* of;    // of kTable
-    std::size_t index;  // among the kept slopes of kTable, of the mesh parameter, or of the experimental parameter
+    ParamSlopes* of;    // for kTable
+    std::size_t index;  // of the stored slope (kTable), of the mesh parameter, or of the experimental parameter
   };
 
   void Classify();
@@ -51,18 +51,18 @@ class PlainSpectrum {
   const Model& model_;
   const SpectrumRequest& request_;
   VdfKernelCache& kernelCache_;
-  bool anyCode_;    // of a row: its slopes come through the table
-  PlainRows rows_;  // otherwise
+  bool anyCode_;    // a row has a code: slopes of rows come from the table
+  PlainRows rows_;  // used if no row has a code
   std::vector<Slope> slopes_;
-  std::vector<std::size_t> meshSlopes_;  // of both parameters of each mesh point, the number in the request
-  std::vector<double> tableSlopes_;  // kSpectrumBlock real parts and as many imaginary ones for each slope of kTable
+  std::vector<std::size_t> meshSlopes_;  // index in the request, for both parameters of each mesh point
+  std::vector<double> tableSlopes_;  // for each slope of kTable: kSpectrumBlock real parts, then the imaginary parts
   std::size_t tableParams_ = 0;
   bool anyExpSlope_ = false;
   const double* kernels_ = nullptr;
   std::vector<double> spareKernels_;
   std::vector<VdfWeights> weights_;
   std::vector<double> meshValues_;
-  BlockNumbers x_;  // frequencies of the block; the last one repeated where it is not full
+  BlockNumbers x_;  // frequencies of the block; the last one is repeated to fill the block
   EpsBlock eps_;
   QuantityBlock result_;
 };

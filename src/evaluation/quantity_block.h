@@ -10,7 +10,7 @@ namespace kalvex {
 
 struct alignas(64) BlockNumbers : std::array<double, kSpectrumBlock> {};
 
-// The dielectric function at the frequencies of a block, for which a Quantity is asked.
+// The dielectric function at the frequencies of a block: the input for a Quantity.
 struct EpsBlock {
   BlockNumbers w;  // cm-1
   BlockNumbers re;
@@ -22,10 +22,10 @@ struct QuantityBlock {
   BlockNumbers dRe;  // with derivatives
   BlockNumbers dIm;
   std::array<BlockNumbers, kExpParamCount> dExp;  // 0 for parameters that the Quantity does not read
-  bool anyLimit = false;                          // somewhere |eps| has left its range, and dExp has no meaning
+  bool anyLimit = false;                          // |eps| is out of range at some frequency; dExp is then meaningless
 };
 
-// What QuantityOfEps gives at each frequency. Of `in` the frequency does not count.
+// The result of QuantityOfEps at each frequency. The frequency in `in` is ignored.
 void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
 
 }  // namespace kalvex

@@ -9,7 +9,7 @@ namespace {
 
 using Oblique = bulk::ObliqueAmplitude<double, 2>;
 
-// How the limiting values and the dependencies of a Quantity stand; and which experimental parameters it reads.
+// The limiting values and dependencies of a Quantity, and the experimental parameters that it reads.
 struct QuantityTraits {
   bool ofMu;
   int nExp;
@@ -73,7 +73,7 @@ Lanes ObliqueOfEpsMu(int quantity, const Cplx& eps, const Cplx& mu, const bulk::
   return Lanes::kNone;
 }
 
-// dExp stays as it is. For a Quantity that reads no experimental parameter it is always 0.
+// dExp stays unchanged. For a Quantity without experimental parameters it is always 0.
 void PutLimit(const QuantityInput& in, const QuantityTraits& traits, double value, Quantity& out) {
   out.Put(value);
   if (in.derivatives) bulk::ClearSlopes(out);

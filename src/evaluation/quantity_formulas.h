@@ -1,5 +1,5 @@
-// From the complex dielectric function eps, and where there is one the permeability mu, of a bulk sample to the 15
-// Quantities, with derivatives. Units: frequency cm-1, thickness cm, angles degrees, conductivity ohm-1 cm-1.
+// From the complex dielectric function eps of a bulk sample, with or without a permeability mu, to the 15 Quantities
+// and their derivatives. Units: frequency cm-1, thickness cm, angles degrees, conductivity ohm-1 cm-1.
 #pragma once
 
 #include <array>
@@ -10,30 +10,31 @@
 
 namespace kalvex {
 
-// What a Quantity is computed from besides eps; T is double, or a pack of frequencies.
+// The input of a Quantity besides eps. T is double, or a pack of frequencies.
 template <class T>
 struct QuantityInputOf {
   T w{};  // frequency, cm-1
   bool derivatives = false;
-  bool dcFlag = false;  // S1 is to be given as its reciprocal, the resistivity
+  bool dcFlag = false;  // S1 is returned as its reciprocal, the resistivity
   const std::array<ModelParam, kExpParamCount>* exp = nullptr;
 };
 using QuantityInput = QuantityInputOf<double>;
 
-// Fills value, dRe, dIm, and dExp of the adjustable experimental parameters. An |eps| above 1e30 or below 1e-30 gives
-// the Quantity's limiting value with dRe = dIm = 0, and leaves dExp alone.
+// Fills value, dRe, dIm, and dExp of the adjustable experimental parameters. If |eps| is above 1e30 or below 1e-30, the
+// value is the Quantity's limit with dRe = dIm = 0, and dExp stays unchanged.
 void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out);
-// The same with a permeability; dMuRe and dMuIm too. E1, E2, S1, S2 and LF, which have no meaning there, give 0.
+// The same with a permeability; also fills dMuRe and dMuIm. E1, E2, S1, S2 and LF are not defined for such a sample and
+// give 0.
 void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out);
 
-// For the dependency pass: derivatives of 1 where the Quantity depends on its input at all, 0 elsewhere.
+// For the dependency pass: each derivative becomes 1 if the Quantity depends on that input, else 0.
 void DependencyStub(int quantity, Quantity& out);
 void DependencyStubMu(int quantity, Quantity& out);
 
 inline constexpr double kRadiansPerDegree = 0.017453292519943295;
 
-// The ten nodes and weights of the averages over thickness and over angle: sample k stands at (2 x - 1)*spread + 1
-// times the mean. The weights sum to 1.000074097, and published fits rely on that sum: they are not to be mended.
+// The ten nodes and weights of the averages over thickness and over angle. Sample k is at (2 x - 1)*spread + 1 times
+// the mean. The weights sum to 1.000074097. Published fits rely on this sum: the weights must not be corrected.
 struct AveragingNode {
   double x;
   double g;

@@ -1,4 +1,4 @@
-// What an evaluation leaves for each of the 15 Quantities.
+// The results of an evaluation for each of the 15 Quantities.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace kalvex {
 
-// What an evaluation leaves for one Quantity.
+// The result of an evaluation for one Quantity.
 struct Quantity {
   std::uint32_t wanted = 0;  // the next evaluation must compute it
   double value = 0;
@@ -19,7 +19,7 @@ struct Quantity {
   double dMuRe = 0;
   double dMuIm = 0;
   std::array<double, kExpParamCount> dExp{};  // derivative by each experimental parameter
-  // Whether value and dExp are of a former evaluation, as far as Forget has been called before this one.
+  // Whether value and dExp are left from an earlier evaluation. Valid only if Forget was called before this one.
   bool formerValue = false;
   bool formerExp = false;
 
@@ -36,7 +36,7 @@ struct Quantity {
 
 using QuantityTable = std::array<Quantity, kQuantityCount>;
 
-// Wants the Quantities of the set and no others.
+// Marks the Quantities of the set as wanted, and no others.
 inline void WantOnly(QuantityTable& table, QuantitySet set) {
   for (int q = 0; q < kQuantityCount; ++q) table[static_cast<std::size_t>(q)].wanted = Contains(set, q) ? 1 : 0;
 }

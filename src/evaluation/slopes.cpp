@@ -12,7 +12,7 @@ void TakeOver(ModelParam& param, const ParamSlopes& slopes) {
   param.savedSlopes = {slopes.dEpsRe, slopes.dEpsIm, slopes.dQuantity};
 }
 
-// Calls visit(parameter, its slopes) for every parameter of the tables, also of a mesh that is off.
+// Calls visit(parameter, its slopes) for every parameter of the tables, including a mesh that is off.
 template <class Tables, class Slopes, class Visit>
 void ForEachPair(Tables& tables, Slopes& slopes, Visit visit) {
   for (std::size_t m = 0; m < tables.models.size(); ++m) {

@@ -1,5 +1,5 @@
-// The slopes that an evaluation makes: for each parameter of the parameter tables a record in the same place. The
-// parameters themselves are only read.
+// The slopes of an evaluation: a table with one record for each parameter of the parameter tables, in the same shape.
+// The parameters themselves are only read.
 #pragma once
 
 #include <array>
@@ -11,17 +11,17 @@
 
 namespace kalvex {
 
-// The derivatives by the value of one parameter. Only those of an adjustable parameter mean anything.
+// The derivatives by the value of one parameter. They are valid only for an adjustable parameter.
 struct ParamSlopes {
   double dEpsRe = 0;  // of the complex response of a model
   double dEpsIm = 0;
   double dScalar = 0;                              // of the real row sum
   std::array<double, kQuantityCount> dQuantity{};  // of each Quantity
 
-  // What of these is of a former evaluation; counts only if Forget has been called before this one.
+  // Which of these are left from an earlier evaluation. Valid only if Forget was called before this one.
   QuantitySet formerQuantities = 0;
   bool formerEps = false;
-  bool madeOfFormer = false;  // a slope of a Quantity is made of such a number
+  bool madeOfFormer = false;  // a slope of a Quantity was computed from such a result
 
   void Put(int quantity, double slope) {
     dQuantity[static_cast<std::size_t>(quantity)] = slope;
@@ -63,17 +63,18 @@ struct SlopeTable {
   std::array<ParamSlopes, kExpParamCount> ExpParams;
 };
 
-// Gives the table the shape of the parameter tables. While that is the same, no record moves.
+// Gives the table the shape of the parameter tables. If the shape is unchanged, no record moves.
 void MakeRoom(SlopeTable& slopes, const ParamTables& tables);
-// The same, and every record starts from what the parameter has kept: that stays where an evaluation makes nothing.
+// The same. Every record starts from the slopes saved in the parameter; they stay if an evaluation does not compute
+// them.
 void StartFromSaved(SlopeTable& slopes, const ParamTables& tables);
-// Writes what evaluations have made of the table since StartFromSaved into the parameters.
+// Writes the slopes computed since StartFromSaved into the parameters.
 void TakeOverSlopes(ParamTables& tables, const SlopeTable& slopes);
 
-// The record of the parameter at a place that exists.
+// The record of the parameter at a place, which must exist.
 ParamSlopes& SlopesAt(SlopeTable& slopes, const ParamPlace& place);
 
-// Calls visit(parameter, its slopes) as ForEachParam does.
+// Calls visit(parameter, its slopes) in the order of ForEachParam.
 template <class Visit>
 void ForEachParam(const Model& model, ModelSlopes& slopes, Visit&& visit) {
   visit(model.epsInf, slopes.epsInf);

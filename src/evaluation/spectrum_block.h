@@ -1,4 +1,4 @@
-// What EvalSpectrum is asked for, and what it hands over.
+// The request and the results of EvalSpectrum.
 #pragma once
 
 #include <algorithm>
@@ -15,27 +15,27 @@ inline constexpr std::size_t kSpectrumBlock = 64;
 
 struct SpectrumRequest {
   std::span<const double> x;            // cm-1
-  std::span<const QuantitySet> wanted;  // one for each frequency
+  std::span<const QuantitySet> wanted;  // one per frequency
   bool derivatives = false;
   std::span<const ParamPlace>
       slopesOf;  // with derivatives: the parameters whose slopes the caller will read, each once
 };
 
-// The Quantities that are wanted at any frequency.
+// The Quantities that are wanted at any frequency of the request.
 inline QuantitySet WantedAnywhere(const SpectrumRequest& request) {
   QuantitySet anywhere = 0;
   for (const QuantitySet wanted : request.wanted) anywhere |= wanted;
   return anywhere;
 }
 
-// The results at the frequencies first to first + count - 1. A value or slope that was not asked for has no meaning.
+// The results at the frequencies first to first + count - 1. Values and slopes that were not requested are undefined.
 class SpectrumBlock {
  public:
   SpectrumBlock() = default;
   explicit SpectrumBlock(const SpectrumRequest& request) { MakeRoomFor(request, WantedAnywhere(request)); }
 
-  // What stands in the block loses its meaning. anywhere: WantedAnywhere of the request, which is as long as the
-  // spectrum.
+  // Resizes the block; its content becomes undefined. anywhere: WantedAnywhere of the request, passed in because
+  // computing it takes one pass over the spectrum.
   void MakeRoomFor(const SpectrumRequest& request, QuantitySet anywhere) {
     std::size_t columns = 0;
     for (int q = 0; q < kQuantityCount; ++q) {
@@ -47,16 +47,15 @@ class SpectrumBlock {
 
   std::size_t first = 0;
   std::size_t count = 0;
-  bool hasFormer =
-      false;  // a result is that of a former evaluation, or made of one; set where EvalContext::notesFormer
+  bool hasFormer = false;  // a result depends on an earlier evaluation; set if EvalContext::notesFormer
 
   double Value(int quantity, std::size_t i) const { return values_[Index(quantity, i)]; }
-  // Derivative of the Quantity by parameter number k of the request.
+  // Derivative of the Quantity by parameter k of the request.
   double Slope(std::size_t k, int quantity, std::size_t i) const {
     return slopes_[k * values_.size() + Index(quantity, i)];
   }
 
-  // For those who fill it: the values, or the slopes by one parameter, at all frequencies of the block.
+  // For the code that fills the block: the values, or the slopes by one parameter, at all frequencies of the block.
   const double* Values(int quantity) const { return values_.data() + Index(quantity, 0); }
   double* Values(int quantity) { return values_.data() + Index(quantity, 0); }
   const double* Slopes(std::size_t k, int quantity) const {
@@ -68,7 +67,7 @@ class SpectrumBlock {
   std::size_t Index(int quantity, std::size_t i) const {
     return column_[static_cast<std::size_t>(quantity)] * kSpectrumBlock + i;
   }
-  std::array<std::size_t, kQuantityCount> column_{};  // of each Quantity that is wanted anywhere in the request
+  std::array<std::size_t, kQuantityCount> column_{};  // one per Quantity that is wanted anywhere in the request
   std::vector<double> values_;
   std::vector<double> slopes_;
 };

@@ -26,9 +26,9 @@ SpectrumTeam::~SpectrumTeam() = default;
 
 namespace {
 
-// ---- what is worth it
+// ---- cost estimate
 
-// Nanoseconds that one frequency takes, rather too few than too many, measured on a core of 4 GHz.
+// Nanoseconds per frequency, measured on a core of 4 GHz. The estimate is rather too low than too high.
 struct Cost {
   double values;
   double withSlopes;
@@ -36,10 +36,10 @@ struct Cost {
 constexpr Cost kOfFrequency = {2, 4};
 constexpr Cost kOfRow = {0.15, 0.8};
 constexpr Cost kOfMeshPoint = {0.15, 0.3};
-constexpr Cost kOfCodes = {100, 200};  // of rows with codes, whatever their number
-constexpr Cost kOfAverage = {40, 60};  // of a Quantity that is an average over thickness or angle
-constexpr Cost kOfLayer = {10, 25};    // of a type that fills blocks at once
-constexpr Cost kOfType = {50, 100};    // of another
+constexpr Cost kOfCodes = {100, 200};  // rows with codes, for any number of them
+constexpr Cost kOfAverage = {40, 60};  // a Quantity that is an average over thickness or angle
+constexpr Cost kOfLayer = {10, 25};    // a row of a type that fills blocks at once
+constexpr Cost kOfType = {50, 100};    // any other type
 constexpr QuantitySet kAverages = SetOf(kTrans) | SetOf(kRp) | SetOf(kRs) | SetOf(kRps) | SetOf(kDefringed);
 
 Cost operator+(const Cost& a, const Cost& b) { return {a.values + b.values, a.withSlopes + b.withSlopes}; }
@@ -92,9 +92,10 @@ void Prepare(SpectrumWorker& worker, EvalContext& ctx, const Model& model, const
 
 // ---- batches
 
-constexpr std::size_t kPortionsOfThread = 16;  // in a batch
+constexpr std::size_t kPortionsOfThread = 16;  // per batch
 
-// Fills the blocks of a portion and lets them go through the sink, until one has a result of a former evaluation.
+// Fills the blocks of a portion and passes them to the sink. Stops with false at a block with a failure or with a
+// result left from an earlier evaluation.
 bool FillPortion(SpectrumWorker& worker, const SpectrumRequest& request, QuantitySet anywhere, std::size_t first,
                  const BatchSink& sink, std::size_t place) {
   const std::size_t end = std::min(first + sink.Frequencies(), request.x.size());
@@ -135,7 +136,7 @@ std::size_t BlocksOfPortion(const EvalContext& ctx, const Model& model, const Sp
 
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request) {
   if (!ctx.pool || request.x.size() < 4 * kSpectrumBlock) return false;
-  if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // it may be a partner
+  if (TypeOf(ctx, model) && AnyWhole(ctx)) return false;  // that model may be a partner
   return ctx.pool->Pays(NanosecondsOf(ctx, model, request));
 }
 

@@ -1,9 +1,9 @@
-// A spectrum shared out over threads. They read the same parameters, and each has a context of its own to compute in.
-// What comes out, and what stays in the caller's context, is what one thread alone would give, to the last bit.
+// A spectrum shared by several threads. All read the same parameters; each computes in its own context. The results,
+// and the final content of the caller's context, are bit for bit those of a single thread.
 //
-// At one frequency an evaluation is a function of parameters and frequency, unless it keeps a result of the frequency
-// before (SpectrumBlock::hasFormer), which may have been another thread's. From the first such block on, and from one
-// with a status other than 0, the caller's thread does the spectrum alone.
+// At one frequency an evaluation is a function of parameters and frequency, unless it keeps a result of the previous
+// frequency (SpectrumBlock::hasFormer). That frequency may belong to another thread. From the first such block on, or
+// from the first block with a status other than 0, only the caller's thread computes.
 #pragma once
 
 #include <functional>
@@ -16,10 +16,10 @@
 
 namespace kalvex {
 
-// What becomes of blocks of results. So many consecutive blocks are a portion; the last one of a spectrum may have
-// fewer. The blocks of a portion go through `work` one after the other, those of several consecutive portions at the
-// same time on any threads, with the portion's place in the batch. A portion that is begun once more counts from its
-// first block on. `take` tells the caller's thread how many portions, from place 0 on, are whole.
+// Receives the blocks of results. A portion is a number of consecutive blocks; the last portion of a spectrum may be
+// shorter. The blocks of a portion are passed to `work` one after the other. Several consecutive portions run at the
+// same time on any threads; `place` is the portion's place in the batch. A portion may be started again: then its first
+// block resets the sums. `take` runs on the caller's thread with the number of complete portions, counted from place 0.
 struct BatchSink {
   std::function<void(const SpectrumBlock& block, std::size_t place)> work;
   std::function<void(std::size_t portions)> take;
@@ -39,23 +39,23 @@ struct SpectrumTeam {
   SpectrumTeam& operator=(const SpectrumTeam&) = delete;
 };
 
-// A model is closed: what was kept for it goes, here and in the team.
+// Drops what is cached for a closed model, here and in the team.
 void ForgetModel(EvalContext& ctx, std::uint32_t number);
 
-// How long the spectrum takes one thread, more or less.
+// Estimated time of the spectrum in one thread.
 double NanosecondsOf(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 
-// Blocks that are a task worth giving to a thread, however many threads there are.
+// Number of blocks that make up a task of reasonable size. It does not depend on the number of threads.
 std::size_t BlocksOfPortion(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 
-// Whether the threads of ctx can gain by sharing out this spectrum.
+// Whether sharing this spectrum between the threads of ctx is faster.
 bool PaysToShare(const EvalContext& ctx, const Model& model, const SpectrumRequest& request);
 
-// No batch of a spectrum in this context has more portions.
+// The largest number of portions in a batch in this context.
 std::size_t MostPortionsOfBatch(const EvalContext& ctx);
 
-// Evaluates the spectrum in the team of ctx and hands over portions until one has a block with a former result or a
-// status other than 0. Gives the number of frequencies that were handed over.
+// Evaluates the spectrum in the team of ctx and delivers portions. Stops at the first block with a former result or a
+// status other than 0. Returns the number of frequencies delivered.
 std::size_t FillByTeam(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const BatchSink& sink);
 
 }  // namespace kalvex

@@ -14,12 +14,12 @@ namespace kalvex {
 struct StackBlockInput {
   StackHead head;
   bool derivatives = false;
-  bool amplitudes = false;                  // not only R and T
+  bool amplitudes = false;                  // also the amplitudes, not only R and T
   const double* x = nullptr;                // kSpectrumBlock frequencies, cm-1
   std::span<const EpsBlock* const> layers;  // dielectric function of each layer
 };
 
-// One result, and its derivatives by what stands in each layer, and by the numbers of the head row.
+// One result, with its derivatives by the quantities of each layer and by the numbers of the head row.
 struct StackBlockResult {
   struct Layer {
     BlockNumbers byRe, byIm, byThickness, bySpread;
@@ -29,13 +29,13 @@ struct StackBlockResult {
   std::array<BlockNumbers, 2> byHead;
 };
 
-// The stack that packs of frequencies go through; its nodes stand, and there is room for its media.
+// The stack that the packs of frequencies use. Its nodes are set, and its media have room.
 struct StackBlockRoom {
   StackOf<Pack> stack;
   std::vector<StackMedium<Pack>> media;
 };
 
-// Fills all results, or the first two where no amplitudes are asked for.
+// Fills all results, or only R and T if no amplitudes are requested.
 void FillStackBlock(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results);
 
 }  // namespace kalvex

@@ -1,7 +1,7 @@
 // The formulas of a stack, for double and for packs of frequencies.
 //
-// Width names what the functions of a pack are compiled for, so that those of several widths do not meet: void for
-// double, and a type that nobody else can see for packs.
+// Width makes the instances for different widths of the vector units distinct types, which keeps the linker from
+// merging them: void for double, a type of internal linkage for packs.
 #pragma once
 
 #include <cmath>
@@ -28,7 +28,7 @@ EmptyPath<Num> EmptyPathOf(const StackHead& head, const Num& x) {
   return {perScale, Num(0)};
 }
 
-// sqrt(z), held away from 0, with its derivative by z.
+// sqrt(z), kept away from 0, with its derivative by z.
 template <class Num>
 struct HeldRoot {
   Complex<Num> root;
@@ -48,8 +48,8 @@ StackMedium<Num> NormalMedium(const Num& k0, const Complex<Num>& eps) {
   return {n.root, n.root * k0, n.byZ, n.byZ * k0, {}, {}};
 }
 
-// m = sqrt(eps - sin^2); y = eps/m for p, m for s; m depends on the angle through its sine. A layer with gain counts
-// as one that absorbs a little.
+// m = sqrt(eps - sin^2); y = eps/m for p, m for s polarisation. m depends on the angle only through its sine. A layer
+// with gain is treated as one with slight absorption.
 template <class Num>
 StackMedium<Num> ObliqueMedium(const StackHead& head, const Num& k0, const Complex<Num>& given) {
   constexpr double kLeastAbsorption = 1e-05;
@@ -112,7 +112,7 @@ void PreparePassages(StackOf<Num>& stack) {
 
 // ---- the tree
 
-// Tangential fields of the wave that goes on and of the one that comes back, up to a common factor.
+// Tangential fields of the forward wave (on) and of the backward wave (back), up to a common factor.
 template <class Num>
 struct StackFields {
   Complex<Num> on;
@@ -132,7 +132,7 @@ struct Covector {
   friend Covector operator*(const Covector& c, const Complex<Num>& z) { return {c.on * z, c.back * z}; }
 };
 
-// What goes up the tree: sums over the branches with their weights. Of amplitudes and of intensities.
+// Sums over the branches of the tree with their weights, for amplitudes and for intensities.
 template <class Num>
 struct AmplitudeSums {
   Covector<Num> r, t;  // derivatives of the amplitudes by the fields
@@ -140,7 +140,7 @@ struct AmplitudeSums {
 };
 template <class Num>
 struct IntensitySums {
-  Covector<Num> R, T;  // those times the conjugate amplitude
+  Covector<Num> R, T;  // derivatives of the amplitudes times the conjugate amplitude
   Num sumTT{};         // |t|^2
 };
 struct NoSums {};
@@ -150,7 +150,7 @@ struct StackSums {
   [[no_unique_address]] std::conditional_t<kSlopes && kAmplitudes, AmplitudeSums<Num>, NoSums> amplitude;
 };
 
-// (on, back) before an interface from those behind it.
+// (on, back) in front of an interface, from the fields after it.
 template <class Num>
 StackFields<Num> BeforeInterface(const Complex<Num>& rho, const StackFields<Num>& behind) {
   return {behind.on + rho * behind.back, rho * behind.on + behind.back};
@@ -160,7 +160,7 @@ Covector<Num> BehindInterface(const Complex<Num>& rho, const Covector<Num>& befo
   return {before.on + rho * before.back, rho * before.on + before.back};
 }
 
-// kSlopes: derivatives too. kAmplitudes: those of the amplitudes too, not only those of R and T.
+// kSlopes: compute derivatives. kAmplitudes: also those of the amplitudes, not only those of R and T.
 template <class Num, class Width, bool kSlopes, bool kAmplitudes>
 class StackWalk {
  public:
@@ -169,7 +169,7 @@ class StackWalk {
 
   explicit StackWalk(StackOf<Num>& stack) : stack_(stack) {}
 
-  // The branch that ends before medium j with these fields behind the interface in front of it.
+  // The branch that ends in front of medium j. `behind`: the fields after the interface between media j - 1 and j.
   __attribute__((flatten)) Sums Visit(std::size_t j, const StackFields<Num>& behind, const Complex<Num>& passed,
                                       double weight) {
     const StackFields<Num> before = BeforeInterface(stack_.rho[j], behind);
@@ -179,7 +179,7 @@ class StackWalk {
   }
 
  private:
-  // All nodes of a layer, with these fields at its back.
+  // All nodes of a layer. `before`: the fields at the back of the layer.
   Sums Branches(std::size_t layer, const StackFields<Num>& before, const Complex<Num>& passed, double weight) {
     Sums total;
     for (std::size_t n = 0; n < stack_.nodes[layer].size(); ++n) {
@@ -215,8 +215,8 @@ class StackWalk {
     return sums;
   }
 
-  // From the fields before an interface to those behind it: d(on, back) = (back, on) drho. What the factors 1 + rho of
-  // t add follows at the end.
+  // Converts derivatives by the fields in front of an interface into those by the fields after it: d(on, back) = (back,
+  // on) drho. The contribution of the factors 1 + rho of t is added in ChainInterfaces.
   void CrossInterface(std::size_t j, const StackFields<Num>& behind, Sums& sums) {
     const Complex<Num>& rho = stack_.rho[j];
     const auto cross = [&](Covector<Num>& c, Complex<Num>& byRho) {
@@ -231,7 +231,7 @@ class StackWalk {
     }
   }
 
-  // A passage turns the wave that comes back by exp(2ikd) and t by exp(ikd - i emptyPath d).
+  // A passage multiplies the backward wave by exp(2ikd), and t by exp(ikd - i emptyPath d).
   static void AddOfPassage(const StackFields<Num>& front, const Sums& sums, typename StackOf<Num>::Passage& passage) {
     const Complex<Num> twice = TimesI(front.back) * (Num(2) * passage.rate);
     passage.byPhase.R += sums.intensity.R.back * twice;
@@ -268,7 +268,8 @@ void ClearStackSlopes(StackOf<Num>& stack) {
   stack.byEmptyPath = {};
 }
 
-// From the phases of the passages, summed over the branches, to wave vectors, thicknesses and the empty path.
+// Chain rule from the phases of the passages, summed over the branches, to wave vectors, thicknesses and the empty
+// path.
 template <class Num>
 void ChainPassages(StackOf<Num>& stack) {
   for (std::size_t layer = 1; layer + 1 < stack.y.size(); ++layer) {
@@ -294,13 +295,14 @@ void ChainPassages(StackOf<Num>& stack) {
   }
 }
 
-// From the reflections of the interfaces to the admittances of the media on both sides. sumT, sumTT: of all branches.
+// Chain rule from the reflections of the interfaces to the admittances of the media on both sides. sumT, sumTT: sums
+// over all branches.
 template <class Num>
 void ChainInterfaces(StackOf<Num>& stack, const Complex<Num>& sumT, const Num& sumTT) {
   for (std::size_t j = 1; j < stack.y.size(); ++j) {
     StackGradient<Num> g = stack.byRho[j];
     const Complex<Num>&a = stack.y[j - 1], &b = stack.y[j], sum = a + b, through = Num(1) + stack.rho[j];
-    // No slopes where there is no interface, or nothing gets through.
+    // The slopes are 0 if there is no interface, or if nothing is transmitted.
     const auto noInterface = Norm(sum) < Num(kTinyNorm), nothingThrough = Norm(through) == Num(0);
     const auto none = noInterface | nothingThrough;
     const Complex<Num> perRho = Num(1) / through;

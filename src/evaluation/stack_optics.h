@@ -1,14 +1,14 @@
-// A stack of layers between two half-spaces: reflected and transmitted amplitude, averaged over distributions of the
-// layers' thicknesses, with derivatives.
+// A stack of layers between two half-spaces: reflected and transmitted amplitude, averaged over the distributions of
+// the layers' thicknesses, with derivatives.
 //
-// A layer is known by its admittance y and its wave vector k along the normal (per cm): the interface between a and b
-// reflects rho = (y_b - y_a)/(y_b + y_a) and lets 1 + rho through, a passage gives exp(ikd), 1 where it would grow.
-// With y and k of the dielectric function this serves normal and oblique incidence and evanescent waves alike.
+// A layer is described by its admittance y and its wave vector k along the normal (per cm). The interface between a and
+// b reflects rho = (y_b - y_a)/(y_b + y_a) and transmits 1 + rho. A passage gives exp(ikd), or 1 if that would grow. y
+// and k follow from the dielectric function: normal and oblique incidence and evanescent waves use the same formulas.
 //
-// The average is over all combinations of the layers' nodes. What combinations have in common is computed once: the
-// nodes of the last layer that differ are the branches of a tree, those of the layer before it their branches, and so
-// on to the first layer. On the way down each branch carries the field that reaches it from behind, on the way up the
-// derivatives of the result by that field, summed over all branches above it.
+// The average runs over all combinations of the layers' thickness nodes. Common parts are computed once. The nodes of
+// the last layer are the first branches of a tree, the nodes of the layer in front of it the next ones, down to the
+// first layer. On the way down a branch carries the field that comes from the back. On the way up it carries the
+// derivatives of the result by that field, summed over all branches above.
 //
 // Num is double, or Pack for many frequencies at a time.
 #pragma once
@@ -29,19 +29,19 @@ struct ThicknessNode {
   double bySpread = 0;
 };
 
-// The averaged results, in the order of the arrays of slopes.
+// The averaged results; also the order of the arrays of slopes.
 enum StackResult : int { kStackR, kStackT, kStackReR, kStackImR, kStackReT, kStackImT, kStackResults };
 
 template <class Num>
 using StackSlopes = std::array<Num, kStackResults>;
 
-// Derivatives by one complex quantity z: of the amplitudes dr/dz and dt/dz, and sums of conj(a) da/dz, from which those
-// of the intensities follow.
+// Derivatives by a complex quantity z: dr/dz and dt/dz of the amplitudes, and sums of conj(a) da/dz, which give the
+// derivatives of the intensities.
 template <class Num>
 struct StackGradient {
   Complex<Num> r, t, R, T;
 
-  // The derivatives of the six results when z changes by dz.
+  // The derivatives of the six results along a change dz of z.
   StackSlopes<Num> Along(const Complex<Num>& dz) const {
     const Complex<Num> dr = r * dz, dt = t * dz;
     return {Num(2) * (R * dz).re, Num(2) * (T * dz).re, dr.re, dr.im, dt.re, dt.im};
@@ -55,26 +55,26 @@ struct StackGradient {
   }
 };
 
-// Media, results and scratch of one stack, kept from frequency to frequency. The first and the last of the media are
-// the half-spaces, whose wave vector and nodes do not count.
+// Media, results and work space of a stack, kept between frequencies. The first and the last medium are the
+// half-spaces; their wave vectors and nodes are not used.
 template <class Num>
 struct StackOf {
   std::vector<Complex<Num>> y, k;
   std::vector<std::vector<ThicknessNode>> nodes;
-  Num emptyPath{};  // wave vector in vacuum: t is relative to exp(i emptyPath D), D the whole thickness
+  Num emptyPath{};  // wave vector in vacuum: t is relative to exp(i emptyPath D), D the total thickness
 
   StackSlopes<Num> value{};
-  // With derivatives, for each medium: by y, by k, by the mean thickness, by the spread; and by emptyPath.
+  // Derivatives for each medium, by y, by k, by the mean thickness and by the spread, and by emptyPath.
   std::vector<StackGradient<Num>> byY, byK;
   std::vector<StackSlopes<Num>> byThickness, bySpread;
   StackGradient<Num> byEmptyPath;
 
-  // Scratch: amplitudes of the interface before each medium, and of the nodes.
+  // Work space: amplitudes of the interface in front of each medium, and of the nodes.
   struct Passage {
     Complex<Num> round;  // exp(2ikd)
     Complex<Num> once;   // exp(ikd) relative to the empty path
-    Num rate;            // d(kd) counts with this: 1, or 0 where the guard holds
-    // Sums over all branches through this node: derivatives by the phase kd of the wave that comes back, t, and |t|^2.
+    Num rate;            // factor of d(kd): 1, or 0 where the passage is held at 1
+    // Sums over all branches through this node: derivatives by the phase kd of the backward wave, t, and |t|^2.
     StackGradient<Num> byPhase;
     Complex<Num> sumT;
     Num sumTT;
@@ -86,7 +86,7 @@ struct StackOf {
 };
 using Stack = StackOf<double>;
 
-// Room for so many media, without nodes; then, when the nodes stand, for their passages.
+// Allocates the media, without nodes; and, once the nodes are set, their passages.
 template <class Num>
 void MakeRoomForMedia(StackOf<Num>& stack, std::size_t media) {
   for (auto* const numbers : {&stack.y, &stack.k, &stack.rho}) numbers->assign(media, {});
@@ -100,16 +100,16 @@ void MakeRoomForPassages(StackOf<Num>& stack) {
   for (std::size_t j = 0; j < stack.nodes.size(); ++j) stack.passages[j].resize(stack.nodes[j].size());
 }
 
-// The single node of a layer without spread, and the ten of the averages over thickness.
+// The single node of a layer without spread, and the ten nodes of an average over thickness.
 void SetSingleNode(std::vector<ThicknessNode>& nodes, double thickness);
 void SetAveragingNodes(std::vector<ThicknessNode>& nodes, double thickness, double spread);
 
-// Fills the results of the stack. There is room.
+// Fills the results of the stack, whose memory must be allocated.
 void AverageStack(Stack& stack, bool derivatives);
 
 // ---- media
 
-// How the waves run: what the media's admittances and wave vectors follow from besides the dielectric function.
+// The geometry of the waves: with the dielectric function it determines the media's admittances and wave vectors.
 enum class StackGeometry { kNormal, kOblique, kFinite };
 struct StackHead {
   StackGeometry geometry = StackGeometry::kNormal;
@@ -131,14 +131,14 @@ struct EmptyPath {
 template <class Num>
 EmptyPath<Num> EmptyPathOf(const StackHead& head, const Num& x);
 
-// One medium, and the derivatives by its dielectric function and by the numbers of the head that can be fitted: the
-// angle; or the scale, and the wavelength along the layers.
+// One medium, with its derivatives by the dielectric function and by the numbers of the head that can be fitted: the
+// angle, or the scale and the wavelength along the layers.
 template <class Num>
 struct StackMedium {
   Complex<Num> y, k;
   Complex<Num> yByEps, kByEps;
   Complex<Num> yByHead[2], kByHead[2];
-  Num byIm = 1;  // 0 where the imaginary part of the dielectric function does not count
+  Num byIm = 1;  // 0 where the imaginary part of the dielectric function is ignored
 };
 template <class Num>
 StackMedium<Num> StackMediumOf(const StackHead& head, const Num& x, const Complex<Num>& eps);

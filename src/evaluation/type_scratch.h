@@ -1,5 +1,5 @@
-// Room for the evaluation of special models, kept between calls so that nothing is allocated from frequency to
-// frequency: one set for each level of models within models, and what a model's type keeps for it.
+// Work space for the evaluation of special models, kept between calls to avoid allocations: one set for each level of
+// nested models, and the cache of a model's type.
 #pragma once
 
 #include <any>
@@ -21,7 +21,7 @@ struct Model;
 struct ModelParam;
 struct ParamSlopes;
 
-// Directions in which a pass over a type's formula carries derivatives.
+// Number of directions of the dual numbers in one pass over a type's formula.
 inline constexpr int kTypeLanes = 8;
 using TypeDual = Dual<kTypeLanes>;
 
@@ -29,27 +29,27 @@ struct TypeScratch {
   std::span<const double> ahead;         // as in the stack
   std::vector<double> raw;               // of each input: the number in its cell
   std::vector<Cplx> at;                  // the response, the number itself, or the value of the dataset
-  std::vector<const Model*> partner;     // null where the input is no model
-  std::vector<double> partnerX;          // frequency at which the partner is asked
-  std::vector<const ModelParam*> param;  // of a number that can be fitted, else null
-  std::vector<int> row;                  // in which the input stands
-  std::vector<int> direction;            // the first of the input's directions, -1 if nothing can vary it
+  std::vector<const Model*> partner;     // null if the input is not a model
+  std::vector<double> partnerX;          // frequency at which the partner is evaluated
+  std::vector<const ModelParam*> param;  // null unless the fit can vary the number
+  std::vector<int> row;                  // the row of the input
+  std::vector<int> direction;            // the first direction of the input, -1 if it has none
   std::vector<std::array<double, kQuantityCount>> quantities;  // of an evaluated partner
   std::vector<Complex<TypeDual>> dual;
   std::vector<std::array<TypeDual, kQuantityCount>> dualQuantities;
-  std::vector<double> slopes;      // of each Quantity by each direction
-  std::vector<Cplx> epsSlopes;     // of a material's dielectric function by each direction
-  std::vector<ParamSlopes*> free;  // by every adjustable parameter of the tables
-  std::vector<double> columns;     // of evaluated partners: dQuantity of each Quantity by each of these
+  std::vector<double> slopes;      // of each Quantity, by each direction
+  std::vector<Cplx> epsSlopes;     // of a material's dielectric function, by each direction
+  std::vector<ParamSlopes*> free;  // of every adjustable parameter of the tables
+  std::vector<double> columns;     // of evaluated partners: dQuantity of each Quantity, by each entry of free
 };
 
 struct TypeScratchStack {
-  std::deque<TypeScratch> levels;  // a deque, since an evaluation holds on to its level while deeper ones are added
+  std::deque<TypeScratch> levels;  // a deque: references to a level stay valid while deeper ones are added
   std::size_t depth = 0;
-  // The frequency at which a spectrum stands and those it comes to next; empty where that is not known.
+  // The present frequency of a spectrum and the following ones; empty if they are not known.
   std::span<const double> ahead;
-  std::map<std::uint32_t, std::any> caches;    // by the model's number
-  std::map<std::type_index, std::any> shared;  // by what it is: kept for all models of a type together
+  std::map<std::uint32_t, std::any> caches;    // keyed by the model's number
+  std::map<std::type_index, std::any> shared;  // keyed by the type of the content, common to all models
 };
 
 }  // namespace kalvex

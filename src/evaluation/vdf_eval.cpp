@@ -12,7 +12,7 @@ double F(double u) {
   return size >= 1e-10 ? u * std::log(size) : 0;
 }
 
-// Calls visit(index of the point, weight) for the points that hold up the curve at X.
+// Calls visit(index, weight) for the mesh points that determine the curve at X.
 template <class Visit>
 void ForEachWeight(const VarDielFunc& vdf, double X, Visit visit) {
   const VdfWeights at = VdfWeightsAt(vdf, X);
@@ -78,7 +78,7 @@ void VdfGradient(const VarDielFunc& vdf, std::span<MeshSlopes> slopes) {
   }
 }
 
-// On a segment from a to b the imaginary part is s w + c, and the integral of w (s w + c)/(4 pi) is closed.
+// On a segment from a to b the imaginary part is s w + c. The integral of w (s w + c)/(4 pi) has a closed form.
 double VdfScalarSum(const VarDielFunc& vdf, double limit, std::span<MeshSlopes> slopes) {
   for (MeshSlopes& point : slopes) point.e1.dScalar = point.e2.dScalar = 0;
   double sum = 0;

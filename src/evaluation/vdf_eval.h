@@ -1,5 +1,5 @@
-// The value of a variational dielectric function: piecewise linear curves, and under the constraint the exact
-// Kramers-Kronig transform of the imaginary part, which is a sum of triangles.
+// The value of a variational dielectric function: piecewise linear curves. Under the constraint the real part is the
+// exact Kramers-Kronig transform of the imaginary part, which is a sum of triangles.
 #pragma once
 
 #include <span>
@@ -10,11 +10,11 @@
 
 namespace kalvex {
 
-// The kernel of the transform at frequency X (cm-1): out[j] is the real part that a triangle of height 1 at mesh point
-// j makes, (2/pi) P-integral of w T(w)/(w^2 - X^2) dw; 0 at the two end points. out has the size of the mesh.
+// The kernel of the transform at frequency X (cm-1). out[j] is the real part due to a triangle of height 1 at mesh
+// point j, (2/pi) P-integral of w T(w)/(w^2 - X^2) dw; 0 at the two end points. out has the size of the mesh.
 void VdfKernel(const VarDielFunc& vdf, double X, double* out);
 
-// The one or two mesh points that hold up the piecewise linear curves at a frequency, with their weights.
+// The one or two mesh points that determine the piecewise linear curves at a frequency, with their weights.
 struct VdfWeights {
   int first = -1;  // -1 outside the mesh
   int second = -1;
@@ -23,13 +23,13 @@ struct VdfWeights {
 };
 VdfWeights VdfWeightsAt(const VarDielFunc& vdf, double X);
 
-// Value at frequency X. With derivatives, dEpsRe and dEpsIm of both parameters of every mesh point; none are wanted if
-// there are no slopes. Outside the mesh the imaginary part is 0, and the real part 0 or the tail of the transform.
+// Value at frequency X. With slopes: also dEpsRe and dEpsIm of both parameters of every mesh point; empty slopes mean
+// no derivatives. Outside the mesh the imaginary part is 0. The real part there is 0, or the tail of the transform.
 Cplx EvalVdf(const VarDielFunc& vdf, double X, std::span<MeshSlopes> slopes = {});
-// Marks what EvalVdf depends on by derivatives of 1.
+// Sets the derivatives by the parameters on which EvalVdf depends to 1.
 void VdfGradient(const VarDielFunc& vdf, std::span<MeshSlopes> slopes);
 
-// Integral of w e2(w)/(4 pi) from the first mesh point to the limit; derivatives to dScalar, if there are slopes.
+// Integral of w e2(w)/(4 pi) from the first mesh point to the limit. With slopes: derivatives are written to dScalar.
 double VdfScalarSum(const VarDielFunc& vdf, double limit, std::span<MeshSlopes> slopes = {});
 void VdfScalarGradient(std::span<MeshSlopes> slopes);
 

@@ -1,5 +1,5 @@
-// The Kramers-Kronig kernels of a mesh for a whole list of frequencies, kept as long as mesh and frequencies stay the
-// same: between the iterations of a fit only the values change.
+// A cache of the Kramers-Kronig kernels of a mesh for a list of frequencies. It is valid while mesh and frequencies
+// stay the same: between the iterations of a fit only the values change.
 #pragma once
 
 #include <cstdint>
@@ -14,24 +14,24 @@ inline constexpr std::size_t kKernelBlock = 64;
 
 class VdfKernelCache {
  public:
-  // A model is closed: its kernels go, and what they took is free for others.
+  // Drops the kernels of a closed model and frees their memory.
   void Forget(std::uint32_t model);
-  // Gets ready for blocks of these frequencies and this mesh, of the model of that number.
+  // Prepares for blocks of these frequencies and this mesh, of the model with that number.
   void Prepare(std::uint32_t model, const VarDielFunc& vdf, std::span<const double> x);
-  // The kernels of the block of frequencies that starts at `first`, a multiple of kKernelBlock: that of mesh point j at
-  // frequency first + i stands at [j*kKernelBlock + i]. What is not kept is made in `spare`. Several threads may ask at
-  // the same time, for different blocks, each with a spare of its own.
+  // The kernels of the block of frequencies that starts at `first`, a multiple of kKernelBlock. The kernel of mesh
+  // point j at frequency first + i is at [j*kKernelBlock + i]. A block that is not cached is computed in `spare`.
+  // Several threads may call this at the same time for different blocks, each with its own spare.
   const double* Block(const VarDielFunc& vdf, std::size_t first, std::vector<double>& spare);
 
-  std::size_t Bytes() const;                       // of the kernels that are kept
-  std::size_t mostBytes = std::size_t{256} << 20;  // what is kept; beyond it blocks are computed anew each time
+  std::size_t Bytes() const;                       // size of the cached kernels
+  std::size_t mostBytes = std::size_t{256} << 20;  // limit of the cache; further blocks are computed at each call
 
  private:
   struct Entry {
     std::uint32_t model = 0;
     std::vector<double> mesh, x;
-    std::vector<double> kernels;     // of all blocks, empty where they are not kept
-    std::vector<char> blockIsReady;  // of each block that is kept
+    std::vector<double> kernels;     // of all blocks, empty if they are not cached
+    std::vector<char> blockIsReady;  // one per cached block
   };
   std::vector<Entry> entries_;
   std::size_t current_ = 0;

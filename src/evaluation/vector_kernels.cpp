@@ -1,5 +1,5 @@
-// Compiled once for each width, KALVEX_VECTOR_LEVEL being its name. Whatever is called from here must be inlined: a
-// function of its own would be one for all widths.
+// Compiled once for each width of the vector units; KALVEX_VECTOR_LEVEL is the name of the width. All functions called
+// from here must be inlined. A separate function would exist only once and be shared by all widths.
 #include "evaluation/vector_kernels.h"
 
 #include <cmath>
@@ -13,7 +13,7 @@ namespace {
 
 // ---- rows
 
-// Of the numbers of a block.
+// The smallest and the largest modulus in a block.
 struct Moduli {
   double least;
   double most;
@@ -33,16 +33,16 @@ Moduli ModuliOf(const double* w) {
   return all;
 }
 
-// Rows that share a quotient.
+// Number of rows that share a quotient.
 constexpr std::size_t kShare = 4;
 
-// Whether |D|^2 of no row needs the guard, and the product of kShare of them stays inside the range of doubles.
+// Whether |D|^2 needs no guard for any row, and the product of kShare of them stays in the range of doubles.
 bool MayShareQuotients(const RowBounds& bounds, const Moduli& w) {
   constexpr double kModerate = 1e15;
   return bounds.leastG * w.least > kSafeDamping && bounds.most < kModerate && w.most < kModerate;
 }
 
-// 1/x of each by one quotient, which takes longer than all these products: within 2 ulp.
+// 1/x of each by a single quotient, which takes longer than all these products. Within 2 ulp.
 template <std::size_t N>
 void Reciprocals(const Pack (&x)[N], Pack (&out)[N]) {
   if constexpr (N == 1) {
@@ -60,12 +60,12 @@ void Reciprocals(const Pack (&x)[N], Pack (&out)[N]) {
   }
 }
 
-// What all frequencies need of a row.
+// The factors of a row that do not depend on frequency.
 struct RowFactors {
   Pack squareOfWo, squareOfWp, G, squareOfG;
 };
 
-// Adds N rows that share their quotients: with d = Wo^2 - w^2, eps is Wp^2 (d + i w G)/(d^2 + w^2 G^2).
+// Adds N rows that share one quotient: with d = Wo^2 - w^2, eps is Wp^2 (d + i w G)/(d^2 + w^2 G^2).
 template <std::size_t N, bool kKeepInverses>
 void AddTogether(const PlainRow* rows, const double* w, double* re, double* im, double* inverses) {
   RowFactors row[N];
@@ -99,7 +99,7 @@ void AddTogether(const PlainRow* rows, const double* w, double* re, double* im, 
   }
 }
 
-// Adds a row whose |D|^2 may be next to nothing.
+// Adds a row whose |D|^2 may be near zero.
 template <bool kKeepInverses>
 void AddGuarded(const PlainRow& row, const double* w, double* re, double* im, double* inverses) {
   for (std::size_t i = 0; i < kSpectrumBlock; i += kPack) {
@@ -113,7 +113,7 @@ void AddGuarded(const PlainRow& row, const double* w, double* re, double* im, do
   }
 }
 
-// Adds as many groups of N rows as there are, and what is left in smaller groups.
+// Adds the rows in groups of N, and the rest in smaller groups.
 template <std::size_t N, bool kKeepInverses>
 void AddInGroups(std::span<const PlainRow> rows, const double* w, double* re, double* im, double* inverses) {
   std::size_t row = 0;
@@ -205,7 +205,7 @@ KALVEX_FLATTEN PacksDone QuantityValuesAndSlopes(const QuantityInput& in, const 
 
 // ---- columns to rows
 
-// Lanes of x and y, those of y counted from kPack on.
+// A choice of lanes of x and y; the lanes of y count from kPack on.
 template <int... kFrom>
 Pack Shuffled(const Pack& x, const Pack& y) {
   return Pack(__builtin_shufflevector(x.x, y.x, kFrom...));
@@ -214,7 +214,7 @@ Pack Shuffled(const Pack& x, const Pack& y) {
 template <int... kFrom>
 struct LaneList {};
 
-// Packs that stand `step` apart exchange lanes.
+// Packs at a distance of `step` exchange lanes.
 template <std::size_t step, int... kLow, int... kHigh>
 void Exchange(Pack (&a)[kPack], LaneList<kLow...>, LaneList<kHigh...>) {
 #pragma GCC unroll 8
@@ -226,7 +226,7 @@ void Exchange(Pack (&a)[kPack], LaneList<kLow...>, LaneList<kHigh...>) {
   }
 }
 
-// Rows become columns.
+// Transposes the matrix whose rows are the packs.
 void Transpose(Pack (&a)[kPack]) {
   Exchange<1>(a, LaneList<0, 8, 2, 10, 4, 12, 6, 14>{}, LaneList<1, 9, 3, 11, 5, 13, 7, 15>{});
   Exchange<2>(a, LaneList<0, 1, 8, 9, 4, 5, 12, 13>{}, LaneList<2, 3, 10, 11, 6, 7, 14, 15>{});
@@ -236,7 +236,7 @@ void Transpose(Pack (&a)[kPack]) {
 KALVEX_FLATTEN bool WeightedRows(const double* const* columns, const double* factors, const double* weights,
                                  std::size_t count, double* out) {
   constexpr std::size_t kColumns16 = 16;
-  Pack zeros = 0;  // what is not finite leaves a NaN here
+  Pack zeros = 0;  // becomes NaN if a number is not finite
   for (std::size_t p = 0; p < count; p += kPack) {
     Pack at = 0;
     for (std::size_t i = 0; i < kPack && p + i < count; ++i) at.x[i] = weights[p + i];
@@ -278,7 +278,7 @@ KALVEX_FLATTEN double SumOfSquares(const double* values, const double* y, const 
 
 struct ThisWidth {};
 
-// Media and walk for the pack of frequencies that starts at i.
+// Sets up the media and evaluates the stack for the pack of frequencies that starts at i.
 template <bool kSlopes, bool kAmplitudes>
 void WalkPack(const StackBlockInput& in, std::size_t i, StackBlockRoom& room) {
   const Pack x = Pack::Load(in.x + i);
@@ -296,7 +296,7 @@ void WalkPack(const StackBlockInput& in, std::size_t i, StackBlockRoom& room) {
   WalkStack<Pack, ThisWidth, kSlopes, kAmplitudes>(stack);
 }
 
-// How the results change with one number that changes admittance and wave vector of medium j.
+// The change of the results when a number changes admittance and wave vector of medium j.
 StackSlopes<Pack> AlongMedium(const StackOf<Pack>& stack, std::size_t j, const Complex<Pack>& dy,
                               const Complex<Pack>& dk) {
   StackSlopes<Pack> slopes = stack.byY[j].Along(dy);

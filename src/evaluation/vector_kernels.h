@@ -1,5 +1,5 @@
-// The loops over packs of frequencies. They are compiled once for each width of the vector units, and the best that the
-// machine has is taken when the program runs. All give the same bits: no product is fused with a sum.
+// The loops over packs of frequencies. They are compiled once for each width of the vector units. The widest version
+// that the machine supports is selected at run time. All versions give the same bits: no product is fused with a sum.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@
 
 namespace kalvex {
 
-// Whether each pack of a block was done; otherwise its lanes need different branches of a formula.
+// Whether each pack of a block was computed. If not, its lanes need different branches of a formula.
 using PacksDone = std::array<bool, kSpectrumBlock / kPack>;
 
 struct VectorKernels {
@@ -24,20 +24,21 @@ struct VectorKernels {
                                   double* im, double* inverses);
   void (*oscillatorSlopes)(const PlainRow& row, const double* w, const double* inverses, const double* dRe,
                            const double* dIm, double* byWo, double* byWp, double* byG);
-  // As QuantityOfEpsBlock, where |eps| is between the limits; without derivatives and with them.
+  // As QuantityOfEpsBlock, for |eps| within the limits; without derivatives, and with them.
   PacksDone (*quantityValues)(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
   PacksDone (*quantityValuesAndSlopes)(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
-  // out[16 p + c] = weights[p] factors[c] columns[c][p] for the 16 columns and p below count; the columns, and out, are
-  // read and written up to the next multiple of 8. False if any of these numbers is not finite.
+  // out[16 p + c] = weights[p] factors[c] columns[c][p] for the 16 columns and p below count. Columns and out are
+  // accessed up to the next multiple of 8. False if a number is not finite.
   bool (*weightedRows)(const double* const* columns, const double* factors, const double* weights, std::size_t count,
                        double* out);
-  // Sum of ((y - values)/sigma)^2 over count numbers: eight sums of every eighth, and then their sum.
+  // Sum of ((y - values)/sigma)^2 over count numbers. Eight partial sums take every eighth number each; they are added
+  // at the end.
   double (*sumOfSquares)(const double* values, const double* y, const double* sigma, std::size_t count);
   // As FillStackBlock.
   void (*stackBlock)(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results);
 };
 
-// Those that this machine can run, the widest first.
+// The versions that this machine can run, the widest first.
 std::span<const VectorKernels* const> VectorKernelsOfThisMachine();
 inline const VectorKernels& WidestKernels() { return *VectorKernelsOfThisMachine().front(); }
 

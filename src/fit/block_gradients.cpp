@@ -11,7 +11,7 @@ void BlockGradients::Clear() {
   single_.clear();
 }
 
-// Rows are written eight at a time.
+// Rows are written in groups of eight.
 VectorPanel& BlockGradients::PanelWithRoom(std::size_t count) {
   const std::size_t rounded = (count + kPack - 1) / kPack * kPack;
   if (panelsInUse_ > 0 && panels_[panelsInUse_ - 1].Count() + rounded <= VectorPanel::kMost) {
@@ -37,7 +37,7 @@ void BlockGradients::EndPoint(double residual) {
   grad_.resize(from);
 }
 
-// Two entries with one master meet on the diagonal in both orders, which gives the square of their sum.
+// Two entries of the same master contribute to the diagonal in both orders, which gives the square of their sum.
 void BlockGradients::AddSinglePoints(const SquareMatrix& alpha, std::span<double> beta) const {
   std::size_t from = 0;
   for (const SinglePoint& point : single_) {

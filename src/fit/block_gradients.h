@@ -1,5 +1,4 @@
-// The derivatives of the points of a block of frequencies, in the shape in which they are added to the normal
-// equations.
+// The derivatives of the points in a block of frequencies, in the form in which they are added to the normal equations.
 #pragma once
 
 #include <array>
@@ -12,36 +11,36 @@
 
 namespace kalvex {
 
-// The derivatives of one term's points by the parameters that count, one column for each: entry i of a gradient is
-// `factor` times the column's number for the point, and 0 where there is no column.
+// How the gradients of one term's points are formed. Entry i of a gradient is factor[i] times the slope number slope[i]
+// at the point, and 0 if there is no slope.
 struct GradientColumns {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-  std::vector<std::size_t> slope;  // by the entry of the gradient: which slope of the request, or kNone
+  std::vector<std::size_t> slope;  // for each entry of the gradient: the slope's number in the request, or kNone
   std::vector<double> factor;
-  bool most = false;  // the term depends on most parameters, and no two of its own share an entry
+  bool most = false;  // the term depends on most parameters, and no two of them share an entry
 };
 
-// The gradients of the points of a block, ready to be added. Points that depend on most parameters are collected and
-// added many at a time. A point of few parameters is added by itself, and so is one with a number that is not finite,
-// since that must not reach the parameters on which the point does not depend.
+// The gradients of the points of a block, ready to be added. Points that depend on most parameters are collected in
+// panels and added many at a time. A point that depends on few parameters is added separately. So is a point with a
+// number that is not finite: it must not affect parameters on which the point does not depend.
 class BlockGradients {
  public:
   explicit BlockGradients(std::size_t size) : size_(size) {}
 
   void Clear();
 
-  // The next derivative of the point that is being gathered.
+  // Adds a derivative to the current point.
   void Put(std::size_t master, double slope) {
     idx_.push_back(master);
     grad_.push_back(slope);
   }
 
-  // All derivatives of the point have been put.
+  // Ends the current point.
   void EndPoint(double residual);
 
-  // Puts at most VectorPanel::kMost points of a term at once: roots are those of their weights, and columnAt(slope)
-  // points to that slope's numbers at the points, to be read up to the next multiple of 8. False, and nothing is put,
-  // if a number is not finite.
+  // Adds at most VectorPanel::kMost points of a term together. roots are the square roots of their weights.
+  // columnAt(slope) points to the values of that slope at the points, readable up to the next multiple of 8. Returns
+  // false, and adds nothing, if a number is not finite.
   template <class ColumnAt>
   bool PutTogether(const GradientColumns& columns, std::span<const double> roots, std::span<const double> residuals,
                    ColumnAt columnAt);
@@ -49,21 +48,21 @@ class BlockGradients {
   std::span<const VectorPanel> Panels() const { return std::span(panels_).first(panelsInUse_); }
   bool HasSinglePoints() const { return !single_.empty(); }
 
-  // Adds the points that are in no panel.
+  // Adds the points that are not in a panel.
   void AddSinglePoints(const SquareMatrix& alpha, std::span<double> beta) const;
 
  private:
   VectorPanel& PanelWithRoom(std::size_t count);
 
   struct SinglePoint {
-    std::size_t end;  // of its derivatives
+    std::size_t end;  // of its derivatives in idx_ and grad_
     double residual;
   };
 
   std::size_t size_;
   std::vector<VectorPanel> panels_;
   std::size_t panelsInUse_ = 0;
-  std::vector<std::size_t> idx_;  // of the points in no panel, one behind the other
+  std::vector<std::size_t> idx_;  // of the points outside the panels, one after the other
   std::vector<double> grad_;
   std::vector<SinglePoint> single_;
 };

@@ -13,7 +13,7 @@
 namespace kalvex {
 namespace {
 
-// The inverse of alpha, row by row. Where the matrix is singular, rows keep what they had.
+// The inverse of alpha, row by row. If the matrix is singular, rows keep their earlier content.
 std::vector<double> CovarianceOf(const SquareMatrix& alpha, BandFactor& factor) {
   std::vector<double> cov(alpha.size * alpha.size), unit(alpha.size), column(alpha.size);
   for (std::size_t c = 0; c < alpha.size; ++c) {

@@ -1,4 +1,4 @@
-// Error bars and correlations of the fit's parameters: "Params.dat" and "ParCorrs.dat".
+// Error bars and correlations of the fit parameters: "Params.dat" and "ParCorrs.dat".
 #pragma once
 
 #include <span>
@@ -9,10 +9,13 @@
 
 namespace kalvex {
 
-// From the undamped curvature matrix alpha (its lower triangle is scratch): error = sqrt(DeltaChiSq cov_ii), carried
-// from the fit's coordinate to the value, 0 where cov_ii is not above 0; and the correlation of each pair of masters.
-// Writes both files to the current directory; one that cannot be written is noted in the report. factor: scratch.
-//   cells, coordinates   of each parameter of the fit
+// Computes from the undamped curvature matrix alpha the errors and the correlation of each pair of masters. error =
+// sqrt(DeltaChiSq cov_ii), converted from the fit's coordinate to the value; 0 if cov_ii is not above 0. Writes both
+// files to the current directory. A file that cannot be written is recorded in the report.
+//
+//   cells, coordinates   one entry per parameter of the fit
+//   alpha                its lower triangle is overwritten
+//   factor               work space
 void WriteConfidence(FitState& fit, std::span<ModelParam* const> cells, std::span<const FitCoordinate> coordinates,
                      const SquareMatrix& alpha, BandFactor& factor);
 

@@ -59,8 +59,8 @@ void AppendComparison(std::string& text, double analytic, double numeric) {
   text += difference >= 0.01 ? " (!!!)\n" : "      \n";
 }
 
-// d(sum of squares)/d(parameter): a row for each term, a column for each fit parameter, coupled ones under their
-// master.
+// d(sum of squares)/d(parameter): a row per term, a column per fit parameter. The slopes of coupled parameters are
+// added to their master.
 std::vector<std::vector<double>> AnalyticGradients(FitState& fit, ParamTables& params, EvalContext& eval) {
   std::vector<std::vector<double>> gradients(fit.list.terms.size(), std::vector<double>(fit.params.size()));
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;

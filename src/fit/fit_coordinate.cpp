@@ -17,7 +17,7 @@ FitCoordinate FitCoordinateOf(const ModelParam& param) {
     const double range = param.max - param.min;
     if (!(range > 0)) return {0, 0, true};
     const double s = std::sqrt(range);
-    // A value set past its limits by hand stands on the limit for the fit.
+    // The user may have set a value outside its limits. The fit then starts at the limit.
     const double sine = std::clamp((2 * param.value - param.max - param.min) / range, -1.0, 1.0);
     const double u = s / 2 * std::asin(sine);
     return {u, s * std::cos(2 * u / s), true};

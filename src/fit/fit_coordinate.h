@@ -1,5 +1,5 @@
-// Limits by a change of variable: the fit steps in a coordinate, and the value is a function of it that cannot leave
-// the limits in force.
+// Limits by a change of variable: the fit varies a coordinate, and the value is a function of it that stays within the
+// active limits.
 #pragma once
 
 #include "records/model_param.h"
@@ -10,12 +10,12 @@ inline bool HasLimit(const ModelParam& param) { return param.useMin || param.use
 
 // A parameter as the fit sees it.
 struct FitCoordinate {
-  double at = 0;         // the coordinate that belongs to the value
-  double scale = 1;      // derivative of the value by the coordinate; 0 on a limit
-  bool limited = false;  // a limit is in force: otherwise the coordinate is the value
+  double at = 0;         // the coordinate of the value
+  double scale = 1;      // derivative of the value by the coordinate; 0 at a limit
+  bool limited = false;  // a limit is active; otherwise the coordinate is the value
 };
 FitCoordinate FitCoordinateOf(const ModelParam& param);
-// The value that belongs to a coordinate.
+// The value at a coordinate.
 double FitCoordToValue(const ModelParam& param, double coordinate);
 
 }  // namespace kalvex

@@ -23,7 +23,7 @@ void Rebuild(FitState& fit, ParamTables& params, EvalContext& eval) {
   ComputeChiSq(fit, eval);
 }
 
-// The Quantity of a model over all rows of a dataset.
+// The dataset's Quantity, computed from the model at all rows of the dataset.
 std::vector<double> CurveOf(EvalContext& eval, const Model& model, const Dataset& dataset) {
   std::vector<double> curve;
   WantOnly(eval.quantities, SetOf(dataset.Quantity));
@@ -42,7 +42,7 @@ double ChiSqOfAllButTheLast(const FitState& fit) {
   return sum;
 }
 
-// Two derivatives of a Quantity by the two parameters of a mesh point.
+// The derivatives of a Quantity by the two parameters of a mesh point.
 struct PointSlopes {
   double e1;
   double e2;
@@ -71,7 +71,7 @@ void ForEachActiveRow(const DatasetTable& datasets, Visit visit) {
   for (int i = active.from; i < active.to; ++i) visit(dataset.points[static_cast<std::size_t>(i)]);
 }
 
-// The models number 1, 2, ...; false if one does not exist.
+// Finds the models with the numbers 1, 2, ...; false if one does not exist.
 bool FindModelsFromOne(const ParamTables& params, std::span<const Model*> models) {
   for (std::uint32_t i = 0; i < models.size(); ++i) {
     models[i] = GetModelByNumber(params, i + 1);
@@ -106,7 +106,7 @@ Status WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& e
     if (!ended.Ok()) status = std::move(ended);
   };
 
-  CellsOfFit(fit, params, eval);  // lists from before are made anew while the last term weighs something
+  CellsOfFit(fit, params, eval);  // rebuild outdated lists while the last term has a weight
   anchorWeight(0);
   run(10);
   const std::vector<double> reference = CurveOf(eval, *model, *dataset);
@@ -115,7 +115,7 @@ Status WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& e
     dataset->CutMin = dataset->CutMax = dataset->points[i].x;
     dataset->firstActive = dataset->lastActive = static_cast<int>(i);
     dataset->nActive = 1;
-    // The term must weigh something while the lists are built, or it would be left out of them.
+    // A term of weight 0 would be left out of the lists.
     fit.list.terms.back().weight = kAnchorWeights.front();
     datasetChanged();
     Rebuild(fit, params, eval);

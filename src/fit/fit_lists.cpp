@@ -27,7 +27,7 @@ RowSpan ActiveRowsIn(const Dataset& dataset) {
       .subspan(static_cast<std::size_t>(active.from), static_cast<std::size_t>(active.to - active.from));
 }
 
-// Of the terms with rows left the one whose next row has the lowest frequency, or else the number of terms.
+// The term whose next row has the lowest frequency; the number of terms if no rows are left.
 std::size_t LowestOf(std::span<const RowSpan> left) {
   std::size_t lowest = left.size();
   for (std::size_t t = 0; t < left.size(); ++t) {
@@ -48,7 +48,7 @@ void BeginBlock(FitSpectrum& spectrum) {
   for (TermPoints& points : spectrum.terms) points.firstOfBlock.push_back(points.y.size());
 }
 
-// Takes the rows of all terms, each with ascending x, one frequency after the other.
+// Merges the rows of all terms by frequency. The rows of each term have ascending x.
 void MergeRows(FitSpectrum& spectrum, std::span<RowSpan> left) {
   for (std::size_t lowest = LowestOf(left); lowest < left.size(); lowest = LowestOf(left)) {
     const double x = left[lowest].front().x;
@@ -58,7 +58,7 @@ void MergeRows(FitSpectrum& spectrum, std::span<RowSpan> left) {
     for (std::size_t t = 0; t < left.size(); ++t) {
       TermPoints& points = spectrum.terms[t];
       const std::size_t before = points.y.size();
-      if (t == lowest) TakeRow(left[t], at, points);  // whatever its x, so that there is an end
+      if (t == lowest) TakeRow(left[t], at, points);  // for any x, NaN included: the loop ends
       while (!left[t].empty() && std::abs(left[t].front().x - x) <= kSameX) TakeRow(left[t], at, points);
       const std::size_t taken = points.y.size() - before;
       if (taken > 0) wanted |= SetOf(points.quantity);
@@ -99,7 +99,7 @@ FitSpectrum SpectrumOf(const FitState& fit, const DatasetTable& datasets, std::u
   return spectrum;
 }
 
-// The list while it is made, with the records beside it.
+// The list of parameters under construction, with the record of each.
 struct ParamsInMaking {
   std::vector<FitParam> params;
   FitCells cells;
@@ -123,7 +123,7 @@ struct ParamsInMaking {
     for (int i = 0; i < static_cast<int>(model.vdf.mesh.size()); ++i) {
       VdfMeshPoint& point = model.vdf.mesh[static_cast<std::size_t>(i)];
       AddIfAdjustable(point.e2, {ParamKind::kMesh, slot, 0, 0, 0, i, 1}, model.number);
-      // Under the Kramers-Kronig constraint the real part is computed and no unknown.
+      // Under the Kramers-Kronig constraint the real part is computed from the imaginary part.
       if (!model.vdf.KK) AddIfAdjustable(point.e1, {ParamKind::kMesh, slot, 0, 0, 0, i, 0}, model.number);
     }
   }
@@ -140,7 +140,7 @@ ParamsInMaking AdjustableParams(ParamTables& tables) {
   return made;
 }
 
-// Asks the dependency pass which parameters the term's Quantity depends on.
+// Finds with the dependency pass the parameters on which the term's Quantity depends.
 void FindDependencies(const ChiSqTerm& term, std::size_t t, ParamTables& tables, EvalContext& eval,
                       ParamsInMaking& made) {
   const Model* const model = GetModelByNumber(tables, term.modelId);
@@ -157,7 +157,8 @@ void FindDependencies(const ChiSqTerm& term, std::size_t t, ParamTables& tables,
   TakeOverSlopes(tables, eval.slopes);
 }
 
-// The first used member of a group is its master, so that the group keeps its unknown whatever else belongs to it.
+// The first used member of a coupling group is its master. A group with a used member therefore always has an unknown
+// in the fit.
 void DecideMasters(ParamsInMaking& made) {
   for (std::size_t i = 0; i < made.params.size(); ++i) {
     const std::uint32_t group = made.cells[i]->coupling;
@@ -179,7 +180,7 @@ bool ComesBefore(const FitParam& a, const FitParam& b) {
   return key(a) < key(b);
 }
 
-// In the order of the fit, those without influence dropped.
+// Sorts the parameters into the order of the fit and drops those without influence.
 void SortParams(ParamsInMaking& made) {
   std::vector<std::size_t> order(made.params.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -340,7 +341,7 @@ double ChiSqInBlock(const TermPoints& points, const SpectrumBlock& block) {
   const double* const values = block.Values(points.quantity);
   const double* const y = points.y.data();
   const double* const sigma = points.sigma.data();
-  // Where the term has a point at each frequency of the block their places need not come from memory.
+  // If the term has a point at each frequency of the block, the positions are known and need not be read from memory.
   const bool everywhere = points.oneEach && range.Count() == block.count;
   if (everywhere || AreSuccessive(points, range)) {
     const std::size_t at = everywhere ? 0 : points.at[range.first];

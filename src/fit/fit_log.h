@@ -1,4 +1,4 @@
-// "Fitlog.dat": a file that grows by a head line a run and a row an accepted iteration.
+// "Fitlog.dat": a head line for each run and a row for each accepted iteration, appended to the file.
 #pragma once
 
 #include <span>
@@ -12,9 +12,9 @@ namespace kalvex {
 
 class FitLog {
  public:
-  // Opens the file, writes the head line and the row of the start. On failure there is no log.
+  // Opens the file, writes the head line and the row of the start values. On failure no log is written.
   Status Begin(const FitState& fit, std::span<ModelParam* const> cells);
-  // One row, flushed; nothing happens unless Begin has opened the file.
+  // Writes one row and flushes the file. Does nothing unless Begin has opened the file.
   Status WriteRow(const FitState& fit, std::span<ModelParam* const> cells);
 
  private:
@@ -22,7 +22,7 @@ class FitLog {
   FileHandle file_;
 };
 
-// The report names a file of the run that could not be written, once however often it fails.
+// Adds a file that could not be written to the report, once even if it fails several times.
 void NoteIfNotWritten(const Status& written, FitReport& report);
 
 }  // namespace kalvex

@@ -1,5 +1,16 @@
-// The fit's state: which dataset is held against which model, every measured point in use, every parameter that
-// influences one, and where a run stands.
+// src/fit (floor 6, together with src/files, src/graphs and src/pictures) holds the least-squares fit.
+//
+//   fit_state.h         FitState: terms, points, parameters, options and the state of a run
+//   fit_lists.h         builds the lists of points and parameters, and computes ChiSq
+//   fit_coordinate.h    limits as a change of variable
+//   normal_equations.h  curvature matrix and gradient; block_gradients.h collects the derivatives
+//   run_fit.h           RunFit: the Levenberg-Marquardt iterations and Undo
+//   confidence.h, fit_log.h, fit_dumps.h, derivative_test.h   what a fit writes to files
+//
+// Read this header, fit_lists.h and run_fit.h first.
+//
+// FitState: the terms (a dataset compared with a model), every measured point in use, every parameter that influences
+// one, and the state of a run.
 #pragma once
 
 #include <cstdint>
@@ -13,35 +24,36 @@
 
 namespace kalvex {
 
-// One dataset held against one model.
+// A dataset compared with a model.
 struct ChiSqTerm {
   int id = 0;
   std::uint32_t datasetId = 0;
   std::uint32_t modelId = 0;
-  double weight = 1.0;     // 0 takes the term out of the fit; it stays in the list
+  double weight = 1.0;     // a term of weight 0 stays in the list but is not fitted
   double termChiSq = 0;    // without the weight
-  double prevChiSq = 0;    // of the derivative test
+  double prevChiSq = 0;    // used by the derivative test
   SharedList<int> params;  // indices of the FitParams on which it depends
 };
 
-// The id counter is the program's, so that the ids of the fit's list and of a list of candidates never meet.
+// The terms of the fit, or of a list of candidates. All lists take their ids from FitState::nextTermId: an id is never
+// used twice.
 struct ChiSqTermList {
   std::vector<ChiSqTerm> terms;
 };
 
-// The points of one term, by frequency. Columns, and of the place of a point a single byte: a sum of squares over
-// millions of points takes as long as their numbers take to come from memory.
+// The points of one term in order of frequency. They are stored as columns, and the position in a block as one byte:
+// with millions of points, memory bandwidth limits the speed of ChiSq.
 struct TermPoints {
   int term = 0;
   int quantity = 0;
-  bool oneEach = true;  // no two of the points share a frequency of the spectrum
+  bool oneEach = true;  // no two points share a frequency of the spectrum
   std::vector<double> y;
   std::vector<double> sigma;
-  std::vector<std::uint8_t> at;           // which frequency of its block of kSpectrumBlock
-  std::vector<std::size_t> firstOfBlock;  // the first point of each block, and at last the number of points
+  std::vector<std::uint8_t> at;           // index of the frequency in its block of kSpectrumBlock
+  std::vector<std::size_t> firstOfBlock;  // the first point of each block; the last entry is the number of points
 };
 
-// All points that are held against one model: at each frequency one evaluation serves them.
+// All points of the terms of one model. One evaluation per frequency serves all of them.
 struct FitSpectrum {
   std::uint32_t modelId = 0;
   std::vector<double> x;  // cm-1, ascending
@@ -49,15 +61,15 @@ struct FitSpectrum {
   std::vector<TermPoints> terms;
 };
 
-// A parameter of the fit, by place and number and never by address: rows, meshes and models come and go while the list
-// waits to be rebuilt.
+// A parameter of the fit. It is identified by place and model number, not by address: rows, meshes and models may be
+// removed before the list is rebuilt.
 struct FitParam {
   ParamPlace place;
   std::uint32_t modelNumber = 0;  // of the model that holds it; 0 for an experimental parameter
-  std::vector<char> termUse;      // one flag a term: the parameter influences it
+  std::vector<char> termUse;      // one flag per term: the parameter influences it
   bool used = false;              // it influences at least one term
-  bool isMaster = true;           // no earlier used parameter is of the same coupling group
-  int master = 0;                 // the parameter whose row and column of the matrices serves this one
+  bool isMaster = true;           // no earlier used parameter has the same coupling group
+  int master = 0;                 // index of the parameter whose row and column of the matrix this one uses
 };
 
 struct FitOptions {
@@ -67,23 +79,23 @@ struct FitOptions {
   int MaxSeconds = 100;
   bool StopOnReduction = true;
   int ReductionIterations = 3;
-  double ReductionAmount = 0.001;  // of ChiSq itself, no ratio
-  bool StopOnOutOfRange = false;   // kept, without effect
+  double ReductionAmount = 0.001;  // absolute change of ChiSq, not a ratio
+  bool StopOnOutOfRange = false;   // stored, without effect
   bool StopOnLambda = true;
   double MaxLambda = 1e20;
   bool CalcConfidence = false;
   double DeltaChiSq = 100.0;
   bool LogFit = false;
-  double SingularDet = 1e-30;  // kept and shown; the solver has its own test
-  int ScreenUpdateEvery = 1;   // kept and shown; the screen follows every accepted iteration
+  double SingularDet = 1e-30;  // stored and shown; the solver has its own criterion
+  int ScreenUpdateEvery = 1;   // stored and shown; the screen is updated after every accepted iteration
   double InitialLambda = 0.001;
 };
 
-// What the caller of a run may like to know about its end.
+// How a run ended.
 struct FitReport {
-  std::string stop;  // which rule ended it
+  std::string stop;  // the stop rule that ended the run
   double startChiSq = 0;
-  std::vector<int> withoutInfluence;    // masters whose diagonal of alpha was 0 when no step could be taken
+  std::vector<int> withoutInfluence;    // masters with a diagonal element of 0 in alpha, if no step could be taken
   std::vector<std::string> notWritten;  // files of the run that could not be written
 };
 
@@ -92,18 +104,18 @@ struct FitState {
   int nextTermId = 0;
   SharedList<FitSpectrum> spectra;  // by model
   SharedList<FitParam> params;      // the masters first
-  std::vector<double> startValues;  // of the params before the last run: the swap partners of Undo
+  std::vector<double> startValues;  // values of params before the last run; Undo swaps them with the present ones
 
   int NumFitParams = 0;
-  int NumFreeParams = 0;  // masters: the size of the matrices
+  int NumFreeParams = 0;  // number of masters: the size of the matrix
   double TotalChiSq = 0;
   double Lambda = 0;
   int IterationCount = 0;
   int ElapsedSeconds = 0;
   double ChiSqChange = 0;  // ChiSq at the start of the run minus the present one
   bool FitRunning = false;
-  bool UndoAvailable = false;      // the Undo button: a run started by hand can be taken back
-  bool startValuesStored = false;  // the last run can be taken back, whoever started it
+  bool UndoAvailable = false;      // state of the Undo button: the last run was started in the window and can be undone
+  bool startValuesStored = false;  // the last run can be undone, from a window or a macro
   bool StopRequested = false;
 
   FitOptions options;

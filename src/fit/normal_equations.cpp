@@ -14,19 +14,18 @@
 namespace kalvex {
 namespace {
 
-// A limited parameter whose scale is smaller stands on its limit: it takes no part in the step.
+// A limited parameter with a smaller scale is at its limit: it is excluded from the step.
 constexpr double kLeastScale = 1e-10;
 
-// One parameter, as the points of a spectrum see it.
+// How the slope of one parameter enters the gradients of a spectrum.
 struct SlopeColumn {
-  std::size_t slope = 0;  // its number in the request
+  std::size_t slope = 0;  // index of the slope in the request
   std::size_t master = 0;
   double scale = 1;
   bool counts = true;
 };
 
-// The columns of all parameters of the fit that a term of the spectrum depends on; the others have no place in the
-// request.
+// The columns of all fit parameters on which a term of the spectrum depends. Other parameters are not in the request.
 std::vector<SlopeColumn> ColumnsOf(const FitState& fit, const FitSpectrum& spectrum,
                                    std::span<const FitCoordinate> coordinates, std::vector<ParamPlace>& places) {
   std::vector<char> used(fit.params.size());
@@ -49,7 +48,7 @@ std::vector<SlopeColumn> ColumnsOf(const FitState& fit, const FitSpectrum& spect
   return columns;
 }
 
-// The same columns, for each term, by the entry of the gradient.
+// The same columns for each term, ordered by the entry of the gradient.
 std::vector<GradientColumns> ColumnsOfTerms(const FitState& fit, std::span<const SlopeColumn> columns,
                                             std::size_t size) {
   std::vector<GradientColumns> ofTerms(fit.list.terms.size());
@@ -70,11 +69,11 @@ std::vector<GradientColumns> ColumnsOfTerms(const FitState& fit, std::span<const
   return ofTerms;
 }
 
-// What the gradients of the points of one term in a block are gathered from.
+// The input for the gradients of one term's points in a block.
 struct GatherInput {
   const ChiSqTerm& term;
   std::span<const SlopeColumn> columns;
-  const GradientColumns& together;  // the term's own
+  const GradientColumns& together;  // of this term
   const TermPoints& points;
   const SpectrumBlock& block;
 
@@ -115,7 +114,7 @@ bool GatherTogether(const GatherInput& in, PointRange some, BlockGradients& out)
                          columnAt);
 }
 
-// Whether point p has a slope by most parameters; behind a free mesh each has few.
+// Whether point p has a nonzero slope by most parameters. With a free mesh each point has few.
 bool IsDense(const GatherInput& in, std::size_t p) {
   if (!in.together.most) return false;
   std::size_t count = 0;
@@ -145,8 +144,8 @@ double ChiSqOf(const GatherInput& in) {
   return sum;
 }
 
-// Adds block after block, in an order that does not depend on how many of them come at once; the panels of blocks
-// between which nothing else is to be added go together.
+// Adds the gradients block by block, in an order that does not depend on the number of blocks per call. Successive
+// panels are added together if no single points come between them.
 void AddGradients(std::span<const PortionSums> portions, const SquareMatrix& alpha, std::span<double> beta,
                   ThreadPool* pool) {
   std::vector<const VectorPanel*> panels;
@@ -178,7 +177,7 @@ void AddPortion(PortionSums& portion, NormalEquations& equations) {
   }
 }
 
-// One spectrum on its way into the equations.
+// Accumulates one spectrum into the equations.
 struct Accumulation {
   FitState& fit;
   NormalEquations& equations;
@@ -227,7 +226,7 @@ void AccumulateNormalEquations(FitState& fit, ParamTables& params, EvalContext& 
   std::fill(equations.alphaData.begin(), equations.alphaData.end(), 0.0);
   std::fill(equations.beta.begin(), equations.beta.end(), 0.0);
   fit.TotalChiSq = 0;
-  // A matrix that does not stay in the cache is read and written once for several blocks.
+  // A matrix larger than the cache is read and written once for several blocks.
   const std::size_t together = equations.AreSmall() ? 1 : 8, most = MostPortionsOfBatch(eval);
   if (equations.portions.empty()) equations.portions.resize(most + together - 1, PortionSums(equations.beta.size()));
   for (const FitSpectrum& spectrum : fit.spectra) {

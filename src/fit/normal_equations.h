@@ -13,11 +13,11 @@
 
 namespace kalvex {
 
-// What the points of a portion of a spectrum contribute.
+// The contributions of the points in a portion of a spectrum.
 struct PortionSums {
-  BlockGradients gradients;  // of a block
+  BlockGradients gradients;  // of the present block
   double chiSq = 0;
-  std::vector<double> alphaData, beta;  // for small equations only
+  std::vector<double> alphaData, beta;  // used only for small equations
 
   explicit PortionSums(std::size_t size) : gradients(size) {}
   SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }
@@ -27,16 +27,17 @@ struct NormalEquations {
   std::vector<double> alphaData;  // upper triangle and diagonal
   std::vector<double> beta;
   std::vector<PortionSums> portions;  // kept between the iterations
-  std::size_t waiting = 0;            // of them, with gradients that are not yet added to large equations
+  std::size_t waiting = 0;            // number of portions whose gradients are not yet added to large equations
 
   explicit NormalEquations(std::size_t size) : alphaData(size * size), beta(size) {}
   SquareMatrix Alpha() { return {alphaData.data(), beta.size()}; }
-  // A matrix that stays in the cache: each portion of a spectrum has one of its own.
+  // Whether the matrix fits into the cache. Each portion of a spectrum then has its own matrix.
   bool AreSmall() const { return beta.size() <= 320; }
 };
 
-// Evaluates every spectrum with derivatives, fills the equations at the present values, and sets TotalChiSq.
-// coordinates: of each parameter of the fit, at its present value.
+// Evaluates every spectrum with derivatives at the present values, fills the equations, and sets TotalChiSq.
+//
+//   coordinates   one entry per parameter of the fit, at its present value
 void AccumulateNormalEquations(FitState& fit, ParamTables& params, EvalContext& eval,
                                std::span<const FitCoordinate> coordinates, NormalEquations& equations);
 

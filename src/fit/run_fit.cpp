@@ -27,7 +27,7 @@ struct Run {
   Platform& platform;
   FitObserver& observer;
   FitCells cells;                          // of fit.params
-  std::vector<FitCoordinate> coordinates;  // of the same, at the start of the iteration
+  std::vector<FitCoordinate> coordinates;  // of cells, at the start of the iteration
   NormalEquations equations;
   std::vector<double> diagonal;  // of alpha, without damping
   BandFactor factor;
@@ -54,7 +54,7 @@ struct Run {
   ModelParam& CellOf(std::size_t i) const { return *cells[i]; }
 };
 
-// Threads that are asleep are worth waking for a whole iteration, though not for each of its pieces.
+// Wakes sleeping threads if the whole iteration has enough work for them. A single piece of it may be too short.
 void RouseThreads(Run& run) {
   if (!run.eval.pool) return;
   double nanoseconds = 0;
@@ -84,7 +84,7 @@ void SetDamping(Run& run, double factor) {
   for (std::size_t i = 0; i < run.Masters(); ++i) alpha(i, i) = run.diagonal[i] * factor;
 }
 
-// Coupled parameters are written one by one too: their masters' groups reach them, but a limit of their own may hold.
+// Coupled parameters are also set one by one: the group of the master reaches them, but a limit of their own may apply.
 void SetCoupledOnes(Run& run) {
   for (std::size_t i = run.Masters(); i < run.cells.size(); ++i) {
     const auto master = static_cast<std::size_t>(run.fit.params[i].master);
@@ -110,7 +110,7 @@ void TakeBack(Run& run) {
   run.fit.TotalChiSq = run.history.back();
 }
 
-// Raises Lambda until a step lowers ChiSq, or ends for a limit. False if Lambda leaves its range first.
+// Raises Lambda until a step lowers ChiSq or a parameter meets a limit. False if Lambda leaves its range first.
 bool FindDownhillStep(Run& run) {
   while (true) {
     SetDamping(run, 1 + run.fit.Lambda);
@@ -123,7 +123,7 @@ bool FindDownhillStep(Run& run) {
     }
     const double before = run.fit.Lambda;
     run.fit.Lambda *= kLambdaFactor;
-    // A Lambda that is endless, or 0, can only repeat the step, and is the end with and without the rule.
+    // An infinite Lambda, or 0, would repeat the same step. The run ends, whatever the options are.
     if (!std::isfinite(run.fit.Lambda) || run.fit.Lambda == before) return false;
     if (run.fit.options.StopOnLambda && run.fit.Lambda > run.fit.options.MaxLambda) return false;
   }
@@ -164,7 +164,7 @@ bool ReductionTooSmall(const Run& run) {
   return run.history[from] - run.fit.TotalChiSq < options.ReductionAmount;
 }
 
-// The first stop rule that holds, in words, or null.
+// The text of the first stop rule that applies, or null.
 const char* StopRuleThatHolds(Run& run) {
   const FitState& fit = run.fit;
   const FitOptions& options = fit.options;
@@ -172,7 +172,7 @@ const char* StopRuleThatHolds(Run& run) {
     ShowLimitMessage(run);
     return "a parameter ran out of limits";
   }
-  if (fit.IterationCount >= kMostIterations) return "the most iterations that a run may take";
+  if (fit.IterationCount >= kMostIterations) return "largest number of iterations of a run";
   if (options.StopOnIterations && fit.IterationCount >= options.MaxIterations) return "number of iterations";
   if (options.StopOnTime && fit.ElapsedSeconds >= options.MaxSeconds) return "time";
   if (options.StopOnReduction && ReductionTooSmall(run)) return "ChiSq no longer falls";
@@ -180,7 +180,7 @@ const char* StopRuleThatHolds(Run& run) {
   return fit.StopRequested ? "stopped by the user" : nullptr;
 }
 
-// What Undo swaps with; of coupled ones what was stored before stays.
+// Stores the values that Undo restores. Entries of coupled parameters keep their stored values.
 void NoteStartValues(Run& run) {
   run.fit.startValues.resize(run.cells.size());
   for (std::size_t i = 0; i < run.Masters(); ++i) run.fit.startValues[i] = run.CellOf(i).value;
@@ -228,7 +228,7 @@ Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& p
   Status status;
   try {
     Run run(fit, params, eval, platform, observer);
-    // All parameters of a list from before may be gone.
+    // All parameters of an outdated list may have been removed.
     if (run.cells.empty()) {
       NoteNothingToFit(fit);
     } else {

@@ -1,5 +1,4 @@
-// The Levenberg-Marquardt loop in its multiplicative form: the diagonal of the curvature matrix is scaled by 1 +
-// Lambda.
+// The Levenberg-Marquardt iterations. The diagonal of the curvature matrix is multiplied by 1 + Lambda.
 #pragma once
 
 #include <cstdint>
@@ -12,31 +11,31 @@
 
 namespace kalvex {
 
-// Who follows a run.
+// Receives the progress of a run.
 class FitObserver {
  public:
   virtual ~FitObserver() = default;
-  // Before the first iteration, which may take long: windows show that the run has begun.
+  // Called before the first iteration, which may take long. Windows can show that the run has begun.
   virtual void RunStarts() {}
-  // After each accepted iteration: windows, graphs and progress lines follow.
+  // Called after each accepted iteration. Windows, graphs and progress lines are updated.
   virtual void IterationEnds() {}
-  // Once for each accepted iteration: the chance of a stop request to set FitState::StopRequested.
+  // Called once for each accepted iteration. A stop request can set FitState::StopRequested here.
   virtual void Poll() {}
 };
 
 inline constexpr double kLambdaFactor = 10.0;
 inline constexpr int kMostIterations = 1000;
 
-// Adjusts the values of fit.params to lower TotalChiSq until a stop rule holds, and writes the files that the options
-// ask for to the current directory. Without parameters it does nothing. fit.report tells how it ended. Fails only if
-// memory is too short.
+// Varies fit.params to minimise TotalChiSq until a stop rule applies. Writes the files that the options demand to the
+// current directory. Without parameters it does nothing. fit.report holds how the run ended. Fails only if memory runs
+// out.
 Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer);
 
-// Swaps each parameter's value and the one before the run, past limits and coupling, and computes ChiSq. Nothing
-// happens unless start values are stored.
+// Swaps each parameter's value with the stored start value and computes ChiSq. Limits and coupling are not applied.
+// Nothing happens if no start values are stored.
 void UndoFit(FitState& fit, ParamTables& params, EvalContext& eval);
 
-// Stores every parameter's value for Undo.
+// Stores every parameter's value for UndoFit.
 void StoreStartValues(FitState& fit, ParamTables& params, EvalContext& eval);
 
 }  // namespace kalvex

@@ -30,17 +30,17 @@ KALVEX_VECTOR_CLONES void Subtract(double factor, const double* a, std::size_t c
 }
 
 KALVEX_VECTOR_CLONES std::size_t CountOthersThanZero(const double* a, std::size_t count) {
-  std::int64_t others = 0;  // as wide as the numbers, so that many are tried at once
+  std::int64_t others = 0;  // 64 bits like a double: the comparison vectorises
   for (std::size_t i = 0; i < count; ++i) others += a[i] != 0 ? 1 : 0;
   return static_cast<std::size_t>(others);
 }
 
-// The first entry of each column from row `first` on that is not 0; at the latest that on the diagonal.
+// The row of the first nonzero entry of each column, searched from row `first` to the diagonal.
 std::vector<std::size_t> TopsOf(const SquareMatrix& a, std::size_t first) {
   constexpr std::size_t kAtOnce = 64;
   std::vector<std::size_t> top(a.size);
   for (std::size_t j = 0; j < a.size; ++j) top[j] = j;
-  std::size_t open = first;  // all columns before it have been found
+  std::size_t open = first;  // the columns before it are done
   for (std::size_t i = first; i < a.size; ++i) {
     open = std::max(open, i + 1);
     for (std::size_t from = open; from < a.size; from += kAtOnce) {
@@ -55,7 +55,7 @@ std::vector<std::size_t> TopsOf(const SquareMatrix& a, std::size_t first) {
   return top;
 }
 
-// The leading rows up to the last that meets a good part of all unknowns.
+// The number of leading rows up to the last in which more than a quarter of the entries are nonzero.
 std::size_t LeadingFullRows(const SquareMatrix& a) {
   constexpr std::size_t kMostBorder = 256;
   std::size_t rows = 0;
@@ -65,7 +65,8 @@ std::size_t LeadingFullRows(const SquareMatrix& a) {
   return rows;
 }
 
-// Products of a factorisation inside a profile, each row of the border taking two substitutions and meeting the others.
+// Number of products of a factorisation within a profile. Each row of the border needs two substitutions and its
+// products with the other rows.
 double WorkOf(const BandFactor& shape) {
   double squares = 0, sum = 0;
   for (std::size_t i = shape.border; i < shape.top.size(); ++i) {
@@ -77,13 +78,13 @@ double WorkOf(const BandFactor& shape) {
   return squares / 2 + d * (2 * sum + d * n / 2);
 }
 
-// The tiles of a full matrix go so many times as fast as the columns of a profile.
+// The same for a full matrix, whose tiles run kGainOfTiles times as fast as the columns of a profile.
 double WorkOfFull(double n) {
   constexpr double kGainOfTiles = 8;
   return n * n * n / (6 * kGainOfTiles);
 }
 
-// Takes the way of the least work. Gives whether that is to count as full.
+// Selects the factorisation with the fewest products. Returns true if the matrix is to be treated as full.
 bool FindShape(const SquareMatrix& a, BandFactor& factor) {
   factor.inverseDiagonal.assign(a.size, 0.0);
   factor.border = 0;
@@ -103,7 +104,7 @@ bool FindShape(const SquareMatrix& a, BandFactor& factor) {
   return true;
 }
 
-// The part of a matrix from row and column `first` on.
+// The part of a matrix that begins at row and column `first`.
 struct Profile {
   const SquareMatrix& a;
   std::span<double> inverseDiagonal;
@@ -127,22 +128,22 @@ int FactorProfile(const Profile& of) {
   return 0;
 }
 
-// x from first on becomes the solution of L L^T x = x.
+// Solves L L^T x = b in place, from entry `first` on.
 void Substitute(const Profile& of, double* x) {
   const SquareMatrix& a = of.a;
   for (std::size_t i = of.first; i < a.size; ++i) {
     const std::size_t low = of.top[i];
     x[i] = (x[i] - Dot(a.Row(i) + low, x + low, i - low)) * of.inverseDiagonal[i];
   }
-  for (std::size_t i = a.size; i-- > of.first;) {  // row by row of L, so that memory is read in order
+  for (std::size_t i = a.size; i-- > of.first;) {  // by rows of L: memory is read in order
     x[i] *= of.inverseDiagonal[i];
     const std::size_t low = of.top[i];
     Subtract(x[i], a.Row(i) + low, i - low, x + low);
   }
 }
 
-// A border of d rows before a band:  A = [D C; C^T B],  Z = B^-1 C^T,  S = D - C Z.  Z goes below D, and the factor of
-// S into the lower triangle of D.
+// A border of d rows in front of a band:  A = [D C; C^T B],  Z = B^-1 C^T,  S = D - C Z. Z is stored below D, and the
+// factor of S in the lower triangle of D.
 int FactorBorder(const Profile& of) {
   const SquareMatrix& a = of.a;
   const std::size_t d = of.first;

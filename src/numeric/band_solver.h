@@ -1,5 +1,5 @@
-// Cholesky solution of a symmetric, positive definite system whose matrix may be full, or banded, or banded but for a
-// few unknowns that meet all the others.
+// Cholesky solution of a symmetric, positive definite system. The matrix may be full, banded, or banded with a few full
+// rows and columns.
 #pragma once
 
 #include <cstddef>
@@ -11,24 +11,23 @@
 
 namespace kalvex {
 
-// What is known of the factors of a matrix besides those that stand below its diagonal.
+// What describes the factors of a matrix in addition to the entries below its diagonal.
 struct BandFactor {
   std::vector<double> inverseDiagonal;
-  std::size_t border = 0;        // leading rows that were kept out
-  std::vector<std::size_t> top;  // of each column behind the border: its first row behind it with something in it
+  std::size_t border = 0;        // number of leading rows that are eliminated last
+  std::vector<std::size_t> top;  // first nonzero row of each column, after the border
 };
 
-// Solves A x = b by A = L L^T inside the profile that A itself shows: no column is looked at above its first entry that
-// is not 0. Leading rows that would fill all columns are kept out and eliminated last, so that a band with a few full
-// rows or columns costs what a band costs.
+// Solves A x = b by A = L L^T within the profile of A: in each column only the entries from the first nonzero one are
+// used. Full leading rows would fill all columns. They are eliminated last, and the cost stays that of a band.
 //
-//   a          read on the diagonal and above, which stay as they are; the factors go below
+//   a          read on the diagonal and above, which stay unchanged; the factors are written below
 //
-//   decompose  false: the factors are those of an earlier call with the same a
+//   decompose  false: reuse the factors of an earlier call with the same a
 //
-//   pool       shares the decomposition of a full matrix; what comes out does not depend on it
+//   pool       shares the decomposition of a full matrix; the result does not depend on it
 //
-//   gives      0, or -1 if A is not positive definite (x is then untouched)
+//   returns    0, or -1 if A is not positive definite (x is then unchanged)
 int SolveBanded(const SquareMatrix& a, BandFactor& factor, std::span<const double> b, std::span<double> x,
                 bool decompose, ThreadPool* pool = nullptr);
 

@@ -1,4 +1,19 @@
-// Complex numbers with plain products and quotients, over any number type with the usual operators.
+// src/numeric (floor 1, together with src/core) holds the mathematics: number types, special functions, linear algebra
+// and the thread pool. Its only physics is the Fermi function.
+//
+//   real.h, complex.h, dual.h, pack.h   number types. A formula is a template over them; a dual number carries
+//                                       derivatives, a pack holds eight doubles
+//   digamma.h, faddeeva.h, fermi.h      special functions
+//   quadrature.h, fft.h                 integrals and the discrete Fourier transform
+//   polynomial_roots.h                  roots
+//   small_eigen.h, hermitian_eigen.h    eigenvalues and eigenvectors
+//   square_matrix.h, tile.h, rank_update.h, full_factor.h, band_solver.h   outer products and Cholesky factors
+//   thread_pool.h                       work shared by several threads
+//
+// Read real.h, this header and dual.h first.
+//
+// Complex: complex numbers over any number type with the usual operators. Products and quotients follow the textbook
+// formulas.
 #pragma once
 
 #include <cmath>
@@ -59,7 +74,7 @@ Complex<T> TimesI(const Complex<T>& z) {
 inline double Abs(const Cplx& z) { return std::hypot(z.re, z.im); }
 inline double Arg(const Cplx& z) { return std::atan2(z.im, z.re); }
 
-// |z|, also where its square leaves the range of a double.
+// |z|, also where |z|^2 is outside the range of a double.
 template <class T>
 T SafeModulus(const Complex<T>& z) {
   const T norm = Norm(z);
@@ -67,7 +82,7 @@ T SafeModulus(const Complex<T>& z) {
   return Hypot(z.re, z.im);
 }
 
-// The principal root, its argument in (-pi/2, pi/2]: a negative real number has the root +i sqrt(|z|), also when its
+// The principal root, with its argument in (-pi/2, pi/2]. A negative real number has the root +i sqrt(|z|), even if its
 // imaginary part is a negative zero.
 template <class T>
 Complex<T> PrincipalRoot(const Complex<T>& z) {

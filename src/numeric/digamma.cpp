@@ -32,14 +32,16 @@ constexpr std::array<Series, kMostPolygammas> kSeries = [] {
   return all;
 }();
 
-// From this modulus on the asymptotic series reaches rounding: up to which derivative, with all ten terms.
+// From this modulus on the asymptotic series with all ten terms is exact to rounding.
 constexpr double kFarNorm = 15 * 15;
 
 Cplx Inverse(const Cplx& z) { return Conj(z) / Norm(z); }
 
 // psi(z) - log z = -1/(2z) - sum B_2k/(2k z^2k), and its n-th derivative
+//
 //     (-1)^(n+1) [(n-1)!/z^n + n!/(2 z^(n+1)) + sum B_2k (2k+n-1)!/((2k)! z^(2k+n))]
-// The first term belongs to the logarithm.                              Abramowitz and Stegun, 6.3.18 and 6.4.11
+//
+// The first term of the derivative comes from the logarithm.            Abramowitz and Stegun, 6.3.18 and 6.4.11
 Cplx Asymptotic(int n, const Cplx& z, const Cplx& inverse) {
   Cplx power{1, 0};      // z^-n
   double factorial = 1;  // n!
@@ -67,14 +69,14 @@ Cplx PiCotangent(const Cplx& z) {
 constexpr std::size_t kGroup = 8;
 typedef double Pack __attribute__((vector_size(kGroup * sizeof(double))));
 
-// Aligned as the widest of the clones has it.
+// The alignment of the widest clone.
 struct alignas(sizeof(Pack)) ComplexPack {
   Pack re, im;
 };
 
-// As Polygammas for n = 1 and 2, in all lanes at once; z becomes the place at which the series is taken.
+// psi' and psi'' in all lanes at once. On return z is the argument at which the series was evaluated.
 KALVEX_VECTOR_CLONES void GroupOfTrigammas(ComplexPack& z, ComplexPack& value, ComplexPack& slope) {
-  constexpr double kFarEnough = 10 * 10;  // for these two, with all ten terms
+  constexpr double kFarEnough = 10 * 10;  // enough for n = 1 and 2 with all ten terms
   Pack valueRe{}, valueIm{}, slopeRe{}, slopeIm{}, re = z.re;
   const Pack im = z.im, one = Pack{} + 1, none{};
   for (;;) {

@@ -7,16 +7,16 @@
 
 namespace kalvex {
 
-// psi(z) and psi'(z) to some 1e-13; a pole, at 0 and the negative integers, gives a value that is not finite.
+// psi(z) and psi'(z) to about 1e-13. At a pole (0 and the negative integers) the value is not finite.
 Cplx Digamma(const Cplx& z);
 Cplx Trigamma(const Cplx& z);
 
-// psi' and psi'' of many z, eight at a time, to some 1e-13 where Re z > 0.
+// psi' and psi'' of many z, eight at a time, to about 1e-13 for Re z > 0.
 void Trigammas(std::span<const Cplx> z, std::span<Cplx> values, std::span<Cplx> slopes);
 
 inline constexpr int kMostPolygammas = 8;
 
-// psi, psi', psi'', ... at once, at most kMostPolygammas of them, for Re z > 0; out[n] is the n-th derivative.
+// psi and its derivatives for Re z > 0; out[n] is the n-th derivative. At most kMostPolygammas entries.
 void Polygammas(const Cplx& z, std::span<Cplx> out);
 
 }  // namespace kalvex

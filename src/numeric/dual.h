@@ -1,4 +1,5 @@
-// Dual numbers: a value together with its derivatives in N directions, for exact derivatives of a formula written once.
+// Dual numbers: a value together with its derivatives in N directions. A formula written once gives exact derivatives.
+//
 //     f(a + h) = f(a) + f'(a) h,   h h = 0
 #pragma once
 
@@ -60,8 +61,8 @@ Cplx ValueOf(const Complex<Dual<N>>& z) {
   return {z.re.a, z.im.a};
 }
 
-// Real functions, as real.h has them for double.
-// The slope of a root at 0 is endless; none is given there, so that what does not change it stays without a slope.
+// Real functions, as in real.h for double. The slope of the square root at 0 is infinite. Sqrt returns the slope 0
+// there: a direction that does not change the argument keeps the slope 0.
 template <int N>
 Dual<N> Sqrt(const Dual<N>& x) {
   const double r = Sqrt(x.a);
@@ -99,7 +100,8 @@ Dual<N> Atan(const Dual<N>& x) {
   return Dual<N>::Along(std::atan(x.a), 1 / (1 + x.a * x.a), x);
 }
 
-// A function of one complex variable that is analytic there: value f, derivative slope. Its derivatives are slope dz.
+// A function of one complex variable that is analytic at z, with value f and derivative slope. Its derivatives are
+// slope dz.
 template <int N>
 Complex<Dual<N>> Analytic(const Complex<Dual<N>>& z, const Cplx& f, const Cplx& slope) {
   return {Dual<N>::Along(f.re, slope.re, z.re, -slope.im, z.im), Dual<N>::Along(f.im, slope.im, z.re, slope.re, z.im)};

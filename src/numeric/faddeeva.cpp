@@ -7,8 +7,8 @@ namespace kalvex {
 namespace {
 
 // w(z) = (2 i z/pi) integral of exp(-t^2)/(z^2 - t^2) from 0 to infinity, by the trapezoidal or the midpoint rule with
-// 12 nodes, and what the pole at z adds where it lies near the axis. The rule is chosen whose nodes keep away from Re
-// z.
+// 12 nodes. Near the real axis the residue of the pole at z is added. Of the two rules the one with nodes farther from
+// Re z is used.
 constexpr int kNodes = 12;
 const double kStep = std::sqrt(std::numbers::pi / kNodes);
 
@@ -23,9 +23,9 @@ Cplx NodeSum(const Cplx& z, double offset) {
   return TimesI(z * sum) * (2 * kStep / std::numbers::pi);
 }
 
-// 2 exp(-z^2)/(1 + sign exp(-2 pi i z/h)), written so that the large exponential stands in the denominator.
+// 2 exp(-z^2)/(1 + sign exp(-2 pi i z/h)), with the large exponential in the denominator.
 Cplx PoleTerm(const Cplx& z, double sign) {
-  constexpr double kFarBelow = 700;  // exp(-700) is nothing beside the sum, and exp(710) overflows
+  constexpr double kFarBelow = 700;  // exp(-700) is negligible in the sum, and exp(710) overflows
   if (z.re * z.re - z.im * z.im > kFarBelow || 2 * std::numbers::pi / kStep * z.im > kFarBelow) return {};
   const Cplx e = Exp(TimesI(z) * (-2 * std::numbers::pi / kStep));
   return 2.0 * (Exp(-(z * z)) / (1.0 + sign * e));

@@ -5,7 +5,9 @@
 
 namespace kalvex {
 
-// To about 1e-14 of its size in the upper half-plane; below, w(-z) = 2 exp(-z^2) - w(z), which may overflow.
+// Relative accuracy about 1e-14 in the upper half-plane. In the lower one w(-z) = 2 exp(-z^2) - w(z), which may
+// overflow.
+//
 //     M. Al Azah and S. N. Chandler-Wilde, SIAM J. Numer. Anal. 59, 2346 (2021)
 Cplx Faddeeva(const Cplx& z);
 

@@ -1,12 +1,12 @@
-// Occupation of an electron level.
+// Fermi occupation of an electron level.
 #pragma once
 
 #include "numeric/dual.h"
 
 namespace kalvex {
 
-// 1/(exp(e/kT) + 1), e counted from the chemical potential, in the unit of kT. At a temperature of 0 a step; beyond 100
-// kT exactly 0 or 1.
+// 1/(exp(e/kT) + 1). e is the energy relative to the chemical potential, in the same unit as kT. A step function at a
+// temperature of 0; exactly 0 or 1 beyond 100 kT.
 template <class T>
 T Fermi(const T& e, const T& kT) {
   constexpr double kCertain = 100;
@@ -17,7 +17,7 @@ T Fermi(const T& e, const T& kT) {
   return T(1) / (Exp(e / kT) + T(1));
 }
 
-// The derivative of Fermi by e, 0 at a temperature of 0.
+// The derivative of Fermi by e; 0 at a temperature of 0.
 template <class T>
 T FermiSlope(const T& e, const T& kT) {
   if (!(ValueOf(kT) > 0)) return T(0);
@@ -25,8 +25,9 @@ T FermiSlope(const T& e, const T& kT) {
   return f * (f - T(1)) / kT;
 }
 
-// (f(a) - f(b))/(b - a), which goes over into -df/de where a and b meet. With m and h half the sum and half the
-// difference of a and b in units of kT:
+// (f(a) - f(b))/(b - a), whose limit is -df/de where a and b meet. With m and h half the sum and half the difference of
+// a and b in units of kT:
+//
 //     sinh h/(2 h kT (cosh m + cosh h))
 template <class T>
 T FermiQuotient(const T& a, const T& b, const T& kT) {
@@ -35,8 +36,8 @@ T FermiQuotient(const T& a, const T& b, const T& kT) {
   T m = (a + b) / (T(2) * kT), h = (b - a) / (T(2) * kT);
   if (ValueOf(m) < 0) m = -m;
   if (ValueOf(h) < 0) h = -h;
-  // All exponentials taken out that could overflow: numerator and denominator times 2 exp(-larger).
-  constexpr double kSmall = 0.02;  // below it four terms of sinh h/h are exact
+  // Numerator and denominator are multiplied by 2 exp(-larger): no exponential overflows.
+  constexpr double kSmall = 0.02;  // below it four terms of the series of sinh h/h are exact
   const bool wide = ValueOf(h) > ValueOf(m);
   const T larger = wide ? h : m;
   const T denominator = Exp(m - larger) + Exp(-m - larger) + Exp(h - larger) + Exp(-h - larger);

@@ -1,4 +1,4 @@
-// The discrete Fourier transform of a power of two points.
+// The discrete Fourier transform of N points, N a power of two.
 #pragma once
 
 #include <span>
@@ -15,15 +15,15 @@ class Fft {
   explicit Fft(std::size_t size);
   std::size_t Size() const { return order_.size(); }
 
-  // z_k = sum over j of z_j exp(-+ 2 pi i jk/N), in place: forward with the minus sign, back with the plus sign and
-  // without the factor 1/N. z has Size() entries.
+  // z_k = sum over j of z_j exp(-+ 2 pi i jk/N), in place. Forward has the minus sign, Back the plus sign and no factor
+  // 1/N. z has Size() entries.
   void Forward(std::span<Cplx> z) const { Transform(z, false); }
   void Back(std::span<Cplx> z) const { Transform(z, true); }
 
  private:
   void Transform(std::span<Cplx> z, bool back) const;
 
-  std::vector<std::size_t> order_;  // bits reversed
+  std::vector<std::size_t> order_;  // bit-reversed indices
   std::vector<Cplx> turns_;         // exp(-2 pi i m/N), m < N/2
 };
 

@@ -9,13 +9,14 @@
 namespace kalvex {
 namespace {
 
-constexpr std::size_t kBlock = 64;            // columns of L that are found together
-constexpr std::size_t kStrip = kTileColumns;  // rows of L that stand together
+constexpr std::size_t kBlock = 64;            // columns of L computed together
+constexpr std::size_t kStrip = kTileColumns;  // rows of L stored together
 constexpr std::size_t kPiece = kBlock * kStrip;
 constexpr std::size_t kStripsOfBlock = kBlock / kStrip;
 
-// L by blocks of columns, as tiles read it: for each strip of 16 rows, from that on which holds the block's diagonal,
-// the 16 entries of one column behind those of the other.
+// L in the storage order in which the tiles read it. L is divided into blocks of columns. A piece holds one strip of 16
+// rows of a block: the 16 entries of its first column, then those of the next. The pieces of a block begin at the strip
+// with its diagonal.
 class PackedFactor {
  public:
   explicit PackedFactor(std::size_t rows)
@@ -26,11 +27,11 @@ class PackedFactor {
   double* Piece(std::size_t block, std::size_t strip) const {
     return data_.get() + (PlaceOf(block) + strip - block * kStripsOfBlock) * kPiece;
   }
-  // Row i of the block's first column.
+  // Row i in the block's first column.
   const double* Row(std::size_t block, std::size_t i) const { return Piece(block, i / kStrip) + i % kStrip; }
 
  private:
-  // The pieces before a block: each block has as many fewer than the one before as there are strips in one.
+  // The number of pieces in front of a block. Each block has kStripsOfBlock pieces fewer than the previous one.
   std::size_t PlaceOf(std::size_t block) const {
     return block * strips_ - (block > 0 ? block * (block - 1) / 2 * kStripsOfBlock : 0);
   }
@@ -47,7 +48,8 @@ struct Factoring {
   std::size_t Rows() const { return a.size; }
 };
 
-// The block's rows of the matrix, which are its columns by symmetry, above the diagonal; the rest of the piece is 0.
+// Copies the block's rows of the matrix above the diagonal, which are its columns by symmetry. The rest of the piece is
+// 0.
 void TakeFromMatrix(const Factoring& work, std::size_t block, std::size_t strip) {
   const std::size_t from = block * kBlock, j = strip * kStrip;
   double* const piece = work.packed.Piece(block, strip);
@@ -60,7 +62,7 @@ void TakeFromMatrix(const Factoring& work, std::size_t block, std::size_t strip)
   }
 }
 
-// What the finished blocks contribute to the strips begin to end - 1 of a block.
+// Subtracts the products of the finished blocks from the strips begin to end - 1 of a block.
 void SubtractFinished(const Factoring& work, std::size_t block, std::size_t begin, std::size_t end) {
   for (std::size_t done = 0; done < block; ++done) {
     for (std::size_t k = 0; k < kBlock; k += kTileRows) {
@@ -73,8 +75,8 @@ void SubtractFinished(const Factoring& work, std::size_t block, std::size_t begi
   }
 }
 
-// A few columns in the strip that holds their diagonal, from lane `lane` on, after what stands before them has been
-// subtracted. False at a pivot that is not positive.
+// Factors a few columns in the strip of their diagonal, from lane `lane` on. The products of the earlier columns are
+// already subtracted. False if a pivot is not positive.
 bool FindPivots(std::size_t lane, std::size_t count, double* inverseDiagonal, double* tile) {
   for (std::size_t r = 0; r < count; ++r) {
     double* const out = tile + r * kStrip;
@@ -102,7 +104,7 @@ void SolveColumns(const Factoring& work, std::size_t block, std::size_t k, std::
   SolveTile(work.packed.Row(block, i) + k * kStrip, inverse, work.packed.Piece(block, strip) + k * kStrip);
 }
 
-// The square on the diagonal. False if a pivot is not positive.
+// Factors the square on the diagonal. False if a pivot is not positive.
 bool FactorSquare(const Factoring& work, std::size_t block) {
   const std::size_t from = block * kBlock, begin = block * kStripsOfBlock;
   const std::size_t end = std::min(begin + kStripsOfBlock, work.packed.Strips());
@@ -126,8 +128,7 @@ void PutIntoMatrix(const Factoring& work, std::size_t block, std::size_t strip) 
   }
 }
 
-// The rows of a block below its square, a few strips of them. Strips do not look at each other, so that they can be
-// shared out.
+// Computes some strips of a block below its square. Strips are independent of each other, and threads can share them.
 void FinishStrips(const Factoring& work, std::size_t block, std::size_t begin, std::size_t end) {
   for (std::size_t s = begin; s < end; ++s) TakeFromMatrix(work, block, s);
   SubtractFinished(work, block, begin, end);

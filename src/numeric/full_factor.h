@@ -1,4 +1,4 @@
-// Cholesky factors of a matrix that is full, or whose band is so wide that it counts as full.
+// Cholesky factors of a full matrix, or of one whose band is so wide that it is treated as full.
 #pragma once
 
 #include <cstddef>
@@ -9,9 +9,9 @@
 
 namespace kalvex {
 
-// A = L L^T. Reads the diagonal of a and what is above, writes L below the diagonal and the inverses of its diagonal
-// elements to inverseDiagonal. Gives 0, or -1 if the matrix is not positive definite. The pool changes nothing in the
-// result.
+// A = L L^T. Reads the diagonal of a and the entries above it. Writes L below the diagonal, and the inverses of the
+// diagonal elements of L to inverseDiagonal. Returns 0, or -1 if the matrix is not positive definite. The result does
+// not depend on the pool.
 int FactorFull(const SquareMatrix& a, std::span<double> inverseDiagonal, ThreadPool* pool);
 
 }  // namespace kalvex

@@ -9,8 +9,8 @@ namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
-// The matrix between the steps: a is n by n, d and e the tridiagonal form with e[k] between k and k + 1, and row k of z
-// is what becomes eigenvector k (null if none is wanted).
+// The state of the diagonalisation. a is n by n. d is the diagonal of the tridiagonal form, and e[k] its element
+// between k and k + 1. Row k of z becomes eigenvector k; z is null if no vectors are wanted.
 struct Problem {
   std::size_t n;
   double* a;
@@ -19,7 +19,7 @@ struct Problem {
   double* z;
 };
 
-// The vector v with v[0] = 1 whose reflection 1 - beta v v' takes x[0 .. m-1] to (first, 0, ..., 0).
+// The vector v with v[0] = 1 for which the reflection 1 - beta v v' maps x[0 .. m-1] to (first, 0, ..., 0).
 struct Reflection {
   double beta, first;
 };
@@ -29,13 +29,13 @@ Reflection ReflectionOf(const double* x, std::size_t m, std::size_t stride, doub
   v[0] = 1;
   if (rest == 0) return {0, x[0]};
   const double norm = std::sqrt(x[0] * x[0] + rest);
-  const double first = x[0] > 0 ? -norm : norm;  // the sign that does not cancel
+  const double first = x[0] > 0 ? -norm : norm;  // this sign avoids cancellation
   const double pivot = x[0] - first;
   for (std::size_t i = 1; i < m; ++i) v[i] = x[i * stride] / pivot;
   return {-pivot / first, first};
 }
 
-// The block of rows and columns from `from` on: A -> (1 - beta v v') A (1 - beta v v'), lower triangle only.
+// A -> (1 - beta v v') A (1 - beta v v') in the rows and columns from `from` on, lower triangle only.
 void ReflectBlock(const Problem& p, std::size_t from, double beta, const double* v, double* w) {
   const std::size_t m = p.n - from;
   const auto at = [&](std::size_t i, std::size_t j) -> double& { return p.a[(from + i) * p.n + from + j]; };
@@ -56,7 +56,7 @@ void ReflectBlock(const Problem& p, std::size_t from, double beta, const double*
   }
 }
 
-// Rows of z from `from` on: z -> (1 - beta v v') z.
+// z -> (1 - beta v v') z in the rows from `from` on.
 void ReflectRows(const Problem& p, std::size_t from, double beta, const double* v, double* w) {
   std::fill(w, w + p.n, 0.0);
   for (std::size_t i = from; i < p.n; ++i) {
@@ -80,7 +80,7 @@ void MakeTridiagonal(const Problem& p, double* v, double* w) {
   p.e[p.n - 1] = 0;
 }
 
-// Rows i and i + 1 of z by the angle of cosine c and sine s.
+// Rotates rows i and i + 1 of z by the angle with cosine c and sine s.
 void Rotate(const Problem& p, std::size_t i, double c, double s) {
   double* const low = p.z + i * p.n;
   double* const high = low + p.n;
@@ -91,8 +91,8 @@ void Rotate(const Problem& p, std::size_t i, double c, double s) {
   }
 }
 
-// One QL step with Wilkinson's shift on the rows l to m, between which no e vanishes: a rotation at the lower end with
-// the shift, then the bulge that it makes is chased to the upper end.
+// One QL step with Wilkinson's shift on the rows l to m, between which no e is 0. A rotation with the shift at the
+// lower end creates a bulge, which further rotations move to the upper end.
 void QlStep(const Problem& p, std::size_t l, std::size_t m) {
   const double ratio = (p.d[l + 1] - p.d[l]) / (2 * p.e[l]);
   const double length = std::hypot(ratio, 1.0);
@@ -102,7 +102,7 @@ void QlStep(const Problem& p, std::size_t l, std::size_t m) {
     const double f = s * p.e[i], b = c * p.e[i];
     const double r = std::hypot(f, bulge);
     p.e[i + 1] = r;
-    if (r == 0) {  // the matrix falls in two here
+    if (r == 0) {  // the matrix splits here
       p.d[i + 1] -= taken;
       p.e[m] = 0;
       return;
@@ -121,7 +121,7 @@ void QlStep(const Problem& p, std::size_t l, std::size_t m) {
   p.e[m] = 0;
 }
 
-// The first row from l on behind which the matrix falls apart. What is not a number never does.
+// The first row from l on after which e is negligible and the matrix splits. An e that is NaN never splits it.
 std::size_t EndOfBlock(const Problem& p, std::size_t l, double least) {
   std::size_t m = l;
   while (m + 1 < p.n && !(std::fabs(p.e[m]) <= kEpsilon * (std::fabs(p.d[m]) + std::fabs(p.d[m + 1])) + least)) ++m;
@@ -131,7 +131,7 @@ std::size_t EndOfBlock(const Problem& p, std::size_t l, double least) {
 bool Diagonalise(const Problem& p) {
   double size = 0;
   for (std::size_t i = 0; i < p.n; ++i) size = std::fmax(size, std::fabs(p.d[i]) + std::fabs(p.e[i]));
-  const double least = 0.01 * kEpsilon * size;  // far below what the reflections have rounded
+  const double least = 0.01 * kEpsilon * size;  // far below the rounding errors of the reflections
   bool found = true;
   for (std::size_t l = 0; l < p.n; ++l) {
     int steps = 0;
@@ -159,8 +159,8 @@ void Grow(std::vector<double>& room, std::size_t size) {
   if (room.size() < size) room.resize(size);
 }
 
-// The complex vector of row k of the doubled problem, less its parts along the states from `first` to `found`. Gives
-// what is left of its norm.
+// Takes the complex vector of row k of the doubled problem and subtracts its components along the states from `first`
+// to `found`. Returns the norm of the remainder.
 double TakeCandidate(std::size_t n, std::size_t k, std::size_t first, std::size_t found, EigenScratch& scratch) {
   Cplx* const candidate = scratch.candidate.data();
   const double* const row = scratch.vectors.data() + k * 2 * n;
@@ -176,13 +176,13 @@ double TakeCandidate(std::size_t n, std::size_t k, std::size_t first, std::size_
   return norm;
 }
 
-// Of each pair of real vectors one is a state, and the other is i times the same. Where levels meet, the real vectors
-// mix, and the one is taken that has most to add.
+// Each state v appears as a pair of real vectors, one for v and one for i v. In a degenerate level the real vectors
+// mix. Of them the one with the largest component outside the states already found is taken.
 void ReadStates(std::size_t n, EigenScratch& scratch) {
   const double* const values = scratch.values.data();
   const double size = std::fmax(std::fabs(values[0]), std::fabs(values[2 * n - 1]));
   const double same = 1e3 * kEpsilon * static_cast<double>(n) * size;
-  std::size_t first = 0;  // of the states that share a level
+  std::size_t first = 0;  // the first state of the present level
   for (std::size_t found = 0; found < n; ++found) {
     if (found > 0 && values[2 * found] - values[2 * found - 1] > same) first = found;
     std::size_t end = 2 * found + 2;

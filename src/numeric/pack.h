@@ -1,6 +1,7 @@
-// Eight doubles that go through a formula together. The functions keep to the scalar ones within a few units in the
-// last place; the operators and the square roots do to the last bit. For the sources that are compiled for each width
-// of the vector units, see models/vector_kernels.h: only there do packs become registers of the machine.
+// Eight doubles that go through a formula together. The operators and the square roots give the same bits as for
+// double. The other functions agree with those for double to a few units in the last place. The compiler maps packs to
+// vector registers only in the sources that are compiled for each width of the vector units: see
+// evaluation/vector_kernels.h.
 #pragma once
 
 #include <cmath>
@@ -11,17 +12,17 @@
 
 #include "numeric/complex.h"
 
-// Takes in everything that the function calls.
+// Inlines everything that the function calls.
 #define KALVEX_FLATTEN __attribute__((flatten))
 
 namespace kalvex {
 
 inline constexpr std::size_t kPack = 8;
 
-// Aligned alike for every width of the vector units, so that code for one can hand over to code for another.
+// The alignment is the same for every width of the vector units: code for one width can pass packs to code for another.
 struct alignas(kPack * sizeof(double)) PackMask {
   typedef std::int64_t Bits __attribute__((vector_size(kPack * sizeof(std::int64_t))));
-  Bits bits;  // of each lane all 1 or all 0
+  Bits bits;  // all bits of a lane are 1 or 0
 };
 
 struct alignas(kPack * sizeof(double)) Pack {
@@ -57,7 +58,7 @@ struct alignas(kPack * sizeof(double)) Pack {
 inline PackMask operator|(const PackMask& a, const PackMask& b) { return {a.bits | b.bits}; }
 inline PackMask operator&(const PackMask& a, const PackMask& b) { return {a.bits & b.bits}; }
 
-// The lanes for which the mask holds count -1 each; the halves are added until one lane holds the sum.
+// A lane for which the mask holds is -1 as an integer. The halves are added until one lane holds the sum.
 inline Lanes LanesOf(const PackMask& mask) {
   const PackMask::Bits fours = mask.bits + __builtin_shufflevector(mask.bits, mask.bits, 4, 5, 6, 7, 0, 1, 2, 3);
   const PackMask::Bits pairs = fours + __builtin_shufflevector(fours, fours, 2, 3, 0, 1, 6, 7, 4, 5);
@@ -69,7 +70,7 @@ inline Pack Select(const PackMask& condition, const Pack& yes, const Pack& no) {
   return Pack(condition.bits ? yes.x : no.x);
 }
 
-// The same function of a double in each lane.
+// Applies a function of double to each lane.
 template <class Function>
 Pack InEachLane(const Pack& a, Function function) {
   Pack out;
@@ -89,8 +90,8 @@ inline Pack Hypot(const Pack& a, const Pack& b) {
   return out;
 }
 
-// The whole number nearest to a, |a| below 2^51, as a number and as bits: added to 1.5*2^52 a number has no room for
-// more than its whole part.
+// The whole number nearest to a, |a| below 2^51, as a double and as an integer. A double near 1.5*2^52 has no
+// fractional part: adding and subtracting that constant rounds a.
 struct NearestWhole {
   Pack number;
   PackMask::Bits bits;
@@ -111,15 +112,15 @@ Pack Polynomial(const double (&c)[N], const Pack& x) {
 // exp(x) = 2^k exp(r), |r| <= ln(2)/2. Within 2 ulp.
 inline Pack Exp(const Pack& x) {
   constexpr double kLn2Head = 0.6931471805598903, kLn2Tail = 5.497923018708371e-14;  // 42 bits, and the rest
-  // 1/n!, as many as 0.35^n/n! stands above a unit in the last place
+  // 1/n!, up to the n for which 0.35^n/n! is below one unit in the last place
   constexpr double kTaylor[] = {
       1,          1,           1.0 / 2,      1.0 / 6,       1.0 / 24,       1.0 / 120,       1.0 / 720,
       1.0 / 5040, 1.0 / 40320, 1.0 / 362880, 1.0 / 3628800, 1.0 / 39916800, 1.0 / 479001600, 1.0 / 6227020800};
-  const Pack low = Select(x < -746.0, -746.0, x), held = Select(low > 710.0, 710.0, low);  // 0 and inf beyond
+  const Pack low = Select(x < -746.0, -746.0, x), held = Select(low > 710.0, 710.0, low);  // exp gives 0 or inf outside
   const NearestWhole k = NearestWholeOf(held * std::numbers::log2e);
   const Pack r = (held - k.number * kLn2Head) - k.number * kLn2Tail;
   const auto twoTo = [](const PackMask::Bits& n) { return Pack(reinterpret_cast<Pack::Numbers>((n + 1023) << 52)); };
-  // In two factors, since 2^k itself may leave the range.
+  // Two factors, because 2^k may be outside the range of a double.
   const PackMask::Bits half = k.bits >> 1;
   return Polynomial(kTaylor, r) * twoTo(half) * twoTo(k.bits - half);
 }
@@ -129,8 +130,8 @@ struct SineAndCosine {
   Pack cosine;
 };
 
-// x = k pi/2 + r, |r| <= pi/4. Within 2 ulp, absolute near the zeros far from the origin; large arguments go through
-// the scalar functions.
+// x = k pi/2 + r, |r| <= pi/4. Within 2 ulp; an absolute error near the zeros far from the origin. Large arguments go
+// to the scalar functions.
 inline SineAndCosine SineAndCosineOf(const Pack& x) {
   constexpr double kMost = 1e6;  // with larger k the first two products would no longer be exact
   if (LanesOf(Fabs(x) < kMost) != Lanes::kAll) {

@@ -10,7 +10,7 @@ namespace {
 using Coefficients = std::array<Cplx, kMostRoots + 1>;
 
 std::pair<Cplx, Cplx> QuadraticRoots(const Cplx& a, const Cplx& b, const Cplx& c) {
-  // The root of the larger magnitude first: in it nothing cancels.
+  // The root of larger magnitude comes first: its formula has no cancellation.
   const Cplx root = Sqrt(b * b - 4.0 * a * c);
   const Cplx sum = Norm(b + root) > Norm(b - root) ? b + root : b - root;
   if (Norm(sum) == 0) return {{}, {}};
@@ -50,7 +50,7 @@ std::array<Cplx, 4> DepressedQuarticRoots(const Cplx& p, const Cplx& q, const Cp
     if (Norm(z) > Norm(m2)) m2 = z;
   }
   if (Norm(m2) == 0) {
-    // Nothing but y^4 + r, or with r = 0 the root 0 four times.
+    // Only y^4 + r is left. With r = 0 the root 0 is fourfold.
     const Cplx square = Sqrt(-r), first = Sqrt(square), second = Sqrt(-square);
     return {first, -first, second, -second};
   }

@@ -1,12 +1,16 @@
-// Integrals whose integrand ends like a power of the distance from the end, with features on scales that may lie many
-// decades apart.
+// Integrals over an integrand that follows a power of the distance near the ends of the interval. Its features may lie
+// on scales that differ by many decades.
 //
-// The variable runs uniformly along the logarithm of the distance between the smallest and the largest scale, and bends
-// to doubly exponential where a square root at the end of an interval would take long to die out: with y in equal
-// steps,
-//     s = exp(y - exp(a - y))                                        from 0 to infinity, left end bent,
-//     s = 1/(1 + exp(-z)),  z = y - exp(a - y) + exp(y - b)          from 0 to 1, both ends bent.
-// The plain sum over y converges like exp(-2 pi d/step), d the distance of the nearest singularity in y, some 1.2 here.
+// The variable of integration is uniform in the logarithm of the distance between the smallest and the largest scale.
+// Near an end it becomes doubly exponential, because a square root there would otherwise decay slowly. With y in equal
+// steps:
+//
+//     s = exp(y - exp(a - y))                                        from 0 to infinity, left end doubly exponential,
+//     s = 1/(1 + exp(-z)),  z = y - exp(a - y) + exp(y - b)          from 0 to 1, both ends doubly exponential.
+//
+// The sum over y converges like exp(-2 pi d/step), where d is the distance of the nearest singularity in y, about 1.2
+// here.
+//
 //     Takahasi and Mori, Publ. RIMS Kyoto Univ. 9, 721 (1974)
 #pragma once
 
@@ -14,15 +18,17 @@
 
 namespace kalvex {
 
-inline constexpr double kLogStep = 0.3;       // 4e-11 of the integral for a pole on the imaginary axis of s
-inline constexpr double kLogMargin = 1.5;     // between a scale and the bend of the map
-inline constexpr double kLogReach = 3.9;      // beyond the bend: there s is e^-49 of the scale
-inline constexpr double kTailReach = 12;      // beyond the largest scale on a half line, where no bend is
-inline constexpr double kLeastScale = 1e-14;  // of a finite interval
+inline constexpr double kLogStep = 0.3;       // relative error 4e-11 for a pole on the imaginary axis of s
+inline constexpr double kLogMargin = 1.5;     // between a scale and the doubly exponential part
+inline constexpr double kLogReach = 3.9;      // of the doubly exponential part: s falls to e^-49 of the scale
+inline constexpr double kTailReach = 12;      // beyond the largest scale on a half line
+inline constexpr double kLeastScale = 1e-14;  // smallest scale on a finite interval
 
 // Integral over s from 0 to infinity: visit(s, ds) at each node.
-//   smallest, largest   below and above them the integrand goes like powers of s, at the end like s^-3 or faster.
-//                       Only the left end is bent: a Fermi function has poles all the way up the imaginary axis
+//
+//   smallest, largest   outside them the integrand follows powers of s, at infinity s^-3 or a higher inverse power
+//
+// Only the left end is doubly exponential: a Fermi function has poles along the whole imaginary axis.
 template <class Visit>
 void OnHalfLine(double smallest, double largest, Visit visit) {
   const double a = std::log(smallest) - kLogMargin;
@@ -36,8 +42,9 @@ void OnHalfLine(double smallest, double largest, Visit visit) {
   }
 }
 
-// Integral over s from 0 to 1: visit(s, 1 - s, ds) at each node, both distances without cancellation.
-//   left, right   the smallest scales of the integrand at the two ends, at most 1; below kLeastScale they count as that
+// Integral over s from 0 to 1: visit(s, 1 - s, ds) at each node. Both distances are free of cancellation.
+//
+//   left, right   the smallest scales of the integrand at the two ends, at most 1 and held at kLeastScale or more
 template <class Visit>
 void OnUnitInterval(double left, double right, Visit visit) {
   const auto scale = [](double x) { return std::log(std::fmin(std::fmax(x, kLeastScale), 1)); };

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t kStrip = VectorPanel::kStrip;
 
-// A tile at the edge of the matrix, of which only a part is there.
+// A tile at the edge of the matrix, which is only partly inside.
 void AddToEdge(const VectorPanel& panel, const SquareMatrix& a, std::size_t i, std::size_t j) {
   double tile[kTileRows * kStrip] = {};
   const std::size_t rows = std::min(kTileRows, a.size - i), columns = std::min(kStrip, a.size - j);
@@ -31,8 +31,8 @@ void AddToEdge(const VectorPanel& panel, const SquareMatrix& a, std::size_t i, s
   for (std::size_t r = 0; r < rows; ++r) std::copy_n(tile + r * kStrip, columns, a.Row(i + r) + j);
 }
 
-// The rows of one block of the matrix. Its vectors' entries stay in the cache while those of one strip of columns after
-// the other come by.
+// Adds to one block of rows of the matrix. The entries of its vectors stay in the cache while the strips of columns are
+// read one by one.
 void AddToRows(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::size_t from, std::size_t to) {
   for (std::size_t j = from / kStrip * kStrip; j < a.size; j += kStrip) {
     for (const VectorPanel* const panel : panels) {
@@ -47,7 +47,7 @@ void AddToRows(std::span<const VectorPanel* const> panels, const SquareMatrix& a
   }
 }
 
-// The entries of one strip of the weighted sum.
+// Adds to one strip of the weighted sum.
 void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, std::size_t j) {
   double sum[kStrip] = {};
   const std::size_t columns = std::min(kStrip, b.size() - j);
@@ -62,7 +62,7 @@ void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, s
 
 void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
                       ThreadPool* pool) {
-  // Few rows for one thread, so that none is left alone with some at the end; the longest come first.
+  // A task has few rows, which shortens the wait for the last thread. The longest tasks come first.
   const std::size_t rowsOfTask = a.size < 512 ? kTileRows : 4 * kTileRows;
   const std::size_t tasks = (a.size + rowsOfTask - 1) / rowsOfTask;
   const double nanoseconds = NanosecondsOfOuterProducts(panels.size() * VectorPanel::kMost, a.size);

@@ -1,4 +1,4 @@
-// Adding many outer products to a symmetric matrix at once.
+// Adds many outer products to a symmetric matrix at once.
 #pragma once
 
 #include <array>
@@ -11,8 +11,8 @@
 
 namespace kalvex {
 
-// Vectors of one length, waiting to be added as outer products. They are kept in strips of 16 entries, each strip
-// holding its entries of all vectors one vector behind the other, so that a tile of the matrix reads memory in order.
+// Vectors of one length that are collected to be added as outer products. They are stored in strips of 16 entries. A
+// strip holds its entries of all vectors, one vector after the other: a tile of the matrix reads memory in order.
 class VectorPanel {
  public:
   static constexpr std::size_t kMost = 64;
@@ -22,27 +22,27 @@ class VectorPanel {
 
   std::size_t Count() const { return count_; }
   bool IsFull() const { return count_ == kMost; }
-  // Begins the next vector, all zero, with its weight.
+  // Begins the next vector, filled with zeros, with its weight.
   void Begin(double weight);
-  // Entry i of the vector begun last.
+  // Entry i of the vector that was begun last.
   double& operator[](std::size_t i) {
     return data_[i / kStrip * (kMost * kStrip) + (count_ - 1) * kStrip + i % kStrip];
   }
   void Clear() { count_ = 0; }
   std::span<const double> Weights() const { return std::span(weight_).first(count_); }
 
-  // Begins several vectors whose entries are then to be written, all of them: RowsFrom(i, v), i a multiple of kStrip,
-  // is where entries i to i + kStrip - 1 of vector v stand, and kStrip behind them those of the next.
+  // Begins several vectors. The caller must write all their entries: RowsFrom(i, v), with i a multiple of kStrip,
+  // points to entries i to i + kStrip - 1 of vector v. Those of the next vector follow at kStrip.
   void BeginMany(std::span<const double> weights) {
     for (const double weight : weights) weight_[count_++] = weight;
   }
   double* RowsFrom(std::size_t i, std::size_t vector) {
     return data_.data() + i / kStrip * (kMost * kStrip) + vector * kStrip;
   }
-  // Forgets the vectors after the first `count`.
+  // Removes all vectors except the first `count`.
   void Shorten(std::size_t count) { count_ = count; }
   const double* Strip(std::size_t first) const { return data_.data() + first / kStrip * (kMost * kStrip); }
-  // Entry i of the first vector; that of the next stands kStrip behind it.
+  // Entry i of the first vector; that of the next vector is at a stride of kStrip.
   const double* Rows(std::size_t i) const { return Strip(i) + i % kStrip; }
 
  private:
@@ -51,13 +51,13 @@ class VectorPanel {
   std::vector<double> data_;
 };
 
-// a(i, j) += sum over a panel of v_i v_j, for i <= j, and b_i += weight v_i for one vector after the other; panel after
-// panel. What stands below the diagonal of a near it is overwritten. All vectors are of the matrix's size; what comes
-// out does not depend on the pool.
+// a(i, j) += sum over a panel of v_i v_j for i <= j, and b_i += weight v_i, vector by vector and panel by panel. All
+// vectors have the size of the matrix. Entries just below the diagonal of a are overwritten. The result does not depend
+// on the pool.
 void AddOuterProducts(std::span<const VectorPanel* const> panels, const SquareMatrix& a, std::span<double> b,
                       ThreadPool* pool = nullptr);
 
-// How long that takes one thread, more or less.
+// Estimated time of AddOuterProducts in one thread.
 inline double NanosecondsOfOuterProducts(std::size_t vectors, std::size_t size) {
   constexpr double kOfProduct = 0.006;
   return kOfProduct * static_cast<double>(vectors * size * (size + VectorPanel::kStrip));

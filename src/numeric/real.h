@@ -1,12 +1,12 @@
-// What a formula written once for several number types asks of a double: functions under the names that dual numbers
-// and packs share, and choices that packs make lane by lane.
+// The functions that a formula template calls, for double. Dual numbers and packs have functions of the same names.
+// Conditions choose a value; packs do so lane by lane.
 #pragma once
 
 #include <cmath>
 
 namespace kalvex {
 
-// The root of the magnitude: a formula may carry an argument a little below 0.
+// sqrt(|x|): rounding may give an argument a little below 0.
 inline double Sqrt(double x) { return std::sqrt(std::fabs(x)); }
 inline double Exp(double x) { return std::exp(x); }
 inline double Expm1(double x) { return std::expm1(x); }
@@ -20,7 +20,7 @@ inline double Fabs(double x) { return std::fabs(x); }
 inline double Hypot(double x, double y) { return std::hypot(x, y); }
 inline double Select(bool condition, double yes, double no) { return condition ? yes : no; }
 
-// How many of the lanes a condition holds for; a double is one lane.
+// In how many lanes a condition holds; a double is one lane.
 enum class Lanes { kNone, kAll, kSome };
 inline Lanes LanesOf(bool condition) { return condition ? Lanes::kAll : Lanes::kNone; }
 

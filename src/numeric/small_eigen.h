@@ -1,4 +1,4 @@
-// Eigenvalues and eigenvectors of small real symmetric matrices, with derivatives where the matrix has them.
+// Eigenvalues and eigenvectors of small real symmetric matrices. The derivatives follow if the matrix has them.
 #pragma once
 
 #include <array>
@@ -11,13 +11,13 @@ namespace kalvex {
 template <class T, std::size_t N>
 struct SmallEigen {
   std::array<T, N> value{};                  // ascending
-  std::array<std::array<T, N>, N> vector{};  // of eigenvalue k: vector[k]
+  std::array<std::array<T, N>, N> vector{};  // vector[k] belongs to value[k]
 };
 
 template <class T, std::size_t N>
 using SmallMatrix = std::array<std::array<T, N>, N>;
 
-// Rotations of Jacobi over the first n rows and columns, the upper triangle is read. n at most N; what lies beyond n is
+// Jacobi rotations on the first n rows and columns, n at most N. Only the upper triangle is read. Entries beyond n are
 // 0.
 template <std::size_t N>
 SmallEigen<double, N> EigenOf(const SmallMatrix<double, N>& matrix, int n) {
@@ -69,7 +69,8 @@ SmallEigen<double, N> EigenOf(const SmallMatrix<double, N>& matrix, int n) {
   return eigen;
 }
 
-// To first order: dE_i = <i|dH|i>, d|i> = sum over j of |j> <j|dH|i>/(E_i - E_j). Levels that meet do not mix.
+// First-order perturbation: dE_i = <i|dH|i>, d|i> = sum over j of |j> <j|dH|i>/(E_i - E_j). Degenerate levels are not
+// mixed.
 template <std::size_t N, int Lanes>
 SmallEigen<Dual<Lanes>, N> EigenOf(const SmallMatrix<Dual<Lanes>, N>& matrix, int n) {
   SmallMatrix<double, N> plain{};

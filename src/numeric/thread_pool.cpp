@@ -12,8 +12,8 @@ constexpr std::uint32_t kOpen = std::uint32_t{1} << 31;
 
 using Clock = std::chrono::steady_clock;
 
-// Looks whether the number is another, for so long at most. After the first moments others may have the processor
-// between two looks.
+// Waits until the number differs from old, at most for `patience`. Returns whether it does. After the first kLooks
+// reads the thread yields the processor between further reads.
 bool SeesOther(const std::atomic<std::uint32_t>& number, std::uint32_t old, Clock::duration patience) {
   constexpr int kLooks = 1000;
   const auto looks = [&] {
@@ -28,7 +28,7 @@ bool SeesOther(const std::atomic<std::uint32_t>& number, std::uint32_t old, Cloc
   return looks();
 }
 
-// Between two pieces of work of one fit there is seldom more.
+// The time between two pieces of work of one fit is rarely longer.
 constexpr auto kPatience = std::chrono::milliseconds(1);
 
 }  // namespace
@@ -61,7 +61,7 @@ void ThreadPool::DoTasks(std::size_t thread) {
   }
 }
 
-// Work often comes in short pieces one after the other: looking out for it is cheaper than to be woken up.
+// Work often comes in short pieces in quick succession. Polling for it costs less than sleeping and waking up.
 void ThreadPool::WatchFor(std::uint32_t seen) {
   ++watching_;
   awake_ = true;
@@ -70,7 +70,7 @@ void ThreadPool::WatchFor(std::uint32_t seen) {
   if (!more) round_.wait(seen);
 }
 
-// A thread that wakes up late finds the gate closed, and nobody waits for it.
+// A thread that wakes up late finds the gate closed. Run does not wait for it.
 void ThreadPool::Serve(std::size_t thread) {
   std::uint32_t seen = 0;
   while (true) {
@@ -88,7 +88,7 @@ void ThreadPool::Serve(std::size_t thread) {
 }
 
 bool ThreadPool::Pays(double nanoseconds) const {
-  // Of more threads some may come too late to help, which is no loss.
+  // More threads than this are not counted: some may come too late to help, which costs nothing.
   constexpr std::size_t kMostThatCount = 4;
   constexpr double kShareOfWatcher = 15e3;
   const auto threads = static_cast<double>(std::min(wanted_, kMostThatCount));
@@ -102,7 +102,7 @@ void ThreadPool::CallThreads() {
   round_.notify_all();
 }
 
-// They find the gate closed, and go on looking.
+// The threads find the gate closed and continue to poll.
 void ThreadPool::Rouse() {
   if (wanted_ > 1 && !awake_) CallThreads();
 }

@@ -1,5 +1,6 @@
-// A few threads that share work with the one that asks for it. Work is a number of tasks cut in a way that does not
-// depend on the number of threads; who does which is left to chance, so that a task must not depend on it.
+// ThreadPool: threads that share the work of the calling thread. Work is a number of tasks. How it is divided into
+// tasks does not depend on the number of threads. Any thread may run any task, so the result of a task must not depend
+// on the thread.
 #pragma once
 
 #include <atomic>
@@ -12,15 +13,15 @@
 
 namespace kalvex {
 
-// How many processors this process may use, at least 1.
+// The number of processors that this process may use, at least 1.
 int ProcessorsAtHand();
 
 class ThreadPool {
  public:
   using Work = std::function<void(std::size_t task, std::size_t thread)>;
 
-  // So many threads, that of the caller among them. They are started when there is work for the first time; if the
-  // machine does not give as many, the work is done by fewer.
+  // The number of threads includes the calling one. They are started with the first work. If the system provides fewer,
+  // the work is shared by fewer.
   explicit ThreadPool(int threads = 1) : wanted_(threads < 1 ? 1 : static_cast<std::size_t>(threads)) {}
   ThreadPool(const ThreadPool&) = delete;
   ThreadPool& operator=(const ThreadPool&) = delete;
@@ -28,17 +29,17 @@ class ThreadPool {
 
   std::size_t Threads() const { return wanted_; }
 
-  // Whether work that takes one thread so many nanoseconds is done sooner by several: each must have several times as
-  // much to do as it takes to call it, which is little for a thread that is looking out for work.
+  // Whether several threads finish work sooner than one, which would need the given time. Each thread's share must be
+  // several times as long as waking it takes. A thread that polls for work wakes up quickly.
   bool Pays(double nanoseconds) const;
-  // Work from which a sleeping thread is called for its share; 0: any work is shared.
+  // The least share of work for which a sleeping thread is woken; 0: any work is shared.
   void SetLeastShare(double nanoseconds) { leastShare_ = nanoseconds; }
-  // Lets the threads look out for work that is about to come.
+  // Wakes the threads, which then poll for work that is about to come.
   void Rouse();
 
-  // Calls work(task, thread) for each task from 0 to count - 1 and comes back when all are done; thread is below
-  // Threads(), 0 that of the caller. To be called by one thread at a time, and not by a task. What a task throws ends
-  // the others early and is thrown on to the caller.
+  // Calls work(task, thread) for each task from 0 to count - 1 and returns when all are done. thread is below
+  // Threads(); 0 is the calling thread. Only one thread at a time may call Run, and no task may. If a task throws, the
+  // remaining tasks are skipped and the exception is thrown to the caller.
   void Run(std::size_t count, const Work& work);
 
  private:
@@ -54,21 +55,21 @@ class ThreadPool {
   const Work* work_ = nullptr;
   std::size_t count_ = 0;
   std::atomic<std::size_t> next_{0};
-  std::atomic<std::uint32_t> round_{0};   // goes on when there is something new to do
-  std::atomic<std::uint32_t> gate_{0};    // threads at work, and whether more may join
-  std::atomic<std::size_t> watching_{0};  // threads that look out for work
-  std::atomic<bool> awake_{false};        // called, and not all asleep since
+  std::atomic<std::uint32_t> round_{0};   // incremented when there is new work, or the threads are to end
+  std::atomic<std::uint32_t> gate_{0};    // number of threads at work, and a bit that lets more join
+  std::atomic<std::size_t> watching_{0};  // threads that poll for work
+  std::atomic<bool> awake_{false};        // threads were woken, and not all sleep again
   std::atomic<bool> ends_{false};
   std::atomic<bool> failed_{false};
   std::exception_ptr failure_;
 };
 
-// The pool, if the work is worth it.
+// The pool if sharing work of that length pays, otherwise null.
 inline ThreadPool* IfItPays(ThreadPool* pool, double nanoseconds) {
   return pool && pool->Pays(nanoseconds) ? pool : nullptr;
 }
 
-// work(task, thread) for each task, by the threads of the pool, or one task after the other without one.
+// Calls work(task, thread) for each task, in the threads of the pool. Without a pool the tasks run one after the other.
 template <class Work>
 void ParallelFor(ThreadPool* pool, std::size_t count, const Work& work) {
   if (pool && pool->Threads() > 1 && count > 1) return pool->Run(count, work);

@@ -10,12 +10,12 @@ namespace {
 constexpr std::size_t kPack = 8;
 typedef double Pack __attribute__((vector_size(kPack * sizeof(double))));
 
-// So many rows and packs of columns of the tile, each sum in a variable that stays in a register.
+// Rows rows and Packs packs of columns of a tile. Each sum is a variable that stays in a register.
 template <std::size_t Rows, std::size_t Packs>
 [[gnu::always_inline]] inline void AddPart(const double* rows, const double* columns, std::size_t count, double sign,
                                            double* out, std::size_t stride) {
 #pragma GCC unroll 8
-  for (std::size_t r = 0; r < Rows; ++r) {  // to be there when the sums are
+  for (std::size_t r = 0; r < Rows; ++r) {  // prefetched while the sums are formed
     __builtin_prefetch(out + r * stride, 1);
     __builtin_prefetch(out + r * stride + Packs * kPack - 1, 1);
   }
@@ -42,13 +42,13 @@ template <std::size_t Rows, std::size_t Packs>
   }
 }
 
-// With 32 registers of 8 numbers the whole tile fits.
+// With 32 registers of 8 numbers the whole tile fits into registers.
 KALVEX_VECTOR_CLONES void AddWhole(const double* rows, const double* columns, std::size_t count, double sign,
                                    double* out, std::size_t stride) {
   AddPart<kTileRows, 2>(rows, columns, count, sign, out, stride);
 }
 
-// With 16 registers of 4 numbers a quarter does.
+// With 16 registers of 4 numbers a quarter of the tile fits.
 KALVEX_VECTOR_CLONES void AddQuarters(const double* rows, const double* columns, std::size_t count, double sign,
                                       double* out, std::size_t stride) {
   for (std::size_t r = 0; r < kTileRows; r += 4) {

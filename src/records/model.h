@@ -1,5 +1,18 @@
-// Model: one sample, a leading parameter and rows of three; and ParamTables, the model table together with the block of
-// experimental parameters, which coupling groups tie to each other.
+// src/records (floor 2, together with src/datasets) holds what a model is.
+//
+//   model_param.h     ModelParam: a number with error, limits, coupling group and saved slopes
+//   var_diel_func.h   VarDielFunc: the mesh of a variational dielectric function; vdf_mesh.h creates and switches it
+//   model.h           Model, ParamTables: all models and the experimental parameters
+//   row_code.h        how a row selects its term
+//   model_table.h     finding, creating and closing models
+//   model_rows.h      inserting, removing, moving and sorting rows
+//   param_value.h     writing a value: limits and coupling groups
+//   param_place.h     ParamPlace: the position of a parameter, independent of addresses
+//
+// Read model_param.h and this header first.
+//
+// Model: one sample, with a leading parameter (epsInf) and rows of three parameters. ParamTables: the models and the
+// experimental parameters. A coupling group may contain parameters of both.
 #pragma once
 
 #include <array>
@@ -18,12 +31,12 @@ inline constexpr int kColumns = 3;
 inline constexpr std::array<const char*, kColumns> kColumnNames = {"Wo", "Wp", "G"};
 
 struct Model {
-  std::uint32_t number = 0;  // unique for the run; 0 marks a free entry of the table
+  std::uint32_t number = 0;  // unique while the program runs; 0 marks a free entry of the table
   std::string name;
   ModelParam epsInf;             // for a special model the negated type code
   std::vector<ModelParam> rows;  // row r, column c at c + 3 r
   VarDielFunc vdf;
-  bool dirty = false;  // a parameter was overwritten through coupling, and nobody has been told yet
+  bool dirty = false;  // a parameter was overwritten through coupling, and no listener has been notified
 };
 
 inline int RowCount(const Model& model) { return static_cast<int>(model.rows.size()) / kColumns; }
@@ -54,8 +67,8 @@ struct ParamTables {
 // The six experimental parameters with their names and default values.
 std::array<ModelParam, kExpParamCount> DefaultExpParams();
 
-// Calls visit on epsInf, on every element of the rows and, while the variational function is on, on both parameters of
-// every mesh point, in this order.
+// Calls visit on epsInf, then on every element of the rows. If the variational function is on, both parameters of every
+// mesh point follow.
 template <class ModelType, class Visit>
 void ForEachParam(ModelType& model, Visit&& visit) {
   visit(model.epsInf);

@@ -1,4 +1,4 @@
-// ModelParam: the one record for every number that a person or the fit can change.
+// ModelParam: the record of every number that a user or the fit can change.
 #pragma once
 
 #include <algorithm>
@@ -12,9 +12,9 @@ namespace kalvex {
 
 inline constexpr std::size_t kParamNameSize = 50;
 
-// What evaluations with derivatives have left for a parameter. A model file stores it, and an evaluation that makes no
-// slope of its own keeps the one that stands here. It travels with the parameter: with its row, to the members of its
-// coupling group, into a file and back.
+// The slopes of a parameter from the last evaluation with derivatives. A model file stores them. An evaluation that
+// computes no slope for the parameter keeps this one. The slopes are copied with the parameter: with its row, to the
+// members of its coupling group, to a file and back.
 struct SavedSlopes {
   double dEpsRe = 0;  // derivative of the complex response by value
   double dEpsIm = 0;
@@ -23,18 +23,18 @@ struct SavedSlopes {
 
 struct ModelParam {
   double value = 0;
-  double error = 0;              // left by the fit
-  std::uint32_t adjustable = 0;  // the fit may vary it, and derivatives are wanted for it
-  double min = 0;                // in force only with useMin
-  double max = 0;                // in force only with useMax
+  double error = 0;              // from the last fit
+  std::uint32_t adjustable = 0;  // the fit may vary it, and its derivatives are computed
+  double min = 0;                // applies only if useMin is set
+  double max = 0;                // applies only if useMax is set
   std::uint32_t useMin = 0;
   std::uint32_t useMax = 0;
-  std::array<char, kParamNameSize> name{};  // no terminator of its own when full
+  std::array<char, kParamNameSize> name{};  // without a terminator if all characters are used
   std::uint32_t coupling = 0;               // coupling group, 0 for none
 
-  SavedSlopes savedSlopes;  // written by TakeOverSlopes alone
+  SavedSlopes savedSlopes;  // written only by TakeOverSlopes
 
-  std::uint32_t reserved = 0;  // no meaning; kept in the model file
+  std::uint32_t reserved = 0;  // unused; kept in the model file
 };
 
 inline std::string_view NameOf(const ModelParam& param) {

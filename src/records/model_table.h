@@ -1,4 +1,4 @@
-// Finding, creating and closing models. A model is known by its number, never by its place in the table.
+// Finds, creates and closes models. A model is identified by its number and never by its position in the table.
 #pragma once
 
 #include <cstdint>
@@ -8,20 +8,21 @@
 
 namespace kalvex {
 
-// The model of that number, or null; 0 is no number.
+// The model with that number, or null. 0 is not a valid number.
 Model* GetModelByNumber(ParamTables& tables, std::uint32_t number);
 const Model* GetModelByNumber(const ParamTables& tables, std::uint32_t number);
-// The model whose number a parameter holds: null unless the value is a whole number other than 0.
+// The model whose number is the value of a parameter. Null unless the value is a whole number other than 0.
 const Model* GetModelByReal(const ParamTables& tables, double number);
 
 int CountModels(const ParamTables& tables);
 std::vector<std::uint32_t> ListModelNumbers(const ParamTables& tables);
-// Place of a model in its table, from 0.
+// Index of a model in the table.
 int SlotOf(const ParamTables& tables, const Model& model);
 
-// A model with the default leading parameter and one default row, in the first free entry; null if all are taken.
+// Creates a model with the default leading parameter and one default row, in the first free entry. Null if the table is
+// full.
 Model* CreateModel(ParamTables& tables);
-// Frees the entry. The number is not given out again.
+// Frees the entry. The number is not reused.
 void CloseModelRecord(Model& model);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// ParamPlace: where a parameter lives, by indices and not by address, so that it holds in a copy of the tables too.
+// ParamPlace: the position of a parameter as indices. Unlike an address it is also valid in a copy of the tables.
 #pragma once
 
 #include "records/model.h"
@@ -20,12 +20,12 @@ struct ParamPlace {
 // "EIN", "LOR", "ESH" or "EXP".
 const char* KindText(ParamKind kind);
 
-// The parameter at a place that exists.
+// The parameter at a place, which must exist.
 ModelParam& ParamAt(ParamTables& tables, const ParamPlace& place);
 const ModelParam& ParamAt(const ParamTables& tables, const ParamPlace& place);
 
-// The same for a place that may be gone: null unless the entry of the table still holds the model of that number, with
-// that row or mesh point. The experimental parameters are always there.
+// The same for a place that may not exist. Null unless the entry of the table still holds the model with that number,
+// and the model has that row or mesh point. The experimental parameters always exist.
 ModelParam* FindParam(ParamTables& tables, const ParamPlace& place, std::uint32_t modelNumber);
 const ModelParam* FindParam(const ParamTables& tables, const ParamPlace& place, std::uint32_t modelNumber);
 

@@ -5,7 +5,7 @@
 namespace kalvex {
 namespace {
 
-// Mesh points take no part in coupling, so this visits less than ForEachParam does.
+// Mesh points cannot be coupled: unlike ForEachParam, this visits only epsInf and the rows.
 template <class Visit>
 bool AnyCoupledPlace(Model& model, std::uint32_t group, Visit&& visit) {
   if (model.epsInf.coupling == group && visit(model.epsInf)) return true;

@@ -1,4 +1,4 @@
-// Making a mesh and switching what it does.
+// Creates a mesh and switches its options.
 #pragma once
 
 #include "core/status.h"
@@ -7,25 +7,26 @@
 
 namespace kalvex {
 
-// No mesh, everything off; the sources stay.
+// Removes the mesh and switches all options off. The sources stay.
 void ClearVdf(VarDielFunc& vdf);
 
-// A mesh at the frequencies of the active rows of the sources, each frequency once, all values 0, with the choices of
-// initOn, initKK and initFitActive. Without a single row it is cleared. Fails only if memory is too short.
+// Creates a mesh at the frequencies of the active rows of the sources. Each frequency appears once, and all values are
+// 0. The options come from initOn, initKK and initFitActive. Without any row the mesh is removed. Fails only if memory
+// runs out.
 Status InitVdfMesh(VarDielFunc& vdf, const DatasetTable& datasets);
 
 // These three do nothing without a mesh.
 void ToggleVdfOn(VarDielFunc& vdf);
-// Frees every e2, whatever FitActive says, and every e1 unless the constraint is now on; the two end points of a
-// constrained mesh are fixed, with e2 at 0.
+// Makes every e2 adjustable, whatever FitActive is, and every e1 unless the constraint is now on. In a constrained mesh
+// the two end points are fixed, with e2 = 0.
 void ToggleVdfKK(VarDielFunc& vdf);
 void ToggleVdfFitActive(VarDielFunc& vdf);
 
-// The bounds that a mesh parameter stores, though they are not in force.
+// The limits stored with a mesh parameter. They are not active.
 inline constexpr double kVdfE1Bound = 1e10;
 inline constexpr double kVdfE2Bound = 1e6;
 
-// Under the constraint the two end points have no say.
+// Fixes the two end points of a constrained mesh, which do not contribute.
 void FixVdfEnds(VarDielFunc& vdf);
 
 }  // namespace kalvex

@@ -21,7 +21,7 @@ constexpr double kFloor = 1e-10;  // cm-1
 constexpr std::size_t kMostTables = 8;
 
 // ---- Re K = [g(y - x) - 2 g(y) + g(y + x)]/x with g(u) = u R(u), R = Re psi(1 + i u)
-// Its slope under scaling is the same difference with u g'(u) - g(u) = u^2 R'(u) in place of g(u).
+// Its slope under scaling is the same difference with u g'(u) - g(u) = u^2 R'(u) instead of g(u).
 
 struct ValueAndSlope {
   double value = 0;
@@ -42,8 +42,8 @@ ValueAndSlope DirectDifference(double x, double y) {
   return {sum.value / x, sum.slope / x};
 }
 
-// The same by its series x g'' + x^3 g''''/12 + x^5 g''''''/360, where the difference would cancel. The next term is
-// smaller than the first by some (x/|1 + i y|)^6.
+// The same by the series x g'' + x^3 g''''/12 + x^5 g''''''/360, used where the difference would cancel. The next term
+// is smaller than the first by about (x/|1 + i y|)^6.
 constexpr double kSeriesRadius = 0.015;
 
 ValueAndSlope SeriesDifference(double x, double y) {
@@ -65,8 +65,7 @@ ValueAndSlope SeriesDifference(double x, double y) {
   return sum;
 }
 
-// ---- Im K = (pi/2x) [2 x coth(pi y) - c(y + x) + c(y - x)] with c(u) = u coth(pi u)
-// One direction: that of the common scale of x and y.
+// One direction of derivatives: the common scale of x and y.
 
 using Scaled = Dual<1>;
 
@@ -84,7 +83,7 @@ Scaled ImaginaryPart(const Scaled& x, const Scaled& y) {
     const Scaled difference = x > y ? x - y : y - x;
     return kPi * Coth(y) - 0.5 * kPi * (TimesCoth(sum) - TimesCoth(difference)) / x;
   }
-  // coth a - coth b = -sinh(a - b)/(sinh a sinh b); without thermal bosons nothing is left.
+  // coth a - coth b = -sinh(a - b)/(sinh a sinh b), which vanishes without thermal bosons.
   const Scaled difference = y - x;
   const Scaled fall = Exp(-2 * kPi * difference) * Rest(2.0 * x) / (Rest(sum) * Rest(difference));
   return kPi * (2.0 * Bose(y) - Bose(sum) - Bose(difference) + y / x * fall);
@@ -173,25 +172,25 @@ struct BosonCoupling {
       Number(0, Wp, "plasma frequency Wp", "cm-1", 3000),
       Number(0, G, "rate G without bosons", "cm-1", 30),
       Number(1, Wp, "temperature T", "K", 100),
-      {1, G, "dataset that holds a2F over the frequency in cm-1", "", 1, TermUse::kDataset},
+      {1, G, "dataset of a2F as a function of the frequency in cm-1", "", 1, TermUse::kDataset},
       {2, Wp, "mesh count", "", 0, TermUse::kSetting},
-      Number(2, G, "share c of the spectrum that does not count", "", 0.2)};
+      Number(2, G, "fraction c of the spectrum that is ignored", "", 0.2)};
   static constexpr TermPage kPage = {
       .formula =
           "-Wp^2/(w (w + i (G + (1 - c) M))), M = sum of -2 i a2F(W) dW K(w/(2 pi t), W/(2 pi t)), t = 0.69508 T\n"
           "K(x, y) = [(y - x) P(y - x) - 2 y P(y) + (y + x) P(y + x)]/x\n"
           "          - i pi ((y + x)/x) (coth pi(x + y) - coth pi y), P(u) = psi(1 + i u), psi the digamma function\n"
           "A mesh count below 1 takes the points of the dataset, each with half the distance to either neighbour.\n"
-          "Otherwise so many equal intervals lie between its second point and its last but one. Points at or\n"
-          "below 0 do not count.",
+          "Otherwise it is the number of equal intervals between the second and the last but one. Points at or\n"
+          "below 0 are ignored.",
       .source =
           "P. B. Allen, Phys. Rev. B 3, 305 (1971); S. V. Shulga, O. V. Dolgov and E. G. Maksimov, Physica C 178, 266 "
           "(1991)",
       .limits =
           "c = 1, or a dataset that is not loaded: a Drude term. Far below all bosons M is the mass "
-          "enhancement alone; far above, the rate is 2 pi times the integral of a2F. t and w count as at "
-          "least 1e-10 cm-1. 1e30 in both parts where the denominator is 0.",
-      .causality = "This holds as long as a2F is nowhere negative and c is at most 1."};
+          "enhancement alone; far above, the rate is 2 pi times the integral of a2F. t and w are held at "
+          "1e-10 cm-1 or more. 1e30 in both parts where the denominator is 0.",
+      .causality = "This holds if a2F is nowhere negative and c is at most 1."};
 
   static int Calc(const TermCall& call, Cplx& result) {
     enum Input { kWp, kG, kT, kDataset, kMesh, kMixing };

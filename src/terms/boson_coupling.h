@@ -9,27 +9,28 @@
 
 namespace kalvex {
 
-// One frequency of the coupling spectrum with the part of the spectrum that it stands for, both in cm-1.
+// A frequency of the coupling spectrum with the weight of its interval.
 struct CouplingNode {
   double W = 0;
   double weight = 0;  // a2F(W) dW
 };
 
-// The nodes of one dataset, to be used as long as the dataset and the mesh count are the same.
+// The nodes of one dataset. Valid while the dataset and the mesh count stay the same.
 struct CouplingNodes {
   std::uint32_t datasetId = 0;
   double meshCount = 0;
   std::vector<CouplingNode> nodes;
 };
 
-// A mesh count below 1 takes the dataset's own points, each with half the distance to either neighbour. Otherwise that
-// many equal intervals between the second point and the last but one, each with the value at its middle. Frequencies at
-// or below 0 are left out.
+// A mesh count below 1 takes the dataset's own points, each with half the distance to either neighbour. Otherwise it is
+// the number of equal intervals between the second point and the last but one, each with the value at its middle.
+// Frequencies at or below 0 are left out.
 std::vector<CouplingNode> MakeCouplingNodes(const Dataset& dataset, double meshCount);
 
 inline constexpr double kMostCouplingNodes = 100000;
 
-// The kernel K(x, y) of the memory function, and how it changes when both arguments are scaled:
+// The kernel K(x, y) of the memory function, and its derivative when both arguments are scaled:
+//
 //     x = w/(2 pi T), y = W/(2 pi T) > 0, x > 0;   slope = x dK/dx + y dK/dy = -T dK/dT
 struct BosonKernel {
   Cplx value;

@@ -22,7 +22,7 @@ Complex<T> OfConductivity(const Complex<T>& sigma, double w) {
   return TimesI(sigma) * T(60 / w);
 }
 
-// The marker of a term that puts it into one part alone.
+// The marker of a term that contributes to only one part.
 int GivePart(const TermCall& call, const Cplx& marker, Cplx& result) {
   GiveMarker(call, result);
   result = marker;
@@ -34,14 +34,14 @@ Cplx Power(const Cplx& z, double exponent) { return Exp(exponent * Log(z)); }
 struct PowerLawDrude {
   static constexpr const char* kName = "Drude term whose width follows a power law";
   static constexpr TermCell kCells[] = {Number(0, Wp, "plasma frequency Wp", "cm-1", 2000),
-                                        Number(1, Wp, "exponent a, held inside 0 to 0.5", "", 0.3),
+                                        Number(1, Wp, "exponent a, limited to 0 to 0.5", "", 0.3),
                                         Number(0, G, "width G1", "cm-1", 20), Number(1, G, "width G2", "cm-1", 200)};
   static constexpr TermPage kPage = {
       .formula = "-Wp^2/(w (w + i G1)^(2a) (w + i G2)^(1 - 2a))",
-      .source = "a Drude term between two widths, taken as it stands",
+      .source = "a Drude term between two widths; formula adopted as given",
       .limits =
-          "a = 0.5 is the Drude term with G1, a = 0 that with G2. An exponent outside 0 to 0.5 counts as "
-          "the nearer end; its derivative is that at the end. 1e30 in both parts at w = 0."};
+          "a = 0.5 is the Drude term with G1, a = 0 that with G2. An exponent outside 0 to 0.5 is replaced "
+          "by the nearest limit, and its derivative is the one there. 1e30 in both parts at w = 0."};
 
   static int Calc(const TermCall& call, Cplx& result) {
     const double Wp = call.inputs[0].value, a = std::clamp(call.inputs[1].value, 0.0, 0.5), w = call.w;
@@ -62,8 +62,8 @@ struct PowerLawDrude {
   }
 };
 
-// The spread of rates is the Stieltjes transform of its density: with u = 1 + 2 (G - i w)/W the bracket below is
-// (2/pi) times the integral of (1 - x^2)^(3/2)/(u - x) over x from -1 to 1.
+// The term is the Stieltjes transform of the density of rates: with u = 1 + 2 (G - i w)/W the bracket below is (2/pi)
+// times the integral of (1 - x^2)^(3/2)/(u - x) over x from -1 to 1.
 struct SpreadRates {
   static constexpr const char* kName = "carriers whose rates spread over a range, few at its ends";
   static constexpr TermCell kCells[] = {Number(0, Wp, "half the static conductivity for G = 0, S", "ohm-1 cm-1", 50),
@@ -73,11 +73,11 @@ struct SpreadRates {
       .formula =
           "(2 i 60/w) S ((1 + 2 z^2)(1 - 8 z^4 - 8 z^2) + 16 (z^3 + z^5) q),\n"
           "z = sqrt((G - i w)/W), q = sqrt(1 + z^2)\n"
-          "This is a sum of Drude terms with rates G + W (1 - x)/2, x from -1 to 1, whose weights go as\n"
+          "This is a sum of Drude terms with rates G + W (1 - x)/2, x from -1 to 1, with weights proportional to\n"
           "(1 - x^2)^(3/2).",
-      .source = "taken as it stands; the sum of Drude terms follows from the Stieltjes transform of the weights",
+      .source = "formula adopted as given; the sum of Drude terms follows from the Stieltjes transform of the weights",
       .limits =
-          "Far above the rates a Drude term with sigma = 3 S W/(4 (G + W/2 - i w)). Where w, G or W is 0: "
+          "Far above the rates it is a Drude term with sigma = 3 S W/(4 (G + W/2 - i w)). Where w, G or W is 0: "
           "0 in the real part, 1e30 in the imaginary part.",
       .causality = "This holds for G and W above 0."};
   static constexpr std::size_t kInputs = std::size(kCells);
@@ -108,7 +108,7 @@ struct RateAroundTheSurface {
       .formula =
           "(i 60/w) sigma G/(sqrt(G - i w) sqrt(G + H - i w))\n"
           "This is the mean over the angle t of i 60 sigma_t/w, sigma_t = sigma G/(G + H sin^2(t/2) - i w).",
-      .source = "taken as it stands; compare L. B. Ioffe and A. J. Millis, Phys. Rev. B 58, 11631 (1998)",
+      .source = "formula adopted as given; compare L. B. Ioffe and A. J. Millis, Phys. Rev. B 58, 11631 (1998)",
       .limits =
           "H -> 0 is a Drude term. The static conductivity is sigma sqrt(G/(G + H)). Where w, G or H is 0: "
           "1e30 in the real part, 0 in the imaginary part."};
@@ -139,7 +139,8 @@ struct BackScattering {
                                         Number(1, G, "rate G2 of the back-scattering", "cm-1", 100)};
   static constexpr TermPage kPage = {
       .formula = "i 60 sigma/w, sigma = (Wp^2/60)/(G1 - i w) (1 + c G2/(G2 - i w))",
-      .source = "N. V. Smith, Phys. Rev. B 64, 155106 (2001), with a rate of its own for the back-scattering, chosen",
+      .source =
+          "N. V. Smith, Phys. Rev. B 64, 155106 (2001), with a separate rate for the back-scattering (our choice)",
       .limits = "c = 0 is a Drude term; c = -1 has no static conductivity. 1e30 in both parts at w = 0."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
@@ -160,12 +161,12 @@ struct TwoFluids {
       Number(0, Wp, "plasma frequency Wp", "cm-1", 2000), Number(0, G, "rate G1 at which the mode relaxes", "cm-1", 60),
       Number(1, Wp, "rate G2 at which the carriers scatter", "cm-1", 40),
       Number(1, G, "frequency W of the pinned mode", "cm-1", 150),
-      Number(2, Wp, "constant conductivity S as a rate: 4 pi S/60 ohm-1 cm-1", "cm-1", 100)};
+      Number(2, Wp, "constant conductivity S, as a rate: 4 pi S/60 ohm-1 cm-1", "cm-1", 100)};
   static constexpr TermPage kPage = {
       .formula = "(i/w)(4 pi S + Wp^2 (G1 - i w)/((G1 - i w)(G2 - i w) + W^2))",
-      .source = "taken as it stands; compare L. V. Delacretaz et al., SciPost Phys. 3, 025 (2017)",
+      .source = "formula adopted as given; compare L. V. Delacretaz et al., SciPost Phys. 3, 025 (2017)",
       .limits =
-          "W = 0 is the Drude term with the width G2 beside a constant conductivity. G1 = 0 is a "
+          "W = 0 is the Drude term with the width G2 plus a constant conductivity. G1 = 0 is a "
           "Lorentzian at W. 1e30 in both parts at w = 0."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
@@ -191,11 +192,11 @@ struct DiracStep {
           "X = 1816.5 (3.35/d) 1/2 [tanh(h (w/2 - m)/2T) - tanh(h (-w/2 - m)/2T)] w^2/(w^2 + 4 B^2)\n"
           "h = 1.43831 cm K, 1816.5 ohm-1 cm-1 the conductivity e^2/(4 hbar) of a layer 3.35 angstrom thick",
       .source =
-          "T. Ando, Y. Zheng and H. Suzuura, J. Phys. Soc. Jpn. 71, 1318 (2002); the factor with B is taken as "
-          "it stands",
-      .limits = "Cold: a step at w = 2 m. T and w count as at least 1e-10. 1e30 in both parts for d = 0.",
+          "T. Ando, Y. Zheng and H. Suzuura, J. Phys. Soc. Jpn. 71, 1318 (2002); the factor with B is adopted "
+          "as given",
+      .limits = "At low T: a step at w = 2 m. T and w are held at 1e-10 or more. 1e30 in both parts for d = 0.",
       .causal = false,
-      .causality = "It has an absorption, but not the real part that belongs to it."};
+      .causality = "The real part is not the Kramers-Kronig transform of the absorption."};
   static constexpr std::size_t kInputs = std::size(kCells);
   static constexpr double kKelvin = 1.4383137011779292;  // cm K
   static constexpr double kFloor = 1e-10;

@@ -19,9 +19,9 @@ struct ImpurityAndResonance {
                                         Number(1, Wp, "resonance W", "cm-1", 200), Number(1, G, "width G", "cm-1", 20)};
   static constexpr TermPage kPage = {
       .formula = "(Wp^2/w^2)(G0^2/W^2 - (w + i G0)^2/(w^2 - W^2 + i w G))",
-      .source = "taken as it stands; the same function as the Fano mode of the codes 55, 56 with G0 in the place of Q",
+      .source = "formula adopted as given; the Fano mode of the codes 55, 56 with G0 instead of Q is the same function",
       .limits =
-          "G0 = 0 is the Lorentzian Wp^2/D(W, G). Large W: nothing is left. 1e30 in both parts for w = 0 "
+          "G0 = 0 is the Lorentzian Wp^2/D(W, G). For large W the term vanishes. 1e30 in both parts for w = 0 "
           "and for W = 0."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
@@ -55,7 +55,7 @@ struct MixedModes {
       .limits =
           "V = g = 0: two Lorentzians. S2 = 0: the first line with a window at the second. 1e30 in both "
           "parts where the denominator is 0.",
-      .causality = "This holds as long as V^2 is below W1 W2, and g^2 not above G1 G2."};
+      .causality = "This holds if V^2 is below W1 W2, and g^2 is not above G1 G2."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>
@@ -102,7 +102,7 @@ struct Interference {
       .source = "taken as it stands",
       .limits = "1e30 in both parts for w = 0, for W = 0, and where w = W and G = 0.",
       .causal = false,
-      .causality = "The resonance at W has no counterpart at -W, so that the response to a real field is not real."};
+      .causality = "The resonance at W has no counterpart at -W: the response to a real field is not real."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>
@@ -120,7 +120,7 @@ struct FanoLine {
                                         Number(1, G, "width G", "cm-1", 20)};
   static constexpr TermPage kPage = {
       .formula = "i 60 sigma/w, sigma = (2 A/(pi G)) (1 + i q)^2/((i u - 1) q^2), u = 2 (w - W)/G",
-      .source = "U. Fano, Phys. Rev. 124, 1866 (1961), as a complex line, taken as it stands",
+      .source = "U. Fano, Phys. Rev. 124, 1866 (1961), as a complex line; formula adopted as given",
       .limits =
           "Large q is a Lorentzian line of the area A. 1e30 in both parts for w = 0, W = 0, G = 0 or q = "
           "0.",
@@ -160,7 +160,7 @@ struct CoupledOscillators {
       .formula = "(D2 P1^2 + D1 P2^2 + K V^2 C^2)/(D1 D2 - L C^4), D1 = D(W1, G1), D2 = D(W2, G2)",
       .source = "taken as it stands",
       .limits = "C = 0: two Lorentzians. 1e30 in both parts where the denominator is 0.",
-      .causality = "This holds as long as L C^4 lies between 0 and W1^2 W2^2."};
+      .causality = "This holds if L C^4 lies between 0 and W1^2 W2^2."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>

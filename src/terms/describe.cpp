@@ -19,7 +19,7 @@ std::string CodesOf(const TermRecord& record) {
 
 std::string CausalText(const TermRecord& record) { return record.page.causal ? "causal" : "not causal"; }
 
-// The same function of the same inputs, under codes of its own.
+// The same function of the same inputs, under other codes.
 bool SameTerm(const TermRecord& a, const TermRecord& b) { return a.inputs.data() == b.inputs.data(); }
 
 std::string LinkTo(const TermRecord& record) {
@@ -42,7 +42,7 @@ const TermCell* CellAt(std::span<const TermCell> cells, int idIndex, int column)
   return found == cells.end() ? nullptr : &*found;
 }
 
-// ---- What the rows of a record hold, with one row for each kind of factors
+// ---- The content of the rows of a record, with one row for each kind of factors
 
 struct TermRow {
   std::int32_t code;
@@ -158,24 +158,24 @@ std::string IndexOfTerms() {
       "# Terms with a code\n\n"
       "A row whose `Wo` is the negated code, held fixed (`FitActive=0`), is part of a term. A term needs a row for "
       "each\n"
-      "of its codes; the order of the rows does not matter. Its parameters stand in the columns `Wp` and `G` of those\n"
-      "rows. Several sets of codes stand for one kind of term, so that a model can hold several of it. A term whose "
+      "of its codes; the order of the rows does not matter. Its parameters are in the columns `Wp` and `G` of those\n"
+      "rows. A kind of term has several sets of codes: a model can contain it more than once. A term whose "
       "rows\n"
-      "are not all there adds nothing. Of two rows with the same code only the later one counts. A row without a code "
+      "are incomplete adds nothing. Of two rows with the same code only the later one is used. A row without a code "
       "is\n"
       "the plain Lorentzian Wp^2/D(Wo, G).\n\n"
       "w is the frequency in cm-1, D(W, G) = W^2 - w^2 - i w G. A conductivity sigma in ohm-1 cm-1 adds i 60 sigma/w.\n"
-      "Where a denominator vanishes the result is 1e30 in both parts, which every Quantity reads as its limit.\n\n"
-      "Real and imaginary part of a causal term are Kramers-Kronig transforms of each other; free carriers have a "
+      "Where a denominator vanishes the result is 1e30 in both parts. Every Quantity then has its limiting value.\n\n"
+      "Real and imaginary part of a causal term are Kramers-Kronig transforms of each other; free carriers also have a "
       "pole\n"
-      "at w = 0 besides. This needs widths and rates that are not negative. A term that is not causal describes one "
+      "at w = 0. The widths and rates must not be negative. A term that is not causal describes one "
       "of\n"
-      "the two parts, or a narrow range: the rest of it is not what a sample would show.\n\n"
+      "the two parts, or a narrow range; the rest of it is not physical.\n\n"
       "The special model \"Spectral Weight\" needs the partial spectral weight of each term of its model; it gives 0 "
       "where\n"
       "a term has none.\n\n"
-      "The terms are added in the order of this list. The pages are made by the program: `kalvex --describe-term N`\n"
-      "prints the one of the code N, `kalvex --list-terms` prints this list.\n\n"
+      "The terms are added in the order of this list. The program makes the pages: `kalvex --describe-term N`\n"
+      "prints the page of the code N, `kalvex --list-terms` prints this list.\n\n"
       "| codes | term | causal |\n|---|---|---|\n";
   for (const TermRecord* const record : TermTable) {
     text += "| " + LinkTo(*record) + " | " + record->name + " | " + (record->page.causal ? "yes" : "no") + " |\n";
@@ -196,7 +196,7 @@ std::string PageOf(const TermRecord& record) {
           page.limits + "\n\n";
   text += std::string(page.causal ? "Causal." : "Not causal.") + (*page.causality ? " " : "") + page.causality;
   text += record.scalarCalc ? " It has a partial spectral weight.\n" : " It has no partial spectral weight.\n";
-  if (record.replacesRealPart) text += "\nThe real part of the sum so far is lost: that of this term replaces it.\n";
+  if (record.replacesRealPart) text += "\nThe real part of this term replaces the real part of the sum so far.\n";
   const std::string same =
       LinksTo([&](const TermRecord& other) { return &other != &record && SameTerm(other, record); });
   if (!same.empty()) text += "\nThe same term under other codes: " + same + ".\n";

@@ -1,5 +1,5 @@
-// The factorised dielectric function: zeros and poles, that is longitudinal and transverse modes with widths of their
-// own.
+// The factorised dielectric function: its zeros are longitudinal modes, its poles transverse modes. Each mode has its
+// own width.
 #include "core/limits.h"
 #include "records/row_code.h"
 #include "terms/formula.h"
@@ -38,7 +38,7 @@ struct Factorised {
       .source = "D. W. Berreman and F. C. Unterwald, Phys. Rev. 174, 791 (1968)",
       .limits =
           "Without factors the constant A. It is the whole dielectric function: Einf is then 0. As many "
-          "numerators as denominators are needed; otherwise the contribution before it in the sum counts "
+          "numerators as denominators are needed; otherwise the previous contribution to the sum is added "
           "once more. 1e30 in both parts where a denominator is 0.",
       .causality =
           "The widths of the denominators must be above 0. Those of the numerators decide whether it absorbs "

@@ -1,4 +1,4 @@
-// What every term has in common. A term is the cells that it reads, its formula and its page:
+// The common part of all terms. A term consists of the cells that it reads, its formula and its page:
 //
 //     struct DrudeByWeight {
 //       static constexpr const char* kName = "Drude term by its weight";
@@ -10,9 +10,9 @@
 //     };
 //     constinit const TermRecord kDrudeByWeight = MakeTerm<DrudeByWeight, 9>();
 //
-// The formula is written once over any number type: with double it gives the value, with dual numbers the derivatives
-// by all its inputs. A term that is computed in another way has `static int Calc(const TermCall&, Cplx&)` in the place
-// of Value. A term with a partial spectral weight has `static int Scalar(const TermCall&, double&)` too.
+// The formula is written once for any number type: double gives the value, dual numbers give the derivatives
+// by all its inputs. A term that is computed in another way has `static int Calc(const TermCall&, Cplx&)` instead
+// of Value. A term with a partial spectral weight also has `static int Scalar(const TermCall&, double&)`.
 #pragma once
 
 #include <array>
@@ -61,7 +61,7 @@ constexpr TermRecord MakeTerm() {
   constexpr int kIds = kLast - kFirst + 1;
   static_assert(kFirst > 0 && kIds > 0, "a code is above 0: 0 marks a plain row");
   static_assert(kIds <= kMostTermIds, "TermSlots has no room for so many codes");
-  static_assert(CellsStandInRows(Term::kCells, kIds), "an input stands in no column Wp or G of the term's rows");
+  static_assert(CellsStandInRows(Term::kCells, kIds), "an input is in no column Wp or G of the term's rows");
   TermRecord record{.name = Term::kName, .firstId = kFirst, .nIds = kIds, .inputs = Term::kCells, .page = Term::kPage};
   if constexpr (requires { Term::Calc; }) {
     record.calc = Term::Calc;
@@ -75,7 +75,7 @@ constexpr TermRecord MakeTerm() {
   return record;
 }
 
-// The same term under pairs of codes, from kFirst on.
+// The same term under several pairs of codes, from kFirst on.
 template <class Term, int kFirst, int... kPairs>
 constexpr std::array<TermRecord, sizeof...(kPairs)> MakePairs(std::integer_sequence<int, kPairs...>) {
   return {MakeTerm<Term, kFirst + 2 * kPairs, kFirst + 2 * kPairs + 1>()...};
@@ -87,7 +87,7 @@ constexpr TermRecord SharingCodes(TermRecord record) {
   return record;
 }
 
-// Whether the square of a frequency is below what counts as zero.
+// Whether the square of a frequency counts as zero.
 inline bool IsTiny(double x) { return x * x < kTinyNorm; }
 
 // D(W, G) = W^2 - w^2 - i w G over any number type.
@@ -96,7 +96,7 @@ Complex<T> DenominatorOf(double w, const T& W, const T& G) {
   return {W * W - w * w, -w * G};
 }
 
-// Quotient of a term, false where the norm of the denominator is below 1e-30.
+// Quotient of a term; false if the norm of the denominator is below 1e-30.
 template <class T>
 bool Divide(const Complex<T>& a, const Complex<T>& b, Complex<T>& quotient) {
   if (Norm(ValueOf(b)) < kTinyNorm) return false;

@@ -14,7 +14,7 @@ namespace {
 // kTc/Delta(0) of weak coupling, 0.5669.
 const double kTcOfGap = std::exp(std::numbers::egamma) / std::numbers::pi;
 
-// The gap equation reads ln(1/d) = 2 g(y), y = Delta/kT, with
+// The gap equation is ln(1/d) = 2 g(y), y = Delta/kT, with
 //     g(y) = integral from 0 of f(r)/r du,   r = sqrt(u^2 + y^2),   f the Fermi function.
 Dual<1> PairBlocking(double ratio) {
   const Dual<1> y(ratio, 0);
@@ -27,7 +27,8 @@ Dual<1> PairBlocking(double ratio) {
   return sum;
 }
 
-// Root y of ln y + 2 g(y) + ln(kTcOfGap t) = 0, which rises from below 0 at y = 0 to above 0 at y = 1/(kTcOfGap t).
+// The root y of ln y + 2 g(y) + ln(kTcOfGap t) = 0. The left side increases from below 0 at y = 0 to above 0 at y =
+// 1/(kTcOfGap t).
 double GapOverTemperature(double t) {
   const double shift = std::log(kTcOfGap * t);
   double low = 0, high = 1 / (kTcOfGap * t), y = high;
@@ -58,7 +59,7 @@ GapTable MakeGapTable() {
     table.square[i] = d * d;
     table.slope[i] = 2 * d * d * (rate / t) / (1 + rate);
   }
-  // d^2 = 8 pi^2/(7 zeta(3)) (kTc/Delta(0))^2 (1 - t) at the end
+  // d^2 = 8 pi^2/(7 zeta(3)) (kTc/Delta(0))^2 (1 - t) near t = 1
   constexpr double kZeta3 = 1.2020569031595943;
   table.slope[kLast] = -8 * std::pow(std::numbers::pi * kTcOfGap, 2) / (7 * kZeta3);
   return table;

@@ -1,4 +1,4 @@
-// How the gap of a superconductor closes with temperature.
+// The gap of a superconductor as a function of temperature.
 #pragma once
 
 #include <array>
@@ -9,8 +9,8 @@
 
 namespace kalvex {
 
-// Delta(T)/Delta(0) of the weak-coupling gap equation (Muehlschlegel, Z. Physik 155, 313 (1959)) at equal steps of
-// t = T/Tc from 0 to 1. What is kept is the square, which is smooth up to its end at t = 1, and its slope.
+// Delta(T)/Delta(0) of the weak-coupling gap equation (Muehlschlegel, Z. Physik 155, 313 (1959)) at equal steps of t =
+// T/Tc from 0 to 1. The table holds the square, which is smooth up to t = 1, and its slope.
 struct GapTable {
   static constexpr std::size_t kPoints = 101;
   static constexpr double kSpacing = 1.0 / (kPoints - 1);
@@ -19,11 +19,11 @@ struct GapTable {
 };
 
 GapTable MakeGapTable();
-// Writes "Tab.dat": a line "T/Tc Delta/Delta(0)" for each point.
+// Writes "Tab.dat" to the current directory: a line "T/Tc Delta/Delta(0)" for each point.
 Status WriteGapTable(const GapTable& table);
 
-// Delta/Delta(0) at t = T/Tc: 1 at t = 0 and below, 0 from t = 1 on. Cubic between the points, with the slopes of the
-// equation itself.
+// Delta/Delta(0) at t = T/Tc: 1 for t <= 0, 0 for t >= 1. Cubic interpolation between the points, with the slopes of
+// the gap equation.
 template <class T>
 T ReducedGap(const GapTable& table, const T& t) {
   if (!(ValueOf(t) > 0)) return T(1);

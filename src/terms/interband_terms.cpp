@@ -20,11 +20,11 @@ struct SpreadLorentzian {
                                         Number(1, G, "Gaussian width S", "cm-1", 15)};
   static constexpr TermPage kPage = {
       .formula =
-          "mean of A/D over a Gaussian of the width S, both poles of 1/D moving with it:\n"
+          "mean of A/D over a Gaussian distribution of width S of both poles of 1/D:\n"
           "-i (sqrt(pi) A/(sqrt(2) S))/(2 b) (F(z + b/(sqrt(2) S)) - F(z - b/(sqrt(2) S)))\n"
           "z = (w + i G/2)/(sqrt(2) S), b = sqrt(W^2 - G^2/4), F the Faddeeva function",
       .source = "R. Brendel and D. Bormann, J. Appl. Phys. 71, 1 (1992)",
-      .limits = "S below 1e-10 is the Lorentzian A/D(W, G). S is meant to be small beside W."};
+      .limits = "S below 1e-10 is the Lorentzian A/D(W, G). S should be small compared with W."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>
@@ -36,7 +36,7 @@ struct SpreadLorentzian {
     const Complex<T> centre = Complex<T>{T(call.w), G / T(2)} / unit;
     const T b2 = W * W - G * G / T(4);
     if (std::fabs(ValueOf(b2)) < 1e-10) {
-      // (w(z + d) - w(z - d))/(2 d) = w' + w''' d^2/6, d = b/unit; the second part is there for the derivatives.
+      // (w(z + d) - w(z - d))/(2 d) = w' + w''' d^2/6, d = b/unit; the derivatives need the second part.
       const Complex<T> slope = FaddeevaSlopeOf(centre);
       const Complex<T> third = T(-4) * slope + T(4) * centre * (FaddeevaOf(centre) + centre * slope);
       eps = -TimesI((scale / unit) * (slope + (b2 / (unit * unit) / T(6)) * third));
@@ -71,8 +71,8 @@ struct SpreadLorentzian {
 };
 
 // (2/pi) integral from Eg to infinity of N(E)/((E^2 - w^2) Q(E)) dE, N = A E0 C (E - Eg)^2, Q = (E^2 - E0^2)^2 + C^2
-// E^2, by partial fractions: each pole p adds -(2/pi) c_p log(Eg - p). The poles are +-w, the first a little above the
-// axis, and the four roots of Q. The sum of all c_p is 0, so that the upper end adds nothing.
+// E^2, by partial fractions: each pole p adds -(2/pi) c_p log(Eg - p). The poles are +-w, the first slightly above the
+// real axis, and the four roots of Q. The sum of all c_p is 0: the upper limit contributes nothing.
 struct AmorphousGap {
   static constexpr const char* kName = "absorption of an amorphous semiconductor above its gap";
   static constexpr TermCell kCells[] = {Number(0, Wp, "strength A", "cm-1", 1000),
@@ -93,9 +93,9 @@ struct AmorphousGap {
     const T E0 = in[2], Eg = in[3];
     T C = in[1];
     if (!(ValueOf(E0) > 0 && ValueOf(C) > 0 && ValueOf(Eg) >= 0)) return false;
-    // Two roots meet at C = 2 E0: the broadening then counts a little beside.
+    // Two roots coincide at C = 2 E0. The broadening is then shifted slightly.
     if (std::fabs(ValueOf(C) / (2 * ValueOf(E0)) - 1) < 1e-7) C = C * T(1 + 2e-7);
-    // Even in w, so that a frequency of 0 may count as a very small one.
+    // The function is even in w. A frequency of 0 is replaced by a very small one.
     const double w = std::max(std::fabs(call.w), 1e-6 * ValueOf(E0));
     const T scale = in[0] * E0 * C;
     const auto numerator = [&](const Complex<T>& p) { return scale * ((p - Eg) * (p - Eg)); };
@@ -117,13 +117,13 @@ struct AmorphousGap {
       for (const Complex<T>& p : {root, -root}) sum += numerator(p) / (p * rest) * Log(Eg - p);
     }
     eps = T(-2 / std::numbers::pi) * sum;
-    if (w <= ValueOf(Eg)) eps.im = T(0);  // exactly: the roots leave their rounding
+    if (w <= ValueOf(Eg)) eps.im = T(0);  // exactly 0: the roots have rounding errors
     if (call.w < 0) eps.im = -eps.im;
     return true;
   }
 };
 
-// Cell number `place` of those that are read row by row.
+// Cell number `place` in the order of the rows.
 constexpr TermCell InOrder(std::size_t place, const char* meaning, const char* unit, double typical, int line) {
   return {static_cast<int>(place / 2), place % 2 == 0 ? Wp : G, meaning, unit, typical, TermUse::kNumber, line};
 }
@@ -146,16 +146,15 @@ struct GaussiansAndEdge {
   static constexpr bool kReplacesRealPart = true;
   static constexpr TermPage kPage = {
       .formula =
-          "real part: sum of A N(w - c, s), N the normalised Gaussian; it replaces the real part of everything before "
-          "it\n"
+          "real part: sum of A N(w - c, s), N the normalised Gaussian; it replaces the real part of all earlier terms\n"
           "imaginary part: 60 X/w, X = E(w, g) times the sum of A N(g - c, s) above 2 g, 0 below\n"
           "E = (g^2 log((w - g + r)/g) + (w + g) r)/(w sqrt(w^2 - g^2)), r^2 = w (w - 2 g)",
-      .source = "taken as it stands; the order of the inputs is chosen",
+      .source = "formula adopted as given; the order of the inputs is our choice",
       .limits =
-          "E is 1 without a gap. All codes need their rows, also those whose columns are not used. An "
-          "unused line has A = 0. A line with s = 0 does not count.",
+          "E is 1 without a gap. All codes need a row, even if its columns are not used. An "
+          "unused line has A = 0. A line with s = 0 is ignored.",
       .causal = false,
-      .causality = "Real and imaginary part are chosen independently of each other."};
+      .causality = "Real and imaginary part are independent of each other."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>
@@ -187,8 +186,8 @@ struct GaussiansAndEdge {
   }
 };
 
-// What a number of inputs that is no multiple of three leaves over stands before the triples A, W, G: one input is a
-// factor of the whole sum; two are weight and width of a Drude term.
+// The lines have triples of inputs A, W, G. If the number of inputs is not a multiple of three, the remaining inputs
+// come first: one input is a factor of the whole sum; two are weight and width of a Drude term.
 template <std::size_t kInputs>
 constexpr std::array<TermCell, kInputs> BandCells() {
   constexpr std::size_t kFront = kInputs % 3, kSpacing = 400 / (kInputs / 3);
@@ -218,9 +217,9 @@ struct Bands {
       .formula = kInputs % 3 == 0   ? "sum of A/D(W, G) over the lines"
                  : kInputs % 3 == 1 ? "the factor times the sum of A/D(W, G) over the lines"
                                     : "A0/D(0, G0) + sum of A/D(W, G) over the lines",
-      .source = "taken as it stands: the order of the inputs is chosen",
+      .source = "formula adopted as given; the order of the inputs is our choice",
       .limits =
-          "All codes need their rows. An unused line has A = 0 and a width above 0. 1e30 in both parts "
+          "All codes need a row. An unused line has A = 0 and a width above 0. 1e30 in both parts "
           "where one D is 0."};
 
   static int Calc(const TermCall& call, Cplx& result) {

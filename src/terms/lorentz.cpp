@@ -8,10 +8,9 @@
 namespace kalvex {
 namespace {
 
-// 1/D(x) = -1/((x - a)(x - b)) with the roots a, b = (-i G +- s)/2, s = sqrt(4 W^2 - G^2), so that the integral of x/D
-// is
-// -(a log(1 - w/a) - b log(1 - w/b))/s, and F its imaginary part. Both roots lie below the real axis, hence 1 - w/a
-// stays off the cut of the logarithm.
+// 1/D(x) = -1/((x - a)(x - b)) with the roots a, b = (-i G +- s)/2, s = sqrt(4 W^2 - G^2). The integral of x/D is -(a
+// log(1 - w/a) - b log(1 - w/b))/s, and F is its imaginary part. Both roots lie below the real axis: 1 - w/a is not on
+// the branch cut of the logarithm.
 PartialWeight ClosedForm(double w, double W, double G) {
   if (std::fabs(4 * W * W - G * G) < 1e-10) G = 2 * std::fabs(W) + 1e-10;
   const Cplx s = Sqrt(Cplx{4 * W * W - G * G, 0});

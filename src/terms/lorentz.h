@@ -1,4 +1,4 @@
-// The plain Lorentzian: what a row without a code means. All frequencies, widths and plasma frequencies in cm-1.
+// The plain Lorentzian: the meaning of a row without a code. All frequencies, widths and plasma frequencies in cm-1.
 #pragma once
 
 #include <array>
@@ -16,8 +16,8 @@ Complex<T> OscillatorDenominator(const T& w, const T& W, const T& G) {
   return {W * W - w * w, -(w * G)};
 }
 
-// eps = Wp^2/D and 1/D, for a frequency or a pack of them. Where |D|^2 is below 1e-30 the marker (1e30, 1e30), and 0,
-// from which all derivatives come out as 0.
+// eps = Wp^2/D and 1/D, for a frequency or a pack of frequencies. If |D|^2 is below 1e-30, eps is the marker (1e30,
+// 1e30), and 1/D is set to 0, which makes all derivatives 0.
 template <class T>
 struct Oscillator {
   Complex<T> eps;
@@ -31,7 +31,7 @@ Oscillator<T> OscillatorAt(const T& w, const T& Wo, const T& Wp, const T& G) {
   return {{Select(fails, T(kNoValue), D.re * share), Select(fails, T(kNoValue), -(D.im * share))},
           {Select(fails, T(0), D.re * perNorm), Select(fails, T(0), -(D.im * perNorm))}};
 }
-// |w G| that keeps |D|^2 above the guard whatever Wo.
+// The |w G| above which |D|^2 cannot reach the guard for any Wo.
 inline constexpr double kSafeDamping = 1.001e-15;
 
 // d eps/d(Wo, Wp, G) = (-2 Wo eps/D, 2 Wp/D, i w eps/D)
@@ -41,7 +41,7 @@ std::array<Complex<T>, 3> OscillatorSlopes(const T& w, const T& Wo, const T& Wp,
   return {(T(-2) * Wo) * slope, (T(2) * Wp) * inverse, w * TimesI(slope)};
 }
 
-// eps = Wp^2/D(Wo, G); inputs Wo, Wp, G. The marker (1e30, 1e30) with derivatives 0 where |D|^2 is below 1e-30.
+// eps = Wp^2/D(Wo, G); inputs Wo, Wp, G. If |D|^2 is below 1e-30, the marker (1e30, 1e30) with derivatives 0.
 int CalcLorentz(const TermCall& call, Cplx& result);
 
 // Partial spectral weight of a Lorentzian of unit plasma frequency,
@@ -54,15 +54,15 @@ struct PartialWeight {
 };
 PartialWeight PartialWeightOf(double w, double W, double G);
 
-// Wp^2 F(w, Wo, G)/(4 pi), which tends to Wp^2/8; inputs Wo, Wp, G. 0 where w or G is negative.
+// Wp^2 F(w, Wo, G)/(4 pi), with the limit Wp^2/8 at high frequency; inputs Wo, Wp, G. 0 if w or G is negative.
 int ScalarLorentz(const TermCall& call, double& result);
 
-// What a partial weight F is multiplied by, beside the squared plasma frequency, in the sum of spectral weights.
+// The factor of Wp^2 F in the sum of spectral weights.
 inline constexpr double kWeightUnit = 0.25 / std::numbers::pi;
 
-// What a calculator does where a denominator fails: the marker for the value, 0 for every derivative asked for.
+// The result of a calculator whose denominator vanishes: the marker as value, 0 for every requested derivative.
 void GiveMarker(const TermCall& call, Cplx& result);
-// Writes a derivative if the input wants it.
+// Writes a derivative if it is requested for the input.
 inline void PutSlope(const TermInput& input, const Cplx& slope) {
   if (!input.adjustable) return;
   *input.outRe = slope.re;

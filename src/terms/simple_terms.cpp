@@ -1,4 +1,4 @@
-// Terms of one denominator, or of none: weight, width and resonance given in the way that suits the problem.
+// Terms with one denominator or none. They differ in the parameters that describe weight, width and resonance.
 #include "terms/formula.h"
 #include "terms/term_table.h"
 
@@ -32,13 +32,14 @@ struct DrudeByWeight {
 struct Constant {
   static constexpr const char* kName = "constant";
   static constexpr TermCell kCells[] = {Number(0, Wp, "real part a", "", 2), Number(0, G, "imaginary part b", "", 0.5)};
-  static constexpr TermPage kPage = {.formula = "a + i b",
-                                     .source = "a background whose dispersion lies outside the range",
-                                     .limits = "Defined everywhere.",
-                                     .causal = false,
-                                     .causality =
-                                         "The same absorption b at every frequency has no finite real part to go "
-                                         "with it. With b = 0 the term is causal."};
+  static constexpr TermPage kPage = {
+      .formula = "a + i b",
+      .source = "a background whose dispersion is outside the measured range",
+      .limits = "Defined everywhere.",
+      .causal = false,
+      .causality =
+          "An absorption b that is the same at every frequency has no finite Kramers-Kronig "
+          "transform. With b = 0 the term is causal."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>
@@ -51,15 +52,15 @@ struct Constant {
 struct FixedConductivity {
   static constexpr const char* kName = "conductivity that is not fitted";
   static constexpr TermCell kCells[] = {
-      {0, Wp, "conductivity a that is taken away, real part", "ohm-1 cm-1", 10, TermUse::kSetting},
-      {0, G, "the same, imaginary part b", "ohm-1 cm-1", 5, TermUse::kSetting}};
+      {0, Wp, "real part a of the subtracted conductivity", "ohm-1 cm-1", 10, TermUse::kSetting},
+      {0, G, "its imaginary part b", "ohm-1 cm-1", 5, TermUse::kSetting}};
   static constexpr TermPage kPage = {
       .formula = "60 b/w - i 60 a/w, the contribution of sigma = -(a + i b)",
-      .source = "taken as it stands",
-      .limits = "0 at w = 0. No derivative is written, so that a fit cannot move a or b. A negative a absorbs.",
+      .source = "formula adopted as given",
+      .limits = "0 at w = 0. There are no derivatives: a fit cannot change a or b. With a negative a it absorbs.",
       .causal = false,
       .causality =
-          "The imaginary part b of the conductivity is the same at every frequency and belongs to no real "
+          "The imaginary part b of the conductivity is the same at every frequency and has no matching real "
           "part. With b = 0 the term is causal."};
 
   static int Calc(const TermCall& call, Cplx& result) {
@@ -75,7 +76,7 @@ struct LorentzianByWeight {
   static constexpr TermPage kPage = {
       .formula = "A/D(W, G)",
       .source = "M. Dressel and G. Gruener, Electrodynamics of Solids (2002), chapter 6",
-      .limits = "W = 0 is a Drude term. A negative A takes absorption away. 1e30 in both parts where D is 0."};
+      .limits = "W = 0 is a Drude term. A negative A reduces the absorption. 1e30 in both parts where D is 0."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
   template <class T>
@@ -101,7 +102,7 @@ struct TransferOfWeight {
       Number(1, Wp, "weight A", "cm-2", 2e4), Number(1, G, "width G of both", "cm-1", 20)};
   static constexpr TermPage kPage = {
       .formula = "A/D(W1, G) - A/D(W2, G)",
-      .source = "difference of two Lorentzians, chosen",
+      .source = "difference of two Lorentzians (our choice)",
       .limits = "0 for W1 = W2. The weights of the two lines add up to 0. 1e30 in both parts where one D is 0."};
   static constexpr std::size_t kInputs = std::size(kCells);
 
@@ -136,9 +137,9 @@ struct SquaredWidthLorentzian {
                                         {1, G, "without influence", "", 0, TermUse::kIdle}};
   static constexpr TermPage kPage = {
       .formula = "A/D(W, g^2)",
-      .source = "the Lorentzian of the codes 25, 26 with another parameter for its width, chosen",
+      .source = "the Lorentzian of the codes 25, 26 with another parameter for its width (our choice)",
       .limits =
-          "g and -g are the same, so that a fit that passes 0 stays causal. 1e30 in both parts where D is "
+          "g and -g are equivalent: a fit that passes 0 stays causal. 1e30 in both parts where D is "
           "0."};
   static constexpr std::size_t kInputs = 3;
 

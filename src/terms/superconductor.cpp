@@ -1,8 +1,8 @@
-// Superconductors of arbitrary purity: eps = i Wp^2/(w G) S, S the reduced conductivity of Zimmermann et al., Physica C
-// 183, 99 (1991), see superconductor_integral.h.
+// Superconductors of arbitrary purity: eps = i Wp^2/(w G) S, with the reduced conductivity S of Zimmermann et al.,
+// Physica C 183, 99 (1991), see superconductor_integral.h.
 //
-// Common to all of them: without a gap, and where w is more than 1e10 gaps, they are the Drude term -Wp^2/(w^2 + i w
-// G). The signs of G and of the gap do not count; eps(-w) = conj eps(w). The marker where (w G)^2 is below 1e-30.
+// All of them become the Drude term -Wp^2/(w^2 + i w G) without a gap, and for w above 1e10 gaps. The signs of G and of
+// the gap have no influence; eps(-w) = conj eps(w). The result is the marker if (w G)^2 is below 1e-30.
 #include <cmath>
 
 #include "terms/formula.h"
@@ -17,13 +17,13 @@ namespace {
 
 constexpr double kGapOfTc = 3.52;
 constexpr double kQuarterTurn = 1.5707963267948966;
-constexpr double kLeastGap = 1e-10;  // of the frequency
+constexpr double kLeastGap = 1e-10;  // relative to the frequency
 
 template <class T>
 T Magnitude(const T& x) {
   return ValueOf(x) < 0 ? -x : x;
 }
-// A temperature below zero counts as zero.
+// A temperature below zero is treated as zero.
 template <class T>
 T ZeroOrAbove(const T& x) {
   return ValueOf(x) > 0 ? x : T(0);
@@ -31,7 +31,7 @@ T ZeroOrAbove(const T& x) {
 
 Cplx PairIntegralOf(double X, double Y, double t) { return PairIntegral(X, Y, t); }
 
-// The quadrature carries derivatives by its three arguments only; the chain rule goes on from there.
+// The quadrature has derivatives by its three arguments only. The chain rule is applied afterwards.
 template <int N>
 Complex<Dual<N>> PairIntegralOf(const Dual<N>& X, const Dual<N>& Y, const Dual<N>& t) {
   const Complex<Dual<3>> J = PairIntegral(Dual<3>(X.a, 0), Dual<3>(Y.a, 1), Dual<3>(t.a, 2));
@@ -46,7 +46,7 @@ Complex<T> NormalTerm(double w, const T& Wp, const T& G) {
   return Complex<T>{-(Wp * Wp), T(0)} / Complex<T>{T(w * w), w * Magnitude(G)};
 }
 
-// kT in cm-1. False where a denominator fails or an argument is not a number.
+// kT in cm-1. False if a denominator vanishes or an argument is NaN.
 template <class T>
 bool PairedTerm(double w, const T& Wp, const T& width, const T& gap, const T& kT, Complex<T>& eps) {
   const T G = Magnitude(width);
@@ -64,7 +64,7 @@ bool PairedTerm(double w, const T& Wp, const T& width, const T& gap, const T& kT
 }
 
 constexpr const char* kPoleAtZero =
-    "The weight Ws^2 that the gap takes from the absorption stands in the real part as -Ws^2/w^2.";
+    "The weight Ws^2 that the gap removes from the absorption appears in the real part as -Ws^2/w^2.";
 
 struct UnpairedShare {
   static constexpr const char* kName = "superconductor with a share of unpaired carriers";
@@ -73,16 +73,16 @@ struct UnpairedShare {
                                         Number(1, Wp, "gap 2 Delta at T = 0", "cm-1", 120),
                                         Number(1, G, "Tc", "K", 50),
                                         Number(2, Wp, "temperature T", "K", 20),
-                                        Number(2, G, "share u of unpaired weight", "", 0.2)};
+                                        Number(2, G, "fraction u of unpaired weight", "", 0.2)};
   static constexpr TermPage kPage = {
       .formula =
           "(1 - u) i Wp^2/(w G) S(w, G, 2 Delta d(T/Tc), T) + u times the Drude term -Wp^2/(w^2 + i w G)\n"
           "S the reduced conductivity, d the solution of the weak-coupling gap equation",
       .source =
           "W. Zimmermann et al., Physica C 183, 99 (1991); gap: B. Muehlschlegel, Z. Physik 155, 313 (1959); the "
-          "two fluids are chosen",
+          "two fluids are our choice",
       .limits =
-          "From Tc on, and for u = 1, a Drude term. T below 0 counts as 0. Where w or G is 0: 1e30 in both "
+          "From Tc on, and for u = 1, a Drude term. T below 0 is treated as 0. Where w or G is 0: 1e30 in both "
           "parts.",
       .causality = kPoleAtZero};
   static constexpr std::size_t kInputs = std::size(kCells);
@@ -109,7 +109,7 @@ struct GapOfTc {
       .formula =
           "i Wp^2/(w G) S(w, G, 2 Delta, T), 2 Delta = 3.52 kTc sqrt(cos(pi/2 (T/Tc)^2)), S the reduced conductivity",
       .source = "W. Zimmermann et al., Physica C 183, 99 (1991); gap: T. P. Sheahen, Phys. Rev. 149, 368 (1966)",
-      .limits = "A Drude term from Tc on. T below 0 counts as 0. Where w or G is 0: 1e30 in both parts.",
+      .limits = "A Drude term from Tc on. T below 0 is treated as 0. Where w or G is 0: 1e30 in both parts.",
       .causality = kPoleAtZero};
   static constexpr std::size_t kInputs = std::size(kCells);
 
@@ -135,8 +135,8 @@ struct GivenGap {
       .formula = "i Wp^2/(w G) S(w, G, 2 Delta, T), S the reduced conductivity",
       .source = "W. Zimmermann et al., Physica C 183, 99 (1991)",
       .limits =
-          "Without a gap a Drude term. Cold, it does not absorb below 2 Delta; with G far above the gap it "
-          "is that of D. C. Mattis and J. Bardeen, Phys. Rev. 111, 412 (1958). T below 0 counts as 0. "
+          "Without a gap a Drude term. At low T it does not absorb below 2 Delta. With G far above the gap it "
+          "is the term of D. C. Mattis and J. Bardeen, Phys. Rev. 111, 412 (1958). T below 0 is treated as 0. "
           "Where w or G is 0: 1e30 in both parts.",
       .causality = kPoleAtZero};
   static constexpr std::size_t kInputs = std::size(kCells);

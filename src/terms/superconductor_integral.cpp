@@ -8,14 +8,18 @@
 namespace kalvex {
 namespace {
 
-// The integrands I1, I2, I3 of the paper hold sums of
-//     (1 -+ a)/(P2 +- P + i Y),   a = (1/4 + E E')/(P P2),   E' = E +- X,   P2 = sqrt(E^2 - 1/4),   P = sqrt(E'^2 -
-//     1/4).
-// They are written here with real and imaginary parts apart and with the small differences in closed form,
-//     P - P2 = (E'^2 - E^2)/(P + P2),      1 - a^2 = -((E + E')/(2 P P2))^2,
-// so that an absorption which dies out like exp(-2 Delta/kT) keeps its digits and is exactly 0 at T = 0.
+// The integrands I1, I2, I3 of the paper contain sums of
+//
+//     (1 -+ a)/(P2 +- P + i Y),   a = (1/4 + E E')/(P P2),
+//     E' = E +- X,   P2 = sqrt(E^2 - 1/4),   P = sqrt(E'^2 - 1/4).
+//
+// Here real and imaginary parts are separate, and small differences have closed forms:
+//
+//     P - P2 = (E'^2 - E^2)/(P + P2),      1 - a^2 = -((E + E')/(2 P P2))^2.
+//
+// An absorption that falls like exp(-2 Delta/kT) then keeps its relative accuracy and is exactly 0 at T = 0.
 
-// Occupation of quasi-particles: tanh(E/2t), and the difference between E + X and E.
+// Occupation of quasi-particles: tanh(E/2t), and its difference between E + X and E.
 template <class T>
 struct Occupation {
   T t, X, absorbed;
@@ -34,7 +38,7 @@ struct Occupation {
   }
 };
 
-// An excited quasi-particle takes up a quantum: I2, E = 1/2 + s, s from 0 to infinity.
+// An excited quasi-particle absorbs a photon: I2, E = 1/2 + s, s from 0 to infinity.
 template <class T>
 Complex<T> ExcitedPart(const T& X, const T& Y, const Occupation<T>& occupation) {
   Complex<T> sum;
@@ -56,7 +60,8 @@ Complex<T> ExcitedPart(const T& X, const T& Y, const Occupation<T>& occupation) 
   return sum;
 }
 
-// One partner inside the gap: I1, E - X from -1/2 (or 1/2 - X, if that is more) to 1/2. It is real.
+// One of the two quasi-particles is virtual, inside the gap: I1, E - X from -1/2 (or 1/2 - X, if that is larger) to
+// 1/2. It is real.
 template <class T>
 T VirtualPart(const T& X, const T& Y, const Occupation<T>& occupation) {
   const double x = ValueOf(X), t = occupation.cold ? 1 : ValueOf(occupation.t);
@@ -83,8 +88,8 @@ T VirtualPart(const T& X, const T& Y, const Occupation<T>& occupation) {
   return sum;
 }
 
-// A pair is broken: I3, E from 1/2 to X - 1/2, folded at the middle: E = X/2 +- e, where P2 and P3 change places. Near
-// e = 0 the two are equal, which leaves a dip of the width Y.
+// A pair is broken: I3, E from 1/2 to X - 1/2, folded at the middle: E = X/2 +- e, where P2 and P3 are exchanged. Near
+// e = 0 the two are equal, which gives a dip of width Y.
 template <class T>
 Complex<T> BrokenPairPart(const T& X, const T& Y, const Occupation<T>& occupation) {
   const T half = 0.5 * (X - 1.0);

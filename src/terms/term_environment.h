@@ -1,4 +1,5 @@
-// What a calculator may read beside its inputs, and the tables that it builds on first use. One in each EvalContext.
+// The input of a calculator besides its parameters, and the tables that it builds on first use. Each EvalContext has
+// one.
 #pragma once
 
 #include <memory>
@@ -8,11 +9,11 @@
 
 namespace kalvex {
 
-struct TermTables;  // made by the calculator that needs it first, see term_tables.h
+struct TermTables;  // created by the first calculator that needs it, see term_tables.h
 
 struct TermEnvironment {
   const DatasetTable* datasets = nullptr;
-  bool dcFlag = false;  // Quantities are wanted at zero frequency
+  bool dcFlag = false;  // Quantities are computed at zero frequency
   std::shared_ptr<TermTables> tables;
 };
 

@@ -1,5 +1,5 @@
-// What a composite term is: the codes of its rows, the numbers that its calculator reads from them and what they mean,
-// the calculator, and what a user reads of it.
+// TermRecord: a composite term. The codes of its rows, the numbers that its calculator reads from them and their
+// meaning, the calculator, and the description for users.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +12,13 @@ namespace kalvex {
 
 struct TermEnvironment;
 
-// How a calculator receives one parameter. It writes a derivative only where adjustable is set.
+// A parameter as a calculator receives it. The calculator writes a derivative only if adjustable is set.
 struct TermInput {
   double value = 0;
   std::uint32_t adjustable = 0;
   double* outRe = nullptr;
   double* outIm = nullptr;
-  double* outScalar = nullptr;  // filled only for the real row sum
+  double* outScalar = nullptr;  // set only for the real row sum
 };
 
 struct TermCall {
@@ -28,68 +28,68 @@ struct TermCall {
   TermEnvironment* environment = nullptr;  // never null for a composite term
 };
 
-// Writes the term's complex value and, on request, its derivatives. A negative status means that nothing was written.
+// Computes the term's complex value and, on request, its derivatives. A negative status means that nothing was written.
 using TermCalc = int (*)(const TermCall& call, Cplx& result);
-// The same for the term's share of the real row sum.
+// The same for the term's contribution to the real row sum.
 using ScalarCalc = int (*)(const TermCall& call, double& result);
 
 enum class TermUse : std::uint8_t {
-  kNumber,   // can be fitted
-  kSetting,  // a number that cannot
+  kNumber,   // the fit can vary it
+  kSetting,  // a number that the fit cannot vary
   kDataset,  // number of a loaded dataset
   kIdle,     // read, but the value does not depend on it
 };
 
-// One number that a term reads: where it stands and what it means.
+// A number that a term reads: its place and its meaning.
 struct TermCell {
-  int idIndex = 0;  // the row: which of the record's codes
+  int idIndex = 0;  // the row, as an index into the record's codes
   int column = Wp;  // Wp or G; Wo holds the code
   const char* meaning = "";
   const char* unit = "";  // empty for a plain number
-  double typical = 0;     // a sensible value: for examples, and for the tests that every term undergoes
+  double typical = 0;     // a sensible value, for examples and for the tests of every term
   TermUse use = TermUse::kNumber;
-  int line = 0;  // number of the line among those that are read alike, 0 where there are none
+  int line = 0;  // number of the line among lines of the same meaning, 0 without such lines
 };
 constexpr TermCell Number(int idIndex, int column, const char* meaning, const char* unit, double typical) {
   return {idIndex, column, meaning, unit, typical};
 }
 
-// A row that a term takes any number of, with the meaning of its columns Wp and G.
+// A row of which a term can have any number, with the meaning of its columns Wp and G.
 struct FactorRow {
   std::int32_t code = 0;
   TermCell cells[2];
 };
 
-// What a user reads of a term.
+// The description of a term for users.
 struct TermPage {
   const char* formula = "";  // lines of text, in the symbols of the cells
-  const char* source = "";   // paper or book, or what was chosen
-  const char* limits = "";   // limiting cases, and where it is not defined
-  // Causal: real and imaginary part are Kramers-Kronig transforms of each other, a pole at w = 0 included.
+  const char* source = "";   // paper or book, or the assumption made
+  const char* limits = "";   // limiting cases, and results where it is not defined
+  // Causal: real and imaginary part are Kramers-Kronig transforms of each other, including a pole at w = 0.
   bool causal = true;
-  const char* causality = "";  // of a causal term the condition, of another one the reason
+  const char* causality = "";  // for a causal term the condition, otherwise the reason why it is not
   double from = 50, to = 500;  // a sensible range of frequencies, cm-1
 };
 
 struct TermRecord {
   const char* name = "";
-  // The codes: firstId and those that follow it, nIds in all. The term takes part where each of them has its row.
+  // The nIds codes from firstId on. The term contributes if each of them has a row.
   int firstId = 0;
   int nIds = 0;
   std::span<const TermCell> inputs{};  // in the order in which the calculator reads them
   TermCalc calc = nullptr;
   ScalarCalc scalarCalc = nullptr;
-  // Rows that the term takes any number of. After its own inputs come the numbers of rows of each kind, then columns Wp
-  // and G of all of them, kind by kind.
+  // Rows of which the term can have any number. The inputs of the calculator are then its own inputs, the number of
+  // rows of each kind, and columns Wp and G of these rows, kind by kind.
   std::span<const FactorRow> factors{};
-  bool replacesRealPart = false;  // its real part takes the place of the whole real part of the sum so far
-  bool sharesCodes = false;       // another record has one of its codes too; a row with such a code feeds both
+  bool replacesRealPart = false;  // its real part replaces the real part of the sum so far
+  bool sharesCodes = false;       // another record has one of its codes; a row with this code belongs to both
   TermPage page{};
 
   constexpr bool HasId(int code) const { return code >= firstId && code < firstId + nIds; }
 };
 
-// How many codes a record can have: TermSlots keeps room for so many.
+// The largest number of codes of a record; the size of the arrays in TermSlots.
 inline constexpr int kMostTermIds = 41;
 
 }  // namespace kalvex

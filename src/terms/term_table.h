@@ -1,4 +1,17 @@
-// TermTable: what the row codes mean. Its order is the order of addition. Each record is defined beside its calculator.
+// src/terms (floor 3) holds the dielectric terms that the code of a row selects.
+//
+//   term_record.h       TermRecord: codes, inputs, calculator and description of a term
+//   formula.h           MakeTerm: a record from a formula template; how to write a term
+//   lorentz.h           the plain Lorentzian of a row without a code
+//   *_terms.cpp, factorised.cpp, superconductor.cpp, boson_coupling.cpp   the terms by subject
+//   superconductor_integral.h, gap_table.h, boson_coupling.h              integrals and tables of some terms
+//   term_environment.h, term_tables.h   input and tables that all calculators share
+//   describe.h          lists and pages for users
+//   units.h             conversion of units
+//
+// Read lorentz.h, term_record.h and formula.h first, then simple_terms.cpp. Frequencies are in cm-1.
+//
+// TermTable: all records. The terms are added in its order. Each record is defined in the file of its calculator.
 #pragma once
 
 #include <array>
@@ -120,14 +133,14 @@ inline constexpr const TermRecord* TermTable[] = {
 };
 inline constexpr std::size_t kTermRecords = std::size(TermTable);
 
-// Row number found for each id of each record, kNoSlot where the code is absent: part of an evaluation's state.
+// The row of each code of each record, kNoSlot if the code is absent. Part of the state of an evaluation.
 inline constexpr int kNoSlot = -1;
 struct TermSlots {
   std::array<std::array<std::int32_t, kMostTermIds>, kTermRecords> row;
 };
 
 void ClearSlots(TermSlots& slots);
-// Notes the row under every id that equals the code.
+// Stores the row for every record that has the code.
 void FillSlots(TermSlots& slots, std::int32_t code, int row);
 // True if every id of the record has its row.
 bool IsComplete(const TermSlots& slots, std::size_t record);

@@ -1,4 +1,4 @@
-// The tables that calculators build on first use and keep between calls, each a member of its own.
+// The tables that calculators build on first use and keep between calls.
 #pragma once
 
 #include <array>
@@ -14,7 +14,8 @@
 
 namespace kalvex {
 
-// Mean of f(c + sqrt(2) S x) over a Gaussian of width S about c: sum of weight f at 121 points x from -3 to 3.
+// Mean of f(c + sqrt(2) S x) over a Gaussian of width S about c: the sum of weight times f at 121 points x from -3 to
+// 3.
 struct GaussianNode {
   double x;
   double weight;
@@ -33,7 +34,7 @@ inline GaussianNodes MakeGaussianNodes() {
 struct TermTables {
   std::optional<GapTable> gap;
   std::optional<GaussianNodes> gaussian;
-  std::vector<CouplingNodes> couplings;  // the last few datasets and mesh counts, the oldest first
+  std::vector<CouplingNodes> couplings;  // for the most recent datasets and mesh counts, the oldest first
 };
 
 inline TermTables& TablesOf(TermEnvironment& environment) {
@@ -41,7 +42,7 @@ inline TermTables& TablesOf(TermEnvironment& environment) {
   return *environment.tables;
 }
 
-// The tables of another environment, in a copy that can grow by itself.
+// Copies the tables of another environment. The copy can grow independently.
 inline void CopyTables(TermEnvironment& environment, const TermEnvironment& from) {
   environment.tables = from.tables ? std::make_shared<TermTables>(*from.tables) : nullptr;
 }

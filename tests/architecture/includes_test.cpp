@@ -1,4 +1,4 @@
-// The floors of the house: a file includes only files of its own floor or of a lower one.
+// The layers of the program: a file includes only files of its own floor or of a lower one.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,7 +15,7 @@
 namespace kalvex {
 namespace {
 
-// The first entry whose text a path begins with gives its floor.
+// The floor of a path is that of the first entry that is a prefix of it.
 const std::vector<std::pair<std::string, int>> kFloors = {
     {"core/", 1},       {"numeric/", 1}, {"datasets/", 2}, {"records/", 2}, {"terms/", 3},
     {"evaluation/", 4}, {"types/", 5},   {"fit/", 6},      {"files/", 6},   {"graphs/", 6},
@@ -54,7 +54,7 @@ TEST(Architecture, EveryFileHasAFloor) {
 TEST(Architecture, IncludesRunDownwards) {
   for (const auto& [path, names] : ReadIncludes()) {
     for (const std::string& name : names) {
-      EXPECT_LE(FloorOf(name), FloorOf(path)) << path << " includes " << name << ", which stands above it";
+      EXPECT_LE(FloorOf(name), FloorOf(path)) << path << " includes " << name << " of a higher floor";
     }
   }
 }

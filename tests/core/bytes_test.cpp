@@ -1,4 +1,4 @@
-// Packed little-endian records, as the bytes that stand in the file.
+// Packed little-endian records, compared with the bytes in the file.
 #include "core/bytes.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Reading numbers: the standard library in the C locale, in which every test program starts, is the judge.
+// Reading numbers. The reference is the standard library in the C locale, in which every test program starts.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -161,7 +161,7 @@ TEST(ReadReal, RandomTextsAreReadAsTheStandardLibraryReadsThem) {
   }
 }
 
-// Decimals of every length and power of ten, on both sides of what a double and a whole number can hold.
+// Decimals of every length and power of ten, on both sides of the limits of a double and of a whole number.
 TEST(ReadReal, AMillionDecimalsAreReadAsTheStandardLibraryReadsThem) {
   std::mt19937_64 random(3);
   char text[64];

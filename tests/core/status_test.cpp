@@ -45,7 +45,7 @@ TEST(Statuses, OfSharedFailuresNameWhatIsMissing) {
   }
 }
 
-// What a caller sees: a value, or why there is none.
+// A function as a caller sees it: it returns a value, or the reason why there is none.
 Result<int> Half(int number) {
   if (number % 2 != 0) return {StatusCode::kBadArgument, std::to_string(number) + " is odd", "the number"};
   return number / 2;

@@ -64,8 +64,8 @@ TEST(PrintNumbers, SixDigitsAsPrintfPrintsThem) {
   }
 }
 
-// Numbers that a shortcut to six digits could get wrong: short decimals, their halves in the seventh digit with the
-// doubles beside them, and powers of ten with theirs.
+// Numbers that a shortcut to six digits could round wrongly: short decimals, halves in the seventh digit, powers of
+// ten, and the doubles next to them.
 std::vector<double> HostileValues() {
   std::vector<double> values;
   const auto addWithNeighbours = [&](double value) {
@@ -114,7 +114,7 @@ TEST(PrintNumbers, WhatStandsBeforeThemIsLeftAlone) {
   EXPECT_EQ(text, "inf e 1E-20  2.5E+00  0.25-9223372036854775808");
 }
 
-// Everything that is read or printed from a few texts and values.
+// The results of reading and printing some texts and values.
 std::string ReadAndPrinted() {
   std::string all;
   for (const char* const text : {"1.5", "1,5", "-0.25e2", "0x1.8", "1.000.000", ".5", ",5"}) {
@@ -158,7 +158,7 @@ TEST(Text, NamesIgnoreTheCaseOfLetters) {
   EXPECT_TRUE(EqualsIgnoringCase("", ""));
   EXPECT_FALSE(EqualsIgnoringCase("LoadModel", "LoadMode"));
   EXPECT_FALSE(EqualsIgnoringCase("LoadMode", "LoadModel"));
-  EXPECT_FALSE(EqualsIgnoringCase("[", "{"));  // as far apart as a letter and its capital
+  EXPECT_FALSE(EqualsIgnoringCase("[", "{"));  // as far apart in ASCII as a letter and its capital
   EXPECT_FALSE(EqualsIgnoringCase("\xc4", "\xe4"));
   EXPECT_TRUE(StartsWithIgnoringCase("Angle of incidence", "angle OF"));
   EXPECT_TRUE(StartsWithIgnoringCase("x", "X"));
@@ -201,7 +201,7 @@ TEST(Text, IsCutBetweenItsLetters) {
   for (std::size_t most = 0; most <= letters.size(); ++most) {
     EXPECT_EQ(CutToBytes(letters, most), letters.substr(0, whole[most])) << most;
   }
-  // A text of another encoding is cut as it stands.
+  // A text in another encoding is cut at the given length.
   EXPECT_EQ(CutToBytes("a\x80\x80\x80\x80\x80\x80", 6), "a\x80\x80\x80\x80\x80");
   EXPECT_EQ(CutToBytes("\x80\x80", 1), "\x80");
 }

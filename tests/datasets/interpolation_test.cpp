@@ -1,4 +1,4 @@
-// Reading a table of rows between its points, against slow computations.
+// Values between the rows of a table, against slow computations.
 #include "datasets/interpolation.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 const std::vector<DataRow> kTable = {{1, 10, 1}, {2, 20, 2}, {4, 0, 4}, {4, 8, 6}, {8, 4, 8}};
 
-// Rows at whole numbers, some of them at the same place.
+// Rows at whole numbers, some with the same x.
 std::vector<DataRow> RandomTable(std::mt19937& random) {
   std::uniform_real_distribution<double> value(-3, 5);
   std::vector<DataRow> rows(1 + random() % 12);
@@ -50,7 +50,7 @@ TEST(Intervals, TheFirstRowLiesBelowAndTheLastAtTheEnd) {
   EXPECT_EQ(FindInterval(kTable, 1), -1);
   EXPECT_EQ(FindInterval(kTable, 1.000001), 0);
   EXPECT_EQ(FindInterval(kTable, 2), 1);
-  EXPECT_EQ(FindInterval(kTable, 4), 3);  // behind both rows of that x
+  EXPECT_EQ(FindInterval(kTable, 4), 3);  // after both rows with that x
   EXPECT_EQ(FindInterval(kTable, 8), 4);
   const std::vector<DataRow> one = {{5, 7, 1}};
   EXPECT_EQ(FindInterval(one, 5), -1);
@@ -103,7 +103,7 @@ TEST(Interpolation, AgreesWithTheStraightLineThroughTheNeighbours) {
   }
 }
 
-// The value of the row whose stretch, between the midpoints to its neighbours, holds x.
+// The value of the row whose interval, between the midpoints to its neighbours, contains x.
 double StepFunction(const std::vector<DataRow>& rows, double x, double DataRow::*column) {
   std::size_t nearest = 0;
   for (std::size_t i = 1; i < rows.size(); ++i) {
@@ -185,7 +185,7 @@ TEST(DatasetValue, IsTheInterpolationOnItsRowsAndZeroWithoutRows) {
   dataset.points = kTable;
   EXPECT_EQ(DatasetValueAt(dataset, 1.5), 15);
   EXPECT_EQ(DatasetValueAt(dataset, 99), 4);
-  dataset.lastActive = 0;  // the cutting range plays no part
+  dataset.lastActive = 0;  // the cutting range has no influence
   EXPECT_EQ(DatasetValueAt(dataset, 6), 6);
 }
 

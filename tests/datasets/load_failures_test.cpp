@@ -1,4 +1,4 @@
-// What a load says when it fails, in which order it checks, and what it leaves behind.
+// The messages of a failed load, the order of its checks, and the state after it.
 #include <sys/resource.h>
 
 #include <cstdlib>
@@ -17,7 +17,7 @@ class Failure : public Loading {
  protected:
   Failure() : words(folder.Write("words.dat", "none\n")), none(folder.Path("none.dat")) {}
 
-  // A load with a change of its parameters, which are as before afterwards.
+  // Loads with changed parameters, then restores them.
   std::string LoadWith(const std::function<void()>& change) {
     const DatasetSource before = source;
     change();
@@ -155,12 +155,12 @@ TEST_F(Failure, TheGridIsCheckedAfterTheFilesAndBeforeTheMemoryAndTheErrorLast) 
   EXPECT_EQ(Load(), "");
 }
 
-// A file of so many rows, of 24 bytes each, in a process that may not have so much memory.
+// A file of many rows, 24 bytes each, in a process with limited memory.
 constexpr int kManyRows = 8'000'000;
 constexpr rlim_t kLittleMemory = rlim_t{150} << 20;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(KALVEX_NO_LIMIT)
-constexpr bool kCanLimitMemory = false;  // the sanitizer keeps more addresses than that for itself
+constexpr bool kCanLimitMemory = false;  // the sanitizer itself reserves more addresses
 #else
 constexpr bool kCanLimitMemory = true;
 #endif
@@ -233,7 +233,7 @@ TEST_F(Failure, EveryFailureButTheLastLeavesTheRowsAsTheyWere) {
     EXPECT_EQ(Slot().nActive, 3) << message;
   }
   ASSERT_EQ(Load(), "");
-  EXPECT_EQ(Slot().id, 2u);  // failures use up no id
+  EXPECT_EQ(Slot().id, 2u);  // a failure takes no id
 }
 
 TEST_F(Failure, TheLastCheckLeavesTheNewRowsUnderTheOldId) {

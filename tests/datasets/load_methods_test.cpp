@@ -1,4 +1,4 @@
-// What a load makes of its files: X, values, errors, matching, names and ids.
+// How a load uses its files: X, values, errors, matching, names and ids.
 #include <cmath>
 #include <random>
 

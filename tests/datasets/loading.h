@@ -24,7 +24,7 @@ class Loading : public testing::Test {
  protected:
   Loading() { source.MasterFile = folder.Write("T_sample.dat", "10 1 0.1\n20 2 0.2\n40 4 0.4\n"); }
 
-  // What the user is told, empty after a success.
+  // The message to the user; empty after a success.
   std::string Load() { return LoadDataset(Slot(), source, table.nextId).Text(); }
   Dataset& Slot() { return *DatasetInSlot(table, slot); }
   Rows Points() { return Plain(Slot().points); }

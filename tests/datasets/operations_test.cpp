@@ -1,4 +1,4 @@
-// What can be done to the rows of a dataset.
+// Operations on the rows of a dataset.
 #include <gtest/gtest.h>
 
 #include <array>

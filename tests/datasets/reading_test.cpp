@@ -18,7 +18,7 @@ class ReadingRows : public testing::Test {
     status = ReadDatasetFile(folder.Write("a.dat", text), rows);
     return Plain(rows);
   }
-  // How many of so many rows at x = 5 stay, between two others.
+  // How many of `equal` rows at x = 5 remain, between two others.
   std::size_t LeftOf(int equal) {
     std::string text = "0 0\n";
     for (int i = 0; i < equal; ++i) text += "5 " + std::to_string(i) + '\n';
@@ -78,7 +78,7 @@ TEST_F(ReadingRows, ANumberThatCrossesTheEndOfALineOf1023CharactersIsCutInTwo) {
 
 TEST_F(ReadingRows, ANumberMayEndTheFile) { EXPECT_EQ(Read("1 2\n3 4"), (Rows{{1, 2, 0.01}, {3, 4, 0.01}})); }
 
-// The file is read in pieces, and lines of any length lie across their ends.
+// The file is read in pieces. Lines of any length cross the borders of the pieces.
 TEST_F(ReadingRows, AFileOfManyPiecesGivesEveryRowOnce) {
   std::mt19937 random(5);
   std::string text;
@@ -95,7 +95,7 @@ TEST_F(ReadingRows, AFileOfManyPiecesGivesEveryRowOnce) {
 TEST_F(ReadingRows, LinesTooLongAreCutAtTheSamePlacesWhereverTheyLie) {
   for (std::size_t before = 63000; before < 66000; before += 211) {
     const std::string blank = std::string(before / 2, '\n');
-    const std::string line = "1" + std::string(1021, ' ') + "23 4";  // 1023 characters end behind the 2
+    const std::string line = "1" + std::string(1021, ' ') + "23 4";  // 1023 characters end after the 2
     EXPECT_EQ(Read(blank + blank + line), (Rows{{1, 2, 0.01}, {3, 4, 0.01}})) << before;
   }
 }
@@ -132,7 +132,7 @@ TEST_F(ReadingRows, OfTwoRowsOfEqualXOneIsDropped) {
   EXPECT_EQ(LeftOf(2), 1u);
 }
 
-// The mark of a dropped row stands where its x was, so the next row no longer equals the one before it.
+// A dropped row is not compared with the next one: that one stays.
 TEST_F(ReadingRows, OfMoreRowsOfEqualXEverySecondIsDropped) {
   EXPECT_EQ(LeftOf(3), 2u);
   EXPECT_EQ(LeftOf(4), 2u);

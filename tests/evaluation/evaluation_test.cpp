@@ -19,7 +19,7 @@ namespace {
 
 using Std = std::complex<double>;
 
-// The slopes by the parameters of a model, as an evaluation starts with them.
+// The slopes by the parameters of a model at the start of an evaluation.
 ModelSlopes& SlopesFromSaved(Tables& program, const Model& model) {
   StartFromSaved(program.eval.slopes, program.params);
   return SlopesOf(program.eval, model);
@@ -235,7 +235,7 @@ TEST(EvalModel, TheDependencyPassMarksExactlyTheParametersThatMatter) {
   Model& model = NewModel(program, {{100, 200, 10}, {-999, 3, 4}, {-1000, 5, 0}});
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
   for (int q = 0; q < kQuantityCount; ++q) {
-    // An experimental slope that an earlier Quantity left must not count for this one.
+    // An experimental slope of an earlier Quantity must not enter this one.
     program.eval.quantities = {};
     WantOnly(program.eval.quantities, SetOf(q));
     FindDependencies(program, model);
@@ -246,7 +246,7 @@ TEST(EvalModel, TheDependencyPassMarksExactlyTheParametersThatMatter) {
     QuantityAt(program, model, q, 140, true);
     std::size_t i = 0;
     const auto compare = [&](const ModelParam& param) {
-      // The imaginary part does not feel a constant: the pass may mark more, never less.
+      // The imaginary part does not depend on a constant. The pass may mark too many parameters, never too few.
       EXPECT_TRUE(!param.adjustable || param.savedSlopes.dQuantity[at] == 0 || marked[i]) << q << ' ' << i;
       ++i;
     };

@@ -8,7 +8,7 @@
 
 namespace kalvex {
 
-// Puts rows at these frequencies into a slot of the table, all active, and gives the dataset's id.
+// Puts rows at these frequencies into a slot of the table, all active. Returns the dataset's id.
 inline std::uint32_t PutDataset(DatasetTable& table, int slot, const std::vector<double>& x) {
   Dataset& dataset = *DatasetInSlot(table, slot);
   dataset.id = table.nextId++;
@@ -20,7 +20,7 @@ inline std::uint32_t PutDataset(DatasetTable& table, int slot, const std::vector
   return dataset.id;
 }
 
-// A mesh at these frequencies, on, with the other switches as told.
+// A mesh at these frequencies that is on, with the given switches.
 inline VarDielFunc MeshAt(const std::vector<double>& x, bool kk, bool fitActive = true) {
   DatasetTable table;
   VarDielFunc vdf;

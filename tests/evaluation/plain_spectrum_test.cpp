@@ -1,4 +1,4 @@
-// The fast road for a model with a mesh against the single-frequency form.
+// The block evaluation of a model with a mesh against the evaluation at single frequencies.
 #include <gtest/gtest.h>
 
 #include <cmath>

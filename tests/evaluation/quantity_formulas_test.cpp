@@ -44,8 +44,8 @@ Quantity OfEpsMu(double w, const ExpParamBlock& exp, Std eps, Std mu, int quanti
   return out;
 }
 
-// The whole table again in std::complex, with a permeability where there is one. magnetic tells the two forms apart,
-// which differ in the branches of their roots.
+// The whole table in std::complex, with a permeability if there is one. magnetic selects one of the two forms, which
+// differ in the branches of their roots.
 double Judge(double w, const ExpParamBlock& exp, Std eps, Std mu, bool magnetic, int quantity) {
   const Std i(0, 1), a = std::sqrt(eps), b = std::sqrt(mu), n = a * b, r = (b - a) / (b + a);
   const auto value = [&](ExpParam k) { return exp[static_cast<std::size_t>(k)].value; };
@@ -334,8 +334,8 @@ TEST(Quantities, ADcPlotShowsTheResistivity) {
 }
 
 TEST(Quantities, AGrowingWaveIsCutOff) {
-  // Im eps < 0: the exponent's real part is -2 pi Im(n) w d. Above 50 the phase factor counts as 1, from 700 on as
-  // nothing.
+  // Im eps < 0: the real part of the exponent is -2 pi Im(n) w d. Above 50 the phase factor is replaced by 1; from 700
+  // on the transmission is 0.
   const Std eps(4, -4);
   const Std n = std::sqrt(eps), r = (1.0 - n) / (1.0 + n);
   const auto thicknessFor = [&](double exponent) { return exponent / (-2 * std::numbers::pi * n.imag() * 100); };

@@ -10,7 +10,7 @@
 
 namespace kalvex {
 
-// A new model with these rows, all free; a negative Wo is a code and held.
+// A new model with these rows, all adjustable. A negative Wo is a code and is fixed.
 inline Model& NewModel(Tables& program, std::initializer_list<std::array<double, 3>> rows, double epsInf = 3) {
   Model& model = *CreateModel(program.params);
   model.epsInf.value = epsInf;
@@ -40,7 +40,7 @@ inline std::vector<ParamPlace> AllFreePlaces(const Tables& program) {
   return places;
 }
 
-// The evaluation with derivatives, and the dependency pass; the parameters take over their slopes.
+// The evaluation with derivatives, and the dependency pass. The slopes are copied to the parameters.
 inline int EvalWithSlopes(Tables& program, const Model& model, double x) {
   const int status = EvalModel(program.eval, model, x, true);
   TakeOverSlopes(program.params, program.eval.slopes);

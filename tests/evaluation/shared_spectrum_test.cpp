@@ -1,4 +1,4 @@
-// Spectra that several threads share: results, and what stays behind, are those of one thread to the last bit.
+// Spectra that several threads share: the results and the final state equal those of one thread bit for bit.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,7 +25,7 @@ struct Spectrum {
 };
 
 struct Outcome {
-  std::vector<double> numbers;  // results in the order in which they came, then what is left in the program
+  std::vector<double> numbers;  // results in the order of delivery, then the final state of the tables
   int status = 0;
   bool shared = false;
 };
@@ -37,7 +37,7 @@ Spectrum EvenSpectrum(QuantitySet wanted) {
   return spectrum;
 }
 
-// Builds a program with so many threads, and evaluates the last of its models.
+// Builds the tables with the given number of threads, and evaluates the last of their models.
 Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Model&(Tables&)>& build) {
   Tables program(threads);
   program.pool.SetLeastShare(0);
@@ -66,7 +66,7 @@ Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Mode
   return outcome;
 }
 
-// Gives the outcome with one thread.
+// Returns the outcome with one thread.
 Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function<Model&(Tables&)>& build) {
   const Outcome alone = Evaluate(1, spectrum, build);
   EXPECT_FALSE(alone.shared);
@@ -97,7 +97,7 @@ TEST(SharedSpectra, APlainModelWithAndWithoutDerivatives) {
   });
 }
 
-// What is wanted last in the middle stays behind from there.
+// A Quantity whose last frequency is in the middle keeps the result from there.
 TEST(SharedSpectra, QuantitiesThatAreWantedHereAndThere) {
   Spectrum spectrum = EvenSpectrum(SetOf(kRefl));
   for (std::size_t i = 500; i < 800; ++i) spectrum.wanted[i] = kReflAndTrans;
@@ -145,8 +145,8 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
 
 // ---- a type that fails
 
-// Gives the number of its row times x; in a range of frequencies it fails with a status, in another it gives up
-// without one. What it left at the frequency before counts there.
+// Returns the number in its row times x. In one range of frequencies it fails with a status. In another it computes
+// nothing and returns 0: the result of the previous frequency then stays.
 int EvaluateFrail(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (x > Cell(model, 0, Wp).value && x < Cell(model, 0, G).value) return -3;
   if (x > Cell(model, 1, Wp).value && x < Cell(model, 1, G).value) return 0;
@@ -180,14 +180,14 @@ TEST(SharedSpectra, AFailingTypeLeavesTheValuesOfTheFrequencyBefore) {
   EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(0, 1e9, 0, 0)).numbers[0], 77);    // always
   EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(0, 50, 0, 0)).status, -3);         // at first
   EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(1200, 1300, 0, 0)).status, -3);    // in the middle
-  EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(2100, 1e9, 0, 0)).status, -3);     // at last
+  EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(2100, 1e9, 0, 0)).status, -3);     // at the end
   EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(1201, 1201.5, 0, 0)).status, -3);  // perhaps one point
-  EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(0, 0, 0, 1e9)).numbers[0], 77);    // silently
+  EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(0, 0, 0, 1e9)).numbers[0], 77);    // without a status
   EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(0, 0, 700, 1900)).status, 0);
   EXPECT_EQ(ExpectTheSameForAllThreads(spectrum, Frail(300, 301, 1000, 1400)).status, -3);
 }
 
-// A give-up whose length is less than a block: only the first frequencies of a block would show it.
+// A failing range shorter than a block: only the first frequencies of a block are affected.
 TEST(SharedSpectra, AGiveUpAcrossTheBorderOfTwoBlocks) {
   const Spectrum spectrum = EvenSpectrum(SetOf(kRefl));
   for (const std::size_t from : {62u, 63u, 64u, 1023u, 2047u}) {
@@ -229,7 +229,7 @@ TEST(SharedSpectra, AShortSpectrumIsNotShared) {
   EXPECT_FALSE(IsShared(100, true, 0));  // fewer than four blocks
 }
 
-// A pulse is made for all times and frequencies at once.
+// A pulse is computed for all times and frequencies at once.
 TEST(SharedSpectra, NoSpecialModelIsSharedWhileThereIsOneThatIsComputedAsAWhole) {
   const Spectrum spectrum = EvenSpectrum(kReflAndTrans);
   const auto build = [](Tables& program, bool reflection) -> Model& {
@@ -252,7 +252,7 @@ TEST(SharedSpectra, NoSpecialModelIsSharedWhileThereIsOneThatIsComputedAsAWhole)
   }
 }
 
-// Levels that a type keeps from frequency to frequency, and layers with a spread.
+// A type that caches levels between frequencies, and layers with a spread.
 TEST(SharedSpectra, TypesThatKeepTables) {
   ExpectTheSameForAllThreads(EvenSpectrum(kReflAndTrans), [](Tables& program) -> Model& {
     Model& levels = NewModel(program, {{50, 7, 40}, {1, 0, 0}, {0.01, 0.1, 0.01}, {1e6, 1, 0}}, -41);

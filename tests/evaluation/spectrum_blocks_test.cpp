@@ -1,5 +1,5 @@
 // Blocks that are filled at once against EvalModel, for plain models and stacks; and every width of the vector units
-// against the narrowest.
+// against the narrowest one.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -25,8 +25,8 @@ std::vector<ParamPlace> FreePlaces(const Tables& program) {
   return places;
 }
 
-// Builds the same program twice: one gives a spectrum, the other its frequencies one by one. What is left in their
-// tables in the end must be the same too.
+// Builds the same tables twice. One evaluates a spectrum, the other its frequencies one by one. Their final states must
+// also agree.
 template <class Build>
 void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, double from, double step,
                                        double tolerance, Build build) {
@@ -46,7 +46,7 @@ void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, do
       EvalWithSlopes(single, slow, x[block.first + i]);
       for (const int q : quantities) {
         const double value = single.eval.quantities[static_cast<std::size_t>(q)].value;
-        // A small reflectivity is what is left of amplitudes of order 1.
+        // A small reflectivity is the difference of amplitudes of order 1.
         const double most = tolerance * std::fabs(value) + 1e-15;
         EXPECT_NEAR(block.Value(q, i), value, most) << q << " at " << x[block.first + i];
         double largest = 0;
@@ -93,8 +93,8 @@ TEST_P(EveryQuantityOfABlock, IsThatOfSingleFrequencies) {
 }
 INSTANTIATE_TEST_SUITE_P(All, EveryQuantityOfABlock, testing::Range(0, kQuantityCount));
 
-// Values do not depend on whether derivatives are asked for, and keep to those of single frequencies: the sum of the
-// rows within a few units in the last place of its largest part, and so does what is made of it.
+// Values do not depend on whether derivatives are requested. They agree with those of single frequencies: the sum of
+// the rows to a few units in the last place of its largest term, and the results computed from it to the same accuracy.
 TEST(SpectrumBlocks, ClosedFormulasKeepToThoseOfSingleFrequencies) {
   Tables program;
   Model& model = Oscillators(program);
@@ -119,12 +119,12 @@ TEST(SpectrumBlocks, ClosedFormulasKeepToThoseOfSingleFrequencies) {
   }
 }
 
-// Rows share quotients, by fours, twos and one by one. The parts are summed here with longer numbers.
+// Rows share quotients in groups of four, two and one. The reference sum uses a longer number type.
 TEST(SpectrumBlocks, RowsThatShareQuotientsAreExactWithinAFewUnits) {
   BlockNumbers w;
   for (std::size_t i = 0; i < w.size(); ++i) w[i] = 0.5 * std::pow(1.2, static_cast<double>(i));
   std::vector<PlainRow> rows;
-  for (const double far : {1.0, 1e4, 1e20}) {  // with the last the product of norms would leave the range
+  for (const double far : {1.0, 1e4, 1e20}) {  // with the last one the product of norms would overflow
     for (std::size_t count = 1; count <= 9; ++count) {
       rows.push_back({far * 37 * static_cast<double>(count), 100.0 + 3 * static_cast<double>(count), 2.0});
       BlockNumbers re{}, im{};
@@ -146,7 +146,7 @@ TEST(SpectrumBlocks, RowsThatShareQuotientsAreExactWithinAFewUnits) {
   }
 }
 
-// A resonance without width that is hit exactly, an unphysical gain, thicknesses at which nothing gets through.
+// A resonance of zero width that is hit exactly, an unphysical gain, and thicknesses with zero transmission.
 TEST(SpectrumBlocks, LanesThatNeedBranchesOfTheirOwn) {
   for (const auto& rows : {std::array<double, 3>{100, 200, 0}, {100, 200, -900}, {100, 3000, 4000}}) {
     const auto build = [&](Tables& program) -> Model& {
@@ -157,8 +157,7 @@ TEST(SpectrumBlocks, LanesThatNeedBranchesOfTheirOwn) {
   }
 }
 
-// What an adjustable experimental parameter has at a frequency that gives none of its own is that of the frequency
-// before.
+// At a frequency without a slope by an adjustable experimental parameter, the slope of the previous frequency stays.
 TEST(SpectrumBlocks, ASlopeThatStaysFromTheFrequencyBefore) {
   const auto build = [](Tables& program) -> Model& {
     program.params.ExpParams[kScalingFactorOfR].adjustable = 1;

@@ -46,8 +46,8 @@ double Simpson(const std::function<double(double)>& f, double a, double b, int s
   return sum * h / 3;
 }
 
-// (2/pi) P-integral of w e2(w)/(w^2 - X^2), segment by segment, with the value at X taken out of the integrand and put
-// back in closed form: P-integral of dw/(w^2 - X^2) = log|(w - X)/(w + X)|/(2X).
+// (2/pi) P-integral of w e2(w)/(w^2 - X^2), segment by segment. The value at X is subtracted from the integrand and
+// added in closed form: P-integral of dw/(w^2 - X^2) = log|(w - X)/(w + X)|/(2X).
 double SlowTransform(const VarDielFunc& vdf, double X) {
   const double at = Linear(vdf, X, &VdfMeshPoint::e2);
   const auto integrand = [&](double w) {
@@ -82,7 +82,7 @@ TEST(VdfFree, TheLastPointGivesItsOwnValues) {
 TEST(VdfConstrained, TheRealPartIsTheTransformOfTheTriangles) {
   VarDielFunc vdf = RandomMesh(true);
   for (const double x : {5.0, 19.0, 27.0, 60.4, 80.0, 130.0, 300.0, 401.0, 2000.0}) {
-    EXPECT_NEAR(EvalVdf(vdf, x).re, SlowTransform(vdf, x), 2e-5) << x;  // the judge's integrand is cut at X
+    EXPECT_NEAR(EvalVdf(vdf, x).re, SlowTransform(vdf, x), 2e-5) << x;  // the reference integrand is cut at X
   }
 }
 
@@ -224,7 +224,7 @@ TEST_F(ModelWithMesh, MakingItPositiveLeavesNoNegativeImaginaryPartAtThePoints) 
   for (const VdfMeshPoint& point : model.vdf.mesh) {
     EXPECT_NEAR(EpsSum(program.eval, model, point.x, false).im, 1e-7, 1e-12) << point.x;
   }
-  Cell(model, 0, Wp).value = 1e4;  // now the row alone is enough, and nothing is to be done
+  Cell(model, 0, Wp).value = 1e4;  // the row alone is sufficient: no correction
   const Cplx before = EpsSum(program.eval, model, 61, false);
   MakeVdfPositive(program.eval, model);
   EXPECT_EQ(EpsSum(program.eval, model, 61, false), before);

@@ -29,7 +29,7 @@ TEST_F(Running, ErrorsAndCorrelationsAreThoseOfTheInverse) {
   options().MaxIterations = 1;
   NormalEquations equations(2);
   AccumulateNormalEquations(fit(), s.tables.params, s.tables.eval, s.Coordinates(),
-                            equations);  // those of the start of the iteration
+                            equations);  // at the start of the iteration
   const double a = equations.Alpha()(0, 0), b = equations.Alpha()(0, 1), d = equations.Alpha()(1, 1),
                det = a * d - b * b;
   s.Run();
@@ -80,7 +80,7 @@ TEST_F(Running, CorrelationsAreSortedAndCoupledOnesShareTheirError) {
   EXPECT_EQ(Cell(model, 0, G).error, Cell(model, 1, G).error);
 }
 
-// Masters that belong to no model, and a matrix written down by hand.
+// Masters that belong to no model, and a matrix with given entries.
 class Confidence : public testing::Test {
  protected:
   Confidence() : inside(folder.Name()) {}
@@ -146,7 +146,7 @@ TEST_F(Confidence, CorrelationsRiseFromTheMostNegative) {
 TEST_F(Confidence, CorrelationsOfNothingAreZero) {
   Write({4, 0, 0, 9});
   EXPECT_EQ(folder.Read("ParCorrs.dat"), "np1 np2 Corr\n1 2 0.00000\n");
-  // The product of two variances below 1e-50 counts as nothing.
+  // A product of two variances below 1e-50 counts as zero.
   Write({2e30, 1e30, 0, 2e30});
   EXPECT_EQ(folder.Read("ParCorrs.dat"), "np1 np2 Corr\n1 2 0.00000\n");
 }
@@ -185,7 +185,7 @@ TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   options().MaxIterations = 1;
   const auto n = static_cast<std::size_t>(fit().NumFreeParams);
   ASSERT_EQ(n, 6u);
-  // The inverse of alpha at the start of the iteration, by elimination; the matrix is well conditioned once each row
+  // The inverse of alpha at the start of the iteration, by elimination. The matrix is well conditioned after each row
   // and column is divided by the root of its diagonal.
   const std::vector<FitCoordinate> coordinates = s.Coordinates();
   NormalEquations equations(n);
@@ -242,7 +242,7 @@ TEST_F(Running, TheTablesAreWrittenAnewAfterEachIteration) {
   int iterations = 0;
   watch.iterationDone = [&] {
     ++iterations;
-    // The new values stand beside the errors of the matrix that led to them.
+    // The new values are written with the errors of the matrix that led to them.
     const auto rows = NumbersOf(folder.Read("Params.dat"));
     const std::vector<std::string> lines = LinesOf(folder.Read("Params.dat"));
     ASSERT_EQ(lines.size(), 5u);
@@ -265,7 +265,7 @@ TEST_F(Running, WithoutTheOptionThereAreNoTablesAndErrorsStay) {
 }
 
 TEST_F(Running, TheTableOfParametersNamesEveryKindOfPlace) {
-  s.AddModel(1, 100, 0, 1);  // so that the fitted one is not the first
+  s.AddModel(1, 100, 0, 1);  // the fitted model is not the first one
   SampleFit::Set(model, 4, 120, 250, 8);
   Model& third = s.AddModel(4, 120, 250, 8);
   FixAll(third, true);

@@ -23,7 +23,7 @@ class DerivativeTables : public testing::Test {
     AddTerm(2.5);
   }
 
-  // The dataset against the model.
+  // A term that compares the dataset with the model.
   void AddTerm(double weight) {
     ChiSqTerm& term = InsertChiSqTerm(tables.fit, tables.fit.list, static_cast<int>(tables.fit.list.terms.size()));
     term.datasetId = tables.datasets.slots[0].id;
@@ -99,7 +99,7 @@ TEST_F(DerivativeTables, TheValuesAreBackAfterwards) {
 }
 
 TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
-  // With a step h the numeric column is off by h f''/2, so that the step shows in the column of differences.
+  // With a step h the numeric column is off by h f''/2: the column of differences depends on the step.
   const auto difference = [&](const char* step) {
     constexpr std::size_t kRowOfWo = 10;
     folder.Write("DELTA.DAT", step);
@@ -124,7 +124,7 @@ TEST_F(DerivativeTables, QuantitiesHaveARowEach) {
 }
 
 TEST_F(DerivativeTables, AQuantityFarFromItsQuotientIsCalledFalse) {
-  folder.Write("DELTA.DAT", "50");  // a step so long that the quotient is no derivative
+  folder.Write("DELTA.DAT", "50");  // a step so long that the quotient is not a derivative
   ASSERT_TRUE(TestQuantityDerivatives(tables.fit, tables.params, tables.eval).Ok());
   EXPECT_NE(folder.Read("TestDeriv.txt").find("FALSE"), std::string::npos);
 }

@@ -32,7 +32,7 @@ TEST(FitCoordinate, EachKindOfLimitHasItsChangeOfVariable) {
       }
     }
   }
-  EXPECT_NEAR(FitCoordinateOf(param).scale, 0, 1e-7);  // on the upper limit
+  EXPECT_NEAR(FitCoordinateOf(param).scale, 0, 1e-7);  // at the upper limit
 }
 
 TEST(FitCoordinate, OutsideOneLimitItStandsOnItAndEqualLimitsGiveZero) {
@@ -87,7 +87,7 @@ TEST(FitCoordinate, BetweenTwoLimitsItIsAnArcSine) {
   EXPECT_CLOSE(FitCoordinateOf(param).scale, 3 * std::sqrt(0.75), kRound);
   EXPECT_CLOSE(FitCoordToValue(param, 1.5 * std::numbers::pi / 2), 11, kRound);
   EXPECT_CLOSE(FitCoordToValue(param, -1.5 * std::numbers::pi / 2), 2, kRound);
-  EXPECT_CLOSE(FitCoordToValue(param, 1.5 * std::numbers::pi), 6.5, kRound);  // turned back at the limit
+  EXPECT_CLOSE(FitCoordToValue(param, 1.5 * std::numbers::pi), 6.5, kRound);  // reflected at the limit
 }
 
 TEST(FitCoordinate, EqualOrCrossedLimitsDriveTheValueToZero) {

@@ -34,7 +34,7 @@ TEST_F(Running, QuantityErrorBarsScanEveryPointAndPutEverythingBack) {
     ASSERT_EQ(lines[i].size(), 13u);
     EXPECT_EQ(lines[i][0], points[i].x);
     EXPECT_EQ(anchor.points[i].y, points[i].y);
-    // The other terms are content in the middle of the scan, where the anchor asks for what they say.
+    // The other terms agree with the middle of the scan: ChiSq is lowest there.
     EXPECT_LE(lines[i][7], lines[i][2] * 1.0001);
     EXPECT_LE(lines[i][7], lines[i][12] * 1.0001);
   }
@@ -87,8 +87,8 @@ TEST_F(Running, TheMeshDumpsHoldTheDerivativesOfTheConductivity) {
   }
 }
 
-// Three measurements of one constant: 4.2 and 3.8 with an error bar of 0.1, and the anchor. The best constant follows
-// in closed form.
+// Three measurements of one constant: 4.2 and 3.8 with an error bar of 0.1, and the anchor. The best constant has a
+// closed form.
 TEST_F(Running, QuantityErrorBarsOfOneConstantFollowFromItsWeightedMean) {
   SampleFit::Set(model, 4, 5000, 0, 10);
   FixAll(model, true);
@@ -182,8 +182,8 @@ TEST_F(MeshDumps, TheDerivativesStandInTheirOrder) {
   ASSERT_EQ(lines.size(), 3u);
   for (const std::vector<double>& line : lines) {
     ASSERT_EQ(line.size(), 17u);
-    // S1 = x Im(eps)/60 and S2 = -x (Re(eps) - 1)/60. Model 3 knows the mesh of model 1 and model 4 that of model 2;
-    // the columns of the other mesh hold what an earlier evaluation left.
+    // S1 = x Im(eps)/60 and S2 = -x (Re(eps) - 1)/60. Model 3 depends on the mesh of model 1, and model 4 on that of
+    // model 2. The columns of the other mesh contain the result of an earlier evaluation.
     const double slope = line[0] / 60;
     for (const std::size_t first : {1u, 11u}) {
       EXPECT_EQ(line[first], 0);                   // dS1/de1

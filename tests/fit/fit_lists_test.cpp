@@ -62,7 +62,7 @@ TEST(FitPoints, ATermOfWeightZeroOrOfADeadDatasetGivesNone) {
   EXPECT_EQ(s.fit().list.terms.size(), 1u);
   s.Term(1, 1);
   EXPECT_EQ(CountFitPoints(s.fit()), 60u);
-  s.Measure(1, a, kRefl);  // loaded anew: the old id is dead
+  s.Measure(1, a, kRefl);  // loaded again: the old id is invalid
   s.Rebuild();
   EXPECT_EQ(CountFitPoints(s.fit()), 0u);
   s.Term(5, 1);  // an empty slot

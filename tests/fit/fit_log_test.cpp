@@ -11,7 +11,7 @@
 namespace kalvex {
 namespace {
 
-// printf's own opinion of a number.
+// A number as printf writes it.
 std::string G6(double value) {
   char text[40];
   std::snprintf(text, sizeof(text), "%.6g", value);
@@ -48,7 +48,8 @@ TEST_F(Running, TheLogHasAHeadAndARowAnIterationForEachRun) {
   EXPECT_EQ(lines[1].back(), ' ');
   EXPECT_EQ(lines[2].substr(0, 2), "1 ");
   const auto numbers = NumbersOf(lines[2])[0];
-  EXPECT_NEAR(numbers[3], numbers[4] + 2 * numbers[5], 1e-4 * numbers[3]);  // the terms' own sums carry no weight
+  EXPECT_NEAR(numbers[3], numbers[4] + 2 * numbers[5],
+              1e-4 * numbers[3]);  // the sums of the terms do not contain the weight
 }
 
 TEST_F(Running, EveryRowOfTheLogIsInTheFileBeforeTheNextIteration) {
@@ -60,7 +61,7 @@ TEST_F(Running, EveryRowOfTheLogIsInTheFileBeforeTheNextIteration) {
   std::string expected = "IterNo Time Lambda ChiSq ChiSq1 ChiSq2 P1 Perr1 P2 Perr2 P3 Perr3 P4 Perr4 \n";
   fit().IterationCount = fit().ElapsedSeconds = 0;
   fit().Lambda = 0.001;
-  expected += RowOf(s);  // the lists are fresh: this is the state at the start
+  expected += RowOf(s);  // the lists are up to date: this is the state at the start
   RunWatch watch;
   watch.iterationDone = [&] {
     EXPECT_EQ(folder.Read("Fitlog.dat"), expected);
@@ -93,7 +94,7 @@ TEST_F(Running, TheColumnsOfTheLogFollowTheRun) {
   options().LogFit = true;
   s.Run();
   Cell(model, 0, G).adjustable = 1;
-  s.Term(1, 1, 0);  // shown, though it weighs nothing
+  s.Term(1, 1, 0);  // shown although its weight is 0
   s.Run();
   EXPECT_EQ(folder.Read("Fitlog.dat"),
             "IterNo Time Lambda ChiSq ChiSq1 P1 Perr1 \n"

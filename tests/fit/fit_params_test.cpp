@@ -25,7 +25,7 @@ TEST(FitParams, AreListedByKindAndPlaceAndOnlyIfTheyMatter) {
   EXPECT_EQ(s.fit().NumFreeParams, 4);
   s.Measure(2, s.model(1), kE2);
   s.Term(2, 1);
-  // E2 does not depend on Einf of model 1; each term knows its own.
+  // E2 does not depend on Einf of model 1. Each term depends on its own parameters.
   EXPECT_EQ(Places(s.fit()),
             (Texts{"EIN 100000", "LOR 000000", "LOR 001000", "LOR 002000", "LOR 100000", "LOR 102000", "EXP 000400"}));
   EXPECT_EQ(s.fit().list.terms[0].params.Get(), (std::vector<int>{0, 4, 5, 6}));
@@ -158,7 +158,7 @@ TEST(FitParams, KnowTheTermsThatTheyInfluence) {
     model->epsInf.adjustable = Cell(*model, 0, Wp).adjustable = 1;
   }
   s.Measure(1, a, kE1);
-  s.Measure(2, a, kE2);  // not a matter of the constant
+  s.Measure(2, a, kE2);  // independent of the constant
   s.Term(1, 1);
   s.Term(2, 1);
   s.Term(1, 2, 0);

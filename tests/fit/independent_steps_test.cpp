@@ -1,4 +1,4 @@
-// The fit beside a Levenberg-Marquardt loop written out by hand, on a problem with closed derivatives.
+// The fit against a Levenberg-Marquardt loop written out here, on a problem with closed derivatives.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -166,7 +166,7 @@ TEST_F(Running, TakesTheStepsOfALoopWrittenByHand) {
     for (std::size_t i = 0; i < kUnknowns; ++i) EXPECT_CLOSE(taken[k].p[i], expected[k].p[i], 1e-9) << k << ' ' << i;
     highest = std::fmax(highest, taken[k].lambda);
   }
-  EXPECT_GT(highest, 0.001);  // some steps were refused on the way
+  EXPECT_GT(highest, 0.001);  // some steps were rejected
 }
 
 }  // namespace

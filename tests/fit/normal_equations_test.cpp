@@ -102,7 +102,7 @@ TEST(NormalEquations, ASlopeThatIsNotFiniteStaysWithItsOwnParameters) {
   EXPECT_TRUE(std::isfinite(equations.Alpha()(1, 1)));  // Einf of model 2
 }
 
-// The diagonal entry of the linewidth alone, which stands this far above its minimum of 0.
+// The diagonal entry of the linewidth, for a linewidth at this distance from its minimum of 0.
 double DiagonalAt(double linewidth) {
   SampleFit s;
   Model& a = s.AddModel(3, 100, 200, 10);
@@ -121,7 +121,7 @@ double DiagonalAt(double linewidth) {
 TEST(NormalEquations, AParameterOnItsLimitHasNoRow) {
   EXPECT_EQ(DiagonalAt(0), 0);
   EXPECT_EQ(DiagonalAt(1e-21), 0);  // the scale 2 sqrt(1e-21) is below 1e-10
-  EXPECT_GT(DiagonalAt(1e-20), 0);  // and 2e-10 is not
+  EXPECT_GT(DiagonalAt(1e-20), 0);  // the scale 2e-10 is not
 }
 
 TEST(NormalEquations, ANegativeWeightHasNoRoot) {

@@ -1,5 +1,5 @@
-// The places of the fit's parameters as texts: kind, then model, row, column, experimental parameter, mesh point and
-// part, a digit each.
+// The places of the fit parameters as texts: the kind, then model, row, column, experimental parameter, mesh point and
+// part as one digit each.
 #pragma once
 
 #include <string>

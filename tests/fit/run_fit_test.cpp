@@ -124,7 +124,7 @@ TEST_F(Running, TellsTheStateOfTheRunAfterEachIteration) {
   fit().ElapsedSeconds = fit().IterationCount = 77;
   s.Run(watch);
   EXPECT_GE(iterations, 3);
-  EXPECT_EQ(fit().IterationCount, iterations);  // they stay for the labels
+  EXPECT_EQ(fit().IterationCount, iterations);  // kept for the labels
   EXPECT_GT(fit().ChiSqChange, 0);
 }
 
@@ -145,7 +145,7 @@ TEST_F(Running, StartsWithTheInitialLambdaEachTime) {
 }
 
 TEST_F(Running, AParameterThatExplodesIsClampedAndTheMessageShown) {
-  // A straight step goes to the factor that the data ask for.
+  // A linear problem: one step reaches the factor that fits the data.
   FixAll(model, true);
   ModelParam& factor = s.tables.params.ExpParams[kScalingFactorOfR];
   factor.adjustable = 1;
@@ -158,7 +158,7 @@ TEST_F(Running, AParameterThatExplodesIsClampedAndTheMessageShown) {
     s.Term(1, 1);
     s.Run();
     EXPECT_EQ(factor.value, sign * 1e70);
-    EXPECT_LT(fit().TotalChiSq, fit().report.startChiSq);  // which is why the clamped value stays
+    EXPECT_LT(fit().TotalChiSq, fit().report.startChiSq);  // the clamped value is therefore kept
     EXPECT_EQ(fit().IterationCount, 1);
     EXPECT_EQ(Stop(), "a parameter ran out of limits");
     ASSERT_EQ(s.tables.platform.messages.size(), 1u);
@@ -169,7 +169,7 @@ TEST_F(Running, AParameterThatExplodesIsClampedAndTheMessageShown) {
 }
 
 TEST_F(Running, AClampedStepThatIsRefusedIsTakenBackAndEndsTheRunToo) {
-  // The slope by a plasma frequency of almost 0 is so small that the step towards the data leaves every range.
+  // The slope by a plasma frequency of almost 0 is very small: the step towards the data leaves the range.
   SampleFit::Set(model, 1, 500, 1e-76, 1e-9);
   s.Measure(1, model, kE1);
   for (DataRow& row : s.tables.datasets.slots[0].points) row.y = 2;
@@ -229,7 +229,7 @@ TEST_F(Running, AGroupWhoseFirstMemberHasNoInfluenceIsFittedAllTheSame) {
   s.Term(1, 2);
   s.Run();
   EXPECT_NEAR(Cell(busy, 0, G).value, 8, 1e-5);
-  EXPECT_EQ(Cell(model, 0, G).value, Cell(busy, 0, G).value);  // carried along by its group
+  EXPECT_EQ(Cell(model, 0, G).value, Cell(busy, 0, G).value);  // set through its group
 }
 
 TEST_F(Running, WithANegativeWeightThereIsNoStep) {
@@ -253,8 +253,8 @@ TEST_F(Running, AnErrorBarOfZeroEndsWithoutAHang) {
 }
 
 TEST_F(Running, AChiSqThatIsNotANumberCountsAsAnImprovement) {
-  // With one parameter an endless matrix passes, 1/sqrt(infinity) being 0, and the slope by a constant is 1 even where
-  // the constant is not a number any more: only the number of iterations ends this run.
+  // With one parameter an infinite matrix is accepted, because 1/sqrt(infinity) is 0. The slope by a constant is 1 even
+  // if the constant is NaN: only the number of iterations ends this run.
   PrepareConstant(7);
   s.tables.datasets.slots[0].points[0].sigma = 0;
   s.Rebuild();

@@ -1,4 +1,5 @@
-// A fit about to run: the spectrum of one oscillator, and a start beside its parameters, in a folder of its own.
+// A fit that is ready to run: the spectrum of one oscillator, and start values near its parameters, in a separate
+// folder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@
 
 namespace kalvex {
 
-// Calls functions of a test around the iterations of a run.
+// Calls functions of a test after the iterations of a run.
 class RunWatch : public FitObserver {
  public:
   std::function<void()> iterationDone = [] {};
@@ -33,14 +34,14 @@ class Running : public testing::Test {
  protected:
   Running() : inside(folder.Name()), model(s.AddModel(4, 120, 250, 8)) {}
 
-  // The spectrum of the true values, and a start beside them.
+  // The spectrum of the true values, and start values near them.
   void Prepare(double bend = 0, int quantity = kRefl) {
     SampleFit::Set(model, 4, 120, 250, 8);
     s.Measure(1, model, quantity, 0.01, bend);
     SampleFit::Set(model, 3.5, 116, 230, 11);
     s.Term(1, 1);
   }
-  // Data that ask for a constant of this value, and nothing else to fit.
+  // Data that a constant of this value fits, with no other parameter.
   void PrepareConstant(double asked) {
     FixAll(model, true);
     model.epsInf.adjustable = 1;

@@ -37,7 +37,7 @@ struct SampleFit {
     Cell(of, 0, G).value = g;
   }
 
-  // Fills a slot with a Quantity of the model as it stands, plus a bend that no model follows.
+  // Fills a slot with a Quantity of the model's present values, plus a bend that no model can fit.
   void Measure(int slot, Model& of, int quantity, double sigma = 0.01, double bend = 0, int points = 60) {
     Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset{};
@@ -73,7 +73,7 @@ struct SampleFit {
   void Run(FitObserver& observer) {
     ASSERT_TRUE(RunFit(tables.fit, tables.params, tables.eval, tables.platform, observer).Ok());
   }
-  // A run that can be taken back, and that.
+  // A run that can be undone.
   void RunWithUndo() {
     StoreStartValues(tables.fit, tables.params, tables.eval);
     Run();

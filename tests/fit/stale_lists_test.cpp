@@ -1,5 +1,5 @@
-// Lists that were made before rows, meshes or models went: each operation on the fit makes them anew, and gives what it
-// gives with fresh ones. Under the sanitizers this finds what reaches for a parameter that is gone.
+// Lists that are outdated because rows, meshes or models were removed. Each operation on the fit rebuilds them, and its
+// result equals that with up-to-date lists. Under the sanitizers this detects an access to a removed parameter.
 #include <functional>
 #include <string>
 #include <vector>
@@ -14,8 +14,8 @@
 namespace kalvex {
 namespace {
 
-// Model 1 has three rows, model 2 a row and a mesh, and model 3 nothing but a constant; there is a term of each. The
-// meshes are made at the points of datasets 4 and 5.
+// Model 1 has three rows, model 2 a row and a mesh, and model 3 only a constant. Each has a term. The meshes have the
+// frequencies of datasets 4 and 5.
 struct Stale : SampleFit {
   Model& rows;
   Model& mesh;
@@ -94,7 +94,7 @@ const Change kChanges[] = {
      }},
 };
 
-// What an operation leaves: its file, the values, the lists and the sums of squares.
+// The result of an operation: its file, the values, the lists and the sums of squares.
 struct Left {
   Status status;
   std::string file;
@@ -212,7 +212,7 @@ TEST_P(StaleLists, TakeNothingBackFromARunOnWhatIsGone) {
 INSTANTIATE_TEST_SUITE_P(Of, StaleLists, testing::ValuesIn(kChanges),
                          [](const testing::TestParamInfo<Change>& change) { return change.param.name; });
 
-// A row behind the others takes no parameter away, though all of them move in memory.
+// A row after the others removes no parameter, but all of them move in memory.
 TEST_F(Running, ListsFromBeforeANewRowKeepTheirParameters) {
   Prepare(0.02);
   const Texts places = Places(fit());

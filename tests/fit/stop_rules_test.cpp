@@ -101,7 +101,7 @@ TEST_F(Running, TheFirstRuleThatHoldsIsTheOneNamed) {
   options().ReductionAmount = 1e30;
   s.Run();
   EXPECT_EQ(Stop(), "number of iterations");
-  EXPECT_EQ(fit().IterationCount, 1);  // a rule is asked after an iteration only
+  EXPECT_EQ(fit().IterationCount, 1);  // rules are checked only after an iteration
   options().StopOnIterations = false;
   s.Run();
   EXPECT_EQ(Stop(), "time");
@@ -125,7 +125,8 @@ TEST_F(Running, TheReductionIsThatOfTheLastSoManyIterationsTogether) {
   for (int last = 1; last <= 2; ++last) {
     options().StopOnReduction = true;
     options().ReductionIterations = last;
-    // More than the last two of four iterations gained, and less than any pair before.
+    // Slightly more than the gain over the last `last` of four iterations. The run must end at the first iteration with
+    // a smaller gain.
     const auto gain = [&](int at) {
       return chiSq[static_cast<std::size_t>(at - last)] - chiSq[static_cast<std::size_t>(at)];
     };
@@ -165,8 +166,7 @@ TEST_F(Running, ParametersOutOfRangeAreARuleWithoutEffect) {
 }
 
 TEST_F(Running, TheThousandthIterationEndsARunWhateverTheOptions) {
-  // Data that are not a number, against a model with nothing to adjust: ChiSq is not a number either, which counts as
-  // an improvement every time.
+  // With NaN data and a model without adjustable parameters ChiSq is NaN, which counts as an improvement every time.
   Prepare(0.02);
   Model& fixed = s.AddModel(3, 100, 200, 10);
   FixAll(fixed, true);
@@ -178,7 +178,7 @@ TEST_F(Running, TheThousandthIterationEndsARunWhateverTheOptions) {
   options().MaxSeconds = 1000;
   s.Run();
   EXPECT_EQ(fit().IterationCount, 1000);
-  EXPECT_EQ(Stop(), "the most iterations that a run may take");
+  EXPECT_EQ(Stop(), "largest number of iterations of a run");
 }
 
 TEST_F(Running, LambdasThatCannotGrowEndARun) {

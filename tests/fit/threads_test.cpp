@@ -1,5 +1,4 @@
-// Fits on several threads: values, error bars, iterations and all that stays behind are those of one thread to the last
-// bit.
+// Fits on several threads: values, error bars, iterations and the final state equal those of one thread bit for bit.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -86,7 +85,7 @@ TEST_F(FitsOnThreads, APlainModelWithLimitsAndCoupling) {
   });
 }
 
-// The points of the smaller model depend on few of the parameters, and are added one by one behind the others.
+// The points of the smaller model depend on few of the parameters. They are added one by one, after the others.
 TEST_F(FitsOnThreads, TwoModelsOfUnequalSize) {
   ExpectTheSame([](SampleFit& s) {
     Model& large = s.AddModel(4, 120, 250, 8);
@@ -149,7 +148,7 @@ TEST_F(FitsOnThreads, ASpecialModelWithItsPartners) {
   });
 }
 
-// A second term, whose special model lacks its partner, keeps the values that others have left.
+// A second term, whose special model lacks its partner, keeps the values of earlier evaluations.
 TEST_F(FitsOnThreads, ASpecialModelThatFailsBesideOneThatDoesNot) {
   ExpectTheSame([](SampleFit& s) {
     Model& sample = s.AddModel(4, 120, 250, 8);

@@ -1,5 +1,5 @@
-// Macros whose numbers are damaged, in this process: under the sanitizers this finds what reads or writes past an end.
-// The damage is the same in every run.
+// Macros with damaged numbers, run in this process. Under the sanitizers this detects accesses out of bounds. The
+// damage is the same in every run.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -14,7 +14,7 @@
 namespace kalvex {
 namespace {
 
-// Statements that touch no file, with damaged numbers: whatever they ask for, the program goes on.
+// Statements that use no file, with damaged numbers: the program must continue.
 TEST(DamagedMacros, StatementsWithAnyNumbersRun) {
   const ScratchFolder folder;
   const InFolder inside(folder.Name());

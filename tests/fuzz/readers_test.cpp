@@ -1,5 +1,5 @@
-// Every reader of the program against thousands of damaged files: whatever comes, it ends soon, in a told status. Run
-// under the sanitizers this finds what reads or writes past an end. The damage is the same in every run.
+// Every reader of the program against thousands of damaged files: it must return soon, with a status. Under the
+// sanitizers this detects accesses out of bounds. The damage is the same in every run.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -30,7 +30,7 @@ class Damage {
  public:
   explicit Damage(std::string dictionary) : dictionary_(std::move(dictionary)) {}
 
-  // A copy of the text with a few bytes changed, removed, doubled or put in.
+  // A copy of the text with a few bytes changed, removed, duplicated or inserted.
   std::string Of(std::string text) {
     for (int i = Below(6); i >= 0; --i) Once(text);
     return text;
@@ -90,7 +90,7 @@ TEST(DamagedFiles, MacrosParseOrNameAFaultInsideTheText) {
   }
 }
 
-// Statements that touch no file, with damaged numbers: whatever they ask for, the program goes on.
+// Statements that use no file, with damaged numbers: the program must continue.
 TEST(DamagedFiles, StatementsWithAnyNumbersRun) {
   const ScratchFolder folder;
   const InFolder inside(folder.Name());
@@ -158,7 +158,7 @@ TEST(DamagedFiles, ModelFilesLoadOrLeaveTheModelAlone) {
   Damage damage(std::string("\0\x01\x7f\xff", 4));
   for (int i = 0; i < kRounds; ++i) {
     const std::string path = folder.Write("bad.kvm", damage.Of(good));
-    LoadModel(model, path).Ignore();  // refused or loaded, it is a model that can go on
+    LoadModel(model, path).Ignore();  // whether it loads or not, the model stays usable
     ASSERT_LE(RowCount(model), 10000);
     ASSERT_EQ(model.rows.size() % kColumns, 0u);
   }
@@ -177,8 +177,8 @@ TEST(DamagedFiles, MeshAndParameterFilesLoadOrLeaveThingsAlone) {
   for (int i = 0; i < kRounds; ++i) {
     LoadVdf(model.vdf, folder.Write("bad.kvv", damage.Of(folder.Read("good.kvv")))).Ignore();
     const auto loaded = LoadParams(tables.params, folder.Write("bad.kvp", damage.Of(folder.Read("good.kvp"))));
-    ASSERT_TRUE(loaded.Ok());  // it reads up to the first record that is wrong
-    // Whatever the mesh is now, it must be possible to ask for its value.
+    ASSERT_TRUE(loaded.Ok());  // the reader stops at the first invalid record
+    // With any mesh it must be possible to evaluate the model.
     EvalModel(tables.eval, model, 250, true);
     ASSERT_LE(model.vdf.mesh.size(), 400u);
   }

@@ -55,7 +55,7 @@ TEST(Digamma, ManyTrigammasAreThoseOfOneNumberEach) {
   for (const double x : {1e-3, 0.5, 3.2, 9.99, 40.0}) {
     for (const double y : {-30.0, -1.5, 0.0, 0.2, 7.0, 500.0}) z.push_back({x, y});
   }
-  z.pop_back();  // no multiple of the numbers that go together
+  z.pop_back();  // not a multiple of the group size
   std::vector<Cplx> values(z.size()), slopes(z.size());
   Trigammas(z, values, slopes);
   for (std::size_t i = 0; i < z.size(); ++i) {

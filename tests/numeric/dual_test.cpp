@@ -1,4 +1,4 @@
-// Roots of dual numbers where their slope has no limit, and below 0.
+// Square roots of dual numbers at 0, where the slope is infinite, and below 0.
 #include "numeric/dual.h"
 
 #include <gtest/gtest.h>

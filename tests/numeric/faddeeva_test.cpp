@@ -11,8 +11,8 @@
 namespace kalvex {
 namespace {
 
-// (i/pi) integral of exp(-t^2)/(z - t) along a line below the pole, by the trapezoidal rule, which converges as fast as
-// an exponential: w(z) by its definition. The line is pushed down by 1 where z is near the axis.
+// (i/pi) integral of exp(-t^2)/(z - t) along a line below the pole: w(z) by its definition. The trapezoidal rule
+// converges exponentially. The line is shifted down by 1 if z is near the axis.
 std::complex<double> SlowFaddeeva(std::complex<double> z) {
   const std::complex<double> down(0, -1), i(0, 1);
   std::complex<double> sum;

@@ -1,4 +1,4 @@
-// The transform against its sum, back and forth, and its powers.
+// The transform against its defining sum, forward and back, and Parseval's sum of squares.
 #include "numeric/fft.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The solver for Hermitian matrices against closed forms, and against rotations of Jacobi on the complex matrix itself.
+// The solver for Hermitian matrices against closed forms, and against Jacobi rotations of the complex matrix itself.
 #include "numeric/hermitian_eigen.h"
 
 #include <gtest/gtest.h>
@@ -103,7 +103,7 @@ TEST(HermitianEigen, OfAChainHasTheCosinesOfItsLength) {
 
 TEST(HermitianEigen, FindsWholeStatesWhereLevelsMeet) {
   EigenScratch scratch;
-  // A projection turned at random: levels 0 (three times) and 1 (twice).
+  // A randomly rotated projection: levels 0 (three times) and 1 (twice).
   constexpr std::size_t kSize = 5;
   EigenScratch turned;
   ASSERT_TRUE(HermitianEigen(Flat(RandomHermitian(kSize, 3)), kSize, true, turned));

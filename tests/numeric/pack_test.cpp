@@ -53,7 +53,7 @@ TEST(Packs, ExponentialAtTheEndsOfItsRange) {
   EXPECT_TRUE(std::isnan(Exp(Pack(std::nan(""))).x[3]));
 }
 
-// Near a zero of the sine the distance to it counts, not the units of the tiny result.
+// Near a zero of the sine the absolute error is tested, not the ulps of the tiny result.
 TEST(Packs, SineAndCosineAreWithinTwoUnits) {
   for (const double reach : {0.7, 10.0, 1e3, 9e5}) {
     ForRandomPacks(-reach, reach, [&](const Pack& x) {

@@ -1,4 +1,4 @@
-// Roots against polynomials made from roots, and the degrees of degenerate ones.
+// Roots of polynomials with known roots, and the degrees of degenerate polynomials.
 #include "numeric/polynomial_roots.h"
 
 #include <gtest/gtest.h>

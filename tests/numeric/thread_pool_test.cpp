@@ -1,4 +1,4 @@
-// The pool: every task once, whoever does it.
+// The pool runs every task exactly once, on any thread.
 #include "numeric/thread_pool.h"
 
 #include <gtest/gtest.h>
@@ -76,7 +76,7 @@ TEST(ThreadPool, WithoutOneTheTasksAreDoneInOrder) {
   EXPECT_EQ(order, (std::vector<std::size_t>{0, 1, 2, 3}));
 }
 
-// ---- the matrix work on it
+// ---- matrix operations in the pool
 
 std::vector<double> RandomNumbers(std::size_t count) {
   std::mt19937 random(4);

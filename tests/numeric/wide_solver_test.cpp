@@ -1,4 +1,4 @@
-// The factorisation by blocks, the border before a band, and the sum of outer products.
+// The blocked factorisation, the border in front of a band, and the sum of outer products.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,8 +11,8 @@
 namespace kalvex {
 namespace {
 
-// A random matrix that is positive definite by its heavy diagonal: a band of half-width h behind a border of d full
-// rows, and with so many full columns at its end.
+// A random matrix, positive definite because of its large diagonal: a border of d full rows, a band of half-width h,
+// and some full columns at the end.
 struct System {
   std::size_t n;
   std::vector<double> data, b;
@@ -27,7 +27,7 @@ struct System {
         if (i < border || j - i <= half || j + columns >= n) data[i * n + j] = value(random);
       }
       data[i * n + i] = 2.0 * static_cast<double>(n);
-      for (std::size_t j = 0; j < i; ++j) data[i * n + j] = 1e300;  // what stands there must not matter
+      for (std::size_t j = 0; j < i; ++j) data[i * n + j] = 1e300;  // must not be read
     }
   }
 
@@ -73,7 +73,7 @@ TEST(SolveBanded, FullColumnsAnywhereAreSolved) {
       BandFactor factor;
       ASSERT_EQ(SolveBanded({system.data.data(), 260}, factor, system.b, x, true), 0);
       EXPECT_EQ(factor.border, border);
-      EXPECT_EQ(factor.top[100], 97U) << "a band is to stay one";
+      EXPECT_EQ(factor.top[100], 97U) << "the band must stay a band";
       ExpectSolved(system, system.b, x);
     }
   }

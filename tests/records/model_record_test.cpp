@@ -123,9 +123,9 @@ TEST(Rows, MovingTheFirstUpOrTheLastDownChangesNothing) {
   MoveRowUp(*model, 0);
   MoveRowDown(*model, 2);
   EXPECT_EQ(order(), (std::array{0.0, 1.0, 2.0}));
-  MoveRowUp(*model, 9);  // counts as the last
+  MoveRowUp(*model, 9);  // replaced by the last
   EXPECT_EQ(order(), (std::array{0.0, 2.0, 1.0}));
-  MoveRowDown(*model, -9);  // counts as the first
+  MoveRowDown(*model, -9);  // replaced by the first
   EXPECT_EQ(order(), (std::array{2.0, 0.0, 1.0}));
 }
 
@@ -211,7 +211,7 @@ TEST(SetValue, HoldsLimitsAndTheClampWithTheirCodes) {
   ModelParam param;
   param.min = 2;
   param.max = 5;
-  EXPECT_EQ(SetValue(tables, param, 1), kStored);  // limits are not in force
+  EXPECT_EQ(SetValue(tables, param, 1), kStored);  // limits are not active
   EXPECT_EQ(param.value, 1);
   param.useMin = 1;
   EXPECT_EQ(SetValue(tables, param, 1), kRaisedToMin);
@@ -226,7 +226,7 @@ TEST(SetValue, HoldsLimitsAndTheClampWithTheirCodes) {
   EXPECT_EQ(param.value, -1e70);
   EXPECT_EQ(SetValue(tables, param, 1e70), kStored);
   param.useMin = 1;
-  param.min = 1e72;  // a limit beyond the clamp: the clamp has the last word
+  param.min = 1e72;  // a limit beyond the clamp: the clamp is applied last
   EXPECT_EQ(SetValue(tables, param, 0), kClampedTo1e70);
   EXPECT_EQ(param.value, 1e70);
 }

@@ -1,4 +1,4 @@
-// A composite term called by hand.
+// Calls a composite term directly.
 #pragma once
 
 #include <cmath>
@@ -14,8 +14,8 @@ namespace kalvex {
 
 using Values = std::vector<double>;
 
-// Values in; value, and derivatives by every input, out. Derivatives that are not written stay at -7. A term is called
-// by one of its codes, its first where two terms share one.
+// Input values in; value, and derivatives by every input, out. A derivative that is not written stays -7. A term is
+// identified by one of its codes: the first one if two terms share a code.
 struct Called {
   Values values;
   std::vector<Cplx> slopes;
@@ -44,7 +44,7 @@ struct Called {
   }
 };
 
-// What a term that reads a dataset is given: a positive bump between 20 and 400 cm-1.
+// The dataset for a term that reads one: a positive bump between 20 and 400 cm-1.
 inline std::vector<DataRow> SampleSpectrum() {
   std::vector<DataRow> rows;
   for (double x = 20; x <= 400; x += 20) rows.push_back({x, 0.4 * std::exp(-std::pow((x - 180) / 80, 2)), 0.01});

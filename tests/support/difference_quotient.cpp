@@ -33,7 +33,7 @@ SlopeEstimate RiddersSlope(const std::function<double(double)>& f, double x, dou
     }
     if (std::fabs(table[i][i] - table[i - 1][i - 1]) >= 4 * best.error) break;
   }
-  // What the rounding of f alone makes of the shortest step.
+  // The error from the rounding of f at the shortest step.
   best.error += std::numeric_limits<double>::epsilon() * largest / h;
   return best;
 }

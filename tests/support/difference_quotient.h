@@ -1,5 +1,5 @@
-// Derivatives by Ridders' extrapolation of central difference quotients, with an estimate of their own error: the judge
-// of every analytic derivative.
+// Derivatives by Ridders' extrapolation of central difference quotients, with an error estimate: the reference for
+// every analytic derivative.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,8 @@ struct SlopeEstimate {
   double error = 0;
 };
 
-// Slope of f at x. scale: a distance over which f changes noticeably; the first step is a part of it.
+// Slope of f at x. scale: a distance over which f changes noticeably; the first step is a fraction of it.
+//
 //     C. J. F. Ridders, Adv. Eng. Software 4, 75 (1982)
 SlopeEstimate RiddersSlope(const std::function<double(double)>& f, double x, double scale);
 

@@ -1,4 +1,4 @@
-// Notes what a session tells.
+// Records the changes that a session reports.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace kalvex {
 
-// "model 2" for a change of that model, and so on.
+// A change as text: "model 2" for a change of model 2, and so on.
 class Ears : public SessionListener {
  public:
   explicit Ears(Session& session) : session_(session) { session.Listen(*this); }

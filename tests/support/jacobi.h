@@ -1,5 +1,5 @@
-// Levels and states of a Hermitian matrix by rotations that take one element after the other away: slow, short, and
-// nothing in common with the program's own solver.
+// Levels and states of a Hermitian matrix by Jacobi rotations, which remove one element after the other: slow, short,
+// and independent of the program's solver.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +14,7 @@ using ComplexMatrix = std::vector<std::vector<std::complex<double>>>;
 
 struct JacobiStates {
   std::vector<double> level;  // ascending
-  ComplexMatrix state;        // of level k: state[k]
+  ComplexMatrix state;        // state[k] belongs to level[k]
 };
 
 inline JacobiStates SolveByJacobi(ComplexMatrix a) {

@@ -1,4 +1,4 @@
-// A session, and a desk on it, whose tables a test may set up and read by hand.
+// A session with a desk. A test can write and read their tables directly.
 #pragma once
 
 #include "session/session.h"
@@ -7,7 +7,7 @@
 
 namespace kalvex {
 
-// The friend of Session.
+// A friend of Session.
 struct SessionAccess {
   static SessionTables& Tables(Session& s) { return s.tables_; }
   static EvalContext& Eval(Session& s) { return s.eval_; }

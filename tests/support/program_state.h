@@ -1,4 +1,4 @@
-// All numbers that evaluations and fits leave in the tables, for comparisons to the last bit.
+// All numbers that evaluations and fits write to the tables, for bitwise comparison.
 #pragma once
 
 #include <cstring>
@@ -35,7 +35,7 @@ inline std::vector<double> NumbersLeftIn(const Tables& tables) {
   return numbers;
 }
 
-// NaN equals NaN here, and 0 is not -0.
+// Bitwise: NaN equals NaN, and 0 differs from -0.
 inline bool SameBits(const std::vector<double>& a, const std::vector<double>& b) {
   return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }

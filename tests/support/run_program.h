@@ -1,4 +1,4 @@
-// Running the real program on real macro files.
+// Runs the real program on real macro files.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ struct ProgramRun {
 // Runs build/kalvex in the folder with these arguments. environment: "NAME=value" settings added to the test's own.
 ProgramRun RunProgram(const ScratchFolder& folder, const std::vector<std::string>& args,
                       const std::vector<std::string>& environment = {});
-// The same for a copy of it that lies elsewhere.
+// The same for a copy of the program in another folder.
 ProgramRun RunCopy(const std::string& program, const ScratchFolder& folder, const std::vector<std::string>& args,
                    const std::vector<std::string>& environment = {});
 

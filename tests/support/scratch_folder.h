@@ -1,4 +1,4 @@
-// A folder of its own for a test that works with files.
+// A separate folder for a test that works with files.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace kalvex {
 
-// Makes an empty folder, with a blank in its name, and removes it and its content at the end.
+// Creates an empty folder with a blank in its name. The destructor removes the folder and its content.
 class ScratchFolder {
  public:
   ScratchFolder();
@@ -17,7 +17,7 @@ class ScratchFolder {
 
   // The path of a file in the folder.
   std::string Path(std::string_view name) const;
-  std::string Write(std::string_view name, std::string_view content) const;  // gives the path
+  std::string Write(std::string_view name, std::string_view content) const;  // returns the path
   std::string Read(std::string_view name) const;                             // fails the test if there is no such file
   bool Has(std::string_view name) const;
   const std::string& Name() const { return name_; }
@@ -26,7 +26,7 @@ class ScratchFolder {
   std::string name_;
 };
 
-// The folder as the current directory, as long as this lives.
+// Makes the folder the current directory during the lifetime of this object.
 class InFolder {
  public:
   explicit InFolder(const std::string& folder);
@@ -38,7 +38,7 @@ class InFolder {
   std::string before_;
 };
 
-// The numbers of a text, line by line; a line that does not start with a number is left out.
+// The numbers of a text, line by line. A line that does not start with a number is skipped.
 std::vector<std::vector<double>> NumbersOf(std::string_view text);
 
 // The path of a file of the project, from its top folder.

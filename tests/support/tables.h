@@ -1,4 +1,4 @@
-// The tables that the lower floors work on, joined for a test: no session guards them.
+// The tables of the lower floors in one record, without a session.
 #pragma once
 
 #include "datasets/dataset.h"
@@ -21,7 +21,7 @@ struct Tables {
   FitState fit;
   GraphTable graphs;
 
-  // threads: how many may evaluate at once.
+  // threads: number of threads for an evaluation.
   explicit Tables(int threads = 1) : pool(threads) {
     params.ExpParams = DefaultExpParams();
     eval.params = &params;

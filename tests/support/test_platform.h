@@ -1,4 +1,4 @@
-// A platform for tests: messages are kept, the clock stands still, and whatever else a test needs is a function of it.
+// A platform for tests. It stores the messages, and its clock does not advance. A test can set the other functions.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The ladder of tolerances. A wider rung is only for a test that says which operation loses the digits.
+// The tolerances. A test that needs a larger one states which operation loses the digits.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ inline constexpr double kEps = std::numeric_limits<double>::epsilon();
 inline constexpr double kRound = 16 * kEps;    // a handful of operations, none of which cancels
 inline constexpr double kChain = 2048 * kEps;  // a long sum or product
 
-// |a - b| within tolerance times the larger magnitude; equal values, infinite ones too, always pass.
+// Whether |a - b| is within tolerance times the larger magnitude. Equal values, also infinite ones, always pass.
 inline testing::AssertionResult CloseTo(double value, double expected, double tolerance) {
   const double allowed = tolerance * std::fmax(std::fabs(value), std::fabs(expected));
   if (value == expected || std::fabs(value - expected) <= allowed) return testing::AssertionSuccess();

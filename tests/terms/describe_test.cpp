@@ -1,4 +1,4 @@
-// What a user reads of the terms: it is complete, and what an element of the rows means is told.
+// The descriptions of terms for users: they are complete, and elements of the rows have their meaning.
 #include "terms/describe.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ TEST_P(Description, TellsAllThatAUserReads) {
   EXPECT_STRNE(record().name, "");
   EXPECT_NE(record().calc, nullptr);
   for (const std::string text : {page.formula, page.source, page.limits}) EXPECT_FALSE(text.empty());
-  EXPECT_NE(std::string(page.source).back(), '.');  // the page goes on with one
+  EXPECT_NE(std::string(page.source).back(), '.');  // the page appends one
   EXPECT_EQ(std::string(page.limits).back(), '.');
   EXPECT_TRUE(page.causal || *page.causality) << "why not";
   EXPECT_LT(page.from, page.to);
@@ -70,7 +70,7 @@ TEST(TermOfCode, KnowsFactorRowsAndPrefersTheRecordThatBeginsWithTheCode) {
 
 class Meanings : public testing::Test {
  protected:
-  // A model whose one row has the code, held or not.
+  // A model with one row of that code, fixed or not.
   std::string At(double code, int column, bool held = true) {
     Model model;
     model.number = 1;

@@ -27,7 +27,7 @@ const Std I(0, 1);
 
 Std D(double w, double W, double G) { return {W * W - w * w, -w * G}; }
 
-// What a test knows of a term: inputs in a sensible range, each as lowest and highest, and the value by its definition.
+// The test data of a term: for each input a sensible range (lowest, highest), and the value by its definition.
 struct Sample {
   std::vector<std::pair<double, double>> ranges;
   Formula value;
@@ -55,7 +55,7 @@ Sample BandSample(std::size_t inputs) {
 
 double Gauss(double x, double s) { return std::exp(-x * x / (2 * s * s)) / (std::sqrt(2 * kPi) * s); }
 
-// The Gaussian mean of A/D over the frequency, the pole kept off the axis by G: a plain sum is then exact enough.
+// The Gaussian mean of A/D over the frequency. G keeps the pole off the axis: a plain sum is accurate enough.
 Std SpreadLorentzian(double w, const Values& in) {
   const double A = in[0], G = in[1], W = in[2], S = in[3], h = 0.01;
   const Std b = std::sqrt(Std(W * W - G * G / 4)), z = w + I * G / 2.0;
@@ -68,8 +68,7 @@ Std SpreadLorentzian(double w, const Values& in) {
   return A / (2.0 * b) * sum;
 }
 
-// The transform of the absorption above a gap, by a substitution that is dense at the gap, with the value at w taken
-// out.
+// The transform of the absorption above a gap. The substitution is dense at the gap, and the value at w is subtracted.
 Std AmorphousGap(double w, const Values& in) {
   const double A = in[0], C = in[1], E0 = in[2], Eg = in[3];
   const auto e2 = [&](double E) {
@@ -188,8 +187,8 @@ const std::map<int, Sample>& Samples() {
   return samples;
 }
 
-// First codes of the terms that have a test file of their own: superconductors, electrons coupled to bosons, and the
-// factorised dielectric function.
+// First codes of the terms with a separate test file: superconductors, electrons coupled to bosons, and the factorised
+// dielectric function.
 constexpr int kOwnTests[] = {7, 20, 23, 41, 44, 1000};
 
 Values Drawn(const Sample& sample, unsigned seed) {
@@ -200,7 +199,7 @@ Values Drawn(const Sample& sample, unsigned seed) {
   return values;
 }
 
-// The places of the numbers that can be fitted among the values of a call; the counts of factor rows cannot.
+// The indices of the inputs that the fit can vary. The counts of factor rows are not among them.
 std::vector<std::size_t> FittedInputs(const TermRecord& record) {
   std::vector<std::size_t> places;
   for (std::size_t i = 0; i < record.inputs.size(); ++i) {
@@ -259,7 +258,7 @@ TEST_P(EveryTerm, HasASampleWithAllItsInputs) {
 }
 
 TEST_P(EveryTerm, HasTheValueOfItsDefinition) {
-  // The amorphous gap is judged by a quadrature of limited accuracy.
+  // The reference for the amorphous gap is a quadrature of limited accuracy.
   const bool byQuadrature = record().firstId >= 200 && record().firstId <= 210;
   for (unsigned seed = 1; seed <= 8; ++seed) {
     const Values in = Drawn(sample(), seed);
@@ -300,7 +299,7 @@ TEST_P(EveryRecord, GivesNumbersOverItsTypicalRange) {
   }
 }
 
-// Its value depends on every number, and on nothing that it calls idle.
+// The value depends on every number, and on no idle input.
 TEST_P(EveryRecord, DependsOnItsNumbersAndNotOnItsIdleInputs) {
   for (std::size_t i = 0; i < record().inputs.size(); ++i) {
     const TermCell& cell = record().inputs[i];
@@ -325,7 +324,7 @@ TEST_P(EveryScalarTerm, IsTheWeightedIntegralOfTheImaginaryPart) {
   double sum = 0;
   for (double x = h / 2; x < w; x += h) sum += x * called.Value(GetParam(), x).im * h;
   const double expected = sum / (4 * kPi);
-  // The mean over a Gaussian is cut at three of its widths, and its spread pole leaves the value a little aside.
+  // The mean over a Gaussian is cut at three of its widths, and the shifted pole changes the value slightly.
   const double allowed = GetParam() == 47 || GetParam() == 49 ? 0.02 : 1e-4;
   EXPECT_NEAR(called.Scalar(GetParam(), w), expected, allowed * std::fabs(expected));
 }
@@ -426,13 +425,13 @@ TEST(Terms, LimitsOfTheCoupledOnes) {
   const Std expected = 200 * 200.0 / D(w, 100, 9) + 300 * 300.0 / D(w, 250, 20);
   EXPECT_CLOSE(two.re, expected.real(), kChain);
   EXPECT_CLOSE(two.im, expected.imag(), kChain);
-  // A Fano mode without its bend, and a back-scattering of 0.
+  // A Fano mode with Q = 0, and a back-scattering of 0.
   const Std line = 200 * 200.0 / D(w, 100, 9), drude = 60.0 * I / w * (200 * 200.0 / 60 / (9.0 - I * w));
   EXPECT_CLOSE(Called({200, 9, 100, 0}).Value(55, w).im, line.imag(), kChain);
   EXPECT_CLOSE(Called({200, 0, 9, 50}).Value(33, w).im, drude.imag(), kChain);
   // Back-scattering of -1 with one rate leaves no static conductivity.
   EXPECT_NEAR(Called({200, -1, 9, 9}).Value(33, 1e-6).im * 1e-6 / 60, 0, 1e-4);
-  // Of a resonance far away nothing is left beside the Drude term of the same plasma frequency.
+  // A resonance far away leaves only the Drude term of the same plasma frequency.
   EXPECT_NEAR(Called({200, 9, 1e9, 5}).Value(31, w).re / (-200 * 200.0 / (w * w)), 0, 1e-3);
 }
 
@@ -504,7 +503,7 @@ TEST(Terms, TheStepOfALayerHasItsLimits) {
   EXPECT_NEAR(Called({0, 50, 1, 3.35}).Value(60, 1000).im * 1000 / 60, 1816.5, 1e-6);
   EXPECT_NEAR(Called({0, 500, 1, 3.35}).Value(60, 400).im, 0, 1e-9);
   EXPECT_TRUE(std::isfinite(Called({0, 50, 0, 3.35}).Value(60, 0).im));
-  EXPECT_LT(Called({0, 0, 1e6, 3.35}).Value(60, 100).im * 100 / 60, 1);  // hot: nothing left
+  EXPECT_LT(Called({0, 0, 1e6, 3.35}).Value(60, 100).im * 100 / 60, 1);  // at high temperature it vanishes
 }
 
 }  // namespace

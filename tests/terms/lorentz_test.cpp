@@ -19,7 +19,7 @@ using Std = std::complex<double>;
 
 Std DenominatorAt(double w, double W, double G) { return {W * W - w * w, -w * G}; }
 
-// A calculator called by hand: values in, value and derivatives out.
+// Calls a calculator directly: values in, value and derivatives out.
 struct Caller {
   TermCalc calc;
   std::vector<double> values;
@@ -43,7 +43,7 @@ void ExpectSlopes(Caller caller, double w) {
   caller.At(w);
   const std::vector<Cplx> slopes = caller.slopes;
   for (std::size_t i = 0; i < slopes.size(); ++i) {
-    if (caller.calc == kFactorised.calc && (i == 1 || i == 2)) continue;  // the counts are no parameters
+    if (caller.calc == kFactorised.calc && (i == 1 || i == 2)) continue;  // the counts are not parameters
     const auto part = [&](bool imaginary) {
       return [&caller, i, w, imaginary](double x) {
         const double before = std::exchange(caller.values[i], x);
@@ -203,8 +203,8 @@ TEST(PartialWeight, SpecialBranchesJoinTheClosedForm) {
   EXPECT_CLOSE(PartialWeightOf(50, 0, 20).F, std::atan2(50, 20), kRound);
   EXPECT_CLOSE(PartialWeightOf(50, 0, 20).dG, -50.0 / (2500 + 400), kRound);
   EXPECT_NEAR(PartialWeightOf(50, 1e-4, 20).F, std::atan2(50, 20), 1e-6);
-  // Critical damping, where the two roots meet: the closed form is taken a little beside, and loses half its digits
-  // there.
+  // Critical damping, where the two roots coincide. The closed form is evaluated at a slightly different width and
+  // loses half its digits there.
   EXPECT_NEAR(PartialWeightOf(50, 30, 60).F, SlowWeight(50, 30, 60), 1e-4);
   EXPECT_NEAR(PartialWeightOf(50, 30, 60 + 1e-6).F, PartialWeightOf(50, 30, 60 - 1e-6).F, 1e-6);
 }

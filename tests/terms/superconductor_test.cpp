@@ -42,7 +42,7 @@ Elliptic EllipticOf(double k) {
   return {K, K * (1 - sum)};
 }
 
-// Real conductivity over that of the normal state.
+// Real part of the conductivity relative to the normal state.
 double ReducedS1(int code, const Values& in, double w) {
   const double normal = in[0] * in[0] / (60 * in[1]);
   return w * Called(in).Value(code, w).im / 60 / normal;
@@ -76,7 +76,7 @@ TEST(Superconductor, BelowItsGapAColdOneDoesNotAbsorb) {
 }
 
 TEST(Superconductor, WhatIsMissingFromTheAbsorptionStandsAtZeroFrequency) {
-  // The superfluid's squared plasma frequency -w^2 eps1(0) and the finite part of the integral of S1 make up Wp^2.
+  // The superfluid's squared plasma frequency -w^2 eps1(0) and the finite part of the integral of S1 add up to Wp^2.
   const Values in = {5000, 80, 40, 6};
   const double w0 = 1e-3;
   const double superfluid = -Called(in).Value(kOfGap, w0).re * w0 * w0;

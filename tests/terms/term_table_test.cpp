@@ -12,7 +12,8 @@
 namespace kalvex {
 namespace {
 
-// What each record is: its first id, the number of ids, and its inputs as pairs of id index and column.
+// The expected content of each record: its first code, the number of codes, and its inputs as pairs of code index and
+// column.
 struct Row {
   int firstId;
   int nIds;
@@ -116,13 +117,13 @@ TEST(TermTable, ACodeStandsInOneRecordUnlessBothSayThatTheyShareIt) {
   }
 }
 
-// A term is named by the first code of its record in its page's file and on the command line.
+// The file of a term's page and the command line identify a term by the first code of its record.
 TEST(TermTable, NoTwoRecordsBeginWithTheSameCode) {
   std::set<int> first;
   for (const TermRecord* const record : TermTable) EXPECT_TRUE(first.insert(record->firstId).second) << record->firstId;
 }
 
-// The slots of the record with a first code.
+// The slots of the record with the given first code.
 struct Slots : TermSlots {
   Slots() { ClearSlots(*this); }
   const auto& Of(int firstId) const {
