@@ -11,7 +11,7 @@
 extern "C" int KalvexRunWindows(kalvex::Desk& desk, const char* macroFile, int argc, char** argv, std::string& fault);
 
 namespace kalvex {
-inline constexpr const char* kNoWindows = "no windows: ";  // and why
+inline constexpr const char* kNoWindows = "windows cannot be opened: ";  // and why
 inline constexpr const char* kLayerEntry = "KalvexRunWindows";
 using LayerEntry = decltype(&KalvexRunWindows);
 }  // namespace kalvex

@@ -51,7 +51,7 @@ bool IsCutShort(const std::string& library) {
 // The function of the library that opens the windows. Null, with the reason in fault, if it cannot be had.
 LayerEntry EntryOf(const std::string& library, std::string& fault) {
   if (IsCutShort(library)) {
-    fault = kNoWindows + library + " is cut short";
+    fault = kNoWindows + library + " is truncated";
     return nullptr;
   }
   void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);

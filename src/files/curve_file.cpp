@@ -111,10 +111,11 @@ Status ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* mode
   const int status = model && what.quantity ? WriteCurve(params, ctx, *model, what, file) : 0;
   if (Status written = file.Commit(); !written.Ok()) return written;
   if (status == 0) return {};
-  return {StatusCode::kNotComputed,
-          "the model computes nothing: a model or dataset that it names is missing, or its rows do not fit. The "
-          "values are old ones",
-          path};
+  return {
+      StatusCode::kNotComputed,
+      "the model could not be evaluated: a model or dataset that it names is missing, or its rows are not valid; the "
+      "values are those of an earlier evaluation",
+      path};
 }
 
 }  // namespace kalvex

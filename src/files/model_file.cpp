@@ -144,7 +144,7 @@ Status LoadModel(Model& model, const std::string& path) {
   std::string content;
   if (!ReadWholeFile(path, content)) return CannotOpen(path);
   if (content.size() < kRecordSize + sizeof(std::int32_t)) {
-    return {StatusCode::kBadFormat, "'" + path + "' is no model file", path};
+    return {StatusCode::kBadFormat, "'" + path + "' is not a model file", path};
   }
   ByteReader in(content);
   std::array<char, kRecordSize> record{};

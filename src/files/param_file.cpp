@@ -125,7 +125,7 @@ Result<std::vector<std::uint32_t>> LoadParams(ParamTables& tables, const std::st
 Status SaveParamsSpecial(const ParamTables& tables) {
   std::vector<SpecialEntry> entries;
   if (!ReadConfiguration(tables, entries)) {
-    return {StatusCode::kBadFormat, "'ParsSpecial.cfg' is missing or wrong", "ParsSpecial.cfg"};
+    return {StatusCode::kBadFormat, "'ParsSpecial.cfg' is missing or has a wrong entry", "ParsSpecial.cfg"};
   }
   std::stable_sort(entries.begin(), entries.end(),
                    [](const SpecialEntry& a, const SpecialEntry& b) { return a.file < b.file; });

@@ -34,7 +34,7 @@ Status LoadVdf(VarDielFunc& vdf, const std::string& path) {
   std::string content;
   if (!ReadWholeFile(path, content)) return CannotOpen(path);
   if (content.size() < kHeadSize) {
-    return {StatusCode::kBadFormat, "'" + path + "' is no file of a variational dielectric function", path};
+    return {StatusCode::kBadFormat, "'" + path + "' is not a file of a variational dielectric function", path};
   }
   ByteReader in(content);
   vdf.On = in.U32();

@@ -72,7 +72,7 @@ MacroResult LoadDatasetCommand(MacroCall& call, const LoadDatasetParams& p) {
   const Dataset& dataset = *call.session.FindDataset(slot);
   std::string said =
       SlotText(slot) + " is '" + dataset.name + "', " + QuantityText(dataset.Quantity) + ", " + RangeText(dataset);
-  if (p.Quantity && !QuantityOfShortName(*p.Quantity)) said += "; '" + *p.Quantity + "' is no Quantity and was ignored";
+  if (p.Quantity && !QuantityOfShortName(*p.Quantity)) said += "; '" + *p.Quantity + "' is not a Quantity, ignored";
   return call.Done(said);
 }
 
@@ -97,14 +97,16 @@ MacroResult ExportDatasetCommand(MacroCall& call, const ExportDatasetParams& p) 
                                                    FlagOf(p.ExportErrorBars).value_or(false));
   const bool isLoaded = call.session.FindDataset(*p.DatasetNo) != nullptr;
   return call.Told(status, SlotText(*p.DatasetNo) +
-                               (isLoaded ? " written to '" : " is not loaded; an empty file is at '") + *p.File + "'");
+                               (isLoaded ? " written to '" : " is not loaded; an empty file was written: '") + *p.File +
+                               "'");
 }
 
 MacroResult AddNoiseCommand(MacroCall& call, const AddNoiseParams& p) {
   if (!p.Sigma) return call.Missing("Sigma");
   const int slot = p.DatasetNo.value_or(1);
   const Status status = call.session.AddNoise(slot, *p.Sigma);
-  return Outcome(call, status, slot, call.session.FindDataset(slot) != nullptr, "has noise of " + TextG(*p.Sigma));
+  return Outcome(call, status, slot, call.session.FindDataset(slot) != nullptr,
+                 "has additional noise of sigma " + TextG(*p.Sigma));
 }
 
 MacroResult CutDatasetCommand(MacroCall& call, const CutDatasetParams& p) {
@@ -118,7 +120,7 @@ MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityP
   if (!p.DatasetNo) return call.Missing("DatasetNo");
   if (!p.Quantity) return call.Missing("Quantity");
   const auto quantity = QuantityOfShortName(*p.Quantity);
-  if (!quantity) return call.Nothing("'" + *p.Quantity + "' is no Quantity");
+  if (!quantity) return call.Nothing("'" + *p.Quantity + "' is not a Quantity");
   if (!call.session.FindDataset(*p.DatasetNo)) return call.Nothing(NotLoaded(*p.DatasetNo).Text());
   return call.Told(call.session.SetDatasetQuantity(*p.DatasetNo, *quantity, Heard::kAtOnce),
                    SlotText(*p.DatasetNo) + " is now " + QuantityText(*quantity));

@@ -38,7 +38,7 @@ std::optional<int> NeededQuantity(MacroCall& call, const std::optional<std::stri
     return std::nullopt;
   }
   const auto quantity = QuantityOfShortName(*name);
-  if (!quantity) call.Nothing("'" + *name + "' is no Quantity");
+  if (!quantity) call.Nothing("'" + *name + "' is not a Quantity");
   return quantity;
 }
 
@@ -123,7 +123,7 @@ MacroResult AddDataCurveCommand(MacroCall& call, const AddDataCurveParams& p) {
   SetFlagIfGiven(curve.SymbolOpen, p.SymbolOpen);
   Add(call, *graph, curve);
   if (!curve.ShowLine && !curve.ShowSymbol && !curve.ShowError) {
-    call.said += "; nothing of it is drawn without ShowLine, ShowSymbol or ShowError";
+    call.said += "; the curve is invisible without ShowLine, ShowSymbol or ShowError";
   }
   return MacroResult::kNext;
 }
@@ -197,7 +197,7 @@ MacroResult DrawGraphCommand(MacroCall& call, const DrawGraphParams& p) {
   if (!graph) return MacroResult::kNext;
   if (!p.File) return call.Missing("File");
   const auto format = PictureFormatOf(*p.File);
-  if (!format) return call.Nothing("the name of a picture ends in .svg, .pdf or .png, not as '" + *p.File + "'");
+  if (!format) return call.Nothing("'" + *p.File + "' does not end in .svg, .pdf or .png");
   const int width = p.Width.value_or(graph->Width), height = p.Height.value_or(graph->Height);
   return call.Told(call.session.DrawGraph(graph->number, *format, width, height, *p.File),
                    std::to_string(width) + " x " + std::to_string(height) + " pixels drawn to '" + *p.File + "'");

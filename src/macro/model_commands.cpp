@@ -23,7 +23,7 @@ Result<ParamRef> ParamNamed(const Model& model, const std::string& name, std::op
                             const char* lorNoName) {
   if (EqualsIgnoringCase(name, "Einf")) return ParamRef::EpsInf(model.number);
   const auto column = ColumnNamed(name);
-  if (!column) return {StatusCode::kBadArgument, "'" + name + "' is none of Einf, Wo, Wp, G"};
+  if (!column) return {StatusCode::kBadArgument, "'" + name + "' is not one of Einf, Wo, Wp, G"};
   if (!lorNo) return {StatusCode::kBadArgument, std::string(lorNoName) + " is missing"};
   return ParamRef::Row(model.number, *lorNo, *column);
 }
@@ -116,7 +116,7 @@ MacroResult FixAllModelParamsCommand(MacroCall& call, const ModelNoParams& p) {
   const bool isPlace = *p.ModelNo >= 1 && *p.ModelNo <= kMaxModels;
   const auto place = static_cast<std::size_t>(isPlace ? *p.ModelNo - 1 : 0);
   const std::uint32_t number = isPlace ? call.session.Params().models[place].number : 0;
-  if (number == 0) return call.Nothing("place " + std::to_string(*p.ModelNo) + " holds no model");
+  if (number == 0) return call.Nothing("place " + std::to_string(*p.ModelNo) + " of the model table is empty");
   return call.Told(call.session.FixAllParams(number, true), "all parameters of " + ModelText(number) + " fixed");
 }
 

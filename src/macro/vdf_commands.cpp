@@ -36,7 +36,7 @@ Status PressKey(Session& session, std::uint32_t model, const std::string& key) {
   if (EqualsIgnoringCase(key, "F5")) return session.ToggleMeshKK(model);
   if (EqualsIgnoringCase(key, "F6")) return InitFromFirstDataset(session, model);
   if (EqualsIgnoringCase(key, "F7")) return session.ToggleMeshFitActive(model);
-  return {StatusCode::kBadArgument, "'" + key + "' is none of F4, F5, F6, F7"};
+  return {StatusCode::kBadArgument, "'" + key + "' is not one of F4, F5, F6, F7"};
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ Status Session::TransformDataset(int slot, double scale, double shift) {
 Status Session::AddNoise(int slot, double sigma) {
   Dataset* const dataset = SlotOf(slot);
   if (!dataset) return NoSuchSlot(slot);
-  return Do({"noise on " + SlotText(slot),
+  return Do({"add noise to " + SlotText(slot),
              Statement("AddNoise").Int("DatasetNo", slot).Real("Sigma", sigma).Done(),
              {},
              kOnDatasets | kOnFit},
@@ -139,7 +139,7 @@ Status Session::SetDatasetQuantity(int slot, int quantity, Heard heard) {
   if (!dataset) return NoSuchSlot(slot);
   if (quantity < 0 || quantity >= kQuantityCount) return {StatusCode::kBadArgument, "there is no such Quantity"};
   const char* const name = kQuantityNames[static_cast<std::size_t>(quantity)].shortName;
-  return Do({"Quantity of " + SlotText(slot),
+  return Do({"set Quantity of " + SlotText(slot),
              Statement("SetDatasetQuantity").Int("DatasetNo", slot).Text("Quantity", name).Done(),
              {},
              kOnDatasets | kOnFit},

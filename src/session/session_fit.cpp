@@ -176,7 +176,7 @@ Status Session::DeleteTerm(int slot, int modelSlot) {
     const bool found = match != terms.end();
     if (found) terms.erase(match);
     RebuildTerms();
-    return found ? Status() : Status(StatusCode::kNothingToDo, "no such term");
+    return found ? Status() : Status(StatusCode::kNothingToDo, "there is no such ChiSq term");
   });
 }
 
@@ -190,7 +190,7 @@ Status Session::RemoveTerms(std::span<const int> ids) {
 }
 
 Status Session::WeighTerms(std::span<const int> ids, double weight) {
-  return Do({"weigh terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
+  return Do({"set weights of terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
     for (ChiSqTerm& term : tables_.fit.list.terms) {
       if (std::find(ids.begin(), ids.end(), term.id) != ids.end()) term.weight = weight;
     }
@@ -201,7 +201,7 @@ Status Session::WeighTerms(std::span<const int> ids, double weight) {
 }
 
 Status Session::SetFitOptions(const FitOptions& options) {
-  return Do({"options of the fit", OptionsStatement(options), {}, kOnFit}, Pieces().Fit(), [&] {
+  return Do({"set options of the fit", OptionsStatement(options), {}, kOnFit}, Pieces().Fit(), [&] {
     tables_.fit.options = options;
     Tell(ChangeKind::kFitOptions);
     return Status();
@@ -241,7 +241,7 @@ void Session::StopFit() {
 }
 
 Status Session::UndoFit() {
-  if (!tables_.fit.startValuesStored) return {StatusCode::kNothingToDo, "there is no run to undo"};
+  if (!tables_.fit.startValuesStored) return {StatusCode::kNothingToDo, "there is no fit run to undo"};
   return Do(OnFit("undo the fit", Statement("UndoFit").Done()), AllValues(tables_.params), [&] {
     kalvex::UndoFit(tables_.fit, tables_.params, eval_);
     ShowValues();
@@ -279,13 +279,13 @@ Status Session::WriteQuantityErrorBars() {
 
 Status Session::DumpDerivatives() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  return DoOutside({"derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles},
+  return DoOutside({"write derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles},
                    [&] { return WriteDerivativeDump(tables_.params, eval_); });
 }
 
 Status Session::DumpSensitivity() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  return DoOutside({"sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles},
+  return DoOutside({"write sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles},
                    [&] { return WriteSensitivityDump(tables_.params, eval_); });
 }
 
@@ -304,7 +304,7 @@ Status Session::TestQuantityDerivatives() {
 }
 
 Status Session::WriteGapTable() {
-  return DoOutside({"table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles},
+  return DoOutside({"write table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles},
                    [&] { return kalvex::WriteGapTable(GapTableOf(eval_.termEnvironment)); });
 }
 

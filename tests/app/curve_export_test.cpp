@@ -217,7 +217,7 @@ TEST_F(CurveExports, AMissingModelOrQuantityLeavesAnEmptyFile) {
             "model 1 does not exist, so 'a' is empty");
   EXPECT_EQ(folder.Read("a"), "");
   EXPECT_EQ(SaidLast("NewModel();ExportModelCurve(File=\"b\",ModelNo=1,Quantity=\"Refl\",XMin=1,XMax=5,XPts=3);"),
-            "'Refl' is no Quantity, so 'b' is empty");
+            "'Refl' is not a Quantity, so 'b' is empty");
   EXPECT_EQ(folder.Read("b"), "");
 }
 

@@ -93,7 +93,7 @@ TEST_F(DatasetCommands, TheQuantityComesFromTheFilesNameUnlessItIsGiven) {
   EXPECT_EQ(quantity("refl.dat", ",Quantity=\"rp\""), "Rp");
   EXPECT_EQ(quantity("refl.dat", ",Quantity=\"TT\""), "TT");
   EXPECT_EQ(quantity("s1.dat", ",Quantity=\"Sigma\""), "S1");
-  EXPECT_NE(Said("LoadDataset").find("'Sigma' is no Quantity and was ignored"), std::string::npos);
+  EXPECT_NE(Said("LoadDataset").find("'Sigma' is not a Quantity, ignored"), std::string::npos);
 }
 
 TEST_F(DatasetCommands, EveryFailedLoadShowsItsMessageAndTheMacroGoesOn) {
@@ -207,7 +207,8 @@ TEST_F(DatasetCommands, ExportingNeedsSlotAndFileAndALoadedSlotToFillIt) {
   EXPECT_FALSE(folder.Has("out"));
   EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1);"), "nothing done: File is missing");
   EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"no/out\");"), "nothing done: 'no/out' cannot be written");
-  EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"out\");"), "dataset 1 is not loaded; an empty file is at 'out'");
+  EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"out\");"),
+            "dataset 1 is not loaded; an empty file was written: 'out'");
   EXPECT_EQ(folder.Read("out"), "");
 }
 
@@ -253,7 +254,7 @@ TEST_F(DatasetCommands, TheQuantityCanBeSetAfterwards) {
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(Quantity=\"R\");"), "nothing done: DatasetNo is missing");
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(DatasetNo=1);"), "nothing done: Quantity is missing");
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(DatasetNo=1,Quantity=\"Refl\");"),
-            "nothing done: 'Refl' is no Quantity");
+            "nothing done: 'Refl' is not a Quantity");
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(DatasetNo=2,Quantity=\"R\");"),
             "nothing done: dataset 2 is not loaded");
 }

@@ -197,7 +197,7 @@ TEST_F(DocsOnRuns, TheTroublesOfAFitAreSaidInTheQuotedWords) {
       {data + "NewModel();\nFixAllModelParams(ModelNo=1);\n" + term, "AddChiSqTerm", "0 free parameters"},
       {data + "NewModel();\n" + term + "Fit();\nFixAllModelParams(ModelNo=1);\nFit();\n", "Fit", "no parameter to fit"},
       {data + "NewModel();\n" + Setting(1, "Wo", 1, "Value=0") + term + "Fit();\n", "Fit",
-       "without influence at their present values: model 1 row 1 Wo"},
+       "parameters without influence on ChiSq at their present values: model 1 row 1 Wo"},
       {data + "NewModel();\n" + term + "Fit();\n", "Fit", "ChiSq no longer falls"},
       {data + "NewModel();\n" + Setting(1, "G", 1, "MinLimit=10,MinOn=1") + term + "Fit();\n", "Fit",
        "Lambda above its limit: no step lowers ChiSq"},

@@ -55,7 +55,7 @@ TEST_F(ExpParamCommands, ABeginningOfTheNameIsEnoughAndTheFirstMatchWins) {
 TEST_F(ExpParamCommands, ANameThatBeginsNoneDoesNothing) {
   for (const std::string name : {"Temperature", "Angle of incidence!", "ngle", " Angle"}) {
     EXPECT_EQ(SaidLast(Set(name, "Value=2")),
-              "nothing done: '" + name + "' begins the name of no experimental parameter");
+              "nothing done: no experimental parameter has a name that begins with '" + name + "'");
   }
   EXPECT_EQ(SaidLast("SetExpParam(Value=2);"), "nothing done: ParamName is missing");
 }
@@ -79,7 +79,7 @@ TEST_F(ExpParamCommands, JoiningAGroupTakesItsWholeRecordNameIncluded) {
       "NewModel();" + Setting(1, "Wo", 1, "Value=60,CoupledTo=5") + Set("Angle of", "Value=30,CoupledTo=5");
   EXPECT_EQ(SaidLast(joined), "TO frequency = 60, free, coupled to group 5");
   EXPECT_EQ(SaidLast(joined + Set("Angle of", "Value=1")),
-            "nothing done: 'Angle of' begins the name of no experimental parameter");
+            "nothing done: no experimental parameter has a name that begins with 'Angle of'");
   // A change of the other member reaches the angle.
   Run(joined + Setting(1, "Wo", 1, "Value=45") + FlatModel(2, 4) +
       "ExportModelCurve(File=\"c\",ModelNo=2,Quantity=\"Rs\",XMin=100,XMax=200,XPts=2);");

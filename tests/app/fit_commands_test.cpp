@@ -18,7 +18,7 @@ TEST_F(Fitting, TheParametersOfTheSpectrumComeBack) {
 
 TEST_F(Fitting, BeforeItsWindowAFitDoesNothingAndTheMacroGoesOn) {
   Run(start + "AddChiSqTerm(DatasetNo=1,ModelNo=1);Fit(NumIters=5);WindowFit();SaveModel(File=\"m.kvm\");");
-  EXPECT_EQ(Said("Fit"), "nothing done: the fit window is not open, WindowFit() opens it");
+  EXPECT_EQ(Said("Fit"), "nothing done: the fit window is not open; WindowFit() opens it");
   EXPECT_EQ(SavedModelOf(folder.Read("m.kvm")).At(0, 0).value, 115);
 }
 
@@ -74,7 +74,8 @@ TEST_F(Fitting, ProgressIsToldWhenAskedForAndTheSummaryOnce) {
 TEST_F(Fitting, AParameterAtAFrequencyOfZeroIsNamedAsWithoutInfluence) {
   Run(start + Setting(1, "Wo", 1, "Value=0") + term + "Fit();");
   EXPECT_EQ(IterationsOf(Said("Fit")), 0);
-  EXPECT_NE(Said("Fit").find("without influence at their present values: model 1 row 1 Wo"), std::string::npos);
+  EXPECT_NE(Said("Fit").find("parameters without influence on ChiSq at their present values: model 1 row 1 Wo"),
+            std::string::npos);
 }
 
 TEST_F(Fitting, ParametersOnTheirLimitsAreNamedByModelRowAndColumn) {
@@ -82,7 +83,7 @@ TEST_F(Fitting, ParametersOnTheirLimitsAreNamedByModelRowAndColumn) {
       Setting(1, "Wp", 1, "MaxLimit=230,MaxOn=1") +
       "SetExpParam(ParamName=\"Scaling factor of R\",FitActive=1,MinLimit=1,MinOn=1);" + term + "Fit();");
   const std::string said = Said("Fit");
-  const std::size_t at = said.find("without influence at their present values: ");
+  const std::size_t at = said.find("parameters without influence on ChiSq at their present values: ");
   ASSERT_NE(at, std::string::npos) << said;
   EXPECT_EQ(said.substr(at + 43), "model 1 row 1 Wp, model 1 row 1 G, Scaling factor of R");
 }
@@ -140,13 +141,14 @@ TEST_F(ChiSqTerms, AreDeletedOneAtATime) {
   EXPECT_CLOSE(ChiSqAfter(add + add + "DeleteChiSqTerm(DatasetNo=1,ModelNo=1);"), Expected(kR4), kFiveDigits);
   EXPECT_EQ(Said("DeleteChiSqTerm"), "removed, 1 left");
   EXPECT_CLOSE(ChiSqAfter(add + "DeleteChiSqTerm(DatasetNo=2,ModelNo=1);"), Expected(kR4), kFiveDigits);
-  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: no such term");
+  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: there is no such ChiSq term");
 }
 
 TEST_F(ChiSqTerms, AreAddedByTheModelsNumberButDeletedByItsPlaceInTheTable) {
   // Model 3 takes the place that model 1 has left.
   const std::string third = "CloseModel(ModelNo=1);" + FlatModel(3, 4) + "AddChiSqTerm(DatasetNo=1,ModelNo=3);";
-  EXPECT_EQ(SaidLast(loads + third + "DeleteChiSqTerm(DatasetNo=1,ModelNo=3);"), "nothing done: no such term");
+  EXPECT_EQ(SaidLast(loads + third + "DeleteChiSqTerm(DatasetNo=1,ModelNo=3);"),
+            "nothing done: there is no such ChiSq term");
   EXPECT_EQ(SaidLast(loads + third + "DeleteChiSqTerm(DatasetNo=1,ModelNo=1);"), "removed, 0 left");
   EXPECT_EQ(SaidLast(loads + "CloseModel(ModelNo=1);AddChiSqTerm(DatasetNo=1,ModelNo=1);"),
             "nothing done: model 1 does not exist");
@@ -154,7 +156,7 @@ TEST_F(ChiSqTerms, AreAddedByTheModelsNumberButDeletedByItsPlaceInTheTable) {
 
 TEST_F(ChiSqTerms, OfASlotLoadedAnewAreDead) {
   Run(loads + "WindowFit();" + add + "LoadDataset(MasterFile=\"R.dat\");DeleteChiSqTerm(DatasetNo=1,ModelNo=1);" + add);
-  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: no such term");
+  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: there is no such ChiSq term");
   EXPECT_EQ(Said("AddChiSqTerm").substr(0, 36), "dataset 1 against model 1: 3 points,");
 }
 

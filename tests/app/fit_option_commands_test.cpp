@@ -96,7 +96,7 @@ TEST_F(Fitting, UndoPutsTheValuesBackAndAgainForward) {
 }
 
 TEST_F(Fitting, UndoNeedsARunThatNothingHasTouchedSince) {
-  const std::string nothing = "nothing done: there is no run to undo";
+  const std::string nothing = "nothing done: there is no fit run to undo";
   EXPECT_EQ(SaidLast("UndoFit();"), nothing);
   EXPECT_EQ(SaidLast(start + term + "UndoFit();"), nothing);
   EXPECT_EQ(SaidLast(start + term + "Fit();" + Setting(1, "G", 1, "Value=9") + "UndoFit();"), nothing);

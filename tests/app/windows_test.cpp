@@ -89,7 +89,7 @@ TEST_F(KalvexElsewhere, SaysInOneLineWhatIsWrongWithTheLibraryOfWindows) {
     elsewhere.Write("libkalvex_windows.so", content);
     for (const std::vector<std::string>& args : {std::vector<std::string>{"m.kvs"}, {}}) {
       const std::string said = SaidOfWindows(args);
-      EXPECT_TRUE(said.starts_with("kalvex: no windows: ")) << said;
+      EXPECT_TRUE(said.starts_with("kalvex: windows cannot be opened: ")) << said;
       EXPECT_NE(said.find("libkalvex_windows.so"), std::string::npos) << said;
       EXPECT_EQ(CountLines(said), 1) << said;
     }
