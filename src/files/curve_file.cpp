@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t kChunk = 4096;
 
-// Walks start, start + step, ... up to end. Rounding may add or lose points. A step too small to move the sum ends the
-// walk.
+// Visits start, start + step, ... up to end. Rounding may add or lose a point. A step too small to change the sum ends
+// the loop.
 class GridWalk {
  public:
   GridWalk(const CurveExport& what)
@@ -48,7 +48,7 @@ void AppendLine(std::string& text, std::initializer_list<double> numbers) {
   text += '\n';
 }
 
-// Lines of text, and the last status other than 0 of an evaluation.
+// Lines of text, and the last nonzero status of an evaluation.
 struct Lines {
   std::string text;
   int status = 0;
@@ -77,7 +77,7 @@ Lines WithSlopesAt(ParamTables& params, EvalContext& ctx, const Model& model, in
   return lines;
 }
 
-// Gives the last status other than 0 of an evaluation.
+// Returns the last nonzero status of an evaluation.
 int WriteCurve(ParamTables& params, EvalContext& ctx, const Model& model, const CurveExport& what,
                WholeFileWriter& file) {
   std::vector<double> x;
