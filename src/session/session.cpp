@@ -117,7 +117,7 @@ Status Session::StepForward() {
   return {};
 }
 
-// Everything that is drawn, or kept for an evaluation, may belong to what was there before.
+// Strokes and caches may belong to the state before the step.
 void Session::AfterStep() {
   for (Graph& graph : tables_.graphs.slots) {
     if (graph.number != 0) RebuildGraph(graph);

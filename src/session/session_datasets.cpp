@@ -13,7 +13,7 @@ Status NoSuchSlot(int slot) {
   return {StatusCode::kBadArgument, "DatasetNo should be 1 to " + std::to_string(kMaxDatasets) + ".", SlotText(slot)};
 }
 
-// Numbers of the macro language, which count from 1.
+// The macro language counts these choices from 1.
 template <class Method>
 int NumberOf(Method method) {
   return static_cast<int>(method) + 1;
@@ -122,7 +122,7 @@ Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<d
   if (!dataset) return NoSuchSlot(slot);
   const auto statement = Statement("CutDataset").Int("DatasetNo", slot).Real("XMin", xMin).Real("XMax", xMax);
   const std::string label = "cut " + SlotText(slot);
-  // A limit that is typed digit by digit is one step.
+  // Typing a limit character by character is one step of the history.
   return Do({label, statement.Done(), heard == Heard::kAtOnce ? label : "", kOnDatasets | kOnFit},
             Pieces().Dataset(slot - 1), [&] {
               kalvex::CutDataset(*dataset, xMin, xMax);

@@ -27,7 +27,7 @@ std::string OptionsStatement(const FitOptions& options) {
   return statement.Int("LogFit", options.LogFit).Done();
 }
 
-// A run changes values in every model, coupled ones included.
+// A run may change values in every model, through coupling too.
 Pieces AllValues(const ParamTables& tables) {
   Pieces pieces;
   for (const std::uint32_t number : ListModelNumbers(tables)) {
@@ -38,8 +38,8 @@ Pieces AllValues(const ParamTables& tables) {
 
 }  // namespace
 
-// Models, graphs and listeners follow each iteration; events are delivered in between, so that a person can ask the run
-// to stop.
+// Updates models, graphs and listeners after each iteration. Events are processed in between, so that a person can stop
+// the run.
 class Session::RunFollower : public FitObserver {
  public:
   explicit RunFollower(Session& session) : session_(session) {}
@@ -61,7 +61,7 @@ class Session::RunFollower : public FitObserver {
   Session& session_;
 };
 
-// The graphs follow values that a run has set; the fit itself, which has set them, does not hear of it.
+// Updates the graphs after a run has set values. The fit is not notified, because it has set the values itself.
 void Session::ShowValues() {
   HearExpParams(false);
   for (Model& model : tables_.params.models) {
@@ -69,7 +69,7 @@ void Session::ShowValues() {
   }
 }
 
-// ---- what the fit hears
+// ---- updates of the fit
 
 void Session::TellGraphs(GraphEvent event, std::int64_t id) {
   AnswerGraphEvent(tables_.graphs, event, id, tables_.autoScreenUpdate);
@@ -107,7 +107,7 @@ void Session::DropTermsIf(const std::function<bool(const ChiSqTerm&)>& isGone) {
 
 Status Session::OpenFit() {
   if (tables_.fitFollows) return {};
-  if (tables_.fit.FitRunning) {  // the lists of a run are its own until it ends
+  if (tables_.fit.FitRunning) {  // the lists must not change during a run
     tables_.fitFollows = true;
     return {};
   }

@@ -24,7 +24,7 @@ void EditAxis(const AxisEdit& edit, Axis& axis) {
   if (edit.titleShown) axis.titleShown = *edit.titleShown;
 }
 
-// A title stands in a statement as a format.
+// In a statement a title is a format, so that % is written as %%.
 void AddAxis(Statement& statement, const char* letter, const AxisEdit& edit) {
   const std::string name = letter;
   statement.Real(name + "min", edit.min).Real(name + "max", edit.max).Flag(name + "log", edit.log);
@@ -209,7 +209,7 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
   });
 }
 
-// ---- what a screen shows
+// ---- painting
 
 void Session::PaintGraph(std::uint32_t number, Canvas& canvas) {
   if (Graph* const graph = GraphOf(number)) kalvex::PaintGraph(*graph, eval_, canvas);

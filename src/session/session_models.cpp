@@ -114,7 +114,7 @@ Status Session::SortRows(std::uint32_t number, int key) {
 
 Status Session::FixAllParams(std::uint32_t number, bool fix) {
   const Model* const model = FindModel(number);
-  // The statement counts places in the table, and only fixes.
+  // The statement takes the place in the table instead of the number, and it can only fix parameters.
   const int place = model ? kalvex::SlotOf(tables_.params, *model) + 1 : 0;
   return ChangeModel(number,
                      {(fix ? "fix all parameters of " : "free all parameters of ") + ModelText(number),
