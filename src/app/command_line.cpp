@@ -30,7 +30,7 @@ constinit const char* const kUsage =
 
 namespace {
 
-// The code after an option, 0 or one that is known. False for another text.
+// Reads the code after an option: 0 or a known code. False for any other text.
 template <class Find>
 bool ReadCode(std::string_view text, Find find, int& code) {
   code = IntegerOf(text);

@@ -9,7 +9,7 @@ namespace {
 
 std::string SlotText(int slot) { return "dataset " + std::to_string(slot); }
 
-// An operation acts on a slot whether or not it holds anything; this says what that came to.
+// An operation succeeds on an empty slot too. For such a slot the verbose text is "dataset N is not loaded".
 MacroResult Outcome(MacroCall& call, const Status& status, int slot, bool isLoaded, const std::string& done) {
   return call.Told(status.Ok() && !isLoaded ? NotLoaded(slot) : status, SlotText(slot) + ' ' + done);
 }
@@ -21,7 +21,7 @@ std::string RangeText(const Dataset& dataset) {
          TextG(dataset.CutMin) + " to " + TextG(dataset.CutMax);
 }
 
-// Takes the method of a number that counts from 1. False if there is no such method.
+// Converts a number that counts from 1 into a method. False if there is no such method.
 template <class Method>
 bool TakeMethod(std::optional<int> number, Method last, Method& method) {
   if (!number) return true;
@@ -30,7 +30,7 @@ bool TakeMethod(std::optional<int> number, Method last, Method& method) {
   return true;
 }
 
-// Null, or which number is wrong.
+// Returns null, or a text that says which number is wrong.
 const char* TakeMethods(const LoadDatasetParams& p, DatasetSource& source) {
   if (!TakeMethod(p.XMethod, XSource::kGenerated, source.XMethod)) return "XMethod should be 1, 2 or 3.";
   if (!TakeMethod(p.XGrid, Grid::kLogarithmic, source.XGrid)) return "XGrid should be 1 or 2.";

@@ -21,7 +21,7 @@ std::optional<ParamRef> ExpParamNamed(const Session& session, const std::string&
   return std::nullopt;
 }
 
-// Model, row and column of a fit parameter, as a person names them.
+// Model, row and column of a fit parameter, in the words of the macro language.
 std::string PlaceText(const ParamTables& tables, const FitParam& param) {
   const ParamPlace& at = param.place;
   if (at.Where == ParamKind::kExp) return std::string(NameOf(ParamAt(tables, at)));
@@ -35,7 +35,7 @@ std::string PlaceText(const ParamTables& tables, const FitParam& param) {
 
 std::string Summary(const Session& session, double seconds) {
   const FitState& fit = session.Fit();
-  // Without a parameter there was no run, and the count is still that of the one before.
+  // Without a parameter there was no run, and IterationCount is still that of the previous run.
   const int iterations = fit.NumFitParams < 1 ? 0 : fit.IterationCount;
   std::string text = std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) + " -> " +
                      TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";

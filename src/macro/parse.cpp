@@ -135,7 +135,7 @@ class Parser {
     return true;
   }
 
-  // The scan is looser than the conversion: "1-2" passes as a whole and counts as 1.
+  // The scan accepts more than the conversion reads: "1-2" is scanned as one number and counts as 1.
   bool TakeReal(MacroSlot& slot) {
     const char c = Next();
     if (!IsAsciiDigit(c) && c != '+' && c != '-' && c != '.') return false;
@@ -171,7 +171,7 @@ const MacroParam* FindParam(const MacroCommand& command, std::string_view name) 
 }
 
 bool ParseMacro(std::string_view compact, std::vector<MacroStatement>& statements, MacroFault& fault) {
-  // The semicolons, those inside strings included, bound the number of statements.
+  // The number of semicolons, including those inside of strings, is an upper bound for the number of statements.
   const auto most = static_cast<std::size_t>(std::count(compact.begin(), compact.end(), ';'));
   Parser parser(compact, fault);
   while (statements.size() < most && !parser.AtEnd()) {

@@ -27,7 +27,7 @@ struct Macro {
   std::vector<MacroStatement> statements;
 };
 
-// Line and column of a place in the compact text; its end stands for the end of the file.
+// Line and column of a place in the compact text. The end of the text stands for the end of the file.
 LineAndColumn SourcePlace(const Macro& macro, std::size_t at) {
   std::vector<std::uint32_t> sources;
   CleanMacro(macro.text, &sources);
@@ -106,7 +106,7 @@ class Executor {
     return result;
   }
 
-  // What the end of a loop will come to, which its handler cannot know.
+  // The verbose text of EndLoop. Its handler does not know whether another pass follows.
   std::string EndLoopText() const {
     if (!inLoop_) return "nothing done: there is no loop";
     const std::size_t passes = desk_.macro.loopRows.size();
@@ -140,7 +140,7 @@ class Executor {
 
   Desk& desk_;
   const Macro& macro_;
-  std::vector<int> lines_;  // of each statement, for verbose output
+  std::vector<int> lines_;  // the line of each statement, for verbose output
   std::size_t pc_ = 0;
   bool inLoop_ = false;
   std::size_t loopStart_ = 0;

@@ -23,7 +23,7 @@ VdfSource SourceOf(const Session& session, std::optional<int> slot, std::optiona
   return {static_cast<std::int64_t>(dataset->id), FlagOf(every2nd).value_or(false)};
 }
 
-// A new mesh from the first dataset that is loaded, without asking.
+// Makes a mesh from the first loaded dataset.
 Status InitFromFirstDataset(Session& session, std::uint32_t model) {
   const auto ids = ListDatasetIds(session.Datasets());
   std::array<VdfSource, 3> sources;
