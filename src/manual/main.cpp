@@ -1,4 +1,4 @@
-// Makes the manual: all pages of the documentation in one PDF. A program of the build, for Qt; it uses no other folder.
+// Makes the manual: all pages of the documentation in one PDF. It uses Qt and no other folder.
 //   kalvex_manual manual.pdf page.md ...
 #include <QFile>
 #include <QGuiApplication>
