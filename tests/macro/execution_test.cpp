@@ -1,4 +1,4 @@
-// The executor: results of a run, loops, and the commands that steer it.
+// The executor: results of a run, loops, and commands for the flow of a macro.
 #include "macro/executing.h"
 
 namespace kalvex {
@@ -52,7 +52,7 @@ TEST_F(Executing, TheNameMayStandInQuotes) {
   folder.Write("m.kvs", "NewModel();");
   EXPECT_EQ(RunMacro(desk, "\"m.kvs\""), kMacroEnded);
   EXPECT_EQ(Models(), 1);
-  // Quotes go only as a pair: a name may begin or end with one.
+  // Quotes are removed only as a pair. A name may begin or end with one quote.
   folder.Write("\"m.kvs", "NewModel();");
   EXPECT_EQ(RunMacro(desk, "\"m.kvs"), kMacroEnded);
   EXPECT_EQ(Models(), 2);
@@ -135,7 +135,7 @@ TEST_F(Executing, TheStoredStatementIsFilledAfreshInEachPass) {
 
 class OddLoops : public Executing {
  protected:
-  // The times waited while the macro ran.
+  // The waiting times of a macro.
   std::vector<int> Waits(const std::string& text) {
     folder.Write("two", "1\n2\n");
     folder.Write("three", "10\n20\n30\n");
@@ -229,7 +229,7 @@ TEST_F(Executing, ExitMacroFromSuspendEndsIt) {
   answer = SuspendAnswer::kExitMacro;
   EXPECT_EQ(Run("Suspend();NewModel();"), kMacroEnded);
   EXPECT_EQ(Models(), 0);
-  EXPECT_EQ(Run("Suspend();NewModel();"), kMacroEnded);  // asked again: ending one macro promises nothing
+  EXPECT_EQ(Run("Suspend();NewModel();"), kMacroEnded);  // Suspend asks again after the end of another macro
   EXPECT_EQ(asked, 2);
 }
 

@@ -1,4 +1,4 @@
-// Where a fault of a macro file is said to be: file, line and column as an editor shows them.
+// The place of a fault in a macro file: file, line and column as an editor shows them.
 #include "macro/executing.h"
 
 namespace kalvex {

@@ -135,7 +135,7 @@ TEST(Parsing, TextsAreCutToTheirCapacity) {
   EXPECT_EQ(text(""), "");
   EXPECT_EQ(text("0123456789"), "0123456789");
   EXPECT_EQ(text("0123456789abc"), "0123456789");
-  EXPECT_EQ(text("012345678\u03C9"), "012345678");  // no half of a letter
+  EXPECT_EQ(text("012345678\u03C9"), "012345678");  // characters are not split
   EXPECT_EQ(SlotIn("FreeShape(Key=\"" + std::string(150, 'k') + "\");", "Key").text, std::string(100, 'k'));
   EXPECT_EQ(SlotIn("Echo(Text=\"" + std::string(999, 't') + "\");", "Text").text, std::string(200, 't'));
 }
@@ -208,7 +208,7 @@ TEST(Parsing, TextBehindTheLastSemicolonIsIgnored) {
   EXPECT_EQ(Parsed("nothing at all").size(), 0u);
 }
 
-// Semicolons are counted wherever they stand, so each one inside a text promises a statement behind the last ';'.
+// All semicolons are counted, so each one inside a text allows for one more statement after the last ';'.
 TEST(Parsing, ASemicolonInsideATextMakesTheParserReadOn) {
   EXPECT_EQ(Parsed("MainWindow(Title=\"a;b\");").size(), 1u);
   EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(NumIters=5)"), "39: the file ends; expected ';'");
