@@ -1,4 +1,4 @@
-// The command line: options, exit statuses, and what stands on which stream.
+// The command line: options, exit statuses, standard output and standard error.
 #include <algorithm>
 
 #include "app/kalvex_run.h"

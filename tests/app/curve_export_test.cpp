@@ -1,4 +1,4 @@
-// Curves of a model in a file, against the formulas.
+// Exported curves of a model, compared with the formulas.
 #include <cmath>
 
 #include "app/kalvex_run.h"
@@ -12,7 +12,7 @@ constexpr Oscillator kMode = {4, 120, 250, 8};
 
 class CurveExports : public Kalvex {
  protected:
-  // Exports with these items behind File and ModelNo.
+  // Exports with these additional parameters after File and ModelNo.
   Table Curve(const std::string& items, const std::string& model = OscillatorModel(kMode)) {
     Run(model + Export("c", items));
     return Written("c");

@@ -1,4 +1,4 @@
-// Graphs by macro, through the real program: what it says, and the text that it writes.
+// Graphs in macros: verbose texts and exported files of the real program.
 #include "app/kalvex_run.h"
 
 namespace kalvex {

@@ -1,4 +1,4 @@
-// Models made and changed by macros, as their files and verbose output show them.
+// Models made and changed by macros, checked by their files and verbose output.
 #include "app/kalvex_run.h"
 #include "app/saved_model.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 class ModelCommands : public Kalvex {
  protected:
-  // Model n as it stands at the end of the macro.
+  // Model n at the end of the macro.
   SavedModel After(const std::string& macro, int number = 1) {
     Run(macro + "SaveModel(ModelNo=" + std::to_string(number) + ",File=\"saved.kvm\");");
     return SavedModelOf(folder.Read("saved.kvm"));
@@ -213,7 +213,7 @@ TEST_F(ModelCommands, FixingAllClearsEveryFlag) {
 }
 
 TEST_F(ModelCommands, FixingAllGoesByThePlaceInTheTableAndNotByTheNumber) {
-  // Model 3 takes the place that model 1 has left.
+  // Model 3 takes the free place of model 1.
   const std::string three = "NewModel();NewModel();CloseModel(ModelNo=1);NewModel();";
   const SavedModel fixed = After(three + "FixAllModelParams(ModelNo=1);", 3);
   EXPECT_EQ(Said("FixAllModelParams"), "all parameters of model 3 fixed");

@@ -1,4 +1,4 @@
-// Models saved and loaded by macros: the file, the summary and the table beside it.
+// Models saved and loaded by macros: the file, the summary and the table.
 #include <filesystem>
 
 #include "app/kalvex_run.h"

@@ -1,4 +1,4 @@
-// The commands beyond the format's own: rows of a model, closing models, dumps and lines on standard output.
+// The additional commands: rows of a model, closing models, dumps and lines on standard output.
 #include <cmath>
 
 #include "app/kalvex_run.h"
@@ -147,8 +147,8 @@ TEST_F(OwnCommands, DumpsNeedTheirModelsAndTheirDataset) {
   EXPECT_EQ(SaidLast("QuantityErrorBars();"), "nothing done: it needs three ChiSq terms");
 }
 
-// The third dataset, with its tiny errors, pins the reflectivity at 0.90 to 1.10 of the fitted one. What the other two
-// terms add up to then follows by hand.
+// The third dataset has tiny error bars and fixes the reflectivity at 0.90 to 1.10 of the fitted one. The sum of the
+// other two terms then follows by hand.
 TEST_F(OwnCommands, ErrorBarsOfAQuantityAreChiSqAgainstItsValue) {
   folder.Write("Ra.dat", "100 0.25 0.1\n200 0.25 0.1\n");
   folder.Write("Rb.dat", "100 0.25 0.2\n");

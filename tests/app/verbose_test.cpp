@@ -1,4 +1,4 @@
-// Verbose output: for each statement that ran, its place and what it did or why it did nothing.
+// Verbose output: for each executed statement its place, and what it did or why it did nothing.
 #include "app/kalvex_run.h"
 #include "macro/command_table.h"
 

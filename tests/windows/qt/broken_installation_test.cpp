@@ -1,4 +1,4 @@
-// The real program on a screen where the toolkit is not whole.
+// The real program with an incomplete installation of the toolkit.
 #include <algorithm>
 #include <filesystem>
 
