@@ -22,9 +22,9 @@ struct CommandLine {
   bool help = false;
   bool version = false;
   bool listTypes = false;
-  int describeType = -1;  // code of the special model whose page is wanted, 0 for the page of all
+  int describeType = -1;  // code of the special model whose page is shown, 0 for the index
   bool listTerms = false;
-  int describeTerm = -1;  // a code of the term whose page is wanted, 0 for the page of all
+  int describeTerm = -1;  // a code of the term whose page is shown, 0 for the index
   int threads = 0;        // 0: as many as there are processors
   std::string macroFile;
 };

@@ -29,7 +29,8 @@ constexpr std::size_t kLimitsSize = 12;
 constexpr std::size_t kStoredSlopes = 14;
 constexpr std::int32_t kMarker = 1;
 
-// A model never has more rows than this. For a larger count only the rows that the file holds are read.
+// Up to this count, rows that are missing in the file repeat its last record. A larger count is probably damaged; then
+// only the rows in the file are made.
 constexpr std::int32_t kMostMissingRows = 10000;
 
 void WriteRecord(ByteWriter& out, const ModelParam& param) {

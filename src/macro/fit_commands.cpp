@@ -100,7 +100,7 @@ MacroResult FitCommand(MacroCall& call, const FitRunParams& p) {
     return call.Done("requested the running fit to stop");
   }
   const auto start = std::chrono::steady_clock::now();
-  session.RunFit({.iterations = p.NumIters}).Ignore();  // the summary tells how the run ended
+  session.RunFit({.iterations = p.NumIters}).Ignore();  // the summary contains the reason of the end
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   const std::string summary = Summary(session, took.count());
   if (call.desk.macro.progress && !call.desk.macro.verbose) std::fprintf(stderr, "fit: %s\n", summary.c_str());

@@ -8,7 +8,7 @@
 namespace kalvex {
 namespace {
 
-// The panel of the variational dielectric function in the window of the first model, and the dialog behind "Init".
+// The panel of the variational dielectric function in the window of the first model, and the dialog that "Init" opens.
 class VdfPanels : public OpenWindows {
  protected:
   VdfPanels() : inside(folder.Name()) {

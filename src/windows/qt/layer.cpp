@@ -15,7 +15,7 @@
 namespace kalvex {
 namespace {
 
-// A user who sets the kind of screen for the toolkit knows that there is one.
+// If the user has set the kind of screen for the toolkit, there is one.
 bool IsKindNamed() { return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"); }
 
 // The toolkit ends the process if it finds no screen, so the program checks first.
