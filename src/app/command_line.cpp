@@ -11,17 +11,18 @@ namespace kalvex {
 constinit const char* const kUsage =
     "usage: kalvex [options] [macro.kvs]\n"
     "\n"
-    "Fits optical spectra. Runs the macro and ends; without one there is nothing to do but with windows.\n"
+    "Fits optical spectra. With a screen it opens windows and runs the macro in them.\n"
+    "Without a screen it runs the macro and ends.\n"
     "\n"
-    "  --headless    no windows, also where there is a display\n"
-    "  --check       read and parse the macro, but run nothing\n"
-    "  --verbose     tell on standard error what each statement did, or why it did nothing\n"
-    "  --progress    tell on standard error how a fit proceeds (done anyway on a terminal)\n"
-    "  --threads N   compute with N threads; without it with as many as there are processors\n"
+    "  --headless    open no windows even if there is a screen\n"
+    "  --check       check the macro for mistakes, but do not run it\n"
+    "  --verbose     report on standard error what each statement did, or why it did nothing\n"
+    "  --progress    report the progress of a fit on standard error (always on if that is a terminal)\n"
+    "  --threads N   compute with N threads (default: the number of processors)\n"
     "  --list-types  list the special models: code, name, for what sample\n"
-    "  --describe-type N  show the page of the special model with code N; 0 shows the page of all\n"
+    "  --describe-type N  show the page of the special model with code N; 0 shows the index\n"
     "  --list-terms  list the terms with a code: codes, name, causal or not\n"
-    "  --describe-term N  show the page of the term with a row of code N; 0 shows the page of all\n"
+    "  --describe-term N  show the page of the term with code N; 0 shows the index\n"
     "  --help        show this text\n"
     "  --version     show the version\n"
     "\n"
@@ -29,7 +30,7 @@ constinit const char* const kUsage =
 
 namespace {
 
-// The code after an option, 0 or one that is known. False for another text.
+// Reads the code after an option: 0 or a known code. False for any other text.
 template <class Find>
 bool ReadCode(std::string_view text, Find find, int& code) {
   code = IntegerOf(text);
@@ -44,7 +45,7 @@ bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::
     const std::string_view arg = args[i];
     if (onlyFiles || arg.empty() || arg[0] != '-' || arg == "-") {
       if (!line.macroFile.empty()) {
-        fault = "a second macro file, '" + std::string(arg) + "'";
+        fault = "there is a second macro file, '" + std::string(arg) + "'";
         return false;
       }
       line.macroFile = arg;

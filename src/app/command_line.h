@@ -1,4 +1,11 @@
-// The options of the program.
+// The program: options, progress on standard error, and the choice between windows and a run without them. This folder
+// stands on floor 10, on top of everything else. Read the files in this order:
+//
+//   command_line.h   the options of the program
+//   main.cpp         checks the options and runs or checks the macro
+//   window_layer.h   finds and loads the library of windows, if there is a screen
+//   window_entry.h   the one function that the program calls in that library
+//   progress.h       one line for each iteration of a fit
 #pragma once
 
 #include <span>
@@ -15,14 +22,14 @@ struct CommandLine {
   bool help = false;
   bool version = false;
   bool listTypes = false;
-  int describeType = -1;  // code of the special model whose page is wanted, 0 for the page of all
+  int describeType = -1;  // code of the special model whose page is shown, 0 for the index
   bool listTerms = false;
-  int describeTerm = -1;  // a code of the term whose page is wanted, 0 for the page of all
+  int describeTerm = -1;  // a code of the term whose page is shown, 0 for the index
   int threads = 0;        // 0: as many as there are processors
   std::string macroFile;
 };
 
-// Reads the arguments behind the program's own name. False for a wrong command line, with the reason in fault.
+// Reads the arguments after the program's name. False for a wrong command line; `fault` then contains the reason.
 bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::string& fault);
 
 extern const char* const kUsage;

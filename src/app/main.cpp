@@ -28,7 +28,7 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   desk->macro.verbose = line.verbose;
   desk->macro.progress = line.progress || isatty(STDERR_FILENO) != 0;
   if (desk->macro.progress) session->Listen(progress);
-  std::string fault = line.macroFile.empty() ? "no macro file is named, and there are no windows" : "";
+  std::string fault = line.macroFile.empty() ? "no macro file is given, and no windows can be opened" : "";
   if (!line.headless && !line.check) {
     if (const auto status = kalvex::RunInWindows(*desk, line.macroFile, argc, argv, fault)) return *status;
   }

@@ -1,11 +1,11 @@
-// How a fit proceeds, on standard error.
+// The progress of a fit, on standard error.
 #pragma once
 
 #include "session/session.h"
 
 namespace kalvex {
 
-// A line for each iteration that a run accepts.
+// Prints a line for each iteration that a run accepts.
 class Progress : public SessionListener {
  public:
   explicit Progress(const Session& session) : session_(session) {}

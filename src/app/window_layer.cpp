@@ -22,7 +22,7 @@ bool IsSet(const char* name) {
   return value && *value;
 }
 
-// The folder of the running program, with a separator at the end.
+// The directory of the running program, ending with a separator.
 std::string OwnFolder() {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
@@ -31,14 +31,14 @@ std::string OwnFolder() {
   return whole.substr(0, whole.rfind('/') + 1);
 }
 
-// Whether the file of a library ends before the library does. To load it would end the process with a bus error, so
-// another process tries: the system's loader as a program of its own, which maps the library and does no more.
+// True if the file of a library is truncated. Loading it would end the process with a bus error. So another process
+// tries first: the system's loader, run as a program, only maps the library.
 bool IsCutShort(const std::string& library) {
   Dl_info loader{};
   if (dladdr(reinterpret_cast<const void*>(getauxval(AT_BASE)), &loader) == 0) return false;
   const pid_t child = fork();
   if (child == 0) {
-    close(STDERR_FILENO);  // what else is wrong, dlopen tells
+    close(STDERR_FILENO);  // dlopen reports any other fault
     const rlimit noCoreFile{};
     setrlimit(RLIMIT_CORE, &noCoreFile);
     execl(loader.dli_fname, loader.dli_fname, "--verify", library.c_str(), nullptr);
@@ -48,10 +48,10 @@ bool IsCutShort(const std::string& library) {
   return child > 0 && waitpid(child, &status, 0) == child && WIFSIGNALED(status) && WTERMSIG(status) == SIGBUS;
 }
 
-// The function of the library that opens the windows. Null, with the reason in fault, if it cannot be had.
+// The function of the library that opens the windows. Null if it cannot be loaded; `fault` then contains the reason.
 LayerEntry EntryOf(const std::string& library, std::string& fault) {
   if (IsCutShort(library)) {
-    fault = kNoWindows + library + " is cut short";
+    fault = kNoWindows + library + " is truncated";
     return nullptr;
   }
   void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -1,4 +1,4 @@
-// The library of windows beside the program.
+// Loads the library of windows, which lies beside the program.
 #pragma once
 
 #include <optional>
@@ -8,8 +8,8 @@
 
 namespace kalvex {
 
-// Loads the library and hands the desk over to its windows. Gives the exit status; nothing where there are to be no
-// windows: the library is not installed, or no screen answers. In fault is what is broken, if something is.
+// Loads the library and runs its windows on the desk. Returns the exit status. Returns nothing if the library is not
+// installed, if there is no screen, or if the windows cannot be opened; in the last case `fault` contains the reason.
 std::optional<int> RunInWindows(Desk& desk, const std::string& macroFile, int argc, char** argv, std::string& fault);
 
 }  // namespace kalvex

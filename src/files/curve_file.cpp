@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t kChunk = 4096;
 
-// Walks start, start + step, ... up to end. Rounding may add or lose points. A step too small to move the sum ends the
-// walk.
+// Visits start, start + step, ... up to end. Rounding may add or lose a point. A step too small to change the sum ends
+// the loop.
 class GridWalk {
  public:
   GridWalk(const CurveExport& what)
@@ -48,7 +48,7 @@ void AppendLine(std::string& text, std::initializer_list<double> numbers) {
   text += '\n';
 }
 
-// Lines of text, and the last status other than 0 of an evaluation.
+// Lines of text, and the last nonzero status of an evaluation.
 struct Lines {
   std::string text;
   int status = 0;
@@ -77,7 +77,7 @@ Lines WithSlopesAt(ParamTables& params, EvalContext& ctx, const Model& model, in
   return lines;
 }
 
-// Gives the last status other than 0 of an evaluation.
+// Returns the last nonzero status of an evaluation.
 int WriteCurve(ParamTables& params, EvalContext& ctx, const Model& model, const CurveExport& what,
                WholeFileWriter& file) {
   std::vector<double> x;
@@ -111,10 +111,11 @@ Status ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* mode
   const int status = model && what.quantity ? WriteCurve(params, ctx, *model, what, file) : 0;
   if (Status written = file.Commit(); !written.Ok()) return written;
   if (status == 0) return {};
-  return {StatusCode::kNotComputed,
-          "the model computes nothing: a model or dataset that it names is missing, or its rows do not fit. The "
-          "values are old ones",
-          path};
+  return {
+      StatusCode::kNotComputed,
+      "the model could not be evaluated: a model or dataset that it names is missing, or its rows are not valid; the "
+      "values are those of an earlier evaluation",
+      path};
 }
 
 }  // namespace kalvex

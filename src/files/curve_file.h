@@ -14,15 +14,15 @@ struct CurveExport {
   double xMin = 0;  // cm-1, below xMax; above 0 for the logarithmic grid
   double xMax = 0;
   int points = 0;            // at least 1
-  bool onMesh = false;       // at the points of the model's variational function, whatever the grid
-  int grid = 1;              // 1 linear, 2 logarithmic; another one has no points
-  bool derivatives = false;  // on the logarithmic grid: dQ/d(Re eps) and dQ/d(Im eps) too
+  bool onMesh = false;       // use the mesh points of the model instead of a grid
+  int grid = 1;              // 1 linear, 2 logarithmic; any other number gives no points
+  bool derivatives = false;  // also write dQ/d(Re eps), dQ/d(Im eps); only on the logarithmic grid
 };
 
-// Writes "x value" lines of six digits. The grid is a running sum of steps, so that the number of points and the place
-// of the last one depend on rounding. No model or no Quantity gives an empty file. kNotComputed: the file is written,
-// but a special model that computes nothing, since a model it names is missing or its rows do not fit, has left values
-// from before. With derivatives the parameters take over their slopes.
+// Writes lines "x value" with six digits. The grid is a running sum of steps, so the number of points and the last
+// point depend on rounding. Without a model or a Quantity the file is empty. kNotComputed: the file is written, but a
+// special model could not be evaluated, because a model that it names is missing or its rows are not valid; the values
+// are those of an earlier evaluation. With `derivatives` the slopes stored in the parameters are overwritten.
 Status ExportModelCurve(ParamTables& params, EvalContext& ctx, const Model* model, const CurveExport& what,
                         const std::string& path);
 

@@ -29,7 +29,8 @@ constexpr std::size_t kLimitsSize = 12;
 constexpr std::size_t kStoredSlopes = 14;
 constexpr std::int32_t kMarker = 1;
 
-// A count above this is no model, and makes only the rows that the file holds.
+// Up to this count, rows that are missing in the file repeat its last record. A larger count is probably damaged; then
+// only the rows in the file are made.
 constexpr std::int32_t kMostMissingRows = 10000;
 
 void WriteRecord(ByteWriter& out, const ModelParam& param) {
@@ -134,7 +135,7 @@ std::string TableNameOf(std::string_view path) { return std::string(DirectoryOf(
 
 Status SaveModel(EvalContext& ctx, const Model& model, double totalChiSq, const std::string& path) {
   if (Status written = WriteWholeFile(path, ModelBytes(model)); !written.Ok()) return written;
-  // A model is saved once its own file is: what is written for people to read is not tested.
+  // Only the model file decides about success. The summaries for people are not checked.
   WriteWholeFile(SummaryNameOf(path), SummaryOf(model, totalChiSq)).Ignore();
   AppendToFile(TableNameOf(path), TableLineOf(ctx, model, totalChiSq, FileNameOf(path))).Ignore();
   return {};
@@ -144,7 +145,7 @@ Status LoadModel(Model& model, const std::string& path) {
   std::string content;
   if (!ReadWholeFile(path, content)) return CannotOpen(path);
   if (content.size() < kRecordSize + sizeof(std::int32_t)) {
-    return {StatusCode::kBadFormat, "'" + path + "' is no model file", path};
+    return {StatusCode::kBadFormat, "'" + path + "' is not a model file", path};
   }
   ByteReader in(content);
   std::array<char, kRecordSize> record{};
@@ -157,7 +158,7 @@ Status LoadModel(Model& model, const std::string& path) {
   for (std::int32_t row = 0; row < rows; ++row) {
     InsertRow(model, row);
     for (int column = 0; column < kColumns; ++column) {
-      in.Bytes(record);  // short at the end of a cut file: what is left of the record before stays
+      in.Bytes(record);  // at the end of a truncated file the rest of the previous record stays
       ReadRecord(recordBytes, Cell(model, row, column));
     }
   }

@@ -11,7 +11,7 @@
 #include "core/text.h"
 #include "records/model_table.h"
 
-// Little-endian and packed, one record an element: i32 table entry | i32 row | i32 column | f64 value
+// Little-endian and packed, one record for each element: i32 table entry | i32 row | i32 column | f64 value
 
 namespace kalvex {
 namespace {
@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kRecordSize = 20;
 constexpr std::size_t kMostNameLength = 19;
 
-// Takes white-space separated words and whole numbers off the front of a text.
+// Takes words and whole numbers, separated by white space, off the front of a text.
 class WordReader {
  public:
   explicit WordReader(std::string_view text) : rest_(text) {}
@@ -125,7 +125,7 @@ Result<std::vector<std::uint32_t>> LoadParams(ParamTables& tables, const std::st
 Status SaveParamsSpecial(const ParamTables& tables) {
   std::vector<SpecialEntry> entries;
   if (!ReadConfiguration(tables, entries)) {
-    return {StatusCode::kBadFormat, "'ParsSpecial.cfg' is missing or wrong", "ParsSpecial.cfg"};
+    return {StatusCode::kBadFormat, "'ParsSpecial.cfg' is missing or has a wrong entry", "ParsSpecial.cfg"};
   }
   std::stable_sort(entries.begin(), entries.end(),
                    [](const SpecialEntry& a, const SpecialEntry& b) { return a.file < b.file; });

@@ -9,18 +9,17 @@
 
 namespace kalvex {
 
-// Writes the values of every element of every row.
+// Writes the value of each element of each row.
 Status SaveParams(const ParamTables& tables, const std::string& path);
 
-// Reads values back into the models and rows as they stand now, past limits and coupling, up to the first record that
-// belongs to another place. Gives the numbers of the models that are complete.
+// Reads values into the existing models and rows, without regard to limits and coupling. Stops at the first record
+// whose model, row or column is not the next existing one. Returns the numbers of the models that were read completely.
 Result<std::vector<std::uint32_t>> LoadParams(ParamTables& tables, const std::string& path);
 
-// Writes the "label value error" lines that "ParsSpecial.cfg" of the current directory asks for, into the files it
-// names:
+// Writes lines "label value error" into files. "ParsSpecial.cfg" of the current directory lists what to write:
 //     count, then for each entry: file (at most 19 characters), label (at most 19), model number, row from 1, column
 //     from 1
-// A failure if that file is missing or any entry is wrong, and then nothing is written.
+// Fails, and writes nothing, if "ParsSpecial.cfg" is missing or any entry is wrong.
 Status SaveParamsSpecial(const ParamTables& tables);
 
 }  // namespace kalvex

@@ -34,14 +34,14 @@ Status LoadVdf(VarDielFunc& vdf, const std::string& path) {
   std::string content;
   if (!ReadWholeFile(path, content)) return CannotOpen(path);
   if (content.size() < kHeadSize) {
-    return {StatusCode::kBadFormat, "'" + path + "' is no file of a variational dielectric function", path};
+    return {StatusCode::kBadFormat, "'" + path + "' is not a file of a variational dielectric function", path};
   }
   ByteReader in(content);
   vdf.On = in.U32();
   vdf.KK = in.U32();
   vdf.FitActive = in.U32();
   const std::int32_t count = in.I32();
-  // The count is believed only as far as the file goes: points behind its end could not be told apart, all at x = 0.
+  // The count is trusted only as far as the file reaches: points beyond its end would all lie at x = 0.
   const std::size_t held = (in.Left() + kPointSize - 1) / kPointSize;
   vdf.mesh.assign(std::min(static_cast<std::size_t>(std::max(count, 0)), held), VdfMeshPoint{});
   for (VdfMeshPoint& point : vdf.mesh) {

@@ -9,9 +9,10 @@
 namespace kalvex {
 
 Status SaveVdf(const VarDielFunc& vdf, const std::string& path);
-// Takes the switches and the mesh from a file, in the order in which they stand there. The imaginary part is not fitted
-// after a load, whatever FitActive says, until it is switched on anew; its stored bounds are 0. A cut file leaves zeros
-// in its last points. Fails with nothing changed if the file cannot be opened or holds no head.
+// Reads the switches and the mesh from a file; the points keep the order of the file. After a load the imaginary part
+// is not fitted until it is switched on again, whatever FitActive in the file says; its stored bounds are 0. A
+// truncated file leaves zeros in its last points. Fails, and changes nothing, if the file cannot be opened or its head
+// is incomplete.
 Status LoadVdf(VarDielFunc& vdf, const std::string& path);
 
 }  // namespace kalvex

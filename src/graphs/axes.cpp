@@ -11,14 +11,14 @@ namespace {
 
 double LimitedLog10(double value) { return value <= 1e-300 ? -300 : std::log10(value); }
 
-// The first of consecutive whole multiples of the tick distance, and how many of them there are.
+// The first of consecutive whole multiples of the tick distance, and their number.
 struct TickRun {
   double first = 0;
   int count = 0;
 };
 
 TickRun RunBetween(double min, double max, double tick) {
-  constexpr double kMostTicks = 1000;  // finer distances are only ever tried, and crowd
+  constexpr double kMostTicks = 1000;  // an axis with more ticks is only a trial, and is rejected
   const double first = std::ceil(min / tick), last = std::floor(max / tick);
   if (!(last >= first)) return {first, 0};
   return {first, static_cast<int>(std::min(last - first + 1, kMostTicks))};
@@ -55,7 +55,7 @@ std::vector<Tick> DecadeTicks(const Axis& axis) {
   return ticks;
 }
 
-// Smallest free distance between neighbouring labels, of which extentOf gives the length along the axis.
+// Smallest free distance between neighbouring labels. extentOf returns the length of a label along the axis.
 template <class ExtentOf>
 int GapBetween(const Axis& axis, int pixels, const std::vector<Tick>& ticks, ExtentOf extentOf) {
   double gap = pixels, placeBefore = 0, extentBefore = 0;
@@ -85,8 +85,8 @@ PlotFrame FrameFor(const Graph& graph, const std::vector<Tick>& yTicks) {
           graph.Height - LabelHeight() - 10 - TitleRoom(graph.X)};
 }
 
-// Tries distances from fine to coarse until the labels of the axis stand free by more than a distance; the last one
-// tried stays.
+// Tries distances from fine to coarse until the gap between labels exceeds freeBy. If none does, the last one tried
+// stays.
 void ChooseTick(Graph& graph, Axis& axis, int freeBy) {
   const auto fits = [&](double tick) {
     axis.tick = tick;
@@ -112,7 +112,7 @@ void ChooseTick(Graph& graph, Axis& axis, int freeBy) {
 }  // namespace
 
 void NormalizeAxis(Axis& axis) {
-  constexpr double kFarthest = 1e300;  // so that the range is a number too
+  constexpr double kFarthest = 1e300;  // so that the range does not overflow
   for (double* const limit : {&axis.min, &axis.max}) {
     *limit = std::isnan(*limit) ? 0 : std::clamp(*limit, -kFarthest, kFarthest);
   }
@@ -124,7 +124,7 @@ void NormalizeAxis(Axis& axis) {
   }
   if (axis.min > axis.max) std::swap(axis.min, axis.max);
   if (axis.min == axis.max) axis.max += 1.0;
-  // 1 is nothing beside a large number.
+  // Adding 1 does not change a large number.
   if (axis.min == axis.max) axis.max = std::nextafter(axis.max, 2 * kFarthest);
   if (axis.log) {
     axis.logMin = LimitedLog10(axis.min);
@@ -136,7 +136,7 @@ double PlaceOf(const Axis& axis, int pixels, double value) {
   if (!std::isfinite(value) || value == kNoValue || (axis.log && value <= 0)) return kMissing;
   const double t = axis.log ? (LimitedLog10(value) - axis.logMin) / (axis.logMax - axis.logMin)
                             : (value - axis.min) / (axis.max - axis.min);
-  // Beyond all screens a line is upright to the last digit; further places would only overflow.
+  // A clamp against overflow. At this distance a line through the plot is vertical to the last digit.
   constexpr double kFarthest = 1e9;
   return std::isfinite(t) ? std::clamp((pixels - 1) * t, -kFarthest, kFarthest) : kMissing;
 }

@@ -1,5 +1,5 @@
-// From values to pixels and back, and the ticks and labels of the two axes. Places are fractions of a pixel; the middle
-// of a pixel is a whole number. Columns count from the left, rows from the bottom.
+// The conversion between values and pixels, and the ticks and labels of the two axes. Places are fractions of a pixel;
+// the middle of a pixel is a whole number. Columns count from the left, rows from the bottom.
 #pragma once
 
 #include <string>
@@ -13,33 +13,33 @@ namespace kalvex {
 inline constexpr Font kTitleFont{Face::kSerif, 20};
 inline constexpr Font kLabelFont{Face::kSans, 16};
 
-// Makes the limits such that an axis can be drawn between them: finite, ascending and not equal; above 0 if it is
-// logarithmic, on which 0 becomes 1 as the lower and 100 as the upper limit, and a negative limit loses its sign.
+// Makes the limits of an axis drawable: finite, ascending and different. On a logarithmic axis a negative limit loses
+// its sign; a lower limit of 0 becomes 1, an upper limit of 0 becomes 100.
 void NormalizeAxis(Axis& axis);
 
-// Place of a value along an axis of so many pixels; kMissing for what has none: kNoValue, a number that is not finite,
-// on a logarithmic axis also 0 and below.
+// Place of a value along an axis with this number of pixels. kMissing if it has no place: kNoValue, a number that is
+// not finite, or on a logarithmic axis a number that is not positive.
 double PlaceOf(const Axis& axis, int pixels, double value);
-// Value at a place; an axis of one pixel has its upper limit there.
+// Value at a place. An axis of one pixel returns its upper limit.
 double ValueAt(const Axis& axis, int pixels, double place);
 
 struct Tick {
   double value;
   std::string label;  // empty for a minor tick
 };
-// All ticks for the axis's tick distance, the labelled ones first.
+// All ticks for the axis's tick distance; those with a label come first.
 std::vector<Tick> TicksOf(const Axis& axis);
 
-// The labelled ticks of both axes with what the layout needs of them, as `tick` of the axes stands.
+// The labelled ticks of both axes for the present tick distances, with the sizes that the layout needs.
 struct AxisLayout {
   PlotFrame frame;
   std::vector<Tick> xTicks;
   std::vector<Tick> yTicks;
 };
-// Also sets the axes' number of ticks and the gap between labels.
+// Also stores the number of ticks and the gap between labels in the axes.
 AxisLayout LayOut(Graph& graph);
 
-// Finds for both axes the finest distance of ticks at which labels do not crowd.
+// Sets the finest tick distance of both axes at which labels keep their free space.
 void ChooseTicks(Graph& graph);
 
 }  // namespace kalvex

@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// Quantities at zero frequency for as long as it lives.
+// Switches to Quantities at zero frequency during its lifetime.
 class DcSwitch {
  public:
   DcSwitch(EvalContext& ctx, bool on) : ctx_(ctx) { ctx_.DcFlag = on; }

@@ -1,4 +1,4 @@
-// What curves show, as numbers: the points of their lines, whatever they are drawn with afterwards.
+// The numbers that curves show, independent of how they are drawn.
 #pragma once
 
 #include <span>
@@ -12,19 +12,19 @@ namespace kalvex {
 // The Quantities that a "MULTI" curve can show.
 bool HasRowContributions(int quantity);
 
-// Value of a "MULTI" curve: what a Lorentz oscillator of these numbers alone gives for "E1", "E2", "S1" or "S2" at x,
-// cm-1. kNoValue where it has none, at its frequency without a width.
+// Value of a "MULTI" curve: "E1", "E2", "S1" or "S2" of one Lorentz oscillator alone at x, cm-1. kNoValue at the
+// resonance of an oscillator without width.
 double RowContribution(double Wo, double Wp, double G, int quantity, double x);
 
 // The rows of the curve's dataset that the graph shows; empty if there is no such dataset.
 std::span<const DataRow> ShownRows(const Graph& graph, const Curve& curve, const DatasetTable& datasets);
 
-// Values of the model's Quantities at the frequencies x (cm-1), a list for each Quantity asked for, all from one
-// evaluation. A title "PlotDCvsT" of the X axis asks for Quantities at zero frequency.
+// Values of the model's Quantities at the frequencies x (cm-1): one list for each requested Quantity, from a single
+// evaluation. If the title of the X axis is "PlotDCvsT", the Quantities are those at zero frequency.
 std::vector<std::vector<double>> ModelValues(const Graph& graph, EvalContext& ctx, const Model& model,
                                              std::span<const int> quantities, std::span<const double> x);
 
-// What a curve shows of a value.
+// The value as drawn, with the curve's Scale and Shift.
 inline double ShownValue(const Curve& curve, double value) {
   return value == kNoValue ? kNoValue : value * curve.Scale + curve.Shift;
 }

@@ -15,7 +15,8 @@ namespace {
 
 PlotSize SizeOf(const Graph& graph) { return {graph.plotWidth, graph.plotHeight}; }
 
-// Where the strokes of one curve go. The first one too many is told, the others are dropped in silence.
+// Adds the strokes of one curve to its buffer. If the buffer is full, one message is shown and further strokes are
+// dropped.
 class StrokePen {
  public:
   StrokePen(Curve& curve, const EvalContext& ctx) : buffer_(curve.strokes), platform_(ctx.platform) {}
@@ -45,13 +46,13 @@ Point PlaceOfPoint(const Graph& graph, const Curve& curve, double x, double y) {
   return {PlaceOf(graph.X, graph.plotWidth, x), RowPlace(graph, curve, y)};
 }
 
-// ---- data
+// ---- curves of data
 
 // A row of a dataset on the plot: its point and the ends of its error bar.
 struct DataPlace {
   Point at;
   double low, high;
-  bool drawn;  // with its error bar it lies within the plot
+  bool drawn;  // the point with its error bar lies within the plot
 };
 
 DataPlace PlaceOfRow(const Graph& graph, const Curve& curve, const DataRow& row, int symbolSize) {
@@ -68,7 +69,7 @@ DataPlace PlaceOfRow(const Graph& graph, const Curve& curve, const DataRow& row,
 struct Symbol {
   int size = 0;  // 0: none
   bool open = false;
-  std::vector<SymbolColumn> columns;  // at the distances 0, 1, ... from the middle
+  std::vector<SymbolColumn> columns;  // columns at the distances 0, 1, ... from the middle
 };
 
 Symbol SymbolOf(const Curve& curve) {
@@ -93,7 +94,8 @@ void Stamp(const Symbol& symbol, const DataPlace& place, StrokePen& pen) {
   }
 }
 
-// A bar from end to end; beside a symbol two parts with caps as wide as the symbol, if they reach beyond it.
+// Without a symbol one bar from end to end. With a symbol two parts with caps as wide as the symbol, if they reach
+// beyond it.
 void StampErrorBar(const Symbol& symbol, const DataPlace& place, StrokePen& pen) {
   const int column = Rounded(place.at.x), low = Rounded(place.low), high = Rounded(place.high);
   if (symbol.size == 0) return pen.Add(column, {low, high});
@@ -107,7 +109,7 @@ void StampErrorBar(const Symbol& symbol, const DataPlace& place, StrokePen& pen)
   }
 }
 
-// Takes a hollow symbol's rows out of a piece of line and hands on what is left, at most two pieces.
+// Removes the rows of a hollow symbol from a piece of line and visits what is left, at most two pieces.
 template <class Visit>
 void OutsideOf(const Symbol& symbol, const DataPlace& place, int column, RowRun rows, Visit visit) {
   const auto dx = static_cast<std::size_t>(std::abs(column - Rounded(place.at.x)));
@@ -144,9 +146,9 @@ void BuildDataStrokes(const Graph& graph, Curve& curve, const EvalContext& ctx) 
   if (curve.ShowLine) AddDataLine(places, symbol, SizeOf(graph), pen);
 }
 
-// ---- models
+// ---- curves of models
 
-// The curves of one model, evaluated together at every column.
+// The curves of one model, evaluated together at the value of each pixel column.
 void BuildModelStrokes(const Graph& graph, std::span<Curve* const> run, EvalContext& ctx) {
   const Model* const model = GetModelByNumber(*ctx.params, run.front()->modelId);
   if (!model) return;
@@ -162,7 +164,7 @@ void BuildModelStrokes(const Graph& graph, std::span<Curve* const> run, EvalCont
   }
 }
 
-// What the fit compares with the data: the model at the frequencies of the dataset, joined by straight lines.
+// The model as the fit compares it with the data: at the frequencies of the dataset, joined by straight lines.
 void BuildChiSqStrokes(const Graph& graph, Curve& curve, EvalContext& ctx) {
   const Model* const model = GetModelByNumber(*ctx.params, curve.modelId);
   const std::span<const DataRow> rows = ShownRows(graph, curve, *ctx.datasets);
@@ -203,7 +205,7 @@ void BuildFreqStrokes(const Graph& graph, Curve& curve, const EvalContext& ctx) 
   }
 }
 
-// Two dotted lines through the reader's pixel.
+// Two dotted lines through the pixel of the reader's cross.
 void BuildReaderStrokes(Graph& graph, const EvalContext& ctx) {
   if (!graph.readerActive) return;
   StrokePen pen(graph.readerCurve, ctx);
@@ -213,7 +215,7 @@ void BuildReaderStrokes(Graph& graph, const EvalContext& ctx) {
   }
 }
 
-// ---- all of them
+// ---- all curves
 
 std::vector<Curve*> InBuildingOrder(Graph& graph) {
   std::vector<Curve*> curves;
@@ -235,7 +237,7 @@ void BuildOneByOne(Graph& graph, Curve& curve, EvalContext& ctx) {
     case CurveKind::kReader:
       return BuildReaderStrokes(graph, ctx);
     case CurveKind::kModel:
-      return;  // built together with the others of its model
+      return;  // already built with the first curve of its model
   }
 }
 

@@ -1,4 +1,4 @@
-// The strokes of a graph's curves, made from what they show.
+// Builds the strokes of a graph's curves.
 #pragma once
 
 #include "evaluation/eval_context.h"
@@ -6,11 +6,11 @@
 
 namespace kalvex {
 
-// How many strokes a curve can need at most in a plot of that size.
+// Upper bound of the number of strokes of a curve in a plot of that size.
 std::size_t StrokeCapacity(const Graph& graph, const Curve& curve, const EvalContext& ctx);
 
-// Builds the strokes of the stale kinds anew and remembers those that were painted last; the model curves of a model
-// take one evaluation together. A fault of this program's own counting of strokes is told by a message box.
+// Rebuilds the strokes of the stale kinds and keeps the previously painted ones. All curves of one model share one
+// evaluation. If StrokeCapacity turns out too small, a message box reports the internal error.
 void RebuildStaleCurves(Graph& graph, EvalContext& ctx);
 
 }  // namespace kalvex

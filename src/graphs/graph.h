@@ -1,5 +1,15 @@
-// Graph: a plot of curves in a window, two axes and a list of curves. A curve is a view of a dataset, of a model, or of
-// both. On the screen each is kept as strokes, vertical runs of pixels, so that an update repaints only what changed.
+// Graph: a plot of curves, with two axes and a list of curves. A curve shows a dataset, a model, or both. On the screen
+// each curve is stored as strokes, vertical runs of pixels, so that an update repaints only the pixels that changed.
+// This folder stands on floor 6: it uses datasets, models, the evaluation and src/pictures, and knows no window.
+//
+//   graph.h           the records: Graph, Axis, Curve, Stroke; tables of colours and symbols
+//   graph_table.h     making graphs and changing them; AnswerGraphEvent marks what has become stale
+//   axes.h            limits, ticks and labels; from values to pixels and back
+//   curve_samples.h   the values that curves show
+//   strokes.h         lines and symbols as strokes; curve_strokes.h: the strokes of each kind of curve
+//   painting.h        drawing a graph on a canvas of pixels, whole or only what changed
+//   vector_curves.h   drawing with lines instead of pixels; graph_picture.h: a picture as a file
+//   graph_export.h    model curves as columns of text
 #pragma once
 
 #include <array>
@@ -11,7 +21,7 @@
 
 namespace kalvex {
 
-// Rows count upwards from the bottom of the plot; first <= last.
+// A run of rows in one column, both ends included. Rows count upwards from the bottom of the plot; first <= last.
 struct Stroke {
   int column;
   int first;
@@ -20,20 +30,20 @@ struct Stroke {
 
 struct StrokeBuffer {
   std::vector<Stroke> strokes;
-  std::size_t capacity = 0;      // how many the curve can need; one more is a fault of this program
-  std::vector<int> firstStroke;  // of each column, -1 for none, and the one behind its last
+  std::size_t capacity = 0;      // upper bound for this curve; needing more is an internal error
+  std::vector<int> firstStroke;  // of each column: its first stroke (-1: none), and the one after its last
   std::vector<int> endStroke;
 };
 
 enum class CurveKind : int { kData = 0, kModel = 1, kChiSq = 2, kMulti = 3, kFreq = 4, kReader = 5 };
-inline constexpr int kCurveKinds = 5;  // that stand in lists
+inline constexpr int kCurveKinds = 5;  // the kinds that a person can add
 
 struct Curve {
-  std::uint32_t order = 0;  // in which the user chose the curves
+  std::uint32_t order = 0;  // position in which the user chose the curve
   CurveKind kind = CurveKind::kData;
   int quantity = -1;
-  std::uint32_t datasetId = 0;  // of kinds kData and kChiSq
-  std::uint32_t modelId = 0;    // the model's number, of all kinds but kData
+  std::uint32_t datasetId = 0;  // for the kinds kData and kChiSq
+  std::uint32_t modelId = 0;    // the model's number, for all kinds except kData
   int nColor = 0;               // row of the colour table, 0 for an automatic colour
   int colorIndex = 0;           // the row in use, 1 to 16
   bool ShowLine = false;
@@ -46,8 +56,8 @@ struct Curve {
   double Shift = 0.0;
 
   StrokeBuffer strokes{};
-  StrokeBuffer oldStrokes{};  // what was painted last, if `changed`
-  bool changed = false;       // the strokes are not those that were painted last
+  StrokeBuffer oldStrokes{};  // the strokes that were painted last, if `changed`
+  bool changed = false;       // the strokes differ from those that were painted last
 };
 
 inline constexpr std::size_t kLongestTitle = 99;  // bytes of an axis title
@@ -65,7 +75,7 @@ struct Axis {
   int labelGap = 0;  // smallest free distance of two neighbouring labels, pixels
 };
 
-// The frame belongs to the plot. Window pixels, y downwards.
+// The frame is part of the plot. Window pixels, y downwards.
 struct PlotFrame {
   int left = 0;
   int top = 0;
@@ -73,29 +83,29 @@ struct PlotFrame {
   int bottom = 0;
 };
 
-// What a screen has to do to show the graph as it is.
+// How much a screen must repaint to show the present state of the graph.
 enum class Repaint { kNothing, kChanges, kEverything };
 
 struct Graph {
   std::uint32_t number = 0;  // 0 marks a free slot
   std::string name;
-  int Width = 400;  // of what is drawn on, pixels
+  int Width = 400;  // of the window, pixels
   int Height = 300;
 
   PlotFrame frame;
   Axis X{0.0, 1000.0, 200.0, 0, 0, false, "Wavenumber (1/cm)"};
   Axis Y{0.0, 1.0, 0.2, 0, 0, false, "Reflectivity"};
-  bool ShowFitted = false;  // of a dataset only the rows that the fit uses
+  bool ShowFitted = false;  // show only the rows of a dataset that the fit uses
 
   std::vector<Curve> curves;
-  unsigned staleKinds = 0;  // a bit for each kind of curves whose strokes are to be built anew
+  unsigned staleKinds = 0;  // one bit for each kind of curve whose strokes must be rebuilt
   Repaint repaint = Repaint::kEverything;
 
   int plotWidth = 0;  // pixels
   int plotHeight = 0;
   std::vector<double> columnX;                     // value of each column of pixels
-  std::vector<double> rowY;                        // and of each row, from the bottom
-  std::vector<std::uint8_t> columnNew, columnOld;  // colours of one column
+  std::vector<double> rowY;                        // value of each row of pixels, from the bottom
+  std::vector<std::uint8_t> columnNew, columnOld;  // buffers for the colours of one column
 
   bool readerActive = false;
   int readerColumn = 0;
@@ -137,7 +147,7 @@ inline constexpr std::array<const char*, 5> kSymbolShapeNames = {"Square", "Circ
                                                                  "Diamond"};
 inline constexpr std::array<const char*, kCurveKinds> kCurveKindNames = {"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"};
 
-// Size in pixels of a curve's symbols, 0 if it shows none or its size or shape is no row of the tables.
+// Size in pixels of a curve's symbols. 0 if it shows none, or if its size or shape is not in the tables.
 inline int SymbolSizeOf(const Curve& curve) {
   const auto isRow = [](int row, std::size_t rows) { return row >= 0 && row < static_cast<int>(rows); };
   const bool shown = curve.ShowSymbol && isRow(curve.nSymbolSize, kSymbolSizeNames.size()) &&

@@ -11,7 +11,7 @@ namespace kalvex {
 
 namespace {
 
-// The lines of the columns of pixels.
+// One line for each column of pixels.
 std::string TextOf(const Graph& graph, const std::vector<std::vector<double>>& columns) {
   std::string text;
   for (std::size_t i = 0; i < graph.columnX.size(); ++i) {

@@ -1,5 +1,5 @@
-// Making graphs, changing what they show, and how they hear of changes elsewhere. Nothing is painted here: a graph
-// notes what a screen must do, and keeps what is stale until somebody looks.
+// Making graphs, changing what they show, and updating them after changes elsewhere. Nothing is painted here: a graph
+// records what a screen must repaint and which strokes are stale.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace kalvex {
 
-// What a graph hears of a change elsewhere.
+// A change elsewhere that concerns graphs.
 enum class GraphEvent : int {
   kDatasetUnloaded = 0,   // id: the dataset's id
   kDatasetChanged = 1,    // id: not used
@@ -22,47 +22,49 @@ enum class GraphEvent : int {
   kReaderToggled = 7,
 };
 
-// The graph of that number, or null; 0 is no number.
+// The graph with that number; null if there is none. 0 marks free slots and is never found.
 Graph* GetGraphByNumber(GraphTable& table, std::uint32_t number);
 const Graph* GetGraphByNumber(const GraphTable& table, std::uint32_t number);
 
-// A graph with the default axes and no curves in the first free slot; null if all are taken.
+// Makes a graph with default axes and no curves in the first free slot. Null if all slots are taken.
 Graph* CreateGraph(GraphTable& table);
-// Frees the slot. The number is not given out again.
+// Frees the slot. The number is not used again.
 void CloseGraph(Graph& graph);
 
-// Lays the graph out anew, after its size, its axes or its list of curves has changed: ticks, frame, the value of each
-// pixel. All strokes become stale, and everything is to be painted. A window that is too large for one gets a plot
-// without pixels.
+// Computes the layout after a change of the size, the axes or the list of curves: ticks, frame, the value of each
+// pixel. All strokes become stale, and everything must be repainted. If the window is too large, the plot has no
+// pixels.
 void RebuildGraph(Graph& graph);
 
-// Makes the limits of both axes such that they can be drawn, and rebuilds.
+// Normalises the limits of both axes and rebuilds the graph.
 void ApplyAxes(Graph& graph);
 
-// New curves of each kind, as a macro adds them.
+// New curves of each kind with the defaults of the macro language.
 Curve DataCurve(const Dataset& dataset);
 Curve ModelCurve(const Model& model, int quantity);
 Curve ChiSqCurve(const Dataset& dataset, const Model& model);
 Curve MultiCurve(const Model& model, int quantity);
 Curve FreqCurve(const Model& model);
 
-// The order in which curves are built, in which the model curves of a model stand together.
+// Order for building curves: the model curves of one model are neighbours.
 bool IsBuiltBefore(const Curve& a, const Curve& b);
 
-// Gives each curve the colour it is drawn in. One without a colour of its own has that behind the curve before it.
+// Sets the colour in which each curve is drawn. A curve with an automatic colour takes the next row of the table after
+// the colour of the previous curve.
 void AssignColors(std::vector<Curve>& curves);
 
-// At the end of the list.
+// Appends a curve to the list.
 void AddCurve(Graph& graph, Curve curve);
-// The first curve of that kind, of the dataset or the model, and of the Quantity unless it is -1. False if there is
-// none.
+// Removes the first curve of that kind, of the dataset or the model, and of the Quantity unless it is -1. False if
+// there is none.
 bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, int quantity);
 
-// What every graph does when it hears of a change. Without autoUpdate a changed parameter leaves the curves as they
-// are, until a forced update.
+// Updates all graphs after a change. Without autoUpdate a changed parameter leaves the curves as they are until a
+// forced update.
 void AnswerGraphEvent(GraphTable& table, GraphEvent event, std::int64_t id, bool autoUpdate);
 
-// "DATA [R] "gold.dat"" and the like; what no longer exists has an empty name.
+// The description of a curve, such as "DATA [R] "gold.dat"". A dataset or model that no longer exists has an empty
+// name.
 std::string CurveText(const Curve& curve, const DatasetTable& datasets, const ParamTables& params);
 
 }  // namespace kalvex

@@ -25,7 +25,7 @@ void PaintStrokes(const Graph& graph, Canvas& canvas, const Curve& curve) {
   }
 }
 
-// The colours of one column of the plot, made of the strokes that `of` gives for each curve.
+// The colours of one column of the plot, from the strokes that `of` returns for each curve.
 template <class StrokesOf>
 void FillColumn(const Graph& graph, std::span<const Curve* const> curves, int column, StrokesOf of,
                 std::vector<std::uint8_t>& colors) {
@@ -57,7 +57,7 @@ void PaintDifferences(const Graph& graph, Canvas& canvas, int column) {
   }
 }
 
-// From now on the strokes are what the screen shows.
+// Records that the screen shows the present strokes.
 void SetPainted(Graph& graph) {
   for (Curve& curve : graph.curves) curve.changed = false;
   graph.readerCurve.changed = false;

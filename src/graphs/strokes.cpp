@@ -6,13 +6,13 @@
 namespace kalvex {
 namespace {
 
-constexpr double kHair = 1.1111e-11;  // rounding that a whole row or column may be missed by
+constexpr double kHair = 1.1111e-11;  // tolerance for rounding at whole rows and columns
 
 struct PlaceRange {
   double low, high;
 };
 
-// Where an endless line through both points runs in the column.
+// The range of rows in which the infinite line through both points crosses the column.
 PlaceRange RangeOfLine(Point from, Point to, int column) {
   const auto [low, high] = std::minmax(from.y, to.y);
   if (std::fabs(to.x - from.x) < kHair) return {low - 0.5, high + 0.5};
@@ -24,7 +24,7 @@ PlaceRange RangeOfLine(Point from, Point to, int column) {
   return {middle - 0.5, middle + 0.5};
 }
 
-// Half height and half hole of the columns of circles of the sizes 1, 3, ... 15; -1 for no hole.
+// Half height of each column of a circle and half height of its hole, for the sizes 1, 3, ... 15; -1 for no hole.
 struct CircleColumn {
   int half;
   int hole = -1;
@@ -63,7 +63,7 @@ SymbolColumn ColumnOf(SymbolShape shape, int h, int dx) {
 std::optional<RowRun> StrokeForColumn(Point from, Point to, int column, PlotSize size) {
   if (column < 0 || column >= size.width) return std::nullopt;
   const PlaceRange line = RangeOfLine(from, to, column);
-  // A steep segment would overshoot its ends by half the height of a column.
+  // A steep segment would extend beyond its ends by half the height of a column.
   const auto [lower, upper] = std::minmax(from.y, to.y);
   const double low = std::max(line.low, lower - 0.5), high = std::min(line.high, upper + 0.5);
   if (high < -0.5 || low > size.height + 0.5) return std::nullopt;
@@ -83,7 +83,7 @@ std::vector<SymbolColumn> SymbolColumns(SymbolShape shape, int size) {
   const int h = (size - 1) / 2;
   std::vector<SymbolColumn> columns;
   for (int dx = 0; dx <= h; ++dx) {
-    // Triangles end in a point before their square does.
+    // The tip of a triangle lies inside of its square, so that the outer columns may be empty.
     if (const SymbolColumn column = ColumnOf(shape, h, dx); column.first <= column.last) columns.push_back(column);
   }
   return columns;
@@ -106,7 +106,7 @@ void IndexStrokes(StrokeBuffer& buffer, PlotSize size) {
     return s.column < 0 || s.column >= size.width || s.last < 0 || s.first >= size.height;
   });
 
-  // By columns first, which takes no comparisons: a dense curve has a hundred strokes in each.
+  // A counting sort by column needs no comparisons. A dense curve has a hundred strokes in each column.
   std::vector<std::size_t> ends(width + 1, 0);
   for (const Stroke& s : buffer.strokes) ++ends[static_cast<std::size_t>(s.column) + 1];
   std::partial_sum(ends.begin(), ends.end(), ends.begin());

@@ -1,4 +1,4 @@
-// Strokes: what of a line or a symbol falls on each column of pixels.
+// Strokes: the pixels of a line or a symbol in each column.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace kalvex {
 
-// Size of a plot in pixels, its frame included.
+// Size of a plot in pixels, including its frame.
 struct PlotSize {
   int width;
   int height;
@@ -23,19 +23,19 @@ struct RowRun {
   int last;
 };
 
-// The whole number next to a place, held within what a plot can ever have.
+// Rounds a place to a whole number, limited to the range that a plot can have.
 inline int Rounded(double place) { return static_cast<int>(std::floor(std::clamp(place, -1e6, 1e6) + 0.5)); }
 
-// The rows of a column that the straight segment between two places covers. The line is one pixel thick, and ends
-// with its points.
+// The rows of a column that the straight segment between two places covers. The line is one pixel thick and ends at its
+// points.
 std::optional<RowRun> StrokeForColumn(Point from, Point to, int column, PlotSize size);
 
 inline bool HasPlace(Point p) { return p.x != kMissing && p.y != kMissing; }
-// Both beyond the same side of the plot.
+// True if both points lie outside of the plot on the same side.
 bool AreBeyondOneSide(Point a, Point b, PlotSize size);
 
-// Calls visit(number of the segment, column, RowRun) for what each pair of consecutive places covers, in pairs that
-// have places and do not lie beyond one side of the plot.
+// Calls visit(number of the segment, column, RowRun) for the pixels between each pair of consecutive places. Pairs with
+// a missing place, or with both places outside on the same side, are skipped.
 template <class Visit>
 void ForEachLineStroke(std::span<const Point> places, PlotSize size, Visit visit) {
   for (std::size_t i = 0; i + 1 < places.size(); ++i) {
@@ -48,22 +48,23 @@ void ForEachLineStroke(std::span<const Point> places, PlotSize size, Visit visit
   }
 }
 
-// One column of a symbol, rows relative to its middle; the hole is empty if holeFirst is above holeLast.
+// One column of a symbol, with rows relative to its middle. The hole is empty if holeFirst is above holeLast.
 struct SymbolColumn {
   int first, last;
   int holeFirst, holeLast;
 
   bool HasHole() const { return holeFirst <= holeLast; }
 };
-// The columns of a symbol at the distances 0, 1, ... from its middle column, to both sides. size: odd, 1 to 15.
+// The columns of a symbol at the distances 0, 1, ... from its middle column, the same on both sides. size: odd, 1 to
+// 15.
 std::vector<SymbolColumn> SymbolColumns(SymbolShape shape, int size);
 
 // Empties the buffer and sets its limit.
 void Restart(StrokeBuffer& buffer, std::size_t capacity);
-// False, with nothing added, if the buffer is full.
+// False, and adds nothing, if the buffer is full.
 bool AddStroke(StrokeBuffer& buffer, int column, RowRun rows);
-// Cuts the strokes to the plot, sorts them, merges those of a column that overlap or touch, and finds those of each
-// column.
+// Cuts the strokes to the plot, sorts them, merges strokes of a column that overlap or touch, and stores the index of
+// each column's strokes.
 void IndexStrokes(StrokeBuffer& buffer, PlotSize size);
 
 }  // namespace kalvex

@@ -16,7 +16,7 @@ namespace {
 constexpr double kLineWidth = 1.25;
 constexpr int kPointsPerPixel = 4;
 
-// The graph on its canvas; places go over into points of the canvas, those of pixels' middles lie half a pixel inside.
+// Draws a graph on its canvas. Places become points of the canvas; the middle of a pixel lies half a pixel inside.
 class Paper {
  public:
   Paper(const Graph& graph, EvalContext& ctx, Canvas& canvas) : graph_(graph), ctx_(ctx), canvas_(canvas) {
@@ -49,8 +49,8 @@ class Paper {
   }
   Point OnCanvas(Point place) const { return {graph_.frame.left + place.x + 0.5, graph_.frame.bottom - place.y + 0.5}; }
 
-  // The part of a segment within a margin around the plot: a line may leave it by any number of pixels, which no viewer
-  // of pictures can be trusted with. False if there is none.
+  // Cuts a segment to a margin around the plot. Uncut lines may have coordinates too large for some picture viewers.
+  // False if nothing is left.
   bool CutToPlot(Point& a, Point& b) const {
     constexpr double kMargin = 10;
     const double low[] = {-kMargin, -kMargin}, high[] = {graph_.plotWidth + kMargin, graph_.plotHeight + kMargin};
@@ -71,7 +71,7 @@ class Paper {
     return true;
   }
 
-  // Joins places; a place without position is a gap.
+  // Joins places with lines. A missing place leaves a gap.
   void Line(const std::vector<Point>& places) const {
     std::vector<Point> points;
     const auto finish = [&] {
@@ -136,7 +136,7 @@ class Paper {
     }
   }
 
-  // ---- data
+  // ---- curves of data
 
   void DrawData(const Curve& curve) const {
     const int size = SymbolSizeOf(curve);
@@ -155,7 +155,7 @@ class Paper {
     }
   }
 
-  // With a cap at each end as wide as the symbol; the symbol hides what lies below it.
+  // An error bar has a cap as wide as the symbol at each end. The symbol is drawn over it.
   void DrawErrorBar(const Curve& curve, const DataRow& row, Point at, double half) const {
     const Point low = PlaceOfPoint(curve, row.x, row.y - row.sigma);
     const Point high = PlaceOfPoint(curve, row.x, row.y + row.sigma);

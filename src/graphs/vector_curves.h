@@ -1,4 +1,4 @@
-// A graph for paper: lines and symbols as they are, not as pixels.
+// Drawing a graph with lines and symbols instead of pixels, for vector pictures.
 #pragma once
 
 #include "evaluation/eval_context.h"
@@ -7,7 +7,7 @@
 
 namespace kalvex {
 
-// Draws the graph at its window's size with black axes on white ground. Model curves take several points a pixel.
+// Draws the graph at its window's size with black axes on a white ground. Model curves have several points per pixel.
 void DrawGraphForPaper(Graph& graph, EvalContext& ctx, Canvas& canvas);
 
 }  // namespace kalvex

@@ -10,7 +10,7 @@ struct CleanState {
   bool inString = false;
 };
 
-// Whether the character is kept. Each rule comes before all those below it.
+// True if the character is kept. The order of the rules matters: the first one that applies decides.
 bool Keeps(char c, CleanState& state) {
   if (c == '#' && !state.inString) {
     state.inComment = true;
@@ -32,8 +32,8 @@ bool Keeps(char c, CleanState& state) {
 }  // namespace
 
 std::string CleanMacro(std::string_view text, std::vector<std::uint32_t>* sources) {
-  // The format's reader scans the file twice, first for the size, and enters the second scan in the comment in which
-  // the first one ended.
+  // The format defines two scans of the file, of which the first only counts. The second scan starts inside the comment
+  // in which the first one ended.
   CleanState state;
   for (const char c : text) Keeps(c, state);
   state.inString = false;

@@ -1,5 +1,5 @@
-// What a command is: the record of its parameters, the description that ties the record to the text of a statement, and
-// the function that carries it out.
+// A command: the record of its parameters, the description that connects the record with the text of a statement, and
+// its handler.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ class Session;
 
 enum class ParamType { kInteger, kReal, kString };
 
-// A parameter as the parser sees it.
+// A parameter as the parser needs it.
 struct MacroParam {
   const char* name = "";
   ParamType type = ParamType::kInteger;
@@ -33,21 +33,22 @@ struct MacroSlot {
   int intValue = 0;
   double realValue = 0;
   std::string text;
-  int loopColumn = -1;  // column of the loop file from 0, -1 for a literal
+  int loopColumn = -1;  // column of the loop file, counted from 0; -1 for a literal
 };
-using MacroBlock = std::vector<MacroSlot>;  // a slot for each parameter of the command, in their order
+using MacroBlock = std::vector<MacroSlot>;  // one slot for each parameter of the command, in the same order
 
-// What a statement tells the executor; anything above kQuit counts as kStop.
+// What the executor does after a statement. Any value above kQuit counts as kStop.
 enum class MacroResult : int { kNext = 0, kBeginLoop = 1, kEndLoop = 2, kStop = 3, kQuit = 4 };
 
-// One statement being executed: what it works on, and what verbose output will say of it.
+// One statement during its execution: the desk and session it works on, and the text for verbose output.
 struct MacroCall {
   Desk& desk;
   Session& session;
   std::string said;
 
-  // Each ends a handler. Done says what was done; Nothing says "nothing done: " and why; Missing that a parameter which
-  // the command needs is not given; Told what was done, or why the operation of the session has failed.
+  // Each of these ends a handler and sets the verbose text. Done: what was done. Nothing: "nothing done: " and the
+  // reason. Missing: a parameter that the command needs is not given. Told: what was done, or why the operation of the
+  // session failed.
   MacroResult Done(std::string what);
   MacroResult Nothing(const std::string& why);
   MacroResult Missing(const char* param);
@@ -57,10 +58,10 @@ struct MacroCall {
 struct MacroCommand {
   const char* name = "";
   MacroResult (*run)(MacroCall& call, const MacroBlock& block) = nullptr;
-  std::span<const MacroParam> params;  // their order decides what an abbreviation means
+  std::span<const MacroParam> params;  // their order resolves ambiguous abbreviations
 };
 
-// One row of the description of a command's parameters: a name, and the member of the record P that takes the value.
+// One row of the description of a command's parameters: a name and the member of the record P that receives the value.
 // The type of the member is the type of the parameter.
 template <class P, class T>
 struct ParamRow {
@@ -87,7 +88,7 @@ constexpr ParamRow<P, std::string> Param(const char* name, std::optional<std::st
   return {{name, ParamType::kString, length}, member};
 }
 
-// What the parser sees of a record P, whose rows are P::Describe(), a tuple of them.
+// The parameters of a record P for the parser, from the tuple that P::Describe() returns.
 template <class P>
 inline constexpr auto kParamsOf =
     std::apply([](const auto&... row) { return std::array<MacroParam, sizeof...(row)>{row.param...}; }, P::Describe());
@@ -100,7 +101,7 @@ P RecordOf([[maybe_unused]] const MacroBlock& block) {
   return record;
 }
 
-// The row of a table of commands: the name, and the handler, whose second argument is the record.
+// A row of a table of commands: the name, and the handler, whose second argument is the record.
 template <auto kHandler>
 constexpr MacroCommand Command(const char* name) {
   return [name]<class P>(MacroResult (*)(MacroCall&, const P&)) {

@@ -1,4 +1,4 @@
-// The tables of the commands. Their order decides what an abbreviation means, so new commands are always appended.
+// The tables of the commands. Their order resolves ambiguous abbreviations, so a new command is always appended.
 #pragma once
 
 #include <span>
@@ -9,7 +9,8 @@ namespace kalvex {
 
 // The 36 commands of the format.
 std::span<const MacroCommand> MacroCommandTable();
-// Commands of our own for what the format has no word for, looked at only when no name of the first table matches.
+// Additional commands, for operations that the format lacks. They are searched only if no name of the first table
+// matches.
 std::span<const MacroCommand> MacroExtraTable();
 
 }  // namespace kalvex

@@ -33,7 +33,7 @@ MacroResult ExportModelCurveCommand(MacroCall& call, const ExportModelCurveParam
   if (!status.Ok() && status.Code() != StatusCode::kNotComputed) return call.Nothing(status.Text());
   const std::string empty = ", so '" + *p.File + "' is empty";
   if (!model) return call.Done(NoSuchModel(*p.ModelNo).Text() + empty);
-  if (!what.quantity) return call.Done("'" + *p.Quantity + "' is no Quantity" + empty);
+  if (!what.quantity) return call.Done("'" + *p.Quantity + "' is not a Quantity" + empty);
   return call.Done("written to '" + *p.File + "'" + (status.Ok() ? "" : "; but " + status.Text()));
 }
 

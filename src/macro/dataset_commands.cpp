@@ -9,7 +9,7 @@ namespace {
 
 std::string SlotText(int slot) { return "dataset " + std::to_string(slot); }
 
-// An operation acts on a slot whether or not it holds anything; this says what that came to.
+// An operation succeeds on an empty slot too. For such a slot the verbose text is "dataset N is not loaded".
 MacroResult Outcome(MacroCall& call, const Status& status, int slot, bool isLoaded, const std::string& done) {
   return call.Told(status.Ok() && !isLoaded ? NotLoaded(slot) : status, SlotText(slot) + ' ' + done);
 }
@@ -21,7 +21,7 @@ std::string RangeText(const Dataset& dataset) {
          TextG(dataset.CutMin) + " to " + TextG(dataset.CutMax);
 }
 
-// Takes the method of a number that counts from 1. False if there is no such method.
+// Converts a number that counts from 1 into a method. False if there is no such method.
 template <class Method>
 bool TakeMethod(std::optional<int> number, Method last, Method& method) {
   if (!number) return true;
@@ -30,7 +30,7 @@ bool TakeMethod(std::optional<int> number, Method last, Method& method) {
   return true;
 }
 
-// Null, or which number is wrong.
+// Returns null, or a text that says which number is wrong.
 const char* TakeMethods(const LoadDatasetParams& p, DatasetSource& source) {
   if (!TakeMethod(p.XMethod, XSource::kGenerated, source.XMethod)) return "XMethod should be 1, 2 or 3.";
   if (!TakeMethod(p.XGrid, Grid::kLogarithmic, source.XGrid)) return "XGrid should be 1 or 2.";
@@ -72,7 +72,7 @@ MacroResult LoadDatasetCommand(MacroCall& call, const LoadDatasetParams& p) {
   const Dataset& dataset = *call.session.FindDataset(slot);
   std::string said =
       SlotText(slot) + " is '" + dataset.name + "', " + QuantityText(dataset.Quantity) + ", " + RangeText(dataset);
-  if (p.Quantity && !QuantityOfShortName(*p.Quantity)) said += "; '" + *p.Quantity + "' is no Quantity and was ignored";
+  if (p.Quantity && !QuantityOfShortName(*p.Quantity)) said += "; '" + *p.Quantity + "' is not a Quantity, ignored";
   return call.Done(said);
 }
 
@@ -97,14 +97,16 @@ MacroResult ExportDatasetCommand(MacroCall& call, const ExportDatasetParams& p) 
                                                    FlagOf(p.ExportErrorBars).value_or(false));
   const bool isLoaded = call.session.FindDataset(*p.DatasetNo) != nullptr;
   return call.Told(status, SlotText(*p.DatasetNo) +
-                               (isLoaded ? " written to '" : " is not loaded; an empty file is at '") + *p.File + "'");
+                               (isLoaded ? " written to '" : " is not loaded; an empty file was written: '") + *p.File +
+                               "'");
 }
 
 MacroResult AddNoiseCommand(MacroCall& call, const AddNoiseParams& p) {
   if (!p.Sigma) return call.Missing("Sigma");
   const int slot = p.DatasetNo.value_or(1);
   const Status status = call.session.AddNoise(slot, *p.Sigma);
-  return Outcome(call, status, slot, call.session.FindDataset(slot) != nullptr, "has noise of " + TextG(*p.Sigma));
+  return Outcome(call, status, slot, call.session.FindDataset(slot) != nullptr,
+                 "has additional noise of sigma " + TextG(*p.Sigma));
 }
 
 MacroResult CutDatasetCommand(MacroCall& call, const CutDatasetParams& p) {
@@ -118,7 +120,7 @@ MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityP
   if (!p.DatasetNo) return call.Missing("DatasetNo");
   if (!p.Quantity) return call.Missing("Quantity");
   const auto quantity = QuantityOfShortName(*p.Quantity);
-  if (!quantity) return call.Nothing("'" + *p.Quantity + "' is no Quantity");
+  if (!quantity) return call.Nothing("'" + *p.Quantity + "' is not a Quantity");
   if (!call.session.FindDataset(*p.DatasetNo)) return call.Nothing(NotLoaded(*p.DatasetNo).Text());
   return call.Told(call.session.SetDatasetQuantity(*p.DatasetNo, *quantity, Heard::kAtOnce),
                    SlotText(*p.DatasetNo) + " is now " + QuantityText(*quantity));

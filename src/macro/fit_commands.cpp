@@ -21,7 +21,7 @@ std::optional<ParamRef> ExpParamNamed(const Session& session, const std::string&
   return std::nullopt;
 }
 
-// Model, row and column of a fit parameter, as a person names them.
+// Model, row and column of a fit parameter, in the words of the macro language.
 std::string PlaceText(const ParamTables& tables, const FitParam& param) {
   const ParamPlace& at = param.place;
   if (at.Where == ParamKind::kExp) return std::string(NameOf(ParamAt(tables, at)));
@@ -35,12 +35,12 @@ std::string PlaceText(const ParamTables& tables, const FitParam& param) {
 
 std::string Summary(const Session& session, double seconds) {
   const FitState& fit = session.Fit();
-  // Without a parameter there was no run, and the count is still that of the one before.
+  // Without a parameter there was no run, and IterationCount is still that of the previous run.
   const int iterations = fit.NumFitParams < 1 ? 0 : fit.IterationCount;
   std::string text = std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) + " -> " +
                      TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";
   if (fit.report.withoutInfluence.empty()) return text;
-  text += "; without influence at their present values:";
+  text += "; parameters without influence on ChiSq at their present values:";
   const char* separator = " ";
   for (const int i : fit.report.withoutInfluence) {
     text += separator + PlaceText(session.Params(), fit.params[static_cast<std::size_t>(i)]);
@@ -60,7 +60,7 @@ MacroResult ExpParamsCommand(MacroCall& call, const PositionParams& p) {
 MacroResult SetExpParamCommand(MacroCall& call, const SetExpParamParams& p) {
   if (!p.ParamName) return call.Missing("ParamName");
   const auto param = ExpParamNamed(call.session, *p.ParamName);
-  if (!param) return call.Nothing("'" + *p.ParamName + "' begins the name of no experimental parameter");
+  if (!param) return call.Nothing("no experimental parameter has a name that begins with '" + *p.ParamName + "'");
   const Status status = call.session.SetParam(*param, EditOf(p));
   const ModelParam& record = *call.session.FindParam(*param);
   return call.Told(status, std::string(NameOf(record)) + " = " + ParamText(record));
@@ -94,13 +94,13 @@ MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams&
 
 MacroResult FitCommand(MacroCall& call, const FitRunParams& p) {
   Session& session = call.session;
-  if (!session.FitFollows()) return call.Nothing("the fit window is not open, WindowFit() opens it");
+  if (!session.FitFollows()) return call.Nothing("the fit window is not open; WindowFit() opens it");
   if (session.Fit().FitRunning) {
     session.StopFit();
-    return call.Done("the running fit was asked to stop");
+    return call.Done("requested the running fit to stop");
   }
   const auto start = std::chrono::steady_clock::now();
-  session.RunFit({.iterations = p.NumIters}).Ignore();  // the summary tells how the run ended
+  session.RunFit({.iterations = p.NumIters}).Ignore();  // the summary contains the reason of the end
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   const std::string summary = Summary(session, took.count());
   if (call.desk.macro.progress && !call.desk.macro.verbose) std::fprintf(stderr, "fit: %s\n", summary.c_str());

@@ -29,21 +29,21 @@ MacroResult MainWindowCommand(MacroCall& call, const MainWindowParams& p) {
 MacroResult WaitCommand(MacroCall& call, const WaitParams& p) {
   Platform& platform = call.session.GetPlatform();
   platform.PumpEvents();
-  if (!p.Time) return call.Done("events delivered");
+  if (!p.Time) return call.Done("pending events handled");
   platform.Sleep(std::max(0, *p.Time));
   return call.Done("waited " + std::to_string(*p.Time) + " ms");
 }
 
 MacroResult SuspendCommand(MacroCall& call, const NoParams&) {
   MacroState& macro = call.desk.macro;
-  if (macro.neverSuspend) return call.Done("goes on, as asked for before");
+  if (macro.neverSuspend) return call.Done("continued without asking, as chosen earlier");
   const SuspendAnswer answer = call.session.GetPlatform().AskSuspend();
   if (answer == SuspendAnswer::kExitMacro) {
     call.Done("macro ended");
     return MacroResult::kStop;
   }
   macro.neverSuspend = answer == SuspendAnswer::kContinueAndNeverAskAgain;
-  return call.Done("goes on");
+  return call.Done("continued");
 }
 
 MacroResult ExitCommand(MacroCall& call, const ExitParams& p) {

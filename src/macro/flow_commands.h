@@ -1,4 +1,4 @@
-// Commands that steer the macro itself and the main window.
+// Commands for the flow of the macro and for the main window.
 #pragma once
 
 #include "macro/shared_params.h"

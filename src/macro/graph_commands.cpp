@@ -10,7 +10,8 @@
 namespace kalvex {
 namespace {
 
-// The graph named by GraphNo, which must be given and exist; null after saying what is missing.
+// The graph with the number GraphNo. If GraphNo is missing or the graph does not exist, sets the verbose text and
+// returns null.
 const Graph* NeededGraph(MacroCall& call, std::optional<int> graphNo) {
   if (!graphNo) {
     call.Missing("GraphNo");
@@ -38,7 +39,7 @@ std::optional<int> NeededQuantity(MacroCall& call, const std::optional<std::stri
     return std::nullopt;
   }
   const auto quantity = QuantityOfShortName(*name);
-  if (!quantity) call.Nothing("'" + *name + "' is no Quantity");
+  if (!quantity) call.Nothing("'" + *name + "' is not a Quantity");
   return quantity;
 }
 
@@ -51,7 +52,7 @@ void SetLook(const P& p, Curve& curve) {
   SetIfGiven(curve.Shift, p.Shift);
 }
 
-// Ends a command that adds a curve.
+// The end of each command that adds a curve.
 MacroResult Add(MacroCall& call, const Graph& graph, const Curve& curve) {
   const Session& session = call.session;
   if (const Status status = call.session.AddCurve(graph.number, curve); !status.Ok()) {
@@ -67,7 +68,7 @@ MacroResult Remove(MacroCall& call, const Graph& graph, CurveKind kind, std::uin
   return call.Told(status, GraphText(graph) + " has " + std::to_string(graph.curves.size()) + " curves");
 }
 
-// A title is a format: %% stands for %. Other marks have nothing to stand for and stay.
+// A title is a format: %% becomes %. All other text stays as it is.
 std::optional<std::string> TitleOf(const std::optional<std::string>& format) {
   if (!format) return std::nullopt;
   std::string title;
@@ -90,7 +91,7 @@ std::string PlotText(const Graph& graph) {
 }  // namespace
 
 MacroResult NewGraphCommand(MacroCall& call, const NewGraphParams& p) {
-  // A size counts only with a place, as for every window.
+  // A size is used only together with a position, as for every window.
   const bool placed = p.XPos && p.YPos;
   const auto number = placed ? call.session.NewGraph(p.Width, p.Height) : call.session.NewGraph();
   if (!number.Ok()) return call.Nothing(number.Text());
@@ -123,7 +124,7 @@ MacroResult AddDataCurveCommand(MacroCall& call, const AddDataCurveParams& p) {
   SetFlagIfGiven(curve.SymbolOpen, p.SymbolOpen);
   Add(call, *graph, curve);
   if (!curve.ShowLine && !curve.ShowSymbol && !curve.ShowError) {
-    call.said += "; nothing of it is drawn without ShowLine, ShowSymbol or ShowError";
+    call.said += "; the curve is invisible without ShowLine, ShowSymbol or ShowError";
   }
   return MacroResult::kNext;
 }
@@ -197,7 +198,7 @@ MacroResult DrawGraphCommand(MacroCall& call, const DrawGraphParams& p) {
   if (!graph) return MacroResult::kNext;
   if (!p.File) return call.Missing("File");
   const auto format = PictureFormatOf(*p.File);
-  if (!format) return call.Nothing("the name of a picture ends in .svg, .pdf or .png, not as '" + *p.File + "'");
+  if (!format) return call.Nothing("'" + *p.File + "' does not end in .svg, .pdf or .png");
   const int width = p.Width.value_or(graph->Width), height = p.Height.value_or(graph->Height);
   return call.Told(call.session.DrawGraph(graph->number, *format, width, height, *p.File),
                    std::to_string(width) + " x " + std::to_string(height) + " pixels drawn to '" + *p.File + "'");

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostOfALine = 999;
 
-// The next line, its line feed included, or as much of it as is read at a time.
+// The next line, including its line feed, or the longest piece that is read at a time.
 std::string_view TakePiece(std::string_view& rest) {
   const std::size_t feed = rest.substr(0, kMostOfALine).find('\n');
   const std::size_t size = feed == std::string_view::npos ? std::min(kMostOfALine, rest.size()) : feed + 1;

@@ -1,4 +1,4 @@
-// Loop files: one pass of a loop for each line, its tokens standing for %1, %2, ...
+// Loop files: each line is one pass of a loop, and its tokens replace %1, %2, ...
 #pragma once
 
 #include <string>
@@ -13,8 +13,7 @@ namespace kalvex {
 // The rows of a loop file. False if it cannot be opened or is empty.
 bool ReadLoopFile(const std::string& path, std::vector<LoopRow>& rows);
 
-// Puts the row's tokens in the place of the loop columns, and of %1 to %8 in strings, of every parameter that was
-// given.
+// Replaces the loop columns in all given parameters by the row's tokens, and %1 to %8 inside of strings.
 void SubstituteLoopValues(const MacroCommand& command, const LoopRow& row, MacroBlock& block);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// State of the macro interpreter, of which there is one on a desk.
+// State of the macro interpreter. A desk has one.
 #pragma once
 
 #include <string>
@@ -11,8 +11,8 @@ inline constexpr std::size_t kMaxLoopRows = 1000;
 inline constexpr std::size_t kMaxLoopTokens = 200;
 inline constexpr std::size_t kLoopTokenSize = 20;
 
-// One line of a loop file: its tokens in fields of 20 characters one behind the other. A token that fills its field has
-// no end of its own, so that reading it runs on into the next one.
+// One line of a loop file: its tokens in consecutive fields of 20 characters. A token that fills its field has no
+// terminator, so reading it continues into the next field.
 struct LoopRow {
   std::string fields;
   std::size_t TokenCount() const { return fields.size() / kLoopTokenSize; }
@@ -23,12 +23,12 @@ std::string_view LoopToken(const LoopRow& row, std::size_t column);
 
 struct MacroState {
   bool running = false;
-  bool neverSuspend = false;  // the user wants no more questions from Suspend, for the rest of the process
+  bool neverSuspend = false;  // the user chose that Suspend never asks again in this process
   std::string loopFile;       // as BeginLoop gave it
   std::vector<LoopRow> loopRows;
-  bool verbose = false;   // tell on standard error what each statement did
-  bool progress = false;  // tell on standard error how a fit ended
-  std::string fault;      // why the last macro could not run: place, what was found and what was expected
+  bool verbose = false;   // report on standard error what each statement did
+  bool progress = false;  // report on standard error how a fit ended
+  std::string fault;      // why the last macro could not run: place, what was found, what was expected
 };
 
 }  // namespace kalvex

@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-// The column of a parameter's name; nothing for "Einf" and for what is no name.
+// The column of a parameter name. Nothing for "Einf" and for unknown names.
 std::optional<int> ColumnNamed(const std::string& name) {
   for (int column = 0; column < kColumns; ++column) {
     if (EqualsIgnoringCase(name, kColumnNames[static_cast<std::size_t>(column)])) return column;
@@ -18,24 +18,24 @@ std::optional<int> ColumnNamed(const std::string& name) {
   return std::nullopt;
 }
 
-// "Einf", or a column and a row number from 1.
+// A reference to "Einf", or to a column and a row number from 1.
 Result<ParamRef> ParamNamed(const Model& model, const std::string& name, std::optional<int> lorNo,
                             const char* lorNoName) {
   if (EqualsIgnoringCase(name, "Einf")) return ParamRef::EpsInf(model.number);
   const auto column = ColumnNamed(name);
-  if (!column) return {StatusCode::kBadArgument, "'" + name + "' is none of Einf, Wo, Wp, G"};
+  if (!column) return {StatusCode::kBadArgument, "'" + name + "' is not one of Einf, Wo, Wp, G"};
   if (!lorNo) return {StatusCode::kBadArgument, std::string(lorNoName) + " is missing"};
   return ParamRef::Row(model.number, *lorNo, *column);
 }
 
-// What an element of the rows means, from the type of the model or from the code of the row; empty for a plain row.
+// The meaning of an element according to the type of the model or the code of its row; empty for a plain row.
 std::string MeaningAt(const ModelType* type, const Model& model, int row, int column) {
   if (!type) return TermMeaningAt(model, row, column);
   const RowCell* const cell = CellAt(type->map, row, column);
   return cell ? cell->meaning : "not used";
 }
 
-// "Wp" of a plain row, "Wp (thickness, cm)" where the type of the model or the code of the row gives it a meaning.
+// "Wp" for a plain row, "Wp (thickness, cm)" if the type of the model or the code of the row gives it a meaning.
 std::string ParamLabel(const Session& session, const Model& model, const std::string& name, const ParamRef& param) {
   const ModelType* const type = session.TypeOfModel(model);
   if (param.where == ParamKind::kEpsInf) return type ? name + " (" + type->name + ')' : name;
@@ -83,7 +83,7 @@ MacroResult SetModelParamCommand(MacroCall& call, const SetModelParamParams& p) 
   const auto param = ParamNamed(*model, *p.ParamName, p.LorNo, "LorNo");
   if (!param.Ok()) return call.Nothing(param.Text());
   ParamEdit edit = EditOf(p);
-  if (param->where == ParamKind::kEpsInf) {  // a macro does not set the limits of this one
+  if (param->where == ParamKind::kEpsInf) {  // the macro language has no limits for Einf
     edit.min = edit.max = std::nullopt;
     edit.useMin = edit.useMax = std::nullopt;
     edit.holdInLimits = false;
@@ -112,11 +112,11 @@ MacroResult CopyModelParamCommand(MacroCall& call, const CopyModelParamParams& p
 
 MacroResult FixAllModelParamsCommand(MacroCall& call, const ModelNoParams& p) {
   if (!p.ModelNo) return call.Missing("ModelNo");
-  // Here the number is the place in the table: macros written for this format count on it.
+  // FixAllModelParams takes the place in the table instead of the number; macros of this format rely on it.
   const bool isPlace = *p.ModelNo >= 1 && *p.ModelNo <= kMaxModels;
   const auto place = static_cast<std::size_t>(isPlace ? *p.ModelNo - 1 : 0);
   const std::uint32_t number = isPlace ? call.session.Params().models[place].number : 0;
-  if (number == 0) return call.Nothing("place " + std::to_string(*p.ModelNo) + " holds no model");
+  if (number == 0) return call.Nothing("place " + std::to_string(*p.ModelNo) + " of the model table is empty");
   return call.Told(call.session.FixAllParams(number, true), "all parameters of " + ModelText(number) + " fixed");
 }
 

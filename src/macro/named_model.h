@@ -11,7 +11,8 @@ namespace kalvex {
 
 std::string ModelText(long long number);
 
-// The model named by ModelNo, which must be given and exist; null after saying what is missing.
+// The model with the number ModelNo. If ModelNo is missing or the model does not exist, sets the verbose text and
+// returns null.
 const Model* NeededModel(MacroCall& call, std::optional<int> modelNo);
 
 }  // namespace kalvex

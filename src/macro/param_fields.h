@@ -1,4 +1,4 @@
-// The fields of a parameter that a statement gives, as SetModelParam and SetExpParam share them.
+// The fields of a parameter in a statement, shared by SetModelParam and SetExpParam.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ ParamEdit EditOf(const P& p) {
   return edit;
 }
 
-// How the parameter stands now, for verbose output.
+// The present fields of the parameter, for verbose output.
 std::string ParamText(const ModelParam& param);
 
 }  // namespace kalvex

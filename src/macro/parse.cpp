@@ -40,7 +40,7 @@ class Parser {
     }
     statement.block.assign(statement.command->params.size(), MacroSlot{});
     if (Take(';')) return true;
-    if (!Take('(')) return FailHere("'(' or ';' behind " + std::string(statement.command->name));
+    if (!Take('(')) return FailHere("'(' or ';' after " + std::string(statement.command->name));
     return TakeParams(statement) && (Take(';') || FailHere("';'"));
   }
 
@@ -60,12 +60,12 @@ class Parser {
 
   bool Fail(const std::string& found, const std::string& expected) {
     fault_.at = at_;
-    fault_.description = found + ", " + expected + " was expected";
+    fault_.description = found + "; expected " + expected;
     return false;
   }
 
   bool FailHere(const std::string& expected) {
-    return Fail(AtEnd() ? "the text ends" : "found " + Quoted(text_.substr(at_, 1)), expected);
+    return Fail(AtEnd() ? "the file ends" : "found " + Quoted(text_.substr(at_, 1)), expected);
   }
 
   bool TakeName(std::string_view& name, const std::string& expected) {
@@ -79,7 +79,7 @@ class Parser {
   bool TakeParams(MacroStatement& statement) {
     while (!Take(')')) {
       if (!TakeItem(statement)) return false;
-      if (!Take(',') && Next() != ')') return FailHere("',' or ')' behind a value");
+      if (!Take(',') && Next() != ')') return FailHere("',' or ')' after a value");
     }
     return true;
   }
@@ -92,10 +92,11 @@ class Parser {
     const MacroParam* const param = FindParam(command, name);
     if (!param) {
       at_ = start;
-      const std::string known = command.params.empty() ? "')', for it has none," : "one of " + NamesOf(command.params);
+      const std::string known =
+          command.params.empty() ? "')', since it has no parameters" : "one of " + NamesOf(command.params);
       return Fail("unknown parameter " + Quoted(name) + " of " + command.name, known);
     }
-    if (!Take('=')) return FailHere("'=' behind " + std::string(param->name));
+    if (!Take('=')) return FailHere("'=' after " + std::string(param->name));
     MacroSlot slot;
     slot.given = true;
     if (!TakeValue(*param, slot)) return false;
@@ -134,7 +135,7 @@ class Parser {
     return true;
   }
 
-  // The scan is looser than the conversion: "1-2" passes as a whole and counts as 1.
+  // The scan accepts more than the conversion reads: "1-2" is scanned as one number and counts as 1.
   bool TakeReal(MacroSlot& slot) {
     const char c = Next();
     if (!IsAsciiDigit(c) && c != '+' && c != '-' && c != '.') return false;
@@ -147,7 +148,7 @@ class Parser {
   bool TakeString(const MacroParam& param, MacroSlot& slot) {
     if (!Take('"')) return FailHere("a text in quotes for " + std::string(param.name));
     const std::size_t end = text_.find('"', at_);
-    if (end == std::string_view::npos) return Fail("a text that does not end", "'\"'");
+    if (end == std::string_view::npos) return Fail("a text without its closing quote", "'\"'");
     slot.text = CutToBytes(text_.substr(at_, end - at_), static_cast<std::size_t>(param.length));
     at_ = end + 1;
     return true;
@@ -170,7 +171,7 @@ const MacroParam* FindParam(const MacroCommand& command, std::string_view name) 
 }
 
 bool ParseMacro(std::string_view compact, std::vector<MacroStatement>& statements, MacroFault& fault) {
-  // The semicolons, those inside strings included, bound the number of statements.
+  // The number of semicolons, including those inside of strings, is an upper bound for the number of statements.
   const auto most = static_cast<std::size_t>(std::count(compact.begin(), compact.end(), ';'));
   Parser parser(compact, fault);
   while (statements.size() < most && !parser.AtEnd()) {

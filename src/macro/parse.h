@@ -1,4 +1,5 @@
-// The second phase of reading a macro: the compact text becomes a list of statements, or a fault.
+// The second phase of reading a macro: the compact text becomes a list of statements, or a description of the first
+// fault.
 #pragma once
 
 #include <cstddef>
@@ -21,11 +22,11 @@ struct MacroFault {
   std::string description;  // what was found, and what was expected
 };
 
-// False at the first fault, which then is described. Text behind the last ';' is ignored.
+// False at the first fault, which is then described in `fault`. Text after the last ';' is ignored.
 bool ParseMacro(std::string_view compact, std::vector<MacroStatement>& statements, MacroFault& fault);
 
-// The first command of the tables, or the first parameter of a command, of which the text is the whole name or a
-// beginning, ignoring case; null if there is none.
+// The first command of the tables, or the first parameter of a command, whose name starts with the text, ignoring case.
+// Null if there is none.
 const MacroCommand* FindCommand(std::string_view name);
 const MacroParam* FindParam(const MacroCommand& command, std::string_view name);
 

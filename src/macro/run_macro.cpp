@@ -27,7 +27,7 @@ struct Macro {
   std::vector<MacroStatement> statements;
 };
 
-// Line and column of a place in the compact text; its end stands for the end of the file.
+// Line and column of a place in the compact text. The end of the text stands for the end of the file.
 LineAndColumn SourcePlace(const Macro& macro, std::size_t at) {
   std::vector<std::uint32_t> sources;
   CleanMacro(macro.text, &sources);
@@ -40,11 +40,11 @@ std::optional<Macro> ReadMacro(Desk& desk, std::string_view fileName) {
   std::string& fault = desk.macro.fault;
   fault.clear();
   if (macro.fileName.empty()) {
-    fault = "no macro file is named";
+    fault = "no macro file is given";
     return std::nullopt;
   }
   if (!ReadTextFile(macro.fileName, macro.text)) {
-    fault = macro.fileName + ": cannot be opened, a macro file was expected";
+    fault = macro.fileName + ": the macro file cannot be opened";
     return std::nullopt;
   }
   macro.compact = CleanMacro(macro.text);
@@ -106,12 +106,12 @@ class Executor {
     return result;
   }
 
-  // What the end of a loop will come to, which its handler cannot know.
+  // The verbose text of EndLoop. Its handler does not know whether another pass follows.
   std::string EndLoopText() const {
     if (!inLoop_) return "nothing done: there is no loop";
     const std::size_t passes = desk_.macro.loopRows.size();
-    if (loopRow_ + 1 == passes) return "the loop is done, passes: " + std::to_string(passes);
-    return "on to pass " + std::to_string(loopRow_ + 2) + " of " + std::to_string(passes);
+    if (loopRow_ + 1 == passes) return "the loop has ended, number of passes: " + std::to_string(passes);
+    return "continues with pass " + std::to_string(loopRow_ + 2) + " of " + std::to_string(passes);
   }
 
   bool BeginLoop() {
@@ -120,7 +120,7 @@ class Executor {
       const LineAndColumn place = SourcePlace(macro_, macro_.statements[pc_].at);
       desk_.macro.fault = macro_.fileName + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) +
                           ": the loop file '" + file +
-                          "' cannot be opened or is empty, a file with a line for each pass was expected";
+                          "' cannot be opened or is empty; it should have a line for each pass";
       return false;
     }
     inLoop_ = true;
@@ -140,7 +140,7 @@ class Executor {
 
   Desk& desk_;
   const Macro& macro_;
-  std::vector<int> lines_;  // of each statement, for verbose output
+  std::vector<int> lines_;  // the line of each statement, for verbose output
   std::size_t pc_ = 0;
   bool inLoop_ = false;
   std::size_t loopStart_ = 0;

@@ -1,20 +1,23 @@
-// The macro language: a text file becomes a list of statements, and each statement one operation of the session.
+// The macro language: a text file becomes a list of statements, and each statement calls one operation of the session.
+// This folder stands on floor 9, above the session and beside the windows. Read the files in this order:
 //
-//   run_macro.h      reading, checking and running a file: the door of this folder
-//   clean.h          the file without comments, blanks and lines
+//   run_macro.h      reading, checking and running a file: the entry to this folder
+//   clean.h          the file without comments, blanks and line ends
 //   parse.h          the clean text as statements, or the first fault
-//   loop_file.h      the lines of a loop file, and what they put into a statement
-//   command.h        what a command is: a record of parameters, its description, a handler
+//   loop_file.h      the lines of a loop file, and how they replace the loop columns of a statement
+//   command.h        a command: a record of parameters, its description, a handler
 //   command_table.h  the tables of all commands
 //   *_commands.h     the commands by subject: records and handlers
-//   shared_params.h, param_fields.h, named_model.h   what several commands share
+//   shared_params.h, param_fields.h, named_model.h   helpers for several commands
+//   macro_state.h    the state of the interpreter
 //
-// A handler only translates. It unpacks its record, calls one operation of the session or opens a window, and says what
-// was done or why nothing was. It has no rule of its own and changes no table.
+// A handler only translates. It reads its record, calls one operation of the session or opens a window, and sets the
+// verbose text: what was done, or why nothing was done. It checks no rules of its own and changes no table.
 //
 // To add a command: a record with a member for each parameter and Describe(), and a handler, both in *_commands.h; a
-// row at the end of the second table in command_table.cpp; a heading and the name's place in docs/macro-language.md;
-// its lines in tests/macro. New parameters go to the end of Describe(), since the order gives abbreviations a meaning.
+// row at the end of the second table in command_table.cpp; a heading and an entry in the list of
+// docs/macro-language.md; its tests in tests/macro. New parameters are appended to Describe(), because the order
+// resolves abbreviations.
 #pragma once
 
 #include <string_view>
@@ -25,11 +28,11 @@ struct Desk;
 
 enum RunMacroResult : int { kMacroEnded = 0, kMacroQuit = 1, kMacroFailed = -1, kMacroAlreadyRunning = -2 };
 
-// Runs the file, whose name may stand in double quotes. kMacroQuit asks the caller to leave the program. After
-// kMacroFailed, desk.macro.fault says why; unless a loop file was at fault, no statement has then had any effect.
+// Runs the file; the name may be enclosed in double quotes. kMacroQuit: the caller must end the program. kMacroFailed:
+// desk.macro.fault contains the reason; no statement has been executed, unless the fault is in a loop file.
 int RunMacro(Desk& desk, std::string_view fileName);
 
-// Reads and parses only: kMacroEnded or kMacroFailed.
+// Reads and parses without running. Returns kMacroEnded or kMacroFailed.
 int CheckMacro(Desk& desk, std::string_view fileName);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// Records of parameters that several commands share, and helpers for parameters that need not be given.
+// Records of parameters that several commands share, and helpers for optional parameters.
 #pragma once
 
 #include <optional>
@@ -52,7 +52,7 @@ inline std::optional<bool> FlagOf(std::optional<int> value) {
   return value ? std::optional(*value != 0) : std::nullopt;
 }
 
-// A window moves only if both places are given. False if it stays where it is.
+// Moves a window if both coordinates are given. False if it stays where it is.
 template <class P, class Window>
 bool PlaceIfGiven(const P& p, Window& window) {
   if (!p.XPos || !p.YPos) return false;

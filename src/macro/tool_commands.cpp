@@ -16,7 +16,8 @@ MacroResult SaveParamsCommand(MacroCall& call, const FileParams& p) {
 
 MacroResult LoadParamsCommand(MacroCall& call, const FileParams& p) {
   const std::string file = p.File.value_or("");
-  return call.Told(call.session.LoadParams(file), "values taken from '" + file + "' as far as models and rows agree");
+  return call.Told(call.session.LoadParams(file),
+                   "values read from '" + file + "' as far as its models and rows match the present ones");
 }
 
 MacroResult SaveParamsSpecialCommand(MacroCall& call, const NoParams&) {
@@ -37,12 +38,12 @@ MacroResult WriteGapTableCommand(MacroCall& call, const NoParams&) {
 
 MacroResult StepBackCommand(MacroCall& call, const NoParams&) {
   const std::string step = LastOf(call.session.GetHistory().LabelsBack());
-  return call.Told(call.session.StepBack(), "taken back: " + step);
+  return call.Told(call.session.StepBack(), "undone: " + step);
 }
 
 MacroResult StepForwardCommand(MacroCall& call, const NoParams&) {
   const std::string step = LastOf(call.session.GetHistory().LabelsForward());
-  return call.Told(call.session.StepForward(), "done again: " + step);
+  return call.Told(call.session.StepForward(), "redone: " + step);
 }
 
 }  // namespace kalvex

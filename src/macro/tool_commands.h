@@ -1,4 +1,4 @@
-// Commands on files of parameters, tests of derivatives, and steps of the history.
+// Commands for files of parameters, tests of derivatives, undo and redo.
 #pragma once
 
 #include "macro/shared_params.h"

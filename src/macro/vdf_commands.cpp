@@ -23,7 +23,7 @@ VdfSource SourceOf(const Session& session, std::optional<int> slot, std::optiona
   return {static_cast<std::int64_t>(dataset->id), FlagOf(every2nd).value_or(false)};
 }
 
-// A new mesh from the first dataset that is loaded, without asking.
+// Makes a mesh from the first loaded dataset.
 Status InitFromFirstDataset(Session& session, std::uint32_t model) {
   const auto ids = ListDatasetIds(session.Datasets());
   std::array<VdfSource, 3> sources;
@@ -36,7 +36,7 @@ Status PressKey(Session& session, std::uint32_t model, const std::string& key) {
   if (EqualsIgnoringCase(key, "F5")) return session.ToggleMeshKK(model);
   if (EqualsIgnoringCase(key, "F6")) return InitFromFirstDataset(session, model);
   if (EqualsIgnoringCase(key, "F7")) return session.ToggleMeshFitActive(model);
-  return {StatusCode::kBadArgument, "'" + key + "' is none of F4, F5, F6, F7"};
+  return {StatusCode::kBadArgument, "'" + key + "' is not one of F4, F5, F6, F7"};
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Makes the manual: the pages of the documentation as one PDF.
+// Makes the manual: all pages of the documentation in one PDF. It uses Qt and no other folder.
 //   kalvex_manual manual.pdf page.md ...
 #include <QFile>
 #include <QGuiApplication>
@@ -13,13 +13,13 @@
 
 namespace {
 
-// A link to another page leads nowhere on paper: its text stays.
+// On paper a link to another page leads nowhere. Only its text is kept.
 QString WithoutLinksToFiles(QString markdown) {
   static const QRegularExpression link(R"(\[([^\]]*)\]\((?!https?:)[^)]*\))");
   return markdown.replace(link, "\\1");
 }
 
-// Each page of the documentation begins on a new sheet.
+// Each page of the documentation starts on a new sheet.
 void BreakBeforeTitles(QTextDocument& document) {
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
     if (block.blockFormat().headingLevel() != 1 || block == document.begin()) continue;

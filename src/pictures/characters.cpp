@@ -14,7 +14,7 @@ constexpr std::array<char32_t, 32> kWinAnsiMiddle = {0x20AC, 0,      0x201A, 0x0
                                                      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                      0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
-// In the order of the characters.
+// In ascending order of the characters.
 constexpr SymbolCharacter kSymbols[] = {
     {0x0391, 'A', 722},  {0x0392, 'B', 667},  {0x0393, 'G', 603},  {0x0394, 'D', 612},  {0x0395, 'E', 611},
     {0x0396, 'Z', 611},  {0x0397, 'H', 722},  {0x0398, 'Q', 741},  {0x0399, 'I', 333},  {0x039A, 'K', 722},
@@ -31,8 +31,8 @@ constexpr SymbolCharacter kSymbols[] = {
 
 constexpr char32_t kMinus = 0x2212;
 
-// Length of the valid UTF-8 character at the start of the bytes, which is stored; 0 if there is none. Longer forms than
-// needed, halves of pairs and numbers beyond the last character are not valid.
+// Decodes the valid UTF-8 character at the start of the bytes and returns its length; 0 if there is none. Overlong
+// forms, surrogates and numbers beyond the last character are invalid.
 std::size_t DecodeOne(std::string_view bytes, char32_t& character) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
   if (byte(0) < 0x80) {

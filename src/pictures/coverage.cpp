@@ -28,10 +28,10 @@ std::uint8_t& CellAt(Coverage& coverage, int x, int y) {
 
 void Raise(std::uint8_t& cell, std::int64_t value) { cell = std::max(cell, static_cast<std::uint8_t>(value)); }
 
-// A straight part of a line.
+// A straight segment of a line.
 struct Part {
   UnitPoint a, b;
-  std::int64_t dx, dy, square, length256;  // length in 1/256 of a unit: short parts need it finer than units
+  std::int64_t dx, dy, square, length256;  // length in 1/256 of a unit, for short parts
 };
 
 Part PartOf(UnitPoint a, UnitPoint b) {
@@ -50,7 +50,7 @@ std::int64_t Distance(const Part& part, UnitPoint from) {
   return std::abs(x * part.dy - y * part.dx) * 256 / part.length256;
 }
 
-// Of a part, what lies in the rows within reach of a row: the least and the greatest x.
+// The smallest and the largest x of a part in the rows from rowMiddle - reach to rowMiddle + reach.
 std::pair<std::int64_t, std::int64_t> ReachOf(const Part& part, std::int64_t rowMiddle, std::int64_t reach) {
   if (part.dy == 0) return std::minmax(part.a.x, part.b.x);
   const auto [top, bottom] = std::minmax(part.a.y, part.b.y);
@@ -79,7 +79,7 @@ void CoverPart(Coverage& coverage, const Part& part, std::int64_t halfWidth) {
   }
 }
 
-// An area is cut into thin rows; each has the places where the outline crosses its middle.
+// An area is cut into thin rows. For each row, the crossings of the outline with the middle of the row are stored.
 constexpr std::int64_t kRowsOfPixel = 16;
 constexpr std::int64_t kRowHeight = kUnit / kRowsOfPixel;
 
@@ -99,7 +99,7 @@ void AddCrossings(UnitPoint a, UnitPoint b, const PixelBox& box, std::vector<Cro
   }
 }
 
-// Adds a stretch of a thin row to sums over the pixels of a row, in units.
+// Adds a stretch of a thin row to the sums of the pixels in a row, in units.
 void AddStretch(std::vector<std::int64_t>& sums, std::int64_t from, std::int64_t to, const PixelBox& box) {
   from = std::max(from, box.left * kUnit) - box.left * kUnit;
   to = std::min(to, box.right * kUnit) - box.left * kUnit;
@@ -178,7 +178,7 @@ void CoverPolygon(Coverage& coverage, std::span<const Point> polygon) {
   auto next = crossings.begin();
   for (int y = box.top; y < box.bottom; ++y) {
     std::fill(sums.begin(), sums.end(), 0);
-    // An outline that is closed crosses each row an even number of times.
+    // A closed outline crosses each row an even number of times.
     for (; next != crossings.end() && next->row < (y + 1) * kRowsOfPixel; next += 2) {
       AddStretch(sums, next->x, (next + 1)->x, box);
     }

@@ -1,5 +1,5 @@
-// How much of each pixel a line or an area covers, in sixteenths: enough for smooth edges, and few enough that a graph
-// keeps to 256 colours. All is reckoned in whole numbers, from points rounded to 1/64 of a pixel, so that a picture is
+// How much of each pixel a line or an area covers, in sixteenths. That is fine enough for smooth edges, and a graph
+// stays within 256 colours. All calculations use integers, from points rounded to 1/64 of a pixel, so that a picture is
 // the same on every machine.
 #pragma once
 
@@ -25,15 +25,15 @@ PixelBox BoxAround(std::span<const std::vector<Point>> lines, double margin, con
 
 struct Coverage {
   PixelBox box;
-  std::vector<std::uint8_t> cells;  // row by row; a pixel covered twice has the larger coverage
+  std::vector<std::uint8_t> cells;  // row by row; a pixel that is covered twice keeps the larger coverage
 };
 Coverage NoCoverage(const PixelBox& box);
 
-// Adds lines with round ends and joints; their coverage falls from full to none within a pixel.
+// Adds lines with round ends and joints. At an edge the coverage falls from full to zero within a pixel.
 void CoverLines(Coverage& coverage, std::span<const std::vector<Point>> lines, double width);
-// Adds lines along the axes that were moved into pixels.
+// Adds lines along the axes that were snapped to whole pixels.
 void CoverPixels(Coverage& coverage, const PenStroke& onPixels);
-// Adds the inside of a polygon; where it overlaps itself, it is inside and outside by turns.
+// Adds the inside of a polygon by the even-odd rule.
 void CoverPolygon(Coverage& coverage, std::span<const Point> polygon);
 
 }  // namespace kalvex

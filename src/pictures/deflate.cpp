@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kWindow = 32768, kLeastMatch = 3, kLongestMatch = 258;
 
-// Bits from the lowest of each byte on.
+// Fills each byte from the lowest bit.
 struct BitWriter {
   std::string& bytes;
   std::uint32_t held = 0;
@@ -31,14 +31,14 @@ void PutLastByte(BitWriter& writer) {
   if (writer.count > 0) PutBits(writer, 0, 8 - writer.count);
 }
 
-// Codes stand with their highest bit first, all other numbers with the lowest.
+// Codes are stored with the highest bit first, all other numbers with the lowest bit first.
 void PutCode(BitWriter& writer, std::uint32_t code, int count) {
   std::uint32_t turned = 0;
   for (int i = 0; i < count; ++i) turned |= (code >> i & 1) << (count - 1 - i);
   PutBits(writer, turned, count);
 }
 
-// A byte, the end (256) or the class of a length, in the fixed code.
+// A literal byte, the end code (256) or the class of a length, in the fixed code.
 void PutSymbol(BitWriter& writer, std::uint32_t symbol) {
   if (symbol < 144) return PutCode(writer, 0x30 + symbol, 8);
   if (symbol < 256) return PutCode(writer, 0x190 + symbol - 144, 9);
@@ -46,7 +46,7 @@ void PutSymbol(BitWriter& writer, std::uint32_t symbol) {
   PutCode(writer, 0xC0 + symbol - 280, 8);
 }
 
-// Lengths and distances are told by their class, and by further bits for the place within the class.
+// A length or a distance is stored as its class and extra bits for the place within the class.
 struct ValueClass {
   std::uint32_t first;
   int bits;
@@ -76,8 +76,8 @@ void PutMatch(BitWriter& writer, std::size_t length, std::size_t distance) {
   PutBits(writer, static_cast<std::uint32_t>(distance) - ofDistance->first, ofDistance->bits);
 }
 
-// Where the same three bytes stood before: for each hash the last place, and from each place of the window to the one
-// before it.
+// Earlier places with the same three bytes: the last place for each hash value, and for each place of the window the
+// previous one.
 class EarlierPlaces {
  public:
   explicit EarlierPlaces(std::string_view bytes) : bytes_(bytes), last_(kHashes, kNone), before_(kWindow, kNone) {}

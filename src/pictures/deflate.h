@@ -6,7 +6,8 @@
 
 namespace kalvex {
 
-// The bytes as a zlib stream (RFC 1950, 1951): repetitions within 32 kB are told as such, in the fixed code.
+// The bytes as a zlib stream (RFC 1950, 1951). Repetitions within 32 kB are replaced by references; the code is the
+// fixed one.
 std::string ZlibOf(std::string_view bytes);
 
 }  // namespace kalvex

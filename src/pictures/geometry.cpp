@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kMaxPenWidth = 1000;
 
-// Further away nothing changes on any picture, and differences of coordinates stay exact enough for cutting.
+// Larger coordinates change no picture. Below this limit differences of coordinates are exact enough for cutting.
 constexpr double kFarAway = 1e9;
 
 std::vector<Point> FinitePoints(std::span<const Point> points) {
@@ -31,12 +31,13 @@ bool RunsAlongAxes(std::span<const Point> points) {
                             [](const Point& a, const Point& b) { return a.x != b.x && a.y != b.y; }) == points.end();
 }
 
-// The middle of the pixel for a pen of odd width, the nearest edge of a pixel for one of even width.
+// For a pen of odd width the middle of the pixel, for one of even width the nearest edge between pixels.
 double OnPixel(double coordinate, double width) {
   return std::fmod(width, 2) == 1 ? std::floor(coordinate) + 0.5 : std::floor(coordinate + 0.5);
 }
 
-// The shares of the way from a to b at which it enters and leaves the box; entry beyond exit if it passes by.
+// The fractions of the way from a to b at which the segment enters and leaves the box. entry > exit if it misses the
+// box.
 struct Passage {
   double entry = 0, exit = 1;
 };
@@ -52,7 +53,7 @@ void CutAt(double start, double way, double low, double high, Passage& passage) 
 
 std::vector<std::vector<Point>> VisibleLines(std::span<const Point> points, const Box& box) {
   std::vector<std::vector<Point>> lines;
-  bool goesOn = false;  // the line before ended at the start of this part
+  bool goesOn = false;  // the previous segment ended at the start of this one
   for (std::size_t i = 1; i < points.size(); ++i) {
     const Point a = points[i - 1], b = points[i];
     const double dx = b.x - a.x, dy = b.y - a.y;

@@ -1,5 +1,5 @@
-// What all pictures do alike with points: leave out those that are none, keep lines crisp, and cut off what lies
-// outside.
+// Preparing points for all kinds of pictures: leave out points that are not finite, keep lines crisp, and cut off what
+// lies outside.
 #pragma once
 
 #include <span>
@@ -13,17 +13,16 @@ struct Box {
   double left, top, right, bottom;
 };
 
-// Lines ready to be drawn, cut to what can be seen of them. Points that are not finite are left out, and their
-// neighbours are joined. A line of one point becomes one that ends where it begins. A pen thinner than a pixel counts
-// as one pixel.
-//   onPixels   the line runs along the axes everywhere: it was moved into the pixels that its points lie in, and its
-//              width made whole, so that it fills pixels, those at its ends included
+// Lines ready for drawing, cut to the visible part. Points that are not finite are left out, and their neighbours are
+// joined. A line of one point becomes a line of zero length. A pen thinner than a pixel counts as one pixel.
+//   onPixels   all parts of the line are parallel to the axes; the line was snapped to the pixels of its points and its
+//              width rounded, so that it fills whole pixels, including those at its ends
 struct PenStroke {
   std::vector<std::vector<Point>> lines;
   double width;
   bool onPixels;
 };
-// closed: the last point is joined to the first. box: of the picture.
+// closed: the last point is joined to the first. box: the picture.
 PenStroke PenStrokeOf(std::span<const Point> points, const Pen& pen, bool closed, const Box& box);
 
 // The part of a polygon within the box, widened by a pixel; empty if nothing is left.

@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// Space to '~'.
+// The characters from space to '~'.
 constexpr std::string_view kAscii[] = {
     "",
     "m50,100 l50,32 d50,0",
@@ -106,7 +106,7 @@ constexpr std::string_view kAscii[] = {
     "m0,30 v25,48 q38,48 50,38 q62,28 75,28 h100,46",
 };
 
-// What looks like another character.
+// Characters that look like another character and share its shape.
 struct Likeness {
   char32_t character, like;
 };
@@ -179,7 +179,7 @@ constexpr NamedShape kNamed[] = {
     {0x2265, "m0,84 l100,54 l0,24 m0,2 l100,2"},
 };
 
-// The letters from 192 to 255 without their accents, and the accents by signs that look like them. A blank: the whole
+// The letters from 192 to 255: the letter without its accent, and a sign that stands for the accent. A blank: the whole
 // character is in the table above. '?': there is no shape.
 constexpr std::string_view kAccentedLetters = "AAAAAA?CEEEEIIII?NOOOOO OUUUUY? aaaaaa?ceeeeiiii?nooooo ouuuuy?y";
 constexpr std::string_view kAccents = "`'^~:o ,`'^:`'^: ~`'^~: /`'^:'  `'^~:o ,`'^:`'^: ~`'^~: /`'^:' :";
@@ -210,7 +210,7 @@ std::string_view AccentPath(char accent, bool capital) {
 std::string_view AsciiPath(char character) { return kAscii[static_cast<std::size_t>(character - ' ')]; }
 
 std::string AccentedPath(char letter, char accent) {
-  // An accent takes the place of the dot.
+  // The dot of the i is left out, because the accent replaces it.
   std::string path(letter == 'i' ? std::string_view("m50,66 < l50,0 s") : AsciiPath(letter));
   return path.append(" ").append(AccentPath(accent, letter <= 'Z'));
 }

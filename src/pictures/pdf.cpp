@@ -11,7 +11,7 @@
 namespace kalvex {
 namespace {
 
-// Numbers, each with a blank behind it, then the operator.
+// Numbers, each followed by a blank, then the operator.
 void Append(std::string& out, std::initializer_list<double> numbers, const char* operation) {
   for (const double number : numbers) {
     AppendCoordinate(out, number);
@@ -34,10 +34,10 @@ void AppendColour(std::string& out, std::uint32_t colour, const char* operation)
 
 enum FontNumber { kTimes = 1, kHelvetica, kSymbol };
 
-// Characters of one font and size that follow each other.
+// Consecutive characters of one font and size.
 struct Run {
   FontNumber font;
-  double size, rise;  // shares of the em
+  double size, rise;  // fractions of the em
   std::string codes;
 };
 
@@ -107,7 +107,7 @@ void AppendBox(std::string& out, const Box& box) {
 
 // ---- the file
 
-// The numbered objects of a file, and where each begins.
+// The numbered objects of a file and their offsets.
 struct Objects {
   std::string bytes = "%PDF-1.4\n";
   std::vector<std::size_t> begins;
@@ -116,7 +116,7 @@ struct Objects {
     begins.push_back(bytes.size());
     bytes += std::to_string(begins.size()) + " 0 obj\n" + object + "\nendobj\n";
   }
-  // The table of the objects, whose entries are 20 bytes each, and what readers begin with.
+  // Appends the cross-reference table, whose entries have 20 bytes each, and the trailer.
   std::string Finish() {
     const std::size_t table = bytes.size();
     const std::string count = std::to_string(begins.size() + 1);
@@ -146,7 +146,7 @@ void PdfPicture::DrawText(Point at, TextPlace place, const Font& font, std::uint
   std::string& out = body_;
   AppendColour(out, colour, "rg");
   out += "BT\n";
-  // The page is turned upside down, which letters are not to be.
+  // The y axis of the page is flipped; the text matrix flips the letters back.
   if (place.turned) {
     Append(out, {0, -1, -1, 0, start.x, start.y}, "Tm");
   } else {

@@ -21,9 +21,9 @@ class PdfPicture : public Canvas {
   void Clip(double left, double top, double right, double bottom) override;
   void Unclip() override;
 
-  // What is drawn, in the page's own language.
+  // The drawing as PDF operators.
   std::string Drawing() const;
-  // The bytes of the file. Texts are texts, in the three fonts that every viewer has; the same drawing gives the same
+  // The bytes of the file. Texts stay texts, in three fonts that every viewer has. The same drawing gives the same
   // bytes.
   std::string Bytes() const;
 

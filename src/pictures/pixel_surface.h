@@ -11,14 +11,14 @@ namespace kalvex {
 
 inline constexpr int kMaxPictureSide = 16384;
 
-// Lines along the axes and rectangles fill whole pixels; all else has smooth edges. Texts start at whole pixels, in
-// strokes of this program's own.
+// Lines along the axes and rectangles fill whole pixels; everything else has smooth edges. Texts start at whole pixels
+// and are drawn with the program's own letters.
 struct PixelSurface : public Canvas {
   int width, height;
   std::vector<std::uint32_t> pixels;  // 0xRRGGBB, row by row from the top
-  PixelBox clip;                      // what may be drawn to
+  PixelBox clip;                      // drawing has an effect inside this box only
 
-  // Sides are held between 0 and the limit.
+  // Sides are limited to the range from 0 to the largest size.
   PixelSurface(int wide, int high, std::uint32_t background);
 
   void DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) override;

@@ -44,7 +44,7 @@ void AppendChunk(std::string& png, std::string_view name, std::string_view conte
   AppendBig32(png, Crc32(std::string_view(png).substr(start)));
 }
 
-// The colours in ascending order, or nothing if there are more than 256.
+// The colours in ascending order; nothing if there are more than 256.
 std::optional<std::vector<std::uint32_t>> PaletteOf(const PixelSurface& surface) {
   std::vector<std::uint32_t> palette;
   std::uint32_t known = ~std::uint32_t{0};  // neighbours are mostly alike
@@ -59,7 +59,7 @@ std::optional<std::vector<std::uint32_t>> PaletteOf(const PixelSurface& surface)
   return palette;
 }
 
-// The rows, each behind a 0 that says that its bytes stand for themselves.
+// The rows, each after a filter byte 0, which means that the bytes are not filtered.
 template <class AppendPixel>
 std::string RowsOf(const PixelSurface& surface, AppendPixel appendPixel) {
   std::string rows;

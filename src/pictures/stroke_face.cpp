@@ -49,8 +49,8 @@ std::vector<Step> StepsOf(std::string_view path) {
   return steps;
 }
 
-// A line of fixed places along one axis: where in the measure of the shape, and where in pixels. Between them the shape
-// is stretched evenly, beyond them as between the outermost.
+// One fixed point of the map from the units of a shape to pixels along one axis. The map is linear between fixed points
+// and is extrapolated beyond the outermost.
 struct Fixed {
   double shape, pixel;
 };
@@ -68,10 +68,10 @@ void SortedOnce(std::vector<double>& values) {
   values.erase(std::unique(values.begin(), values.end()), values.end());
 }
 
-// Where a shape runs straight along an axis or turns back: what has to lie on the grid.
+// Coordinates where a shape runs straight along an axis or turns back. They must lie on the pixel grid.
 struct Landmarks {
   std::vector<double> x, y;
-  bool stemInTheMiddle = false;  // with others beside it
+  bool stemInTheMiddle = false;  // and stems beside it
 };
 
 Landmarks LandmarksOf(std::span<const Step> steps) {
@@ -111,11 +111,11 @@ Landmarks LandmarksOf(std::span<const Step> steps) {
 // The em in pixels, and what follows from it for all characters.
 struct Size {
   Face face;
-  double em, pen;  // pen: the width of strokes, whole
+  double em, pen;  // pen: the width of strokes, whole pixels
   bool serifs;
 };
 
-// Heights of the letters, and the room left and right of the middles of the outermost strokes, in em.
+// Heights of the letters, and the space left and right of the middles of the outermost strokes, in em.
 struct Proportions {
   double xHeight, capHeight, descender, bearing;
 };
@@ -126,7 +126,7 @@ constexpr Proportions ProportionsOf(Face face) {
 Fixes FixesAlongY(const Size& size, const Landmarks& marks) {
   const Proportions proportions = ProportionsOf(size.face);
   const double low = size.pen / 2;
-  // Small letters have three strokes above each other, and need their room in low lines.
+  // Small letters have three strokes above each other and need enough height in small fonts.
   const double xHeight = std::round(proportions.xHeight * size.em + 0.3);
   const double capHeight = std::max(xHeight + 1, std::round(proportions.capHeight * size.em));
   const double descender = std::round(proportions.descender * size.em);
@@ -140,7 +140,7 @@ Fixes FixesAlongY(const Size& size, const Landmarks& marks) {
   return fixes;
 }
 
-// Pixels from the left end of the advance; the whole may lie between pixels still.
+// Pixels from the left end of the advance. The character as a whole may still lie between pixels.
 Fixes FixesAlongX(const Size& size, const Landmarks& marks, double advance) {
   const double bearing = std::min(ProportionsOf(size.face).bearing * size.em, advance * 0.3);
   const double scale = (advance - 2 * bearing) / 100;
@@ -148,7 +148,7 @@ Fixes FixesAlongX(const Size& size, const Landmarks& marks, double advance) {
   const double middle = advance / 2 + ((first + last) / 2 - 50) * scale;
   if (first == last) return {{first, middle}, {first + 1, middle + scale}};
   const double step = marks.stemInTheMiddle ? 2 : 1;
-  // A pixel of space to the next letter.
+  // Keeps one pixel of space to the next letter.
   const double room = std::max(step, std::floor((advance - size.pen - 0.5) / step) * step);
   double inside = std::round((last - first) * scale / step) * step;
   if (first >= 0 && last <= 100) inside = std::min(inside, room);
@@ -160,9 +160,9 @@ Fixes FixesAlongX(const Size& size, const Landmarks& marks, double advance) {
   return fixes;
 }
 
-// A quarter of an ellipse, or a parabola, in straight parts.
+// Appends a quarter of an ellipse, or a parabola, as straight segments.
 void AppendCurve(std::vector<Point>& line, char command, Point from, Point bend, Point to) {
-  // Sines of the multiples of 90/8 degrees: written out, since libraries differ in their last digit.
+  // Sines of the multiples of 90/8 degrees. They are constants because libraries differ in the last digit.
   constexpr std::array<double, 9> kSine = {
       0, 0.1950903220, 0.3826834324, 0.5555702330, 0.7071067812, 0.8314696123, 0.9238795325, 0.9807852804, 1};
   for (std::size_t i = 1; i < kSine.size(); ++i) {

@@ -1,5 +1,5 @@
-// Texts drawn in strokes of one width, for pictures in memory. The characters have the widths of the metrics, and
-// letters are fitted into the grid of pixels: their stems and bars fill whole pixels at any height.
+// Letters drawn with strokes of one width, for pictures in memory. The characters have the widths of the metrics.
+// Letters are fitted to the pixel grid: their stems and bars fill whole pixels at any height.
 #pragma once
 
 #include <string_view>
@@ -14,7 +14,8 @@ struct TextStrokes {
   double width;
 };
 
-// Printable ASCII, Greek, letters with accents, and the signs of labels; any other character is drawn as '?'.
+// Strokes for printable ASCII, Greek, letters with accents, and the signs of labels. Any other character is drawn as
+// '?'.
 TextStrokes StrokesOfText(const Font& font, std::string_view utf8);
 
 }  // namespace kalvex

@@ -36,7 +36,7 @@ void AppendUtf8(std::string& out, char32_t c) {
   byte(0x80 | (c & 0x3F));
 }
 
-// Markup is escaped; control characters, which no such file may hold, are drawn as '?'.
+// Escapes markup. Control characters are not allowed in such a file and are drawn as '?'.
 void AppendEscaped(std::string& out, std::string_view utf8) {
   for (const char32_t c : CharactersOf(utf8)) {
     if (c == '&') {
@@ -103,7 +103,7 @@ void AppendBox(std::string& out, const Box& box) {
 void SvgPicture::DrawText(Point at, TextPlace place, const Font& font, std::uint32_t colour, std::string_view utf8) {
   if (!IsFinite(at) || utf8.empty()) return;
   const TextLine line = TextLineOf(at, place, font, utf8);
-  // The viewer's font may be a little wider or narrower: the text stays where its alignment holds it.
+  // The viewer's font may be a little wider or narrower. The text is anchored at the point of its alignment.
   const double held = place.horizontal == HorizontalAlign::kLeft     ? 0
                       : place.horizontal == HorizontalAlign::kCentre ? line.width / 2
                                                                      : line.width;

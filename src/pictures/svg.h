@@ -20,7 +20,7 @@ class SvgPicture : public Canvas {
   void Clip(double left, double top, double right, double bottom) override;
   void Unclip() override;
 
-  // The text of the file. Texts are texts, in the fonts that the viewer has; the same drawing gives the same bytes.
+  // The text of the file. Texts stay texts, in the fonts of the viewer. The same drawing gives the same bytes.
   std::string Text() const;
 
  private:

@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-// Advances of the Windows codes 32 to 255, 16 to a row. A code without a character is as wide as the bullet.
+// Advances of the Windows codes 32 to 255, 16 to a row. A code without a character has the width of the bullet.
 using AdvanceTable = std::array<std::uint16_t, 224>;
 
 constexpr AdvanceTable kTimes = {
@@ -52,7 +52,7 @@ constexpr LineMetrics LineMetricsOf(Face face) {
   return face == Face::kSerif ? LineMetrics{0.891, 0.216} : LineMetrics{0.905, 0.212};
 }
 
-// A height that is none gives texts without size.
+// A height that is not positive gives texts without size.
 double LineHeight(const Font& font) { return font.height > 0 ? std::fmin(font.height, kMaxFontHeight) : 0; }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// How much room a text takes: the same on every machine, whatever fonts it has, so that a graph is laid out alike in a
-// window, in pixels and in a vector file.
+// The size of a text. It is the same on every machine, whatever fonts are installed, so that the layout of a graph is
+// the same in a window, in pixels and in a vector file.
 #pragma once
 
 #include <string_view>
@@ -8,21 +8,23 @@
 
 namespace kalvex {
 
-// How far the pen moves on for a character, in thousandths of the em: the widths of Times-Roman (serif) and Helvetica
-// (sans), those of Symbol for Greek letters and signs of mathematics. What is in none of them is drawn as '?'.
+// The advance of a character in thousandths of the em: the widths of Times-Roman (serif) and Helvetica (sans), those of
+// Symbol for Greek letters and mathematical signs. Any other character is drawn as '?'.
 int AdvanceOf(Face face, char32_t character);
 
-// The em of a font in pixels, and how high its lines reach above the baseline. The height of a font is that of a line,
-// from the highest accent to the lowest descender; one above the limit counts as the limit, one that is not positive as
-// 0.
+// The em of a font in pixels, and the height of its lines above the baseline. The height of a font is that of a line,
+// from the highest accent to the lowest descender. A height above the limit counts as the limit, one that is not
+// positive as 0.
 inline constexpr double kMaxFontHeight = 1000;
 double EmOf(const Font& font);
 double AscentOf(const Font& font);
 
-// Width and height in whole pixels; width 0 for an empty text. No line breaks: a control character is one '?'.
+// Width and height in whole pixels; an empty text has width 0. There are no line breaks: each control character is
+// drawn as '?'.
 TextSize TextExtent(const Font& font, std::string_view utf8);
 
-// Left end of the baseline of a text placed at the point, on the picture: of a turned text that is its lowest point.
+// Left end of the baseline of a text that is placed at the point. For a turned text it is the lowest point of the
+// baseline.
 Point BaselineStart(Point at, const TextPlace& place, const Font& font, std::string_view utf8);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// What the writers of vector pictures have in common.
+// Helpers for the writers of vector pictures.
 #pragma once
 
 #include <cmath>
@@ -9,10 +9,10 @@
 
 namespace kalvex {
 
-// Coordinates with a hundredth of a pixel, without zeros at the end.
+// Appends a coordinate with two decimals, without trailing zeros.
 void AppendCoordinate(std::string& out, double value);
 
-// Where the baseline of a text starts, and how wide it is.
+// The start of the baseline of a text, and the text's width.
 struct TextLine {
   Point start;
   double width;
@@ -21,10 +21,10 @@ TextLine TextLineOf(Point at, const TextPlace& place, const Font& font, std::str
 
 inline bool IsFinite(Point p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
-// The box of a rectangle or a clip within the picture; empty, with right = left, for edges that are no numbers.
+// The part of a rectangle or a clip inside the picture. Empty, with right = left, if an edge is not a number.
 Box VisibleBox(double left, double top, double right, double bottom, const Box& picture);
 
-// Whether a polygon can be drawn as it is: nothing of it is to be cut off, nor moved into pixels.
+// True if a polygon can be drawn unchanged: no part of it must be cut off or snapped to pixels.
 bool IsWholePolygon(std::span<const Point> points, const Box& picture);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// What a session tells those above it: that something has changed, and which operation was done.
+// What a session reports to its listeners: the changes of its tables, and the operations that were done.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 namespace kalvex {
 
 enum class ChangeKind {
-  kDatasetLoaded,   // id: the dataset's id; of these three `slot` is its slot
+  kDatasetLoaded,   // id: the dataset's id; slot: its slot, also for the next two
   kDatasetChanged,  // its values, range or Quantity
   kDatasetUnloaded,
   kModelCreated,  // id: the model's number
@@ -16,15 +16,15 @@ enum class ChangeKind {
   kModelLoaded,   // the same, all of them from a file
   kModelClosed,
   kExpParams,
-  kFitTerms,   // the list of terms has become another one
-  kFitValues,  // the same terms, but their ChiSq, the points or the parameters have changed
+  kFitTerms,   // terms were added, removed or replaced
+  kFitValues,  // same terms, but their ChiSq, the points or the parameters changed
   kFitOptions,
-  kFitRun,        // id: the iteration that a run has accepted; 0: a run begins or ends
+  kFitRun,        // id: the accepted iteration of a run; 0: a run begins or ends
   kGraphCreated,  // id: the graph's number
   kGraphChanged,
   kGraphClosed,
-  kSettings,    // auto update, the reader of graphs, whether the fit follows
-  kEverything,  // a step of the history: any of the above
+  kSettings,    // auto update, the reader of graphs, FitFollows
+  kEverything,  // a step of the history; any of the above may have changed
 };
 
 struct Change {
@@ -45,11 +45,12 @@ enum Influence : unsigned {
   kOnFiles = 64,
 };
 
-// One operation as a person knows it.
+// One operation with its description for a person.
 struct Operation {
   std::string label;      // "set Wo of row 2 of model 1"
-  std::string statement;  // the macro statement that does the same; empty where there is none
-  // Operations with the same mark, one right after the other, are one step of the history; empty: each is its own.
+  std::string statement;  // the macro statement that does the same; empty if there is none
+  // Consecutive operations with the same mark are one step of the history. If it is empty, the operation is a step of
+  // its own.
   std::string merge;
   unsigned influence = kOnNothing;
 };
@@ -57,9 +58,9 @@ struct Operation {
 class SessionListener {
  public:
   virtual ~SessionListener() = default;
-  // Called after the operation, when the tables are whole again.
+  // Called after the operation, when all tables are consistent.
   virtual void Changed(const Change& change) = 0;
-  // Called once for each operation that did what it says.
+  // Called once for each successful operation.
   virtual void Performed(const Operation&) {}
 };
 

@@ -1,4 +1,4 @@
-// The frame around every operation of a session: the gate, the history, and the telling.
+// The frame around every operation of a session: the gate, the history and the notification of listeners.
 #pragma once
 
 #include <type_traits>
@@ -15,12 +15,13 @@ auto Session::Do(Operation operation, const Pieces& touched, Act act) -> decltyp
   if (!onGraphsAlone) {
     if (Status busy = Gate(); !busy.Ok()) return busy;
   }
-  // Graphs can be worked on while a fit runs; a step back would then take the fit's present state with it.
+  // Only graphs can be changed while a fit runs. These changes are no steps of the history, because a step back would
+  // also undo the present state of the fit.
   const bool kept = !tables_.fit.FitRunning;
   if (kept) history_.Begin(operation, touched, tables_);
   auto result = act();
   if (kept) {
-    // What has told of a change has made one, also where it did not do all that was asked.
+    // An operation that failed after it changed something is a step of the history too.
     result.Ok() || !told_.empty() ? history_.End() : history_.Abandon();
   }
   Deliver(result.Ok() ? &operation : nullptr);

@@ -11,8 +11,8 @@ std::size_t BytesOfModel(const Model& model) {
 
 std::size_t BytesOfDataset(const Dataset& dataset) { return sizeof(Dataset) + dataset.points.size() * sizeof(DataRow); }
 
-// The lists of points and parameters are shared with the present state as long as that has the same, so that counting
-// them as a step's own errs on the safe side.
+// The present state may share the lists of points and parameters with a step. They are counted for the step in any
+// case, so the bound is safe.
 std::size_t BytesOfFit(const FitState& fit) {
   std::size_t bytes = sizeof(FitState) + fit.list.terms.size() * sizeof(ChiSqTerm);
   bytes += fit.params.size() * (sizeof(FitParam) + fit.list.terms.size()) + fit.startValues.size() * sizeof(double);
@@ -23,7 +23,7 @@ std::size_t BytesOfFit(const FitState& fit) {
   return bytes;
 }
 
-// What is drawn of a graph is made anew when somebody looks.
+// The strokes of a graph are not stored. They are rebuilt when the graph is painted.
 Graph WithoutPicture(const Graph& graph) {
   Graph kept = graph;
   for (Curve& curve : kept.curves) {
@@ -166,8 +166,8 @@ void History::Swap(Saved& saved, SessionTables& tables) {
   std::visit(swapWith, saved);
 }
 
-// Parameters lie inside of models: back and forward they are swapped before and after them alike, since no operation
-// touches a parameter and the whole model that holds it.
+// Back and forward swap the pieces in the same order. That is correct although parameters are parts of models, because
+// no operation saves both a parameter and its whole model.
 void History::SwapAll(Step& step, SessionTables& tables) {
   bytes_ -= step.bytes;
   step.bytes = 0;

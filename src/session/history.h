@@ -1,5 +1,5 @@
-// Steps back and forward. Before an operation the pieces of the tables that it touches are copied; a step back swaps
-// the copies and the tables, and a step forward swaps them again. Nothing has to know how to undo itself.
+// Undo and redo. Before an operation, the pieces of the tables that it changes are copied. A step back swaps the copies
+// and the tables; a step forward swaps them again. So no operation needs an inverse.
 #pragma once
 
 #include <cstddef>
@@ -31,8 +31,8 @@ struct SessionTables {
   bool fitFollows = false;
 };
 
-// What an operation touches. The counters and the switches, which are small, are always among it, and the fit's state
-// is while the fit follows changes.
+// The pieces of the tables that an operation changes. The counters and switches are small and always included. The
+// state of the fit is included while the fit follows changes.
 struct Pieces {
   std::vector<ParamPlace> params;
   std::vector<int> models;    // entries of the model table
@@ -54,22 +54,22 @@ class History {
  public:
   static constexpr std::size_t kUsualBound = std::size_t{256} << 20;  // bytes
 
-  // Keeps the pieces as they are now, unless the operation goes on with the last step. Steps that were taken back are
-  // forgotten.
+  // Copies the pieces in their present state, unless the operation continues the last step. Deletes the steps that
+  // could be redone.
   void Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables);
-  // The operation did nothing: what Begin kept is forgotten.
+  // The operation did nothing: deletes the step that Begin added.
   void Abandon();
-  // The operation is done. The oldest steps go until the rest is within the bound; a step above it is not kept at all.
+  // Ends the operation. Deletes the oldest steps until the rest is within the bound. A step that is larger than the
+  // bound is deleted too.
   void End();
   // The next operation is a step of its own.
   void EndGesture() { mayMerge_ = false; }
 
-  // False, with nothing done, where there is no such step.
+  // False, and changes nothing, if there is no such step.
   bool Back(SessionTables& tables);
   bool Forward(SessionTables& tables);
 
-  // The steps that can be taken back, the last one at the end; and those that can be done again, the next one at the
-  // end.
+  // The steps that can be undone, the last one at the end; and the steps that can be redone, the next one at the end.
   std::vector<std::string> LabelsBack() const { return LabelsOf(back_); }
   std::vector<std::string> LabelsForward() const { return LabelsOf(forward_); }
   std::size_t Bytes() const { return bytes_; }
@@ -80,7 +80,7 @@ class History {
   struct SavedParams {
     std::vector<std::pair<ParamPlace, ModelParam>> params;
   };
-  // The large ones on the heap, so that a step with small ones is small.
+  // Large pieces are on the heap, so that the variant stays small.
   struct SavedModel {
     int entry;
     std::unique_ptr<Model> model;
@@ -93,7 +93,7 @@ class History {
     std::unique_ptr<std::array<ModelParam, kExpParamCount>> params;
   };
   struct SavedGraphs {
-    std::vector<std::pair<std::size_t, Graph>> graphs;  // those that exist, by their slot, without what is drawn
+    std::vector<std::pair<std::size_t, Graph>> graphs;  // the existing ones with their slot, without strokes
   };
   struct SavedFit {
     std::unique_ptr<FitState> fit;
@@ -101,7 +101,7 @@ class History {
   struct SavedNoise {
     NoiseGenerator noise;
   };
-  // What belongs to every step.
+  // The small tables that every step contains.
   struct SavedRest {
     std::uint32_t nextModelNumber, nextDatasetId, nextGraphNumber;
     bool autoScreenUpdate, graphReader, fitFollows;
@@ -121,10 +121,10 @@ class History {
   void HoldBound();
 
   std::deque<Step> back_, forward_;
-  std::size_t bytes_ = 0;  // of all steps
+  std::size_t bytes_ = 0;  // the sum over all steps
   std::size_t bound_ = kUsualBound;
   bool mayMerge_ = false;
-  bool begun_ = false;  // a step was added by the last Begin
+  bool begun_ = false;  // the last Begin added a step
 };
 
 }  // namespace kalvex

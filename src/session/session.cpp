@@ -92,7 +92,7 @@ ModelParam* Session::ParamOf(const ParamRef& param) {
 
 Status Session::Gate() const {
   if (!tables_.fit.FitRunning) return {};
-  return {StatusCode::kBusy, "a fit is running, which works on what is there"};
+  return {StatusCode::kBusy, "this is not possible while a fit is running"};
 }
 
 void Session::Deliver(const Operation* operation) {
@@ -105,19 +105,19 @@ void Session::Deliver(const Operation* operation) {
 
 Status Session::StepBack() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  if (!history_.Back(tables_)) return {StatusCode::kNothingToDo, "there is no step to take back"};
+  if (!history_.Back(tables_)) return {StatusCode::kNothingToDo, "there is no step to undo"};
   AfterStep();
   return {};
 }
 
 Status Session::StepForward() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  if (!history_.Forward(tables_)) return {StatusCode::kNothingToDo, "there is no step that was taken back"};
+  if (!history_.Forward(tables_)) return {StatusCode::kNothingToDo, "there is no step to redo"};
   AfterStep();
   return {};
 }
 
-// Everything that is drawn, or kept for an evaluation, may belong to what was there before.
+// Strokes and caches may belong to the state before the step.
 void Session::AfterStep() {
   for (Graph& graph : tables_.graphs.slots) {
     if (graph.number != 0) RebuildGraph(graph);

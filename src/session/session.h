@@ -1,18 +1,21 @@
-// The session: all tables, every operation on them, and the one way in which a change is told.
+// The session: all tables, every operation on them, and the notification of changes. This folder stands on floor 7,
+// above the fit, the files and the graphs, and below the windows and macros.
 //
-// A macro, a window or a program in another language asks a Session to load data, describe a sample and fit. Each thing
-// that a person can ask for is one operation here. It checks its arguments, acts, tells what lies below (the lists of
-// the fit, the graphs, the caches), and then tells those above, the SessionListeners, by one typed Change. It returns a
-// Status, or a Result with a value, and a failure says what is wrong in one sentence. Nothing else changes a table.
+// A macro, a window or a program in another language uses a Session to load data, describe a sample and fit. Everything
+// that a person can request is one operation here. An operation checks its arguments, changes the tables, updates the
+// lists of the fit, the graphs and the caches, and then notifies the SessionListeners by one typed Change. It returns a
+// Status, or a Result with a value. The text of a failure says in one sentence what is wrong. No other code changes a
+// table. Read the files in this order:
 //
-//   session.h        the operations, by subject; each .cpp file holds those of one subject
-//   change.h         what listeners hear
-//   history.h        steps back and forward: what an operation touches is kept until it falls out of a bound of memory
-//   statement.h      operations as the statements of a macro
+//   session.h        the operations, by subject; each session_*.cpp file implements one subject
+//   change.h         what listeners receive
+//   do.h             the frame around every operation: gate, history, notification
+//   history.h        undo and redo; copies of what operations changed are kept within a bound of memory
+//   statement.h      operations as statements of a macro
 //
-// While a fit runs, one gate (Session::Do) refuses whatever would pull the ground away from under it; only what says so
-// here can be done then. Numbers: a dataset is known by its slot from 1 to 100, a model and a graph by the number that
-// they got when they were made; rows count from 1.
+// While a fit runs, the gate (Session::Do) refuses every operation that would change the data of the fit. Operations
+// that are possible during a fit say so below; the others return kBusy. Numbers: a dataset is identified by its slot
+// from 1 to 100, a model or a graph by the number it got when it was made; rows count from 1.
 #pragma once
 
 #include <array>
@@ -44,7 +47,7 @@
 
 namespace kalvex {
 
-// A parameter as a person names it: of a model the leading one or an element of a row, or an experimental one.
+// A parameter: epsInf of a model, an element of a row, or an experimental parameter.
 struct ParamRef {
   ParamKind where = ParamKind::kEpsInf;
   std::uint32_t model = 0;  // its number
@@ -57,18 +60,18 @@ struct ParamRef {
   static ParamRef Exp(int index) { return {ParamKind::kExp, 0, 1, 0, index}; }
 };
 
-// What is to become of a parameter; what is not given stays.
+// New values for the fields of a parameter. A field without a value stays as it is.
 struct ParamEdit {
   std::optional<double> value{};
   std::optional<std::uint32_t> adjustable{};
   std::optional<double> min{}, max{};
   std::optional<std::uint32_t> useMin{}, useMax{};
   std::optional<int> coupling{};  // group 1 to 24; any other number means none
-  bool holdInLimits = false;      // the value is held inside the limits in force, also where none is given
-  bool told = true;               // the fit and the graphs hear of the model
+  bool holdInLimits = false;      // clamp the value to the active limits even if it is not given
+  bool told = true;               // notify the fit and the graphs
 };
 
-// Whether the fit and the graphs hear of a change at once, or find it at their next rebuilding.
+// Whether the fit and the graphs are updated at once or at their next rebuilding.
 enum class Heard { kAtOnce, kLater };
 
 struct TermPair {
@@ -77,8 +80,8 @@ struct TermPair {
 };
 
 struct FitRequest {
-  std::optional<int> iterations{};  // at most so many in this run, whatever the options say
-  bool byHand = false;              // a person can take it back: FitState::UndoAvailable
+  std::optional<int> iterations{};  // limit for this run, whatever the options say
+  bool byHand = false;              // a person can undo the run: FitState::UndoAvailable
 };
 
 struct AxisEdit {
@@ -93,27 +96,27 @@ struct GraphEdit {
 
 class Session {
  public:
-  // threads: how many may compute at once. Seeds the noise with the platform's clock. The platform must outlive the
-  // session, or be replaced before it goes.
+  // threads: number of threads for computing. The noise is seeded with the platform's clock. The platform must outlive
+  // the session, or be replaced before it is destroyed.
   explicit Session(Platform& platform, int threads = 1);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
 
-  // ---- what is there
+  // ---- reading the tables
 
   const DatasetTable& Datasets() const { return tables_.datasets; }
   const ParamTables& Params() const { return tables_.params; }
   const FitState& Fit() const { return tables_.fit; }
   const GraphTable& Graphs() const { return tables_.graphs; }
-  // The graphs and ChiSq follow each change of a parameter.
+  // If on, the graphs and ChiSq are updated at each change of a parameter.
   bool AutoScreenUpdate() const { return tables_.autoScreenUpdate; }
   // Graphs show the crosshair.
   bool GraphReader() const { return tables_.graphReader; }
-  // The fit's lists hear of changes: the fit has been opened.
+  // True if the fit window has been opened: the fit's lists are updated at each change.
   bool FitFollows() const { return tables_.fitFollows; }
 
-  // Null where there is none of that number, or nothing is loaded.
+  // Null if that number does not exist, or if nothing is loaded in the slot.
   const Model* FindModel(long long number) const;
   const Graph* FindGraph(long long number) const;
   const Dataset* FindDataset(long long slot) const;
@@ -121,7 +124,7 @@ class Session {
   // The type of a special model, null for a plain one.
   const ModelType* TypeOfModel(const Model& model) const;
 
-  // What is kept so that the next evaluation is faster: it belongs to models that exist, and has a bound.
+  // Size of the caches for evaluation. They belong to existing models and have a bound.
   std::size_t BytesKeptForEvaluation() const;
 
   void UsePlatform(Platform& platform);
@@ -131,93 +134,94 @@ class Session {
 
   // ---- datasets (session_datasets.cpp)
 
-  // Fills the slot. On failure the rows that were there stay, but for an error bar that is not above 0, which is found
-  // only when the new rows are there.
+  // Fills the slot. On failure the previous rows stay, with one exception: an error bar that is not positive is
+  // detected only after the new rows have replaced them.
   Status LoadDataset(int slot, const DatasetSource& source);
-  // What the record keeps of an attempt to load is forgotten, and rows that such an attempt has left.
+  // Deletes the settings of a failed attempt to load, and the rows that it left.
   Status ClearDataset(int slot);
-  // Its curves leave the graphs, and its terms the fit if that follows. A slot that holds nothing is no failure.
+  // Removes its curves from the graphs, and its terms from the fit if FitFollows. An empty slot is not a failure.
   Status UnloadDataset(int slot);
   Status UnloadAllDatasets();
   // y becomes scale y + shift, sigma becomes scale sigma.
   Status TransformDataset(int slot, double scale, double shift);
-  // A normal deviate of width sigma is added to each y, and sigma becomes that of each row. The dataset's terms leave
-  // the fit if that follows.
+  // Adds a normal deviate of width sigma to each y; sigma becomes the error bar of each row. Removes the dataset's
+  // terms from the fit if FitFollows.
   Status AddNoise(int slot, double sigma);
-  // Rows outside of the range take no part in the fit; a limit that is not given stays. kLater: nobody is told, and the
-  // next rebuilding of the fit's points takes the new range.
+  // Excludes rows outside of the range from the fit. A limit without a value stays. With Heard::kLater nothing is
+  // notified; the new range takes effect when the fit's points are next rebuilt.
   Status CutDataset(int slot, std::optional<double> xMin, std::optional<double> xMax, Heard heard);
   Status SetDatasetQuantity(int slot, int quantity, Heard heard);
-  // Can be done during a fit. A slot that holds nothing gives an empty file.
+  // Possible during a fit. An empty slot gives an empty file.
   Status ExportDataset(int slot, const std::string& file, bool onlyFitted, bool errorBars);
 
   // ---- models (session_models.cpp)
 
-  // A model with one default row; its number.
+  // Makes a model with one default row and returns its number.
   Result<std::uint32_t> NewModel();
-  // Its curves leave the graphs, its terms the fit, and what was kept for its evaluation goes.
+  // Removes its curves from the graphs, its terms from the fit, and its caches.
   Status CloseModel(std::uint32_t model);
-  // position: of the new row, from 1; one outside counts as the nearest inside.
+  // position: of the new row, from 1; a position outside is clamped.
   Status InsertRow(std::uint32_t model, int position);
   Status RemoveRow(std::uint32_t model, int row);
   Status MoveRow(std::uint32_t model, int row, bool up);
   // key: 1 to 5, see SortKey.
   Status SortRows(std::uint32_t model, int key);
   Status FixAllParams(std::uint32_t model, bool fix);
-  // Writes the model, a summary, and a line of "Par.dat".
+  // Writes the model, a summary, and a line of "Par.dat"; see files/model_file.h.
   Status SaveModel(std::uint32_t model, const std::string& file);
   Status LoadModel(std::uint32_t model, const std::string& file);
 
   // ---- parameters (session_params.cpp)
 
-  // All values of a dragged slider between two ends of a gesture are one step of the history.
+  // All values of a slider between two calls of EndGesture are one step of the history.
   Status SetParam(const ParamRef& param, const ParamEdit& edit);
-  // The whole record, past limits and coupling.
+  // Copies the whole record, without regard to limits and coupling.
   Status CopyParam(const ParamRef& to, const ParamRef& from);
-  // The values of all rows of all models. Loading goes past limits and coupling, up to the first record that belongs to
-  // another place.
+  // The values of all rows of all models. Loading disregards limits and coupling and stops at the first record that
+  // does not match; see files/param_file.h.
   Status SaveParams(const std::string& file);
   Status LoadParams(const std::string& file);
-  // Writes what "ParsSpecial.cfg" asks for.
+  // Writes the files that "ParsSpecial.cfg" lists.
   Status SaveParamsSpecial();
 
   // ---- the variational dielectric function (session_mesh.cpp)
 
-  // A mesh at the frequencies of the sources; without a single row it is cleared.
+  // Makes a mesh at the frequencies of the sources. Without any row the mesh is cleared.
   Status InitMesh(std::uint32_t model, const std::array<VdfSource, 3>& sources, bool on, bool kk, bool fitActive);
-  // Without a mesh these four do nothing, and succeed.
+  // Without a mesh these four change nothing and succeed.
   Status ToggleMeshOn(std::uint32_t model);
   Status ToggleMeshKK(std::uint32_t model);
   Status ToggleMeshFitActive(std::uint32_t model);
   Status MakeMeshPositive(std::uint32_t model);
-  // Only the switches that are given, and only where they differ.
+  // Sets the given switches, if they differ from the present ones.
   Status SwitchMesh(std::uint32_t model, std::optional<bool> on, std::optional<bool> kk, std::optional<bool> fitActive);
   Status SaveMesh(std::uint32_t model, const std::string& file);
   Status LoadMesh(std::uint32_t model, const std::string& file);
 
   // ---- the fit (session_fit.cpp)
 
-  // From now on the lists follow changes; they are rebuilt. Both can be done during a fit, which Close asks to stop.
+  // Opens the fit: its lists are rebuilt and follow changes until CloseFit. Both are possible during a fit; CloseFit
+  // stops the run.
   Status OpenFit();
   Status CloseFit();
-  // A term at the end of the list; the slot need not be loaded.
+  // Appends a term to the list. The slot may be empty.
   Status AddTerm(int slot, std::uint32_t model, std::optional<double> weight);
-  // Pairs that the list has already are left out.
+  // Pairs that are already in the list are skipped.
   Status AddTerms(std::span<const TermPair> pairs);
-  // The first term of the dataset in one slot and the model in the other, both places in their tables from 1. The lists
-  // are rebuilt also if there is no such term.
+  // Removes the first term of that dataset and model. Both are places in their tables, from 1. The lists are rebuilt
+  // even if there is no such term.
   Status DeleteTerm(int slot, int modelSlot);
   Status RemoveTerms(std::span<const int> ids);
   Status WeighTerms(std::span<const int> ids, double weight);
   Status SetFitOptions(const FitOptions& options);
-  // During a run it asks that run to stop, and succeeds. Fit().report tells how a run ended.
+  // During a run it stops that run and succeeds. Fit().report contains the reason why a run ended.
   Status RunFit(const FitRequest& request);
   void StopFit();
-  // Swaps the values before the last run and the present ones.
+  // Swaps the present values and those before the last run.
   Status UndoFit();
-  // Everything that follows parameters is made anew, whether or not AutoScreenUpdate is on.
+  // Updates everything that depends on parameters, whether or not AutoScreenUpdate is on.
   Status Recompute();
-  // Files about a fit, in the current folder: "QntyErrorBars.dat", "Jakob.dat", "Jakob2.dat", "TestDeriv1.txt",
+  // Write files about a fit into the current folder: "QntyErrorBars.dat", "Jakob.dat", "Jakob2.dat", "TestDeriv1.txt",
   // "TestDeriv.txt", "Tab.dat".
   Status WriteQuantityErrorBars();
   Status DumpDerivatives();
@@ -226,56 +230,57 @@ class Session {
   Status TestQuantityDerivatives();
   Status WriteGapTable();
 
-  // ---- graphs and curves (session_graphs.cpp); all can be done during a fit
+  // ---- graphs and curves (session_graphs.cpp); all are possible during a fit
 
-  // Of the usual size, or of one in pixels; its number.
+  // Makes a graph of the default size or of the given size in pixels, and returns its number.
   Result<std::uint32_t> NewGraph(std::optional<int> width = {}, std::optional<int> height = {});
   Status CloseGraph(std::uint32_t graph);
   Status ResizeGraph(std::uint32_t graph, std::optional<int> width, std::optional<int> height);
   Status EditGraph(std::uint32_t graph, const GraphEdit& edit);
   Status AddCurve(std::uint32_t graph, const Curve& curve);
-  // The first curve of that kind, of that dataset (its id) or model, and of the Quantity unless it is -1.
+  // Removes the first curve of that kind, of that dataset (id) or model, and of the Quantity unless it is -1.
   Status RemoveCurve(std::uint32_t graph, CurveKind kind, std::uint32_t of, int quantity);
   Status SetCurves(std::uint32_t graph, std::vector<Curve> curves);
   Status SetAutoScreenUpdate(bool on);
   Status SetGraphReader(bool on);
-  // What shows the model, or the experimental parameters, is drawn anew; the fit does not hear of it.
+  // Redraws everything that shows the model or the experimental parameters. The fit is not notified.
   void RedrawModel(std::uint32_t model);
   void RedrawExpParams();
 
-  // The number of curves written.
+  // Returns the number of curves that were written.
   Result<int> ExportGraph(std::uint32_t graph, const std::string& file);
   Status DrawGraph(std::uint32_t graph, PictureFormat format, int width, int height, const std::string& file);
-  // No model, or no Quantity, gives an empty file. kNotComputed: the file is written, but its values are old ones.
+  // Without a model or a Quantity the file is empty. kNotComputed: the file is written, but its values are those of an
+  // earlier evaluation.
   Status ExportModelCurve(std::optional<std::uint32_t> model, const CurveExport& what, const std::string& file);
 
-  // Everything, or what has changed since the graph was painted last.
+  // Paints everything, or only what has changed since the graph was painted last.
   void PaintGraph(std::uint32_t graph, Canvas& canvas);
   void RepaintGraph(std::uint32_t graph, Canvas& canvas);
-  // The next repainting is of everything.
+  // The next repainting paints everything.
   void ForgetPicture(std::uint32_t graph);
-  // The crosshair at a pixel of the window, or nowhere.
+  // Moves the crosshair to a pixel of the window. Outside of the frame it disappears.
   void MoveGraphReader(std::uint32_t graph, int x, int y);
   void HideGraphReader(std::uint32_t graph);
 
   // ---- the history (session.cpp)
 
-  // Takes the last step back, or does it again. Their labels are in GetHistory().
+  // Undoes the last step, or redoes it. GetHistory() has the labels.
   Status StepBack();
   Status StepForward();
-  // A gesture has ended: the next operation is a step of its own.
+  // Ends a gesture: the next operation is a step of its own.
   void EndGesture() { history_.EndGesture(); }
   const History& GetHistory() const { return history_; }
   void SetHistoryBound(std::size_t bytes) { history_.SetBound(bytes); }
 
  private:
-  friend struct SessionAccess;  // tests set tables up by hand
-  class RunFollower;            // of session_fit.cpp
+  friend struct SessionAccess;  // for tests, which fill the tables directly
+  class RunFollower;            // defined in session_fit.cpp
 
-  // The gate, the history and the telling around an operation. act gives a Status or a Result.
+  // Runs an operation with gate, history and notification. act returns a Status or a Result.
   template <class Act>
   auto Do(Operation operation, const Pieces& touched, Act act) -> decltype(act());
-  // The same for what changes no table.
+  // The same for an operation that changes no table.
   template <class Act>
   auto DoOutside(Operation operation, Act act) -> decltype(act());
   Status Gate() const;
@@ -291,7 +296,7 @@ class Session {
 
   void AfterStep();
 
-  // Floor by floor: the graphs, then the fit.
+  // Notify the lower floors: first the graphs, then the fit.
   void TellGraphs(GraphEvent event, std::int64_t id);
   void TellFitOfDataset(std::uint32_t datasetId);
   void TellFitOfParams();
@@ -303,7 +308,7 @@ class Session {
   void HearExpParams(bool fitToo = true);
   void HearCoupled();
   void ShowValues();
-  // An operation on the whole of one model, by change(model), and what it has changed.
+  // An operation on one whole model. `change` changes the model; `what` says which part it changes.
   enum class Changed { kValues, kRows };
   template <class Act>
   Status ChangeModel(std::uint32_t number, Operation operation, Changed what, Act change);

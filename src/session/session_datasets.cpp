@@ -13,7 +13,7 @@ Status NoSuchSlot(int slot) {
   return {StatusCode::kBadArgument, "DatasetNo should be 1 to " + std::to_string(kMaxDatasets) + ".", SlotText(slot)};
 }
 
-// Numbers of the macro language, which count from 1.
+// The macro language counts these choices from 1.
 template <class Method>
 int NumberOf(Method method) {
   return static_cast<int>(method) + 1;
@@ -103,7 +103,7 @@ Status Session::TransformDataset(int slot, double scale, double shift) {
 Status Session::AddNoise(int slot, double sigma) {
   Dataset* const dataset = SlotOf(slot);
   if (!dataset) return NoSuchSlot(slot);
-  return Do({"noise on " + SlotText(slot),
+  return Do({"add noise to " + SlotText(slot),
              Statement("AddNoise").Int("DatasetNo", slot).Real("Sigma", sigma).Done(),
              {},
              kOnDatasets | kOnFit},
@@ -122,7 +122,7 @@ Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<d
   if (!dataset) return NoSuchSlot(slot);
   const auto statement = Statement("CutDataset").Int("DatasetNo", slot).Real("XMin", xMin).Real("XMax", xMax);
   const std::string label = "cut " + SlotText(slot);
-  // A limit that is typed digit by digit is one step.
+  // Typing a limit character by character is one step of the history.
   return Do({label, statement.Done(), heard == Heard::kAtOnce ? label : "", kOnDatasets | kOnFit},
             Pieces().Dataset(slot - 1), [&] {
               kalvex::CutDataset(*dataset, xMin, xMax);
@@ -139,7 +139,7 @@ Status Session::SetDatasetQuantity(int slot, int quantity, Heard heard) {
   if (!dataset) return NoSuchSlot(slot);
   if (quantity < 0 || quantity >= kQuantityCount) return {StatusCode::kBadArgument, "there is no such Quantity"};
   const char* const name = kQuantityNames[static_cast<std::size_t>(quantity)].shortName;
-  return Do({"Quantity of " + SlotText(slot),
+  return Do({"set Quantity of " + SlotText(slot),
              Statement("SetDatasetQuantity").Int("DatasetNo", slot).Text("Quantity", name).Done(),
              {},
              kOnDatasets | kOnFit},

@@ -27,7 +27,7 @@ std::string OptionsStatement(const FitOptions& options) {
   return statement.Int("LogFit", options.LogFit).Done();
 }
 
-// A run changes values in every model, coupled ones included.
+// A run may change values in every model, through coupling too.
 Pieces AllValues(const ParamTables& tables) {
   Pieces pieces;
   for (const std::uint32_t number : ListModelNumbers(tables)) {
@@ -38,8 +38,8 @@ Pieces AllValues(const ParamTables& tables) {
 
 }  // namespace
 
-// Models, graphs and listeners follow each iteration; events are delivered in between, so that a person can ask the run
-// to stop.
+// Updates models, graphs and listeners after each iteration. Events are processed in between, so that a person can stop
+// the run.
 class Session::RunFollower : public FitObserver {
  public:
   explicit RunFollower(Session& session) : session_(session) {}
@@ -61,7 +61,7 @@ class Session::RunFollower : public FitObserver {
   Session& session_;
 };
 
-// The graphs follow values that a run has set; the fit itself, which has set them, does not hear of it.
+// Updates the graphs after a run has set values. The fit is not notified, because it has set the values itself.
 void Session::ShowValues() {
   HearExpParams(false);
   for (Model& model : tables_.params.models) {
@@ -69,7 +69,7 @@ void Session::ShowValues() {
   }
 }
 
-// ---- what the fit hears
+// ---- updates of the fit
 
 void Session::TellGraphs(GraphEvent event, std::int64_t id) {
   AnswerGraphEvent(tables_.graphs, event, id, tables_.autoScreenUpdate);
@@ -107,7 +107,7 @@ void Session::DropTermsIf(const std::function<bool(const ChiSqTerm&)>& isGone) {
 
 Status Session::OpenFit() {
   if (tables_.fitFollows) return {};
-  if (tables_.fit.FitRunning) {  // the lists of a run are its own until it ends
+  if (tables_.fit.FitRunning) {  // the lists must not change during a run
     tables_.fitFollows = true;
     return {};
   }
@@ -176,7 +176,7 @@ Status Session::DeleteTerm(int slot, int modelSlot) {
     const bool found = match != terms.end();
     if (found) terms.erase(match);
     RebuildTerms();
-    return found ? Status() : Status(StatusCode::kNothingToDo, "no such term");
+    return found ? Status() : Status(StatusCode::kNothingToDo, "there is no such ChiSq term");
   });
 }
 
@@ -190,7 +190,7 @@ Status Session::RemoveTerms(std::span<const int> ids) {
 }
 
 Status Session::WeighTerms(std::span<const int> ids, double weight) {
-  return Do({"weigh terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
+  return Do({"set weights of terms", {}, {}, kOnFit}, Pieces().Fit(), [&] {
     for (ChiSqTerm& term : tables_.fit.list.terms) {
       if (std::find(ids.begin(), ids.end(), term.id) != ids.end()) term.weight = weight;
     }
@@ -201,7 +201,7 @@ Status Session::WeighTerms(std::span<const int> ids, double weight) {
 }
 
 Status Session::SetFitOptions(const FitOptions& options) {
-  return Do({"options of the fit", OptionsStatement(options), {}, kOnFit}, Pieces().Fit(), [&] {
+  return Do({"set options of the fit", OptionsStatement(options), {}, kOnFit}, Pieces().Fit(), [&] {
     tables_.fit.options = options;
     Tell(ChangeKind::kFitOptions);
     return Status();
@@ -241,7 +241,7 @@ void Session::StopFit() {
 }
 
 Status Session::UndoFit() {
-  if (!tables_.fit.startValuesStored) return {StatusCode::kNothingToDo, "there is no run to undo"};
+  if (!tables_.fit.startValuesStored) return {StatusCode::kNothingToDo, "there is no fit run to undo"};
   return Do(OnFit("undo the fit", Statement("UndoFit").Done()), AllValues(tables_.params), [&] {
     kalvex::UndoFit(tables_.fit, tables_.params, eval_);
     ShowValues();
@@ -279,13 +279,13 @@ Status Session::WriteQuantityErrorBars() {
 
 Status Session::DumpDerivatives() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  return DoOutside({"derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles},
+  return DoOutside({"write derivatives", Statement("DumpDerivatives").Done(), {}, kOnFiles},
                    [&] { return WriteDerivativeDump(tables_.params, eval_); });
 }
 
 Status Session::DumpSensitivity() {
   if (Status busy = Gate(); !busy.Ok()) return busy;
-  return DoOutside({"sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles},
+  return DoOutside({"write sensitivity", Statement("DumpSensitivity").Done(), {}, kOnFiles},
                    [&] { return WriteSensitivityDump(tables_.params, eval_); });
 }
 
@@ -304,7 +304,7 @@ Status Session::TestQuantityDerivatives() {
 }
 
 Status Session::WriteGapTable() {
-  return DoOutside({"table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles},
+  return DoOutside({"write table of gaps", Statement("WriteGapTable").Done(), {}, kOnFiles},
                    [&] { return kalvex::WriteGapTable(GapTableOf(eval_.termEnvironment)); });
 }
 

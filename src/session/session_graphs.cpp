@@ -24,7 +24,7 @@ void EditAxis(const AxisEdit& edit, Axis& axis) {
   if (edit.titleShown) axis.titleShown = *edit.titleShown;
 }
 
-// A title stands in a statement as a format.
+// In a statement a title is a format, so that % is written as %%.
 void AddAxis(Statement& statement, const char* letter, const AxisEdit& edit) {
   const std::string name = letter;
   statement.Real(name + "min", edit.min).Real(name + "max", edit.max).Flag(name + "log", edit.log);
@@ -70,7 +70,7 @@ Result<std::uint32_t> Session::NewGraph(std::optional<int> width, std::optional<
   if (width || height) statement.Int("XPos", 0).Int("YPos", 0).Int("Width", width).Int("Height", height);
   return Do({"new graph", statement.Done(), {}, kOnGraphs}, Pieces().Graphs(), [&]() -> Result<std::uint32_t> {
     Graph* const graph = CreateGraph(tables_.graphs);
-    if (!graph) return {StatusCode::kFull, "there are " + std::to_string(kMaxGraphs) + " graphs already"};
+    if (!graph) return {StatusCode::kFull, "the limit of " + std::to_string(kMaxGraphs) + " graphs is reached"};
     if (width || height) {
       graph->Width = width.value_or(graph->Width);
       graph->Height = height.value_or(graph->Height);
@@ -130,7 +130,7 @@ Status Session::EditGraph(std::uint32_t number, const GraphEdit& edit) {
 
 Status Session::AddCurve(std::uint32_t number, const Curve& curve) {
   if (curve.kind == CurveKind::kMulti && !HasRowContributions(curve.quantity)) {
-    return {StatusCode::kBadArgument, "rows contribute to E1, E2, S1 and S2 only"};
+    return {StatusCode::kBadArgument, "a MULTI curve can show E1, E2, S1 and S2 only"};
   }
   return ChangeGraph(number, OnGraph("curve in", number, CurveStatement(number, curve, tables_.datasets)),
                      [&](Graph& graph) { return kalvex::AddCurve(graph, curve), Status(); });
@@ -214,7 +214,7 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
   });
 }
 
-// ---- what a screen shows
+// ---- painting
 
 void Session::PaintGraph(std::uint32_t number, Canvas& canvas) {
   if (Graph* const graph = GraphOf(number)) kalvex::PaintGraph(*graph, eval_, canvas);

@@ -45,23 +45,23 @@ Status Session::InitMesh(std::uint32_t number, const std::array<VdfSource, 3>& s
 }
 
 Status Session::ToggleMeshOn(std::uint32_t number) {
-  return ChangeModel(number, OnMesh("mesh on or off", number, KeyStatement(number, "F4")), Changed::kValues,
+  return ChangeModel(number, OnMesh("on/off switch of the mesh", number, KeyStatement(number, "F4")), Changed::kValues,
                      [](Model& model) { return ToggleVdfOn(model.vdf), Status(); });
 }
 
 Status Session::ToggleMeshKK(std::uint32_t number) {
-  return ChangeModel(number, OnMesh("constraint", number, KeyStatement(number, "F5")), Changed::kValues,
+  return ChangeModel(number, OnMesh("KK switch of the mesh", number, KeyStatement(number, "F5")), Changed::kValues,
                      [](Model& model) { return ToggleVdfKK(model.vdf), Status(); });
 }
 
 Status Session::ToggleMeshFitActive(std::uint32_t number) {
-  return ChangeModel(number, OnMesh("fit of the mesh", number, KeyStatement(number, "F7")), Changed::kValues,
+  return ChangeModel(number, OnMesh("fit switch of the mesh", number, KeyStatement(number, "F7")), Changed::kValues,
                      [](Model& model) { return ToggleVdfFitActive(model.vdf), Status(); });
 }
 
 Status Session::MakeMeshPositive(std::uint32_t number) {
   const std::string statement = Statement("MakeVarDielFuncPositive").Int("ModelNo", number).Done();
-  return ChangeModel(number, OnMesh("positive mesh", number, statement), Changed::kValues,
+  return ChangeModel(number, OnMesh("positive values of the mesh", number, statement), Changed::kValues,
                      [&](Model& model) { return MakeVdfPositive(eval_, model), Status(); });
 }
 

@@ -29,7 +29,7 @@ int FirstFreeEntry(const ParamTables& tables) {
 Result<std::uint32_t> Session::NewModel() {
   const int entry = FirstFreeEntry(tables_.params);
   if (entry == kMaxModels) {
-    return {StatusCode::kFull, "there are " + std::to_string(kMaxModels) + " models already"};
+    return {StatusCode::kFull, "the limit of " + std::to_string(kMaxModels) + " models is reached"};
   }
   return Do({"new model", Statement("NewModel").Done(), {}, kOnModels | kOnFit}, Pieces().Model(entry),
             [&]() -> Result<std::uint32_t> {
@@ -103,7 +103,7 @@ Status Session::SortRows(std::uint32_t number, int key) {
                       {},
                       kOnModels | kOnFit},
                      Changed::kRows, [&](Model& model) {
-                       if (key < 1 || key > 5) return Status(StatusCode::kBadArgument, "Key is not 1 to 5");
+                       if (key < 1 || key > 5) return Status(StatusCode::kBadArgument, "Key should be 1 to 5");
                        if (RowCount(model) == 0) {
                          return Status(StatusCode::kNothingToDo, "there are no rows", ModelText(number));
                        }
@@ -114,10 +114,10 @@ Status Session::SortRows(std::uint32_t number, int key) {
 
 Status Session::FixAllParams(std::uint32_t number, bool fix) {
   const Model* const model = FindModel(number);
-  // The statement counts places in the table, and only fixes.
+  // The statement takes the place in the table instead of the number, and it can only fix parameters.
   const int place = model ? kalvex::SlotOf(tables_.params, *model) + 1 : 0;
   return ChangeModel(number,
-                     {(fix ? "fix all of " : "free all of ") + ModelText(number),
+                     {(fix ? "fix all parameters of " : "free all parameters of ") + ModelText(number),
                       fix ? OnModel("FixAllModelParams", static_cast<std::uint32_t>(place)).Done() : "",
                       {},
                       kOnModels | kOnFit},

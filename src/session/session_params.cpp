@@ -61,7 +61,7 @@ bool HasLimits(const ParamEdit& edit) { return edit.min || edit.max || edit.useM
 
 }  // namespace
 
-// The parameter, and whatever its coupling group reaches.
+// The parameter and all parameters of its coupling group.
 Pieces Session::PiecesOfEdit(const ParamRef& param, const ParamEdit&) {
   Pieces pieces;
   pieces.params.push_back(PlaceOf(param));
@@ -169,7 +169,7 @@ void Session::HearExpParams(bool fitToo) {
   Tell(ChangeKind::kExpParams);
 }
 
-// Whatever a coupling group has overwritten.
+// Notifies the fit and the graphs of the values that a coupling group has overwritten.
 void Session::HearCoupled() {
   for (Model& model : tables_.params.models) {
     if (model.number != 0 && model.dirty) HearModel(model);

@@ -14,7 +14,7 @@ class Statement {
   Statement& Int(std::string_view name, long long value);
   Statement& Real(std::string_view name, double value);
   Statement& Text(std::string_view name, std::string_view value);
-  // Nothing where there is no value.
+  // Adds nothing if there is no value.
   Statement& Int(std::string_view name, std::optional<int> value);
   Statement& Real(std::string_view name, std::optional<double> value);
   Statement& Flag(std::string_view name, std::optional<bool> value);

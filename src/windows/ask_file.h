@@ -1,4 +1,4 @@
-// Asking for a file, with the memory of where the last one was.
+// Asks for a file and remembers the directory of the last one.
 #pragma once
 
 #include <optional>
@@ -10,8 +10,8 @@ namespace kalvex {
 
 struct Desk;
 
-// The file that the user chose, nothing if the dialog was cancelled. A file to be written gets the default extension if
-// its name has none. The dialog opens where the last one of this run has ended.
+// The file that the user chose; nothing if the dialog was cancelled. A file to be written gets the default extension if
+// its name has none. The dialog opens in the directory of the last file dialog of this run.
 std::optional<std::string> AskFile(Desk& desk, const FileQuestion& question);
 
 }  // namespace kalvex

@@ -29,7 +29,7 @@ bool MoveCaret(CellEditor& editor, bool right) {
 }
 
 std::optional<double> TakeNumber(CellEditor& editor) {
-  // Whoever types the mark of a missing value means no number either.
+  // A person may also type the text that stands for a missing value; it is not a number.
   double number = kMissing;
   ParseReal(editor.text.data(), editor.text.data() + editor.text.size(), number);
   editor = {};

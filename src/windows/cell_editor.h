@@ -1,4 +1,5 @@
-// A parameter shown in its place, and typed into there, as the model window and that of the experimental parameters do.
+// A parameter that is shown in a cell and can be typed there, in the model window and in the window of the experimental
+// parameters.
 #pragma once
 
 #include <optional>
@@ -10,32 +11,32 @@
 
 namespace kalvex {
 
-// The field in which a person types a parameter's value, in the parameter's own place.
+// The field over a cell in which a person types the parameter's value.
 struct CellEditor {
   bool open = false;
   std::string text;
   std::size_t caret = 0;
 };
 
-// What a field of these windows shows.
+// The content of a cell.
 struct ParamCell {
   std::string text;
   Colour colour = kBlack;
-  bool coupled = false;  // shown in a font of its own
-  bool marked = false;   // on the marked background; an editor on it has black text
+  bool coupled = false;  // shown in a different font
+  bool marked = false;   // shown on the marked background; an editor on it has black text
   friend bool operator==(const ParamCell&, const ParamCell&) = default;
 };
 ParamCell CellOfParam(const ModelParam& param, std::string text, bool marked);
 
-// Opens on a value, shown with ten digits, with the caret before it.
+// Opens the editor with a value of ten digits and the caret in front of it.
 void OpenEditor(CellEditor& editor, double value);
-// Opens with one digit in the place of the value, and the caret after it.
+// Opens the editor with one digit instead of the value, and the caret after it.
 void OpenEditorWith(CellEditor& editor, char digit);
-// What the field holds after a person has typed into it.
+// Stores the text after a person has typed.
 void TypeIntoEditor(CellEditor& editor, std::string_view text, std::size_t caret);
-// Moves the caret by one to the right or to the left. False, with nothing moved, at that end of the text.
+// Moves the caret by one character to the right or to the left. False, and moves nothing, at that end of the text.
 bool MoveCaret(CellEditor& editor, bool right);
-// Closes the editor and gives the number in it, nothing for a text that is none; the word for no number is none.
+// Closes the editor and returns its number. Nothing if the text is not a number, or is the text for a missing value.
 std::optional<double> TakeNumber(CellEditor& editor);
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// Colours of the texts and fields that windows show.
+// Colours of texts and fields in windows.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ struct Colour {
 inline constexpr Colour kBlack = {0, 0, 0};
 inline constexpr Colour kWhite = {255, 255, 255};
 inline constexpr Colour kFreeParam = {0, 0, 255};   // text of a parameter that the fit may vary,
-inline constexpr Colour kFixedParam = {255, 0, 0};  // and of one that it may not
+inline constexpr Colour kFixedParam = {255, 0, 0};  // text of a fixed parameter
 inline constexpr Colour kMarked = {0xC9, 0xF1, 0xCE};
 
 constexpr Colour ColourOfParam(bool adjustable) { return adjustable ? kFreeParam : kFixedParam; }

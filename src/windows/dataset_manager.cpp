@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// A load that failed at its last check leaves rows without an id: the user can unload those too.
+// A load that failed at its last check leaves rows without an id. The user can unload those too.
 bool IsLoaded(const Dataset& dataset) { return !dataset.points.empty(); }
 
 bool HasRow(int slot) { return slot >= 1 && slot <= kManagerRows; }
@@ -31,7 +31,7 @@ bool HoldsRows(const Desk& desk, int slot) {
 
 void Refresh(Desk& desk) { RefreshDatasetManager(desk.datasetManager, desk.session.Datasets()); }
 
-// The field keeps the text as it is typed.
+// The field keeps the text exactly as typed.
 template <class Cut>
 void TypeLimit(Desk& desk, int slot, std::string_view text, std::string ManagerRow::*field, Cut cut) {
   if (!HoldsRows(desk, slot)) return;

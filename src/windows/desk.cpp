@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// What is typed for a parameter of a model that is gone is lost.
+// The text that is being typed for a parameter of a closed model is lost.
 void ForgetModel(Desk& desk, std::uint32_t number) {
   desk.models.erase(number);
   if (desk.vdfDialog.model == number) desk.vdfDialog.open = false;
@@ -37,7 +37,7 @@ void ForgetGone(const std::map<std::uint32_t, Window>& windows, IsThere isThere,
   }
 }
 
-// What is typed belongs to what was there before.
+// The text that is being typed belongs to the previous state.
 void FollowModels(Desk& desk) {
   desk.paramControl.typed.reset();
   desk.expParams.editor = {};
@@ -61,7 +61,7 @@ void FollowGraphs(Desk& desk) {
   }
 }
 
-// The window is open while the fit follows changes. Terms that are still there stay selected.
+// The window is open while the fit follows changes. Existing terms stay selected.
 void FollowFit(Desk& desk) {
   if (!desk.session.FitFollows()) HideFitWindow(desk.fitWindow);
   desk.fitWindow.open = desk.session.FitFollows();
@@ -124,7 +124,7 @@ void Desk::Changed(const Change& change) {
     case ChangeKind::kFitOptions:
     case ChangeKind::kGraphChanged:
     case ChangeKind::kSettings:
-      return;  // a screen shows these from the session
+      return;  // the screen reads these from the session
   }
 }
 

@@ -1,23 +1,24 @@
-// Desk: what a person has before them. The session holds what is there; the desk holds what is shown of it, keyed by
-// the numbers of models and graphs: which windows are open and where, the cursor, the selection, half-typed text. A
-// window's functions change the desk, and call the session's operations for everything else; a screen shows what both
-// hold. The desk listens to the session, so that a model that is closed by a macro takes its window with it.
+// Desk: the state of the windows, with or without a screen. The session holds the data. The desk holds how they are
+// shown, under the numbers of models and graphs: open windows and their positions, cursors, selections, texts that are
+// being typed. The functions of a window change the desk and call operations of the session; the screen shows both. The
+// desk listens to the session: for example, it closes the window of a model that a macro has closed. This folder stands
+// on floor 9, above the session; qt/ stands on floor 10.
 //
-//   desk.h            everything that is shown, and how it follows the session
-//   main_window.h     menu and toolbar, steps back and forward
+//   desk.h            all of this state, and how it follows changes of the session
+//   main_window.h     menu and toolbar, undo and redo
 //   model_window.h    the window of a model; model_keys.h: its keys; vdf_dialog.h: the dialog that makes a mesh
 //   exp_params_window.h   the window of the experimental parameters
-//   param_control.h   the window of the one selected parameter; slider_map.h: the scale of its slider
-//   cell_editor.h     a parameter shown and typed into in its place
+//   param_control.h   the window of the selected parameter; slider_map.h: the scale of its slider
+//   cell_editor.h     a parameter that is shown and typed in a cell
 //   dataset_manager.h, load_dialog.h   datasets
 //   fit_window.h      the fit and its two dialogs
-//   graph_window.h    the window of a graph; graph_dialogs.h: what its two dialogs hold
+//   graph_window.h    the window of a graph; graph_dialogs.h: the contents of its two dialogs
 //   suspend_dialog.h, ask_file.h   questions to a person
 //   keys.h, colours.h, window_texts.h   keys, colours and texts
-//   qt/               the same on a screen
+//   qt/               the widgets that show this state on a screen
 //
-// Functions of a window take what a person does and nothing more: they hold no rule about what may change when. While a
-// fit runs the session refuses changes; a window asks Session::Fit() only where its own state would change too.
+// The functions of a window only translate what a person does. The session decides which changes are allowed, and
+// refuses them while a fit runs. A window checks Session::Fit() only before it changes its own state.
 #pragma once
 
 #include <cstdint>
@@ -45,7 +46,7 @@ struct MainWindow {
   int width = 640;
   int height = 80;
   std::string title = texts::kMainTitle;
-  bool quit = false;   // it is closed: the program ends
+  bool quit = false;   // the window is closed and the program ends
   bool about = false;  // the About box is open
 };
 
@@ -61,12 +62,12 @@ struct Desk : public SessionListener {
   GraphDialogs graphDialogs;
   FitWindow fitWindow;
   SuspendDialog suspendDialog;
-  std::map<std::uint32_t, ModelWindow> models;  // by the model's number: of each model that there is
+  std::map<std::uint32_t, ModelWindow> models;  // one for each existing model, by the model's number
   std::map<std::uint32_t, GraphWindow> graphs;  // by the graph's number
-  std::string fileFolder;                       // where the last file dialog of this run ended
+  std::string fileFolder;                       // the directory of the last file dialog of this run
   MacroState macro;
 
-  // Shows what there is already. The session must outlive the desk.
+  // Makes windows for the existing models and graphs. The session must outlive the desk.
   explicit Desk(Session& on);
   Desk(const Desk&) = delete;
   Desk& operator=(const Desk&) = delete;
@@ -75,7 +76,7 @@ struct Desk : public SessionListener {
   void Changed(const Change& change) override;
 };
 
-// The window of a model that there is.
+// The window of an existing model.
 inline ModelWindow& WindowOf(Desk& desk, const Model& model) { return desk.models[model.number]; }
 
 }  // namespace kalvex

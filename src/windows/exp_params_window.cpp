@@ -14,7 +14,7 @@ void SelectUnderCursor(Desk& desk) {
   if (SelectParam(desk, ParamRef::Exp(desk.expParams.selectedIndex))) desk.expParams.paramSelected = true;
 }
 
-// Moving the cursor leaves the values alone, so the fit does not hear of it.
+// Moving the cursor changes no value, so the fit is not notified.
 void ShowCursor(Desk& desk) {
   SelectUnderCursor(desk);
   desk.session.RedrawExpParams();
@@ -53,7 +53,7 @@ void OpenExpParams(Desk& desk) {
   ExpParamsWindow& window = desk.expParams;
   window.wantsFront = true;
   if (window.open) return;
-  window = {};  // at its first place
+  window = {};  // at its initial position
   window.open = window.wantsFront = true;
   SelectUnderCursor(desk);
 }

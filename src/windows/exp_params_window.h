@@ -17,17 +17,17 @@ struct ExpParamsWindow {
   int y = 300;
   int width = 285;
   int height = 160;
-  bool wantsFront = false;     // a screen brings the window to the front, and clears this
-  bool windowShown = false;    // the window is the active one, and has the keys
+  bool wantsFront = false;     // the screen brings the window to the front and clears this
+  bool windowShown = false;    // the window is active and receives the keys
   bool paramSelected = false;  // the parameter control shows the parameter under the cursor
   int selectedIndex = 0;
   CellEditor editor;
 };
 
 void OpenExpParams(Desk& desk);
-// "Close Window": commits what is typed and gives the selection back.
+// "Close Window": commits the typed text and drops the selection.
 void CloseExpParams(Desk& desk);
-// The window becomes the active one or stops being it, which commits what is typed.
+// The window becomes active or inactive. Becoming inactive commits the typed text.
 void ActivateExpParams(Desk& desk, bool active);
 
 // A line of the window.
@@ -37,12 +37,12 @@ struct ExpParamLine {
 };
 ExpParamLine ExpParamLineOf(const Desk& desk, int index);
 
-// False if the window does not take the key, so that it goes to the editor, if that is open.
+// False if the window does not use the key. The key then goes to the editor if that is open.
 bool PressExpParamsKey(Desk& desk, Key key);
-// A digit opens the editor, unless it is open.
+// A digit opens the editor if it is not open.
 bool PressExpParamsDigit(Desk& desk, char digit);
 
-// The mouse on the value of one line: the left button once, twice, and the right button.
+// Mouse on the value of a line: single click, double click, right button.
 void PressExpParam(Desk& desk, int index);
 void DoublePressExpParam(Desk& desk, int index);
 void RightPressExpParam(Desk& desk, int index);

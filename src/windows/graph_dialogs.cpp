@@ -16,7 +16,7 @@ AxisEdit EditOf(const AxisForm& form) {
   return {RealOf(form.min), RealOf(form.max), form.log, form.titleShown, form.title};
 }
 
-// ---- contents
+// ---- the dialog "Graph contents"
 
 bool IsSameCurve(const Curve& a, const Curve& b) {
   return a.kind == b.kind && a.quantity == b.quantity && a.datasetId == b.datasetId && a.modelId == b.modelId;
@@ -32,7 +32,7 @@ void Deselect(std::vector<ListedCurve>& list) {
   for (ListedCurve& listed : list) listed.selected = false;
 }
 
-// A new curve of the dialog shows at once what it can.
+// A new curve from the dialog shows everything that its kind can show.
 Curve WithUsualLook(Curve curve) {
   curve.ShowLine = true;
   if (curve.kind == CurveKind::kData) {
@@ -95,7 +95,7 @@ GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const
   for (const Curve& curve : graph.curves) contents.chosen.push_back({curve, false});
   std::stable_sort(contents.chosen.begin(), contents.chosen.end(),
                    [](const ListedCurve& a, const ListedCurve& b) { return a.curve.order < b.curve.order; });
-  // Storing sorts the list; curves of equal order would be painted in another order than before.
+  // Storing sorts the list. Without different orders, curves could change their painting order.
   SetOrders(contents.chosen);
   OfferCurves(contents, datasets, params);
   return contents;

@@ -1,5 +1,5 @@
-// The two dialogs of a graph without a screen: its properties, and its contents. The graph changes on "OK" and "Apply"
-// only.
+// The two dialogs of a graph without a screen: its properties and its contents. They change the graph only on "OK" and
+// "Apply".
 #pragma once
 
 #include <array>
@@ -28,9 +28,9 @@ struct GraphPropertiesForm {
   AxisForm X, Y;
   bool ShowFitted = false;
 };
-// The graph as the dialog "Graph properties" shows it.
+// The contents of the dialog "Graph properties".
 GraphPropertiesForm PropertiesOf(const Graph& graph);
-// What the fields hold, for "OK" and "Apply", without a check: an unreadable number reads as 0.
+// The contents of the fields, for "OK" and "Apply", without a check. An unreadable number reads as 0.
 GraphEdit EditOf(const GraphPropertiesForm& form);
 
 // A curve in one of the two lists of the dialog "Graph contents".
@@ -39,50 +39,50 @@ struct ListedCurve {
   bool selected = false;
 };
 
-// The group "Curve properties" for the selected curves of the graph. What differs among them has no value: a text is
-// empty, a tick shows the third state.
+// The group "Curve properties" for the selected curves of the graph. A property that differs among the curves has no
+// value: a text is empty, a check box shows the third state.
 struct CurveLook {
   std::optional<int> nColor;
   std::optional<bool> line, error, symbol, open;
   std::optional<int> size, shape;  // -1 shows as empty
   std::string scale, shift;
-  std::optional<int> colorIndex;  // that the selected curves are painted in
-  bool any = false;               // there is a selected curve
-  bool allData = false;  // all are of the kind "DATA", and everything can be edited; else colour, scale and shift only
+  std::optional<int> colorIndex;  // the colour in which the selected curves are painted
+  bool any = false;               // at least one curve is selected
+  bool allData = false;  // all are of the kind "DATA": everything can be edited; otherwise colour, scale, shift only
 };
 
 struct GraphContents {
   std::string caption;
-  std::array<bool, kCurveKinds> kinds;  // ticks of the two groups of filters
+  std::array<bool, kCurveKinds> kinds;  // check boxes of the two groups of filters
   std::array<bool, kQuantityCount> quantities;
   std::vector<ListedCurve> available;
   std::vector<ListedCurve> chosen;
-  CurveLook look;  // as the group shows it: the texts as a person types them
+  CurveLook look;  // what the group shows, with the texts as typed
 };
 
-// All ticks are set.
+// The contents when the dialog opens, with all check boxes ticked.
 GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const ParamTables& params);
-// Builds the list of available curves anew, after a change of a tick. The ticks "All" are those of a group together.
+// Rebuilds the list of available curves after a change of a check box. A check box "All" stands for its whole group.
 void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const ParamTables& params);
 bool AllTicked(const std::array<bool, kCurveKinds>& kinds);
 bool AllTicked(const std::array<bool, kQuantityCount>& quantities);
 
-// A curve of either list is selected or no longer; several can be at a time.
+// Selects or deselects a curve of either list. Several curves can be selected.
 void SelectAvailable(GraphContents& contents, std::size_t curve, bool selected);
 void SelectChosen(GraphContents& contents, std::size_t curve, bool selected);
 
-// "=>": the selected available curves go to the end of the graph's list, and are selected there; one that it has
-// already is only selected.
+// "=>": appends the selected available curves to the graph's list and selects them there. A curve that is already in
+// the list is only selected.
 void MoveToGraph(GraphContents& contents);
-// "<=": the selected curves leave the graph's list, and are selected in the other.
+// "<=": removes the selected curves from the graph's list and selects them in the other list.
 void MoveFromGraph(GraphContents& contents);
 
-// What the group shows after a change of the selection or of the graph's list.
+// The contents of the group for the present selection and list of the graph.
 CurveLook LookOf(const GraphContents& contents);
-// Takes over every field that has a value, for each selected curve; those of data for curves of that kind only.
+// Writes every field with a value to each selected curve. Fields for data are written to curves of that kind only.
 void SetLook(GraphContents& contents, const CurveLook& look);
 
-// The curves of the graph's list as a graph has them, for "OK" and "Apply".
+// The curves of the graph's list in the form of a graph, for "OK" and "Apply".
 std::vector<Curve> CurvesOf(const GraphContents& contents);
 
 }  // namespace kalvex

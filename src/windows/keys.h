@@ -1,4 +1,4 @@
-// The keys that the windows of parameters take while they are active.
+// The keys that the windows of parameters use while they are active.
 #pragma once
 
 namespace kalvex {
@@ -27,7 +27,7 @@ enum class Key {
   kDelete,
 };
 
-// These three go to the editor while it is open; all others go to the window even then.
+// These three keys go to the editor while it is open. All other keys always go to the window.
 constexpr bool BelongsToEditor(Key key) { return key == Key::kSpace || key == Key::kInsert || key == Key::kDelete; }
 
 }  // namespace kalvex

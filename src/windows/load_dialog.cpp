@@ -93,7 +93,7 @@ void AcceptLoadDialog(Desk& desk) {
 void CancelLoadDialog(Desk& desk) {
   if (!desk.loadDialog.open) return;
   desk.loadDialog.open = false;
-  // A macro may have loaded a dataset there meanwhile.
+  // A macro may have loaded a dataset into the slot while the dialog was open.
   if (!desk.session.FindDataset(desk.loadDialog.slot)) desk.session.ClearDataset(desk.loadDialog.slot).Ignore();
 }
 

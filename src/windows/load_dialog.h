@@ -22,24 +22,24 @@ struct LoadDialog {
   std::string xMin, xMax, xPts, yVal, yErrVal;
 };
 
-// Which controls answer, beside those that always do: what belongs to a choice that is not made does not.
+// Which controls are enabled, besides those that always are. The controls of a choice that is not made are disabled.
 struct LoadDialogEnabled {
-  bool xFile = false;  // path and "Browse"
-  bool grid = false;   // limits, number of points, kind of grid
+  bool xFile = false;  // the path and "Browse"
+  bool grid = false;   // the limits, the number of points and the kind of grid
   bool match = false;  // both buttons
   bool yVal = false;
-  bool yErrFile = false;  // path and "Browse"
+  bool yErrFile = false;  // the path and "Browse"
   bool yErrVal = false;
 };
 LoadDialogEnabled EnabledControlsOf(const LoadDialog& dialog);
 
 void OpenLoadDialog(Desk& desk, int slot);
 
-// The three buttons "Browse"; a cancelled file dialog leaves the path.
+// The three buttons "Browse". A cancelled file dialog leaves the path unchanged.
 enum class LoadFile { kMaster, kX, kYErr };
 void BrowseForFile(Desk& desk, LoadFile which);
 
-// "OK": closes the dialog if the dataset can be loaded. Otherwise says why, and stays with the user's entries.
+// "OK": closes the dialog if the dataset can be loaded. Otherwise shows the reason and keeps the user's entries.
 void AcceptLoadDialog(Desk& desk);
 // "Cancel": the entries are lost.
 void CancelLoadDialog(Desk& desk);

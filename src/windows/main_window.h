@@ -1,4 +1,4 @@
-// The main window: a menu and a toolbar, whose commands open the other windows and start what has no window.
+// The main window: a menu and a toolbar. Their commands open the other windows and start actions without a window.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace kalvex {
 
-// The commands of the toolbar and of the menu, by their numbers.
+// The commands of the toolbar and the menu, with their numbers.
 enum class MainCommand : int {
   kNewModel = 1,
   kNewGraph = 2,
@@ -40,27 +40,27 @@ enum class MainCommand : int {
   kAbout = 501,
 };
 
-// Whether a button or a menu entry answers, and whether it is shown as switched on.
+// Whether a button or a menu entry is enabled, and whether it is shown as checked.
 bool CommandAnswers(const Session& session, MainCommand command);
 bool CommandIsOn(const Session& session, MainCommand command);
 
-// A button of the toolbar or an entry of the menu. One that does not answer does nothing.
+// Runs the command of a toolbar button or a menu entry. A disabled command does nothing.
 void ChooseCommand(Desk& desk, MainCommand command);
 
-// In any window: the last step of the history is taken back, or done again.
+// Keys of all windows: undo the last step of the history, or redo it.
 void PressStepBack(Desk& desk);
 void PressStepForward(Desk& desk);
 
-// Closing the main window ends the program, with nothing saved and nothing asked. A run of the fit ends first, after
-// the iteration that is in progress.
+// Closing the main window ends the program without saving and without a question. A run of the fit ends first, after
+// its present iteration.
 void CloseMainWindow(Desk& desk);
 
 // The lines of the About box.
 std::array<std::string, 3> AboutLines(std::string_view version, std::string_view updated);
 void CloseAbout(Desk& desk);
 
-// A macro file chosen by the user, run at once. A macro that ends the program when it is named on the command line only
-// ends itself here. Gives the result of RunMacro, which has no further meaning, or -1 if the dialog was cancelled.
+// Asks for a macro file and runs it at once. A macro that would end the program when started from the command line only
+// ends itself here. Returns the result of RunMacro, which the caller can ignore, or -1 if the dialog was cancelled.
 int RunMacroDialog(Desk& desk);
 
 }  // namespace kalvex

@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// Up by some rows, the leading parameter standing above the first one.
+// Moves the cursor up by some rows. The leading parameter lies above the first row.
 void GoUp(ModelWindow& window, int rows) {
   if (!window.rowSelected) return;
   window.rowSelected = window.curRow > 0;

@@ -1,4 +1,4 @@
-// The keys of a model's window. It has them only while it is the active one.
+// The keys of a model's window while it is active.
 #pragma once
 
 #include "records/model.h"
@@ -8,9 +8,9 @@ namespace kalvex {
 
 struct Desk;
 
-// False if the window does not take the key, so that it goes to the editor, if that is open.
+// False if the window does not use the key. The key then goes to the editor if that is open.
 bool PressModelKey(Desk& desk, const Model& model, Key key);
-// A digit opens the editor, unless it is open.
+// A digit opens the editor if it is not open.
 bool PressModelDigit(Desk& desk, const Model& model, char digit);
 
 }  // namespace kalvex

@@ -31,7 +31,7 @@ void ScrollTo(const Model& model, ModelWindow& window, int row) {
   window.topRow = std::clamp(row, 0, std::max(0, RowCount(model) - window.visibleRows));
 }
 
-// Scrolls just so far that the row of the cursor is shown.
+// Scrolls only as far as necessary to show the row of the cursor.
 void ScrollToCursor(const Model& model, ModelWindow& window) {
   HoldCursor(model, window);
   if (window.rowSelected)
@@ -44,7 +44,7 @@ ParamRef RefUnderCursor(const Model& model, ModelWindow& window) {
   return ParamRef::Row(model.number, window.curRow + 1, ParamOfColumn(window.curColumn));
 }
 
-// The parameter that a field shows, if it shows one.
+// The parameter in a field; nothing if the field holds none.
 std::optional<ParamRef> ParamOfField(const Model& model, const ModelWindow& window, const ModelField& field) {
   if (field.epsInf) return ParamRef::EpsInf(model.number);
   const int row = window.topRow + field.line;
@@ -53,7 +53,7 @@ std::optional<ParamRef> ParamOfField(const Model& model, const ModelWindow& wind
   return ParamRef::Row(model.number, row + 1, ParamOfColumn(field.column));
 }
 
-// Whether a field answers the mouse: it shows a parameter, and no run of the fit works on that.
+// True if a field accepts the mouse: it holds a parameter, and no run of the fit uses that parameter.
 bool Answers(const Desk& desk, const Model& model, const ModelWindow& window, const ModelField& field) {
   return !desk.session.Fit().FitRunning && ParamOfField(model, window, field);
 }
@@ -86,7 +86,7 @@ void SaveVdfByDialog(Desk& desk, const Model& model) {
   if (const auto file = AskFile(desk, texts::kSaveVdfFile)) desk.session.SaveMesh(model.number, *file).Ignore();
 }
 
-// After a change of the number or the order of rows.
+// Called after a change of the number or the order of rows.
 void SelectAfter(Desk& desk, const Model& model, const Status& rowsChanged) {
   if (!rowsChanged.Ok()) return;
   ScrollToCursor(model, WindowOf(desk, model));
@@ -207,7 +207,7 @@ const Model* NewModelWindow(Desk& desk) {
 
 void CloseModelWindow(Desk& desk, const Model& model) {
   if (desk.session.Fit().FitRunning) return;
-  // What is typed for a parameter of the model still holds for the others of its coupling group.
+  // A typed value of a parameter in this model still applies to the other parameters of its coupling group.
   DeselectModel(desk, model.number);
   desk.session.CloseModel(model.number).Ignore();
 }
@@ -248,7 +248,7 @@ void EditParamWith(Desk& desk, const Model& model, char digit) {
 }
 
 void CommitEdit(Desk& desk, const Model& model) {
-  // Whatever comes next may move the rows, and with them the parameter that the parameter control is typing into.
+  // The next action may move the rows, and with them the parameter that is being edited in the parameter control.
   LeaveParamField(desk);
   ModelWindow& window = WindowOf(desk, model);
   if (!window.editor.open) return;
@@ -330,7 +330,7 @@ void FlipUnderCursor(Desk& desk, const Model& model) {
 void PressModelHeader(Desk& desk, const Model& model, int column) {
   if (desk.session.Fit().FitRunning) return;
   CommitEdit(desk, model);
-  // The first column, which holds the numbers of the rows, sorts nothing.
+  // The first column contains the row numbers. Clicking it sorts nothing.
   SelectAfter(desk, model, desk.session.SortRows(model.number, column));
 }
 

@@ -1,5 +1,5 @@
-// The window of a model: a table of its rows with the leading parameter above and the panel of the variational
-// dielectric function below. A cursor stands on the leading parameter or on an element of a row.
+// The window of a model: a table of its rows, with the leading parameter (epsInf) above and the panel of the
+// variational dielectric function below. A cursor stands on the leading parameter or on an element of a row.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace kalvex {
 
 struct Desk;
 
-// Where the window is, what is marked in it and what is typed into it, whether or not there is a screen.
+// The position of the window, its cursor and selection, and the text that is being typed, with or without a screen.
 struct ModelWindow {
   int x = 50;
   int y = 100;
@@ -22,23 +22,23 @@ struct ModelWindow {
   int height = 250;
   std::array<int, 6> columnWidths = {22, 50, 50, 50, 50, 50};
   bool vdfShown = false;
-  bool windowShown = false;    // the window is the active one, and has the keys
+  bool windowShown = false;    // the window is active and receives the keys
   bool paramSelected = false;  // the parameter control shows the parameter under this window's cursor
   bool rowSelected = false;    // the cursor is on a row; otherwise it is on the leading parameter
   int curRow = 0;
-  int curColumn = 1;  // of the window's table; those of the parameters are 1 to 3
+  int curColumn = 1;  // column of the table; the parameters are in 1 to 3
   int topRow = 0;
-  int visibleRows = 5;  // how many fit into the window, as the screen finds when it lays the window out
+  int visibleRows = 5;  // the number of rows that fit into the window, set by the screen
   CellEditor editor;
 };
 
 inline constexpr int kModelWindowMinWidth = 215, kModelWindowMinHeight = 225;
 
-// The table shows the row's number, the three stored parameters, and two numbers that are computed.
+// The table shows the row's number, the three stored parameters, and two computed numbers.
 enum class CellKind { kRowNumber, kStored, kComputed };
 struct ModelColumn {
   CellKind kind;
-  int index;  // of the parameter, or of the computed number
+  int index;  // index of the parameter or of the computed number
 };
 inline constexpr std::array<ModelColumn, 6> kModelColumnKinds = {{{CellKind::kRowNumber, 0},
                                                                   {CellKind::kStored, Wo},
@@ -49,45 +49,46 @@ inline constexpr std::array<ModelColumn, 6> kModelColumnKinds = {{{CellKind::kRo
 inline constexpr int kFirstParamColumn = 1, kLastParamColumn = 3;
 
 ParamCell EpsInfCell(const Model& model, const ModelWindow& window);
-// Empty below the last row.
+// The content of a cell; empty below the last row.
 ParamCell CellOfLine(const Model& model, const ModelWindow& window, int line, int column);
 
-// What the controls show, and which of them answer.
+// The contents of the controls, and which of them are enabled.
 struct ModelControls {
   std::string vdfButton, einfGroup, rowsGroup, vdfGroup, vdfRange;
   bool remove = false, up = false, down = false;
-  bool vdf = false;  // a mesh exists: "Save" of the panel and the three check boxes answer
+  bool vdf = false;  // a mesh exists: "Save" of the panel and the three check boxes are enabled
   bool kk = false, on = false, fitActive = false;
 };
 ModelControls ModelControlsOf(const Desk& desk, const Model& model);
 
-// A new model, whose leading parameter is selected; null if all places are taken.
+// Makes a model and selects its leading parameter. Null if the table of models is full.
 const Model* NewModelWindow(Desk& desk);
-// Closes the window and with it the model: its curves leave the graphs and its terms the fit.
+// Closes the window and the model. Its curves are removed from the graphs and its terms from the fit.
 void CloseModelWindow(Desk& desk, const Model& model);
-// The window becomes the active one or stops being it, which commits what is typed.
+// The window becomes active or inactive. Becoming inactive commits the typed text.
 void ActivateModelWindow(Desk& desk, const Model& model, bool active);
 
-// The parameter under the cursor goes to the parameter control.
+// Selects the parameter under the cursor in the parameter control.
 void SelectUnderCursor(Desk& desk, const Model& model);
-// After a move of the cursor: scrolls to it, and selects. The fit does not hear of it, since no value has changed.
+// After a move of the cursor: scrolls to it and selects its parameter. The fit is not notified, because no value has
+// changed.
 void ShowCursor(Desk& desk, const Model& model);
-// Holds the cursor inside the rows, which may have become fewer.
+// Moves the cursor back inside the rows after their number has changed.
 void HoldCursor(const Model& model, ModelWindow& window);
 
-// The editor: opening it on the parameter under the cursor, with its value or with one digit, and taking what was
-// typed. A text that is no number changes nothing.
+// Opens the editor on the parameter under the cursor, with its value or with one digit; commits the typed text. A text
+// that is not a number changes nothing.
 void EditParam(Desk& desk, const Model& model);
 void EditParamWith(Desk& desk, const Model& model, char digit);
 void CommitEdit(Desk& desk, const Model& model);
 
 enum class ModelButton {
-  kFixAll,    // or free all, if the leading parameter is fixed
-  kVdfPanel,  // opens and closes the panel
+  kFixAll,    // frees all if the leading parameter is fixed
+  kVdfPanel,  // opens or closes the panel
   kSave,
   kLoad,
   kAdd,
-  kRemove,  // while the cursor is on the leading parameter, it only moves to the rows
+  kRemove,  // if the cursor is on the leading parameter, only moves it to the rows
   kUp,
   kDown,
   kVdfInit,
@@ -98,7 +99,7 @@ enum class ModelButton {
   kVdfFit,
   kVdfPositive,  // by key only
 };
-// A button that does not answer does nothing.
+// A disabled button does nothing.
 void PressModelButton(Desk& desk, const Model& model, ModelButton button);
 
 // A field of the window under the mouse: the leading parameter, or a column of a line.
@@ -107,19 +108,19 @@ struct ModelField {
   int line = 0;
   int column = 0;
 };
-// The left button once and twice, and the right one; only fields that hold a parameter answer.
+// Single click, double click and right button. Only fields that hold a parameter react.
 void PressModelField(Desk& desk, const Model& model, const ModelField& field);
 void DoublePressModelField(Desk& desk, const Model& model, const ModelField& field);
 void RightPressModelField(Desk& desk, const Model& model, const ModelField& field);
-// Flips whether the fit may vary the parameter under the cursor.
+// Toggles whether the fit may vary the parameter under the cursor.
 void FlipUnderCursor(Desk& desk, const Model& model);
 
-// The header: a click sorts the rows by that column, or turns their order around.
+// A click on the header: sorts the rows by that column, or reverses their order.
 void PressModelHeader(Desk& desk, const Model& model, int column);
 // The end of a drag at a column's divider, pixels.
 void SetColumnWidth(ModelWindow& window, int column, int width);
-// A double click on a divider: one pixel wider than the widest text shown. measure gives the width of a cell's text in
-// pixels, which depends on its font.
+// A double click on a divider: makes the column one pixel wider than its widest text. measure returns the width of a
+// cell's text in pixels, which depends on its font.
 template <class Measure>
 void FitColumnWidth(const Model& model, ModelWindow& window, int column, Measure&& measure) {
   int widest = 0;
@@ -138,9 +139,9 @@ struct ModelScrollBar {
   bool shown = false;
 };
 ModelScrollBar ScrollBarOf(const Model& model, const ModelWindow& window);
-// How many rows fit into the window now. A row that is being typed into stays in sight.
+// Sets the number of rows that fit into the window. A row that is being edited stays visible.
 void SetVisibleRows(const Model& model, ModelWindow& window, int rows);
-// An open editor would leave its cell: what is typed is committed first.
+// Scrolling would move the cell away from an open editor, so the typed text is committed first.
 void ScrollByLines(Desk& desk, const Model& model, int lines);
 void ScrollByPages(Desk& desk, const Model& model, int pages);
 void ScrollToPosition(Desk& desk, const Model& model, int position);

@@ -12,11 +12,11 @@ namespace kalvex {
 namespace {
 
 constexpr int kFieldDigits = 5;
-constexpr int kCouplingEntries = kMaxCouplingGroup + 1;  // one more than there are groups
+constexpr int kCouplingEntries = kMaxCouplingGroup + 1;  // one more than the number of groups
 
 std::string FieldText(double value) { return TextG(value, kFieldDigits); }
 
-// The words for no number and for infinity would leave the slider without a scale.
+// The texts for a missing value and for infinity are not accepted, because the slider would have no scale.
 double FieldNumber(std::string_view text) {
   const double number = RealOf(text);
   return std::isnan(number) ? 0 : std::clamp(number, -kValueClamp, kValueClamp);
@@ -33,8 +33,7 @@ bool IsSame(const ParamRef& a, const ParamRef& b) {
          a.expParam == b.expParam;
 }
 
-// The window that has the selected parameter takes its mark away. Nothing of what it shows has changed: the fit does
-// not hear of it.
+// Clears the mark in the window of the selected parameter. The fit is not notified, because no value has changed.
 void DropMark(Desk& desk) {
   const auto& selected = desk.paramControl.selected;
   if (!selected) return;
@@ -59,7 +58,7 @@ void Edit(Desk& desk, const ParamEdit& edit) {
   if (desk.session.SetParam(*desk.paramControl.selected, edit).Ok()) SettleSlider(desk);
 }
 
-// What a field does with its text, which is no edit where it is what the field has shown.
+// Applies the text of a field. A text equal to the one shown is not an edit.
 template <class EditTo>
 void EditField(Desk& desk, std::string_view text, double ModelParam::*field, EditTo editTo) {
   const ModelParam* const param = SelectedParam(desk);
@@ -70,7 +69,7 @@ std::string& TextOf(ParamFields& fields, ParamField field) {
   return field == ParamField::kValue ? fields.value : field == ParamField::kMin ? fields.min : fields.max;
 }
 
-// The slider at an end where the value stands on a stored limit, whether or not the limit is in force.
+// The slider is at an end if the value equals a stored limit, whether or not the limit is active.
 void CentreSlider(ParamControl& control, const ModelParam& param) {
   control.dragging = false;
   control.baseValue = param.value;
@@ -86,7 +85,7 @@ void OpenParamControl(Desk& desk) {
   ParamControl& control = desk.paramControl;
   control.wantsFront = true;
   if (control.open) return;
-  // At its first place and centred; only the selection is remembered.
+  // The window opens at its initial position with a centred slider. Only the selection is kept.
   const auto selected = control.selected;
   control = {};
   control.open = control.wantsFront = true;
@@ -126,7 +125,7 @@ ParamFields ParamFieldsOf(const Desk& desk) {
   const ModelParam* const param = SelectedParam(desk);
   if (!param) return {texts::kNoParam, kBlack, {}, {}, {}};
   ParamControl control = desk.paramControl;
-  // The value may have become another one since the slider was last moved, by a fit or a macro.
+  // A fit or a macro may have changed the value since the slider was last moved.
   if (!control.dragging) CentreSlider(control, *param);
   const Model* const model = desk.session.FindModel(control.selected->model);
   const bool special = model && desk.session.TypeOfModel(*model);

@@ -1,5 +1,5 @@
-// The parameter control: one small window for the one parameter that is selected in a model window or in the window of
-// experimental parameters. It shows and edits all fields, and sweeps the value with a slider.
+// The parameter control: a small window for the one parameter that is selected in a model window or in the window of
+// experimental parameters. It shows and edits all fields of the parameter and sweeps its value with a slider.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace kalvex {
 
 struct Desk;
 
-// The fields with numbers, and what a person has begun to type into one of them.
+// The fields with numbers, and the text that a person is typing into one of them.
 enum class ParamField { kValue, kMin, kMax };
 struct TypedNumber {
   ParamField field;
@@ -25,59 +25,61 @@ struct TypedNumber {
 
 struct ParamControl {
   bool open = false;
-  bool wantsFront = false;  // a screen brings the window to the front, and clears this
+  bool wantsFront = false;  // the screen brings the window to the front and clears this
   int x = 400;
   int y = 100;
   int width = 190;
   int height = 160;
-  std::optional<ParamRef> selected;  // by number and place: rows may move, or go, meanwhile
-  double baseValue = 0;              // the value around which the slider is centred
-  int position = slider::kCentre;    // these two as the last movement or selection left them
+  std::optional<ParamRef> selected;  // by number and place, because rows may move or be removed
+  double baseValue = 0;              // the value at the centre of the slider
+  int position = slider::kCentre;    // both as set by the last movement or selection
   bool marksShown = true;
   bool dragging = false;
   std::optional<TypedNumber> typed;
 };
 
 void OpenParamControl(Desk& desk);
-// Takes what is typed. The window that had the selection drops its mark; the selection itself stays for the next
+// Commits the typed text. The window of the selected parameter clears its mark. The selection is kept for the next
 // opening.
 void CloseParamControl(Desk& desk);
 
-// Takes the parameter of a window; the window that had one before drops its mark, and what is typed still goes to the
-// parameter before. True if the parameter control is open: otherwise the selection is only remembered.
+// Selects a parameter. The typed text is committed to the previously selected parameter, and its window clears its
+// mark. True if the parameter control is open; otherwise the selection is only stored.
 bool SelectParam(Desk& desk, const ParamRef& param);
-// Lets the selection go, with what is typed, if it is of that model or of the experimental parameters.
+// Commits the typed text and drops the selection if it belongs to that model, or to the experimental parameters.
 void DeselectModel(Desk& desk, std::uint32_t number);
 void DeselectExpParams(Desk& desk);
-// The selected parameter; null if there is none, or no longer.
+// The selected parameter; null if there is none or if it does not exist any more.
 const ModelParam* SelectedParam(const Desk& desk);
 
-// What the controls show. Without a parameter all but the header is empty and disabled, the slider too.
+// The contents of the controls. Without a parameter everything except the header is empty and disabled.
 struct ParamFields {
   std::string header;
   Colour headerColour;
-  std::string value, min, max;  // or what is being typed there
+  std::string value, min, max;  // the text of each field, or what is being typed there
   bool useMin = false, useMax = false, adjustable = false;
-  int coupling = 0;  // entry of the list of groups
+  int coupling = 0;  // entry in the list of groups
   int position = slider::kCentre;
   bool marksShown = true;  // the labels for 20 % below and above the centre
   bool enabled = false;
 };
 ParamFields ParamFieldsOf(const Desk& desk);
-// The list of coupling groups: an empty entry, then one more than there are groups; the last acts as no group.
+// The list of coupling groups: an empty entry, then one entry more than the number of groups. The last one acts as no
+// group.
 std::vector<std::string> CouplingChoices();
 
-// The thumb has been dragged to a position, 0 at the top to 80. All of a drag is one step of the history.
+// The thumb was dragged to a position, from 0 at the top to 80. All positions of one drag are one step of the history.
 void DragSlider(Desk& desk, int position);
-// The thumb is let go, or anything else was done to the slider: it is centred on the present value.
+// The thumb was released, or the slider was changed in another way: centres the slider on the present value.
 void SettleSlider(Desk& desk);
 
-// A person types into a field. The text takes effect when the field is left, or the parameter: never for another one.
+// A person types into a field. The text takes effect when the field is left or another parameter is selected, but only
+// for the parameter that was shown while typing.
 void TypeIntoParamField(Desk& desk, ParamField field, std::string_view text);
 void LeaveParamField(Desk& desk);
 
-// What a field does with its text. A text that is as the field showed it is no edit, one that is no number is 0. A
-// lower limit above the upper one becomes the upper one, and the other way round.
+// Apply the text of a field. A text equal to the one shown is not an edit; a text that is not a number counts as 0. A
+// new limit beyond the other limit is set to the other limit.
 void CommitValue(Desk& desk, std::string_view text);
 void CommitMin(Desk& desk, std::string_view text);
 void CommitMax(Desk& desk, std::string_view text);

@@ -7,7 +7,7 @@ namespace {
 
 constexpr double kSlopeTolerance = 0.001;
 
-// A rise from 0 to 1 over four decades.
+// Rises from 0 to 1 over four decades.
 double WholeRange(double t) { return (std::pow(10000.0, t) - 1) / 9999; }
 
 double UpperTail(int n, double d, double high, double hi) {

@@ -1,22 +1,22 @@
-// The scale of the parameter control's slider: linear near the present value, bent towards the limits far from it, so
-// that one slider adjusts finely and still reaches everything.
+// The scale of the parameter control's slider. It is linear near the present value and curved towards the limits, so
+// that one slider allows fine changes and reaches the whole range.
 #pragma once
 
 namespace kalvex::slider {
 
-// Positions of the slider, from its top end to its bottom end, and where it is centred.
+// Positions of the slider: its top end, its bottom end and its centre.
 inline constexpr int kTop = 0;
 inline constexpr int kBottom = 80;
 inline constexpr int kCentre = 40;
 inline constexpr int kPage = 10;
 inline constexpr int kTicks[] = {20, 40, 60};
 
-// The value at step n, 0 at the bottom to 80 at the top, of a slider that is centred on base. From step 20 to 60 it is
-// linear, from 20 % of the distance to lo below base to 20 % of that distance above. A base on a limit or outside has
-// no centre: then the whole range is swept, exponentially.
+// The value at step n, from 0 at the bottom to 80 at the top, for a slider centred on base. Steps 20 to 60 are linear:
+// from 20 % of the distance to lo below base up to 20 % of the distance to hi above base. If base lies on a limit or
+// outside, the whole range is swept exponentially.
 double Map(int n, double base, double lo, double hi);
 
-// The lower tail, from 0 at t = 0 to 1 at t = 1: exponential up to t = 0.3, then a cubic that goes on from there.
+// The lower tail, from 0 at t = 0 to 1 at t = 1: exponential up to t = 0.3, then a smoothly joined cubic.
 double H(double t);
 // The upper tail, (L^t - 1)/(L - 1); t itself for L not above 1.
 double E(double L, double t);

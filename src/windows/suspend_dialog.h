@@ -9,20 +9,20 @@ namespace kalvex {
 
 struct SuspendDialog {
   bool open = false;
-  bool placed = false;  // the user has seen it: it comes back where it was left, and is centred the first time
+  bool placed = false;  // it was shown before: reopen at its last position, else centred
   int x = 0;
   int y = 0;
-  bool neverAgain = false;  // its check box
+  bool neverAgain = false;  // the check box is ticked
   SuspendAnswer answer = SuspendAnswer::kContinue;
 };
 
 void OpenSuspendDialog(SuspendDialog& dialog);
-// Where the dialog stands now, by the screen's own placing or by the user's hand.
+// Stores the present position of the dialog, set by the screen or by the user.
 void PlaceSuspendDialog(SuspendDialog& dialog, int x, int y);
-// The two buttons. Only "Continue" looks at the check box.
+// The two buttons. Only "Continue" reads the check box.
 void PressContinue(SuspendDialog& dialog);
 void PressExitMacro(SuspendDialog& dialog);
-// The answer once the dialog is closed; a dialog that is still open, because the program quits, counts as "Continue".
+// The answer after the dialog is closed. If the program quits while the dialog is open, the answer is "Continue".
 SuspendAnswer AnswerOf(const SuspendDialog& dialog);
 
 }  // namespace kalvex

@@ -49,7 +49,7 @@ void CancelVdfDialog(Desk& desk) {
   if (!dialog.open) return;
   dialog.open = false;
   SelectInModel(desk, dialog.model);
-  // The fit hears of the model, of which nothing has changed.
+  // An empty change notifies the fit of the model.
   if (!desk.session.SwitchMesh(dialog.model, {}, {}, {}).Ok()) desk.session.RedrawModel(dialog.model);
 }
 

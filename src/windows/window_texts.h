@@ -1,4 +1,4 @@
-// Every fixed text of the windows, in one place: titles, labels, buttons, column heads, menus and file dialogs.
+// All fixed texts of the windows: titles, labels, buttons, column heads, menus and file dialogs.
 #pragma once
 
 #include <array>
@@ -55,7 +55,7 @@ inline constexpr const char* kAboutVersion = "Version: ";
 inline constexpr const char* kAboutUpdated = "Updated: ";
 inline constexpr const char* kManualFile = "Manual.pdf";
 
-// Buttons that several dialogs share, and the title of a box that tells of a failure.
+// Buttons that several dialogs share, and the title of an error message.
 inline constexpr const char* kOkKey = "&OK";
 inline constexpr const char* kCancelKey = "&Cancel";
 inline constexpr const char* kOk = "OK";
@@ -79,7 +79,7 @@ inline constexpr const char* kManagerClose = "&Close Window";
 inline constexpr const char* kUnloadAll = "&Unload ALL";
 
 // The dialog that loads a dataset.
-inline constexpr const char* kLoadDialogTitle = "Load Dataset # ";  // and the slot
+inline constexpr const char* kLoadDialogTitle = "Load Dataset # ";  // followed by the slot
 inline constexpr const char* kMasterGroup = "Master data file:";
 inline constexpr const char* kBrowse = "Browse";
 inline constexpr const char* kXGroup = "X:";
@@ -113,7 +113,7 @@ inline constexpr const char* kPlainRowsGroup = "Lorentzians";
 inline constexpr const char* kSpecialRowsGroup = "Special model parameters";
 inline constexpr const char* kUndefinedCell = "---   ";
 
-// Its panel of the variational dielectric function, and the dialog that makes a mesh.
+// The panel of the variational dielectric function in the model window, and the dialog that makes a mesh.
 inline constexpr const char* kVdfGroupAtStart = "Variational Diel. Function";
 inline constexpr const char* kVdfGroupStart = "Var. Diel. Func. (";
 inline constexpr const char* kVdfGroupPoints = " pts)";
@@ -135,7 +135,7 @@ inline constexpr const char* kUpperMark = "+20%";
 inline constexpr const char* kNoParam = "No parameter selected";
 inline constexpr const char* kSpecialParam = "Special model parameter";
 inline constexpr std::array<const char*, 5> kParamLabels = {"Value", "Min", "Max", "Adjustable", "Coupled to "};
-inline constexpr const char* kGroupLetter = "A";  // and the number of the coupling group
+inline constexpr const char* kGroupLetter = "A";  // followed by the number of the coupling group
 
 // Experimental parameters.
 inline constexpr const char* kExpParamsTitle = "Experimental Parameters";

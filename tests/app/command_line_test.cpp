@@ -1,4 +1,4 @@
-// The command line: options, exit statuses, and what stands on which stream.
+// The command line: options, exit statuses, standard output and standard error.
 #include <algorithm>
 
 #include "app/kalvex_run.h"
@@ -38,8 +38,8 @@ TEST_F(CommandLines, AFaultGivesOneOnStandardErrorAndNoStatementHasRun) {
   EXPECT_EQ(bad.status, 1);
   EXPECT_EQ(bad.out, "");
   EXPECT_EQ(bad.err,
-            "bad.kvs:2:12: unknown parameter 'Foo' of NewModel, one of XPos, YPos, Width, Height, VarDielFuncSeen was "
-            "expected\n");
+            "bad.kvs:2:12: unknown parameter 'Foo' of NewModel; expected one of XPos, YPos, Width, Height, "
+            "VarDielFuncSeen\n");
 }
 
 TEST_F(CommandLines, CheckingParsesAndRunsNothing) {
@@ -62,7 +62,7 @@ TEST_F(CommandLines, AFileNameMayStandInQuotesOfItsOwn) {
 TEST_F(CommandLines, AMissingOrUnreadableMacroGivesOne) {
   const ProgramRun missing = With({"none.kvs"});
   EXPECT_EQ(missing.status, 1);
-  EXPECT_EQ(missing.err, "none.kvs: cannot be opened, a macro file was expected\n");
+  EXPECT_EQ(missing.err, "none.kvs: the macro file cannot be opened\n");
   for (const std::string& name : {folder.Name(), std::string("."), std::string("good one.kvs/x"), std::string("\"\""),
                                   std::string("/dev/zero")}) {
     EXPECT_EQ(With({name}).status, 1) << name;
@@ -130,7 +130,7 @@ TEST_F(CommandLines, AWrongCommandLineGivesTwoAndRunsNothing) {
                 {{"--threads", "-1", "good one.kvs"}, "--threads needs a number of at least 1"},
                 {{"--threads", "2x", "good one.kvs"}, "--threads needs a number of at least 1"},
                 {{"--threads", "good one.kvs"}, "--threads needs a number of at least 1"},
-                {{"good one.kvs", "b.kvs"}, "a second macro file, 'b.kvs'"},
+                {{"good one.kvs", "b.kvs"}, "there is a second macro file, 'b.kvs'"},
                 {{"--check"}, "--check needs a macro file"},
                 {{"--describe-type"}, kNoType},
                 {{"--describe-type", "30"}, kNoType},
@@ -201,8 +201,7 @@ TEST_F(CommandLines, AMissingLoopFileGivesOneAndKeepsTheEffectsBeforeIt) {
   const ProgramRun cut = With({"m.kvs"});
   EXPECT_EQ(cut.status, 1);
   EXPECT_EQ(cut.err,
-            "m.kvs:3:2: the loop file 'none' cannot be opened or is empty, a file with a line for each pass was "
-            "expected\n");
+            "m.kvs:3:2: the loop file 'none' cannot be opened or is empty; it should have a line for each pass\n");
   EXPECT_TRUE(folder.Has("before.kvm"));
   EXPECT_FALSE(folder.Has("inside.kvm"));
   EXPECT_FALSE(folder.Has("after.kvm"));

@@ -1,4 +1,4 @@
-// Curves of a model in a file, against the formulas.
+// Exported curves of a model, compared with the formulas.
 #include <cmath>
 
 #include "app/kalvex_run.h"
@@ -12,7 +12,7 @@ constexpr Oscillator kMode = {4, 120, 250, 8};
 
 class CurveExports : public Kalvex {
  protected:
-  // Exports with these items behind File and ModelNo.
+  // Exports with these additional parameters after File and ModelNo.
   Table Curve(const std::string& items, const std::string& model = OscillatorModel(kMode)) {
     Run(model + Export("c", items));
     return Written("c");
@@ -217,7 +217,7 @@ TEST_F(CurveExports, AMissingModelOrQuantityLeavesAnEmptyFile) {
             "model 1 does not exist, so 'a' is empty");
   EXPECT_EQ(folder.Read("a"), "");
   EXPECT_EQ(SaidLast("NewModel();ExportModelCurve(File=\"b\",ModelNo=1,Quantity=\"Refl\",XMin=1,XMax=5,XPts=3);"),
-            "'Refl' is no Quantity, so 'b' is empty");
+            "'Refl' is not a Quantity, so 'b' is empty");
   EXPECT_EQ(folder.Read("b"), "");
 }
 

@@ -15,7 +15,7 @@ class DatasetCommands : public Kalvex {
     folder.Write("x.txt", "150\n250\n400\n");
     folder.Write("err.txt", "100 0.5\n300 0.7\n");
   }
-  // The rows of dataset 1, error bars included, after a load with these items behind MasterFile.
+  // The rows of dataset 1 with error bars, after a load with these additional parameters after MasterFile.
   Table Loaded(const std::string& items) {
     Run("LoadDataset(MasterFile=\"E1_a.dat\"" + (items.empty() ? "" : ',' + items) + ");" +
         "ExportDataset(DatasetNo=1,File=\"out\",ExportErrorBars=1);");
@@ -38,7 +38,7 @@ TEST_F(DatasetCommands, WithoutParametersEverythingComesFromTheMasterFile) {
 TEST_F(DatasetCommands, XMayComeFromAFileOfItsOwn) {
   const Table rows = Loaded("XMethod=2,XFile=\"x.txt\"");
   EXPECT_EQ(Column(rows, 0), (Values{150, 250, 400}));
-  EXPECT_EQ(Column(rows, 1), (Values{1.5, 2.5, 3}));  // the end is held
+  EXPECT_EQ(Column(rows, 1), (Values{1.5, 2.5, 3}));  // beyond the last row its value holds
   EXPECT_EQ(Column(rows, 2), (Values{0.15, 0.25, 0.3}));
 }
 
@@ -67,8 +67,8 @@ TEST_F(DatasetCommands, ErrorsMayComeFromAFileOrBeFixed) {
   EXPECT_EQ(Column(Loaded("YErrMethod=3"), 2), (Values{0.01, 0.01, 0.01}));
 }
 
-// Steps halfway between the points: on [100, 150] the value 1, on [150, 250] 2, on [250, 300] 3. The cell of a row
-// reaches halfway to its neighbours and ends at the row itself at the ends.
+// A step function with steps halfway between the points: on [100, 150] the value 1, on [150, 250] 2, on [250, 300] 3.
+// The interval of a row reaches halfway to its neighbours; the first and the last interval end at their row.
 TEST_F(DatasetCommands, AveragingTakesTheMeanOverTheCellOfARow) {
   EXPECT_EQ(Column(Loaded("Match=2"), 1), (Values{1, 2, 3}));
   const Table rows = Loaded("Match=2,XMethod=3,XMin=100,XMax=300,XPts=2");
@@ -93,7 +93,7 @@ TEST_F(DatasetCommands, TheQuantityComesFromTheFilesNameUnlessItIsGiven) {
   EXPECT_EQ(quantity("refl.dat", ",Quantity=\"rp\""), "Rp");
   EXPECT_EQ(quantity("refl.dat", ",Quantity=\"TT\""), "TT");
   EXPECT_EQ(quantity("s1.dat", ",Quantity=\"Sigma\""), "S1");
-  EXPECT_NE(Said("LoadDataset").find("'Sigma' is no Quantity and was ignored"), std::string::npos);
+  EXPECT_NE(Said("LoadDataset").find("'Sigma' is not a Quantity, ignored"), std::string::npos);
 }
 
 TEST_F(DatasetCommands, EveryFailedLoadShowsItsMessageAndTheMacroGoesOn) {
@@ -185,7 +185,7 @@ TEST_F(DatasetCommands, ALimitOfTheCutThatIsNotGivenStays) {
   EXPECT_EQ(SaidLast(load + "CutDataset(XMin=250,XMax=150);"), "dataset 1 cut to 0 of 3 points from 250 to 150");
 }
 
-// A row on the lower limit takes part in a fit, one on the upper limit does not; an export takes both.
+// A row on the lower limit takes part in a fit, a row on the upper limit does not. An export contains both.
 TEST_F(DatasetCommands, ARowOnTheUpperLimitIsExportedButNotFitted) {
   Run("LoadDataset(MasterFile=\"E1_a.dat\");CutDataset(XMin=100,XMax=200);"
       "ExportDataset(DatasetNo=1,File=\"cut\",ExportFitted=1);ExportDataset(DatasetNo=1,File=\"all\",ExportFitted=0);"
@@ -207,7 +207,8 @@ TEST_F(DatasetCommands, ExportingNeedsSlotAndFileAndALoadedSlotToFillIt) {
   EXPECT_FALSE(folder.Has("out"));
   EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1);"), "nothing done: File is missing");
   EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"no/out\");"), "nothing done: 'no/out' cannot be written");
-  EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"out\");"), "dataset 1 is not loaded; an empty file is at 'out'");
+  EXPECT_EQ(SaidLast("ExportDataset(DatasetNo=1,File=\"out\");"),
+            "dataset 1 is not loaded; an empty file was written: 'out'");
   EXPECT_EQ(folder.Read("out"), "");
 }
 
@@ -226,7 +227,7 @@ TEST_F(DatasetCommands, NoiseHasItsSizeAndSetsTheErrors) {
     mean += row[1] / 2000;
     square += row[1] * row[1] / 2000;
   }
-  // Deviations of the mean and of the variance of 2000 normal numbers; the seed is the clock, so six of them.
+  // Six standard deviations of the mean and of the variance of 2000 normal numbers. The seed is the clock.
   EXPECT_NEAR(mean, 0, 6 * 0.5 / std::sqrt(2000.0));
   EXPECT_NEAR(square, 0.25, 6 * 0.25 * std::sqrt(2 / 2000.0));
 }
@@ -253,7 +254,7 @@ TEST_F(DatasetCommands, TheQuantityCanBeSetAfterwards) {
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(Quantity=\"R\");"), "nothing done: DatasetNo is missing");
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(DatasetNo=1);"), "nothing done: Quantity is missing");
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(DatasetNo=1,Quantity=\"Refl\");"),
-            "nothing done: 'Refl' is no Quantity");
+            "nothing done: 'Refl' is not a Quantity");
   EXPECT_EQ(SaidLast(load + "SetDatasetQuantity(DatasetNo=2,Quantity=\"R\");"),
             "nothing done: dataset 2 is not loaded");
 }

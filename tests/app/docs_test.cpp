@@ -1,4 +1,4 @@
-// The pages for the user keep up with the program.
+// The documentation for users agrees with the program.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -38,7 +38,7 @@ bool StartsWith(const std::string& text, const std::string& start) { return text
 bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 bool Mentions(const std::string& page, const std::string& name) { return Holds(page, '`' + name + '`'); }
 
-// The rows "| `Name` | type |" between the heading of a command and the next heading, in their order.
+// The rows "| `Name` | type |" between the heading of a command and the next heading, in the same order.
 Lines ParamRows(const Lines& page, const std::string& command) {
   Lines rows;
   bool inside = false;
@@ -101,7 +101,7 @@ TEST(Docs, EveryQuantityAndExperimentalParameterIsExplained) {
   }
 }
 
-// Links [text](target): a target of the project exists, and so does the heading behind a #.
+// Links [text](target): the target must exist in the project, and so must the heading after a #.
 std::string AnchorOf(const std::string& heading) {
   std::string anchor;
   for (const char c : heading.substr(heading.find(' ') + 1)) {
@@ -141,7 +141,7 @@ TEST(Docs, EveryLinkLeadsSomewhere) {
   }
 }
 
-// Word by word; numbers to 1 in 10^4, since their last digits are the machine's.
+// Compares word by word. Numbers may differ by 1 in 10^4, because their last digits depend on the machine.
 void ExpectSameWords(const std::string& line, const std::string& expected) {
   std::istringstream words(line), expectedWords(expected);
   for (std::string word, expectedWord; expectedWords >> expectedWord;) {
@@ -183,7 +183,7 @@ TEST_F(DocsOnRuns, TheFirstFitOfTheReadmeSaysWhatTheReadmeShows) {
   }
 }
 
-// What the page on fitting quotes of verbose output, said by the program in the case that the page tells.
+// The verbose texts that the page on fitting quotes: the program must print them in the described cases.
 TEST_F(DocsOnRuns, TheTroublesOfAFitAreSaidInTheQuotedWords) {
   const std::string page = Page("fitting.md");
   const std::string data = "LoadDataset(MasterFile=\"d\",Quantity=\"R\");\n";
@@ -197,7 +197,7 @@ TEST_F(DocsOnRuns, TheTroublesOfAFitAreSaidInTheQuotedWords) {
       {data + "NewModel();\nFixAllModelParams(ModelNo=1);\n" + term, "AddChiSqTerm", "0 free parameters"},
       {data + "NewModel();\n" + term + "Fit();\nFixAllModelParams(ModelNo=1);\nFit();\n", "Fit", "no parameter to fit"},
       {data + "NewModel();\n" + Setting(1, "Wo", 1, "Value=0") + term + "Fit();\n", "Fit",
-       "without influence at their present values: model 1 row 1 Wo"},
+       "parameters without influence on ChiSq at their present values: model 1 row 1 Wo"},
       {data + "NewModel();\n" + term + "Fit();\n", "Fit", "ChiSq no longer falls"},
       {data + "NewModel();\n" + Setting(1, "G", 1, "MinLimit=10,MinOn=1") + term + "Fit();\n", "Fit",
        "Lambda above its limit: no step lowers ChiSq"},
@@ -217,14 +217,14 @@ TEST_F(DocsOnRuns, AFitWithoutParametersCountsNoIterations) {
   EXPECT_TRUE(StartsWith(Said("Fit"), "0 iterations, ")) << run.err;
 }
 
-// A term keeps its points when its dataset is cut afterwards, as the page on the language warns.
+// A term keeps its points if its dataset is cut afterwards, as the page on the language says.
 TEST_F(DocsOnRuns, ACutReachesTheFitWithTheNextTerm) {
   folder.Write("d", "100 0.3\n200 0.4\n300 0.2\n400 0.1\n500 0.15\n");
   const std::string add = "AddChiSqTerm(DatasetNo=1,ModelNo=1);\n";
   Run("LoadDataset(MasterFile=\"d\",Quantity=\"R\");\nNewModel();\nWindowFit();\n" + add +
       "CutDataset(XMin=200,XMax=400);\nWindowFit();\n" + Setting(1, "Wo", 1, "Value=150") +
       "SaveModel(File=\"a.kvm\");\n" + add + "SaveModel(File=\"b.kvm\");\n");
-  // R of the model at the five points; two terms of the two points that are left follow.
+  // R of the model at the five points. Then come two terms with the two remaining points.
   const auto sum = [](std::initializer_list<std::pair<double, double>> points) {
     double chiSq = 0;
     for (const auto& [x, y] : points) {

@@ -1,6 +1,6 @@
-// The examples as a newcomer runs them, on measured spectra. Two kinds of numbers judge the results: where an
-// independent Levenberg-Marquardt program ends from the same start (written with numpy, sharing no code with this one),
-// with its standard errors; and published parameters of the material.
+// The examples as a new user runs them, on measured spectra. Two kinds of numbers check the results: the end of an
+// independent Levenberg-Marquardt program from the same start, with its standard errors (written with numpy, without
+// shared code), and published parameters of the material.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -29,7 +29,7 @@ class Example {
     EXPECT_EQ(run.status, 0) << run.err;
   }
 
-  // Another macro beside the example's data, with its name for the results.
+  // Runs another macro on the example's data, with its own file names for the results.
   void RunBeside(const std::string& macro) { EXPECT_EQ(RunMacroText(folder, macro).status, 0); }
 
   // Values of a model file: epsInf, then the elements row by row.
@@ -40,14 +40,14 @@ class Example {
     return values;
   }
 
-  // The ChiSq of the summary beside the model file.
+  // The ChiSq in the summary of the model file.
   double ChiSq(const std::string& summary) const { return std::stod(folder.Read(summary).substr(8)); }
 
   ScratchFolder folder;
   ProgramRun run;
 };
 
-// Where a curve is lowest or highest.
+// The place of the minimum or the maximum of a curve.
 double MinimumOf(const ScratchFolder& folder, const std::string& file) {
   const Table curve = NumbersOf(folder.Read(file));
   return (*std::min_element(curve.begin(), curve.end(), [](auto& a, auto& b) { return a[1] < b[1]; }))[0];
@@ -73,7 +73,7 @@ void ExpectWithin(double value, double expected, double allowed, const char* wha
   EXPECT_NEAR(value, expected, allowed) << what;
 }
 
-// The picture on top of the README is the one that the example draws.
+// The picture at the top of the README is the output of the example.
 TEST(Examples, GalliumArsenideDrawsThePictureOfTheReadme) {
   const Example example("gaas");
   std::string shown;
@@ -116,7 +116,7 @@ TEST(Examples, TheLossFunctionOfTheReflectivityFitPeaksWhereTheMeasuredOneDoes) 
   EXPECT_NEAR(static_cast<double>(curve.size()), 801, 1);
   for (const auto& line : curve) {
     const double expected = std::imag(-1.0 / EpsOf(independent, line[0]));
-    EXPECT_NEAR(line[1], expected, 0.01 * expected) << line[0];  // beside the peak 3 standard errors are 1 %
+    EXPECT_NEAR(line[1], expected, 0.01 * expected) << line[0];  // outside of the peak 3 standard errors are 1 %
     if (line[1] <= peak) continue;
     peak = line[1];
     at = line[0];
@@ -137,7 +137,7 @@ TEST(Examples, GalliumArsenideExportsTheDataWithTheErrorBarsOfTheFit) {
   }
 }
 
-// Rows of codes in the factorised form: code, frequency, width.
+// Rows with codes in the factorised form: code, frequency, width.
 struct Factor {
   double code, frequency, width;
 };
@@ -224,7 +224,7 @@ TEST(Examples, GoldHasItsFreeElectrons) {
   const Example example("gold");
   EXPECT_NEAR(example.ChiSq("gold.asc"), 434.16, 4.3);
   const auto v = example.Values("gold.kvm");
-  EXPECT_EQ(v[0], 1);  // held, as is the frequency
+  EXPECT_EQ(v[0], 1);  // fixed, as is the frequency
   EXPECT_EQ(v[1], 0);
   ExpectWithin(v[2], 68920, 3 * 33, "plasma frequency");
   ExpectWithin(v[3], 341.0, 3 * 1.5, "relaxation rate");
@@ -242,7 +242,7 @@ TEST(Examples, TheErrorBarsAreTheUsualStandardErrors) {
     return std::stod(text.substr(text.rfind(' ', end)));
   };
   const std::size_t first = text.find('\n') + 1, second = text.find('\n', first) + 1;
-  // The independent program gives 33 and 1.5 scaled by the residual, the square root of 434.16/634.
+  // The independent program gives 33 and 1.5, scaled by the residual, the square root of 434.16/634.
   const double scale = std::sqrt(434.16 / 634);
   EXPECT_NEAR(lastNumber(first) * scale, 33, 1);
   EXPECT_NEAR(lastNumber(second) * scale, 1.5, 0.05);
@@ -251,7 +251,7 @@ TEST(Examples, TheErrorBarsAreTheUsualStandardErrors) {
 TEST(Examples, CalciumFluorideFindsItsMinimumFromThreeOfFourStarts) {
   const Example example("caf2");
   for (const char* const start : {"near", "far", "narrow"}) {
-    // The independent program ends in 0.0026: half a unit of that digit, and 1 %.
+    // The independent program ends at 0.0026. The tolerance is half a unit of the last digit, and 1 %.
     EXPECT_NEAR(example.ChiSq(std::string(start) + ".asc"), 0.0026, 0.00005 + 0.01 * 0.0026) << start;
     const auto v = example.Values(std::string(start) + ".kvm");
     // W. Kaiser et al., Phys. Rev. 127, 1950 (1962): strengths 4.20 and 0.40, relative widths 0.018 and 0.35
@@ -276,7 +276,7 @@ TEST(Examples, ATerahertzPulseIsFittedAsTransmissionAndAsTrace) {
   ASSERT_EQ(v.size(), std::size(kTransmission));
   for (std::size_t i = 0; i < v.size(); ++i) ExpectWithin(v[i], kTransmission[i].value, kTransmission[i].error, "T");
   ExpectWithin(v[1], 53, 0.02 * 53, "lattice mode of alpha-PVDF");
-  // The same plate fitted to the trace by the independent program.
+  // Result of the independent program for the same plate and trace.
   const double kTrace[] = {2.109, 52.94, 8.38, 8.36, 1000, 598.7, 19777};
   const auto pulse = example.Values("pulse.kvm");
   for (std::size_t i = 0; i < pulse.size(); ++i) ExpectWithin(pulse[i], kTrace[i], 0.001 * kTrace[i], "trace");
@@ -304,10 +304,10 @@ TEST(Examples, ACoatedWaferShowsItsFilm) {
   const auto silicon = example.Values("silicon.kvm");
   ExpectWithin(silicon[1], 32886, 39, "silicon, frequency");
   ExpectWithin(silicon[2], 107339, 130, "silicon, plasma frequency");
-  // 1812 points with the noise that they are weighted with, one free parameter; five standard deviations.
+  // 1812 points with noise of the size of their error bars, one free parameter; five standard deviations.
   EXPECT_NEAR(example.ChiSq("coated.asc"), 1811, 5 * std::sqrt(2 * 1811.0));
   ExpectWithin(example.Values("coated.kvm")[2], 1e-4, 5 * 1.2e-9, "thickness");
-  // Far above the phonons the film is a lossless layer: its fringes stay between the bare wafer and the quarter wave.
+  // Far above the phonons the film is a lossless layer. Its fringes lie between the bare wafer and the quarter wave.
   const Table R = NumbersOf(example.folder.Read("R_coated.dat")), T = NumbersOf(example.folder.Read("T_coated.dat"));
   ASSERT_EQ(R.size(), 453u);
   for (std::size_t i = 0; i < R.size(); ++i) {
@@ -319,7 +319,7 @@ TEST(Examples, ACoatedWaferShowsItsFilm) {
 TEST(Examples, ACrystalsExtraordinaryModesAreFoundFromPsi) {
   const Example example("crystal");
   const auto v = example.Values("extraordinary.kvm");
-  // M. Schubert, T. E. Tiwald, C. M. Herzinger, Phys. Rev. B 61, 8187 (2000); five of the fit's errors.
+  // M. Schubert, T. E. Tiwald, C. M. Herzinger, Phys. Rev. B 61, 8187 (2000); five standard errors of the fit.
   const struct {
     std::size_t at;
     double value, error;
@@ -329,7 +329,7 @@ TEST(Examples, ACrystalsExtraordinaryModesAreFoundFromPsi) {
   EXPECT_NEAR(example.ChiSq("extraordinary.asc"), 1293, 5 * std::sqrt(2 * 1293.0));
 }
 
-// Of the sheet in the field: 0.34 eV, 1e6 m/s and 0.01 eV made the data.
+// The sheet in the field: the data were computed with 0.34 eV, 1e6 m/s and 0.01 eV.
 TEST(Examples, GrapheneInAFieldShowsItsFermiEnergyAndItsCyclotronMass) {
   const Example example("graphene_field");
   EXPECT_NEAR(example.ChiSq("graphene.asc"), 187, 5 * std::sqrt(2 * 187.0));
@@ -340,11 +340,11 @@ TEST(Examples, GrapheneInAFieldShowsItsFermiEnergyAndItsCyclotronMass) {
   ExpectWithin(broadening, 0.01, 3 * 5.2e-5, "broadening");
   constexpr double kElectronMass = 510998.95 / (299792458.0 * 299792458.0);  // eV s2/m2
   ExpectWithin(mu / (velocity * velocity) / kElectronMass, 0.0598, 0.0003, "cyclotron mass");
-  // Electrons of a cone at kT << mu, Sommerfeld's expansion; cm-2.
+  // Density of electrons of a cone at kT << mu, Sommerfeld expansion; cm-2.
   const double kF = mu / (6.582119569e-16 * velocity) * 0.01, kT = 8.617333e-5 * 300;
   const double expected = kF * kF / std::numbers::pi * (1 + std::pow(std::numbers::pi * kT / mu, 2) / 3);
   ExpectWithin(NumbersOf(example.folder.Read("density.dat"))[0][1], expected, 0.01 * expected, "density");
-  // Full states block the light below 2 mu: e^2/4hbar above only.
+  // Filled states block the absorption below 2 mu: e^2/4hbar appears only above.
   for (const auto& line : NumbersOf(example.folder.Read("sigma_xx.dat"))) {
     if (line[0] > 1000 && line[0] < 4000) {
       EXPECT_LT(line[1], 0.3 * 1816.5) << line[0];
@@ -352,7 +352,7 @@ TEST(Examples, GrapheneInAFieldShowsItsFermiEnergyAndItsCyclotronMass) {
   }
 }
 
-// Of the film: 2e16 electrons of 0.016 electron masses for each cm3 with a mobility of 4 m2/Vs, 8 um thick, at 0.5 T.
+// The film: 2e16 electrons per cm3 with 0.016 electron masses and a mobility of 4 m2/Vs, 8 um thick, at 0.5 T.
 TEST(Examples, FaradayRotationTellsDensityMassAndMobility) {
   const Example example("faraday");
   EXPECT_NEAR(example.ChiSq("sample.asc"), 288, 5 * std::sqrt(2 * 288.0));
@@ -366,29 +366,29 @@ TEST(Examples, FaradayRotationTellsDensityMassAndMobility) {
                "density");
   ExpectWithin(kCharge / (mass * kTwoPiC * rate), 4, 0.01 * 4, "mobility, m2/Vs");
   ExpectWithin(example.Values("sample.kvm")[4], 8e-4, 3 * 3.2e-6, "thickness");
-  // Behind each edge lies a minimum; to first order in the field they are apart by the cyclotron frequency.
+  // After each plasma edge there is a minimum. To first order in the field their distance is the cyclotron frequency.
   const double apart = MinimumOf(example.folder, "R_minus.dat") - MinimumOf(example.folder, "R_plus.dat");
   ExpectWithin(apart, cyclotron, 0.05 * cyclotron, "distance of the edges");
 }
 
-// Of the semimetal: nodes with 4e5 m/s.
+// The semimetal: nodes with 4e5 m/s.
 TEST(Examples, LandauLevelsOfAWeylSemimetalGrowAsTheRootOfTheField) {
   const Example example("weyl");
-  // The scan: a parabola through three velocities.
+  // The scan: a parabola through the ChiSq of three velocities.
   const double step = 0.05e5;
   const double below = example.ChiSq("v_3.95e5.asc"), middle = example.ChiSq("v_4e5.asc"),
                above = example.ChiSq("v_4.05e5.asc");
   EXPECT_NEAR(middle, 151, 5 * std::sqrt(2 * 151.0));
   const double curvature = below + above - 2 * middle, error = step / std::sqrt(curvature / 2);
   ExpectWithin(4e5 + 0.5 * step * (below - above) / curvature, 4e5, 5 * error, "velocity");
-  // The line 1 -> 2, whose maximum the broadening shifts up a little.
+  // The line 1 -> 2. The broadening shifts its maximum up a little.
   const double line = (1 + std::sqrt(2.0)) * 4e5 * std::sqrt(2 * 6.582119569e-16) * 8065.544;
   for (const double field : {2.5, 5.0, 10.0, 20.0}) {
     const Table curve = NumbersOf(example.folder.Read("sigma_" + ShortNumber(field) + "T.dat"));
     const double expected = line * std::sqrt(field);
     ExpectWithin(MaximumBetween(curve, 0.9 * expected, 1.1 * expected), 1.013 * expected, 0.007 * expected, "line");
   }
-  // One level passes through the node with the velocity, those beside it are even.
+  // One level crosses the node with the velocity; the neighbouring levels are even in k.
   const Table chiral = NumbersOf(example.folder.Read("level_40.dat")),
               next = NumbersOf(example.folder.Read("level_41.dat"));
   ASSERT_GT(next.size(), 75u);  // the middle of the path, k = 0, is line 50
@@ -398,7 +398,7 @@ TEST(Examples, LandauLevelsOfAWeylSemimetalGrowAsTheRootOfTheField) {
   ExpectWithin(next[50][1], line * std::sqrt(20.0) / 8065.544 / (1 + std::sqrt(2.0)), 1e-4, "first level");
 }
 
-// The harmonic of a point dipole over a surface, tapping with the amplitude of its lowest height.
+// The harmonic of a point dipole above a surface that oscillates with an amplitude equal to its lowest height.
 std::complex<double> ScatteredHarmonic(std::complex<double> eps, int harmonic, double height) {
   constexpr int kPhases = 4096;
   const std::complex<double> image = (eps - 1.0) / (eps + 1.0);
@@ -437,7 +437,7 @@ TEST(Examples, SiliconCarbideResonatesWithTheTipBelowItsSurfacePhonon) {
     }
     const Table contrast = NumbersOf(example.folder.Read(std::string("contrast_2_") + height + ".dat"));
     const double peak = MaximumBetween(contrast, 800, 1050);
-    EXPECT_GT(peak, before);  // it rises with the tip, and stays below
+    EXPECT_GT(peak, before);  // it rises with the height of the tip and stays below
     EXPECT_LT(peak, surfacePhonon);
     before = peak;
   }
@@ -447,7 +447,7 @@ TEST(Examples, SiliconCarbideResonatesWithTheTipBelowItsSurfacePhonon) {
   ExpectWithin(MinimumOf(example.folder, "contrast_2_1.02.dat"), 997.9, 0.5, "eps = 1");
 }
 
-// Eigenvalues of the real matrix ((a, b), (b, d)), the lower first.
+// Eigenvalues of the real matrix ((a, b), (b, d)), the lower one first.
 std::array<double, 2> LevelsOfTwo(double a, double b, double d) {
   const double middle = 0.5 * (a + d), half = std::hypot(0.5 * (a - d), b);
   return {middle - half, middle + half};
@@ -466,7 +466,8 @@ double MeanBetween(const Table& curve, double from, double to) {
 TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
   const Example example("bands");
   const auto curve = [&](const char* name) { return NumbersOf(example.folder.Read(name)); };
-  // At Gamma the states are even and odd under the exchange of the layers; hoppings -3, 0.4, -0.3, 0.15, site 0.018.
+  // At Gamma the states are even or odd under the exchange of the layers. Hoppings -3, 0.4, -0.3, 0.15, site energy
+  // 0.018.
   const auto even = LevelsOfTwo(0.018 + 0.4, 3 * (-3 + 0.15), 3 * -0.3),
              odd = LevelsOfTwo(0.018 - 0.4, 3 * (-3 - 0.15), 3 * 0.3);
   const double expected[] = {odd[0], even[0], even[1], odd[1]};
@@ -481,11 +482,11 @@ TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
     return gap;
   };
   EXPECT_LT(gapOf("flat"), 0.001);
-  // Without the hoppings aslant; these narrow it by a few hundredths of the voltage.
+  // Without the skew hoppings, which reduce the gap by a few hundredths of the voltage.
   const double gap = gapOf("biased"), simple = 0.2 * 0.4 / std::hypot(0.2, 0.4);
   EXPECT_LT(gap, simple);
   EXPECT_GT(gap, simple - 0.02);
-  // One corner of the zone: half of two layers' e^2/4hbar, spread over 6.7 A.
+  // One corner of the zone: half of e^2/4hbar of two layers, over a thickness of 6.7 A.
   const Table flat = curve("flat_sigma.dat"), biased = curve("biased_sigma.dat"), doped = curve("doped_sigma.dat");
   ExpectWithin(MeanBetween(flat, 0.9, 1.2), 908, 0.02 * 908, "universal conductivity");
   EXPECT_EQ(MeanBetween(biased, 0, 0.15), 0);
@@ -496,7 +497,7 @@ TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
   EXPECT_EQ(std::count(hops.begin(), hops.end(), '\n'), 32);
 }
 
-// Of the gated state: 0.18 eV, 0.15 eV; of both: 0.4 eV, 0.025 eV.
+// The gated state: 0.18 eV, 0.15 eV; both states: 0.4 eV, 0.025 eV.
 TEST(Examples, AGatedBilayerTellsItsFermiEnergyAndItsVoltage) {
   const Example example("bilayer_gate");
   EXPECT_NEAR(example.ChiSq("gated.asc"), 67, 5 * std::sqrt(2 * 67.0));
@@ -508,13 +509,14 @@ TEST(Examples, AGatedBilayerTellsItsFermiEnergyAndItsVoltage) {
   const Table gated = NumbersOf(example.folder.Read("sigma_gated.dat")),
               neutral = NumbersOf(example.folder.Read("sigma_neutral.dat"));
   ExpectWithin(MaximumBetween(gated, 1500, 5000), 0.4 * 8065.544, 0.05 * 3226, "peak near the hopping");
-  // Blocked below 2 mu, where the neutral state has e^2/4hbar in each layer; the free carriers are at the left.
+  // Absorption is blocked below 2 mu, where the neutral state has e^2/4hbar in each layer. The free carriers lie at
+  // lower frequencies.
   EXPECT_LT(MeanBetween(gated, 1500, 2000), 0.3 * MeanBetween(neutral, 1500, 2000));
   ExpectWithin(MeanBetween(neutral, 1000, 2000), 1816.5, 0.2 * 1816.5, "neutral, before the step");
   EXPECT_GT(gated[0][1], 3 * neutral[0][1]);
 }
 
-// Of the spectrum: -130.5 meV, 12 meV, 0.1.
+// Parameters of the spectrum: -130.5 meV, 12 meV, 0.1.
 TEST(Examples, ATunnellingSpectrumTellsWhereItsSaddlePointIs) {
   const Example example("tunnelling");
   EXPECT_NEAR(example.ChiSq("spectrum.asc"), 98, 5 * std::sqrt(2 * 98.0));
@@ -522,15 +524,15 @@ TEST(Examples, ATunnellingSpectrumTellsWhereItsSaddlePointIs) {
   ExpectWithin(v[12], -130.5, 3 * 0.32, "chemical potential");
   ExpectWithin(v[16], 12, 3 * 0.23, "broadening");
   ExpectWithin(v[17], 0.1, 3 * 0.0064, "its linear part");
-  // The saddle point: highest on the way from (0, 0) to (1/2, 0), lowest on the way on to (1/2, 1/2). Its published
-  // energy is 34 meV below the Fermi energy.
+  // The saddle point is a maximum between (0, 0) and (1/2, 0) and a minimum between (1/2, 0) and (1/2, 1/2). Its
+  // published energy is 34 meV below the Fermi energy.
   const Table band = NumbersOf(example.folder.Read("band.dat"));
   ASSERT_GT(band.size(), 200u);
   EXPECT_NEAR(band[100][0], 0.5, 1e-6);
   ExpectWithin(band[100][1], -34, 3 * 0.32, "saddle point");
   for (std::size_t i = 0; i < 100; ++i) EXPECT_LE(band[i][1], band[100][1]) << band[i][0];
   for (std::size_t i = 101; i < 200; ++i) EXPECT_GE(band[i][1], band[100][1]) << band[i][0];
-  // States far from the Fermi energy are broader, and push the maximum up.
+  // States far from the Fermi energy are broader and shift the maximum up.
   const double maximum = MaximumBetween(NumbersOf(example.folder.Read("model_stm.dat")), -200, 200);
   EXPECT_GT(maximum, band[100][1]);
   EXPECT_LT(maximum, 0);
@@ -545,12 +547,12 @@ TEST(Examples, PlasmonsOfRibbonsRiseAsTheirWidthsRootFalls) {
     ExpectWithin(at * std::sqrt(width), plasmon("1um"), 0.002 * at * std::sqrt(width), "1/sqrt(W)");
     ExpectWithin(MinimumOf(example.folder, "T_" + ShortNumber(width) + "um.dat"), at, 1, "the transmission's minimum");
   }
-  // s = i a/x of free electrons, a = 4 alpha mu; a wave vector q has x^2 = a q/(4 pi e), e the mean of both sides.
+  // s = i a/x of free electrons, a = 4 alpha mu. A wave vector q has x^2 = a q/(4 pi e), e the mean of the two sides.
   const double a = 4 * 7.2973526e-3 * 0.2 * 8065.544, e = 0.5 * (1 + 3.9);
   const auto wavesInAWidth = [&](const std::string& name) {
     return std::pow(plasmon(name), 2) * 4 * std::numbers::pi * e / a * 1e-4;
   };
-  // A single strip: lowest eigenvalue of its integral equation, solved by 200 to 800 elements and extrapolated.
+  // A single strip: the lowest eigenvalue of its integral equation, solved with 200 to 800 elements and extrapolated.
   ExpectWithin(wavesInAWidth("far"), 2.3156, 0.005 * 2.3156, "single strip");
   EXPECT_LT(wavesInAWidth("near"), wavesInAWidth("1um"));
   EXPECT_LT(wavesInAWidth("1um"), wavesInAWidth("far"));
@@ -559,7 +561,7 @@ TEST(Examples, PlasmonsOfRibbonsRiseAsTheirWidthsRootFalls) {
   ExpectWithin(wavesInAWidth("1um"), 0.5 * circuit, 0.1 * 0.5 * circuit, "circuit");
 }
 
-// Every twenty-fifth spot of the map: made and fitted as in the example.
+// Every twenty-fifth spot of the map, computed and fitted as in the example.
 TEST(Examples, AMapOfSpectraShowsWhereTheCrystalIsDamaged) {
   const ScratchFolder folder;
   std::filesystem::copy(ProjectFile("examples/map"), folder.Name(), std::filesystem::copy_options::recursive);
@@ -570,7 +572,7 @@ TEST(Examples, AMapOfSpectraShowsWhereTheCrystalIsDamaged) {
   ASSERT_EQ(RunProgram(folder, {"make.kvs"}).status, 0);
   ASSERT_EQ(RunProgram(folder, {"fit.kvs"}).status, 0);
 
-  std::map<std::string, double> made;  // frequency of each spot
+  std::map<std::string, double> made;  // the true frequency of each spot
   for (char line = 'a'; line <= 'j'; ++line) {
     for (const auto& spot : NumbersOf(folder.Read(std::string(1, line) + ".loop"))) {
       made[std::string(1, line) + '_' + std::to_string(std::lround(spot[0])) + ".kvm"] = spot[1];
@@ -588,7 +590,7 @@ TEST(Examples, AMapOfSpectraShowsWhereTheCrystalIsDamaged) {
   }
   EXPECT_EQ(spots, 400);
   EXPECT_NEAR(chiSqs / spots, 122, 122 * 5 * std::sqrt(2 / (122.0 * 400)));
-  // Noise of 0.005 in 126 points leaves the frequency open by 0.1 to 0.25.
+  // Noise of 0.005 in 126 points gives the frequency an uncertainty of 0.1 to 0.25.
   EXPECT_LT(std::sqrt(squares / spots), 0.25);
   EXPECT_GT(std::sqrt(squares / spots), 0.05);
   EXPECT_NE(folder.Read("line.svg").find("position, 0.1 mm"), std::string::npos);

@@ -1,4 +1,4 @@
-// The experimental parameters from macros, seen in the curves that they change.
+// The experimental parameters from macros, and their effect on curves.
 #include <cmath>
 #include <numbers>
 
@@ -9,7 +9,7 @@ namespace {
 
 class ExpParamCommands : public Kalvex {
  protected:
-  // A Quantity of a sample of this dielectric constant after the statements.
+  // A Quantity of a sample with this dielectric constant after the statements.
   double Computed(const std::string& quantity, double eps, const std::string& macro) {
     Run(FlatModel(1, eps) + macro + "ExportModelCurve(File=\"c\",ModelNo=1,Quantity=\"" + quantity +
         "\",XMin=100,XMax=200,XPts=2);");
@@ -20,7 +20,7 @@ class ExpParamCommands : public Kalvex {
   }
 };
 
-// Averages over angles and thicknesses take ten nodes whose weights, as the format fixes them, sum up to this.
+// Averages over angles and thicknesses have ten nodes. The weights of the format have this sum.
 constexpr double kWeights = 1.000074097;
 
 // Fresnel, s-polarised, from vacuum.
@@ -55,7 +55,7 @@ TEST_F(ExpParamCommands, ABeginningOfTheNameIsEnoughAndTheFirstMatchWins) {
 TEST_F(ExpParamCommands, ANameThatBeginsNoneDoesNothing) {
   for (const std::string name : {"Temperature", "Angle of incidence!", "ngle", " Angle"}) {
     EXPECT_EQ(SaidLast(Set(name, "Value=2")),
-              "nothing done: '" + name + "' begins the name of no experimental parameter");
+              "nothing done: no experimental parameter has a name that begins with '" + name + "'");
   }
   EXPECT_EQ(SaidLast("SetExpParam(Value=2);"), "nothing done: ParamName is missing");
 }
@@ -79,8 +79,8 @@ TEST_F(ExpParamCommands, JoiningAGroupTakesItsWholeRecordNameIncluded) {
       "NewModel();" + Setting(1, "Wo", 1, "Value=60,CoupledTo=5") + Set("Angle of", "Value=30,CoupledTo=5");
   EXPECT_EQ(SaidLast(joined), "TO frequency = 60, free, coupled to group 5");
   EXPECT_EQ(SaidLast(joined + Set("Angle of", "Value=1")),
-            "nothing done: 'Angle of' begins the name of no experimental parameter");
-  // A change of the other member reaches the angle.
+            "nothing done: no experimental parameter has a name that begins with 'Angle of'");
+  // A change of another member of the group changes the angle.
   Run(joined + Setting(1, "Wo", 1, "Value=45") + FlatModel(2, 4) +
       "ExportModelCurve(File=\"c\",ModelNo=2,Quantity=\"Rs\",XMin=100,XMax=200,XPts=2);");
   EXPECT_CLOSE(Written("c")[0][1], SReflectivity(4, 45), kSixDigits);

@@ -18,7 +18,7 @@ TEST_F(Fitting, TheParametersOfTheSpectrumComeBack) {
 
 TEST_F(Fitting, BeforeItsWindowAFitDoesNothingAndTheMacroGoesOn) {
   Run(start + "AddChiSqTerm(DatasetNo=1,ModelNo=1);Fit(NumIters=5);WindowFit();SaveModel(File=\"m.kvm\");");
-  EXPECT_EQ(Said("Fit"), "nothing done: the fit window is not open, WindowFit() opens it");
+  EXPECT_EQ(Said("Fit"), "nothing done: the fit window is not open; WindowFit() opens it");
   EXPECT_EQ(SavedModelOf(folder.Read("m.kvm")).At(0, 0).value, 115);
 }
 
@@ -74,7 +74,8 @@ TEST_F(Fitting, ProgressIsToldWhenAskedForAndTheSummaryOnce) {
 TEST_F(Fitting, AParameterAtAFrequencyOfZeroIsNamedAsWithoutInfluence) {
   Run(start + Setting(1, "Wo", 1, "Value=0") + term + "Fit();");
   EXPECT_EQ(IterationsOf(Said("Fit")), 0);
-  EXPECT_NE(Said("Fit").find("without influence at their present values: model 1 row 1 Wo"), std::string::npos);
+  EXPECT_NE(Said("Fit").find("parameters without influence on ChiSq at their present values: model 1 row 1 Wo"),
+            std::string::npos);
 }
 
 TEST_F(Fitting, ParametersOnTheirLimitsAreNamedByModelRowAndColumn) {
@@ -82,19 +83,19 @@ TEST_F(Fitting, ParametersOnTheirLimitsAreNamedByModelRowAndColumn) {
       Setting(1, "Wp", 1, "MaxLimit=230,MaxOn=1") +
       "SetExpParam(ParamName=\"Scaling factor of R\",FitActive=1,MinLimit=1,MinOn=1);" + term + "Fit();");
   const std::string said = Said("Fit");
-  const std::size_t at = said.find("without influence at their present values: ");
+  const std::size_t at = said.find("parameters without influence on ChiSq at their present values: ");
   ASSERT_NE(at, std::string::npos) << said;
   EXPECT_EQ(said.substr(at + 43), "model 1 row 1 Wp, model 1 row 1 G, Scaling factor of R");
 }
 
-// One number for all frequencies: what ChiSq is can be worked out by hand.
+// A model with the same reflectivity at all frequencies, so that ChiSq can be computed by hand.
 class ChiSqTerms : public Kalvex {
  protected:
   ChiSqTerms() {
     folder.Write("R.dat", "100 0.5 0.1\n200 0.4 0.2\n300 0.25 0.1\n");
     folder.Write("Rb.dat", "150 0.25 0.05\n");
   }
-  // ChiSq of R.dat against a model of constant reflectivity.
+  // ChiSq of R.dat and a model of constant reflectivity.
   static double Expected(double r) {
     return std::pow((0.5 - r) / 0.1, 2) + std::pow((0.4 - r) / 0.2, 2) + std::pow((0.25 - r) / 0.1, 2);
   }
@@ -140,13 +141,14 @@ TEST_F(ChiSqTerms, AreDeletedOneAtATime) {
   EXPECT_CLOSE(ChiSqAfter(add + add + "DeleteChiSqTerm(DatasetNo=1,ModelNo=1);"), Expected(kR4), kFiveDigits);
   EXPECT_EQ(Said("DeleteChiSqTerm"), "removed, 1 left");
   EXPECT_CLOSE(ChiSqAfter(add + "DeleteChiSqTerm(DatasetNo=2,ModelNo=1);"), Expected(kR4), kFiveDigits);
-  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: no such term");
+  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: there is no such ChiSq term");
 }
 
 TEST_F(ChiSqTerms, AreAddedByTheModelsNumberButDeletedByItsPlaceInTheTable) {
-  // Model 3 takes the place that model 1 has left.
+  // Model 3 takes the free place of model 1.
   const std::string third = "CloseModel(ModelNo=1);" + FlatModel(3, 4) + "AddChiSqTerm(DatasetNo=1,ModelNo=3);";
-  EXPECT_EQ(SaidLast(loads + third + "DeleteChiSqTerm(DatasetNo=1,ModelNo=3);"), "nothing done: no such term");
+  EXPECT_EQ(SaidLast(loads + third + "DeleteChiSqTerm(DatasetNo=1,ModelNo=3);"),
+            "nothing done: there is no such ChiSq term");
   EXPECT_EQ(SaidLast(loads + third + "DeleteChiSqTerm(DatasetNo=1,ModelNo=1);"), "removed, 0 left");
   EXPECT_EQ(SaidLast(loads + "CloseModel(ModelNo=1);AddChiSqTerm(DatasetNo=1,ModelNo=1);"),
             "nothing done: model 1 does not exist");
@@ -154,7 +156,7 @@ TEST_F(ChiSqTerms, AreAddedByTheModelsNumberButDeletedByItsPlaceInTheTable) {
 
 TEST_F(ChiSqTerms, OfASlotLoadedAnewAreDead) {
   Run(loads + "WindowFit();" + add + "LoadDataset(MasterFile=\"R.dat\");DeleteChiSqTerm(DatasetNo=1,ModelNo=1);" + add);
-  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: no such term");
+  EXPECT_EQ(Said("DeleteChiSqTerm"), "nothing done: there is no such ChiSq term");
   EXPECT_EQ(Said("AddChiSqTerm").substr(0, 36), "dataset 1 against model 1: 3 points,");
 }
 
@@ -194,7 +196,7 @@ TEST_F(ChiSqTerms, FollowAParameterUnlessUpdateIsZero) {
 }
 
 TEST_F(ChiSqTerms, AFitOfOneConstantMeetsTheWeightedMean) {
-  // With all else fixed the best reflectivity is the mean of the values with weights 1/sigma^2.
+  // With everything else fixed, the best reflectivity is the mean of the values with weights 1/sigma^2.
   const double w1 = 100, w2 = 25, w3 = 100, best = (0.5 * w1 + 0.4 * w2 + 0.25 * w3) / (w1 + w2 + w3);
   EXPECT_CLOSE(ChiSqAfter("WindowFit();" + add + "Fit();"), Expected(best), kFiveDigits);
   Run(loads + "WindowFit();" + add +
@@ -202,13 +204,14 @@ TEST_F(ChiSqTerms, AFitOfOneConstantMeetsTheWeightedMean) {
   EXPECT_CLOSE(Written("c")[0][1], best, 1e-4);  // the run stops when ChiSq falls by less than 0.001
 }
 
-// The fit's lists stand while its window is closed; a row that comes or goes then must not lead them astray.
+// The fit's lists are not updated while its window is closed. A row that is added or removed then must not corrupt
+// them.
 class ListsOfAClosedWindow : public Fitting {
  protected:
   ListsOfAClosedWindow() { folder.Write("few.dat", "100 0.6\n150 0.5\n200 0.4\n"); }
   static constexpr const char* kFiles[] = {"TestDeriv1.txt", "TestDeriv.txt", "QntyErrorBars.dat"};
 
-  // The files that the operations write with the lists from before the change.
+  // The files of the operations with lists from before the change.
   std::vector<std::string> FilesAfter(const std::string& window, const std::string& change) {
     Run("LoadDataset(MasterFile=\"R.dat\",YErrMethod=3,YErrVal=0.001);"
         "LoadDataset(DatasetNo=2,MasterFile=\"R.dat\",YErrMethod=3,YErrVal=0.002);"

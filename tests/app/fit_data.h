@@ -1,4 +1,4 @@
-// Spectra for fits whose result is known.
+// Spectra for fits with a known result.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@ namespace kalvex {
 
 inline constexpr Oscillator kTrueMode = {4, 120, 250, 8};
 
-// A dataset of the reflectivity of kTrueMode, "R.dat", and an oscillator that starts beside it.
+// Writes the reflectivity of kTrueMode as "R.dat", and defines an oscillator that starts near it.
 class Fitting : public Kalvex {
  protected:
   Fitting() {
@@ -22,7 +22,7 @@ class Fitting : public Kalvex {
     }
     folder.Write("R.dat", data);
   }
-  // The fit's iterations as its summary tells them.
+  // The number of iterations in the summary of a fit.
   static int IterationsOf(const std::string& summary) { return std::stoi(summary); }
 
   const std::string start =

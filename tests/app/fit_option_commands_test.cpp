@@ -1,4 +1,4 @@
-// What each option of the fit does to a run, and taking a run back.
+// The effect of each option of the fit on a run, and undoing a run.
 #include <cmath>
 
 #include "app/fit_data.h"
@@ -38,7 +38,7 @@ TEST_F(Fitting, LambdaBeyondItsLimitEndsARun) {
   const Table log = Written("Fitlog.dat");
   ASSERT_EQ(log.size(), 1u);
   EXPECT_EQ(log[0][2], 1);
-  Run(stuck + "FitOptions(StopOnLambda=0);" + term + "Fit();");  // ends all the same
+  Run(stuck + "FitOptions(StopOnLambda=0);" + term + "Fit();");  // the run ends in any case
   EXPECT_EQ(IterationsOf(Said("Fit")), 0);
 }
 
@@ -96,7 +96,7 @@ TEST_F(Fitting, UndoPutsTheValuesBackAndAgainForward) {
 }
 
 TEST_F(Fitting, UndoNeedsARunThatNothingHasTouchedSince) {
-  const std::string nothing = "nothing done: there is no run to undo";
+  const std::string nothing = "nothing done: there is no fit run to undo";
   EXPECT_EQ(SaidLast("UndoFit();"), nothing);
   EXPECT_EQ(SaidLast(start + term + "UndoFit();"), nothing);
   EXPECT_EQ(SaidLast(start + term + "Fit();" + Setting(1, "G", 1, "Value=9") + "UndoFit();"), nothing);

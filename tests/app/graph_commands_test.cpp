@@ -1,4 +1,4 @@
-// Graphs by macro, through the real program: what it says, and the text that it writes.
+// Graphs in macros: verbose texts and exported files of the real program.
 #include "app/kalvex_run.h"
 
 namespace kalvex {
@@ -53,15 +53,15 @@ TEST_F(GraphCommands, NeedWhatTheyNeed) {
       {"AddModelCurve(GraphNo=1,Quantity=\"R\");", "ModelNo is missing"},
       {"AddModelCurve(GraphNo=1,ModelNo=9,Quantity=\"R\");", "model 9 does not exist"},
       {"AddModelCurve(GraphNo=1,ModelNo=1);", "Quantity is missing"},
-      {"AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"Refl\");", "'Refl' is no Quantity"},
-      {"AddMultiCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");", "rows contribute to E1, E2, S1 and S2 only"},
+      {"AddModelCurve(GraphNo=1,ModelNo=1,Quantity=\"Refl\");", "'Refl' is not a Quantity"},
+      {"AddMultiCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");", "a MULTI curve can show E1, E2, S1 and S2 only"},
       {"AddChiSqCurve(GraphNo=1,DatasetNo=1);", "ModelNo is missing"},
       {"AddFreqCurve(GraphNo=7,ModelNo=1);", "graph 7 does not exist"},
       {"DeleteModelCurve(GraphNo=1,ModelNo=1,Quantity=\"R\");", "graph 1 has no such curve"},
       {"DeleteDataCurve(GraphNo=1,DatasetNo=1);", "graph 1 has no such curve"},
       {"ExportGraph(GraphNo=1);", "File is missing"},
       {"ExportGraph(GraphNo=1,File=\"no/such/folder\");", "'no/such/folder' cannot be written"},
-      {"DrawGraph(GraphNo=1,File=\"g.jpg\");", "the name of a picture ends in .svg, .pdf or .png, not as 'g.jpg'"},
+      {"DrawGraph(GraphNo=1,File=\"g.jpg\");", "'g.jpg' does not end in .svg, .pdf or .png"},
       {"DrawGraph(GraphNo=1,File=\"g.png\",Width=0);", "a picture has 1 to 16000 pixels along each side"},
       {"DrawGraph(GraphNo=1,File=\"no/such/g.png\");", "'no/such/g.png' cannot be written"},
       {"CloseGraph();", "GraphNo is missing"},

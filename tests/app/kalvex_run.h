@@ -1,4 +1,4 @@
-// The real program on macros in a folder with a blank in its name, and the formulas that judge what it writes.
+// Runs the real program on macros, in a folder with a blank in its name, and computes the expected values.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ class Kalvex : public testing::Test {
     EXPECT_EQ(run.status, 0) << macro << '\n' << run.err;
     return run;
   }
-  // What verbose output says of each statement of that name.
+  // The verbose texts of all statements with that name.
   std::vector<std::string> EverySaid(const std::string& command) const {
     const std::string mark = ": " + command + ": ";
     std::vector<std::string> said;
@@ -45,12 +45,12 @@ class Kalvex : public testing::Test {
     }
     return said;
   }
-  // The same of the last one.
+  // The verbose text of the last of them.
   std::string Said(const std::string& command) const {
     const auto said = EverySaid(command);
     return said.empty() ? "" : said.back();
   }
-  // What is said of the last statement of a macro.
+  // The verbose text of the last statement of a macro.
   std::string SaidLast(const std::string& macro) {
     Run(macro);
     const std::size_t start = run.err.rfind('\n', run.err.size() - 2) + 1;
@@ -58,7 +58,7 @@ class Kalvex : public testing::Test {
     return line.substr(line.find(": ", line.find(": ") + 2) + 2);
   }
   Table Written(const std::string& name) const { return NumbersOf(folder.Read(name)); }
-  // The fit's ChiSq as the summary beside a saved model has it.
+  // The fit's ChiSq in the summary of a saved model.
   double ChiSqIn(const std::string& summary) const {
     const std::string text = folder.Read(summary);
     EXPECT_EQ(text.substr(0, 8), "ChiSq = ");

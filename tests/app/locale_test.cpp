@@ -1,4 +1,4 @@
-// The program in an environment that asks for a decimal comma.
+// The program in an environment with a decimal comma.
 #include <clocale>
 #include <optional>
 
@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// A locale with a decimal comma that this machine has.
+// The name of a locale with a decimal comma on this machine, if there is one.
 std::optional<std::string> CommaLocale() {
   for (const char* const name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "nl_NL.UTF-8"}) {
     const bool comma = std::setlocale(LC_ALL, name) && std::localeconv()->decimal_point[0] == ',';
@@ -19,7 +19,7 @@ std::optional<std::string> CommaLocale() {
 
 class Locales : public Fitting {
  protected:
-  // Everything that the macro writes, when run in this environment.
+  // Everything that the macro writes in this environment.
   std::string Output(const std::string& setting) {
     folder.Write("loop", "2.5\n");
     folder.Write("m.kvs", start + "BeginLoop(LoopFile=\"loop\");" + Setting(1, "Einf", 1, "Value=%1") + "EndLoop();" +

@@ -1,4 +1,4 @@
-// Models made and changed by macros, as their files and verbose output show them.
+// Models made and changed by macros, checked by their files and verbose output.
 #include "app/kalvex_run.h"
 #include "app/saved_model.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 class ModelCommands : public Kalvex {
  protected:
-  // Model n as it stands at the end of the macro.
+  // Model n at the end of the macro.
   SavedModel After(const std::string& macro, int number = 1) {
     Run(macro + "SaveModel(ModelNo=" + std::to_string(number) + ",File=\"saved.kvm\");");
     return SavedModelOf(folder.Read("saved.kvm"));
@@ -37,7 +37,7 @@ TEST_F(ModelCommands, ParameterNamesAreMatchedWholeAndIgnoringCase) {
   for (int c = 0; c < 3; ++c) EXPECT_EQ(model.At(0, c).value, 2 + c);
   for (const char* const name : {"W", "Wo ", "Gamma", "Eps", "", "E"}) {
     EXPECT_EQ(SaidLast("NewModel();" + Setting(1, name, 1, "Value=5")),
-              "nothing done: '" + std::string(name) + "' is none of Einf, Wo, Wp, G");
+              "nothing done: '" + std::string(name) + "' is not one of Einf, Wo, Wp, G");
   }
 }
 
@@ -196,7 +196,8 @@ TEST_F(ModelCommands, CopyingNeedsBothEnds) {
       {"DestModelNo=1,DestParamName=\"Einf\",SourceModelNo=1,SourceParamName=\"G\"", "SourceLorNo is missing"},
       {"DestModelNo=1,DestParamName=\"Wo\",DestLorNo=2,SourceModelNo=1,SourceParamName=\"Einf\"",
        "model 1 has no row 2"},
-      {"DestModelNo=1,DestParamName=\"X\",SourceModelNo=1,SourceParamName=\"Einf\"", "'X' is none of Einf, Wo, Wp, G"},
+      {"DestModelNo=1,DestParamName=\"X\",SourceModelNo=1,SourceParamName=\"Einf\"",
+       "'X' is not one of Einf, Wo, Wp, G"},
   };
   for (const auto& c : kCases) {
     EXPECT_EQ(SaidLast("NewModel();CopyModelParam(" + std::string(c.items) + ");"),
@@ -212,17 +213,17 @@ TEST_F(ModelCommands, FixingAllClearsEveryFlag) {
 }
 
 TEST_F(ModelCommands, FixingAllGoesByThePlaceInTheTableAndNotByTheNumber) {
-  // Model 3 takes the place that model 1 has left.
+  // Model 3 takes the free place of model 1.
   const std::string three = "NewModel();NewModel();CloseModel(ModelNo=1);NewModel();";
   const SavedModel fixed = After(three + "FixAllModelParams(ModelNo=1);", 3);
   EXPECT_EQ(Said("FixAllModelParams"), "all parameters of model 3 fixed");
   EXPECT_EQ(fixed.epsInf.adjustable, 0u);
   EXPECT_EQ(After(three + "FixAllModelParams(ModelNo=3);", 3).epsInf.adjustable, 1u);
-  EXPECT_EQ(Said("FixAllModelParams"), "nothing done: place 3 holds no model");
+  EXPECT_EQ(Said("FixAllModelParams"), "nothing done: place 3 of the model table is empty");
   EXPECT_EQ(SaidLast("FixAllModelParams();"), "nothing done: ModelNo is missing");
   for (const char* const place : {"0", "-1", "101", "100"}) {
     EXPECT_EQ(SaidLast("NewModel();FixAllModelParams(ModelNo=" + std::string(place) + ");"),
-              "nothing done: place " + std::string(place) + " holds no model");
+              "nothing done: place " + std::string(place) + " of the model table is empty");
   }
 }
 
@@ -233,10 +234,10 @@ TEST_F(ModelCommands, TheHundredAndFirstModelIsRefusedAndNumbersAreNeverUsedAgai
   const auto said = EverySaid("NewModel");
   ASSERT_EQ(said.size(), 103u);
   EXPECT_EQ(said[99], "model 100 created");
-  EXPECT_EQ(said[100], "nothing done: there are 100 models already");
+  EXPECT_EQ(said[100], "nothing done: the limit of 100 models is reached");
   EXPECT_EQ(said[101], "model 101 created");
   EXPECT_EQ(Said("FixAllModelParams"), "all parameters of model 101 fixed");  // in the freed place
-  EXPECT_EQ(said[102], "nothing done: there are 100 models already");
+  EXPECT_EQ(said[102], "nothing done: the limit of 100 models is reached");
 }
 
 TEST_F(ModelCommands, ValuesBeyondAllBoundsAreHeldAt1e70) {

@@ -1,4 +1,4 @@
-// Models saved and loaded by macros: the file, the summary and the table beside it.
+// Models saved and loaded by macros: the file, the summary and the table.
 #include <filesystem>
 
 #include "app/kalvex_run.h"
@@ -55,7 +55,7 @@ TEST_F(ModelFiles, AFileThatCannotBeOpenedLeavesTheModelAsItWas) {
   folder.Write("short.kvm", std::string(100, '\1'));
   for (const std::string name : {"none.kvm", "no/where.kvm", ".", "short.kvm"}) {
     Run("NewModel();LoadModel(File=\"" + name + "\");SaveModel(File=\"b.kvm\");");
-    const std::string why = name == "short.kvm" ? "is no model file" : "cannot be opened";
+    const std::string why = name == "short.kvm" ? "is not a model file" : "cannot be opened";
     EXPECT_EQ(Said("LoadModel"), "nothing done: '" + name + "' " + why);
     EXPECT_EQ(SavedModelOf(folder.Read("b.kvm")).elements.size(), 3u);
   }

@@ -1,4 +1,4 @@
-// The commands beyond the format's own: rows of a model, closing models, dumps and lines on standard output.
+// The additional commands: rows of a model, closing models, dumps and lines on standard output.
 #include <cmath>
 
 #include "app/kalvex_run.h"
@@ -90,8 +90,8 @@ TEST_F(OwnCommands, RowCommandsNeedAModelAndARow) {
       {"MoveModelRow(ModelNo=1,LorNo=3,Up=1);", "model 1 has no row 3"},
       {"SortModelRows(Key=1);", "ModelNo is missing"},
       {"SortModelRows(ModelNo=1);", "Key is missing"},
-      {"SortModelRows(ModelNo=1,Key=0);", "Key is not 1 to 5"},
-      {"SortModelRows(ModelNo=1,Key=6);", "Key is not 1 to 5"},
+      {"SortModelRows(ModelNo=1,Key=0);", "Key should be 1 to 5"},
+      {"SortModelRows(ModelNo=1,Key=6);", "Key should be 1 to 5"},
       {"CloseModel();", "ModelNo is missing"},
       {"CloseModel(ModelNo=2);", "model 2 does not exist"},
       {"CloseModel(ModelNo=0);", "model 0 does not exist"},
@@ -147,8 +147,8 @@ TEST_F(OwnCommands, DumpsNeedTheirModelsAndTheirDataset) {
   EXPECT_EQ(SaidLast("QuantityErrorBars();"), "nothing done: it needs three ChiSq terms");
 }
 
-// The third dataset, with its tiny errors, pins the reflectivity at 0.90 to 1.10 of the fitted one. What the other two
-// terms add up to then follows by hand.
+// The third dataset has tiny error bars and fixes the reflectivity at 0.90 to 1.10 of the fitted one. The sum of the
+// other two terms then follows by hand.
 TEST_F(OwnCommands, ErrorBarsOfAQuantityAreChiSqAgainstItsValue) {
   folder.Write("Ra.dat", "100 0.25 0.1\n200 0.25 0.1\n");
   folder.Write("Rb.dat", "100 0.25 0.2\n");

@@ -1,4 +1,4 @@
-// What a model file holds, read by its layout: records of 218 bytes, a count, a marker, limits of 12 bytes.
+// The contents of a model file, read by its layout: records of 218 bytes, a count, a marker, limits of 12 bytes.
 #pragma once
 
 #include <string>

@@ -1,4 +1,5 @@
-// The example that finds a dielectric function without a model of its shape, against tabulated values it has not seen.
+// The example that finds a dielectric function without a model of its shape, compared with independent tabulated
+// values.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,7 +12,8 @@ namespace {
 
 using Table = std::vector<std::vector<double>>;
 
-// Root mean square difference of the second columns, three rows at each end left out, where a mesh has no neighbours.
+// Root mean square difference of the second columns. Three rows at each end are left out, because a mesh has no
+// neighbours there.
 double Difference(const Table& a, const Table& b) {
   constexpr std::size_t kEnds = 3;
   double sum = 0;
@@ -24,8 +26,9 @@ TEST(SilicaExample, ReflectivityAloneGivesTheTabulatedDielectricFunction) {
   std::filesystem::copy(ProjectFile("examples/silica"), folder.Name(), std::filesystem::copy_options::recursive);
   const ProgramRun run = RunProgram(folder, {"fit.kvs"});
   ASSERT_EQ(run.status, 0) << run.err;
-  // The tables were computed from one published set of n and k (D. Franta et al., 2016), so that a perfect transform of
-  // a complete spectrum would meet them; the mesh ends at 3000 cm-1 and bends only at its points. E2 goes up to 7.7.
+  // The tables were computed from one published set of n and k (D. Franta et al., 2016), so a perfect transform of a
+  // complete spectrum would reproduce them. The mesh ends at 3000 cm-1 and is linear between its points. E2 has a
+  // maximum of 7.7.
   const struct {
     const char* quantity;
     double allowed;

@@ -1,5 +1,5 @@
-// The pages of the terms with a code: they are those of the program, and the macro on each of them gives what the
-// calculator gives.
+// The pages of the terms with a code agree with the program, and the macro on each page gives the values of a
+// direct evaluation of the term.
 #include <cmath>
 #include <filesystem>
 
@@ -84,7 +84,7 @@ TEST_P(TermPageMacros, GiveTheValuesOfTheCalculator) {
   }
 }
 
-// Every element of the rows that the macro sets is called by its meaning on the page.
+// Verbose output names every element that the macro sets by its meaning on the page.
 TEST_P(TermPageMacros, NameTheirCellsByTheirMeaning) {
   const TermRecord& record = *GetParam();
   folder.Write("data1.dat", "100 1\n200 1\n");

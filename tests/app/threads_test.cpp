@@ -8,7 +8,7 @@ namespace {
 
 class Threads : public Kalvex {
  protected:
-  // Runs the macro with so many threads, 0 for no option, and gives what is written.
+  // Runs the macro with this number of threads, 0 for no option, and returns what is written.
   std::map<std::string, std::string> FilesWith(int threads, const std::string& macro,
                                                const std::vector<std::string>& names) {
     folder.Write("m.kvs", macro);

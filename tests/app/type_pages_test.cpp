@@ -1,4 +1,4 @@
-// The pages of the special models: they are those of the program, and the macro on each of them works.
+// The pages of the special models agree with the program, and the macro on each page works.
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -43,7 +43,7 @@ TEST(TypePages, AreThoseOfTheProgramAndNoneIsMissingOrOld) {
 
 class TypePageMacros : public Kalvex, public testing::WithParamInterface<const ModelType*> {
  protected:
-  // The block of the page under the heading "Macro".
+  // The code block of the page under the heading "Macro".
   static std::string MacroOf(const std::string& page) {
     const std::size_t heading = page.find("## Macro"), start = page.find("```\n", heading) + 4;
     return page.substr(start, page.find("```", start) - start);

@@ -16,7 +16,7 @@ TEST_F(Kalvex, TheVariationalFunctionIsMadeSwitchedSavedAndLoaded) {
   Run("NewModel();LoadDataset(DatasetNo=3,MasterFile=\"R.dat\");FreeShape(ModelNo=1,Key=\"F6\");FreeShape(ModelNo=1,"
       "Key=\"F8\");");
   EXPECT_NE(run.err.find("FreeShape: model 1 has a mesh of 4 points"), std::string::npos);
-  EXPECT_EQ(Said("FreeShape"), "nothing done: 'F8' is none of F4, F5, F6, F7");
+  EXPECT_EQ(Said("FreeShape"), "nothing done: 'F8' is not one of F4, F5, F6, F7");
   Run(make +
       "SaveVarDielFunc(File=\"a.kvv\");NewModel();LoadVarDielFunc(ModelNo=2,File=\"a.kvv\");SaveVarDielFunc(ModelNo=2,"
       "File=\"b.kvv\");"

@@ -1,4 +1,4 @@
-// Verbose output: for each statement that ran, its place and what it did or why it did nothing.
+// Verbose output: for each executed statement its place, and what it did or why it did nothing.
 #include "app/kalvex_run.h"
 #include "macro/command_table.h"
 
@@ -72,7 +72,7 @@ TEST_F(Verbose, ASpecialModelThatComputesNothingIsTold) {
   const Texts lines = Lines();
   ASSERT_EQ(lines.size(), 6U);
   EXPECT_EQ(lines[3].substr(0, 84),
-            "macro.kvs:4: ExportModelCurve: written to 'a'; but the model computes nothing: a mod");
+            "macro.kvs:4: ExportModelCurve: written to 'a'; but the model could not be evaluated:");
   EXPECT_EQ(lines[5], "macro.kvs:6: ExportModelCurve: written to 'b'");
 }
 
@@ -81,16 +81,17 @@ TEST_F(Verbose, APassOfALoopIsToldEachTime) {
   Run("EndLoop();\nBeginLoop(LoopFile=\"loop\");\n  Wait(\n  Time=%1);\nEndLoop();\nEndLoop();\nBeginLoop();\n");
   EXPECT_EQ(Lines(), (Texts{"macro.kvs:1: EndLoop: nothing done: there is no loop",
                             "macro.kvs:2: BeginLoop: loop over the lines of 'loop'", "macro.kvs:3: Wait: waited 5 ms",
-                            "macro.kvs:5: EndLoop: on to pass 2 of 2", "macro.kvs:3: Wait: waited 6 ms",
-                            "macro.kvs:5: EndLoop: the loop is done, passes: 2",
+                            "macro.kvs:5: EndLoop: continues with pass 2 of 2", "macro.kvs:3: Wait: waited 6 ms",
+                            "macro.kvs:5: EndLoop: the loop has ended, number of passes: 2",
                             "macro.kvs:6: EndLoop: nothing done: there is no loop",
                             "macro.kvs:7: BeginLoop: nothing done: LoopFile is missing, so there is no loop"}));
 }
 
 TEST_F(Verbose, FlowCommandsTellWhatTheyDid) {
   Run("MainWindow(Title=\"x\");Wait();Suspend();Exit(QuitApp=1);");
-  EXPECT_EQ(Lines(), (Texts{"macro.kvs:1: MainWindow: main window 'Kalvex x'", "macro.kvs:1: Wait: events delivered",
-                            "macro.kvs:1: Suspend: goes on", "macro.kvs:1: Exit: macro ended, program quits"}));
+  EXPECT_EQ(Lines(),
+            (Texts{"macro.kvs:1: MainWindow: main window 'Kalvex x'", "macro.kvs:1: Wait: pending events handled",
+                   "macro.kvs:1: Suspend: continued", "macro.kvs:1: Exit: macro ended, program quits"}));
   EXPECT_EQ(SaidLast("Exit();"), "macro ended");
   EXPECT_EQ(SaidLast("DatasetManager(XPos=3,YPos=4);"), "open");
   EXPECT_EQ(SaidLast("ExpParams(XPos=1,YPos=2);"), "open");
@@ -110,7 +111,7 @@ TEST_F(Verbose, AbbreviationsAreToldByTheirWholeName) {
 TEST_F(Verbose, AFaultIsNoStatementAndNothingIsToldOfThoseBeforeIt) {
   folder.Write("m.kvs", "NewModel();\nFoo();");
   const ProgramRun bad = RunProgram(folder, {"--verbose", "m.kvs"});
-  EXPECT_EQ(bad.err, "m.kvs:2:1: unknown command 'Foo', a command name was expected\n");
+  EXPECT_EQ(bad.err, "m.kvs:2:1: unknown command 'Foo'; expected a command name\n");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The real program where there is a screen, and where there is none.
+// The real program with a screen and without one.
 #include <algorithm>
 #include <filesystem>
 
@@ -32,7 +32,7 @@ TEST_F(Kalvex, WithAScreenRunsAMacroAmongWindowsAndLeavesWhenItSaysSo) {
   EXPECT_EQ(folder.Read("g.dat").substr(0, 4), "W R\n");
 }
 
-// The toolkit takes over the locale of the process.
+// The toolkit sets the process to the user's locale.
 TEST_F(Kalvex, AmongWindowsADecimalCommaChangesNothing) {
   if (!HasWindows()) GTEST_SKIP() << "built without windows";
   folder.Write("R.dat", "100.5 0.5 0.01\n200.25 0.4 0.01\n300.75 0.6 0.01\n");
@@ -50,14 +50,14 @@ TEST_F(Kalvex, AmongWindowsADecimalCommaChangesNothing) {
   EXPECT_EQ(written("LC_ALL=de_DE.UTF-8"), plain);
 }
 
-// A program of its own folder, where the library of windows can be whatever a test makes of it.
+// A copy of the program in its own folder, beside any library of windows that a test puts there.
 class KalvexElsewhere : public Kalvex {
  protected:
   KalvexElsewhere() : program(elsewhere.Path("kalvex")) {
     std::filesystem::copy_file(KALVEX_PROGRAM, program);
     folder.Write("m.kvs", "Echo(Text=\"here\");");
   }
-  // What the run of a macro says of its windows, where a screen is named.
+  // The messages about windows from a run with a screen named in the environment.
   std::string SaidOfWindows(const std::vector<std::string>& args, const std::string& setting = "QT_QPA_PLATFORM=") {
     const ProgramRun done = RunCopy(program, folder, args, {"DISPLAY=:654321", "WAYLAND_DISPLAY=", setting});
     EXPECT_EQ(done.status, 0);
@@ -80,7 +80,7 @@ TEST_F(KalvexElsewhere, WithoutTheLibraryOfWindowsSaysNothingOfThem) {
 TEST_F(KalvexElsewhere, SaysInOneLineWhatIsWrongWithTheLibraryOfWindows) {
   std::string damaged = "no library";
   if (HasWindows()) {
-    // The first half of the true one.
+    // The first half of the real library.
     const auto whole = std::filesystem::path(KALVEX_PROGRAM).parent_path() / "libkalvex_windows.so";
     std::filesystem::copy_file(whole, elsewhere.Path("libkalvex_windows.so"));
     damaged = elsewhere.Read("libkalvex_windows.so").substr(0, std::filesystem::file_size(whole) / 2);
@@ -89,7 +89,7 @@ TEST_F(KalvexElsewhere, SaysInOneLineWhatIsWrongWithTheLibraryOfWindows) {
     elsewhere.Write("libkalvex_windows.so", content);
     for (const std::vector<std::string>& args : {std::vector<std::string>{"m.kvs"}, {}}) {
       const std::string said = SaidOfWindows(args);
-      EXPECT_TRUE(said.starts_with("kalvex: no windows: ")) << said;
+      EXPECT_TRUE(said.starts_with("kalvex: windows cannot be opened: ")) << said;
       EXPECT_NE(said.find("libkalvex_windows.so"), std::string::npos) << said;
       EXPECT_EQ(CountLines(said), 1) << said;
     }

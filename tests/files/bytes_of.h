@@ -1,4 +1,4 @@
-// The bytes of a number as they stand in memory. The tests run on little-endian machines only.
+// The bytes of a number as stored in memory. The tests run on little-endian machines only.
 #pragma once
 
 #include <cstring>

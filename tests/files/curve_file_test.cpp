@@ -23,7 +23,7 @@ TEST_F(ModelFiles, CurvesWalkTheirGridByARunningSum) {
   what.points = 11;
   ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   std::size_t expected = 0;
-  for (double x = 0; x <= 1; x += 1.0 / 10) ++expected;  // ten steps of 0.1 end beside 1
+  for (double x = 0; x <= 1; x += 1.0 / 10) ++expected;  // ten steps of 0.1 miss 1 by rounding
   EXPECT_EQ(NumbersOf(folder.Read("a")).size(), expected);
   EXPECT_EQ(folder.Read("a").substr(0, 10), "0 3\n0.1 3\n");
   what.points = 1;
@@ -56,7 +56,7 @@ TEST_F(ModelFiles, CurvesOnTheMeshTakeItsPoints) {
   what.quantity = kE1;
   what.onMesh = true;
   ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
-  EXPECT_EQ(folder.Read("a"), "");  // the function is off
+  EXPECT_EQ(folder.Read("a"), "");  // the variational function is off
   model.vdf.On = 1;
   ASSERT_TRUE(ExportModelCurve(tables.params, tables.eval, &model, what, folder.Path("a")).Ok());
   EXPECT_EQ(folder.Read("a"), "10 3\n20 4\n30 5\n");
@@ -120,7 +120,7 @@ TEST_F(Curves, TheSumOfStepsDecidesHowManyPointsThereAre) {
 }
 
 TEST_F(Curves, WhereRoundingShortensTheStepsThereAreMorePoints) {
-  // Beside 1e16 numbers are 2 apart: a step of 2.9 is one of 2.
+  // Near 1e16 neighbouring doubles differ by 2, so a step of 2.9 becomes 2.
   what.xMin = 1e16;
   what.xMax = 1e16 + 290;
   what.points = 101;

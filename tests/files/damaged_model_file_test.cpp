@@ -22,7 +22,7 @@ TEST_F(ModelFiles, ACutFileRepeatsItsLastRecordOrIsRefusedWithoutAHead) {
     EXPECT_EQ(RowCount(other), size < 222 ? 1 : 2) << size;
     CloseModelRecord(other);
   }
-  folder.Write("cut.kvm", whole.substr(0, 222 + 4 * 218));  // ends behind the first element of the second row
+  folder.Write("cut.kvm", whole.substr(0, 222 + 4 * 218));  // ends after the first element of the second row
   ASSERT_TRUE(LoadModel(model, folder.Path("cut.kvm")).Ok());
   EXPECT_EQ(Cell(model, 1, Wo).value, 555);
   EXPECT_EQ(Cell(model, 1, G).value, 555);
@@ -39,7 +39,8 @@ TEST_F(ModelFiles, HostileCountsEndSoon) {
   }
 }
 
-// What a cut file means: each read fills a buffer as far as there are bytes, and what it does not reach stays.
+// The values that a truncated file gives: each read fills a buffer as far as the bytes reach, and the rest of the
+// buffer keeps its previous content.
 std::vector<double> ValuesOfACutFile(const std::string& bytes, int rows) {
   std::string buffer = bytes.substr(0, 218);
   std::vector<double> values;
@@ -76,7 +77,7 @@ TEST_F(ModelFiles, CutAnywhereTheRestIsWhatTheBufferLastHeld) {
     Cell(other, 0, Wo).value = 4711;
     folder.Write("cut.kvm", whole.substr(0, size));
     const StatusCode status = LoadModel(other, folder.Path("cut.kvm")).Code();
-    if (size < 222) {  // not even a count: no model, and nothing has changed
+    if (size < 222) {  // not even a count: the load fails and changes nothing
       EXPECT_EQ(status, StatusCode::kBadFormat) << size;
       ASSERT_EQ(RowCount(other), 1) << size;
       EXPECT_EQ(Cell(other, 0, Wo).value, 4711) << size;

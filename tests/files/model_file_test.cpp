@@ -144,7 +144,7 @@ TEST_F(ModelFiles, EveryFieldHasItsPlace) {
     name.resize(50, '\0');
     std::string bytes = Bytes(seed + 0.5) + Bytes(-seed) + Bytes(static_cast<std::uint32_t>(seed)) +
                         Bytes(seed - 1e300) + Bytes(seed + 1e-300) + name;
-    for (int i = 0; i < 16; ++i) bytes += Bytes(seed + 20 + i);  // the last Quantity is not kept
+    for (int i = 0; i < 16; ++i) bytes += Bytes(seed + 20 + i);  // the derivative of the last Quantity is not stored
     return bytes + "\xD4\xC3\xB2\xA1";
   };
   fill(model.epsInf, 1);
@@ -155,7 +155,7 @@ TEST_F(ModelFiles, EveryFieldHasItsPlace) {
     records += record(seed);
     limits += Limits(5, 6, static_cast<std::uint32_t>(seed) + 7);
   }
-  // The weight at zero frequency of such rows does not matter here.
+  // The weight of such rows at zero frequency is irrelevant for this test.
   Save("a.kvm");
   const std::string bytes = folder.Read("a.kvm");
   EXPECT_EQ(bytes.size(), 226u + 2 * 3 * (218 + 12));
@@ -166,7 +166,7 @@ TEST_F(ModelFiles, BytesWrittenByHandLoad) {
   folder.Write("a.kvm", Record(2.5, 0.25, 0, -1, 8, "constant", 3) + Bytes(1) + Record(50, 1, 1, 2, 3, "first", 4) +
                             Record(60, 2, 0, 4, 5, "second") + Record(70, 3, 7, 6, 8, "third") + Bytes(99) +
                             Limits(1, 0, 3) + Limits(0, 1, 0) + Limits(2, 2, 24));
-  ASSERT_TRUE(LoadModel(model, folder.Path("a.kvm")).Ok());  // nobody reads the marker's value
+  ASSERT_TRUE(LoadModel(model, folder.Path("a.kvm")).Ok());  // the value of the marker is not checked
   EXPECT_EQ(model.epsInf.value, 2.5);
   EXPECT_EQ(model.epsInf.error, 0.25);
   EXPECT_EQ(model.epsInf.adjustable, 0u);
@@ -225,7 +225,7 @@ TEST_F(ModelFiles, TheSummaryNumbersItsRowsFromZero) {
 }
 
 TEST_F(ModelFiles, TheTableEndsWithTheWeightAtZeroFrequency) {
-  // A carrier of no width: eps1 = epsInf - Wp^2/w^2, and -eps1 w^2 at w = 1e-5 is Wp^2 but for epsInf 1e-10.
+  // A carrier without width: eps1 = epsInf - Wp^2/w^2. At w = 1e-5, -eps1 w^2 is Wp^2 apart from epsInf 1e-10.
   const auto weight = [&] {
     folder.Write("Par.dat", "");
     Save("a.kvm");
@@ -235,16 +235,16 @@ TEST_F(ModelFiles, TheTableEndsWithTheWeightAtZeroFrequency) {
   Cell(model, 0, Wo).value = Cell(model, 0, G).value = 0;
   Cell(model, 0, Wp).value = 1234;
   EXPECT_EQ(weight(), "1.5228E+06");
-  // Two of them add up.
+  // The weights of two carriers add.
   InsertRow(model, 1);
   Cell(model, 1, Wo).value = Cell(model, 1, G).value = 0;
   Cell(model, 1, Wp).value = 1000;
   EXPECT_EQ(weight(), "2.5228E+06");
-  // With a width of 1e-5 half of the weight is left at that frequency: w^2/(w^2 + G^2) = 1/2.
+  // With a width of 1e-5 half of the weight remains at that frequency: w^2/(w^2 + G^2) = 1/2.
   RemoveRow(model, 1);
   Cell(model, 0, G).value = 1e-5;
   EXPECT_EQ(weight(), "7.6138E+05");
-  // An oscillator has none: -(epsInf + 1) 1e-10.
+  // An oscillator has no weight at zero frequency: -(epsInf + 1) 1e-10.
   Cell(model, 0, Wo).value = Cell(model, 0, Wp).value = 100;
   EXPECT_EQ(weight(), "4.0000E-10");
   EXPECT_EQ(folder.Read("Par.dat").substr(folder.Read("Par.dat").size() - 14), " -4.0000E-10 \n");

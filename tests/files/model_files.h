@@ -1,4 +1,4 @@
-// The parts of a model file laid out by hand, and a folder with a model to save.
+// The parts of a model file as bytes, and a folder with a model to save.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 
 namespace kalvex {
 
-// 218 bytes; slope fills all derivatives.
+// A record of 218 bytes; slope fills all derivatives.
 inline std::string Record(double value, double error, std::uint32_t free, double min, double max, std::string name,
                           double slope = 0) {
   name.resize(50, '\0');
@@ -23,7 +23,7 @@ inline std::string Record(double value, double error, std::uint32_t free, double
   return bytes + Bytes(std::uint32_t{0});
 }
 
-// 12 bytes.
+// The limits of an element, 12 bytes.
 inline std::string Limits(std::uint32_t useMin, std::uint32_t useMax, std::uint32_t coupling) {
   return Bytes(useMin) + Bytes(useMax) + Bytes(coupling);
 }

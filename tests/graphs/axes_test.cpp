@@ -106,7 +106,7 @@ TEST_F(ChosenTicks, AreTheFinestThatDoNotCrowd) {
       ApplyAxes(graph);
       EXPECT_GT(graph.X.labelGap, 24) << range << ' ' << size;
       EXPECT_GT(graph.Y.labelGap, 19) << range << ' ' << size;
-      // One step finer crowds.
+      // With the next finer distance the labels are too close.
       const auto finer = [](double tick) {
         const double mantissa = tick / std::pow(10.0, std::floor(std::log10(tick * 1.0001)));
         return tick / (mantissa > 4 ? 2.5 : 2);
@@ -151,7 +151,7 @@ TEST_F(ChosenTicks, EndWhateverTheLimitsAre) {
   }
 }
 
-// Widths of digits are 0.556 em of 16/1.117 pixels: "0.2" is wide 1.39 em, 19.9 pixels.
+// Digits are 0.556 em wide; the em is 16/1.117 pixels. "0.2" has 1.39 em, 19.9 pixels.
 TEST_F(ChosenTicks, LeaveRoomForLabelsAndTitlesAroundTheFrame) {
   Graph& graph = NewGraph();
   EXPECT_EQ(graph.frame.left, 20 + 10 + 22);

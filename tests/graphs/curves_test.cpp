@@ -1,4 +1,4 @@
-// What the curves of each kind draw.
+// Drawing curves of each kind.
 #include <complex>
 #include <set>
 
@@ -26,7 +26,7 @@ Pixels PixelsOf(const StrokeBuffer& buffer) {
 class Curves : public Graphs {
  protected:
   Curves() : graph(NewGraph()) {}
-  // 101 x 81 pixels, a unit of x and of y each.
+  // 101 x 81 pixels; one pixel is one unit of x and of y.
   void SetUnitPlot() { SetPlot(graph, 0, 100, 0, 80, 101, 81); }
   Pixels Built(std::size_t curve = 0) {
     RebuildStaleCurves(graph, tables.eval);
@@ -125,7 +125,7 @@ TEST_F(Curves, HaveNoLineThroughHollowSymbols) {
   for (int dc = -2; dc <= 2; ++dc) {
     for (int dr = -2; dr <= 2; ++dr) EXPECT_EQ(open.count({10 + dc, 20 + dr}), 0u) << dc << ' ' << dr;
   }
-  EXPECT_EQ(open.count({20, 33}) + open.count({20, 32}), 2u);  // the line is there between them
+  EXPECT_EQ(open.count({20, 33}) + open.count({20, 32}), 2u);  // the line continues between them
 }
 
 TEST_F(Curves, ShowOnlyFittedRowsIfTheGraphSaysSo) {
@@ -166,7 +166,7 @@ TEST_F(Curves, OfAModelFollowItsQuantityWhateverTheFlagsSay) {
 }
 
 TEST_F(Curves, OfAModelHaveAGapWhereTheLogarithmHasNoValue) {
-  Model& model = NewModel();  // eps1 is negative above its resonance
+  Model& model = NewModel();  // its eps1 is negative above the resonance
   graph.Y.log = true;
   SetPlot(graph, 10, 500, 1, 1000, 300, 200);
   Add(ModelCurve(model, kE1));
@@ -271,7 +271,7 @@ TEST_F(Curves, OfFrequenciesAreDashesAtEachRow) {
   InsertRow(model, 0);
   Cell(model, 0, Wo).value = 20;
   Cell(model, 1, Wo).value = 80;
-  Cell(model, 2, Wo).value = 101;  // beyond the plot
+  Cell(model, 2, Wo).value = 101;  // outside of the plot
   SetUnitPlot();
   Add(FreqCurve(model));
   Pixels dashes;
@@ -316,7 +316,7 @@ TEST_F(Curves, WhoseDataOrModelIsGoneDrawNothing) {
   const Dataset& dataset = Load(1, {{10, 20, 1}, {20, 30, 1}});
   Add(Points(dataset));
   Add(ChiSqCurve(dataset, model));
-  Load(1, {{10, 20, 1}, {20, 30, 1}});  // over it: nobody is told
+  Load(1, {{10, 20, 1}, {20, 30, 1}});  // replaces the rows without a notification
   EXPECT_TRUE(Built(0).empty());
   EXPECT_TRUE(Built(1).empty());
 }

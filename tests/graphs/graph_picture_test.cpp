@@ -55,14 +55,14 @@ TEST_F(GraphPicture, ForPaperHasLinesSymbolsAndTexts) {
   EXPECT_NE(svg.find("stroke=\"#ff0000\""), std::string::npos);
   const DecodedPicture drawn = DrawSvg(folder, svg);
   EXPECT_EQ(drawn.width, 600);
-  EXPECT_EQ(drawn.At(5, 395), 0xFFFFFFu);  // white ground
+  EXPECT_EQ(drawn.At(5, 395), 0xFFFFFFu);  // white background
   const std::string pdf = Saved("g.pdf", 600, 400);
   const std::string text = TextOfPdf(folder, pdf);
   EXPECT_NE(text.find("<sigma> & \"R\""), std::string::npos) << text;
   EXPECT_NE(text.find("Wavenumber (1/cm)"), std::string::npos) << text;
 }
 
-// Both drawn by their viewers: within the frame, where no letters of one or another font are, pixel for pixel but for
+// Both files are drawn by a viewer. Inside of the frame, where no fonts matter, they agree pixel by pixel except for
 // smooth edges.
 TEST_F(GraphPicture, IsTheSameInBothVectorFormats) {
   const DecodedPicture svg = DrawSvg(folder, Saved("g.svg", 600, 400));

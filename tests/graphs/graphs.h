@@ -1,4 +1,4 @@
-// Tables with graphs, and a sheet of pixels that notes what is painted on it.
+// Tables with graphs, and a canvas of pixels that records what is painted on it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -66,14 +66,14 @@ class Graphs : public testing::Test {
   }
   void Tell(GraphEvent event, std::int64_t id) { AnswerGraphEvent(tables.graphs, event, id, autoScreenUpdate); }
 
-  // The axes as given, so large a window that the plot has that many pixels.
+  // Sets the axes and makes the window so large that the plot has that many pixels.
   static void SetPlot(Graph& graph, double xMin, double xMax, double yMin, double yMax, int width, int height) {
     graph.X.min = xMin;
     graph.X.max = xMax;
     graph.Y.min = yMin;
     graph.Y.max = yMax;
     ApplyAxes(graph);
-    // Another size may have other ticks, and wider labels.
+    // Another size may change the ticks and the width of their labels.
     for (int k = 0; k < 5; ++k) {
       graph.Width += width - graph.plotWidth;
       graph.Height += height - graph.plotHeight;

@@ -81,7 +81,7 @@ TEST_F(Painting, NothingIsPaintedWhereNothingHasChanged) {
             static_cast<std::ptrdiff_t>(sheet.pixels.size()));
 }
 
-// What can happen to a graph and to what it shows, in any order.
+// Random changes of a graph and of the data that it shows.
 TEST_F(Painting, ByComparisonLeavesTheSamePixelsAsPaintingEverything) {
   std::mt19937 random(3);
   const auto number = [&](double low, double high) {

@@ -27,7 +27,7 @@ TEST(StrokeForColumn, OfAFlatLineIsOnePixel) {
 }
 
 TEST(StrokeForColumn, OfASteepLineCoversWhatItCrosses) {
-  // Slope 4: from 18 to 22 within the column; what it has in common with its neighbour falls on one of them.
+  // With slope 4 the line covers 18 to 22 within the column. Rows shared with the neighbour belong to one of the two.
   ExpectRows(RowsIn({10, 0}, {20, 40}, 15), 19, 22);
   ExpectRows(RowsIn({20, 0}, {10, 40}, 15), 19, 22);
   ExpectRows(RowsIn({20, 40}, {10, 0}, 15), 19, 22);
@@ -61,7 +61,7 @@ TEST(Lines, AreConnectedFromColumnToColumn) {
     const int low = Rounded(std::min(line[0].x, line[1].x)), high = Rounded(std::max(line[0].x, line[1].x));
     for (int c = low; c <= high; ++c) {
       const RowRun run = rows[static_cast<std::size_t>(c)];
-      // A line that ends just inside a column may have its last row in the column before.
+      // If a line ends just inside a column, its last row may belong to the previous column.
       if (run.first < 0 && (c == low || c == high)) continue;
       ASSERT_GE(run.first, 0) << k << ' ' << c;
       const RowRun before = c == low ? run : rows[static_cast<std::size_t>(c - 1)];
@@ -79,7 +79,7 @@ TEST(Lines, HaveAGapWhereAPointHasNoPlace) {
   EXPECT_EQ(columns, (std::set<int>{0, 1, 3, 4}));
 }
 
-// The picture of a symbol: '#' ink, 'o' hole.
+// A symbol as text: '#' ink, 'o' hole.
 std::vector<std::string> Picture(SymbolShape shape, int size) {
   const int h = (size - 1) / 2;
   std::vector<std::string> lines(static_cast<std::size_t>(size), std::string(static_cast<std::size_t>(size), '.'));

@@ -8,7 +8,7 @@
 namespace kalvex {
 namespace {
 
-// What is drawn, as it is drawn.
+// Records the drawing operations.
 struct Drawing : public Canvas {
   std::vector<std::vector<Point>> lines;
   std::vector<std::vector<Point>> polygons;
@@ -44,7 +44,7 @@ class Paper : public Graphs {
     }
     return drawing;
   }
-  // The value on the axis at a point of the drawing.
+  // The value on the Y axis at a point of the drawing.
   double YOf(Point p) const { return ValueAt(graph.Y, graph.plotHeight, graph.frame.bottom + 0.5 - p.y); }
   double XOf(Point p) const { return ValueAt(graph.X, graph.plotWidth, p.x - graph.frame.left - 0.5); }
 
@@ -68,7 +68,7 @@ TEST_F(Paper, HasModelCurvesAtSeveralPointsOfAPixel) {
 TEST_F(Paper, CutsLinesThatLeaveThePlotWhereTheyDo) {
   Model& model = NewModel();
   SetPlot(graph, 10, 500, -1e-6, 1e-6, 300, 200);
-  AddCurve(graph, ModelCurve(model, kE1));  // reaches a hundred million frames beyond
+  AddCurve(graph, ModelCurve(model, kE1));  // reaches a hundred million times the plot's height
   const Drawing drawing = Drawn();
   EXPECT_FALSE(drawing.lines.empty());
   for (const auto& line : drawing.lines) {

@@ -57,7 +57,7 @@ TEST(Cleaning, AllOtherCharactersStayOutsideComments) {
 
 TEST(Cleaning, AStringOpenAtItsLinesEndProtectsNoMoreUntilTheNextQuoteOpensOne) {
   EXPECT_EQ(CleanMacro("MainWindow(Title=\"a b\n c d\");\ne f;\n"), "MainWindow(Title=\"a bcd\");ef;");
-  // The quote on the second line opens a string, so that blanks behind it stay up to the line's end.
+  // The quote on the second line opens a string, so that the blanks after it stay up to the end of the line.
   EXPECT_EQ(CleanMacro("\"a\nb \" c d # e\nf g\n"), "\"ab\" c d # efg");
 }
 
@@ -75,7 +75,7 @@ TEST(Cleaning, ALastLineThatIsACommentWithoutALineFeedCostsTheFirstLine) {
   EXPECT_EQ(CleanMacro("a;\nb; # end"), "b;");
   EXPECT_EQ(CleanMacro("only; # end"), "");
   EXPECT_EQ(CleanMacro("#"), "");
-  // A quote in the lost line opens nothing.
+  // A quote in the lost line opens no string.
   EXPECT_EQ(CleanMacro("x(\"a\nb c\n#"), "bc");
 }
 
@@ -83,12 +83,12 @@ TEST(Cleaning, TheFirstLineIsSafeOtherwise) {
   EXPECT_EQ(CleanMacro("first;\nsecond;\n# end\n"), "first;second;");
   EXPECT_EQ(CleanMacro("first;\nsecond;"), "first;second;");
   EXPECT_EQ(CleanMacro("first;\n\"open # text"), "first;\"open # text");
-  EXPECT_EQ(CleanMacro("\nsecond;\n# end"), "second;");  // an empty first line is all that is lost
+  EXPECT_EQ(CleanMacro("\nsecond;\n# end"), "second;");  // only the empty first line is lost
 }
 
 TEST(Cleaning, AnOpenStringAtTheEndDoesNotReachTheFirstLine) { EXPECT_EQ(CleanMacro("a b\n\"c d"), "ab\"c d"); }
 
-// Line by line instead of character by character: what a line keeps does not depend on the lines before it.
+// An independent version that works line by line: what is kept of a line does not depend on earlier lines.
 std::string KeptOfLine(const std::string& line) {
   std::string kept;
   bool inString = false;

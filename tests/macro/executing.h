@@ -1,4 +1,4 @@
-// A desk in this process that runs macros in a folder of its own and notes what they ask of the machine.
+// A desk in this process that runs macros in its own folder and records their calls of the platform.
 #pragma once
 
 #include <gtest/gtest.h>

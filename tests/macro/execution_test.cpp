@@ -1,4 +1,4 @@
-// The executor: results of a run, loops, and the commands that steer it.
+// The executor: results of a run, loops, and commands for the flow of a macro.
 #include "macro/executing.h"
 
 namespace kalvex {
@@ -52,7 +52,7 @@ TEST_F(Executing, TheNameMayStandInQuotes) {
   folder.Write("m.kvs", "NewModel();");
   EXPECT_EQ(RunMacro(desk, "\"m.kvs\""), kMacroEnded);
   EXPECT_EQ(Models(), 1);
-  // Quotes go only as a pair: a name may begin or end with one.
+  // Quotes are removed only as a pair. A name may begin or end with one quote.
   folder.Write("\"m.kvs", "NewModel();");
   EXPECT_EQ(RunMacro(desk, "\"m.kvs"), kMacroEnded);
   EXPECT_EQ(Models(), 2);
@@ -64,11 +64,11 @@ TEST_F(Executing, AnEmptyNameOrAnUnreadableFileFails) {
   const struct {
     const char* name;
     const char* fault;
-  } kCases[] = {{"", "no macro file is named"},
-                {"\"\"", "no macro file is named"},
-                {"none.kvs", "none.kvs: cannot be opened, a macro file was expected"},
-                {"\"no ne.kvs\"", "no ne.kvs: cannot be opened, a macro file was expected"},
-                {".", ".: cannot be opened, a macro file was expected"}};
+  } kCases[] = {{"", "no macro file is given"},
+                {"\"\"", "no macro file is given"},
+                {"none.kvs", "none.kvs: the macro file cannot be opened"},
+                {"\"no ne.kvs\"", "no ne.kvs: the macro file cannot be opened"},
+                {".", ".: the macro file cannot be opened"}};
   for (const auto& c : kCases) {
     EXPECT_EQ(RunMacro(desk, c.name), kMacroFailed) << c.name;
     EXPECT_EQ(desk.macro.fault, c.fault);
@@ -96,7 +96,7 @@ TEST_F(Executing, CheckingReadsAndParsesButRunsNothing) {
   folder.Write("bad.kvs", "NewModel();\nNewModel()Foo;");
   EXPECT_EQ(CheckMacro(desk, "good.kvs"), kMacroEnded);
   EXPECT_EQ(CheckMacro(desk, "bad.kvs"), kMacroFailed);
-  EXPECT_EQ(desk.macro.fault, "bad.kvs:2:11: found 'F', ';' was expected");
+  EXPECT_EQ(desk.macro.fault, "bad.kvs:2:11: found 'F'; expected ';'");
   EXPECT_EQ(CheckMacro(desk, "none.kvs"), kMacroFailed);
   EXPECT_EQ(Models(), 0);
 }
@@ -135,7 +135,7 @@ TEST_F(Executing, TheStoredStatementIsFilledAfreshInEachPass) {
 
 class OddLoops : public Executing {
  protected:
-  // The times waited while the macro ran.
+  // The waiting times of a macro.
   std::vector<int> Waits(const std::string& text) {
     folder.Write("two", "1\n2\n");
     folder.Write("three", "10\n20\n30\n");
@@ -207,7 +207,7 @@ TEST_F(Executing, AMissingOrEmptyLoopFileEndsTheMacroThere) {
     EXPECT_EQ(Run("NewModel();\n  BeginLoop(LoopFile=\"" + name + "\");\nNewModel();\n"), kMacroFailed);
     EXPECT_EQ(Models(), before + 1);
     EXPECT_EQ(desk.macro.fault, "m.kvs:2:3: the loop file '" + name +
-                                    "' cannot be opened or is empty, a file with a line for each pass was expected");
+                                    "' cannot be opened or is empty; it should have a line for each pass");
     EXPECT_FALSE(desk.macro.running);
   }
 }
@@ -229,7 +229,7 @@ TEST_F(Executing, ExitMacroFromSuspendEndsIt) {
   answer = SuspendAnswer::kExitMacro;
   EXPECT_EQ(Run("Suspend();NewModel();"), kMacroEnded);
   EXPECT_EQ(Models(), 0);
-  EXPECT_EQ(Run("Suspend();NewModel();"), kMacroEnded);  // asked again: ending one macro promises nothing
+  EXPECT_EQ(Run("Suspend();NewModel();"), kMacroEnded);  // Suspend asks again after the end of another macro
   EXPECT_EQ(asked, 2);
 }
 

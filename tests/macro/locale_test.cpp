@@ -1,4 +1,4 @@
-// A window toolkit may switch the process to a locale with a decimal comma: macros and their files stay as they are.
+// A window toolkit may switch the process to a locale with a decimal comma. Macros and their files must not change.
 #include <clocale>
 
 #include "macro/executing.h"
@@ -6,7 +6,7 @@
 namespace kalvex {
 namespace {
 
-// The process in a locale with a decimal comma, if the machine has one, as long as this lives.
+// Sets a locale with a decimal comma for the process during its lifetime, if the machine has one.
 class CommaLocale {
  public:
   CommaLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
@@ -46,7 +46,7 @@ TEST_F(Executing, ADecimalCommaOfTheProcessReachesNoFile) {
   }
   const CommaLocale comma;
   if (!comma.Found()) GTEST_SKIP() << "this machine has no locale with a decimal comma (scripts/test makes one)";
-  // A desk of its own starts where the first one did.
+  // A new desk starts in the same state as the first one.
   const auto fresh = std::make_unique<OpenDesk>();
   ASSERT_EQ(RunMacro(fresh->desk, "m.kvs"), kMacroEnded);
   for (std::size_t i = 0; i < before.size(); ++i) EXPECT_EQ(folder.Read(files[i]), before[i]) << files[i];

@@ -1,4 +1,4 @@
-// Loop files and what their tokens become in a statement.
+// Loop files, and how their tokens replace parts of a statement.
 #include "macro/loop_file.h"
 
 #include <gtest/gtest.h>
@@ -63,7 +63,7 @@ TEST_F(LoopFiles, ATokenOf20CharactersRunsOnIntoTheNext) {
 
 TEST_F(LoopFiles, ALongLineIsReadInPiecesOf999Characters) {
   EXPECT_EQ(Tokens(std::string(998, ' ') + "\nx\n"), (Lines{{}, {"x"}}));
-  // The line feed behind 999 characters is a piece of its own.
+  // The line feed after 999 characters is read as a separate piece.
   EXPECT_EQ(Tokens(std::string(999, ' ') + "\nx\n"), (Lines{{}, {}, {"x"}}));
   EXPECT_EQ(Tokens(std::string(998, ' ') + "ab c\nd\n"), (Lines{{"a"}, {"b", "c"}, {"d"}}));
   EXPECT_EQ(Tokens(std::string(1998, ' ') + "x"), (Lines{{}, {}, {"x"}}));
@@ -130,7 +130,7 @@ TEST_F(Substitution, IntegersTakeTheIntegerConversionOfTheirToken) {
   EXPECT_EQ(Integer("%1", "12abc"), 12);
   EXPECT_EQ(Integer("%1", "1.9"), 1);
   EXPECT_EQ(Integer("%1", "x"), 0);
-  EXPECT_EQ(Integer("%1", "\t5"), 5);  // a tab belongs to the token, and is white space to the conversion
+  EXPECT_EQ(Integer("%1", "\t5"), 5);  // a tab is part of the token; the conversion skips it as white space
 }
 
 TEST_F(Substitution, RealsTakeTheFloatingConversionOfTheirToken) {
@@ -169,7 +169,7 @@ TEST_F(Substitution, TextsTakeColumns1To8Only) {
   EXPECT_EQ(Text("%%x%", "a"), "%%x%");
   EXPECT_EQ(Text("%%1", "a"), "%a");
   EXPECT_EQ(Text("%1.dat", ""), ".dat");
-  EXPECT_EQ(Text("%1", "%2 x"), "%2");  // what was put in is not looked at again
+  EXPECT_EQ(Text("%1", "%2 x"), "%2");  // replaced text is not searched again
 }
 
 TEST_F(Substitution, ATokenOf20CharactersRunsOnInNumbersAndTexts) {
@@ -182,8 +182,8 @@ TEST_F(Substitution, TextsEndAtTheirCapacity) {
   EXPECT_EQ(ShortText("%1", "0123456789abc"), "0123456789");
   EXPECT_EQ(ShortText("x%1x", "12345678"), "x12345678x");
   EXPECT_EQ(ShortText("12345678%1", "ab"), "12345678ab");
-  EXPECT_EQ(ShortText("12345678%1", "a\u03C9"), "12345678a");  // no half of a letter
-  // A placeholder of which only the first character is inside the capacity is no placeholder.
+  EXPECT_EQ(ShortText("12345678%1", "a\u03C9"), "12345678a");  // characters are not split
+  // A placeholder is replaced only if both of its characters lie within the capacity.
   EXPECT_EQ(ShortText("123456789%1", "ab"), "123456789%");
 }
 

@@ -1,4 +1,4 @@
-// Names of commands and parameters, their abbreviations, and the tables whose order gives these a meaning.
+// Names of commands and parameters, their abbreviations, and the tables whose order resolves them.
 #include <gtest/gtest.h>
 
 #include "core/files.h"
@@ -15,7 +15,7 @@ struct Signature {
   const char* params;  // name and type: i, r, or the capacity of a text
 };
 
-// The commands that macros of this format may use, in the order that gives abbreviations their meaning.
+// The commands of the macro format, in the order that resolves abbreviations.
 constexpr Signature kFormat[] = {
     {"BeginLoop", "LoopFile:200"},
     {"EndLoop", ""},
@@ -62,7 +62,7 @@ constexpr Signature kFormat[] = {
     {"Fit", "NumIters:i"},
 };
 
-// Those of our own that make scriptable what else a person does by hand.
+// Additional commands, for what a person could otherwise do only in windows.
 constexpr Signature kOwn[] = {
     {"InsertModelRow", "ModelNo:i LorNo:i"},
     {"RemoveModelRow", "ModelNo:i LorNo:i"},
@@ -138,7 +138,7 @@ TEST(CommandTables, NamesAndBlocksKeepTheSizesOfTheFormat) {
   }
 }
 
-// What a text means, worked out from the typed tables: the first name that it begins.
+// The meaning of a text, derived from the lists above: the first name that starts with it.
 std::string Meaning(const std::string& text) {
   for (const std::span<const Signature> table : kTables) {
     for (const Signature& row : table) {
@@ -149,7 +149,7 @@ std::string Meaning(const std::string& text) {
   return "";
 }
 
-// A line for each name: how many letters of it at least mean which name. "Fit: 1 FixAllModelParams, 3 Fit".
+// One line for each name: how many of its letters are necessary for which meaning. "Fit: 1 FixAllModelParams, 3 Fit".
 template <class Find>
 std::string MeaningsOfBeginnings(const std::string& line, const std::string& name, Find find) {
   std::string text = line, last;
@@ -249,7 +249,7 @@ TEST(Names, ParametersAreShortenedByTheSameRule) {
   EXPECT_STREQ(FindParam(*FindCommand("Fit"), "n")->name, "NumIters");
 }
 
-// Macros of other people hold any of these, so a new name may take over none of them.
+// Existing macros may contain any of these, so a new name must not change their meaning.
 TEST(Names, EveryBeginningStillMeansWhatItMeant) {
   std::string text;
   ASSERT_TRUE(ReadWholeFile(ProjectFile("tests/macro/prefixes.txt"), text));

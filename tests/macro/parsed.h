@@ -1,4 +1,4 @@
-// Shared by the tests of the language: statements from a compact text, and faults as one line.
+// Helpers for tests of the language: statements from a compact text, and faults as one line.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ inline std::vector<MacroStatement> Parsed(const std::string& compact) {
   return statements;
 }
 
-// "place: description", the place counted in the compact text from 0; "none" if the text parses.
+// "place: description", where the place counts the characters of the compact text from 0; "none" if the text parses.
 inline std::string FaultOf(const std::string& compact) {
   std::vector<MacroStatement> statements;
   MacroFault fault;
@@ -33,7 +33,7 @@ inline MacroSlot Slot(const MacroStatement& statement, const std::string& name) 
   return {};
 }
 
-// The slot of a parameter in a text of one statement.
+// The slot of a parameter in a text with one statement.
 inline MacroSlot SlotIn(const std::string& compact, const std::string& name) {
   const auto statements = Parsed(compact);
   if (statements.size() == 1) return Slot(statements[0], name);

@@ -73,14 +73,13 @@ TEST(Parsing, IntegersTakeTheLongestValidBeginning) {
 }
 
 TEST(Parsing, AnIntegerEndsWithItsDigits) {
-  EXPECT_EQ(FaultOf("Fit(NumIters=1.5);"), "14: found '.', ',' or ')' behind a value was expected");
-  EXPECT_EQ(FaultOf("Fit(NumIters=1e3);"), "14: found 'e', ',' or ')' behind a value was expected");
-  EXPECT_EQ(FaultOf("Fit(NumIters=+-5);"), "14: found '-', ',' or ')' behind a value was expected");
-  EXPECT_EQ(FaultOf("Fit(NumIters=1-2);"), "14: found '-', ',' or ')' behind a value was expected");
+  EXPECT_EQ(FaultOf("Fit(NumIters=1.5);"), "14: found '.'; expected ',' or ')' after a value");
+  EXPECT_EQ(FaultOf("Fit(NumIters=1e3);"), "14: found 'e'; expected ',' or ')' after a value");
+  EXPECT_EQ(FaultOf("Fit(NumIters=+-5);"), "14: found '-'; expected ',' or ')' after a value");
+  EXPECT_EQ(FaultOf("Fit(NumIters=1-2);"), "14: found '-'; expected ',' or ')' after a value");
   for (const char* const wrong : {"x", ".5", "%", "%x", "\"5\"", ",", ")", ";", "="}) {
-    EXPECT_EQ(
-        FaultOf("Fit(NumIters=" + std::string(wrong) + ");"),
-        "13: found '" + std::string(wrong).substr(0, 1) + "', an integer or a loop column for NumIters was expected");
+    EXPECT_EQ(FaultOf("Fit(NumIters=" + std::string(wrong) + ");"),
+              "13: found '" + std::string(wrong).substr(0, 1) + "'; expected an integer or a loop column for NumIters");
   }
 }
 
@@ -106,11 +105,11 @@ TEST(Parsing, RealsTakeTheLongestValidBeginningOfWhatTheScannerTakes) {
 }
 
 TEST(Parsing, ARealStartsWithADigitASignOrAPoint) {
-  EXPECT_EQ(FaultOf("AddNoise(Sigma=0x10);"), "16: found 'x', ',' or ')' behind a value was expected");
-  EXPECT_EQ(FaultOf("AddNoise(Sigma=-inf);"), "16: found 'i', ',' or ')' behind a value was expected");
+  EXPECT_EQ(FaultOf("AddNoise(Sigma=0x10);"), "16: found 'x'; expected ',' or ')' after a value");
+  EXPECT_EQ(FaultOf("AddNoise(Sigma=-inf);"), "16: found 'i'; expected ',' or ')' after a value");
   for (const char* const wrong : {"e5", "nan", "%", "\"1\"", ")"}) {
     EXPECT_EQ(FaultOf("AddNoise(Sigma=" + std::string(wrong) + ");"),
-              "15: found '" + std::string(wrong).substr(0, 1) + "', a number or a loop column for Sigma was expected");
+              "15: found '" + std::string(wrong).substr(0, 1) + "'; expected a number or a loop column for Sigma");
   }
 }
 
@@ -124,8 +123,8 @@ TEST(Parsing, LoopColumnsOfNumbersCountFromOneAndTheValueIsZero) {
     EXPECT_EQ(real.loopColumn, column) << text;
     EXPECT_EQ(real.realValue, 0);
   }
-  EXPECT_EQ(FaultOf("Fit(NumIters=%1%2);"), "15: found '%', ',' or ')' behind a value was expected");
-  EXPECT_EQ(FaultOf("AddNoise(Sigma=%1.5);"), "17: found '.', ',' or ')' behind a value was expected");
+  EXPECT_EQ(FaultOf("Fit(NumIters=%1%2);"), "15: found '%'; expected ',' or ')' after a value");
+  EXPECT_EQ(FaultOf("AddNoise(Sigma=%1.5);"), "17: found '.'; expected ',' or ')' after a value");
 }
 
 TEST(Parsing, TextsAreCutToTheirCapacity) {
@@ -136,7 +135,7 @@ TEST(Parsing, TextsAreCutToTheirCapacity) {
   EXPECT_EQ(text(""), "");
   EXPECT_EQ(text("0123456789"), "0123456789");
   EXPECT_EQ(text("0123456789abc"), "0123456789");
-  EXPECT_EQ(text("012345678\u03C9"), "012345678");  // no half of a letter
+  EXPECT_EQ(text("012345678\u03C9"), "012345678");  // characters are not split
   EXPECT_EQ(SlotIn("FreeShape(Key=\"" + std::string(150, 'k') + "\");", "Key").text, std::string(100, 'k'));
   EXPECT_EQ(SlotIn("Echo(Text=\"" + std::string(999, 't') + "\");", "Text").text, std::string(200, 't'));
 }
@@ -147,10 +146,10 @@ TEST(Parsing, InsideATextEveryCharacterIsText) {
 }
 
 TEST(Parsing, ATextStandsInQuotesAndHasAnEnd) {
-  EXPECT_EQ(FaultOf("LoadDataset(Quantity=\"R);"), "22: a text that does not end, '\"' was expected");
-  EXPECT_EQ(FaultOf("LoadDataset(Quantity=%1);"), "21: found '%', a text in quotes for Quantity was expected");
-  EXPECT_EQ(FaultOf("LoadDataset(Quantity=R);"), "21: found 'R', a text in quotes for Quantity was expected");
-  EXPECT_EQ(FaultOf("LoadDataset(Quantity=5);"), "21: found '5', a text in quotes for Quantity was expected");
+  EXPECT_EQ(FaultOf("LoadDataset(Quantity=\"R);"), "22: a text without its closing quote; expected '\"'");
+  EXPECT_EQ(FaultOf("LoadDataset(Quantity=%1);"), "21: found '%'; expected a text in quotes for Quantity");
+  EXPECT_EQ(FaultOf("LoadDataset(Quantity=R);"), "21: found 'R'; expected a text in quotes for Quantity");
+  EXPECT_EQ(FaultOf("LoadDataset(Quantity=5);"), "21: found '5'; expected a text in quotes for Quantity");
 }
 
 TEST(Parsing, ATextOpenAtItsLinesEndGoesOnToTheNextQuote) {
@@ -162,34 +161,34 @@ TEST(Parsing, EachFaultHasItsPlaceAndWhatWasExpected) {
     const char* text;
     const char* fault;
   } kFaults[] = {
-      {"Wait;Foo();", "5: unknown command 'Foo', a command name was expected"},
-      {"LoadDatasetX();", "0: unknown command 'LoadDatasetX', a command name was expected"},
-      {"Fit2;", "0: unknown command 'Fit2', a command name was expected"},
-      {"1Wait;", "0: found '1', a command name was expected"},
-      {"_Wait;", "0: found '_', a command name was expected"},
-      {";", "0: found ';', a command name was expected"},
-      {"Wait;;", "5: found ';', a command name was expected"},
-      {"Wait();;Fit();", "7: found ';', a command name was expected"},
-      {"\"Wait\";", "0: found '\"', a command name was expected"},
-      {"Wait=1;", "4: found '=', '(' or ';' behind Wait was expected"},
-      {"Wait_x;", "4: found '_', '(' or ';' behind Wait was expected"},
+      {"Wait;Foo();", "5: unknown command 'Foo'; expected a command name"},
+      {"LoadDatasetX();", "0: unknown command 'LoadDatasetX'; expected a command name"},
+      {"Fit2;", "0: unknown command 'Fit2'; expected a command name"},
+      {"1Wait;", "0: found '1'; expected a command name"},
+      {"_Wait;", "0: found '_'; expected a command name"},
+      {";", "0: found ';'; expected a command name"},
+      {"Wait;;", "5: found ';'; expected a command name"},
+      {"Wait();;Fit();", "7: found ';'; expected a command name"},
+      {"\"Wait\";", "0: found '\"'; expected a command name"},
+      {"Wait=1;", "4: found '='; expected '(' or ';' after Wait"},
+      {"Wait_x;", "4: found '_'; expected '(' or ';' after Wait"},
       {"Wa;Wa", "none"},
-      {"Wait(5);", "5: found '5', a parameter name or ')' was expected"},
-      {"Wait(,);", "5: found ',', a parameter name or ')' was expected"},
-      {"Wait(Time=5,,);", "12: found ',', a parameter name or ')' was expected"},
-      {"Wait(;", "5: found ';', a parameter name or ')' was expected"},
-      {"Wait(=5);", "5: found '=', a parameter name or ')' was expected"},
-      {"Wait(Tim_e=5);", "8: found '_', '=' behind Time was expected"},
-      {"Wait(Time);", "9: found ')', '=' behind Time was expected"},
-      {"Wait(Time5=5);", "5: unknown parameter 'Time5' of Wait, one of Time was expected"},
-      {"AddNoise(Foo=5);", "9: unknown parameter 'Foo' of AddNoise, one of DatasetNo, Sigma was expected"},
-      {"EndLoop(x=1);", "8: unknown parameter 'x' of EndLoop, ')', for it has none, was expected"},
-      {"Wait(Time=5;", "11: found ';', ',' or ')' behind a value was expected"},
-      {"Wait(Time=5 );", "11: found ' ', ',' or ')' behind a value was expected"},
-      {"Wait(Time=5)x;", "12: found 'x', ';' was expected"},
-      {"Wait(Time=5));", "12: found ')', ';' was expected"},
-      {"Wait()Fit;", "6: found 'F', ';' was expected"},
-      {"Echo(Text=\"a\"\"b\");", "13: found '\"', ',' or ')' behind a value was expected"},
+      {"Wait(5);", "5: found '5'; expected a parameter name or ')'"},
+      {"Wait(,);", "5: found ','; expected a parameter name or ')'"},
+      {"Wait(Time=5,,);", "12: found ','; expected a parameter name or ')'"},
+      {"Wait(;", "5: found ';'; expected a parameter name or ')'"},
+      {"Wait(=5);", "5: found '='; expected a parameter name or ')'"},
+      {"Wait(Tim_e=5);", "8: found '_'; expected '=' after Time"},
+      {"Wait(Time);", "9: found ')'; expected '=' after Time"},
+      {"Wait(Time5=5);", "5: unknown parameter 'Time5' of Wait; expected one of Time"},
+      {"AddNoise(Foo=5);", "9: unknown parameter 'Foo' of AddNoise; expected one of DatasetNo, Sigma"},
+      {"EndLoop(x=1);", "8: unknown parameter 'x' of EndLoop; expected ')', since it has no parameters"},
+      {"Wait(Time=5;", "11: found ';'; expected ',' or ')' after a value"},
+      {"Wait(Time=5 );", "11: found ' '; expected ',' or ')' after a value"},
+      {"Wait(Time=5)x;", "12: found 'x'; expected ';'"},
+      {"Wait(Time=5));", "12: found ')'; expected ';'"},
+      {"Wait()Fit;", "6: found 'F'; expected ';'"},
+      {"Echo(Text=\"a\"\"b\");", "13: found '\"'; expected ',' or ')' after a value"},
   };
   for (const auto& c : kFaults) EXPECT_EQ(FaultOf(c.text), c.fault) << c.text;
 }
@@ -209,21 +208,21 @@ TEST(Parsing, TextBehindTheLastSemicolonIsIgnored) {
   EXPECT_EQ(Parsed("nothing at all").size(), 0u);
 }
 
-// Semicolons are counted wherever they stand, so each one inside a text promises a statement behind the last ';'.
+// All semicolons are counted, so each one inside a text allows for one more statement after the last ';'.
 TEST(Parsing, ASemicolonInsideATextMakesTheParserReadOn) {
   EXPECT_EQ(Parsed("MainWindow(Title=\"a;b\");").size(), 1u);
-  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(NumIters=5)"), "39: the text ends, ';' was expected");
-  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit"), "27: the text ends, '(' or ';' behind Fit was expected");
-  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit("), "28: the text ends, a parameter name or ')' was expected");
-  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(N"), "29: the text ends, '=' behind NumIters was expected");
+  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(NumIters=5)"), "39: the file ends; expected ';'");
+  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit"), "27: the file ends; expected '(' or ';' after Fit");
+  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit("), "28: the file ends; expected a parameter name or ')'");
+  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(N"), "29: the file ends; expected '=' after NumIters");
   EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(N="),
-            "30: the text ends, an integer or a loop column for NumIters was expected");
-  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(N=5"), "31: the text ends, ',' or ')' behind a value was expected");
-  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");?"), "24: found '?', a command name was expected");
+            "30: the file ends; expected an integer or a loop column for NumIters");
+  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");Fit(N=5"), "31: the file ends; expected ',' or ')' after a value");
+  EXPECT_EQ(FaultOf("MainWindow(Title=\"a;b\");?"), "24: found '?'; expected a command name");
 }
 
 TEST(Parsing, TheFirstFaultEndsTheReading) {
-  EXPECT_EQ(FaultOf("Foo();Bar();"), "0: unknown command 'Foo', a command name was expected");
+  EXPECT_EQ(FaultOf("Foo();Bar();"), "0: unknown command 'Foo'; expected a command name");
 }
 
 }  // namespace

@@ -53,10 +53,10 @@ TEST_F(Steps, VerboseSaysWhichStep) {
   Run("NewModel();\nStepBack();\nStepBack();\nStepForward();\nStepForward();\n");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "m.kvs:1: NewModel: model 1 created\n"
-            "m.kvs:2: StepBack: taken back: new model\n"
-            "m.kvs:3: StepBack: nothing done: there is no step to take back\n"
-            "m.kvs:4: StepForward: done again: new model\n"
-            "m.kvs:5: StepForward: nothing done: there is no step that was taken back\n");
+            "m.kvs:2: StepBack: undone: new model\n"
+            "m.kvs:3: StepBack: nothing done: there is no step to undo\n"
+            "m.kvs:4: StepForward: redone: new model\n"
+            "m.kvs:5: StepForward: nothing done: there is no step to redo\n");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What commands do to windows, and what the session tells of them: nothing that a file would show.
+// The effects of commands on windows and on notifications of the session. No file shows them.
 #include <utility>
 
 #include "macro/executing.h"
@@ -74,7 +74,7 @@ TEST_F(Executing, TheOtherWindowsOpenAndMoveIfBothPlacesAreGiven) {
   EXPECT_EQ(std::pair(desk.fitWindow.x, desk.fitWindow.y), std::pair(7, 8));
 }
 
-// Listens to what the session tells.
+// Records the notifications of the session.
 class Notified : public Executing, protected SessionListener {
  protected:
   Notified() {

@@ -1,4 +1,4 @@
-// Picture files read by programs that are not ours.
+// Picture files read by independent programs.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ struct DecodedPicture {
   std::uint32_t At(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
 };
 
-// A PNG file by the reference library.
+// A PNG file, decoded by the reference library.
 inline DecodedPicture DecodePng(const std::string& bytes) {
   png_image image;
   std::memset(&image, 0, sizeof image);
@@ -43,7 +43,7 @@ inline DecodedPicture DecodePng(const std::string& bytes) {
   return picture;
 }
 
-// What a command writes on its standard output.
+// The standard output of a command.
 inline std::string OutputOf(const std::string& command) {
   std::string output;
   std::FILE* const pipe = popen(command.c_str(), "r");
@@ -54,7 +54,7 @@ inline std::string OutputOf(const std::string& command) {
   return output;
 }
 
-// An SVG or PDF file, drawn by a viewer with a pixel for each of its own.
+// An SVG or PDF file, drawn by a viewer with one pixel for each pixel of the picture.
 inline DecodedPicture DrawSvg(const ScratchFolder& folder, const std::string& svg) {
   folder.Write("picture.svg", svg);
   return DecodePng(OutputOf("rsvg-convert '" + folder.Path("picture.svg") + "'"));

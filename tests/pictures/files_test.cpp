@@ -48,7 +48,7 @@ TEST(Png, OfNothingIsAWhitePixel) {
   EXPECT_EQ(DecodePng(PngOf(PixelSurface(0, 0, 0))).pixels, std::vector<std::uint32_t>{0xFFFFFF});
 }
 
-// A scene that each writer draws: middles of its areas have known colours.
+// A scene for all writers. The colours in the middle of its areas are known.
 void DrawScene(Canvas& c) {
   constexpr TextPlace kMiddle{HorizontalAlign::kCentre, VerticalAlign::kMiddle, false};
   c.FillRectangle(0, 0, 200, 160, 0xFFFFFF);

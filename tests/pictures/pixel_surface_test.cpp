@@ -68,7 +68,7 @@ TEST(PixelSurface, SlantedLinesCoverAsMuchAsTheyAreWide) {
   surface.DrawPolyline(line, {0x000000, 3});
   double ink = 0;
   for (const std::uint32_t pixel : surface.pixels) ink += 1 - (pixel & 0xFF) / 255.0;
-  EXPECT_NEAR(ink, 3 * 50 + 3.14159 * 1.5 * 1.5, 6);  // with round ends
+  EXPECT_NEAR(ink, 3 * 50 + 3.14159 * 1.5 * 1.5, 6);  // the second term is the round ends
 }
 
 TEST(PixelSurface, PolygonsCoverTheirArea) {

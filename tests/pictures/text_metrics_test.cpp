@@ -1,4 +1,4 @@
-// Room for texts, and the characters that they are made of.
+// The size of texts, and the characters in them.
 #include "pictures/text_metrics.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 namespace kalvex {
 namespace {
 
-// Heights at which the em has 100 pixels, so that an advance of 10 thousandths is a pixel.
+// Font heights with an em of 100 pixels, so that an advance of 10 thousandths is one pixel.
 constexpr Font kSerif{Face::kSerif, 110.7};
 constexpr Font kSans{Face::kSans, 111.7};
 
@@ -26,9 +26,9 @@ TEST(TextExtent, IsTheSumOfTheAdvances) {
 }
 
 TEST(TextExtent, IsThatOfTheSignsOfPhysics) {
-  EXPECT_EQ(TextExtent(kSerif, "σ").width, 60);       // 603, of Symbol in both faces
+  EXPECT_EQ(TextExtent(kSerif, "σ").width, 60);       // 603; Symbol serves both faces
   EXPECT_EQ(TextExtent(kSans, "ε₁").width, 77);       // 439 334
-  EXPECT_EQ(TextExtent(kSerif, "cm⁻¹").width, 185);   // 444 778, small ones of 549 and 500: 329 300
+  EXPECT_EQ(TextExtent(kSerif, "cm⁻¹").width, 185);   // 444 778; small signs have 0.6 of 549 and 500: 329 300
   EXPECT_EQ(TextExtent(kSerif, "±·°Åµ").width, 244);  // 564 250 400 722 500
   EXPECT_EQ(TextExtent(kSans, "±·°Åµ²").width, 282);  // 584 278 400 667 556 334
   EXPECT_EQ(TextExtent(kSerif, "\u2126\u212B").width, TextExtent(kSerif, "ΩÅ").width);
@@ -60,11 +60,12 @@ TEST(Characters, OfTextInUtf8) {
 
 TEST(Characters, OfBytesThatAreNotUtf8StandForThemselves) {
   EXPECT_EQ(CharactersOf("\xB5m"), (std::vector<char32_t>{0xB5, 'm'}));
-  EXPECT_EQ(CharactersOf("2\xC5"), (std::vector<char32_t>{'2', 0xC5}));                          // cut
-  EXPECT_EQ(CharactersOf("\xC0\xAF"), (std::vector<char32_t>{0xC0, 0xAF}));                      // longer than needed
-  EXPECT_EQ(CharactersOf("\xE0\x80\xAF"), (std::vector<char32_t>{0xE0, 0x80, 0xAF}));            // longer than needed
-  EXPECT_EQ(CharactersOf("\xED\xA0\x80"), (std::vector<char32_t>{0xED, 0xA0, 0x80}));            // half of a pair
-  EXPECT_EQ(CharactersOf("\xF5\x80\x80\x80"), (std::vector<char32_t>{0xF5, 0x80, 0x80, 0x80}));  // beyond the last
+  EXPECT_EQ(CharactersOf("2\xC5"), (std::vector<char32_t>{'2', 0xC5}));                // truncated
+  EXPECT_EQ(CharactersOf("\xC0\xAF"), (std::vector<char32_t>{0xC0, 0xAF}));            // overlong form
+  EXPECT_EQ(CharactersOf("\xE0\x80\xAF"), (std::vector<char32_t>{0xE0, 0x80, 0xAF}));  // overlong form
+  EXPECT_EQ(CharactersOf("\xED\xA0\x80"), (std::vector<char32_t>{0xED, 0xA0, 0x80}));  // surrogate
+  EXPECT_EQ(CharactersOf("\xF5\x80\x80\x80"),
+            (std::vector<char32_t>{0xF5, 0x80, 0x80, 0x80}));  // above the last character
 }
 
 TEST(Characters, HaveTheCodesOfWindows) {
@@ -87,7 +88,7 @@ TEST(BaselineStart, FollowsThePlaceOfTheText) {
   expect(start(HorizontalAlign::kLeft, VerticalAlign::kTop, false), 1000, 2089.1);
   expect(start(HorizontalAlign::kCentre, VerticalAlign::kMiddle, false), 896, 2033.6);
   expect(start(HorizontalAlign::kRight, VerticalAlign::kBottom, false), 792, 1978.1);
-  // Turned about the point, what was to the left is below, and what was above is to the left.
+  // After a turn about the point, the left end is below it and the top is to the left.
   expect(start(HorizontalAlign::kCentre, VerticalAlign::kBottom, true), 978.1, 2104);
   expect(start(HorizontalAlign::kRight, VerticalAlign::kTop, true), 1089.1, 2208);
 }

@@ -1,4 +1,4 @@
-// Who hears of what is done to datasets: the graphs, the fit, and the listeners of the session.
+// Notifications after operations on datasets: to the graphs, to the fit, and to the listeners of the session.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -16,7 +16,8 @@ namespace {
 
 using Told = std::vector<std::string>;
 
-// Writes down what it hears, in order: what has become of datasets and of the fit, and how many rows slot 2 has then.
+// Records notifications in order: the changes of datasets and of the fit, and the number of rows in slot 2 at that
+// time.
 class Ears : public SessionListener {
  public:
   explicit Ears(const Session& session) : session_(session) {}
@@ -49,7 +50,7 @@ class Ears : public SessionListener {
   const Session& session_;
 };
 
-// Slot 2 holds five rows under the id 1. It is held against a model in an open fit, and a graph shows both.
+// Slot 2 has five rows and the id 1. An open fit compares it with a model, and a graph shows both.
 class Datasets : public testing::Test {
  protected:
   Datasets() {
@@ -68,7 +69,7 @@ class Datasets : public testing::Test {
   }
   const Dataset& Slot() const { return session.Datasets().slots[1]; }
   const Graph& Shown() const { return *session.FindGraph(graph); }
-  // Somebody looks at the graph: nothing in it is stale now.
+  // Paints the graph, so that nothing in it is stale.
   void Look() {
     PixelSurface surface(Shown().Width, Shown().Height, 0);
     session.PaintGraph(graph, surface);
@@ -132,7 +133,7 @@ TEST_F(Datasets, NoiseStartsFromTheClock) {
   platform.clock = [] { return std::int64_t{77}; };
   Session later(platform);
   ASSERT_TRUE(later.LoadDataset(2, source).Ok());
-  ASSERT_TRUE(later.AddNoise(3, 1).Ok());  // a slot without rows takes no deviates
+  ASSERT_TRUE(later.AddNoise(3, 1).Ok());  // no random numbers are drawn for a slot without rows
   ASSERT_TRUE(later.AddNoise(2, 0.5).Ok());
   NoiseGenerator same;
   SeedNoise(same, 77);
@@ -147,7 +148,7 @@ TEST_F(Datasets, ACutThatIsHeardLaterReachesNeitherGraphsNorFit) {
   EXPECT_EQ(StaleKinds(), Kinds());
   EXPECT_EQ(session.Fit().TotalChiSq, chiSq);
   EXPECT_EQ(ears.told, (Told{"changed 2, id 1, 5 rows"}));
-  // The next rebuilding takes the new range.
+  // The new range takes effect at the next rebuilding.
   ASSERT_TRUE(session.TransformDataset(2, 1, 0).Ok());
   EXPECT_LT(session.Fit().TotalChiSq, chiSq);
 }
@@ -189,10 +190,10 @@ TEST_F(Datasets, WhileTheFitIsClosedItDoesNotHearOfThem) {
   ASSERT_TRUE(session.UnloadDataset(2).Ok());
   EXPECT_EQ(Terms(), 1u);
   EXPECT_EQ(session.Fit().TotalChiSq, chiSq);
-  EXPECT_EQ(CurvesShown(), (Kinds{CurveKind::kModel}));  // the graphs hear of it all the same
+  EXPECT_EQ(CurvesShown(), (Kinds{CurveKind::kModel}));  // the graphs are notified in any case
 }
 
-// Whether a slot is loaded is not checked: what is told then has the id 0.
+// The session does not check whether a slot is loaded. For an empty slot the notification has the id 0.
 TEST_F(Datasets, OperationsOnAFreeSlotSayTheIdZeroAndChangeNothing) {
   ASSERT_TRUE(session.TransformDataset(3, 2, 1).Ok());
   ASSERT_TRUE(session.CutDataset(3, 5, 6, Heard::kLater).Ok());
@@ -208,7 +209,7 @@ TEST_F(Datasets, OperationsOnAFreeSlotSayTheIdZeroAndChangeNothing) {
 TEST_F(Datasets, ATermOfAFreeSlotLeavesTheFitWithIt) {
   ASSERT_TRUE(session.AddTerm(3, model, {}).Ok());
   ASSERT_EQ(Terms(), 2u);
-  ASSERT_TRUE(session.UnloadDataset(4).Ok());  // any free slot: the term knows its dataset by the id 0
+  ASSERT_TRUE(session.UnloadDataset(4).Ok());  // any free slot: the term's dataset has the id 0
   EXPECT_EQ(Terms(), 1u);
 }
 

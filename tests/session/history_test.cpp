@@ -11,7 +11,7 @@
 namespace kalvex {
 namespace {
 
-// A spectrum that a model can follow, in a file.
+// The text of a spectrum that a model can describe.
 std::string SpectrumText() {
   std::string text;
   for (int i = 0; i < 40; ++i)
@@ -19,7 +19,7 @@ std::string SpectrumText() {
   return text;
 }
 
-// A person who does anything at all, with arguments that are often wrong.
+// Performs random operations, often with wrong arguments.
 class Person {
  public:
   Person(Session& session, const ScratchFolder& folder, unsigned seed)
@@ -157,7 +157,7 @@ class HistoryOfAPerson : public testing::TestWithParam<unsigned> {
 
 TEST_P(HistoryOfAPerson, AllStepsBackAndAllForwardLeadThroughTheSameStatesToTheLastBit) {
   Person person(session, folder, GetParam());
-  std::vector<std::string> states{StateOf(session)};  // after each number of steps
+  std::vector<std::string> states{StateOf(session)};  // indexed by the number of steps
   for (int i = 0; i < 150; ++i) {
     person.DoSomething();
     const std::size_t steps = session.GetHistory().LabelsBack().size();

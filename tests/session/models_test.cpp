@@ -1,4 +1,4 @@
-// What the session refuses of models, their rows, parameters and files, and in which words.
+// The failures of operations on models, their rows, parameters and files, and their texts.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -73,7 +73,7 @@ TEST_F(Models, AFileThatIsNoneOfTheirsSaysSoAndChangesNothing) {
 }
 
 TEST_F(Models, ASavedModelIsSavedThoughItsSummaryAndTableCannotBeWritten) {
-  // A folder stands where each of the two would go.
+  // A directory has the name of each of the two files.
   const ScratchFolder other;
   std::filesystem::create_directory(other.Path("a.asc"));
   std::filesystem::create_directory(other.Path("Par.dat"));

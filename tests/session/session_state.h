@@ -1,4 +1,4 @@
-// Everything that a session holds, as text to the last bit, but for what evaluations leave and what is drawn.
+// The contents of a session as exact text, except for caches and strokes.
 #pragma once
 
 #include <sstream>

@@ -34,7 +34,7 @@ class Sessions : public testing::Test {
     source.MasterFile = folder.Path("R_spectrum.dat");
     ASSERT_TRUE(session.LoadDataset(slot, source).Ok());
   }
-  // A model with a constrained mesh of the dataset's 1000 points, fitted for two iterations.
+  // Fits a model with a constrained mesh of the dataset's 1000 points for two iterations.
   std::uint32_t FitAMesh() {
     const std::uint32_t model = *session.NewModel();
     EXPECT_TRUE(session.InitMesh(model, {{{session.FindDataset(1)->id, false}, {}, {}}}, true, true, true).Ok());
@@ -112,7 +112,7 @@ TEST_F(Sessions, NothingPullsTheGroundAwayFromUnderARunningFit) {
       ++tried;
     }
     EXPECT_EQ(StateOf(session), before);
-    // Graphs can be worked on, and the run can be asked to stop.
+    // Graphs can be changed and the run can be stopped.
     EXPECT_TRUE(session.EditGraph(graph, {}).Ok());
     session.StopFit();
   };
@@ -137,7 +137,7 @@ TEST_F(Sessions, EachChangeIsToldOnceTheTablesAreWhole) {
   ears.heard.clear();
   ASSERT_TRUE(session.CloseModel(model).Ok());
   EXPECT_TRUE(ears.Has(ChangeKind::kModelClosed));
-  EXPECT_TRUE(ears.Has(ChangeKind::kFitTerms));  // its term has left
+  EXPECT_TRUE(ears.Has(ChangeKind::kFitTerms));  // its term was removed
   EXPECT_TRUE(session.Fit().list.terms.empty());
 }
 

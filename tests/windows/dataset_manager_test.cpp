@@ -37,7 +37,7 @@ TEST_F(DatasetManagers, UnloadingIsHeardByTheFitAndByTheRows) {
   PressDatasetButton(desk, 2);
   EXPECT_EQ(Heard(), (Texts{"terms", "dataset unloaded 1"}));
   EXPECT_EQ(Row(2).button, "Load");
-  EXPECT_TRUE(manager().unloadAll);  // there is one that has no row here
+  EXPECT_TRUE(manager().unloadAll);  // one dataset has no row in the window
   PressUnloadAll(desk);
   EXPECT_EQ(Heard(), (Texts{"terms", "dataset unloaded 2"}));
   EXPECT_FALSE(manager().unloadAll);
@@ -49,7 +49,7 @@ TEST_F(DatasetManagers, ACutIsAppliedWithEveryCharacter) {
   EXPECT_EQ(Slot(2).CutMin, 35);
   EXPECT_EQ(Row(2).points, "7");
   TypeCutMin(desk, 2, "35.");
-  EXPECT_EQ(Row(2).cutMin, "35.");  // what is typed stays as it is typed
+  EXPECT_EQ(Row(2).cutMin, "35.");  // the typed text stays
   TypeCutMax(desk, 2, "ab");
   EXPECT_EQ(Slot(2).CutMax, 0);
   EXPECT_EQ(Row(2).points, "0");
@@ -150,7 +150,7 @@ TEST_F(LoadDialogs, AControlAnswersOnlyWhileItsChoiceIsMade) {
 TEST_F(LoadDialogs, BrowsingFillsThePathAndRemembersTheFolder) {
   chosenFile = "deep/down/e1.dat";
   BrowseForFile(desk, LoadFile::kMaster);
-  BrowseForFile(desk, LoadFile::kX);  // does not answer yet
+  BrowseForFile(desk, LoadFile::kX);  // is not enabled yet
   dialog().xMethod = XSource::kFile;
   dialog().yErrMethod = ErrorSource::kFile;
   BrowseForFile(desk, LoadFile::kX);

@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-// What a change sets off, and how the desk follows it.
+// The effects of a change, and how the desk follows it.
 class Desks : public OpenWindows {
  protected:
   Desks() {
@@ -23,7 +23,7 @@ class Desks : public OpenWindows {
     graphs.slots[0].repaint = Repaint::kNothing;
     graphs.slots[0].staleKinds = 0;
   }
-  // Whether curves of models would be computed anew, at the next call as of now.
+  // Whether curves of models would be computed again. A call resets this.
   bool ModelCurvesAreStale() {
     const bool stale = (graphs.slots[0].staleKinds & (1u << static_cast<int>(CurveKind::kModel))) != 0;
     Draw();
@@ -32,7 +32,7 @@ class Desks : public OpenWindows {
   ModelWindow& window() { return desk.models.at(1); }
 };
 
-// ---- who hears
+// ---- who is notified
 
 TEST_F(Desks, AParameterIsHeardByGraphsAndFit) {
   session.SetParam(ParamRef::EpsInf(2), {.value = 4}).Ignore();
@@ -81,7 +81,7 @@ TEST_F(Desks, AClosedModelIsNotHeardOf) {
   EXPECT_TRUE(Heard().empty());
 }
 
-// ---- how windows follow
+// ---- how windows follow changes
 
 TEST_F(Desks, AModelComesAndGoesWithItsWindow) {
   const auto third = session.NewModel();

@@ -144,7 +144,7 @@ TEST_F(ExpParamsWindows, KeysAreTakenOnlyWhileTheWindowIsActive) {
   EXPECT_FALSE(Press(Key::kDown));
   EXPECT_FALSE(PressExpParamsDigit(desk, '1'));
   EXPECT_EQ(window().selectedIndex, 0);
-  EXPECT_TRUE(ExpParamLineOf(desk, 0).value.marked);  // the parameter control shows it still
+  EXPECT_TRUE(ExpParamLineOf(desk, 0).value.marked);  // the parameter control still shows it
   CloseParamControl(desk);
   EXPECT_FALSE(ExpParamLineOf(desk, 0).value.marked);
 }
@@ -181,7 +181,7 @@ TEST_F(ExpParamsWindows, OpenAtTheirFirstPlaceEachTime) {
   window().x = 7;
   window().width = 500;
   OpenExpParams(desk);
-  EXPECT_EQ(window().x, 7);  // only brought to the front
+  EXPECT_EQ(window().x, 7);  // it only comes to the front
   CloseExpParams(desk);
   OpenExpParams(desk);
   EXPECT_EQ(std::pair(window().x, window().width), std::pair(400, 285));

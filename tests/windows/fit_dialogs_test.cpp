@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// The dialogs over the fit window, and what its buttons do to the other windows.
+// The dialogs over the fit window, and the effects of its buttons on the other windows.
 class FitDialogs : public FitWindows {
  protected:
   FitWindow& window() { return desk.fitWindow; }
@@ -74,7 +74,7 @@ TEST_F(FitDialogs, SelectingLinesFillsTheWeightField) {
   EXPECT_EQ(terms()[0].weight + terms()[1].weight, 6);
   SelectTermLine(desk, 0, false);
   EXPECT_EQ(window().weightText, "3");
-  SelectTermLine(desk, 2, true);  // there is no such line
+  SelectTermLine(desk, 2, true);  // this line does not exist
   ScrollTermLines(window(), 1);
   EXPECT_EQ(window().topLine, 1);
   ScrollTermLines(window(), -5);

@@ -47,7 +47,7 @@ TEST_F(FitWindows, WhileClosedNothingArrives) {
   EXPECT_TRUE(desk.fitWindow.open);
 }
 
-// Every list is out of date: a cut dataset, a parameter fixed and one changed.
+// Makes every list of the fit stale: cuts a dataset, fixes a parameter and changes another one.
 class FitNotices : public FitWindows {
  protected:
   FitNotices() {
@@ -64,7 +64,7 @@ class FitNotices : public FitWindows {
   bool PointsAreNew() { return CountFitPoints(fit) == 70; }
   bool ParamsAreNew() { return fit.NumFreeParams == 7; }
   bool ChiSqIsNew() { return fit.TotalChiSq > 0; }
-  // Changes that leave everything as it is, so that only what they set off is seen.
+  // Changes that leave all values as they are, so that only their notifications have effects.
   void ChangeDataset() { session.SetDatasetQuantity(1, kRefl, Heard::kAtOnce).Ignore(); }
   void ChangeModel() { session.SetParam(ParamRef::EpsInf(2), {.value = 3}).Ignore(); }
   void ChangeExpParam() { session.SetParam(ParamRef::Exp(kAngleOfIncidence), {.value = 80}).Ignore(); }
@@ -119,7 +119,7 @@ TEST_F(FitNotices, ARemovedDatasetTakesAllItsTermsAlong) {
   EXPECT_EQ(terms()[0].datasetId, 2u);
   EXPECT_EQ(CountFitPoints(fit), 60u);
   EXPECT_EQ(desk.fitWindow.lines.size(), 1u);
-  EXPECT_FALSE(IsSelected(0));  // the list is filled anew
+  EXPECT_FALSE(IsSelected(0));  // the list was refilled
   EXPECT_EQ(desk.fitWindow.weightText, "");
 }
 
@@ -161,7 +161,7 @@ TEST_F(FitNotices, CutDatasetsGivePointsOfTheirActiveRowsOnly) {
   dataset.CutMax = 60;
   ComputeActiveRange(dataset);
   ChangeDataset();
-  std::size_t expected = 60;  // those of the other dataset
+  std::size_t expected = 60;  // the points of the other dataset
   for (const DataRow& row : dataset.points) expected += row.x >= 40 && row.x < 60;
   EXPECT_EQ(CountFitPoints(fit), expected);
 }

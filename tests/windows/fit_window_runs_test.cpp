@@ -75,10 +75,10 @@ TEST_F(FitWindows, ARunTellsThatItHasBegunBeforeItsFirstIteration) {
   PressFitStart(desk);
   EXPECT_EQ(atFirst, Texts{"run"});
   std::erase_if(ears.heard, [](const std::string& heard) { return !heard.starts_with("run"); });
-  EXPECT_EQ(ears.heard, (Texts{"run", "run 1", "run"}));  // it begins, accepts an iteration, and ends
+  EXPECT_EQ(ears.heard, (Texts{"run", "run 1", "run"}));  // begin, one accepted iteration, end
 }
 
-// A start beside the parameters of the data, against the R spectrum.
+// A start near the parameters of the data, with the R spectrum.
 class FitWindowRuns : public FitWindows {
  protected:
   FitWindowRuns() {
@@ -100,7 +100,7 @@ TEST_F(FitWindowRuns, DuringARunOnlyTheStartButtonAnswers) {
   EXPECT_EQ(seen, (std::vector<bool>{false, false, false, false, false, true}));
   EXPECT_EQ(enabled(), (std::vector<bool>{true, true, true, true, true, false}));
   Start();
-  EXPECT_FALSE(seen[0]);  // a run can be undone, but not while the next one lasts
+  EXPECT_FALSE(seen[0]);  // a run can be undone, but not during the next run
 }
 
 TEST_F(FitWindowRuns, UndoIsOffUntilARunHasEnded) {
@@ -167,7 +167,7 @@ TEST_F(FitWindowRuns, TheListAndTheModelsFollowEachIteration) {
   int iterations = 0;
   platform.events = [&] {
     if (fit.IterationCount > 0) {
-      // The experimental parameters and the three models are drawn anew, and the fit's own lists stay.
+      // The experimental parameters and the three models are redrawn; the fit's own lists stay.
       const std::string run = "run " + std::to_string(++iterations);
       EXPECT_EQ(ears.heard, (Texts{"experiment", "model 1", "model 2", "model 3", run}));
       EXPECT_EQ(desk.fitWindow.lines, Texts{TermLine(desk, fit.list.terms[0])});
@@ -187,7 +187,7 @@ TEST_F(FitWindowRuns, OfAMacroHoldItsIterationsForThatRunOnly) {
   EXPECT_EQ(fit.IterationCount, 2);
   EXPECT_EQ(fit.options.MaxIterations, 50);
   EXPECT_FALSE(fit.options.StopOnIterations);
-  EXPECT_FALSE(fit.options.StopOnReduction);  // only what was set is set back
+  EXPECT_FALSE(fit.options.StopOnReduction);  // only the changed values are restored
 }
 
 TEST_F(FitWindowRuns, OfAMacroWithoutANumberKeepTheOptions) {
@@ -237,7 +237,7 @@ TEST(FitOptionsForms, EveryFieldGoesToItsOwnOption) {
 TEST(FitOptionsForms, AFormThatWasOnlyOpenedChangesNothing) {
   FitOptions options;
   options.MaxIterations = 12;
-  options.StopOnOutOfRange = true;  // its control is off: it stays
+  options.StopOnOutOfRange = true;  // its control is disabled, so it stays
   options.DeltaChiSq = 0.5;
   FitOptions read = options;
   ReadForm(FormOf(options), read);

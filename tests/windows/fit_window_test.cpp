@@ -91,7 +91,7 @@ class AddingTerms : public FitWindows {
  protected:
   AddingTerms() { OpenAddTerms(desk); }
   void Offer(std::size_t dataset, std::size_t ofModel) { OfferCandidates(desk, dataset, ofModel); }
-  // From the last line to the first, in which order they are added.
+  // The offered pairs, from the last line to the first: the order in which they are added.
   Pairs Offered() {
     Pairs pairs;
     for (auto line = dialog.lines.rbegin(); line != dialog.lines.rend(); ++line) {
@@ -169,7 +169,7 @@ TEST_F(AddingTerms, OnlyTheSelectedOnesAreAddedBehindTheOthersInTheirOwnOrder) {
   EXPECT_EQ(Terms(), (Pairs{{2, 3}, {1, 2}, {2, 2}}));
   EXPECT_EQ(terms()[0].weight, 0.5);
   EXPECT_EQ(desk.fitWindow.lines.size(), 3u);
-  EXPECT_EQ(FitLabelsOf(fit).points, "180");  // the lists are those of the new terms
+  EXPECT_EQ(FitLabelsOf(fit).points, "180");  // the lists belong to the new terms
 }
 
 TEST_F(AddingTerms, PairsThatAreThereAreSkipped) {
@@ -335,7 +335,7 @@ TEST_F(FitWindows, TheFoldButtonGoesByTheHeight) {
 }
 
 TEST_F(FitWindows, ATermIsAddedAtTheEndByTheModelsNumberAndDeletedByItsPlace) {
-  session.CloseModel(1).Ignore();  // model 2 stands in place 2 still, place 1 is free
+  session.CloseModel(1).Ignore();  // model 2 is still in place 2; place 1 is free
   ASSERT_EQ(*session.NewModel(), 4u);
   EXPECT_TRUE(session.AddTerm(1, 2, {}).Ok());
   EXPECT_TRUE(session.AddTerm(1, 4, 0.5).Ok());
@@ -347,7 +347,7 @@ TEST_F(FitWindows, ATermIsAddedAtTheEndByTheModelsNumberAndDeletedByItsPlace) {
   EXPECT_EQ(terms()[0].weight, 1);
   EXPECT_EQ(terms()[1].weight, 0.5);
   EXPECT_FALSE(session.DeleteTerm(1, 4).Ok());  // place 4 is free
-  EXPECT_TRUE(session.DeleteTerm(1, 1).Ok());   // model 4 stands in place 1; its first term goes
+  EXPECT_TRUE(session.DeleteTerm(1, 1).Ok());   // model 4 is in place 1; its first term is removed
   ASSERT_EQ(PairsOf(fit.list), (Pairs{{1, 2}, {1, 4}}));
   EXPECT_EQ(terms()[1].weight, 0.25);
 }

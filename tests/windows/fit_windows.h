@@ -1,4 +1,4 @@
-// An open fit window over three models and two datasets: R and E1 of the first model, which all three are.
+// An open fit window with three equal models and two datasets: R and E1 of the first model.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ class FitWindows : public testing::Test, protected OpenDesk {
     Cell(made, 0, Wp).value = wp;
     Cell(made, 0, G).value = g;
   }
-  // Fills a slot with a Quantity of the model as it stands.
+  // Fills a slot with a Quantity of the present model.
   void Measure(int slot, Model& of, int quantity) {
     Dataset& dataset = datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset{};
@@ -54,7 +54,7 @@ class FitWindows : public testing::Test, protected OpenDesk {
   }
   Model& model(std::uint32_t number) { return *GetModelByNumber(params, number); }
   void Term(int slot, std::uint32_t number, double weight = 1) { session.AddTerm(slot, number, weight).Ignore(); }
-  // After a change by hand.
+  // Rebuilds the fit's lists after a test has changed the tables directly.
   void Rebuild() {
     RebuildFitLists(fit, params, eval);
     RefreshTermLines(desk);

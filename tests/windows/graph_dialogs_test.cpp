@@ -38,7 +38,7 @@ TEST_F(PropertiesDialog, PropertiesAreStoredAsTheyCanBeDrawn) {
   EXPECT_EQ(form.Y.max, "100");
   EXPECT_EQ(form.X.title, std::string(99, 'x'));
   EXPECT_TRUE(form.ShowFitted && form.Y.log && !form.Y.titleShown);
-  EXPECT_LT(graph().frame.left, 52);  // no title beside it
+  EXPECT_LT(graph().frame.left, 52);  // no title beside the axis
 }
 
 TEST_F(PropertiesDialog, ATitleIsCutBetweenItsLetters) {
@@ -159,7 +159,7 @@ TEST_F(ContentsDialog, ShowsTheThirdStateWhereSelectedCurvesDiffer) {
   EXPECT_EQ(look.error, true);
   EXPECT_EQ(look.scale, "");
   EXPECT_EQ(look.shift, "0");
-  // What differs stays as it is for each.
+  // A property without a common value stays as it is in each curve.
   look.nColor = 4;
   look.shift = "0.25";
   SetLook(contents, look);
@@ -225,7 +225,7 @@ TEST_F(ContentsDialog, ChangesTheGraphOnlyWhenStored) {
 }
 
 TEST_F(ContentsDialog, StoredUnchangedLeavesThePicture) {
-  // As a macro adds them: the model first, and all of the same order.
+  // Added as by a macro: the curve of the model first, all with the same order.
   session.AddCurve(graph.number, FreqCurve(first)).Ignore();
   session.AddCurve(graph.number, ModelCurve(first, kRefl)).Ignore();
   Curve data = DataCurve(datasets.slots[6]);

@@ -112,7 +112,7 @@ TEST_F(MainWindows, EveryButtonAndEntryIsACommand) {
     EXPECT_TRUE(change(button.command)) << button.tip;
   }
   for (const texts::MenuItemText& item : texts::kMenuItems) {
-    // These leave no trace in the windows: they write files or show a document.
+    // These commands have no effect on windows: they write files or show a document.
     if (item.command == 202 || item.command == 403 || item.command == 404 || item.command == 500) continue;
     EXPECT_EQ(change(item.command), item.command > 104) << item.item;
   }

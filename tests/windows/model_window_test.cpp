@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// The first model has four rows with Wo = 100, 200, 300, 400, and its window is the active one and shows three.
+// The first model has four rows with Wo = 100, 200, 300, 400. Its window is active and shows three rows.
 class ModelWindows : public OpenWindows {
  protected:
   ModelWindows() {
@@ -30,7 +30,7 @@ class ModelWindows : public OpenWindows {
     for (int column = 0; column < 6; ++column) text += CellOfLine(first, window(), line, column).text + '|';
     return text;
   }
-  // "E" for the leading parameter, or row and column from 1.
+  // The cursor: "E" for the leading parameter, or row and column from 1.
   std::string Cursor() {
     if (!window().rowSelected) return "E";
     return std::to_string(window().curRow + 1) + ',' + std::to_string(window().curColumn);
@@ -278,7 +278,7 @@ TEST_F(ModelWindows, AFieldIsTheOneThatTheUserSeesEvenFarFromTheCursor) {
   EXPECT_EQ(window().topRow, 2);
   EXPECT_EQ(Cursor(), "1,1");
   Press(Key::kEnter);
-  EXPECT_EQ(window().topRow, 0);  // where the editor is
+  EXPECT_EQ(window().topRow, 0);  // scrolled to the row of the editor
   ScrollToPosition(desk, first, 3);
   PressCell(0, 3);
   EXPECT_EQ(Cursor(), "3,3");
@@ -303,7 +303,7 @@ TEST_F(ModelWindows, KeysAreTakenOnlyWhileTheWindowIsActive) {
   EXPECT_FALSE(Press(Key::kDown));
   EXPECT_FALSE(PressModelDigit(desk, first, '1'));
   ActivateModelWindow(desk, first, true);
-  for (const Key key : {Key::kF8, Key::kF10}) EXPECT_TRUE(Press(key));  // taken, without effect
+  for (const Key key : {Key::kF8, Key::kF10}) EXPECT_TRUE(Press(key));  // used by the window, without effect
   EXPECT_EQ(Cursor(), "E");
 }
 

@@ -1,5 +1,5 @@
-// A desk over two models and two datasets, whose session has an open fit. What the session tells, what a person is told
-// and which files are asked for is noted.
+// A desk with two models and two datasets, whose session has an open fit. It records the notifications of the session,
+// the messages to the user and the requested files.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -31,9 +31,9 @@ class OpenWindows : public testing::Test, protected OpenDesk {
   }
 
   Model& Made(const Result<std::uint32_t>& number) { return *GetModelByNumber(params, *number); }
-  // What was heard since the last call.
+  // The notifications since the last call.
   Texts Heard() { return std::exchange(ears.heard, {}); }
-  // Whether a graph of all kinds of curves would be drawn anew, at the next call as of now.
+  // Whether a graph must be repainted. Each call resets this; the first call makes the graph.
   bool GraphsHeard() {
     if (graphs.slots[0].number == 0) session.NewGraph().GetStatus().Ignore();
     return std::exchange(graphs.slots[0].repaint, Repaint::kNothing) != Repaint::kNothing;

@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-// The width of the first model's only row is selected, from that model's window.
+// The width of the first model's only row is selected in that model's window.
 class ParamControlWindow : public OpenWindows {
  protected:
   ParamControlWindow() : param(Cell(first, 0, G)) {
@@ -82,7 +82,7 @@ TEST_F(ParamControlWindow, TheSliderStandsInItsCentreOrAtTheEndWhereTheValueIs) 
   CommitValue(desk, "0");
   EXPECT_EQ(control().position, 80);
   EXPECT_FALSE(control().marksShown);
-  CommitValue(desk, "100");  // not in force, and an end of the slider all the same
+  CommitValue(desk, "100");  // not active, but still an end of the slider
   EXPECT_EQ(control().position, 0);
   EXPECT_FALSE(control().marksShown);
   CommitValue(desk, "130");
@@ -93,7 +93,7 @@ TEST_F(ParamControlWindow, ADragFollowsTheMapAndIsCentredAtItsEndOnly) {
   DragSlider(desk, 20);
   EXPECT_NEAR(param.value, 60, 1e-9);
   DragSlider(desk, 60);
-  EXPECT_NEAR(param.value, 40, 1e-9);  // still around 50
+  EXPECT_NEAR(param.value, 40, 1e-9);  // still centred on 50
   EXPECT_EQ(control().position, 60);
   EXPECT_EQ(control().baseValue, 50);
   SettleSlider(desk);
@@ -160,7 +160,7 @@ TEST_F(ParamControlWindow, WhatIsTypedTakesEffectWhenTheFieldIsLeft) {
   TypeIntoParamField(desk, ParamField::kMax, "80");
   EXPECT_EQ(Fields().max, "80");
   EXPECT_EQ(param.max, 100);
-  TypeIntoParamField(desk, ParamField::kMin, "20");  // another field: the first one is left
+  TypeIntoParamField(desk, ParamField::kMin, "20");  // typing into another field leaves the first one
   EXPECT_EQ(param.max, 80);
   TypeIntoParamField(desk, ParamField::kValue, "33");
   LeaveParamField(desk);
@@ -174,7 +174,7 @@ TEST_F(ParamControlWindow, WhatIsTypedNeverReachesAnotherParameter) {
   const ModelParam before = Cell(second, 0, G);
   TypeIntoParamField(desk, ParamField::kValue, "33");
   SelectWidth(second);
-  LeaveParamField(desk);  // as a screen does, once the other window has the keys
+  LeaveParamField(desk);  // as on a screen, after the other window became active
   EXPECT_EQ(param.value, 33);
   EXPECT_EQ(Cell(second, 0, G).value, before.value);
 }
@@ -212,7 +212,7 @@ TEST_F(ParamControlWindow, TheSliderFollowsAValueThatOthersHaveChanged) {
   EXPECT_TRUE(Fields().marksShown);
   DragSlider(desk, 20);
   param.value = 100;
-  EXPECT_EQ(Fields().position, 20);  // the thumb stays in the hand
+  EXPECT_EQ(Fields().position, 20);  // the drag continues
 }
 
 TEST_F(ParamControlWindow, AFieldLeftAsItWasIsNoEdit) {
@@ -225,7 +225,7 @@ TEST_F(ParamControlWindow, AFieldLeftAsItWasIsNoEdit) {
 TEST_F(ParamControlWindow, ALowerLimitAboveTheUpperOneStopsThere) {
   CommitMin(desk, "200");
   EXPECT_EQ(param.min, 100);
-  EXPECT_EQ(param.value, 50);  // not in force
+  EXPECT_EQ(param.value, 50);  // the limit is not active
   CommitMin(desk, "10");
   CommitMax(desk, "3");
   EXPECT_EQ(param.max, 10);
@@ -301,7 +301,7 @@ TEST_F(ParamControlWindow, OpensOnceAtItsPlace) {
   DragSlider(desk, 20);
   control().x = 7;
   OpenParamControl(desk);
-  EXPECT_EQ(control().position, 20);  // only brought to the front
+  EXPECT_EQ(control().position, 20);  // it only comes to the front
   EXPECT_EQ(control().x, 7);
   CloseParamControl(desk);
   OpenParamControl(desk);

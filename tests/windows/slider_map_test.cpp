@@ -28,7 +28,7 @@ TEST(SliderMap, RisesFromLimitToLimitWithoutAJump) {
     for (int n = 0; n < 80; ++n) {
       EXPECT_LE(Map(n, base, 0, 100), Map(n + 1, base, 0, 100)) << "base " << base << " step " << n;
     }
-    // Each tail begins where the straight part ends.
+    // Each tail starts at the end of the linear part.
     EXPECT_NEAR(Map(20, base, 0, 100), 0.8 * base, 1e-12);
     EXPECT_LE(Map(19, base, 0, 100), 0.8 * base);
     EXPECT_GE(Map(61, base, 0, 100), Map(60, base, 0, 100));
@@ -39,13 +39,13 @@ TEST(SliderMap, AValueOnALimitOrOutsideSweepsTheWholeRange) {
   for (const double base : {0.0, 100.0, 130.0, -5.0}) {
     EXPECT_EQ(Map(0, base, 0, 100), 0);
     EXPECT_NEAR(Map(80, base, 0, 100), 100, 100 * kRound);
-    // Half way up two of the four decades are done: (100 - 1)/9999 of the range.
+    // The middle of the slider is two of the four decades up: (100 - 1)/9999 of the range.
     EXPECT_NEAR(Map(40, base, 0, 100), 100.0 * 99 / 9999, 100 * kRound);
   }
 }
 
 TEST(SliderMap, CloseBelowTheUpperLimitTheUpperMarkIsTheLimit) {
-  EXPECT_EQ(Map(60, 95, 0, 100), 100);  // 20 % above would be 114
+  EXPECT_EQ(Map(60, 95, 0, 100), 100);  // 20 % above base would be 114
   EXPECT_EQ(Map(65, 95, 0, 100), 100);
   EXPECT_NEAR(Map(40, 95, 0, 100), 95, 95 * kRound);
 }
@@ -54,7 +54,7 @@ TEST(SliderMap, TheLowerTailIsSmoothWhereItsTwoFormsMeet) {
   EXPECT_EQ(H(0), 0);
   EXPECT_NEAR(H(1), 1, 1e-8);
   EXPECT_NEAR(H(std::nextafter(0.3, 0)), H(0.3), 1e-8);
-  // The coefficients are printed to nine places, so slopes agree to about as many.
+  // The coefficients are printed with nine digits, so slopes agree to about nine digits.
   const double h = 1e-5;
   EXPECT_NEAR((H(0.3 - h) - H(0.3 - 2 * h)) / h, (H(0.3 + 2 * h) - H(0.3 + h)) / h, 1e-3);
 }
@@ -72,7 +72,7 @@ TEST(SliderMap, TheUpperTailGoesFromZeroToOne) {
 TEST(SliderMap, TheSlopeAtTheStartOfTheUpperTailIsTheOneAskedFor) {
   for (const double r : {0.005, 0.05, 0.3, 0.7, 0.99}) {
     const double base = SlopeBase(r), t = 1e-7;
-    EXPECT_NEAR(E(base, t) / t, r, 0.0011) << "slope " << r;  // found to 0.001
+    EXPECT_NEAR(E(base, t) / t, r, 0.0011) << "slope " << r;  // the slope is found to 0.001
   }
   EXPECT_EQ(SlopeBase(0), 0);
   EXPECT_EQ(SlopeBase(-1), 0);

@@ -8,7 +8,7 @@
 namespace kalvex {
 namespace {
 
-// The panel of the variational dielectric function in the window of the first model, and the dialog behind "Init".
+// The panel of the variational dielectric function in the window of the first model, and the dialog that "Init" opens.
 class VdfPanels : public OpenWindows {
  protected:
   VdfPanels() : inside(folder.Name()) {
@@ -98,7 +98,7 @@ TEST_F(VdfPanels, AfterCancelTheFitIsToldTooAndTheMeshIsAsItWas) {
   CancelVdfDialog(desk);
   EXPECT_EQ(first.vdf.mesh.size(), 10u);
   EXPECT_EQ(Heard(), (Texts{"fit", "model 1"}));
-  AcceptVdfDialog(desk);  // it is closed
+  AcceptVdfDialog(desk);  // the dialog is already closed
   CancelVdfDialog(desk);
   EXPECT_TRUE(Heard().empty());
 }
@@ -181,7 +181,7 @@ TEST_F(VdfPanels, SavedAndLoadedByItsDialogs) {
   Press(ModelButton::kVdfInit);
   dialog().choice[0] = 2;
   AcceptVdfDialog(desk);
-  EXPECT_EQ(first.vdf.mesh.size(), 20u);  // the file will replace it
+  EXPECT_EQ(first.vdf.mesh.size(), 20u);  // loading the file below replaces this mesh
   Heard();
   chosenFile = "mesh.kvv";
   Press(ModelButton::kVdfLoad);

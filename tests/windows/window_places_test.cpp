@@ -1,4 +1,4 @@
-// Where a window opens first, and how large.
+// The initial position and size of each window.
 #include <gtest/gtest.h>
 
 #include "support/test_platform.h"

@@ -171,7 +171,7 @@ TEST(WindowTexts, OfTheOptionsOfTheFit) {
   EXPECT_STREQ(texts::kInitialLambda, "Inital value of Lambda");
 }
 
-// "title: filter *.pattern; ... | extension", with "saves" for a file to be written.
+// "title: filter *.pattern; ... | extension"; contains "saves" for a file to be written.
 std::string DialogText(const FileQuestion& question) {
   std::string text = std::string(question.title) + ':';
   for (const FileFilter& filter : question.filters) text += std::string(" ") + filter.text + ' ' + filter.pattern + ';';

@@ -15,7 +15,7 @@ EditorField::EditorField(QWidget* window, std::function<CellEditor*()> record,
   setObjectName("editor");
   setFont(SmallFont());
   setTextMargins(0, 0, 0, 0);
-  // The record counts the caret in bytes.
+  // The record counts the caret in bytes, so only ASCII can be typed.
   setValidator(new QRegularExpressionValidator(QRegularExpression("[ -~]*"), this));
   QPalette own = palette();
   own.setColor(QPalette::Base, ScreenColour(kMarked));
@@ -42,7 +42,7 @@ void EditorField::Refresh(const CellEditor& editor, const QRect& place) {
   const QSignalBlocker filling(this);
   ShowText(*this, editor.text);
   if (cursorPosition() != static_cast<int>(editor.caret)) setCursorPosition(static_cast<int>(editor.caret));
-  // Ten digits are longer than most cells: the field grows over its neighbours, not beyond the window.
+  // Ten digits are wider than most cells. The field covers its neighbours, but stays inside the window.
   constexpr int kRoom = 12;
   QRect grown = place;
   grown.setWidth(std::max(place.width(), fontMetrics().horizontalAdvance(text()) + kRoom));

@@ -1,4 +1,4 @@
-// The field in which a person types a parameter's value, laid over the field that shows it.
+// The field in which a person types a parameter's value. It covers the cell that shows the value.
 #pragma once
 
 #include <QLineEdit>
@@ -10,16 +10,16 @@ namespace kalvex {
 
 class EditorField : public QLineEdit {
  public:
-  // record gives the editor that this field fills, null if there is none any more. press is asked first about each key,
-  // and takes it or leaves it to the field.
+  // record returns the editor to show; null if it does not exist any more. press receives each key first and returns
+  // whether it used the key; other keys go to the field.
   EditorField(QWidget* window, std::function<CellEditor*()> record, std::function<bool(const QKeyEvent&)> press);
 
-  // Shows the record over a place of the window, if it is open, and takes the keys; hides otherwise.
+  // Shows the field over `place` and gives it the focus if the editor is open; hides it otherwise.
   void Refresh(const CellEditor& editor, const QRect& place);
 
  protected:
   void keyPressEvent(QKeyEvent*) override;
-  bool focusNextPrevChild(bool) override { return false; }  // Tab is a key of the window
+  bool focusNextPrevChild(bool) override { return false; }  // the window uses Tab
 
  private:
   void TakeTyped();

@@ -16,7 +16,7 @@ class ExpParamsView : public SingleView {
  public:
   explicit ExpParamsView(Keeper& keeper);
 
-  // Shows the parameters as they are now.
+  // Shows the present parameters.
   void Refresh();
 
  protected:
@@ -29,7 +29,7 @@ class ExpParamsView : public SingleView {
  private:
   void LayOut();
   bool Press(const QKeyEvent& event);
-  // The value under the mouse.
+  // The index of the value under the mouse; nothing if there is none.
   std::optional<int> IndexAt(const QMouseEvent& event) const;
 
   std::array<QLabel*, kExpParamCount> labels_;

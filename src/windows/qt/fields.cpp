@@ -87,7 +87,7 @@ std::optional<Key> KeyOf(const QKeyEvent& event) {
 }
 
 std::optional<char> DigitOf(const QKeyEvent& event) {
-  // By the character, not by the key: some keyboards have the digits behind Shift.
+  // Uses the character, not the key: on some keyboards digits need Shift.
   if (IsChord(event) || event.text().size() != 1) return std::nullopt;
   const char letter = event.text().front().toLatin1();
   return letter >= '0' && letter <= '9' ? std::optional(letter) : std::nullopt;

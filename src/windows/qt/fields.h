@@ -1,4 +1,4 @@
-// What the windows of parameters share: their font, buttons, fields that show a value, and how they take keys.
+// Helpers of the windows of parameters: their font, buttons, value fields and keys.
 #pragma once
 
 #include <QColor>
@@ -15,19 +15,19 @@ namespace kalvex {
 
 QColor ScreenColour(Colour colour);
 
-// Widths and heights of these windows are told in pixels, so their letters do not grow beyond what fits.
+// The sizes of these windows are fixed in pixels, so the letters have a fixed size too.
 QFont SmallFont();
-// Parameters of a coupling group have a font of their own.
+// Coupled parameters have a different font.
 QFont FontOf(const ParamCell& cell);
 
-// A button as narrow as its text. It leaves the keys to the window.
+// A button as narrow as its text. It never takes the focus, so keys go to the window.
 QPushButton* SmallButton(const char* text, const char* objectName);
 
-// A field that shows a parameter. Text and ground come together, so that any theme leaves them readable.
+// A field for a parameter's value. Text and background colours are set together, so that every theme is readable.
 QLabel* ValueField(const char* objectName);
 void ShowCell(QLabel& field, const ParamCell& cell);
 
-// The key, if it is one of those that windows take; the digit, if it is one. With Ctrl or Alt they mean something else.
+// The key, if windows use it; the digit, if the key is one. Nothing together with Ctrl or Alt.
 std::optional<Key> KeyOf(const QKeyEvent& event);
 std::optional<char> DigitOf(const QKeyEvent& event);
 

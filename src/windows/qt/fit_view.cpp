@@ -157,7 +157,7 @@ void FitView::ShowFold() {
   ShowText(*fold_, window.foldButton);
   if (details_->isHidden() != IsFolded(window)) {
     details_->setVisible(!IsFolded(window));
-    layout()->activate();  // else the window is held to the height that it needed before
+    layout()->activate();  // otherwise the window keeps its previous minimum height
   }
   if (height() != window.height) resize(width(), window.height);
 }

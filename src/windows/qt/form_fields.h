@@ -1,4 +1,4 @@
-// The controls of a dialog that edit a record: each shows its member and writes it.
+// The controls of a dialog that edits a record: each shows one member and writes it.
 #pragma once
 
 #include <QCheckBox>
@@ -14,13 +14,13 @@ namespace kalvex {
 
 class FormFields {
  public:
-  // changed: called after each edit.
+  // changed: is called after each edit.
   explicit FormFields(std::function<void()> changed) : changed_(std::move(changed)) {}
 
-  // The members must outlive the controls; whoever puts them into a layout owns the controls.
+  // The members must outlive the controls. The widget whose layout receives a control owns it.
   QLineEdit* Text(const QString& name, std::string& text);
   QCheckBox* Tick(const QString& name, const char* words, bool& ticked);
-  // One of several that stand in the same parent.
+  // One radio button of a group with the same parent.
   template <class Choice>
   QRadioButton* Radio(const QString& name, const char* words, Choice& choice, Choice value) {
     auto* const button = new QRadioButton(words);
@@ -35,7 +35,7 @@ class FormFields {
     return button;
   }
 
-  // All controls show their members.
+  // Shows the present members in all controls.
   void Refresh() const;
 
  private:

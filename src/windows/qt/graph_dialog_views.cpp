@@ -21,7 +21,7 @@ std::array<const char*, kQuantityCount> QuantityWords() {
   return words;
 }
 
-// A tick that differs among the curves is in the third state, from which the user can only leave it.
+// A value that differs among the curves is shown as the third state. The user cannot choose that state.
 void ShowLookTick(QCheckBox& box, const std::optional<bool>& value, bool any) {
   box.setTristate(any && !value);
   const Qt::CheckState state =
@@ -40,7 +40,7 @@ std::vector<ShownRow> RowsOf(const std::vector<ListedCurve>& list, const Session
 
 }  // namespace
 
-// ---- properties
+// ---- the dialog "Graph properties"
 
 PropertiesView::PropertiesView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "properties",
@@ -83,7 +83,7 @@ void PropertiesView::Refresh(bool open) {
   ShowOpen(open);
 }
 
-// ---- contents
+// ---- the dialog "Graph contents"
 
 ContentsView::ContentsView(Keeper& keeper, QWidget& owner)
     : ModalView(keeper, owner, "contents",

@@ -41,14 +41,14 @@ class ContentsView : public ModalView {
   QCheckBox* LookTick(const char* name, const char* words, std::optional<bool> CurveLook::*field);
   QComboBox* LookChoice(const char* name, std::optional<int> CurveLook::*field);
   QLineEdit* LookNumber(const char* name, std::string CurveLook::*field);
-  // Changes the group's look by what a person has done in one of its controls.
+  // Changes the look of the selected curves after an action in one of its controls.
   void EditLook(const std::function<void(CurveLook&)>& edit);
   void Offer();
   void ShowLists();
   void ShowLook();
 
   GraphContents& record_;
-  std::vector<std::function<void()>> filters_;  // show the ticks
+  std::vector<std::function<void()>> filters_;  // update the check boxes of the filters
   QTreeWidget* available_;
   QTreeWidget* chosen_;
   QComboBox* color_;

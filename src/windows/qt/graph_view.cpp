@@ -12,7 +12,7 @@
 namespace kalvex {
 namespace {
 
-// The pixel of the graph under the mouse, which a screen of finer pixels places between them.
+// The pixel of the graph under the mouse. On a screen with a higher resolution the mouse may lie between pixels.
 QPoint PixelAt(const QMouseEvent& event) {
   return {static_cast<int>(std::floor(event.position().x())), static_cast<int>(std::floor(event.position().y()))};
 }
@@ -56,7 +56,7 @@ void GraphView::Refresh() {
   ShowDialogs();
   const Graph* const of = graph();
   if (!of) return hide();
-  // A macro has moved the window or changed its size.
+  // A macro may have moved the window or changed its size.
   if (of->Width != width() || of->Height != height()) resize(of->Width, of->Height);
   const GraphWindow& place = keeper_.desk().graphs[number_];
   if (pos() != QPoint(place.x, place.y)) move(place.x, place.y);
@@ -74,7 +74,7 @@ void GraphView::Refresh() {
 }
 
 void GraphView::paintEvent(QPaintEvent*) {
-  // The window has come to a screen of other pixels.
+  // The window was moved to a screen with another resolution.
   if (picture_.devicePixelRatio() != devicePixelRatioF()) Refresh();
   QPainter painter(this);
   painter.drawImage(QPoint(0, 0), picture_);
@@ -93,7 +93,7 @@ void GraphView::moveEvent(QMoveEvent*) {
 }
 
 void GraphView::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the window goes with its record
+  event->ignore();  // the window is deleted together with its record
   if (const Graph* const of = graph()) CloseGraphWindow(keeper_.desk(), *of);
   keeper_.Reconcile();
 }

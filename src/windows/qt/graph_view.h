@@ -1,4 +1,4 @@
-// The window of a graph: its picture, which follows by comparison, and its mouse and keys.
+// The window of a graph: its picture, which repaints only changed pixels, and its mouse and keys.
 #pragma once
 
 #include <QImage>
@@ -16,7 +16,7 @@ class GraphView : public QWidget {
  public:
   GraphView(Keeper& keeper, std::uint32_t number);
 
-  // Shows the graph as it is now.
+  // Shows the present state of the graph.
   void Refresh();
   const QImage& picture() const { return picture_; }
 

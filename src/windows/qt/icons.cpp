@@ -12,7 +12,7 @@ constexpr int kSide = 24;
 struct Inks {
   QColor line, red, blue;
 };
-// For paper and other light ground, and for dark ground.
+// Colours for a light background, and for a dark background.
 const Inks kDark = {{60, 70, 85}, {205, 60, 50}, {50, 105, 190}};
 const Inks kLight = {{205, 212, 222}, {245, 125, 110}, {115, 170, 245}};
 const QColor kPaper(250, 250, 247);
@@ -76,19 +76,19 @@ void Circle(QPainter& painter, const Inks& inks, bool whole) {
 
 void Draw(QPainter& painter, const Inks& inks, int number) {
   switch (number) {
-    case 1:  // a model: its table
+    case 1:  // model: a table
       Sheet(painter);
       Lines(painter, 3);
       return;
-    case 2:  // a graph
+    case 2:  // graph
       Sheet(painter);
       Axes(painter, kDark);
       return Stroke(painter, Curve(12, 12, 2.6), kDark.red);
-    case 3:  // the fit: points and a curve
+    case 3:  // fit: points and a curve
       Axes(painter, inks);
       Points(painter, inks);
       return Stroke(painter, Curve(11, 12, 3), inks.red);
-    case 4: {  // the parameter control: a slider
+    case 4: {  // parameter control: a slider
       painter.setPen(QPen(inks.line, 2));
       painter.drawLine(QPointF(12, 3), QPointF(12, 21));
       painter.setPen(QPen(inks.line, 1));
@@ -100,7 +100,7 @@ void Draw(QPainter& painter, const Inks& inks, int number) {
     case 5:  // datasets: a list of points
       Sheet(painter);
       return Points(painter, kDark);
-    case 6: {  // the experiment: a beam on a surface
+    case 6: {  // experimental parameters: a beam on a surface
       QPainterPath beam;
       beam.moveTo(4, 4);
       beam.lineTo(12, 17);
@@ -110,15 +110,15 @@ void Draw(QPainter& painter, const Inks& inks, int number) {
       painter.drawLine(QPointF(3, 19), QPointF(21, 19));
       return;
     }
-    case 7:  // once
+    case 7:  // update the screen now
       return Circle(painter, inks, false);
-    case 8: {  // always
+    case 8: {  // auto screen update
       Circle(painter, inks, true);
       painter.setBrush(inks.red);
       painter.drawEllipse(QPointF(12, 12), 2.5, 2.5);
       return;
     }
-    case 9: {  // the reader: a cross on a curve
+    case 9: {  // graph reader: a cross on a curve
       Stroke(painter, Curve(12, 12, 3), inks.red);
       painter.setPen(QPen(inks.line, 1, Qt::DashLine));
       painter.drawLine(QPointF(15, 3), QPointF(15, 21));

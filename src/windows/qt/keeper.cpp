@@ -28,7 +28,7 @@ Keeper::Keeper(Desk& desk) : desk_(desk), main_(std::make_unique<MainView>(*this
 }
 
 Keeper::~Keeper() {
-  reconciling_ = true;  // windows that go send events to others
+  reconciling_ = true;  // deleted windows send events to others
   for (const QPointer<QWidget>& view : retired_) delete view.data();
 }
 
@@ -102,7 +102,7 @@ void Keeper::ReconcileAll() {
 }
 
 void Keeper::Reconcile() {
-  // Showing a widget may send it events, whose handlers change records and come here again.
+  // Showing a widget may send it events. Their handlers change records and call this function again.
   asked_ = true;
   if (reconciling_) return;
   reconciling_ = true;
@@ -117,8 +117,8 @@ void Keeper::Reconcile() {
 }
 
 void Keeper::ReconcileNowAndThen() {
-  constexpr qint64 kPause = 15;  // ms, about a picture of the screen
-  // A run that has begun shows at once how it can be stopped.
+  constexpr qint64 kPause = 15;  // ms, about one frame of the screen
+  // The button that stops a run must appear at once.
   if (sinceLast_.elapsed() >= kPause || runShown_ != session().Fit().FitRunning) Reconcile();
 }
 

@@ -1,6 +1,15 @@
-// Keeper: makes the screen show what the desk and the session say. Windows exist as records first; after each action,
-// and whenever events are pumped, Reconcile opens, closes and refreshes the widgets that show them. A widget holds no
-// rule: its handlers call a window's functions and then Reconcile.
+// The windows on a screen, built with Qt. Widgets only show the records of src/windows and call their functions. This
+// folder stands on floor 10, beside the program.
+//
+// Keeper updates all widgets to match the desk and the session. Windows exist as records first. After each action, and
+// whenever events are processed, Reconcile opens, closes and refreshes the widgets of all records. Read in this order:
+//
+//   keeper.h          the list of all widgets, and Reconcile
+//   layer.cpp         the start of the windows; qt_platform.h: message boxes, dialogs, events
+//   show.h            updating single widgets; single_view.h: windows that exist once, and modal dialogs
+//   fields.h, form_fields.h, editor_field.h   fields for parameters and for dialogs
+//   *_view.h          the widgets of each window and dialog
+//   qt_canvas.h       drawing a graph
 #pragma once
 
 #include <QElapsedTimer>
@@ -32,12 +41,12 @@ class Keeper {
   Desk& desk() { return desk_; }
   Session& session() { return desk_.session; }
 
-  // Ctrl+Z and Ctrl+Shift+Z of a window: a step back, and forward. A field that is being typed into has them for
-  // itself.
+  // Installs Ctrl+Z and Ctrl+Shift+Z in a window: undo and redo of the session. A field that is being edited uses these
+  // keys itself.
   void TakeStepKeys(QWidget& window);
 
   void Reconcile();
-  // The same, unless it was done a moment ago: for long operations, which ask often.
+  // Reconcile, but at most once every 15 ms. For long operations, which call it often.
   void ReconcileNowAndThen();
   bool IsReconciling() const { return reconciling_; }
 
@@ -49,17 +58,17 @@ class Keeper {
   void ReconcileAll();
   void ReconcileGraphs();
   void ReconcileModels();
-  // A window of which there is one: made when it is first opened.
+  // Updates a window of which there is only one. The widget is made when the window first opens.
   template <class View>
   void ReconcileSingle(std::unique_ptr<View>& view, bool open);
   template <class View, class IsGone>
   void RetireIf(std::map<std::uint32_t, std::unique_ptr<View>>& views, IsGone isGone);
-  // Takes a window off the screen. It is deleted later, since it may be its own handler that is at work.
+  // Hides a window and deletes it later, because one of its own handlers may be running.
   void Retire(QWidget* view);
 
   Desk& desk_;
   bool reconciling_ = false;
-  bool asked_ = false;  // since the last pass over the windows began
+  bool asked_ = false;  // Reconcile was called since the present pass began
   bool runShown_ = false;
   QElapsedTimer sinceLast_;
   std::unique_ptr<MainView> main_;

@@ -15,10 +15,10 @@
 namespace kalvex {
 namespace {
 
-// Who names a kind of screen to the toolkit knows that there is one.
+// If the user has set the kind of screen for the toolkit, there is one.
 bool IsKindNamed() { return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"); }
 
-// The toolkit ends the process where it finds no screen, so this looks before.
+// The toolkit ends the process if it finds no screen, so the program checks first.
 bool ScreenAnswers() {
   if (IsKindNamed()) return true;
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
@@ -27,8 +27,8 @@ bool ScreenAnswers() {
   return answers;
 }
 
-// The toolkit ends the process, too, where its part for this kind of screen is not installed or cannot be loaded.
-// Gives what is missing, nothing if the part works.
+// The toolkit also ends the process if its plug-in for this kind of screen is not installed or cannot be loaded.
+// Returns the reason; empty if the plug-in works.
 QString MissingForTheScreen() {
   if (IsKindNamed()) return {};
   const QString part = "platforms/libqxcb.so";
@@ -69,7 +69,7 @@ int Run(Desk& desk, const char* macroFile) {
 }  // namespace
 }  // namespace kalvex
 
-constexpr int kGraphPicture = 2;  // a sheet of its own, seen on any ground
+constexpr int kGraphPicture = 2;  // this icon is visible on any background
 
 int KalvexRunWindows(kalvex::Desk& desk, const char* macroFile, int argc, char** argv, std::string& fault) {
   if (!kalvex::ScreenAnswers()) return -1;
@@ -78,7 +78,7 @@ int KalvexRunWindows(kalvex::Desk& desk, const char* macroFile, int argc, char**
     return -1;
   }
   QApplication application(argc, argv);
-  // Numbers in files and on the screen have a point everywhere; the toolkit has set the user's locale.
+  // Numbers in files and on the screen have a decimal point in every locale. The toolkit has set the user's locale.
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
   QApplication::setWindowIcon(kalvex::ToolIcon(kGraphPicture, Qt::white));

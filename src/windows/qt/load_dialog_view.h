@@ -19,7 +19,7 @@ class LoadDialogView : public ModalView {
   QWidget* MatchGroup();
   QWidget* YGroup();
   QWidget* YErrGroup();
-  // A path with its button, which answer together.
+  // A path with its button; both are enabled together.
   QWidget* FileRow(const char* name, std::string& path, LoadFile which);
 
   LoadDialog& record_;

@@ -27,7 +27,7 @@ MainView::MainView(Keeper& keeper) : keeper_(keeper) {
     if (!menu) menu = menuBar()->addMenu(item.menu);
     AddCommand(menu->addAction(item.item), item.command);
   }
-  setContextMenuPolicy(Qt::PreventContextMenu);  // which would offer to hide the toolbar for good
+  setContextMenuPolicy(Qt::PreventContextMenu);  // its menu could hide the toolbar permanently
   bar_ = addToolBar(texts::kMainTitle);
   bar_->setMovable(false);
   for (const texts::ToolButtonText& button : texts::kToolButtons) {
@@ -62,7 +62,7 @@ QAction* MainView::actionOf(int command) const {
   return found == actions_.end() ? nullptr : found->second;
 }
 
-// The box has no event loop of its own: a run of the fit goes on behind it.
+// The box has no event loop of its own, so a run of the fit continues while it is open.
 void MainView::ShowAbout() {
   const bool open = keeper_.desk().mainWindow.about;
   if (!open || about_) return;
@@ -82,7 +82,7 @@ QRect MainView::PlaceInRecord() const {
 
 void MainView::NotePlace() {
   MainWindow& record = keeper_.desk().mainWindow;
-  // A macro has moved it, and the screen has yet to follow, or is about to.
+  // A macro has moved the window, but the screen has not followed yet.
   if (PlaceInRecord() != placed_ || keeper_.IsReconciling()) return;
   record.x = x();
   record.y = y();
@@ -105,7 +105,7 @@ void MainView::FollowRecord() {
     move(*asked_);
     resize(placed_.size());
   }
-  // A window that has not yet got its frame is moved without it, and the frame then stands above the place asked for.
+  // A window without its frame is positioned without it, so the frame would lie above the requested position.
   if (!asked_ || windowHandle()->frameMargins().isNull()) return;
   move(*std::exchange(asked_, std::nullopt));
 }
@@ -120,7 +120,7 @@ void MainView::Refresh() {
     if (action->isCheckable()) action->setChecked(CommandIsOn(session, static_cast<MainCommand>(command)));
   }
   ShowAbout();
-  // Nothing is asked: no other window can refuse to close.
+  // Exits without a question; no other window can refuse to close.
   if (record.quit) QCoreApplication::exit();
 }
 

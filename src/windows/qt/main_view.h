@@ -17,7 +17,7 @@ class MainView : public QMainWindow {
  public:
   explicit MainView(Keeper& keeper);
   void Refresh();
-  // The button or entry of a command; null if there is none.
+  // The button or menu entry of a command; null if there is none.
   QAction* actionOf(int command) const;
 
  protected:
@@ -28,20 +28,20 @@ class MainView : public QMainWindow {
 
  private:
   void AddCommand(QAction* action, int command);
-  // In colours that are seen on the ground of the toolbar.
+  // Draws the icons in colours that are visible on the toolbar.
   void DrawIcons();
   void ShowAbout();
   QRect PlaceInRecord() const;
   void FollowRecord();
-  // The record follows the user's hand.
+  // Stores the position to which the user has moved the window.
   void NotePlace();
 
   Keeper& keeper_;
   QToolBar* bar_ = nullptr;
   std::multimap<int, QAction*> actions_;
   QPointer<QMessageBox> about_;
-  std::optional<QPoint> asked_;  // where a macro wants the window, until that is sure
-  QRect placed_;                 // by the record as it was last followed; the system chooses the first place
+  std::optional<QPoint> asked_;  // the position set by a macro, until the window is there
+  QRect placed_;                 // the last position taken from the record; the system chooses the first one
 };
 
 }  // namespace kalvex

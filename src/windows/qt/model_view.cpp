@@ -89,7 +89,7 @@ void ModelView::Refresh() {
   RefreshEditor();
 }
 
-// A macro has moved the window or changed its size.
+// A macro may have moved the window or changed its size.
 void ModelView::ShowPlace(const ModelWindow& record) {
   resize(record.width, record.height);
   if (pos() != QPoint(record.x, record.y)) move(record.x, record.y);
@@ -137,7 +137,7 @@ void ModelView::keyPressEvent(QKeyEvent* event) {
   if (!Press(*event)) QWidget::keyPressEvent(event);
 }
 
-// The field of the leading parameter lets the mouse through to the window.
+// The field of the leading parameter passes mouse events to the window.
 bool ModelView::IsOnEpsInf(const QMouseEvent& event) const {
   return epsInf_->rect().contains(epsInf_->mapFrom(this, event.position().toPoint()));
 }
@@ -156,7 +156,7 @@ void ModelView::mouseDoubleClickEvent(QMouseEvent* event) {
   shown_.Do([&](Desk& desk, const Model& model) { DoublePressModelField(desk, model, {true}); });
 }
 
-// The record follows the window, which the user has moved or made larger.
+// Stores the position and size that the user has given the window.
 void ModelView::NotePlace() {
   if (!shown_.Get() || shown_.keeper.IsReconciling()) return;
   ModelWindow& record = shown_.Window();
@@ -174,7 +174,7 @@ void ModelView::resizeEvent(QResizeEvent*) {
 }
 
 void ModelView::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the window goes with its record
+  event->ignore();  // the window is deleted together with its record
   shown_.Do([](Desk& desk, const Model& model) { CloseModelWindow(desk, model); });
 }
 

@@ -21,7 +21,7 @@ class ModelView : public QWidget {
  public:
   ModelView(Keeper& keeper, std::uint32_t number);
 
-  // Shows the model as it is now.
+  // Shows the present state of the model.
   void Refresh();
 
  protected:

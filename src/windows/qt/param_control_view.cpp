@@ -50,7 +50,7 @@ ParamControlView::ParamControlView(Keeper& keeper)
 }
 
 ParamControlView::~ParamControlView() {
-  // A field that loses the focus while it is taken down commits nothing.
+  // A field that loses the focus while it is being deleted must not commit its text.
   for (QLineEdit* const field : {value_, min_, max_}) field->disconnect();
 }
 
@@ -72,7 +72,7 @@ QWidget* ParamControlView::MakeSlider() {
     keeper_.Reconcile();
   };
   QObject::connect(slider_, &QSlider::sliderReleased, this, settle);
-  // Keys, the wheel and the groove only centre it.
+  // Keys, the wheel and clicks beside the thumb only centre the slider.
   QObject::connect(slider_, &QSlider::actionTriggered, this, [this, settle] {
     if (!slider_->isSliderDown()) settle();
   });
@@ -86,7 +86,7 @@ QWidget* ParamControlView::MakeSlider() {
   return both;
 }
 
-// The labels stand at equal distances, as the ticks do.
+// The labels have equal distances, like the ticks.
 QLayout* ParamControlView::MakeMarks() {
   auto* const labels = new QVBoxLayout;
   upperMark_ = MarkLabel(texts::kUpperMark, "upperMark");
@@ -113,7 +113,7 @@ QLineEdit* ParamControlView::MakeField(const char* objectName, ParamField which)
   });
   QObject::connect(field, &QLineEdit::returnPressed, field, &QWidget::clearFocus);
   QObject::connect(field, &QLineEdit::editingFinished, this, [this, field] {
-    if (field->hasFocus()) return;  // Enter comes here first, and lets the focus go after
+    if (field->hasFocus()) return;  // Enter calls this first and removes the focus afterwards
     LeaveParamField(keeper_.desk());
     keeper_.Reconcile();
   });

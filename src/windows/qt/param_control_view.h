@@ -17,7 +17,7 @@ class ParamControlView : public SingleView {
   explicit ParamControlView(Keeper& keeper);
   ~ParamControlView() override;
 
-  // Shows the selected parameter as it is now.
+  // Shows the present state of the selected parameter.
   void Refresh();
 
  private:

@@ -8,7 +8,7 @@ namespace {
 
 QColor ColorOf(std::uint32_t rgb) { return QColor::fromRgb(rgb | 0xFF000000u); }
 
-// A font of the widths that the layout counts with, where the system has one.
+// A font with the widths that the layout assumes, if the system has one.
 QFont FontOf(const Font& font) {
   constexpr double kSerifLine = 1.107, kSansLine = 1.117;  // line height over em
   const bool serif = font.face == Face::kSerif;

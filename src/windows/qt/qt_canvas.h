@@ -8,7 +8,7 @@
 
 namespace kalvex {
 
-// Draws into the image for as long as it lives. Distances are those of the image divided by its device pixel ratio.
+// Draws into the image during its lifetime. Coordinates are pixels of the image divided by its device pixel ratio.
 class QtCanvas : public Canvas {
  public:
   explicit QtCanvas(QImage& image);

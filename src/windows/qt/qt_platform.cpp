@@ -22,7 +22,7 @@ namespace {
 
 QString Text(std::string_view utf8) { return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())); }
 
-// A name that is typed without an extension gets the usual one, unless a file has just that name.
+// A file name without extension gets the default one, unless a file with exactly that name exists.
 class FileDialog : public QFileDialog {
  public:
   FileDialog(QWidget* owner, const FileQuestion& question, const std::string& folder)
@@ -33,7 +33,7 @@ class FileDialog : public QFileDialog {
     setFileMode(question.forSaving ? AnyFile : ExistingFile);
     QStringList rows;
     for (const FileFilter& filter : question.filters) {
-      // What the row says, then, not shown, the pattern in both cases of letters.
+      // The description of the filter, then its pattern in lower and upper case, which is not shown.
       const QString pattern = filter.pattern;
       rows << QString(filter.text) + '(' + (pattern == "*.*" ? "*" : pattern + ' ' + pattern.toUpper()) + ')';
     }
@@ -64,7 +64,7 @@ void QtPlatform::PumpEvents() {
   QCoreApplication::processEvents();
 }
 
-// The windows stay alive while a macro waits.
+// The windows keep working while a macro waits.
 void QtPlatform::Sleep(int milliseconds) {
   keeper_.Reconcile();
   QElapsedTimer timer;
@@ -102,7 +102,7 @@ SuspendAnswer QtPlatform::AskSuspend() {
   dialog.move(record.placed ? QPoint(record.x, record.y) : centred);
   dialog.show();
   while (record.open && !keeper_.desk().mainWindow.quit) {
-    if (!dialog.isVisible()) PressContinue(record);  // the cross of the window
+    if (!dialog.isVisible()) PressContinue(record);  // closed by the cross of the window
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
   PlaceSuspendDialog(record, dialog.x(), dialog.y());
@@ -119,7 +119,7 @@ std::string QtPlatform::ProgramFolder() {
   return QFile::encodeName(QCoreApplication::applicationDirPath() + '/').toStdString();
 }
 
-// The toolkit would say on standard error that the system has nothing to open it with.
+// If no program can open the document, the toolkit would print a message on standard error.
 void QtPlatform::OpenDocument(const std::string& path) {
   const QString file = QFile::decodeName(path.c_str());
   if (!QFile::exists(file)) return;

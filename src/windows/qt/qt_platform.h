@@ -1,4 +1,4 @@
-// The platform of a program with windows.
+// The platform for a program with windows.
 #pragma once
 
 #include "core/platform.h"
@@ -7,7 +7,8 @@ namespace kalvex {
 
 class Keeper;
 
-// Message boxes and dialogs belong to the main window, and events reach the windows. The clock is that of the machine.
+// Message boxes and dialogs are children of the main window. Waiting processes the events of the windows. The clock is
+// that of the machine.
 class QtPlatform : public HeadlessPlatform {
  public:
   explicit QtPlatform(Keeper& keeper) : keeper_(keeper) {}

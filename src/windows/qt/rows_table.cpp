@@ -16,7 +16,7 @@ constexpr int kColumnCount = static_cast<int>(texts::kModelColumns.size());
 
 std::vector<ParamCell> ShownCells(const Model& model, const ModelWindow& window) {
   std::vector<ParamCell> cells;
-  // One line more than fits: the last one may be shown in part.
+  // One line more than visibleRows, because the last line may be partly visible.
   for (int line = 0; line <= window.visibleRows; ++line) {
     for (int column = 0; column < kColumnCount; ++column) cells.push_back(CellOfLine(model, window, line, column));
   }
@@ -59,7 +59,7 @@ void RowsModel::Refresh(const Model& model) {
 ParamCell RowsModel::CellAt(const QModelIndex& index) const {
   const int line = index.row() - top_, lines = static_cast<int>(cells_.size()) / kColumnCount;
   if (line >= 0 && line < lines) return cells_[static_cast<std::size_t>(line * kColumnCount + index.column())];
-  // Scrolled into view, and painted before the refresh.
+  // The cell is scrolled into view and painted before the refresh.
   const Model* const model = shown_.Get();
   if (!model) return {};
   return CellOfLine(*model, shown_.Window(), index.row() - shown_.Window().topRow, index.column());
@@ -121,7 +121,7 @@ void RowsTable::SetUpHeaders() {
   heads->setHighlightSections(false);
   heads->setSectionsClickable(true);
   heads->setFocusPolicy(Qt::NoFocus);
-  // The table's own answer to a double click measures otherwise.
+  // Replaces the table's own reaction to a double click, which measures differently.
   QObject::disconnect(heads, &QHeaderView::sectionHandleDoubleClicked, this, nullptr);
   QObject::connect(heads, &QHeaderView::sectionClicked, this, [shown = shown_](int column) {
     shown.Do([column](Desk& desk, const Model& model) { PressModelHeader(desk, model, column); });
@@ -137,7 +137,7 @@ void RowsTable::SetUpHeaders() {
 }
 
 int RowsTable::TextWidth(const ParamCell& cell) const {
-  // A cell has a margin on either side, and the grid takes a pixel.
+  // A cell has a margin on both sides, and the grid takes one pixel.
   const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
   return QFontMetrics(FontOf(cell)).horizontalAdvance(QtText(cell.text)) + 2 * margin + 1;
 }
@@ -197,7 +197,7 @@ void RowsTable::resizeEvent(QResizeEvent* event) {
   const Model* const model = shown_.Get();
   if (!model) return;
   SetVisibleRows(*model, shown_.Window(), viewport()->height() / verticalHeader()->defaultSectionSize());
-  // Only the table: this comes before the window's own event, by which the record learns the new size.
+  // Refreshes only the table, because this runs before the window's own resize event stores the new size in the record.
   Refresh(*model);
 }
 

@@ -1,5 +1,5 @@
-// The table of a model's window: the rows of the model, scrolled as its record says. It has no cursor and no keys of
-// its own; the record has both.
+// The table of a model's window: the rows of the model, scrolled to the position in the record. Cursor and keys are
+// handled by the window.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -10,12 +10,12 @@
 
 namespace kalvex {
 
-// What the table shows, as it was when it was last refreshed.
+// A copy of the table's contents at the last refresh.
 class RowsModel : public QAbstractTableModel {
  public:
   RowsModel(ShownModel shown, QObject* parent);
 
-  // Tells the view what has changed.
+  // Notifies the view of what has changed.
   void Refresh(const Model& model);
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -38,7 +38,7 @@ class RowsTable : public QTableView {
   explicit RowsTable(ShownModel shown);
 
   void Refresh(const Model& model);
-  // Of a cell in the coordinates of the viewport.
+  // Rectangle of a cell in viewport coordinates.
   QRect CellRect(int row, int column) const;
 
  protected:

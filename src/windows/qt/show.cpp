@@ -88,12 +88,12 @@ QIcon ColorSpot(std::uint32_t rgb) {
   const qreal ratio = qApp->devicePixelRatio();
   QPixmap pixmap(QSize(kSide, kSide) * ratio);
   pixmap.setDevicePixelRatio(ratio);
-  pixmap.fill(Qt::gray);  // its edge, so that white and black are seen on any ground
+  pixmap.fill(Qt::gray);  // a grey edge keeps white and black visible on any background
   QPainter painter(&pixmap);
   painter.fillRect(1, 1, kSide - 2, kSide - 2, QColor::fromRgb(rgb | 0xFF000000u));
   painter.end();
   QIcon icon(pixmap);
-  icon.addPixmap(pixmap, QIcon::Selected);  // not mixed with the colour of the selection
+  icon.addPixmap(pixmap, QIcon::Selected);  // keeps the colour in selected rows
   return icon;
 }
 

@@ -1,5 +1,4 @@
-// Bringing widgets to what records say. Only what differs from what is shown changes, so that nothing flickers, and
-// nothing that a person is typing is lost.
+// Updates widgets to show the records. Only differences are written, so nothing flickers and typed text is kept.
 #pragma once
 
 #include <QAbstractButton>
@@ -24,19 +23,19 @@ void ShowText(QAbstractButton& button, std::string_view text);
 void ShowText(QGroupBox& group, std::string_view title);
 void ShowTick(QAbstractButton& button, bool ticked);
 
-// A row of a list: the texts of its columns with a tab between them, and a spot of a colour (0xRRGGBB) before them.
+// A row of a list: the texts of its columns separated by tabs, and a square of a colour (0xRRGGBB) in front of them.
 struct ShownRow {
   std::string text;
   bool selected = false;
   std::optional<std::uint32_t> spot{};
 };
-// The list keeps its signals to itself meanwhile.
+// Replaces the rows. The list sends no signals meanwhile.
 void ShowRows(QTreeWidget& list, const std::vector<ShownRow>& rows);
-// A list without branches, of which several rows can be selected. Without heads it has one column.
+// A list without tree branches; several rows can be selected. Without heads it has one column.
 QTreeWidget* NewList(const char* name, const QStringList& heads = {});
 bool IsRowSelected(const QTreeWidget& list, std::size_t row);
 
-// A square of a colour.
+// A square of one colour.
 QIcon ColorSpot(std::uint32_t rgb);
 
 }  // namespace kalvex

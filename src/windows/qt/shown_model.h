@@ -1,4 +1,4 @@
-// A model as its widgets know it.
+// The model that a widget shows.
 #pragma once
 
 #include "windows/model_window.h"
@@ -7,17 +7,17 @@
 
 namespace kalvex {
 
-// By its number, since it may be gone when an event arrives.
+// Identified by its number, because the model may be closed when an event arrives.
 struct ShownModel {
   Keeper& keeper;
   std::uint32_t number;
 
   const Model* Get() const { return keeper.session().FindModel(number); }
   ModelWindow& Window() const { return keeper.desk().models[number]; }
-  // Does something to the model, if it is still there, and lets the screen follow.
+  // Calls a function with the model if it still exists, and updates the screen.
   template <class Deed>
   void Do(Deed deed) const {
-    Keeper& whose = keeper;  // the widget that this belongs to may go meanwhile
+    Keeper& whose = keeper;  // the widget that owns this may be deleted meanwhile
     if (const Model* const model = Get()) deed(whose.desk(), *model);
     whose.Reconcile();
   }

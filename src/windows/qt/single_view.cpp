@@ -40,7 +40,7 @@ void SingleView::resizeEvent(QResizeEvent*) {
 }
 
 void SingleView::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the record says whether it is shown
+  event->ignore();  // the record decides whether the window is shown
   close_();
   keeper_.Reconcile();
 }

@@ -1,5 +1,5 @@
-// Windows of which there is one: made when they are first opened, hidden while their record is closed. So none is ever
-// deleted by what its own button does.
+// Windows that exist once. They are made when first opened and hidden while their record is closed, so no handler of a
+// button deletes its own window.
 #pragma once
 
 #include <QDialog>
@@ -11,24 +11,24 @@ namespace kalvex {
 
 class Keeper;
 
-// Members of a window's record.
+// Pointers to members of a window's record.
 struct WindowPlace {
   const bool& open;
   int& x;
   int& y;
   bool& wantsFront;
-  int* width = nullptr;  // null for a window that finds its size by itself
+  int* width = nullptr;  // null for a window that computes its own size
   int* height = nullptr;
 };
 
-// A window of its own. It lies where its record says, as large as that says, and the record follows the user's hand.
+// A separate window with the position and size of its record. When the user moves it, the record is updated.
 class SingleView : public QWidget {
  public:
-  // close: what the cross of the window does to the record.
+  // close: the action of the window's cross on the record.
   SingleView(Keeper& keeper, const char* name, WindowPlace place, std::function<void()> close);
 
  protected:
-  // Opens, moves, sizes, brings to the front or hides the window. Gives whether it is open.
+  // Opens, moves, resizes, raises or hides the window. Returns whether it is open.
   bool ShowPlace();
   void moveEvent(QMoveEvent*) override;
   void resizeEvent(QResizeEvent*) override;
@@ -41,21 +41,21 @@ class SingleView : public QWidget {
   std::function<void()> close_;
 };
 
-// What the buttons of a dialog do to its record. "Enter" presses "OK"; Esc and the cross are "Cancel".
+// The actions of a dialog's buttons on its record. "Enter" presses "OK"; Esc and the cross press "Cancel".
 struct ModalActions {
   std::function<void()> ok;
   std::function<void()> cancel;
-  std::function<void()> apply{};  // none: there is no such button
+  std::function<void()> apply{};  // empty: there is no such button
 };
 
-// A modal dialog over its owner; all other windows answer meanwhile.
+// A modal dialog over its owner. All other windows stay usable.
 class ModalView : public QDialog {
  public:
   ModalView(Keeper& keeper, QWidget& owner, const char* name, ModalActions actions);
 
  protected:
   void ShowOpen(bool open);
-  // The buttons at the foot, named as the dialog with "Ok", "Cancel" and "Apply".
+  // The row of buttons, with object names made of the dialog's name and "Ok", "Cancel", "Apply".
   QLayout* ButtonRow(const char* ok, const char* cancel);
   void accept() override;
   void reject() override;

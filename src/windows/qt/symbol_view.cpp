@@ -7,8 +7,8 @@
 namespace kalvex {
 namespace {
 
-constexpr int kMagnified = 2;  // a pixel of the graph
-constexpr int kSide = 2 * 21;  // the largest symbol, and room around it
+constexpr int kMagnified = 2;  // size of a pixel of the graph
+constexpr int kSide = 2 * 21;  // the largest symbol and a margin
 
 Curve CurveOf(const CurveLook& look) {
   constexpr int kBlackRow = 1;
@@ -26,7 +26,7 @@ bool LooksAlike(const Curve& a, const Curve& b) {
          a.nSymbolShape == b.nSymbolShape && a.colorIndex == b.colorIndex;
 }
 
-// Rows of the symbol count upwards from its middle.
+// Rows of the symbol are counted upwards from its middle.
 void PaintRows(QPainter& painter, int column, int first, int last, const QColor& color) {
   constexpr int kMiddle = kSide / kMagnified / 2;
   painter.fillRect(kMagnified * (kMiddle + column), kMagnified * (kMiddle - last), kMagnified,
@@ -46,7 +46,7 @@ void SymbolView::Show(const CurveLook& look) {
 
 void SymbolView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), Qt::white);  // the ground of a graph
+  painter.fillRect(rect(), Qt::white);  // the background of a graph
   painter.setPen(Qt::gray);
   painter.drawRect(0, 0, kSide - 1, kSide - 1);
   const int size = SymbolSizeOf(curve_);

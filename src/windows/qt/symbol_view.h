@@ -1,4 +1,4 @@
-// A small view of a curve's symbol.
+// A magnified view of a curve's symbol.
 #pragma once
 
 #include <QWidget>
@@ -10,7 +10,7 @@ namespace kalvex {
 class SymbolView : public QWidget {
  public:
   SymbolView();
-  // Empty where the curves have no common symbol.
+  // Empty if the curves have different symbols.
   void Show(const CurveLook& look);
 
  protected:

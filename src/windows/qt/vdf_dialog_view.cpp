@@ -50,7 +50,7 @@ QComboBox* VdfDialogView::NewChoice(std::size_t source) {
   return box;
 }
 
-// The datasets are those of the moment at which the dialog opens.
+// The choices are the datasets that exist when the dialog opens.
 void VdfDialogView::FillChoices() {
   QStringList names;
   for (const std::string& entry : record_.entries) names << QtText(entry);

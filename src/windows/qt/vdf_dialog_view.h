@@ -13,7 +13,7 @@ namespace kalvex {
 class VdfDialogView : public ModalView {
  public:
   VdfDialogView(Keeper& keeper, QWidget& owner);
-  // open: the record is open for the model of this dialog's owner.
+  // open: whether the dialog is open for the model of its owner.
   void Refresh(bool open);
 
  private:

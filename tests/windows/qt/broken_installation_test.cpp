@@ -1,4 +1,4 @@
-// The real program on a screen where the toolkit is not whole.
+// The real program with an incomplete installation of the toolkit.
 #include <algorithm>
 #include <filesystem>
 
@@ -24,11 +24,11 @@ TEST_F(OnABrokenInstallation, TheProgramSaysInOneLineWhatIsMissingAndRunsItsMacr
   EXPECT_EQ(Said("QT_QPA_PLATFORM_PLUGIN_PATH=").find("kalvex"), std::string::npos);
   const ScratchFolder parts;
   const std::string setting = "QT_QPA_PLATFORM_PLUGIN_PATH=" + parts.Path("platforms");
-  EXPECT_EQ(Said(setting), "kalvex: no windows: platforms/libqxcb.so is not installed\n");
+  EXPECT_EQ(Said(setting), "kalvex: windows cannot be opened: platforms/libqxcb.so is not installed\n");
   std::filesystem::create_directory(parts.Path("platforms"));
   parts.Write("platforms/libqxcb.so", "damaged");
   const std::string said = Said(setting);
-  EXPECT_TRUE(said.starts_with("kalvex: no windows: ")) << said;
+  EXPECT_TRUE(said.starts_with("kalvex: windows cannot be opened: ")) << said;
   EXPECT_NE(said.find("libqxcb.so"), std::string::npos) << said;
   EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
 }

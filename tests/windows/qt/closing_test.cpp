@@ -1,4 +1,4 @@
-// Windows closed in odd orders, and while something else goes on.
+// Windows closed in unusual orders, and during other actions.
 #include <QDialog>
 #include <QPushButton>
 #include <QScreen>
@@ -29,7 +29,7 @@ class ClosingOnScreen : public OnScreen {
     for (const std::uint32_t number : {model - 1, model}) names.push_back("model" + QString::number(number));
     for (const std::uint32_t number : {graph - 1, graph}) names.push_back("graph" + QString::number(number));
   }
-  // With a dialog over each window that has one.
+  // Opens a dialog over each window that has one.
   void OpenDialogs(bool options) {
     Press("managerButton2");
     Press(options ? "fitOptionsButton" : "fitAdd");
@@ -37,7 +37,7 @@ class ClosingOnScreen : public OnScreen {
                        options ? QPoint(5, 5) : QPoint(200, 100));
     Settle();
   }
-  // Dialogs that are on the screen.
+  // The dialogs on the screen.
   static int CountDialogs() {
     const auto windows = QApplication::topLevelWidgets();
     return static_cast<int>(std::count_if(windows.begin(), windows.end(), [](const QWidget* window) {
@@ -49,7 +49,7 @@ class ClosingOnScreen : public OnScreen {
     return static_cast<int>(
         std::count_if(windows.begin(), windows.end(), [](const QWidget* window) { return window->isVisible(); }));
   }
-  // Runs the toolkit's own loop, as the program does, while act happens in it; true if the program ended by itself.
+  // Runs the toolkit's main loop, as the program does, and calls act in it. True if the program ended by itself.
   static bool EndsBy(std::function<void()> act) {
     QTimer::singleShot(0, qApp, std::move(act));
     QTimer tooLate;
@@ -80,7 +80,7 @@ TEST_F(ClosingOnScreen, WindowsGoInAnyOrderWithTheirDialogsAndComeAgain) {
     EXPECT_EQ(CountWindows(), 1);
     EXPECT_EQ(CountModels(params), 0);
     EXPECT_FALSE(desk.loadDialog.open || desk.fitWindow.optionsOpen || desk.fitWindow.addTerms.open);
-    fit.list.terms.clear();  // no window is there to hear that their models are gone
+    fit.list.terms.clear();  // no window could react to the closed models
   }
 }
 
@@ -101,7 +101,7 @@ TEST_F(ClosingOnScreen, TheMainWindowClosedDuringSuspendEndsTheQuestionAndThePro
     EXPECT_EQ(Run("Suspend();MainWindow(Title=\"went on\");"), 0);
     EXPECT_EQ(Find<QDialog>("suspend"), nullptr);
   }));
-  EXPECT_EQ(desk.mainWindow.title, "Kalvex went on");  // nobody has asked the macro to stop
+  EXPECT_EQ(desk.mainWindow.title, "Kalvex went on");  // the macro was not stopped
   EXPECT_TRUE(desk.mainWindow.quit);
 }
 

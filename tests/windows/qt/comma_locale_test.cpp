@@ -1,4 +1,4 @@
-// A toolkit and a process that would write numbers with a decimal comma.
+// A toolkit and a process whose locale has a decimal comma.
 #include <QLabel>
 #include <QLocale>
 #include <clocale>
@@ -13,7 +13,7 @@ class WithADecimalComma : public OnScreen {
  protected:
   WithADecimalComma() {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    std::setlocale(LC_ALL, "de_DE.UTF-8");  // where this machine has it; the toolkit brings its own
+    std::setlocale(LC_ALL, "de_DE.UTF-8");  // if this machine has it; the toolkit has its own
     folder.Write("R_a.dat", "100.5 0.5 0.01\n500.25 0.4 0.01\n900.75 0.6 0.01\n");
     Run("LoadDataset(DatasetNo=1,MasterFile=\"R_a.dat\");NewModel();"
         "SetModelParam(ModelNo=1,ParamName=\"Einf\",Value=3.25);");

@@ -1,4 +1,4 @@
-// The dialogs that ask for files, as a person sees them.
+// The file dialogs as a person sees them.
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
@@ -20,7 +20,7 @@ class FileDialogsOnScreen : public OnScreen {
     Settle();
     Press("managerButton1");
   }
-  // Answers the file dialog that comes next: with a name, or by Esc if that is empty.
+  // Answers the next file dialog: with a name, or with Esc if the name is empty.
   void Answer(const QString& name) {
     Meanwhile([this, name] {
       auto* const dialog = Find<QFileDialog>("file");
@@ -32,7 +32,7 @@ class FileDialogsOnScreen : public OnScreen {
       auto* const kinds = dialog->findChild<QComboBox*>("fileTypeCombo");
       for (int k = 0; k < kinds->count(); ++k) rows << kinds->itemText(k);
       if (name.isEmpty()) return dialog->reject();
-      // A name that is refused is told in a box over the dialog, which would wait for ever.
+      // A refused name is reported in a message box over the dialog, which would otherwise stay open.
       Meanwhile([] {
         if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) box->reject();
       });
@@ -67,7 +67,7 @@ TEST_F(FileDialogsOnScreen, EachBrowseFillsItsOwnPathAndTheDatasetIsLoaded) {
   EXPECT_FALSE(Find<QAbstractButton>("loadXFileBrowse")->isEnabled());
   Press("loadXFromFile");
   Browse("loadXFileBrowse", "grid.txt");
-  EXPECT_EQ(opensIn, Here("data"));  // where the last one ended
+  EXPECT_EQ(opensIn, Here("data"));  // the directory of the last dialog
   EXPECT_EQ(FieldText("loadXFile"), Here("data/grid.txt").toStdString());
   EXPECT_FALSE(Find<QAbstractButton>("loadYErrFileBrowse")->isEnabled());
   Press("loadYErrFromFile");

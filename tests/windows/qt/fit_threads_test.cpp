@@ -1,4 +1,4 @@
-// A fit whose spectra are shared out over threads, among open windows.
+// A fit on several threads with open windows.
 #include <QLabel>
 #include <QPushButton>
 #include <QThread>
@@ -34,7 +34,7 @@ class FitOfTwoThreads : public OnScreen {
     fit.options.StopOnReduction = false;
   }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
-  // Acts each time that the run delivers events, until it is to be called no more.
+  // Calls act each time the run processes events, until act returns false.
   void DuringTheRun(std::function<bool()> act) {
     QTimer eachTime;
     bool more = true;
@@ -54,7 +54,7 @@ TEST_F(FitOfTwoThreads, LabelsAndGraphsFollowAndStopAnswers) {
   DuringTheRun([&] {
     EXPECT_EQ(QThread::currentThread(), qApp->thread());
     if (fit.IterationCount < 2) return true;
-    keeper.Reconcile();  // without the pause between two pictures
+    keeper.Reconcile();  // without the pause between two updates
     EXPECT_EQ(TextOf("fitIteration"), std::to_string(fit.IterationCount));
     EXPECT_NE(TextOf("fitChiSq"), chiSq);
     EXPECT_NE(dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture(), before);
@@ -74,7 +74,7 @@ TEST_F(FitOfTwoThreads, WindowsThatComeAndGoMeanwhileChangeNoResult) {
   Press("fitStart");
   const double alone = fit.TotalChiSq;
   Press("fitUndo");
-  fit.IterationCount = 0;  // else that of the run before stands until the first iteration is done
+  fit.IterationCount = 0;  // otherwise it keeps the value of the previous run until the first iteration
   int seen = 0;
   DuringTheRun([&] {
     if (fit.IterationCount == seen) return true;

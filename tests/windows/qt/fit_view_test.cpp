@@ -29,14 +29,14 @@ class FitOnScreen : public OnScreen {
   void TwoTerms() { Run("AddChiSqTerm(DatasetNo=1,ModelNo=1);AddChiSqTerm(DatasetNo=2,ModelNo=1,Weight=2);"); }
   std::string TextOf(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
   QTreeWidget& list() { return *Find<QTreeWidget>("fitTerms"); }
-  // Acts once, from within the events that a run delivers.
+  // Calls act once, while a run processes events.
   void DuringTheRun(std::function<void()> act) {
     QTimer::singleShot(0, [this, act] {
       EXPECT_TRUE(fit.FitRunning);
       act();
     });
   }
-  // A run that would last long: no rule but the number of iterations ends it.
+  // Makes runs long: only the number of iterations ends them.
   void LetRunsBeLong() {
     fit.options.StopOnReduction = false;
     fit.options.StopOnLambda = true;
@@ -67,7 +67,7 @@ TEST_F(FitOnScreen, SelectionsShareAWeightThatTypingChanges) {
   EXPECT_EQ(terms()[0].weight, 3);
   EXPECT_EQ(terms()[1].weight, 3);
   EXPECT_EQ(list().topLevelItem(0)->text(1), "3");
-  // Half a number stays as it is typed, and an emptied field stays empty.
+  // A partly typed number stays as it is, and an empty field stays empty.
   QTest::keyClicks(weight, ".");
   EXPECT_EQ(weight->text(), "3.");
   weight->selectAll();
@@ -99,7 +99,7 @@ TEST_F(FitOnScreen, FoldsToItsHeights) {
   EXPECT_NE(Find<QTreeWidget>("fitTerms"), nullptr);
   view->resize(600, 400);
   Settle();
-  EXPECT_EQ(view->size(), QSize(600, 400));  // the user's hand counts
+  EXPECT_EQ(view->size(), QSize(600, 400));  // the user's size stays
 }
 
 TEST_F(FitOnScreen, AddsTheSelectedOfTheOfferedTerms) {
@@ -117,7 +117,7 @@ TEST_F(FitOnScreen, AddsTheSelectedOfTheOfferedTerms) {
   EXPECT_EQ(Find<QTreeWidget>("addTermsLines"), nullptr);
   ASSERT_EQ(terms().size(), 1u);
   EXPECT_EQ(list().topLevelItem(0)->text(0), "[R] \"R_a.dat\" - \"M1\"");
-  // A double click takes what is selected; Esc takes nothing.
+  // A double click adds the selected pairs; Esc adds nothing.
   Press("fitAdd");
   Click(*Find<QTreeWidget>("addTermsLines"), 0);
   QTreeWidget& again = *Find<QTreeWidget>("addTermsLines");
@@ -234,7 +234,7 @@ TEST_F(FitOnScreen, TheMainWindowClosedDuringARunEndsItAndTheProgram) {
   tooLate.setSingleShot(true);
   QObject::connect(&tooLate, &QTimer::timeout, [] { QCoreApplication::exit(1); });
   tooLate.start(5000);
-  EXPECT_EQ(QCoreApplication::exec(), 0);  // also where other windows are open
+  EXPECT_EQ(QCoreApplication::exec(), 0);  // also if other windows are open
   EXPECT_TRUE(desk.mainWindow.quit);
   EXPECT_LE(fit.IterationCount, at + 1);
   EXPECT_EQ(fit.report.stop, "stopped by the user");
@@ -245,11 +245,11 @@ TEST_F(FitOnScreen, GraphsAndLabelsFollowTheRun) {
   LetRunsBeLong();
   const QImage before = dynamic_cast<GraphView*>(keeper.graphWidget(1))->picture();
   bool looked = false;
-  QTimer eachTime;  // that events are delivered
+  QTimer eachTime;  // fires whenever events are processed
   QObject::connect(&eachTime, &QTimer::timeout, [&] {
     if (!fit.FitRunning || fit.IterationCount < 2 || looked) return;
     looked = true;
-    keeper.Reconcile();  // without the pause between two pictures
+    keeper.Reconcile();  // without the pause between two updates
     EXPECT_EQ(TextOf("fitIteration"), std::to_string(fit.IterationCount));
     EXPECT_EQ(TextOf("fitChiSq"), FitLabelsOf(fit).chiSq);
     EXPECT_EQ(list().topLevelItem(0)->text(2).toStdString(), TextG(terms()[0].termChiSq));

@@ -5,7 +5,7 @@
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);  // the toolkit's own can be driven
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);  // the toolkit's own dialogs can be controlled by tests
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   std::setlocale(LC_NUMERIC, "C");

@@ -98,7 +98,7 @@ TEST_F(MainOnScreen, SuspendWaitsForEitherAnswer) {
       }
     });
   };
-  press(texts::kSuspendExit, true);  // the tick counts for the other button only
+  press(texts::kSuspendExit, true);  // the check box matters for the other button only
   Run("Suspend();NewModel();");
   EXPECT_EQ(CountModels(params), 0);
   press(texts::kSuspendContinue, true);
@@ -151,7 +151,7 @@ TEST_F(MainOnScreen, TheManualIsOpenedByWhateverTheSystemHasForIt) {
   session.UsePlatform(here);
   Choose(MainCommand::kManual);
   QTest::qWait(50);
-  EXPECT_FALSE(folder.Has("opened"));  // there is none
+  EXPECT_FALSE(folder.Has("opened"));  // there is no manual
   folder.Write("Manual.pdf", "%PDF");
   Choose(MainCommand::kManual);
   EXPECT_TRUE(QTest::qWaitFor([&] { return folder.Has("opened") && folder.Read("opened").ends_with('\n'); }));

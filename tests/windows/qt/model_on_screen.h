@@ -1,4 +1,4 @@
-// A model with one row at 300 cm-1 in a window of its own, which has the keys.
+// A model with one row at 300 cm-1, whose window is active.
 #pragma once
 
 #include <QCheckBox>
@@ -24,7 +24,7 @@ class ModelOnScreen : public OnScreen {
         "SetModelParam(ModelNo=1,ParamName=\"Wo\",LorNo=1,Value=300);");
     Activate(view());
   }
-  // Waits until the screen has given the window the keys: it tells so later, in the order in which it was asked.
+  // Waits until the window is active. The screen reports activations later, in the order of the requests.
   void Activate(QWidget& window) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     window.activateWindow();
@@ -32,12 +32,12 @@ class ModelOnScreen : public OnScreen {
     window.setFocus();
     Settle();
   }
-  // Without a window manager a closed dialog leaves the keys to nobody, and the screen tells so up to 100 ms later.
+  // Without a window manager no window is active after a dialog closes. The screen reports that up to 100 ms later.
   void ActivateAfterDialog() {
     QTest::qWait(150);
     Activate(view());
   }
-  // A second model, over the first.
+  // Makes a second model. Its window lies over the first.
   Model& SecondModel() {
     Run("NewModel(XPos=420,YPos=150,Width=330,Height=280);");
     Activate(view(2));
@@ -57,7 +57,7 @@ class ModelOnScreen : public OnScreen {
 
   void Press(Qt::Key key) {
     QWidget* const to = QApplication::focusWidget() ? QApplication::focusWidget() : keeper.modelWidget(1);
-    if (to) QTest::keyClick(to, key);  // where no window is left a key goes nowhere
+    if (to) QTest::keyClick(to, key);  // without a window the key is dropped
     Settle();
   }
   void Press(std::initializer_list<Qt::Key> keys) {
@@ -66,7 +66,7 @@ class ModelOnScreen : public OnScreen {
   void Click(const char* button) {
     auto* const found = Find<QAbstractButton>(button);
     ASSERT_NE(found, nullptr) << button;
-    // A check box answers where its square and words are, however wide it is.
+    // A check box reacts only on its square and text, however wide it is.
     const bool check = qobject_cast<QCheckBox*>(found) != nullptr;
     QTest::mouseClick(found, Qt::LeftButton, {}, check ? QPoint(7, found->height() / 2) : QPoint());
     Settle();
@@ -82,10 +82,10 @@ class ModelOnScreen : public OnScreen {
   }
   QVariant Look(int row, int column, int role) { return rows().model()->index(row, column).data(role); }
   std::string Shown(int row, int column) { return Look(row, column, Qt::DisplayRole).toString().toStdString(); }
-  // The field that is typed into, null if none is open.
+  // The open editor; null if none is open.
   QLineEdit* Editor() { return Find<QLineEdit>("editor"); }
 
-  // Answers the file dialog that opens next. Its title goes to asked.
+  // Answers the next file dialog. Its title is appended to `asked`.
   void AnswerFileDialog(const QString& file) {
     QTimer::singleShot(50, qApp, [this, file] {
       auto* const dialog = Find<QFileDialog>("file");

@@ -133,7 +133,7 @@ TEST_F(ModelOnScreen, ColoursTellWhatIsFreeMarkedAndCoupled) {
   Press(Qt::Key_Tab);
   EXPECT_EQ(einf->palette().color(QPalette::Window), QColor(0xC9, 0xF1, 0xCE));
   EXPECT_EQ(Look(0, 2, Qt::BackgroundRole).value<QColor>(), QColor(Qt::white));
-  // What is painted is what the roles say.
+  // The painted cells agree with the roles of the table model.
   const QImage picture = rows().viewport()->grab().toImage();
   EXPECT_EQ(picture.pixelColor(rows().visualRect(rows().model()->index(0, 2)).topLeft() + QPoint(2, 2)),
             QColor(Qt::white));
@@ -155,7 +155,7 @@ TEST_F(ModelOnScreen, MovesItsMarkByKeys) {
   EXPECT_EQ(mark(Qt::Key_PageUp), std::pair(0, 3));
   EXPECT_EQ(mark(Qt::Key_Up), std::pair(-1, 0));
   EXPECT_EQ(mark(Qt::Key_Tab), std::pair(0, 3));
-  EXPECT_EQ(mark(Qt::Key_Home), std::pair(0, 3));  // no key of the window
+  EXPECT_EQ(mark(Qt::Key_Home), std::pair(0, 3));  // the window does not use this key
   EXPECT_EQ(mark(Qt::Key_End), std::pair(0, 3));
 }
 
@@ -168,13 +168,13 @@ TEST_F(ModelOnScreen, TheEditorLiesOverItsCellAndTakesTheKeysOfAText) {
   EXPECT_EQ(editor->cursorPosition(), 0);
   Press({Qt::Key_End, Qt::Key_Backspace, Qt::Key_5, Qt::Key_Home, Qt::Key_Delete});
   EXPECT_EQ(editor->text(), "05");
-  Press({Qt::Key_Right, Qt::Key_Right});  // the caret first, at the end of the text the mark
+  Press({Qt::Key_Right, Qt::Key_Right});  // first moves the caret, at the end of the text the cursor
   EXPECT_NE(Editor(), nullptr);
   Press(Qt::Key_Right);
   EXPECT_EQ(Editor(), nullptr);
   EXPECT_EQ(param(0, Wp).value, 5);
   EXPECT_EQ(window().curColumn, 3);
-  EXPECT_EQ(RowCount(ModelNo(1)), 1);  // Delete went to the text
+  EXPECT_EQ(RowCount(ModelNo(1)), 1);  // Delete edited the text
   QTest::mouseDClick(Find<QLabel>("epsInf"), Qt::LeftButton);
   Settle();
   ASSERT_NE(Editor(), nullptr);
@@ -195,7 +195,7 @@ TEST_F(ModelOnScreen, AnotherWindowTakesWhatIsTyped) {
   EXPECT_EQ(Editor(), nullptr);
 }
 
-// A model whose rows do not all fit.
+// A model with more rows than the window shows.
 class LongModelOnScreen : public ModelOnScreen {
  protected:
   LongModelOnScreen() { AddRows(30); }
@@ -219,10 +219,10 @@ TEST_F(LongModelOnScreen, AHeadSortsAndASecondClickTurnsTheOrderAround) {
   for (int column = 0; column < 6; ++column) texts << rows().model()->headerData(column, Qt::Horizontal).toString();
   EXPECT_EQ(texts, (QStringList{"#", "Wo", "Wp", "G", "S", "G/Wo"}));
   DoubleClickCell(0, 1);
-  Press(Qt::Key_9);  // before the 300
+  Press(Qt::Key_9);  // in front of the 300
   QTest::mouseClick(heads().viewport(), Qt::LeftButton, {}, Head(1));
   Settle();
-  EXPECT_EQ(param(30, Wo).value, 9300);  // it was committed first, and the first row was below the last no more
+  EXPECT_EQ(param(30, Wo).value, 9300);  // it was committed before the rows moved
   EXPECT_EQ(Shown(0, 1), "400 ");
   QTest::mouseClick(heads().viewport(), Qt::LeftButton, {}, Head(1));
   Settle();
@@ -258,7 +258,7 @@ TEST_F(LongModelOnScreen, ADividerIsDraggedOrFitsTheWidestTextShown) {
 }
 
 TEST_F(LongModelOnScreen, TheScrollBarGoesByLinesByPagesAndToAPlace) {
-  Settle();  // bars come and go a turn of the event loop later
+  Settle();  // scroll bars are updated one turn of the event loop later
   ASSERT_TRUE(bar().isVisible());
   const int shown = window().visibleRows;
   EXPECT_EQ(bar().maximum(), 31 - shown);
@@ -353,7 +353,7 @@ TEST_F(ModelOnScreen, ModelsCloseInAnyOrderWhileOneIsTypedInto) {
     ASSERT_NE(Editor(), nullptr);
     Run("CloseModel(ModelNo=" + std::to_string(closed) + ");");
     EXPECT_EQ(keeper.modelWidget(closed), nullptr);
-    Press(Qt::Key_5);  // goes to what is left, or nowhere
+    Press(Qt::Key_5);  // goes to another window or is dropped
   }
   EXPECT_EQ(CountModels(params), 0);
   EXPECT_EQ(Editor(), nullptr);

@@ -1,4 +1,4 @@
-// A program with real windows, driven by keys and mouse.
+// A program with real windows, controlled by keys and mouse.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -23,18 +23,19 @@ namespace kalvex {
 
 class OnScreen : public testing::Test {
  protected:
-  // threads: how many may compute at once.
+  // threads: number of threads for computing.
   explicit OnScreen(int threads = 1) : inside(folder.Name()), session(headless, threads) {
     session.UsePlatform(platform);
   }
   ~OnScreen() override {
     session.UsePlatform(headless);
-    // After a quit the toolkit refuses all further event loops, dialogs among them, until its own has run once more.
+    // After a quit the toolkit refuses all further event loops, including those of dialogs, until its main loop has run
+    // once more.
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QCoreApplication::exec();
   }
 
-  // Runs a macro and lets the windows follow.
+  // Runs a macro and updates the windows.
   int Run(const std::string& text) {
     folder.Write("m.kvs", text);
     const int result = RunMacro(desk, "m.kvs");
@@ -48,7 +49,7 @@ class OnScreen : public testing::Test {
   }
   Graph& GraphNo(std::uint32_t number) { return *GetGraphByNumber(graphs, number); }
   Model& ModelNo(std::uint32_t number) { return *GetModelByNumber(params, number); }
-  // A widget of a kind by its object name, anywhere on the screen; null if there is none that is visible.
+  // A visible widget by type and object name, anywhere on the screen; null if there is none.
   template <class Widget>
   static Widget* Find(const QString& name) {
     for (QWidget* const widget : QApplication::allWidgets()) {
@@ -58,24 +59,24 @@ class OnScreen : public testing::Test {
     return nullptr;
   }
 
-  // Presses a button or a box, where the latter has its tick.
+  // Clicks a button, or the square of a check box.
   void Press(const char* name) {
     auto* const button = Find<QAbstractButton>(name);
     ASSERT_NE(button, nullptr) << name;
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
     Settle();
   }
-  // Does something as soon as a dialog has an event loop of its own.
+  // Calls a function as soon as a dialog runs its own event loop.
   static void Meanwhile(std::function<void()> act) { QTimer::singleShot(50, qApp, std::move(act)); }
 
-  // Types over what a field holds.
+  // Replaces the contents of a field by typing.
   void Type(const char* field, const char* text) {
     auto* const edit = Find<QLineEdit>(field);
     edit->selectAll();
     QTest::keyClicks(edit, text);
   }
   std::string FieldText(const char* field) { return Find<QLineEdit>(field)->text().toStdString(); }
-  // A row of a list.
+  // Clicks a row of a list.
   void Click(QTreeWidget& of, int row, Qt::KeyboardModifiers keys = Qt::NoModifier) {
     QTest::mouseClick(of.viewport(), Qt::LeftButton, keys, of.visualItemRect(of.topLevelItem(row)).center());
     Settle();

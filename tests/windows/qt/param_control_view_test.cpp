@@ -115,7 +115,7 @@ TEST_F(ControlOnScreen, TheSliderMovesTheWholeGroup) {
   ClickCell(0, 1);
   EXPECT_EQ(Find<QComboBox>("coupling")->currentIndex(), 0);
   Choose(3);
-  EXPECT_EQ(selected().value, 10);  // it takes the value of the group
+  EXPECT_EQ(selected().value, 10);  // it takes the value of its group
   EXPECT_EQ(Find<QComboBox>("coupling")->currentText(), "A3");
   EXPECT_TRUE(Look(0, 1, Qt::FontRole).value<QFont>().bold());
   DragTo(60);
@@ -140,7 +140,7 @@ TEST_F(ControlOnScreen, FieldsTakeEffectWhenTheyAreLeft) {
   field->setFocus();
   Type("value", "333");
   Settle();
-  EXPECT_EQ(field->text(), "333");  // half typed, and not put back
+  EXPECT_EQ(field->text(), "333");  // the partly typed text stays
   EXPECT_EQ(selected().value, 300);
   Press(Qt::Key_Tab);
   EXPECT_EQ(selected().value, 333);
@@ -159,7 +159,7 @@ TEST_F(ControlOnScreen, LimitsActWhileTheyAreTicked) {
   Enter("value", "400");
   EXPECT_EQ(FieldText("value"), "250");
   Enter("min", "999");
-  EXPECT_EQ(FieldText("min"), "250");  // no higher than the upper one
+  EXPECT_EQ(FieldText("min"), "250");  // not above the upper limit
   Enter("min", "100");
   Click("useMin");
   Enter("value", "-5");
@@ -178,7 +178,7 @@ TEST_F(ControlOnScreen, AClickOnAnotherParameterLeavesTheTypedOneToItsOwner) {
   Activate(control());
   Find<QLineEdit>("value")->setFocus();
   Type("value", "42");
-  QTest::mouseClick(rows(2).viewport(), Qt::LeftButton, {}, Cell(0, 3));  // before the change of focus arrives
+  QTest::mouseClick(rows(2).viewport(), Qt::LeftButton, {}, Cell(0, 3));  // before the event of the focus change
   Settle();
   Activate(view(2));
   EXPECT_EQ(selected().value, 42);
@@ -223,7 +223,7 @@ TEST_F(ControlOnScreen, TheModelMayGoWhileItsSliderIsHeld) {
   LetGo();
   SecondModel();
   Activate(view(2));
-  EXPECT_EQ(Find<QLabel>("header")->text(), "No parameter selected");  // nothing is selected by a macro
+  EXPECT_EQ(Find<QLabel>("header")->text(), "No parameter selected");  // a macro selects nothing
 }
 
 TEST_F(ControlOnScreen, GoesToItsFirstPlaceWhenItIsOpenedAgain) {

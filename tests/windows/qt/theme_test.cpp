@@ -1,4 +1,4 @@
-// What is shown can be read under a dark theme, too.
+// Everything is readable with a dark theme, too.
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -23,7 +23,7 @@ QPalette DarkPalette() {
   return dark;
 }
 
-// Relative luminance of sRGB, and the contrast that is made of two, 1 to 21: ITU-R BT.709 weights.
+// Relative luminance of sRGB (weights of ITU-R BT.709), and the contrast of two luminances, 1 to 21.
 double Luminance(const QColor& color) {
   const auto linear = [](double v) { return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
@@ -36,7 +36,7 @@ double Contrast(const QColor& a, const QColor& b) {
 constexpr double kReadable = 4.5;  // of texts in usual sizes
 constexpr double kVisible = 3;     // of pictures
 
-// The best contrast of a pixel of an image with the colour that most of them have.
+// The highest contrast between a pixel of an image and the most frequent colour.
 double ContrastWithin(const QImage& image) {
   std::map<QRgb, int> counts;
   for (int y = 0; y < image.height(); ++y) {
@@ -66,7 +66,7 @@ class UnderADarkTheme : public OnScreen {
     if (const auto* const box = qobject_cast<const QComboBox*>(&widget)) return box->currentText().trimmed();
     return {};
   }
-  // Every text that is shown in a window and answers, as it is painted.
+  // Every visible text of enabled widgets, as it is painted.
   static int ExpectReadable(const char* window) {
     constexpr int kEdge = 3;  // lines around a field are no text
     int texts = 0;
@@ -120,7 +120,7 @@ TEST_F(UnderADarkTheme, TheTextsOfAGraphsDialogsCanBeRead) {
   EXPECT_GE(ExpectReadable("contents"), 30);
 }
 
-// Of a picture's pixels, those that are seen against the ground.
+// The fraction of a picture's pixels that are visible against the background.
 double ShareSeen(const QImage& picture, const QColor& ground) {
   int drawn = 0, seen = 0;
   for (int y = 0; y < picture.height(); ++y) {

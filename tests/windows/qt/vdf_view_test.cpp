@@ -149,7 +149,7 @@ TEST_F(VdfOnScreen, ADatasetThatIsUnloadedMeanwhileIsNoSource) {
   Choose(2, 2);
   Run("UnloadDataset(DatasetNo=2);");
   ASSERT_NE(dialog(), nullptr);
-  EXPECT_EQ(source(1).currentText(), "a.dat");  // as it was when the dialog opened
+  EXPECT_EQ(source(1).currentText(), "a.dat");  // the state when the dialog opened
   Click("initVdfOk");
   EXPECT_EQ(Mesh(), (Frequencies{150, 200, 900}));
   OpenByKey();
@@ -177,7 +177,7 @@ TEST_F(VdfOnScreen, TheModelMayGoUnderItsDialog) {
   Run("NewModel(VarDielFuncSeen=1);");
   Activate(view(2));
   Click("vdfInit");
-  EXPECT_NE(dialog(), nullptr);  // nothing blocks the next one
+  EXPECT_NE(dialog(), nullptr);  // the next dialog can open
 }
 
 TEST_F(VdfOnScreen, WhileAFitRunsOkDoesNotAnswer) {
