@@ -193,10 +193,10 @@ std::string ListOfTypes() {
 
 std::string IndexOfTypes() {
   std::string text =
-      "# Special models\n\nA model becomes a special one when its `Einf` is the negative of a code. `Einf` must be "
-      "held "
-      "fixed. The rows are\nthen the arguments of the type. The program makes these pages: `kalvex --describe-type N` "
-      "prints one,\n`kalvex --list-types` prints this list.\n\n| code | name | for |\n|---|---|---|\n";
+      "# Special models\n\n"
+      "A model becomes a special one when its `Einf` is the negative of a code and not free in the fit. The rows are\n"
+      "then the arguments of the type. The program makes these pages: `kalvex --describe-type N` prints one,\n"
+      "`kalvex --list-types` prints this list.\n\n| code | name | for |\n|---|---|---|\n";
   for (const ModelType* const type : ModelTypeTable) {
     const std::string code = std::to_string(type->code);
     const bool computed = *type->page.sample != 0;

@@ -214,7 +214,8 @@ class TypeRun {
   int directions_ = 0;
 };
 
-// The after-step: marks the parameters on which each wanted Quantity depends. Returns 0, or -1 if the rows are wrong.
+// The after-step: marks the parameters on which each wanted Quantity depends. Returns 0, or the status of ReadRows, or
+// -1 if a partner fails.
 int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, Parts parts, IdleInputs idle);
 

@@ -196,7 +196,7 @@ struct WeightedResponse {
 };
 constexpr RowRule kWeightedRows = Between(1, 2, 0);
 
-// A model without rows returns 0 and leaves the Quantities unchanged.
+// For a model without rows the status is 0 and the Quantities do not change.
 int EvaluateWeighted(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (RowCount(model) == 0) return 0;
   return EvaluateType<WeightedResponse, kWeightedRows, true>(ctx, model, x, derivatives);

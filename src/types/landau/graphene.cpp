@@ -131,7 +131,7 @@ struct GrapheneMagnetooptics {
   }
 };
 
-// Sheets of graphene on a thick substrate, seen by circularly polarised light.
+// Sheets of graphene on a thick substrate in circularly polarised light.
 struct GrapheneCircular {
   static constexpr Hooks kHooks = hook::kPrepare;
   enum Input {

@@ -242,11 +242,9 @@ struct GrapheneRibbons {
 constinit const ModelType kGrapheneEma = ShownType<GrapheneMixture, Exactly(4)>(
     84, "Graphene-EMA",
     {.sample = "graphene with holes, or flakes of it, on a substrate in a magnetic field",
-     .formula =
-         "2 s = (2f - 1)(s1 - s2) + sqrt[((2f - 1)(s1 - s2))^2 + 4 s1 s2], the root with absorption, for each "
-         "circular\n"
-         "sense; s1 by the sum over Landau levels, averaged over equal steps of the chemical potential; transmission\n"
-         "and rotation as in type 52. s2 = 0 percolates at f = 1/2.",
+     .formula = "2 s = (2f - 1)(s1 - s2) + sqrt[((2f - 1)(s1 - s2))^2 + 4 s1 s2], the root with absorption, for each\n"
+                "circular polarisation; s1 by the sum over Landau levels, averaged over equal steps of the chemical\n"
+                "potential; transmission and rotation as in type 52. s2 = 0 percolates at f = 1/2.",
      .source =
          "D. A. G. Bruggeman, Ann. Phys. 24, 636 (1935), in two dimensions; the order of the rows is a choice of this "
          "program",

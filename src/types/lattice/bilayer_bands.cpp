@@ -348,8 +348,8 @@ constinit const ModelType kBandsCondBilayer = {
              "Hops.dat are output only. An edited file is used until the numbers of its rows change.",
          .source =
              "tight binding, E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013), and the Kubo formula; the "
-             "conductivity is that of a layer of 6.7 A; which pair of bands stands where is a choice of this "
-             "program",
+             "conductivity is that of a layer of 6.7 A; which Quantity holds which pair of bands is a choice of "
+             "this program",
          .from = 0.05,
          .to = 2.4,
          .axis = "position on the path for the bands, energy in eV for the conductivity"},

@@ -228,7 +228,7 @@ constinit const ModelType kRenvikDalmor = FittedType<ModeCrossing, Exactly(2)>(
 
 constinit const ModelType kSpecialStrain = FittedType<StrainedBand, Exactly(3)>(
     102, "Special-Strain",
-    {.sample = "three transitions of a strained band, seen at one energy",
+    {.sample = "three transitions of a strained band, measured at one energy",
      .formula = "E_j = W_j + S_j x; lines (G_j/2)^2/((W_1 - E_j)^2 + (G_j/2)^2)",
      .source = "Lorentzian lines with linear shifts; the roles of the rows are a choice of this program",
      .axis = "strain, or an energy"});

@@ -46,7 +46,7 @@ Polarisation<T> PolarisationOf(const Circular<T>& amplitude) {
   return {T(0.5) * L.im, -Tanh(T(0.5) * L.re)};
 }
 
-// Amplitude reflected by a half-space, 0 where it has no sense.
+// Amplitude reflected by a half-space; 0 if eps or n + 1 is 0.
 template <class T>
 Complex<T> FaceReflection(const Complex<T>& eps) {
   if (Norm(ValueOf(eps)) < 1e-20) return {};

@@ -210,8 +210,8 @@ constexpr RowCell kTipCells[] = {
     Own(2, Wo, "radius a of the tip, cm", 3e-6),
     Own(2, Wp, "lowest height z0 of the dipole, of a", 1.2),
     Own(2, G, "amplitude A of the motion, of z0: up to (1 + 2A) z0", 1),
-    Setting(3, Wo, "momenta from, over the height", 0),
-    Setting(3, Wp, "momenta to, over the height", 12),
+    Setting(3, Wo, "lower end of the momenta, times the height", 0),
+    Setting(3, Wp, "upper end of the momenta, times the height", 12),
     Setting(3, G, "number of momenta", 60),
     Own(4, Wp, "angle of incidence, degrees", 60),
     Setting(4, G, "points of the cycle", 24)};
@@ -219,9 +219,9 @@ constexpr RowCell kTipCells[] = {
 constexpr auto WithNodes(int row) {
   std::array<RowCell, std::size(kTipCells) + 3> cells{};
   std::copy(std::begin(kTipCells), std::end(kTipCells), cells.begin());
-  cells[kNodeFrom] = Setting(row, Wo, "frequencies at which the models are evaluated: from, cm-1", 400);
-  cells[kNodeTo] = Setting(row, Wp, "to, cm-1", 2100);
-  cells[kNodes] = Setting(row, G, "number of them", 200);
+  cells[kNodeFrom] = Setting(row, Wo, "lowest frequency at which the models are evaluated, cm-1", 400);
+  cells[kNodeTo] = Setting(row, Wp, "highest of these frequencies, cm-1", 2100);
+  cells[kNodes] = Setting(row, G, "number of these frequencies", 200);
   return cells;
 }
 constexpr auto kCells105 = WithNodes(5);

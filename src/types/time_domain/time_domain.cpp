@@ -29,7 +29,8 @@ constexpr RowCell kReferenceCell = DatasetSlot(0, Wp, "dataset with the referenc
 constexpr RowCell kFromCell = Setting(1, Wo, "start of the time mesh", 0);
 constexpr RowCell kToCell = Setting(1, Wp, "end of the time mesh", 10);
 constexpr RowCell kPointsCell = Setting(1, G, "number of points, raised to a power of two", 64);
-constexpr RowCell kModeCell = Setting(3, Wo, "transfer: 0 S1, 1 root of T, 2 none, 3 E1 + i E2 of the model", kComplex);
+constexpr RowCell kModeCell =
+    Setting(3, Wo, "transfer function: 0 S1, 1 root of T, 2 is 1, 3 E1 + i E2 of the model", kComplex);
 constexpr RowCell kLowCell = Setting(3, Wp, "low end of the frequency window", 1);
 constexpr RowCell kHighCell = Setting(3, G, "high end of the frequency window", 12);
 
@@ -60,7 +61,7 @@ constexpr RowCell kSlabHead[] = {Partner(0, Wo, "dielectric function"),
                                  kFromCell,
                                  kToCell,
                                  kPointsCell,
-                                 Setting(3, Wo, "transfer: 2 none, any other that of the slab", kComplex),
+                                 Setting(3, Wo, "transfer function: 2 is 1, any other that of the slab", kComplex),
                                  kLowCell,
                                  kHighCell,
                                  OptionalPartner(2, Wo, "permeability, 0 for 1"),
