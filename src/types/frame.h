@@ -1,4 +1,4 @@
-// What every special model has in common. A type is its row map and its formula:
+// The common code of all special models. A type consists of a row map and a formula:
 //
 //     struct SampleInMedium {
 //       enum Input { kMedium, kSample, kScale };
@@ -101,7 +101,7 @@ Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
 // a, or 1e-15 if |a| is smaller: a divisor that is not 0.
 template <class T>
 T HeldFromZero(const T& a) {
-  constexpr double kLeast = 1e-15;  // the root of the least norm
+  constexpr double kLeast = 1e-15;  // the square root of kTinyNorm
   return std::fabs(ValueOf(a)) < kLeast ? T(kLeast) : a;
 }
 

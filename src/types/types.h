@@ -1,5 +1,5 @@
-// Overview of src/types: the special models, one `ModelType` each. Floor 5: uses evaluation, terms, records and
-// datasets; fit, files and graphs use it.
+// Overview of src/types: the special models, one `ModelType` each. Floor 5: uses terms and evaluation. The session puts
+// `ModelTypeTable` into its `EvalContext`; all other code calls types through evaluation.
 //
 // A model with Einf = -code is special: its rows are the arguments of a type. Read the files in this order:
 //   frame.h        what all types share: `TypeInputs`, `TypeRun`, `FittedType`, `ShownType`; begin here

@@ -107,7 +107,7 @@ void AddBilayerContinuum(LadderTable<T>& table, const BilayerBands<T>& bands, co
     const auto at = EigenOf(BilayerMatrix(bands, T(k), T(k)), 4);
     const T part = weight * T(2 * k * dk);
     for (std::size_t i = 0; i < kBilayerSize; ++i) {
-      // Within a band the occupation falls over the whole step: dE/dk is twice the element.
+      // Within a band the energy varies by +- own dk over the step, since dE/dk is twice the matrix element.
       const T own = BilayerElement(bands, at.vector[i], at.vector[i]);
       AddCharge(table, part * own * own, at.value[i] - mu, own * T(dk), kT);
       for (std::size_t f = 0; f < i; ++f) {  // from f to i, and from i to f

@@ -7,8 +7,8 @@
 //
 // Derivatives. H is linear in its parameters; h = dH between the states of k. For pairs of levels that differ, first
 // order perturbation theory:
-//     dv_ij = (dv)_ij + sum over k apart from i of h_ik v_kj/(E_i - E_k) + sum over k apart from j of v_ik h_kj/(E_j -
-//     E_k).
+//     dv_ij = (dv)_ij + sum over E_k other than E_i of h_ik v_kj/(E_i - E_k)
+//                     + sum over E_k other than E_j of v_ik h_kj/(E_j - E_k).
 // Degenerate levels have no unique states. The sum contains all of them and therefore depends only on the space that
 // they span. Mixing within this space acts as a shift of level i in the transition to j:
 //     |v_ij|^2 dE_i = sum over k at E_i of Re h_ik v_kj v_ji,

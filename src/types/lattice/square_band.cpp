@@ -42,7 +42,7 @@ struct BandPath {
   }
 };
 
-// Lorentzians of all states of the band, smeared by the temperature.
+// The tunnelling spectrum: a sum of Lorentzians of all states, broadened by the temperature.
 struct Tunnelling {
   static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   enum Input {

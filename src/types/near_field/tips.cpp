@@ -1,5 +1,5 @@
-// The light that an oscillating tip scatters from the near field of a sample, demodulated at a harmonic of its motion,
-// relative to a reference.
+// The signal of a scattering near-field microscope: light scattered by an oscillating tip above a sample, demodulated
+// at a harmonic of the oscillation and divided by that of a reference.
 //
 // The tip is a point dipole: a sphere of radius a whose centre oscillates between z0 a and (1 + 2A) z0 a above the
 // surface. At height h its scattered field is proportional to 1/(1 - a^3 b). b is the field of the image dipole:
@@ -100,7 +100,7 @@ struct MomentumMesh {
   }
 };
 
-// The sum of weight (top + s)/(bottom + s), s = slope place, over the mesh.
+// The sum of weight*(top + s)/(bottom + s) over the mesh, with s = slope*place.
 KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top, const Cplx& bottom, const Cplx& slope,
                                       Cplx* out) {
   Pack re{}, im{};
@@ -134,7 +134,7 @@ class Surface {
     const Cplx S = SheetPerMomentum() * q;
     return Quotient(eps_ - 1.0 + S, eps_ + 1.0 + S);
   }
-  // The sum of weight r_p(place/h) over a mesh.
+  // The sum of weight*r_p(place/h) over a mesh.
   Cplx Sum(const MomentumMesh& mesh, double h) {
     if (!HasDispersion()) return Reflection(0) * mesh.sum;
     Cplx sum;

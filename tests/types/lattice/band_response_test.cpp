@@ -107,7 +107,7 @@ TEST(BandResponse, HasItsSlopesWhereLevelsNearlyMeet) {
   for (const double gap : {1e-14, 1e-10, 9e-8, 2e-7, 1e-5}) ExpectSlopes(Cluster({-1.0, -0.2, 0.3, 0.3 + gap}, 2));
 }
 
-// Step functions do not spoil what lies between them.
+// Also with kT = 0, and kT far below the gap, where the Fermi function is a step.
 TEST(FermiQuotient, IsTheQuotientOfDifferencesAndItsLimit) {
   for (const double kT : {0.01, 0.3, 5.0}) {
     for (const double a : {-2.0, -0.1, 0.0, 0.4}) {
