@@ -107,7 +107,7 @@ void AppendSetting(int model, const char* name, int row, double value, bool fixe
   text += ",Value=" + TextG(value) + (fixed ? ",FitActive=0" : "") + ");\n";
 }
 
-// The numbers that a macro has given away.
+// The numbers of the last model and dataset that the macro has made.
 struct Numbers {
   int models = 0;
   int datasets = 0;
@@ -115,7 +115,7 @@ struct Numbers {
 
 int AppendModel(const ModelType& type, const char* meaning, Numbers& numbers, std::string& text);
 
-// What an element names comes before the model itself; gives its number, or the number itself.
+// Appends the statements that make the partner or dataset of a cell; returns its number, or the cell's typical value.
 double AppendNamed(const RowCell& cell, Numbers& numbers, std::string& text) {
   if (cell.use == CellUse::kDataset) {
     const std::string number = std::to_string(++numbers.datasets);
@@ -133,7 +133,7 @@ double AppendNamed(const RowCell& cell, Numbers& numbers, std::string& text) {
   return numbers.models;
 }
 
-// A model of a type with everything that it names; gives its number.
+// Appends the statements that make a model of a type with its partners and datasets; returns its number.
 int AppendModel(const ModelType& type, const char* meaning, Numbers& numbers, std::string& text) {
   const std::vector<PlacedCell> cells = PlacedCells(type.map);
   std::vector<double> values;
@@ -193,10 +193,10 @@ std::string ListOfTypes() {
 
 std::string IndexOfTypes() {
   std::string text =
-      "# Special models\n\nA model becomes a special one by the negative of a code in its `Einf`, held fixed; its rows "
-      "are "
-      "then the arguments of the\ntype. The pages are made by the program: `kalvex --describe-type N` prints one, "
-      "`kalvex --list-types` this list.\n\n| code | name | for |\n|---|---|---|\n";
+      "# Special models\n\n"
+      "A model becomes a special one when its `Einf` is the negative of a code and not free in the fit. The rows are\n"
+      "then the arguments of the type. The program makes these pages: `kalvex --describe-type N` prints one,\n"
+      "`kalvex --list-types` prints this list.\n\n| code | name | for |\n|---|---|---|\n";
   for (const ModelType* const type : ModelTypeTable) {
     const std::string code = std::to_string(type->code);
     const bool computed = *type->page.sample != 0;
@@ -212,7 +212,7 @@ std::string PageOf(const ModelType& type) {
   text += std::string("For ") + type.page.sample + ".\n\nx axis: " + type.page.axis +
           ". Rows: " + RowsText(type.map.rows) + ". " +
           (type.fitted ? "Its numbers and those of its models can be fitted."
-                       : "It is for looking at: neither its numbers nor those of its models reach the fit.") +
+                       : "It cannot be fitted: neither its numbers nor those of its models are fit parameters.") +
           "\n\n## Rows\n\n| row | column | what | meaning | for example |\n|---|---|---|---|---|\n";
   AppendCells(type.map, type.map.head, false, text);
   AppendCells(type.map, type.map.group, true, text);

@@ -1,4 +1,4 @@
-// What a user reads of the special models: the list of them, and a page for each, made from its row map.
+// Texts for users about the special models: their list, and a page for each type, made from its row map.
 #pragma once
 
 #include <string>
@@ -10,17 +10,17 @@ namespace kalvex {
 // The type of a code, null if there is none.
 const ModelType* TypeOfCode(int code);
 
-// A line "code name: sample" for each type.
+// A line for each type: code, name and sample, separated by tabs.
 std::string ListOfTypes();
-// The same as a page with links, and the page of one type, in Markdown.
+// In Markdown: the list with links, and the page of one type.
 std::string IndexOfTypes();
 std::string PageOf(const ModelType& type);
-// The macro on that page: it sets up a model of the type, the last one it makes, with everything that it names.
+// The macro on that page: it makes the partners and datasets that the type needs, and last a model of the type.
 std::string MacroOf(const ModelType& type);
 
-// What an element of the rows means in a model of this type, null if the type does not read it.
+// The description of a cell of the rows, null if the type does not read it. row and column count from 0.
 const RowCell* CellAt(const RowMap& map, int row, int column);
-// The least number of rows that shows every cell, with two groups where groups repeat.
+// The least number of rows with every cell of the head and, if groups repeat, two groups.
 int TypicalRows(const RowMap& map);
 
 }  // namespace kalvex

@@ -39,7 +39,7 @@ bool NamesModel(CellUse use) {
   return IsEvaluated(use) || use == CellUse::kMeshPartner || (IsResponse(use) && use != CellUse::kOwnMesh);
 }
 
-// Rows of a special model have no part in its own mesh.
+// The rows of a special model do not enter the dielectric function of its own mesh: their slopes are 0.
 void ClearRowSlopes(EvalContext& ctx, const Model& model) {
   ForEachParam(model, SlopesOf(ctx, model), [](const ModelParam&, ParamSlopes& slopes) { slopes.PutEps(0, 0); });
 }
@@ -105,7 +105,7 @@ bool TypeRun::IsEvaluatedPartner(int i) const {
 int TypeRun::ReadRows() {
   const int rows = RowCount(model_);
   if (!map_.rows.Admits(rows)) return map_.rows.FailureOf(rows);
-  // A chain of partners longer than the table of models comes back to where it began.
+  // More nested partners than models: the partners form a cycle.
   if (ctx_.typeScratch.depth > static_cast<std::size_t>(kMaxModels)) return -1;
   const int groups = map_.group.empty() ? 0 : std::max(0, rows - map_.groupStart) / map_.groupRows;
   const std::size_t count = map_.head.size() + static_cast<std::size_t>(groups) * map_.group.size();
@@ -168,7 +168,7 @@ void TypeRun::Ask(int i, double x, bool derivatives) {
 
 int TypeRun::AskAll(double x, bool derivatives) {
   const int count = static_cast<int>(InputCount());
-  // The Quantities come first: what their evaluation leaves in other models would overwrite the responses' slopes.
+  // Evaluated partners come first: their evaluation overwrites slopes in other models, also those of responses.
   for (int i = 0; i < count; ++i) {
     if (IsEvaluatedPartner(i) && AskEvaluated(i, x, derivatives) != 0) return -1;
   }
@@ -310,7 +310,7 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
     const int direction = scratch_.direction[i];
     if (direction < 0 || !IsResponse(CellOf(static_cast<int>(i)).use)) continue;
     const Model& partner = *scratch_.partner[i];
-    // The same model asked at another frequency has overwritten the slopes of this response.
+    // The same model evaluated at another frequency has overwritten the slopes of this response.
     const bool overwritten =
         derivatives_ && std::any_of(scratch_.partner.begin(), scratch_.partner.end(), [&](auto& p) {
           return p == &partner &&
@@ -338,7 +338,7 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
   }
 }
 
-// Notes which parameters the Quantities of an evaluated partner depend on.
+// Marks the parameters on which the Quantities of an evaluated partner depend.
 int TypeRun::SeedEvaluated(int i) {
   for (std::size_t s = 0; s < AskedCount(); ++s) {
     const int quantity = Asked(s);
@@ -353,9 +353,9 @@ int TypeRun::SeedEvaluated(int i) {
   return 0;
 }
 
-// Slopes of 1 by all directions of the inputs in use, those of a response with the weights of its parts; of an
-// evaluated partner by all that is asked of it, and where the type does not say what it asks, by the Quantity of the
-// same number.
+// Sets the slope of 1 by every direction of the inputs in use. The slopes of a response are the weights wRe and wIm of
+// its parts. Of an evaluated partner the directions are all its Quantities in kAsked; without kAsked, the Quantity of
+// the same number.
 void TypeRun::SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm) {
   const int head = static_cast<int>(map_.head.size()), group = static_cast<int>(map_.group.size());
   const int count = static_cast<int>(InputCount());

@@ -1,4 +1,4 @@
-// What every special model has in common. A type is its row map and its formula:
+// The common code of all special models. A type consists of a row map and a formula:
 //
 //     struct SampleInMedium {
 //       enum Input { kMedium, kSample, kScale };
@@ -11,26 +11,31 @@
 //     };
 //     constinit const ModelType kSampleInMedium = FittedType<SampleInMedium, Exactly(1)>(17, "...", {page});
 //
-// With double the formula gives values, with dual numbers exact derivatives by the responses of the partners and by the
-// type's own numbers; TypeRun carries them on to the parameters. A material gives in the place of Fill
-// `Complex<T> Response(const TypeInputs<T>& in)`, a dielectric function from which all 15 Quantities follow. Either
-// may be given a `bool&` as last argument: false there ends the evaluation with -1. Groups of rows that repeat stand in
-// kGroup, kGroupStart and kGroupRows. `double FrequencyOf(const TypeInputs<double>&, int input)`, where there is one,
-// is the frequency at which a partner is asked. `void Keep(TypeRun&, const TypeInputs<double>&)` leaves further results
-// in the context after an evaluation. `std::uint64_t Idle(const TypeInputs<double>&)`, where there is one,
-// are the inputs (InputBits) that do not count with the settings as they are. Evaluated partners are asked for the
-// Quantities that the type fills, or for those of `kAsked`, an array of their numbers. A material whose response is a
-// sum of those of its partners with real factors has `kSumOfPartners`: real and imaginary parts do not mix in it.
+// A partner is a model that the rows name. With double the formula gives values. With dual numbers it gives exact
+// derivatives by the responses of the partners and by the type's own numbers; TypeRun chains them to the parameters.
 //
-// What does not depend on the frequency is made once for a spectrum:
+// Other members that a type can have:
+//     kGroup, kGroupStart, kGroupRows   the cells of rows that repeat in groups
+//     Complex<T> Response(const TypeInputs<T>& in)   instead of Fill, for a material: the dielectric function, from
+//         which all 15 Quantities follow
+//     a `bool&` as last argument of Fill or Response   if it is set to false, the evaluation returns -1
+//     bool Admits(const TypeInputs<double>& in)   false: the evaluation returns -1 before it computes anything
+//     double FrequencyOf(const TypeInputs<double>&, int input)   the frequency at which a partner is evaluated
+//     void Keep(TypeRun&, const TypeInputs<double>&)   stores further results in the context after an evaluation
+//     std::uint64_t Idle(const TypeInputs<double>&)   the inputs (InputBits) without effect at the present settings
+//     kAsked   numbers of the Quantities that are evaluated of partners; without it those that the type fills
+//     kSumOfPartners   for a material whose response is a sum of its partners' with real factors: real and imaginary
+//         parts do not mix
+//
+// What does not depend on the frequency is computed once for a spectrum:
 //     template <class T> struct Table { ... };
 //     template <class T> static void Prepare(const TypeInputs<T>& in, Table<T>& table);
 //     template <class T> static void Fill(const TypeInputs<T>& in, const Table<T>& table, Slots<T>& q);
-// Prepare reads own numbers and settings only, no partner and no frequency. The frame keeps its table, also those of
-// the passes over the directions of derivatives, until one of them changes.
+// Prepare reads only the type's own numbers and settings, neither a partner nor the frequency. The frame caches its
+// tables, one of values and one for each pass over the directions of derivatives, until one of the numbers changes.
 //
-// A type lists those of these members that it need not have, as `static constexpr Hooks kHooks = hook::kIdle |
-// hook::kPrepare;`. One that is listed and not found as it should be, or found and not listed, does not compile.
+// A type lists its optional members: `static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;`. A member that is
+// listed and has another signature or is missing, or that is there and not listed, does not compile.
 #pragma once
 
 #include <algorithm>
@@ -53,12 +58,12 @@ class TypeInputs {
   TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency);
 
   double x;
-  // x and the frequencies that are asked for next, so that what a table gives can be made for several of them at once.
+  // x and the frequencies that are evaluated next: a type can compute several of them at once.
   std::span<const double> ahead() const {
     const bool stands = !scratch_.ahead.empty() && scratch_.ahead.front() == x;
     return stands ? scratch_.ahead : std::span<const double>(&x, 1);
   }
-  // Response of a partner.
+  // Dielectric function of a partner.
   const Complex<T>& eps(int i) const { return values_[static_cast<std::size_t>(i)]; }
   // A number that can be fitted.
   const T& operator[](int i) const { return values_[static_cast<std::size_t>(i)].re; }
@@ -68,7 +73,7 @@ class TypeInputs {
   }
   // The value of a dataset at x.
   double data(int i) const { return scratch_.at[static_cast<std::size_t>(i)].re; }
-  // What stands in the cell, and the same truncated to an integer.
+  // The number in the cell, and the same truncated to an integer.
   double value(int i) const { return scratch_.raw[static_cast<std::size_t>(i)]; }
   int setting(int i) const { return TruncatedSetting(value(i)); }
   // Whether an optional partner is there.
@@ -86,21 +91,21 @@ class TypeInputs {
   int head_, group_, groups_;
 };
 
-// a/b, with the norm of the denominator taken as at least 1e-30.
+// a/b, with |b|^2 taken as at least 1e-30.
 template <class T>
 Complex<T> Quotient(const Complex<T>& a, const Complex<T>& b) {
   if (Norm(ValueOf(b)) < kTinyNorm) return a * Conj(b) / T(kTinyNorm);
   return a / b;
 }
 
-// a, moved away from 0 to be a divisor.
+// a, or 1e-15 if |a| is smaller: a divisor that is not 0.
 template <class T>
 T HeldFromZero(const T& a) {
-  constexpr double kLeast = 1e-15;  // the root of the least norm
+  constexpr double kLeast = 1e-15;  // the square root of kTinyNorm
   return std::fabs(ValueOf(a)) < kLeast ? T(kLeast) : a;
 }
 
-// exp(z), and exactly 1 where a gain would make the real part exceed the limit.
+// exp(z), or exactly 1 if Re z exceeds the limit, which happens in a medium with gain.
 inline constexpr double kGainLimit = 20;
 template <class T>
 Complex<T> GuardedExponent(const Complex<T>& z, double limit = kGainLimit) {
@@ -111,7 +116,7 @@ Complex<T> GuardedExp(const Complex<T>& z, double limit = kGainLimit) {
   return Exp(GuardedExponent(z, limit));
 }
 
-// Modulus and argument of z, in radians. Both are 0, without a slope, where z is too small to have a direction.
+// Modulus and argument (radians) of z. Both are 0 with zero slopes if |z|^2 < 1e-30.
 template <class T>
 T Modulus(const Complex<T>& z) {
   return Norm(ValueOf(z)) < kTinyNorm ? T(0) : Sqrt(Norm(z));
@@ -129,14 +134,15 @@ T Clipped01(const T& c) {
 
 inline constexpr double kDegreesPerRadian = 57.29577951308232;
 
-// What a type gives: results of its own; or the response of a material, in which the real and imaginary parts of the
-// partners mix or stay apart.
+// What a type computes: Quantities of its own (kOwn), or the dielectric function of a material, in which the real and
+// imaginary parts of the partners mix (kMixed) or stay apart (kApart).
 enum class Parts : std::uint8_t { kOwn, kMixed, kApart };
 
 using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
 
-// One evaluation: reads the rows, and carries values and derivatives to where they belong. Types with a formula use it
-// through FittedType and its like; a type with derivatives of its own makes one by hand and fills values and Slope.
+// One evaluation of a type: reads the rows, stores the values, and chains the derivatives to the parameters. Types with
+// a formula use it through FittedType or ShownType. A type that computes its own derivatives makes a TypeRun itself and
+// fills values and Slope.
 class TypeRun {
  public:
   TypeRun(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
@@ -145,28 +151,29 @@ class TypeRun {
   TypeRun& operator=(const TypeRun&) = delete;
   ~TypeRun();
 
-  // Tests the number of rows, finds the partners, reads the numbers. 0, or the status with which the evaluation ends.
+  // Checks the number of rows, finds the partners, reads the numbers. Returns 0, or the status of the evaluation.
   int ReadRows();
-  // Asks partner and dataset number i at a frequency; with derivatives its parameters keep those of its response.
+  // Evaluates input i, a partner or a dataset, at a frequency. With derivatives, the slopes of the partner's response
+  // stay in the slopes of its parameters.
   void Ask(int i, double x, bool derivatives);
-  // The same for all of them; -1 if an evaluated partner fails.
+  // The same for all inputs. Returns -1 if the evaluation of a partner fails.
   int AskAll(double x, bool derivatives);
-  // Numbers the directions in which derivatives are wanted, and makes room for them.
+  // Numbers the directions in which derivatives are wanted, and allocates their slopes.
   void CountDirections();
-  // The slopes by the number that input i is, if that can be fitted, else null. With derivatives only.
+  // The slopes by input i if it is a number that can be fitted, else null. Only in an evaluation with derivatives.
   ParamSlopes* SlopesOfOwn(int i);
 
   int Directions() const { return directions_; }
   double& Slope(int quantity, int direction) {
     return scratch_.slopes[static_cast<std::size_t>(quantity * directions_ + direction)];
   }
-  // The inputs as dual numbers whose lanes are the directions from `first` on.
+  // The inputs as dual numbers. Their lanes are the directions from `first` on.
   void MakeDuals(int first);
 
-  // Stores the wanted values; then, with derivatives, the chain from the slopes to the parameters.
+  // Stores the wanted values. Chain then adds the slopes to those of the parameters.
   void Store(const Slots<double>& values);
   void Chain();
-  // Stores the wanted Quantities of a dielectric function, leaving their derivatives by it for ChainOfMaterial.
+  // Stores the wanted Quantities of a dielectric function, and their derivatives by it for ChainOfMaterial.
   void StoreMaterial(const Cplx& eps, double x, bool derivatives);
   // The derivative of the dielectric function by one direction.
   void SetEpsSlope(int direction, const Cplx& slope) {
@@ -200,18 +207,19 @@ class TypeRun {
   const Model& model_;
   const RowMap& map_;
   std::span<const SlotUse> fills_;
-  std::span<const int> asked_;  // Quantities of evaluated partners; empty: those of the fills, each by each
+  std::span<const int> asked_;  // Quantities of evaluated partners; empty: each Quantity of the fills from its own
   TypeScratch& scratch_;
   bool derivatives_ = false;
   int directions_ = 0;
 };
 
-// The after-step: what each wanted Quantity depends on.
+// The after-step: marks the parameters on which each wanted Quantity depends. Returns 0, or the status of ReadRows, or
+// -1 if a partner fails.
 int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
                      std::span<const int> asked, Parts parts, IdleInputs idle);
 
-// An evaluation of a partner asks for Quantities of its own, or for those that are wanted anyway, to be read while this
-// lives; afterwards the table stands again as it did before.
+// Sets which Quantities are wanted for the evaluation of a partner: a given set, or those that are wanted already. The
+// destructor restores the table of Quantities; read the partner's values before.
 class WantedForPartner {
  public:
   explicit WantedForPartner(QuantityTable& table) : table_(table), before_(table) {}
@@ -225,7 +233,7 @@ class WantedForPartner {
   QuantityTable before_;
 };
 
-// The model that an element of the rows names, null if there is none of that number.
+// The model whose number is in a cell of the rows, null if there is none of that number.
 const Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
 
 template <class Type>
@@ -270,7 +278,7 @@ constexpr IdleInputs IdleOf() {
   }
 }
 
-// What a type keeps between its evaluations for one model, in the context of the evaluation.
+// The cache of a type for one model, kept between evaluations in the context.
 template <class Cache>
 Cache& CacheOf(EvalContext& ctx, const Model& model) {
   std::any& cache = ctx.typeScratch.caches[model.number];
@@ -278,7 +286,7 @@ Cache& CacheOf(EvalContext& ctx, const Model& model) {
   return *std::any_cast<Cache>(&cache);
 }
 
-// What all models of a type share, in the same place.
+// The cache that all models of a type share, also in the context.
 template <class Shared>
 Shared& SharedOf(EvalContext& ctx) {
   std::any& shared = ctx.typeScratch.shared[typeid(Shared)];
@@ -286,13 +294,13 @@ Shared& SharedOf(EvalContext& ctx) {
   return *std::any_cast<Shared>(&shared);
 }
 
-// The tables of a type that prepares: of values, and of each pass over the directions.
+// The cached tables of a type with Prepare: one of values, and one for each pass over the directions.
 template <class Type>
 struct PreparedTables {
   template <class T>
   using Table = typename Type::template Table<T>;
 
-  std::vector<double> numbers;  // for which they were made
+  std::vector<double> numbers;  // from which the tables were computed
   std::vector<int> directions;
   bool valuesHold = false;
   std::size_t passesHold = 0;
@@ -324,7 +332,7 @@ const typename Type::template Table<double>& ValueTable(TypeRun& run, const Type
   return tables.values;
 }
 
-// Passes are asked for in order.
+// Passes are computed in ascending order.
 template <class Type>
 const typename Type::template Table<TypeDual>& PassTable(TypeRun& run, const TypeInputs<TypeDual>& in,
                                                          std::size_t pass) {
@@ -388,7 +396,7 @@ int AskPartners(TypeRun& run, const RowMap& map, double x, bool derivatives) {
   }
 }
 
-// The slopes of what the formula gives by every direction, in passes of a few directions each.
+// The slopes of the formula's results by every direction, kTypeLanes directions at a pass.
 template <class Type>
 void FillSlopes(TypeRun& run, const RowMap& map, double x) {
   run.CountDirections();
@@ -411,7 +419,7 @@ void FillSlopes(TypeRun& run, const RowMap& map, double x) {
   }
 }
 
-// The members that the frame looks for and does without.
+// The optional members of a type.
 using Hooks = unsigned;
 namespace hook {
 inline constexpr Hooks kFrequencyOf = 1, kKeep = 2, kIdle = 4, kAdmits = 8, kPrepare = 16, kAsked = 32,
@@ -525,7 +533,7 @@ constexpr ModelType FittedType(int code, const char* name, const TypePage& page)
           page};
 }
 
-// A type to look at, of which nothing reaches the fit.
+// A type without fit parameters: it has values and no derivatives.
 template <class Type, RowRule kRows>
 constexpr ModelType ShownType(int code, const char* name, const TypePage& page) {
   return {code,

@@ -1,4 +1,16 @@
-// The table of special models, in the order in which lists show it.
+// Overview of src/types: the special models, one `ModelType` each. Floor 5: uses terms and evaluation. The session puts
+// `ModelTypeTable` into its `EvalContext`; all other code calls types through evaluation.
+//
+// A model with Einf = -code is special: its rows are the arguments of a type. Read the files in this order:
+//   frame.h        what all types share: `TypeInputs`, `TypeRun`, `FittedType`, `ShownType`; begin here
+//   stacks/sample_in_medium.cpp   the shortest type, as an example
+//   describe.h     the user's page of a type and the macro on it, made from its row map
+//   types.h        (this file) `ModelTypeTable`, the table of all types in the order of the lists
+// The types themselves, by subject: crystals (anisotropic surfaces), derived (ratios and differences of models),
+// landau (Landau levels; ladder_sum.h is their Kubo sum), lattice (tight-binding bands; band_response.h), lines (single
+// line shapes, other axes), magneto (circular polarisations; circular.h), mixtures (effective media), near_field
+// (tips), stacks (films and multilayers), time_domain (pulses). A new type needs its file, its declaration and its
+// place in the table here; tests/types/every_type_test.cpp tests it from its row map.
 #pragma once
 
 #include "evaluation/model_type.h"

@@ -1,4 +1,4 @@
-// What every special model promises, tried on each member of the table from its row map alone.
+// Properties of every special model, tested for each type of the table. The samples come from the row maps.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -55,7 +55,7 @@ TEST_P(EveryType, FillsItsQuantitiesWithNumbersAndTheOthersWithZero) {
     for (int q = 0; q < kQuantityCount; ++q) {
       const double value = s.Value(q, s.x);
       EXPECT_TRUE(std::isfinite(value)) << "seed " << seed << " Quantity " << q;
-      // A multilayer clears from the first Quantity on only as long as they are wanted.
+      // Type 2 sets only the Quantities before the first one that is not wanted to 0.
       if (type().code == 2 || std::find(filled.begin(), filled.end(), q) != filled.end()) continue;
       EXPECT_EQ(value, 0) << "seed " << seed << " Quantity " << q;
     }
@@ -101,7 +101,7 @@ TEST_P(EveryType, GivesTheSameForOneQuantityAsForAll) {
   for (const int q : s.Filled()) EXPECT_EQ(s.Value(q, s.x), all[static_cast<std::size_t>(q)].value) << q;
 }
 
-// A number, a setting too, of any model of a sample.
+// Changes a number or setting of a model of the sample.
 void Change(TypeSample& s, std::size_t place) {
   for (Model& model : s.program.params.models) {
     if (model.number == 0) continue;
@@ -114,7 +114,7 @@ void Change(TypeSample& s, std::size_t place) {
   }
 }
 
-// What is kept from frequency to frequency is made of the numbers.
+// Results that are cached between frequencies depend on the numbers of the rows.
 TEST_P(EveryType, KeepsNothingOfNumbersThatHaveChanged) {
   TypeSample kept(type(), 1);
   std::size_t places = 0;
@@ -132,8 +132,7 @@ TEST_P(EveryType, KeepsNothingOfNumbersThatHaveChanged) {
   }
 }
 
-// What has no value by definition: a ratio of the rotating analyser's for light that is not reflected at all, and a
-// dipole at the height 0.
+// Results that are undefined: a ratio of the rotating analyser without reflected light, and a dipole at height 0.
 bool HasNoValue(const ModelType& type, int quantity, const std::string& edge) {
   const int code = type.code;
   if (code == 3 || code == 5 || code == 14) return quantity == kS2 && edge == "vacuum";
@@ -153,10 +152,10 @@ void ExpectFinite(TypeSample& s, const std::string& edge) {
   }
 }
 
-// A fit that passes such a place must find its way back: one NaN would end it.
+// A fit must be able to pass such a point: one NaN would end it.
 TEST_P(EveryType, GivesNumbersAtTheEdgesOfItsParameters) {
   const ScratchFolder folder;
-  const InFolder here(folder.Name());  // without a field type 93 writes files
+  const InFolder here(folder.Name());  // at zero field type 93 writes files
   for (const double x : {0.0, -100.0, 1e8}) {
     TypeSample s(type(), 1);
     s.x = x;
@@ -217,10 +216,10 @@ TEST_P(EveryType, HasAPageThatNamesItsRowsAndResults) {
   }
 }
 
-// Types that mark by rule more than a Quantity needs. 3, 4, 5, 14, 16: all results of a crystal count as dependent on
-// all axes and angles, though s-light sees only one axis, and only some results the polariser. 9: a medium with a
-// permeability marks by the weights of its Quantities, also where these are 0. 23: the rotation of the element that x
-// turns counts as the others.
+// Types whose rules mark more parameters than a Quantity depends on. 3, 4, 5, 14, 16: all results of a crystal count as
+// dependent on all axes and angles, although s-light depends on one axis and only some results on the polariser. 9: a
+// medium with a permeability marks by the weights of its Quantities, also if they are 0. 23: the rotation of the
+// element that x turns is marked like the others.
 bool MarksMoreThanItNeeds(int code) {
   constexpr int kCodes[] = {3, 4, 5, 9, 14, 16, 23};
   return std::find(std::begin(kCodes), std::end(kCodes), code) != std::end(kCodes);
@@ -260,7 +259,7 @@ TEST_P(EveryFittedType, DerivativesAgreeWithRiddersQuotients) {
         // A differential model takes the slopes by the experimental parameters from its reference.
         if (type().code == 1 && IsExperimental(s, free.param)) continue;
         if (ofQuantity.count(free.param) == 0) {
-          if (type().code == 1) continue;  // its reference is held fixed on purpose
+          if (type().code == 1) continue;  // its reference is held fixed
           EXPECT_NEAR(estimate.value * scale, 0, 1e-9 * value) << "not marked: " << where;
           continue;
         }
@@ -273,7 +272,7 @@ TEST_P(EveryFittedType, DerivativesAgreeWithRiddersQuotients) {
   for (const std::string& name : marked) EXPECT_TRUE(influential.count(name)) << "marked without influence: " << name;
 }
 
-// A user holds what has no influence on the data: it would leave the fit without a direction.
+// Holds parameters without influence on the data, as a user must: with them the matrix of the fit is singular.
 void HoldWithoutInfluence(TypeSample& s, const std::vector<int>& quantities) {
   std::set<const ModelParam*> influential;
   for (int i = 0; i < 10; ++i) {
@@ -286,7 +285,7 @@ void HoldWithoutInfluence(TypeSample& s, const std::vector<int>& quantities) {
     }
   }
   for (const auto& free : s.FreeParams()) free.param->adjustable = influential.count(free.param) != 0;
-  // Nor does he fit all of a chain of models at once.
+  // A user does not fit all parameters of a chain of models at once either.
   constexpr std::size_t kMost = 12;
   const auto free = s.FreeParams();
   for (std::size_t k = kMost; k < free.size(); ++k) free[k].param->adjustable = 0;
@@ -355,8 +354,8 @@ TEST(TypeTable, HoldsTheCodesInOrderWithNamesOfAtMost49Letters) {
   }
 }
 
-// What users' files rely on, written out by hand: the name, how many rows a type takes, and whether its parameters can
-// be fitted. A bench has one row and four for each element; stacks with a head row need a layer below it.
+// The table on which users' files rely: name, number of rows, and whether parameters can be fitted. Type 23 has one row
+// and four for each element; stacks with a head row need at least one layer.
 struct KnownType {
   int code;
   const char* name;

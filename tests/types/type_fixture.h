@@ -1,4 +1,4 @@
-// Models of special types set up by hand, for tests that compare them with calculations of their own.
+// Builds models of special types for tests that compare them with their own calculations.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -35,14 +35,14 @@ class TypeFixture : public testing::Test {
 
   double At(Model& model, int quantity, double x) { return QuantityAt(program, model, quantity, x); }
   C Pair(Model& model, int quantity, double x) { return {At(model, quantity, x), At(model, quantity + 1, x)}; }
-  // The status of an evaluation, and of the dependency pass, of all Quantities; the values stand at 77 before.
+  // Evaluates all Quantities and returns the status. All values are set to 77 before.
   int Status(Model& model, double x) {
     for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
     return EvalModel(program.eval, model, x, false);
   }
   double Left(int quantity) const { return program.eval.quantities[static_cast<std::size_t>(quantity)].value; }
 
-  // A dataset in a slot, the given function at 200 points.
+  // Fills a dataset slot with the given function at 200 points.
   template <class Function>
   void Load(int slot, double from, double to, Function f) {
     Dataset& dataset = program.datasets.slots[static_cast<std::size_t>(slot - 1)];
@@ -58,7 +58,7 @@ class TypeFixture : public testing::Test {
   Tables program;
 };
 
-// Fields through layers by characteristic matrices: admittance y and phase 2 pi x k d of each, from the front.
+// A layer for characteristic matrices: admittance y and phase 2 pi x k d. Layers are listed from the front.
 struct SlowLayer {
   C y, k;
   double d;

@@ -1,5 +1,4 @@
-// A special model with everything that it names: partners, datasets, sensible numbers; one recipe for every type,
-// driven by its row map.
+// A special model with partners, datasets and sensible numbers. The row map of the type says what it needs.
 #pragma once
 
 #include <random>
@@ -13,13 +12,13 @@ namespace kalvex {
 
 class TypeSample {
  public:
-  // Numbers spread by 20 % about the typical ones; oscillators at random; settings as the type gives them.
+  // Numbers differ by up to 20 % from the typical ones, oscillators are random, settings are the typical ones.
   TypeSample(const ModelType& type, unsigned seed);
 
   const ModelType& type;
   Tables program;
   Model& model() { return *GetModelByNumber(number_); }
-  double x = 0;  // somewhere in the type's range
+  double x = 0;  // within the type's range
 
   // One Quantity of the model at x; NaN if the evaluation fails.
   double Value(int quantity, double at);
@@ -34,12 +33,12 @@ class TypeSample {
     std::string name;
   };
   std::vector<Free> FreeParams();
-  // Those that the after-step marks for a Quantity.
+  // The parameters that the after-step marks for a Quantity.
   std::vector<Free> Marked(int quantity);
 
  private:
   Model* GetModelByNumber(std::uint32_t number);
-  // A model of a type, or with code 0 a plain one; gives its number.
+  // Makes a model of a type, or a plain one for code 0. Returns its number.
   std::uint32_t MakeModel(int code);
   std::uint32_t MakePlain();
   void AddMesh(Model& model);

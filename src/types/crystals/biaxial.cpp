@@ -1,5 +1,5 @@
-// Biaxial crystals at oblique incidence, their axes along the plane of incidence (a), across it (b) and along the
-// normal (c): alone, with a small change, and as films on one another.
+// Biaxial crystals at oblique incidence. Axis a lies in the surface and the plane of incidence, b is normal to that
+// plane, c is along the surface normal. One thick crystal, a small change of it, or a film on a substrate.
 #include <numbers>
 
 #include "types/crystals/ellipsometric_reading.h"
@@ -18,7 +18,7 @@ Complex<T> Over(const T& a, const Complex<T>& b) {
   return Quotient(Complex<T>{a, T(0)}, b);
 }
 
-// Amplitudes of a thick crystal, over complex numbers or over those with a variation.
+// Amplitudes reflected by a thick crystal; Z is Complex<T>, or Varied<T> for a change to first order.
 template <class Z, class T>
 struct CrystalAmplitudes {
   CrystalAmplitudes(const Axes<Z>& eps, const Incidence<T>& at) {
@@ -132,7 +132,7 @@ struct DiffOrthoSample {
   }
 };
 
-// A film on a substrate, both biaxial. `limit` is where the guard of the film's phase acts.
+// Amplitudes reflected by a film on a substrate, both biaxial. `limit` is that of GuardedExp for the film's phase.
 template <class T>
 struct FilmAmplitudes {
   FilmAmplitudes(const Axes<Complex<T>>& film, const Axes<Complex<T>>& substrate, const T& thickness,
@@ -246,8 +246,8 @@ constinit const ModelType kFilmSubstrateEllips = FittedType<FilmSubstrateEllips,
     {.sample = "a crystalline film on a thick crystal at oblique incidence, the ellipsometric angles with their sign",
      .formula =
          "as type 5, with rho = rp/rs, Delta = arg rho, w = (1 - rho)/(1 + rho)\n"
-         "With this sign of rho the w of type 3 would be (1 + rho)/(1 - rho): the pseudo dielectric function of a\n"
-         "bulk isotropic sample is not its own here.",
+         "Type 3 has the same sign of rho and w = (1 + rho)/(1 - rho). Here the pseudo dielectric function of a bulk\n"
+         "isotropic sample therefore differs from its dielectric function.",
      .source = "R. M. A. Azzam, N. M. Bashara, Ellipsometry and Polarized Light, chapter 4.7"});
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// A chain of polarising elements, one of which turns.
+// A sequence of polarising elements, one of which is turned.
 #include "types/frame.h"
 #include "types/types.h"
 
@@ -52,7 +52,7 @@ constinit const ModelType kEllipsometer = FittedType<Ellipsometer, RowRule{5, kA
          "E = (amplitude, 0); for each element E = R(a)^T J R(a) E with its Jones matrix J and rotation a:\n"
          "Jxx = J11 c^2 - (J12 + J21) cs + J22 s^2, Jxy = J12 c^2 + (J11 - J22) cs - J21 s^2,\n"
          "Jyx = J21 c^2 + (J11 - J22) cs - J12 s^2, Jyy = J22 c^2 + (J12 + J21) cs + J11 s^2\n"
-         "intensity |Ex|^2 + |Ey|^2. All rows count as free to fit, also the rotation of the element that x turns.",
+         "intensity |Ex|^2 + |Ey|^2. All rows count as fit parameters, also the rotation of the element that x turns.",
      .source = "R. C. Jones, J. Opt. Soc. Am. 31, 488 (1941)",
      .from = 0,
      .to = 360,

@@ -1,13 +1,14 @@
-// What an ellipsometer reads of a sample: Psi, Delta, the intensities of a rotating analyser, and the dielectric
-// function that a bulk isotropic sample would have. R. M. A. Azzam, N. M. Bashara, Ellipsometry and Polarized Light.
+// Readings of an ellipsometer from rho: Psi, Delta, the intensities of a rotating analyser, and the pseudo dielectric
+// function, that of a bulk isotropic sample with the same rho.
+// R. M. A. Azzam, N. M. Bashara, Ellipsometry and Polarized Light.
 #pragma once
 
 #include "types/frame.h"
 
 namespace kalvex {
 
-// Sine squared and cosine of an angle of incidence in degrees; their ratio counts as 0 at grazing incidence, where the
-// cosine of 90 degrees is no more than its rounding.
+// Cosine, sine squared and tangent squared of an angle of incidence in degrees. tangent2 is 0 at 90 degrees, where the
+// cosine is only a rounding error.
 template <class T>
 struct Incidence {
   explicit Incidence(const T& degrees)
@@ -17,7 +18,7 @@ struct Incidence {
   T cosine, sine2, tangent2;
 };
 
-// (|rho|^2 - tan^2 P)/(|rho|^2 + tan^2 P) and 2 Re rho tan P/(|rho|^2 + tan^2 P) to S1 and S2, P in degrees.
+// S1 = (|rho|^2 - tan^2 P)/(|rho|^2 + tan^2 P), S2 = 2 Re rho tan P/(|rho|^2 + tan^2 P). P in degrees.
 template <class T>
 void FillRotatingAnalyser(const Complex<T>& rho, const T& polariser, Slots<T>& q) {
   const T angle = polariser * T(kRadiansPerDegree), tangent = Sin(angle) / Cos(angle), square = tangent * tangent;
@@ -26,14 +27,14 @@ void FillRotatingAnalyser(const Complex<T>& rho, const T& polariser, Slots<T>& q
   q[kS2] = T(2) * modulus * (rho.re / modulus) * tangent / sum;
 }
 
-// Psi and Delta in degrees to E1 and E2.
+// E1 = Psi, E2 = Delta, in degrees.
 template <class T>
 void FillPsiDelta(const Complex<T>& rho, Slots<T>& q) {
   q[kE1] = T(kDegreesPerRadian) * Atan(Modulus(rho));
   q[kE2] = T(kDegreesPerRadian) * Argument(rho);
 }
 
-// sin^2 (1 + tan^2 w^2) to N1 and N2, w = (1 + rho)/(1 - rho) or its negative by the sign convention of rho.
+// N1 + i N2 = sin^2 (1 + tan^2 w^2). w = (1 + rho)/(1 - rho), or its inverse in the other sign convention of rho.
 template <class T>
 void FillPseudoResponse(const Incidence<T>& at, const Complex<T>& w, Slots<T>& q) {
   const Complex<T> pseudo = at.sine2 * (T(1) + w * w * at.tangent2);

@@ -10,13 +10,14 @@ struct SymmetricTensor {
   Complex<T> xx, yy, zz, xy, xz, yz;
 };
 
-// Components q of the wave vector along the normal z, in units of that in vacuum, for a component s along x.
+// Components q of the wave vectors along the normal z, for a component s along x; both in units of the wave number in
+// vacuum.
 struct NormalModes {
   PolynomialRoots q;
 };
 
-// The four roots of the dispersion of D. W. Berreman, J. Opt. Soc. Am. 62, 502 (1972); fewer where the leading
-// coefficients vanish.
+// The four roots of the dispersion relation of D. W. Berreman, J. Opt. Soc. Am. 62, 502 (1972). There are fewer if the
+// leading coefficients are 0.
 inline NormalModes NormalModesOf(const SymmetricTensor<double>& e, double s) {
   const double s2 = s * s;
   const Cplx a4 = e.zz, a3 = 2.0 * s * e.xz;

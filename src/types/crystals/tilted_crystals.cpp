@@ -8,7 +8,7 @@
 namespace kalvex {
 namespace {
 
-// Turns a symmetric tensor about the axis w by an angle from u to v.
+// Turns a symmetric tensor about the axis w by an angle, in the direction from u to v.
 template <class T>
 void Turn(Complex<T>& uu, Complex<T>& vv, Complex<T>& uv, Complex<T>& wu, Complex<T>& wv, const T& degrees) {
   const T angle = degrees * T(kRadiansPerDegree), c = Cos(angle), s = Sin(angle);
@@ -64,7 +64,7 @@ struct OrthoTilted {
   }
 };
 
-// A cut between two principal axes, the field inside with its own depolarisation.
+// A surface cut at an angle between two principal axes. The field inside includes that of depolarisation.
 struct MiscutVelmont {
   enum Input { kFirst, kSecond, kCut };
   static constexpr RowCell kHead[] = {Partner(0, Wo, "first axis, e0"), Partner(1, Wo, "second axis, e1"),
@@ -127,8 +127,8 @@ constinit const ModelType kOrthoTilted = FittedType<OrthoTilted, Exactly(3)>(
          "diag(e_a, e_b, e_c) turned about x, then y, then z; a turn from u to v about w:\n"
          "uu' = uu c^2 - 2 uv cs + vv s^2, vv' = vv c^2 + 2 uv cs + uu s^2, uv' = uv (c^2 - s^2) + (uu - vv) cs,\n"
          "wu' = wu c - wv s, wv' = wv c + wu s\n"
-         "The four wave vectors along the normal are found from the tensor and kept, but no reflectivity follows\n"
-         "from them: Quantity 0 is 0. All results count as dependent on all inputs.",
+         "The four wave vectors along the normal are computed from the tensor, but no reflectivity is computed\n"
+         "from them: Quantity 0 is 0. Every result counts as dependent on every input.",
      .source = "D. W. Berreman, J. Opt. Soc. Am. 62, 502 (1972)"});
 
 constinit const ModelType kMiscutVelmont = FittedType<MiscutVelmont, Exactly(2)>(

@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-constexpr RowRule kRows = AtLeast(2, 0);  // too few rows are no failure, and leave the Quantities as they stand
+constexpr RowRule kRows = AtLeast(2, 0);  // with fewer rows the status is 0 and the Quantities keep their values
 constexpr RowCell kHead[] = {{0, Wo, CellUse::kReference, "A, the reference"}, Partner(1, Wo, "B, the change")};
 
 int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {

@@ -1,4 +1,4 @@
-// Readings of another model's response: scattering rate and mass, integrated spectral weight.
+// Results computed from the response of another model: scattering rate and mass, integrated spectral weight.
 #include <cmath>
 
 #include "evaluation/chains.h"
@@ -45,7 +45,7 @@ constexpr SlotUse kWeightFills[] = {{kRefl, "spectral weight up to x, Ohm^-1 cm^
 constexpr double kPerWeight = 0.20943951023931953;  // pi/15
 constexpr double kElectrons = 425893000000000.0 * kPerWeight;
 
-// A Quantity as a function of the sum S, its derivative by S, and by the volume.
+// A Quantity as a function of the sum S, and its derivatives by S and by the volume.
 struct WeightReading {
   double value = 0;
   double slope = 0;
@@ -65,7 +65,7 @@ WeightReading ReadWeight(int quantity, double S, double volume) {
   }
 }
 
-// Stores each wanted reading and chains its slopes: by the sum to the partner, by the volume to the row.
+// Stores each wanted reading. Its slope by the sum is chained to the partner, that by the volume to the row.
 int FillWeights(EvalContext& ctx, const Model& model, const Model& partner, double S, bool derivatives,
                 bool dependencies) {
   const ModelParam& volume = Cell(model, 0, Wp);
@@ -108,7 +108,7 @@ int AfterWeight(EvalContext& ctx, const Model& model) {
 
 constinit const ModelType kExtendedDrude = FittedType<ExtendedDrude, Exactly(1)>(
     6, "Extended Drude",
-    {.sample = "a metal read as free carriers with a rate and a mass that depend on the frequency",
+    {.sample = "a metal described as free carriers with a rate and a mass that depend on the frequency",
      .formula = "u = e - e_inf; rate = -Wp^2 Im(1/u)/x, mass enhancement = -Wp^2 Re(1/u)/x^2",
      .source = "J. W. Allen, J. C. Mikkelsen, Phys. Rev. B 15, 2952 (1977)"});
 

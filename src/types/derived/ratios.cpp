@@ -1,4 +1,4 @@
-// Quantities of other models, divided by one another, subtracted, or weighted with measured spectra.
+// Ratios and differences of Quantities of other models, and Quantities weighted with measured spectra.
 #include <cmath>
 
 #include "evaluation/eval_model.h"
@@ -9,7 +9,7 @@
 namespace kalvex {
 namespace {
 
-// Ratio or difference of up to four models, in two Quantities.
+// Ratio or difference of up to four models, for two Quantities.
 template <int kCode, int kFirst, int kSecond, int kTypicalMode>
 struct RatioOfFour {
   static constexpr Hooks kHooks = hook::kIdle | hook::kAdmits;
@@ -63,7 +63,7 @@ struct RatioOfFour {
   }
 };
 
-// Two graphene devices compared, with the absorption of a path and a background.
+// Ratios and differences of two graphene devices, with the absorption of a path and a background.
 struct RatioOfDevices {
   static constexpr Hooks kHooks = hook::kIdle;
   enum Input { kA, kB, kPath, kFactor0, kFactor1, kFactor2, kOffset0, kOffset1, kOffset2 };
@@ -111,7 +111,7 @@ struct RatioOfDevices {
   }
 };
 
-// The path that is the thickness of the first device belongs to that model's rows.
+// The slopes by the path if it is the thickness in the rows of the first device and can be fitted, else null.
 ParamSlopes* SlopesOfPath(EvalContext& ctx, const Model& model) {
   const Model* const partner = PartnerAt(ctx, model, 0, Wo);
   if (!RatioOfDevices::HasPath(*partner) || !Cell(*partner, 1, Wo).adjustable) return nullptr;
@@ -157,7 +157,7 @@ constexpr auto kDifferenceFills = [] {
 constexpr RowMap kDifferenceMap{
     .rows = Exactly(1), .head = kDifferenceHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
-// Adds so many times the wanted Quantities of a partner; false if its evaluation fails.
+// Adds factor times the wanted Quantities of a partner to sum. Returns false if the partner's evaluation fails.
 bool AddQuantities(EvalContext& ctx, const Model& partner, double x, double factor, Slots<double>& sum) {
   const WantedForPartner wanted(ctx.quantities);
   if (EvalPartner(ctx, partner, x, false) != 0) return false;
@@ -196,7 +196,7 @@ struct WeightedResponse {
 };
 constexpr RowRule kWeightedRows = Between(1, 2, 0);
 
-// Without rows there is nothing to do, which is no failure.
+// For a model without rows the status is 0 and the Quantities do not change.
 int EvaluateWeighted(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (RowCount(model) == 0) return 0;
   return EvaluateType<WeightedResponse, kWeightedRows, true>(ctx, model, x, derivatives);
@@ -212,7 +212,7 @@ constexpr ModelType WeightedType(const TypePage& page) {
   return type;
 }
 
-// ---- a measured transmission freed of gas lines
+// ---- a measured transmission corrected for gas lines
 
 struct GasCorrection {
   enum Input { kMeasured, kFirstGas, kFirstAmount, kSecondGas, kSecondAmount };
@@ -221,7 +221,7 @@ struct GasCorrection {
                                       Own(2, Wp, "amount of the second gas", 0.3)};
   static constexpr SlotUse kFills[] = {{kRp, "corrected spectrum"}};
 
-  // A gas whose dataset is empty corrects nothing; a measured value of at most 0 stays 0.
+  // A gas with an empty dataset makes no correction. A measured value of 0 or less gives 0.
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
     const auto log = [&](int input) { return in.data(input) > 0 ? std::log(in.data(input)) : 0; };
     if (!(in.data(kMeasured) > 0)) return;
@@ -265,7 +265,7 @@ constinit const ModelType kModelMinusModel = {.code = 87,
                                                        .source = "definition"}};
 
 constinit const ModelType kDiffModelGeneral = WeightedType(
-    {.sample = "a change of a dielectric function seen through measured weights, as in modulation spectra",
+    {.sample = "a change of a dielectric function, weighted with measured spectra, as in modulation spectra",
      .formula = "Q0 = [w1(x) Re e + w2(x) Im e] factor + offset, w1 and w2 datasets\n"
                 "With one row the factor is 1 and the offset 0.",
      .source = "first-order change of a measured signal, B. O. Seraphin, N. Bottka, Phys. Rev. 145, 628 (1966)"});

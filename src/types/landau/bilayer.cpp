@@ -58,7 +58,7 @@ T LadderUnit(const T& field, const T& velocity) {
   return Sqrt(T(kLadderScale) * Magnitude(field)) * Magnitude(velocity);
 }
 
-// Without a field, or without a velocity, the electrons have no levels.
+// False if the field or the velocity is 0: then there are no Landau levels.
 template <class T>
 bool HasLevels(const TypeInputs<T>& in) {
   return in.value(kField) != 0 && in.value(kG0) != 0;
@@ -83,7 +83,7 @@ void PrepareBilayer(const TypeInputs<T>& in, bool withoutFieldToo, FieldTables<T
   }
 }
 
-// sigma_xx and sigma_xy of one bilayer, as that of a layer of 3.35 A.
+// sigma_xx and sigma_xy of one bilayer, treated as a layer of 3.35 A.
 template <class T>
 SheetTensor<T> BilayerTensor(const TypeInputs<T>& in, const LadderTable<T>& table, bool reversed) {
   const Complex<T> z{T(kElectronvoltPerWavenumber * in.x), in[kBroadening]};
@@ -110,7 +110,7 @@ struct BilayerOnSubstrate {
   static constexpr std::uint64_t kBands = InputBits({kTemperature, kBroadening, kG0, kG1, kG4, kU, kDimer, kPotential}),
                                  kWithoutField = kBands | InputBits({kBackground}),
                                  kInField = kBands | InputBits({kField, kBackground, kHallBackground});
-  // sigma_+- = sigma_xx +- i sigma_xy: the backgrounds, real numbers, reach one part each.
+  // sigma_+- = sigma_xx +- i sigma_xy. The backgrounds are real: each one affects either Re sigma_+- or Im sigma_+-.
   static constexpr auto kAll = [] {
     auto fills = SheetFills(kInField, kWithoutField, InputBits({kSubstrate, kBilayers}));
     for (SlotUse& fill : fills) {
@@ -172,7 +172,7 @@ struct BilayerMaterial {
   }
 };
 
-// ---- graphite: a bilayer at each kz, with hoppings that turn with it
+// ---- graphite: a bilayer at each kz, with hoppings that depend on kz
 
 enum GraphiteInput {
   kGraphiteT,
@@ -288,7 +288,7 @@ struct Graphite {
 
 // ---- the levels themselves
 
-// Reads the rows of a partner as its own type reads them.
+// Reads the rows of a partner with the row map of the partner's type.
 template <class Read>
 int ReadPartner(EvalContext& ctx, const Model& partner, Read read) {
   const ModelType* const type = TypeOf(ctx, partner);
@@ -391,12 +391,13 @@ constexpr TypePage GraphitePage() {
       .to = 3000};
 }
 constexpr TypePage GraphiteLevelsPage() {
-  return {.sample = "a Landau level of graphite along kz, or against the field",
-          .formula = "energies of the levels 0 to the highest of the graphite model, ascending, one of them",
-          .source = "J. W. McClure, Phys. Rev. 119, 606 (1960)",
-          .from = -0.5,
-          .to = 0.5,
-          .axis = "kz in units of 2 pi over the cell, or the field in T"};
+  return {
+      .sample = "a Landau level of graphite along kz, or against the field",
+      .formula = "energies of the levels 0 to the highest of the graphite model, ascending: that of the given number",
+      .source = "J. W. McClure, Phys. Rev. 119, 606 (1960)",
+      .from = -0.5,
+      .to = 0.5,
+      .axis = "kz in units of 2 pi over the cell, or the field in T"};
 }
 
 }  // namespace
@@ -434,7 +435,7 @@ constinit const ModelType kBilayerGrapheneBands = {
     .material = false,
     .map = kBilayerLevelsMap,
     .fills = kBilayerLevelFills,
-    .page = {.sample = "the Landau levels of bilayer graphene, one after the other",
+    .page = {.sample = "the energies of the Landau levels of bilayer graphene, numbered from the lowest",
              .formula = "energies of the levels 0 to the highest of the bilayer model, ascending: that of number |x|",
              .source = "E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013)",
              .from = 0,
@@ -460,7 +461,7 @@ constinit const ModelType kBlgLevels = {
     .map = {.rows = AtLeast(0), .head = {}, .group = {}, .groupStart = 0, .groupRows = 1},
     .fills = {},
     .page = {.sample = "nothing yet: the code is reserved for the levels of type 111",
-             .formula = "The Quantities keep what they held.",
+             .formula = "The Quantities keep their previous values.",
              .source = "none"}};
 
 }  // namespace kalvex

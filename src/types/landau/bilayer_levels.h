@@ -5,8 +5,8 @@
 //     [          U/2 + d,          g1,              -e4 sqrt(n - 1) ]
 //     [                           -U/2 + d,          e sqrt(n - 1)  ]
 //     [                                             -U/2 + s        ],
-// e = eps, e4 = eps g4/g0; level 0 has the first component alone, level 1 the first three. A = dH/d(eps a+) has ones at
-// (A1, B1), (A2, B2) and -g4/g0 at (A1, A2), (B1, B2), and takes level n to n - 1. The other valley has -U.
+// e = eps, e4 = eps g4/g0. Level 0 has only the first component, level 1 the first three. A = dH/d(eps a+) has ones at
+// (A1, B1), (A2, B2) and -g4/g0 at (A1, A2), (B1, B2); it takes level n to n - 1. The other valley has -U.
 // E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013). Trigonal hopping, which couples n with n + 3, is left out.
 #pragma once
 
@@ -69,8 +69,8 @@ void AddBilayerPairs(LadderTable<T>& table, const BilayerBands<T>& bands, const 
   }
 }
 
-// Adds the transitions of one valley and both spins between the levels 0 to `highest`; weight 0.5 for each of two
-// valleys makes four flavours.
+// Adds the transitions of one valley and both spins between the levels 0 to `highest`. Two valleys of weight 0.5 make
+// the four flavours of the ladder sum.
 template <class T>
 void AddBilayerTransitions(LadderTable<T>& table, const BilayerBands<T>& bands, const T& eps, const T& weight,
                            const T& mu, const T& kT, int highest) {
@@ -82,7 +82,7 @@ void AddBilayerTransitions(LadderTable<T>& table, const BilayerBands<T>& bands, 
   }
 }
 
-// Adds what a band that rises from energy - half to energy + half within a step has of free charge.
+// Adds the free-carrier (Drude) term of a band that runs from energy - half to energy + half within a step.
 template <class T>
 void AddCharge(LadderTable<T>& table, const T& strength, const T& energy, const T& half, const T& kT) {
   if (SameOccupation(ValueOf(energy - half), ValueOf(energy + half), ValueOf(kT))) return;
@@ -92,9 +92,9 @@ void AddCharge(LadderTable<T>& table, const T& strength, const T& energy, const 
   table.Add(T(0), strength * perEnergy);
 }
 
-// The same without a field: eps^2 times the sum over n is the integral of 2 k dk over the in-plane energy k = hbar v q.
-// Up to 1 eV, where the light finds its transitions, the steps are small beside the broadening, and wider from there up
-// to 3 eV.
+// The limit of zero field: eps^2 times the sum over n becomes the integral of 2 k dk over the in-plane energy k = hbar
+// v q, up to 3 eV. The steps are smaller than the broadening `width` up to 1 eV, where the transitions lie, and four
+// times as wide above.
 template <class T>
 void AddBilayerContinuum(LadderTable<T>& table, const BilayerBands<T>& bands, const T& weight, const T& mu, const T& kT,
                          double width) {
@@ -107,7 +107,7 @@ void AddBilayerContinuum(LadderTable<T>& table, const BilayerBands<T>& bands, co
     const auto at = EigenOf(BilayerMatrix(bands, T(k), T(k)), 4);
     const T part = weight * T(2 * k * dk);
     for (std::size_t i = 0; i < kBilayerSize; ++i) {
-      // Within a band the occupation falls over the whole step: dE/dk is twice the element.
+      // Within a band the energy varies by +- own dk over the step, since dE/dk is twice the matrix element.
       const T own = BilayerElement(bands, at.vector[i], at.vector[i]);
       AddCharge(table, part * own * own, at.value[i] - mu, own * T(dk), kT);
       for (std::size_t f = 0; f < i; ++f) {  // from f to i, and from i to f

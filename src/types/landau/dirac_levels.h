@@ -10,15 +10,15 @@ T Magnitude(const T& x) {
   return ValueOf(x) < 0 ? -x : x;
 }
 
-// The factors 1 +- D^2/(E1 E2) of transitions between bands and within one; for the levels without a gap both are 1.
+// D^2/(E1 E2). Transitions between bands have the factor 1 + this, those within a band 1 - this. 0 for a level at 0.
 template <class T>
 T GapRatio(const T& gap, const T& E1, const T& E2) {
   if (ValueOf(E1) == 0 || ValueOf(E2) == 0) return T(0);
   return gap * gap / (E1 * E2);
 }
 
-// Adds all transitions between the levels 0 to `highest`, for both valleys together, of strength `weight` = eps^2. All
-// energies in eV.
+// Adds all transitions between the levels 0 to `highest` of both valleys, with the strength `weight` = eps^2. Energies
+// in eV.
 template <class T>
 void AddDiracTransitions(LadderTable<T>& table, const T& weight, const T& eps2, const T& gap, const T& mu, const T& kT,
                          int highest) {
@@ -35,8 +35,8 @@ void AddDiracTransitions(LadderTable<T>& table, const T& weight, const T& eps2, 
   }
 }
 
-// The same without a field: the sum over levels is the integral of 2 E dE from the gap to the largest energy, taken in
-// steps that are small beside the broadening `width` and kT.
+// The limit of zero field: the sum over levels becomes the integral of 2 E dE from the gap to the largest energy. The
+// steps are at most width/4 and kT/2, as long as their number stays below 40000.
 template <class T>
 void AddDiracContinuum(LadderTable<T>& table, const T& weight, const T& gap, const T& mu, const T& kT, double largest,
                        double width) {
@@ -50,15 +50,16 @@ void AddDiracContinuum(LadderTable<T>& table, const T& weight, const T& gap, con
   const T step = (T(largest) - from) / T(count);
   for (int i = 0; i < count; ++i) {
     const T E = from + step * T(i + 0.5), part = T(0.5) * weight * E * step, ratio = gap * gap / (E * E);
-    // From -E to E, and the same from E to -E.
+    // From -E to E, and with the same weight from E to -E.
     AddTransition<HallPart::kNone>(table, T(2) * part * (T(1) + ratio), -E - mu, E - mu, kT);
     AddTransition<HallPart::kNone>(table, part * (T(1) - ratio), E - mu, E - mu, kT);
     AddTransition<HallPart::kNone>(table, part * (T(1) - ratio), -E - mu, -E - mu, kT);
   }
 }
 
-// A chiral band of winding J (1 for a single layer, 2 for two) with half gap D, without field and at T = 0, for one
-// flavour: z = E + ig in eV, results in layer units. J = 1: the four flavours give 1816.5 far above the gap.
+// A chiral band of winding J (1 for one layer, 2 for two) with half gap D, at zero field and T = 0, for one flavour.
+// z = E + ig in eV; results in Ohm^-1 cm^-1 of a layer of 3.35 A. For J = 1 the four flavours give 1816.5 far above
+// the gap.
 //     sigma_xx = (u/4) J [(1 + 4 D^2/z^2) ln((2c + z)/(2c - z)) - 4 D^2/(c z)]/(i pi) + (u/pi) J i (mu^2 - D^2)/(c z),
 //     sigma_xy = (u/pi) J (D/z) ln((2c + z)/(2c - z)),  c = max(|D|, |mu|).
 // R. Nandkishore, L. Levitov, Phys. Rev. Lett. 107, 097402 (2011).
@@ -68,7 +69,7 @@ SheetTensor<T> ChiralBand(const Complex<T>& z, const T& gap, const T& mu, double
   const bool filled = ValueOf(m) > ValueOf(D);
   const T c = filled ? m : D;
   const T u(0.125 * kLadderConductivity * winding);
-  // The logarithm tends to i pi where neither gap nor charge is left.
+  // The limit of the logarithm for gap = mu = 0 is i pi.
   Complex<T> log{T(0), T(std::numbers::pi)};
   Complex<T> subtracted, intraband;
   if (ValueOf(c) > 0) {

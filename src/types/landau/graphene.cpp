@@ -6,7 +6,7 @@
 namespace kalvex {
 namespace {
 
-// Electrons of several kinds, each with a gap, a chemical potential, a broadening and a velocity of its own.
+// Several kinds of electrons, each with its own gap, chemical potential, broadening and velocity.
 struct GrapheneMagnetooptics {
   static constexpr Hooks kHooks = hook::kPrepare;
   enum Head { kTemperature, kField, kWindow, kCutoff, kBackground, kHallBackground };
@@ -76,10 +76,11 @@ struct GrapheneMagnetooptics {
   }
 
  private:
-  // Levels beyond so many are as good as the continuum of a vanishing field.
+  // With more levels than this the continuum of zero field is used.
   static constexpr double kMostLevels = 200000;
 
-  // The place of an energy among the levels +-n, counted from 1 on either side of the gap; 0 within it.
+  // The number of the last level between the gap and an energy, from 1 on the positive side and from -1 on the negative
+  // side; 0 within the gap.
   static double PlaceOf(double energy, double gap, double unit) {
     const double above = energy * energy - gap * gap;
     if (above < 0) return 0;
@@ -87,7 +88,7 @@ struct GrapheneMagnetooptics {
     return energy < 0 ? -place : place;
   }
 
-  // Occupations: 1 and 0 outside the thermal window, whose edges are levels.
+  // Occupations: Fermi's function within the thermal window, 1 below and 0 above it. Its edges lie at levels.
   template <class T>
   struct Occupations {
     T mu, kT;
@@ -100,7 +101,7 @@ struct GrapheneMagnetooptics {
     }
   };
 
-  // Fills the table for one kind of electrons; true if the field vanishes.
+  // Fills the table for one kind of electrons. Returns true if it is the continuum of zero field.
   template <class T>
   static bool AddLevels(const TypeInputs<T>& in, int k, LadderTable<T>& ladder) {
     const T D = in[in.Of(k, kGap)], mu = in[in.Of(k, kPotential)], v = in[in.Of(k, kVelocity)];
@@ -130,7 +131,7 @@ struct GrapheneMagnetooptics {
   }
 };
 
-// Sheets of graphene on a thick substrate, seen by circularly polarised light.
+// Sheets of graphene on a thick substrate in circularly polarised light.
 struct GrapheneCircular {
   static constexpr Hooks kHooks = hook::kPrepare;
   enum Input {
@@ -201,12 +202,12 @@ constinit const ModelType kGrapheneMagnetooptics = FittedType<GrapheneMagnetoopt
          "sigma_xy = -7266 v^2 6.577e-16 (B/pi) sum H [P/(S^2 - W^2) + M/(S'^2 - W^2)]\n"
          "E1 = E_n, E2 = E_(n+1), S = E2 + E1, S' = E2 - E1, P, M = 1 +- D^2/(E1 E2)\n"
          "F, H = [f(-E1) - f(E2)] +- [f(-E2) - f(E1)]; each kind of carriers adds with its weight\n"
-         "The occupation is 1 and 0 outside mu -+ window kT; levels count up to half the cut-off.\n"
-         "Both parts of sigma_xx take the one combination F. The occupations that belong to transitions within a band\n"
-         "are f(E1) - f(E2) + f(-E2) - f(-E1); they would give the cyclotron resonance of doped graphene its weight.\n"
-         "With F pairs of empty levels count as well, and sigma_xx grows with the cut-off, tenfold when it doubles;\n"
-         "to compare with a measurement take type 97, which has these occupations.\n"
-         "B = 0: the integral over energies with these, without a Hall part; 1816.5 above 2 mu.",
+         "The occupation is 1 below mu - window kT and 0 above mu + window kT. Levels count up to half the cut-off.\n"
+         "Both terms of sigma_xx use the same F. The correct occupations of the transitions within a band are\n"
+         "f(E1) - f(E2) + f(-E2) - f(-E1), which give the cyclotron resonance of doped graphene its weight.\n"
+         "With F, pairs of empty levels contribute as well: sigma_xx grows with the cut-off, tenfold when it doubles.\n"
+         "To compare with a measurement use type 97, which has the correct occupations.\n"
+         "B = 0: the integral over energies with the correct occupations, no Hall part; 1816.5 above 2 mu.",
      .source = "V. P. Gusynin, S. G. Sharapov, J. P. Carbotte, J. Phys.: Condens. Matter 19, 026222 (2007)",
      .from = 100,
      .to = 3000});

@@ -1,5 +1,5 @@
-// Graphene with an uneven charge in a field, and what is built around it: a device on a gate, its polarimetry, its
-// magnetoplasmons.
+// Graphene with an inhomogeneous charge in a magnetic field, and types that use its conductivity: a device on a gate,
+// its polarimetry, its magnetoplasmons.
 #include <algorithm>
 #include <numbers>
 
@@ -11,7 +11,7 @@
 namespace kalvex {
 namespace {
 
-// The tensor of sigma in a layer of 3.35 A with densities, the chemical potential spread by a Gaussian.
+// Conductivity tensor of a layer of 3.35 A, and carrier densities. The chemical potential has a Gaussian spread.
 struct GrapheneConductivity {
   static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   enum Input {
@@ -112,7 +112,7 @@ struct GrapheneConductivity {
   template <class T>
   static void AddNode(const TypeInputs<T>& in, const T& weight, const T& mu, Table<T>& table) {
     constexpr int kUsualLevels = 60, kMostLevels = 100000;
-    constexpr double kLargest = 5;  // eV, of the sum without field
+    constexpr double kLargest = 5;  // eV, upper end of the integral at zero field
     const T kT = T(kElectronvoltPerKelvin) * in[kTemperature], gap = in[kGap];
     const T eps2 = T(1.3154e-15) * Magnitude(in[kField]) * in[kVelocity] * in[kVelocity];
     if (ValueOf(eps2) == 0) {
@@ -182,7 +182,8 @@ struct GrapheneDevice {
     Number R, T;
     Complex<Number> t;
   };
-  // Echoes of the substrate with amplitudes and with intensities, blended by the coherence; of t with one pass alone.
+  // Intensities: the echoes in the substrate summed as amplitudes and as intensities, weighted by the coherence.
+  // Amplitude t: with all echoes and with a single pass, weighted by the coherence.
   template <class T>
   static Passed<T> Through(const TypeInputs<T>& in, const Complex<T>& s) {
     const Complex<T> one{T(1), T(0)}, n = Sqrt(in.eps(kSubstrate));
@@ -201,7 +202,7 @@ struct GrapheneDevice {
   }
 };
 
-// What polarisers around a device read.
+// Readings of a device between a polariser and an analyser.
 struct DevicePolarimetry {
   static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kDevice, kFirstPolariser, kFirstAnalyser, kSecondPolariser, kSecondAnalyser };
@@ -257,7 +258,7 @@ struct DevicePolarimetry {
   }
 };
 
-// The conductivity of a sheet for a wave of a given wave vector, screened by the charges that it moves.
+// The conductivity of a sheet at a given wave vector, screened by the charges that the wave induces.
 struct Magnetoplasmon97 {
   static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kSheet, kBelow, kAbove, kWaveVector };
@@ -287,7 +288,7 @@ struct Magnetoplasmon97 {
 
 constinit const ModelType kGrapheneMagnetoConductivity = FittedType<GrapheneConductivity, AtLeast(0)>(
     97, "Graphene MO cond.",
-    {.sample = "graphene with an uneven charge in a magnetic field: conductivity tensor, densities, filling",
+    {.sample = "graphene with an inhomogeneous charge in a magnetic field: conductivity tensor, densities, filling",
      .formula = "levels +-sqrt(D^2 + n 1.3154e-15 |B| v^2); the chemical potential takes the values mu + 3 s u,\n"
                 "u = i/N - 1/2, i = 0 ... N, with weights exp(-25 u^2), and results are means\n"
                 "conductivity by the Kubo sum over transitions n -> n + 1, |A|^2 = (1 +- D^2/(E1 E2))/4\n"
@@ -304,7 +305,7 @@ constinit const ModelType kGrapheneDevice = FittedType<GrapheneDevice, AtLeast(7
     {.sample = "a sheet of graphene on a substrate with a gate film on its back, in a magnetic field",
      .formula = "s_+- = 1.2619984e-5 N sigma_+-; front r = (1 - n - s)/(1 + n + s), t = 2/(1 + n + s), inside\n"
                 "r' = (n - 1 - s)/(n + 1 + s), t' = 2n/(n + 1 + s); back r_b, t_b of the gate film into vacuum\n"
-                "with all echoes of the substrate as amplitudes (coherence 1), as intensities (0), or between;\n"
+                "with all echoes of the substrate as amplitudes (coherence 1), as intensities (0), or a mean of both;\n"
                 "t_+- with all echoes or with one pass. Rows 4 to 7 are free.",
      .source =
          "field matrices, M. Born, E. Wolf, Principles of Optics, chapter 1.6; the order of the rows is a choice of "
@@ -316,7 +317,7 @@ constinit const ModelType kMagnetoopticsOfDevice = FittedType<DevicePolarimetry,
     100, "MO device from -98",
     {.sample = "two polarimeter readings of a graphene device",
      .formula = "e = |t_+ exp(ia) + t_- exp(-ia)|^2/4, a = analyser - polariser, for both readings\n"
-                "with a = -45 and 45 degrees Quantity 0 is the rotation of light that stays linear",
+                "With a = -45 and 45 degrees Quantity 0 is the rotation, if the light stays linearly polarised.",
      .source = "Jones calculus in circular polarisations; the roles of the angles are a choice of this program",
      .from = 100,
      .to = 3000});
@@ -326,7 +327,7 @@ constinit const ModelType kMagnetoplasmon = ShownType<Magnetoplasmon97, AtLeast(
     {.sample = "magnetoplasmons of a sheet of graphene at a given wave vector",
      .formula =
          "d = 1 + i q s_xx/(2 e k0), q = 2 pi Q, k0 = 2 pi x, s_xx = 1.262e-5 sigma_xx, e the mean of both media;\n"
-         "a mode stands where d is 0; sigma_xx/d answers to the outer field. Further rows are free.",
+         "d = 0 at a mode; sigma_xx/d is the response to the external field. Further rows are free.",
      .source = "A. L. Fetter, Phys. Rev. B 32, 7676 (1985)",
      .from = 100,
      .to = 3000});

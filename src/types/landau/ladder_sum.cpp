@@ -7,17 +7,16 @@
 namespace kalvex {
 namespace {
 
-// What is asked ahead goes in groups of frequencies, one a lane, and each group through the transitions in portions
-// that stay in the cache, with the reciprocals of a portion kept for both sums. A group that is not full has its last
-// frequency in the lanes left over.
+// Frequencies are summed in groups, one frequency in each lane of a vector. Each group runs over the transitions in
+// portions that fit in the cache; the reciprocals of a portion serve both sums. Unused lanes repeat the last frequency.
 constexpr std::size_t kGroup = 8, kPortion = 32;
 typedef double Pack __attribute__((vector_size(kGroup * sizeof(double))));
-// What clones hand on is aligned as the widest of them has it.
+// Records that vector clones of different widths share have the alignment of the widest.
 constexpr std::size_t kAlignment = sizeof(Pack);
 
 constexpr auto kLanes = static_cast<std::size_t>(kTypeLanes);
 
-// 1/(D^2 - Z^2) of a portion's transitions.
+// 1/(D^2 - Z^2) of the transitions of a portion.
 struct alignas(kAlignment) Reciprocals {
   std::array<Pack, kPortion> re, im;
 };
@@ -27,7 +26,7 @@ struct alignas(kAlignment) ValueSum {
   Cplx At(std::size_t lane, const Cplx&) const { return {re[lane], im[lane]}; }
 };
 
-// A sum, its derivative by Z^2, and those by what its weights and steps are made of.
+// A sum, its derivative by Z^2, and its derivatives by the directions of the dual numbers in weights and D^2.
 struct alignas(kAlignment) SlopeSum {
   ValueSum value, bySquare;
   std::array<Pack, kLanes> re{}, im{};

@@ -2,9 +2,9 @@
 //
 // With eps = sqrt(2 hbar e v^2 |B|) and A = dH/d(eps a+), a transition i -> f in which the level index grows by one
 // adds to the circular conductivities, in units of a layer of 3.35 A and for four flavours of electrons,
-//     sigma_+-(E) = (14532/pi) eps^2 sum |A_fi|^2 (f_i - f_f)/D i/(E -+ D + ig),   D = E_f - E_i,
-// all pairs of bands taken, so that resonant and antiresonant parts are both in. With Z = E + ig both tensor elements
-// are sums over 1/(D^2 - Z^2):
+//     sigma_+-(E) = (14532/pi) eps^2 sum |A_fi|^2 (f_i - f_f)/D i/(E -+ D + ig),   D = E_f - E_i.
+// The sum over all pairs of bands contains resonant and antiresonant parts. With Z = E + ig both tensor elements are
+// sums over 1/(D^2 - Z^2):
 //     sigma_xx = -i (14532/pi) Z sum w/(D^2 - Z^2),  sigma_xy = -(14532/pi) sum w D/(D^2 - Z^2),
 //     w = eps^2 |A_fi|^2 (f_i - f_f)/D.
 // V. P. Gusynin, S. G. Sharapov, J. P. Carbotte, J. Phys.: Condens. Matter 19, 026222 (2007), Kubo formula.
@@ -39,10 +39,10 @@ struct LadderSums {
 template <class T>
 struct LadderTable {
   std::vector<T> square;    // D^2
-  std::vector<T> diagonal;  // what stands above D^2 - Z^2 in sigma_xx
-  std::vector<T> hall;      // and in sigma_xy; empty without a field
+  std::vector<T> diagonal;  // numerator over D^2 - Z^2 in sigma_xx
+  std::vector<T> hall;      // the same in sigma_xy; empty without a field
 
-  // Sums that were made together, at these Z; the last one that was asked for.
+  // Cache: sums that were computed together, their Z, and the index of the last one that was read.
   struct Made {
     std::vector<Complex<T>> at;
     std::vector<LadderSums<T>> sums;
@@ -73,14 +73,14 @@ inline bool SameOccupation(double from, double to, double kT) {
   return (from > certain && to > certain) || (from < -certain && to < -certain);
 }
 
-// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential, if it is one
-// that light can make. Without a field there is no Hall part.
+// Adds a transition of weight eps^2 |A_fi|^2 between two energies, counted from the chemical potential, unless both
+// levels are full or both are empty. Without a field there is no Hall part.
 enum class HallPart { kThere, kNone };
 template <HallPart hall = HallPart::kThere, class T>
 void AddTransition(LadderTable<T>& table, const T& weight, const T& from, const T& to, const T& kT) {
   if (SameOccupation(ValueOf(from), ValueOf(to), ValueOf(kT))) return;
   const T step = to - from;
-  // Within a band at vanishing field the quotient of differences becomes the slope.
+  // Within a band at zero field the difference quotient becomes the slope.
   const bool same = std::fabs(ValueOf(step)) < 1e-12;
   const T w = same ? -weight * FermiSlope(from, kT) : weight * (Fermi(from, kT) - Fermi(to, kT)) / step;
   if constexpr (hall == HallPart::kThere) {
@@ -90,9 +90,9 @@ void AddTransition(LadderTable<T>& table, const T& weight, const T& from, const 
   }
 }
 
-// Both sums at Z = E + ig in eV. ahead: frequencies in cm-1, of which the first one is that of Z; a table takes longer
-// to come from memory than to be added up, so that sums are made for all of them together, and kept for the next calls.
-// No sum depends on which others are made with it.
+// Both sums at Z = E + ig in eV. ahead: frequencies in cm-1, the first one that of Z. Reading the table from memory
+// takes longer than summing it. The sums at all these frequencies are therefore computed together and cached for the
+// next calls. A sum does not depend on the frequencies with which it is computed.
 LadderSums<double> SumLadder(const LadderTable<double>& table, const Cplx& z, std::span<const double> ahead = {});
 LadderSums<TypeDual> SumLadder(const LadderTable<TypeDual>& table, const Complex<TypeDual>& z,
                                std::span<const double> ahead = {});
@@ -103,7 +103,7 @@ struct SheetTensor {
   Complex<T> xy;
 };
 
-// sigma_xx and sigma_xy in Ohm^-1 cm^-1 of a layer at Z = E + ig in eV; reversed is the sign of the field.
+// sigma_xx and sigma_xy in Ohm^-1 cm^-1 of a layer of 3.35 A at Z = E + ig in eV. reversed: the field is negative.
 template <class T>
 SheetTensor<T> LadderTensor(const LadderTable<T>& table, const Complex<T>& z, bool reversed,
                             std::span<const double> ahead = {}) {

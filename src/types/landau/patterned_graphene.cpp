@@ -1,4 +1,4 @@
-// Graphene that covers a substrate in part: a random mixture in a field, and a grating of ribbons.
+// Graphene that covers part of a substrate: a random mixture in a magnetic field, and a grating of ribbons.
 #include <algorithm>
 #include <numbers>
 #include <vector>
@@ -88,10 +88,10 @@ struct GrapheneMixture {
 
 // ---- ribbons
 
-// The response of a grating to a field across its ribbons: the current in a ribbon in modes sin(m pi y/w), m odd, which
-// the field of their charges couples,
+// The response of a grating to a field across its ribbons. The current in a ribbon is a sum of modes sin(m pi y/w), m
+// odd, which are coupled by the field of their charges:
 //     J_m w/(2s) + sum over n of (i/(2 e k0)) K_mn J_n = E 2w/(m pi),  K_mn = (1/L) sum over G of |G| Re b_m* b_n,
-// b_m the transform of a mode, G = 2 pi j/L.
+// with the Fourier transform b_m of a mode and G = 2 pi j/L.
 class RibbonModes {
  public:
   RibbonModes(double width, double period, int modes, int momenta) : width_(width), period_(period) {
@@ -109,7 +109,8 @@ class RibbonModes {
     }
   }
 
-  // The mean sheet of the grating for a sheet s (a pure number) in surroundings of mean permittivity e.
+  // The mean sheet conductivity of the grating, for ribbons of conductivity s (in units of 1/Z0) between media of mean
+  // permittivity e.
   Cplx Effective(const Cplx& s, const Cplx& e, double k0) const {
     const std::size_t count = drive_.size();
     std::vector<Cplx> a(count * count), x(count);
@@ -134,7 +135,7 @@ class RibbonModes {
     const Cplx end{std::cos(G * width_), -std::sin(G * width_)};
     return (1.0 + end) * (p / D);
   }
-  // Gauss elimination; the diagonal rules, so that no pivots are sought.
+  // Gauss elimination without pivots: the diagonal dominates.
   static void Solve(std::vector<Cplx>& a, std::vector<Cplx>& x) {
     const std::size_t count = x.size();
     for (std::size_t k = 0; k < count; ++k) {
@@ -182,7 +183,7 @@ struct GrapheneRibbons {
 
   template <class T>
   struct Table {
-    std::vector<RibbonModes> modes;  // one, or none for the circuit
+    std::vector<RibbonModes> modes;  // one element, or none for the equivalent circuit
   };
   static void Prepare(const TypeInputs<double>& in, Table<double>& table) {
     constexpr int kMostModes = 60, kMostMomenta = 100000, kUsualMomenta = 400;
@@ -241,11 +242,9 @@ struct GrapheneRibbons {
 constinit const ModelType kGrapheneEma = ShownType<GrapheneMixture, Exactly(4)>(
     84, "Graphene-EMA",
     {.sample = "graphene with holes, or flakes of it, on a substrate in a magnetic field",
-     .formula =
-         "2 s = (2f - 1)(s1 - s2) + sqrt[((2f - 1)(s1 - s2))^2 + 4 s1 s2], the root with absorption, for each "
-         "circular\n"
-         "sense; s1 by the sum over Landau levels, averaged over equal steps of the chemical potential; transmission\n"
-         "and rotation as in type 52. s2 = 0 percolates at f = 1/2.",
+     .formula = "2 s = (2f - 1)(s1 - s2) + sqrt[((2f - 1)(s1 - s2))^2 + 4 s1 s2], the root with absorption, for each\n"
+                "circular polarisation; s1 by the sum over Landau levels, averaged over equal steps of the chemical\n"
+                "potential; transmission and rotation as in type 52. s2 = 0 percolates at f = 1/2.",
      .source =
          "D. A. G. Bruggeman, Ann. Phys. 24, 636 (1935), in two dimensions; the order of the rows is a choice of this "
          "program",
@@ -260,7 +259,7 @@ constinit const ModelType kGrapheneRibbons = ShownType<GrapheneRibbons, AtLeast(
          "e the mean permittivity of both sides; modes: the current as a sum of sin(m pi y/w), m odd, with\n"
          "J_m w/(2s) + sum (i/(2 e k0)) K_mn J_n = 2 w/(m pi), K_mn = (1/L) sum |G| Re b_m* b_n\n"
          "t = 2/(1 + n + s_eff). Further rows are free. Drude: s = 2 pi d Wp^2 i/(x + iG), d = 3.35e-8 cm; of\n"
-         "graphene 2 pi d Wp^2 = 4 alpha mu, mu in cm-1: 14957 cm-1 for 0.2 eV.",
+         "graphene 2 pi d Wp^2 = 4 alpha mu, mu in cm-1: Wp = 14957 cm-1 for 0.2 eV.",
      .source = "L. B. Whitbourn, R. C. Compton, Appl. Opt. 24, 217 (1985), circuit; mode sum: Galerkin form of the "
                "quasi-static integral equation of a strip",
      .from = 50,

@@ -61,16 +61,16 @@ constexpr SlotUse kWeylFills[] = {{kRps, "density of electrons minus holes, cm-3
 constexpr RowMap kWeylMap{.rows = AtLeast(6), .head = kWeylHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
 struct WeylTable {
-  std::vector<double> numbers;  // for which it was made
+  std::vector<double> numbers;  // from which it was computed
   LadderTable<double> ladder;
   double charge = 0;  // per cm^3
   double carriers = 0;
 };
 
-// The level n of a node at the energy m = chi hbar v k along the field.
+// The level n of a node at m = chi hbar v k, k the wave vector along the field.
 struct WeylLevel {
   double energy;
-  double up;  // share of the component whose ladder index is one lower
+  double up;  // weight of the component whose ladder index is one lower
 };
 WeylLevel LevelOf(double m, double eps, double n, int side) {
   if (n == 0) return {-m, 0};
@@ -113,7 +113,7 @@ void CountCarriers(double energy, double mu, double kT, double weight, WeylTable
   table.carriers += weight * (energy > 0 ? f : energy < 0 ? hole : 0.5);
 }
 
-// Without a field levels are integrals over the energy across it.
+// At zero field the sum over levels becomes an integral over the energy of the motion across the field.
 void AddWeylContinuum(const TypeInputs<double>& in, double m, double mu, double weight, LadderTable<double>& ladder) {
   constexpr double kLargest = 1;  // eV
   const int count =
@@ -160,7 +160,7 @@ std::vector<double> WeylEnergies(const TypeInputs<double>& in, double k) {
   return energies;
 }
 
-// The level in the middle of the list and the two above it, against the number of the mesh point.
+// Writes files of the middle level of the list and the two above it, against the number of the mesh point.
 void WriteLevels(const TypeInputs<double>& in) {
   const WeylMesh mesh = MeshOf(in);
   std::string text[3];
@@ -172,7 +172,7 @@ void WriteLevels(const TypeInputs<double>& in) {
       text[f] += std::to_string(k) + ' ' + TextG(energy) + " \n";
     }
   }
-  // They are for a person to look at: the spectrum does not need them.
+  // A failure is ignored: the files are for the user only, the spectrum does not need them.
   for (std::size_t f = 0; f < 3; ++f) WriteWholeFile("EV" + std::to_string(f) + ".dat", text[f]).Ignore();
 }
 
@@ -190,7 +190,7 @@ int EvaluateWeyl(EvalContext& ctx, const Model& model, double x, bool) {
   Slots<double> q{};
   q[kRps] = table.charge;
   q[kDefringed] = table.carriers;
-  // Per node the quarter of four flavours, in siemens per metre.
+  // For one node, a quarter of four flavours; in siemens per metre.
   constexpr double kPrefactor = 2 / std::numbers::pi * 6.085432e-05;
   const Cplx z{kElectronvoltPerWavenumber * x, in[kBroadening]};
   const LadderSums<double> sums = SumLadder(table.ladder, z, in.ahead());
@@ -213,12 +213,13 @@ int EvaluateWeyl(EvalContext& ctx, const Model& model, double x, bool) {
 
 constexpr RowCell kWeylLevelsHead[] = {
     EvaluatedType(0, Wo, "Weyl bands, of type 93", 93),
-    Setting(0, Wp, "number of the level, 0 for the lowest; that of the partner's highest level passes the node", 20)};
+    Setting(0, Wp,
+            "number of the level, 0 for the lowest; the partner's highest level N gives the one through the node", 20)};
 constexpr SlotUse kLevelFill[] = {{kRefl, "energy of the level, eV"}};
 constexpr RowMap kWeylLevelsMap{
     .rows = Exactly(1), .head = kWeylLevelsHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
-// Reads the rows of a partner of a known type.
+// Reads the rows of a partner with the row map of its type.
 template <class Read>
 int ReadRowsOf(EvalContext& ctx, const Model& partner, const RowMap& map, Read read) {
   TypeRun run(ctx, partner, map, {});
@@ -345,11 +346,11 @@ struct Bismuth {
     table.electrons.Clear();
     table.holes.Clear();
     const int count = std::clamp(in.setting(kBiCount), 1, kMostPoints), highest = BismuthLevels(in.value(kBiHighest));
-    const double dk = in.value(kBiLargest) / count;  // half of the axis, doubled by the weight
+    const double dk = in.value(kBiLargest) / count;  // k > 0 only; the factor 2 of perLayer stands for both signs
     const T kT = T(kElectronvoltPerKelvin) * in[kBiTemperature], mu = in[kBiPotential];
     const T field = Magnitude(in[kBiField]),
             unit = in[kBiGap] * T(kCyclotronPerTesla) * field / HeldFromZero(in[kBiMass]);
-    // A layer of 3.35 A becomes a sheet, and sheets add up along the field; a pocket has two of the four flavours.
+    // From a layer of 3.35 A to a sheet, and to a sum of sheets along the field. A pocket has two of the four flavours.
     const double perLayer = 2 * dk * 1e7 / (2 * std::numbers::pi) * 3.35e-8;
     const T pockets(0.5 * in.value(kBiPockets) * perLayer);
     for (int i = 0; i < count; ++i) {
@@ -381,8 +382,8 @@ struct Bismuth {
   }
 
  private:
-  // A parabolic band that opens downwards, H = -hbar w (a+ a + 1/2): the element between n and n + 1 is hbar w sqrt(n +
-  // 1).
+  // A parabolic band that opens downwards, H = -hbar w (a+ a + 1/2). The matrix element between the levels n and n + 1
+  // is hbar w sqrt(n + 1).
   template <class T>
   static void AddHoles(const TypeInputs<T>& in, double k, int highest, const T& weight, const T& mu, const T& kT,
                        LadderTable<T>& table) {
@@ -437,8 +438,8 @@ constinit const ModelType kWeylKubo = {
              "sigma = nodes sum over k dk/(2 pi) (2/pi) 6.085432e-5 eps^2 sum over n - 1 -> n, both chiralities,\n"
              "|A|^2 = (1 - m/E_f)(1 + m/E_i)/4, m = chi hbar v k; B = 0: integral over the energy across the field,\n"
              "up to 1 eV. B = 0 writes EV0.dat, EV1.dat, EV2.dat: number of the mesh point, and the middle level, the\n"
-             "next and the one after it. Row 3, column Wo, a tilt, does not count. Let the broadening exceed hbar\n"
-             "v times the step of the wave vectors.",
+             "next and the one after it. Row 3, column Wo, a tilt, has no effect. The broadening should exceed\n"
+             "hbar v times the step of the wave vectors.",
          .source = "P. E. C. Ashby, J. P. Carbotte, Phys. Rev. B 87, 245131 (2013); the order of the rows is a choice "
                    "of this program",
          .from = 50,

@@ -9,7 +9,7 @@ void Resize(std::size_t n, std::initializer_list<std::vector<Cplx>*> matrices) {
   }
 }
 
-// States of H(k) and v between them, H made of the given sizes and energies.
+// States of H(k), and v between them. H has the given hopping sizes and site energies.
 template <class SizeOf, class EnergyOf>
 bool SolveValues(std::size_t n, const std::vector<Hop>& hops, const Vector3& k, SizeOf sizeOf, EnergyOf energyOf,
                  BandScratch& s) {
@@ -60,7 +60,7 @@ bool BandPoint<TypeDual>::SolveAt(const Vector3& k) {
   return found;
 }
 
-// What the change of the states adds to the elements of v.
+// Adds the change of the elements of v that comes from the change of the states.
 void BandPoint<TypeDual>::PerturbElements(std::size_t lane) {
   const std::size_t n = size();
   const std::vector<Cplx>&v = scratch_.v, &h = scratch_.h[lane];
@@ -97,7 +97,7 @@ TypeDual BandPoint<TypeDual>::LevelFor(std::size_t i, std::size_t j) const {
   const std::size_t n = size();
   TypeDual level = Level(i);
   const Cplx v = scratch_.v[i * n + j];
-  if (Norm(v) == 0) return level;  // rounding may leave one of v_ij and v_ji without a trace
+  if (Norm(v) == 0) return level;  // by rounding only one of v_ij and v_ji may be exactly 0
   for (std::size_t k = 0; k < n; ++k) {
     if (k == i || std::fabs(Gap(i, k)) >= kLevelsApart) continue;
     const Cplx part = scratch_.v[k * n + j] * Conj(v) / Norm(v);

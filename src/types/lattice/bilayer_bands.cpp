@@ -1,10 +1,10 @@
-// A tight-binding program inside a model: a lattice file made from the rows and read back, reciprocal vectors and hops
-// written for the user, bands along a path, and an interband conductivity on a mesh of energies.
+// Tight-binding bands as a model. The type writes a lattice file from its rows and reads it back, writes reciprocal
+// vectors and hops for the user, and computes bands along a path or an interband conductivity on a mesh of energies.
 //
-// The interband part of the Kubo formula, two spins; in a bin of width step at the energy E
+// The interband part of the Kubo formula with two spins, in a bin of width step at the energy E:
 //     sigma_ij = 50 2 pi (e^2/hbar) mean over k of |<i|dH/dk_x|j>|^2 (f_i - f_j)/(E_j - E_i)/(A c)/step,
-// E_j - E_i in the bin, A c the volume of the cell. The cell of the file is 335 A high and holds one bilayer; 50 =
-// 335/6.7 makes it the conductivity of a layer of 6.7 A.
+// E_j - E_i in the bin, A c the volume of the cell. The cell of the file is 335 A high and contains one bilayer. The
+// factor 50 = 335/6.7 gives the conductivity of a layer of 6.7 A.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -28,7 +28,7 @@ enum Input {
   kPotential,
   kSite,
   kTemperature,
-  kNodes,  // three cells a node
+  kNodes,  // three cells for each node
   kEnergyFrom = kNodes + 12,
   kEnergyTo,
   kBins,
@@ -79,21 +79,21 @@ constexpr SlotUse kFills[] = {{kRefl, "lowest band at x on the path, eV"},
                               {kN2, "between bands 3 and 4"},
                               {kDepth, "sum over all pairs of bands"}};
 
-constexpr std::size_t kPathBands = 4;   // kRefl and the three behind it
-constexpr std::size_t kPairSlots = 6;   // kE1 and the five behind it
-constexpr std::size_t kBinNumbers = 7;  // the sum, and these
+constexpr std::size_t kPathBands = 4;   // kRefl and the three Quantities after it
+constexpr std::size_t kPairSlots = 6;   // kE1 and the five Quantities after it
+constexpr std::size_t kBinNumbers = 7;  // the sum over all pairs, and the pairs
 constexpr double kMostBins = 1e6;
 
 using BinNumbers = std::array<double, kBinNumbers>;
 using MeshNumbers = std::array<double, 6>;
 
-// What stands in the files that the models of this type share: for which numbers they were written last.
+// The numbers with which the shared files of this type's models were last written.
 struct WrittenFiles {
   BilayerEnergies lattice{-1, -1, -1, -1, -1, -1, -1};
   MeshNumbers mesh = {-1, -1, -1, -1, -1, -1};
 };
 
-// A result that is kept for the numbers from which it was made, also that there is none.
+// The key of a cached result: the numbers from which it was computed. A failure is cached as well.
 enum class Made { kNot, kDone, kFailed };
 template <class Key>
 struct Kept {
@@ -101,8 +101,8 @@ struct Kept {
   Made made = Made::kNot;
   std::uint64_t spectrum = 0;
 
-  // A failure is tried again in the next spectrum, so that a user who has mended the file goes on, and is not told the
-  // same at every frequency.
+  // A failure is repeated only in the next spectrum. The message comes once a spectrum, not at every frequency, and a
+  // corrected file is read.
   bool IsFor(const Key& wanted, std::uint64_t now) const {
     if (made == Made::kNot || !(key == wanted)) return false;
     return made == Made::kDone || (now != 0 && now == spectrum);
@@ -146,7 +146,7 @@ bool WriteFile(const EvalContext& ctx, const char* name, const std::string& text
   return false;
 }
 
-// The lattice in memory, by way of its file.
+// Writes the lattice file if the numbers have changed, and reads the lattice from it.
 bool LoadLattice(EvalContext& ctx, const BilayerEnergies& energies, BilayerCache& cache) {
   BilayerEnergies& written = SharedOf<WrittenFiles>(ctx).lattice;
   if (!(written == energies)) {
@@ -171,7 +171,7 @@ bool LoadLattice(EvalContext& ctx, const BilayerEnergies& energies, BilayerCache
          WriteFile(ctx, kHopsFile, HopsText(cache.cell, cache.hops));
 }
 
-// Levels, and on request states and dH/dk_x between them in cache.slope, at a wave vector.
+// Computes the levels at a wave vector; with wantStates also the states, and dH/dk_x between them in cache.slope.
 void SolveAt(const EvalContext& ctx, BilayerCache& cache, const Vector3& k, bool wantStates) {
   const std::size_t n = cache.cell.atoms.size();
   for (std::vector<Cplx>* const room : {&cache.matrix, &cache.slope, &cache.room}) room->resize(n * n);
@@ -202,7 +202,7 @@ void FillBands(const EvalContext& ctx, const TypeInputs<double>& in, BilayerCach
   }
 }
 
-// The mesh of wave vectors, by way of its file.
+// Writes the mesh file if the numbers have changed, and reads the mesh of wave vectors from it.
 bool LoadMesh(EvalContext& ctx, const TypeInputs<double>& in, WaveVectorMesh& mesh) {
   MeshNumbers numbers{};
   for (int i = 0; i < static_cast<int>(numbers.size()); ++i) numbers[static_cast<std::size_t>(i)] = in.value(kMesh + i);
@@ -228,7 +228,7 @@ struct EnergyMesh {
   double from, to, step;
   int bins;
 
-  // The bin of an energy, -1 outside.
+  // The bin of an energy; -1 if it is outside the mesh.
   int BinOf(double energy) const {
     if (bins < 1 || !(energy >= from && energy < to)) return -1;
     return std::min(static_cast<int>((energy - from) / step), bins - 1);
@@ -241,7 +241,7 @@ EnergyMesh EnergyMeshOf(const TypeInputs<double>& in) {
   return {from, to, (to - from) / bins, bins};
 }
 
-// One wave vector's part of all bins: weight |<i|dH/dk_x|j>|^2 (f_i - f_j)/(E_j - E_i).
+// Adds the transitions of one wave vector to the bins: weight |<i|dH/dk_x|j>|^2 (f_i - f_j)/(E_j - E_i).
 void AddTransitions(const EnergyMesh& mesh, double weight, double mu, double kT, BilayerCache& cache) {
   const std::size_t n = cache.cell.atoms.size();
   std::size_t pair = 0;
@@ -342,14 +342,14 @@ constinit const ModelType kBandsCondBilayer = {
              "H(k) = site energies + sum over hops of size exp(i k R), R from atom to atom; in the usual notation the\n"
              "hoppings are -g0, g1, -g3 and g4\n"
              "sigma_ij = 50 2 pi (e^2/hbar) mean over k |<i|dH/dkx|j>|^2 (f_i - f_j)/(E_j - E_i)/(A 335e-8 cm)/step\n"
-             "in the bin of E_j - E_i; the mean is over the whole zone, of which the mesh takes its part at the\n"
-             "middles of its cells. Outside the path and the bins all is 0. The lattice goes through Bilayer.lat,\n"
-             "the mesh through Q.cfg in the current directory; b.dat and Hops.dat are for reading. A file made by\n"
-             "hand counts until the numbers of the rows that it comes from change.",
+             "in the bin of E_j - E_i; the mean is over the whole zone; the mesh covers a part of it, with points at\n"
+             "the middles of its cells. Outside the path and the bins the results are 0. The lattice is written to\n"
+             "Bilayer.lat and the mesh to Q.cfg in the current directory, and both are read from there. b.dat and\n"
+             "Hops.dat are output only. An edited file is used until the numbers of its rows change.",
          .source =
              "tight binding, E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013), and the Kubo formula; the "
-             "conductivity is that of a layer of 6.7 A; which pair of bands stands where is a choice of this "
-             "program",
+             "conductivity is that of a layer of 6.7 A; which Quantity holds which pair of bands is a choice of "
+             "this program",
          .from = 0.05,
          .to = 2.4,
          .axis = "position on the path for the bands, energy in eV for the conductivity"},

@@ -37,10 +37,10 @@ struct Lattice {
   std::vector<HopType> types;
 };
 
-// Lattice vectors from three lengths and three angles in degrees: a1 along x, a2 in the plane of x and y. False if
-// there is no such cell.
+// Computes lattice vectors from three lengths and three angles in degrees: a1 along x, a2 in the plane of x and y.
+// Returns false if there is no such cell.
 bool SetLatticeVectors(const Vector3& lengths, const Vector3& degrees, Lattice& lattice);
-// Volume and reciprocal vectors from the lattice vectors. False if the volume is 0.
+// Computes volume and reciprocal vectors from the lattice vectors. Returns false if the volume is 0.
 bool SetReciprocalVectors(Lattice& lattice);
 
 struct Hop {
@@ -50,14 +50,14 @@ struct Hop {
   Vector3 step{};  // from the first atom to the second, in the unit of the lattice vectors
 };
 
-// Every pair of atoms, in both orders, whose distance is that of a type within its tolerance. False if the types reach
-// over more cells, or find more hops, than there is room for.
+// Finds every pair of atoms, in both orders, whose distance is that of a hop type within its tolerance. Returns false
+// if the types reach over too many cells or give too many hops.
 bool FindHops(const Lattice& lattice, std::vector<Hop>& hops);
 
 // exp(i k step) of each hop.
 void PhasesAt(std::span<const Hop> hops, const Vector3& k, std::vector<Cplx>& phases);
 
-// H(k) in n by n, row by row: the energies on the diagonal, and sizeOf(type) exp(i k step) for each hop.
+// H(k) as an n by n matrix, row by row: energies on the diagonal, and sizeOf(type) exp(i k step) for each hop.
 template <class SizeOf, class EnergyOf>
 void AssembleBloch(std::size_t n, std::span<const Hop> hops, std::span<const Cplx> phases, SizeOf sizeOf,
                    EnergyOf energyOf, std::span<Cplx> matrix) {
@@ -69,7 +69,7 @@ void AssembleBloch(std::size_t n, std::span<const Hop> hops, std::span<const Cpl
   }
 }
 
-// dH/dk_x: i step_x in front of each hop.
+// dH/dk_x: each hop of H times i step_x.
 template <class SizeOf>
 void AssembleBlochSlope(std::size_t n, std::span<const Hop> hops, std::span<const Cplx> phases, SizeOf sizeOf,
                         std::span<Cplx> matrix) {
@@ -80,7 +80,7 @@ void AssembleBlochSlope(std::size_t n, std::span<const Hop> hops, std::span<cons
   }
 }
 
-// An operator between the states of an eigenproblem: out_ij = <i|O|j>. room: n by n.
+// Matrix elements of an operator between the states of an eigenproblem: out_ij = <i|O|j>. room: a buffer of n by n.
 void BetweenStates(std::size_t n, std::span<const Cplx> states, std::span<const Cplx> matrix, std::span<Cplx> room,
                    std::span<Cplx> out);
 

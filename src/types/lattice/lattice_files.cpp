@@ -10,12 +10,12 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
 
-// The words of one line after the other, blank lines left out.
+// Reads the words of a text line by line. Blank lines are skipped.
 class LineReader {
  public:
   explicit LineReader(std::string_view text) : rest_(text) {}
 
-  // The next line; an empty one at the end.
+  // Goes to the next line, which is empty at the end of the text.
   void NextLine() {
     line_ = {};
     while (!rest_.empty() && line_.find_first_not_of(kBlanks) == std::string_view::npos) {
@@ -42,7 +42,7 @@ class LineReader {
     line_.remove_prefix(word.size());
     return word;
   }
-  // So many numbers, false if one is missing.
+  // Reads N numbers; returns false if one is missing.
   template <std::size_t N>
   bool Reals(std::array<double, N>& values) {
     for (double& value : values) {
@@ -165,7 +165,7 @@ bool HasCells(const WaveVectorMesh& mesh, std::string& fault) {
   return mesh.grid[0] > 0 && mesh.grid[1] > 0 && mesh.grid[2] > 0;
 }
 
-// A single cell may stand for an axis as a whole, with equal ends.
+// True for a valid range. Equal ends with a single cell mean the whole axis.
 bool IsRange(double from, double to, long cells) {
   return from >= 0 && to <= 1 && (from < to || (cells == 1 && from == to));
 }

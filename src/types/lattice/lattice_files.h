@@ -1,6 +1,6 @@
-// The text files of a lattice and of its wave-vector mesh: how they are written, and how they are read. Their faults
-// are told in the words that users know, where the lattice's own file is called "Lattice.dat" and some lines are not
-// counted from its top.
+// Writing and reading of the text files of a lattice and of its wave-vector mesh. The error messages keep their known
+// texts: they call the lattice file "Lattice.dat", and some of their line numbers do not count from the top of the
+// file.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ inline constexpr const char* kReciprocalFile = "b.dat";
 inline constexpr const char* kHopsFile = "Hops.dat";
 inline constexpr const char* kMeshFile = "Q.cfg";
 
-// What a bilayer of graphene is made of, eV.
+// Hoppings and site energies of bilayer graphene, eV.
 struct BilayerEnergies {
   double inPlane = 0;                      // A1 B1 and A2 B2
   double dimer = 0;                        // A1 A2
@@ -26,19 +26,19 @@ struct BilayerEnergies {
   bool operator==(const BilayerEnergies&) const = default;
 };
 
-// "Bilayer.lat": lengths, angles, the atoms, one a line, and the hops, one kind a line.
+// Text of "Bilayer.lat": lengths, angles, one line for each atom, one line for each kind of hop.
 std::string LatticeText(const BilayerEnergies& energies);
-// Vectors, atoms and kinds of hops of such a text, and what a user makes of it: blank lines are passed over, and what
-// follows the last field of a line. False with the message if it cannot be read; the lattice is then of no use.
+// Reads vectors, atoms and kinds of hops from such a text, which users may edit: blank lines and text after the last
+// field of a line are skipped. On a failure returns false with the message in fault; the lattice is then incomplete.
 bool ReadLattice(std::string_view text, Lattice& lattice, std::string& fault);
 
-// "b.dat" and "Hops.dat".
+// Texts of "b.dat" and "Hops.dat".
 std::string ReciprocalText(const Lattice& lattice);
 std::string HopsText(const Lattice& lattice, std::span<const Hop> hops);
 
-// "Q.cfg" of a square mesh.
+// Text of "Q.cfg" of a square mesh.
 std::string MeshText(const WaveVectorMesh& mesh);
-// Either kind of mesh.
+// Reads a square or radial mesh. On a failure returns false with the message in fault.
 bool ReadMesh(std::string_view text, WaveVectorMesh& mesh, std::string& fault);
 
 }  // namespace kalvex

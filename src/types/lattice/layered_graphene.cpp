@@ -1,10 +1,10 @@
 // Dielectric functions of two and three layers of graphene from their bands, and differences of two of them.
 //
-// Layers A B on top of each other as in graphite, the A atoms in one line; hoppings as in the type that writes lattice
-// files. Kubo's sum (band_response.h) over the whole zone or over a disc about the zone's corner K; the other half of
-// the zone, and the other corner, are the same by k -> -k and count through a factor of 2.
-//     sheet = e^2/hbar (2/A) (a (interband part) + b (intraband part)),   sigma = sheet/d,   eps = eps_inf + 60 i
-//     sigma/x
+// Layers are stacked as in graphite, with the A atoms above each other; hoppings as in bilayer_bands.cpp. The Kubo sum
+// (band_response.h) runs over the whole zone or over a disc about the zone's corner K. By the symmetry k -> -k half of
+// the zone, or one corner, is enough; a factor of 2 stands for the other.
+//     sheet = e^2/hbar (2/A) (a (interband part) + b (intraband part)),   sigma = sheet/d,
+//     eps = eps_inf + 60 i sigma/x
 // E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013); three layers: M. Koshino, E. McCann, Phys. Rev. B 79,
 // 125443 (2009), with their g2/2 and g5/2 between the outer layers.
 #include <algorithm>
@@ -84,7 +84,7 @@ constexpr RowCell kPhononCells[] = {
 
 enum Hopping { kHopInPlane, kHopDimer, kHopTrigonal, kHopSkew, kHopOuterA, kHopOuterB, kHoppings };
 
-// Which hopping each kind of hops of the lattice is.
+// A lattice with its hops; hoppings[t] is the hopping of the lattice's hop type t.
 struct LayeredLattice {
   Lattice lattice;
   std::vector<Hopping> hoppings;
@@ -99,7 +99,7 @@ void AddKind(LayeredLattice& layered, int first, int second, double R, Hopping h
   layered.hoppings.push_back(hopping);
 }
 
-// Atoms 2l and 2l + 1 are A and B of layer l; the layers stand in the order 1 2 1 ...
+// Atoms 2l and 2l + 1 are A and B of layer l; the layers alternate: 1 2 1 ...
 LayeredLattice MakeLayers(int layers) {
   constexpr double kInPlaneDistance = 1.42, kSlantDistance = 3.64, kHeight = 335;
   LayeredLattice layered;
@@ -130,7 +130,7 @@ LayeredLattice MakeLayers(int layers) {
 template <class T>
 WaveVectorMesh MeshOf(const TypeInputs<T>& in) {
   constexpr int kMostCells = 2000, kMostDirections = 720, kUsualDirections = 24;
-  constexpr double kHalfWay = 0.28867513459481287;  // from K to the middle of the edge, beyond which K' begins
+  constexpr double kHalfWay = 0.28867513459481287;  // from K to the middle of the edge; beyond it K' is nearer
   const int cells = std::clamp(in.setting(kMesh), 1, kMostCells);
   WaveVectorMesh mesh;
   if (!(in.value(kRadius) > 0)) {
@@ -154,7 +154,7 @@ constexpr double kCentimetrePerAngstrom = 1e-8;
 constexpr std::uint64_t kOfStates =
     InputBits({kInPlane, kDimer, kTrigonal, kSkew, kSiteA, kLayers, kPotential, kSite, kTemperature});
 
-// What the numbers of a type are in the bands of so many layers.
+// Hopping sizes and site energies of the bands, from the numbers of the rows.
 template <class T>
 void SetBands(const TypeInputs<T>& in, int layers, const LayeredLattice& layered, BandModel<T>& model) {
   std::array<T, kHoppings> sizes{};
@@ -208,7 +208,7 @@ struct LayeredResponse {
   Complex<T> interband, intraband;  // conductivities with their weights, Ohm^-1 cm^-1
 };
 
-// The weights and the thickness that 0 stands for.
+// Weights and thickness, with the default for 0.
 template <class T>
 T NumberOr(const TypeInputs<T>& in, int input, double usual) {
   return in.value(input) == 0 ? T(usual) : in[input];
@@ -228,7 +228,7 @@ LayeredResponse<T> ResponseAt(const TypeInputs<T>& in, int layers, bool intraban
   return response;
 }
 
-// Inputs without influence with the settings as they are.
+// Inputs without effect at the present settings.
 std::uint64_t IdleOfLayers(const TypeInputs<double>& in, bool intraband) {
   std::uint64_t idle = 0;
   for (const int input : {kInterband, kIntraband, kSpacing}) {
@@ -264,7 +264,7 @@ constexpr SlotUse kMaterialFills[] = {{kE1, "Re eps"},
                                       {kS2, "Im sigma"},
                                       {kN1, "electrons in the cell, less those of half filled bands", kOfStates}};
 
-// Two layers. With options a row 9 may leave the intraband part out; with phonons the rows behind it add oscillators.
+// Two layers. With options row 9 can switch the intraband part off; with phonons the rows after it add oscillators.
 template <bool kOptions, bool kPhonons>
 struct DoubleLayer {
   static constexpr Hooks kHooks = hook::kKeep | hook::kIdle | hook::kPrepare;
@@ -303,7 +303,7 @@ struct DoubleLayer {
 
  private:
   enum PhononCell { kFrequency, kStrength, kWidth };
-  // Row by row in pairs; a last row without another is a phonon that nothing screens.
+  // Two rows for each phonon: the phonon and the transition that screens it. A single last row is an unscreened phonon.
   template <class T>
   static Complex<T> PhononSum(const TypeInputs<T>& in) {
     Complex<T> sum;
@@ -390,10 +390,11 @@ struct WeightedDifference {
 
 constexpr const char* kLayerFormula =
     "sheet = i (e^2/hbar) (2/A) mean over k, sum over i, j of |<i|dH/dkx|j>|^2 phi_ij/(E - D + ig), D = E_j - E_i,\n"
-    "phi_ij = (f_i - f_j)/D, -df/dE for i = j; weights a for i other than j, b for i = j and for levels that meet;\n"
-    "sigma = sheet/d, eps = eps_inf + 60 i sigma/x. With a radius the mean is over N rings of a disc about K, taken\n"
-    "twice; without, over N by N wave vectors of the zone. Let the broadening exceed the steps between the levels.\n"
-    "In the usual notation the hoppings are -g0, g1, -g3 and g4.\n";
+    "phi_ij = (f_i - f_j)/D, -df/dE for i = j; weights a for i other than j, b for i = j and for equal levels;\n"
+    "sigma = sheet/d, eps = eps_inf + 60 i sigma/x. With a radius the mean is over N rings of a disc about K, with\n"
+    "weight 2; without a radius, over N by N wave vectors of the zone. The broadening should be larger than the\n"
+    "steps of the energies between neighbouring wave vectors. In the usual notation the hoppings are -g0, g1,\n"
+    "-g3 and g4.\n";
 constexpr const char* kLayerSource =
     "E. McCann, M. Koshino, Rep. Prog. Phys. 76, 056503 (2013), with the Kubo formula; steps at mu and at the A A "
     "hopping: E. J. Nicol, J. P. Carbotte, Phys. Rev. B 77, 155409 (2008); the order of the rows from the fourth on is "
@@ -414,9 +415,8 @@ constexpr FormulaText LayerFormulaAnd(const char* more) {
 constexpr FormulaText kPlainFormula = LayerFormulaAnd("Rows 7 to 9 are free.");
 constexpr FormulaText kOptionFormula = LayerFormulaAnd("Rows 7 and 8 are free.");
 constexpr FormulaText kPhononFormula = LayerFormulaAnd(
-    "Rows from 10 on: L = Wp^2/(W^2 - x^2 - iGx) of a phonon adds L/(1 - k L Le) to eps, Le = W1^2/(W1^2 - x^2 - iG1 "
-    "x)\n"
-    "of the row behind it and k its coupling; a last row alone adds L. Rows 7 and 8 are free.");
+    "Rows from 10 on: L = Wp^2/(W^2 - x^2 - iGx) of a phonon adds L/(1 - k L Le) to eps. The next row gives its\n"
+    "Le = W1^2/(W1^2 - x^2 - iG1 x) and coupling k. A single last row adds L. Rows 7 and 8 are free.");
 constexpr FormulaText kTripleFormula = LayerFormulaAnd("Any number of rows; missing ones count as 0.");
 
 constexpr TypePage LayerPage(const char* sample, const FormulaText& formula) {
@@ -448,9 +448,9 @@ constinit const ModelType kDfTrilayer = FittedType<TripleLayer, AtLeast(0)>(
     LayerPage("trilayer graphene in the stacking A B A: its dielectric function from its bands", kTripleFormula));
 constinit const ModelType kDfBilayerDifference = FittedType<WeightedDifference<34>, AtLeast(3)>(
     35, "DF bilayer",
-    DifferencePage("the change of bilayer graphene between two states, seen through measured weights"));
+    DifferencePage("the change of bilayer graphene between two states, weighted with measured spectra"));
 constinit const ModelType kDfBilayer2Difference = FittedType<WeightedDifference<36>, AtLeast(3)>(
     37, "DF bilayer - 2",
-    DifferencePage("the change of bilayer graphene between two states, seen through measured weights, on type 36"));
+    DifferencePage("the change of bilayer graphene of type 36 between two states, weighted with measured spectra"));
 
 }  // namespace kalvex

@@ -1,5 +1,4 @@
-// A band on a square lattice with hopping up to the fifth neighbours: its energies along a path, and its tunnelling
-// spectrum.
+// A band on a square lattice with hopping up to fifth neighbours: energies along a path, and the tunnelling spectrum.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -12,8 +11,7 @@
 namespace kalvex {
 namespace {
 
-// Energy at (kx, ky) in units of the reciprocal lattice; `first` is the number of the input t1, followed by t2 ... t5,
-// mu.
+// Energy at (kx, ky) in units of the reciprocal lattice. `first` is the input t1; t2 ... t5 and mu follow it.
 template <class T>
 T BandEnergy(const TypeInputs<T>& in, int first, double kx, double ky) {
   const double x1 = std::cos(2 * std::numbers::pi * kx), y1 = std::cos(2 * std::numbers::pi * ky);
@@ -28,7 +26,7 @@ struct BandPath {
   static constexpr RowCell kHead[] = {Own(0, Wo, "t1", -100), Own(0, Wp, "t2", 30), Own(0, G, "t3", -10),
                                       Own(1, Wo, "t4", 5),    Own(1, Wp, "t5", 3),  Own(1, G, "mu", -80)};
   static constexpr RowCell kGroup[] = {Setting(0, Wo, "position of a node on the axis", 0),
-                                       Setting(0, Wp, "kx there", 0), Setting(0, G, "ky there", 0.5)};
+                                       Setting(0, Wp, "kx of the node", 0), Setting(0, G, "ky of the node", 0.5)};
   static constexpr int kGroupStart = 2, kGroupRows = 1;
   static constexpr SlotUse kFills[] = {{kRefl, "energy of the band"}};
 
@@ -44,7 +42,7 @@ struct BandPath {
   }
 };
 
-// Lorentzians of all states of the band, smeared by the temperature.
+// The tunnelling spectrum: a sum of Lorentzians of all states, broadened by the temperature.
 struct Tunnelling {
   static constexpr Hooks kHooks = hook::kIdle | hook::kPrepare;
   enum Input {
@@ -87,8 +85,7 @@ struct Tunnelling {
     return TakesSecond(in) ? 0 : InputBits({kWidth2, kLinear2, kQuadratic2});
   }
 
-  // The states of the mesh, of those that symmetry makes equal one, with the broadening at negative x
-  // beside that at positive x.
+  // The states of the mesh, one for each set of equivalent ones, with the broadenings at positive and negative x.
   template <class T>
   struct State {
     T energy, width, widthBelow;
@@ -105,7 +102,7 @@ struct Tunnelling {
     const int count = std::clamp(in.setting(kMesh), 1, kMostPoints);
     const int below = TakesSecond(in) ? kWidth2 : kWidth;
     table.states.clear();
-    // k -> -k in either direction, and both exchanged, leave the energy: the wedge 0 <= j <= i <= N/2 is enough.
+    // kx -> -kx, ky -> -ky and exchange of kx and ky keep the energy: the wedge 0 <= j <= i <= N/2 is enough.
     const auto twins = [&](int i) { return i == 0 || 2 * i == count ? 1.0 : 2.0; };
     for (int i = 0; 2 * i <= count; ++i) {
       for (int j = 0; j <= i; ++j) {
@@ -134,7 +131,7 @@ struct Tunnelling {
   }
 
  private:
-  // States whose functions are made together.
+  // Number of states in a call of Trigammas.
   static constexpr std::size_t kTogether = 64;
 
   template <class T>
@@ -162,7 +159,7 @@ constinit const ModelType kStmBandStructure = ShownType<BandPath, AtLeast(4)>(
     {.sample = "the energy of a band on a square lattice along a path of wave vectors",
      .formula =
          "E = 2 t1 (cos X + cos Y) + 4 t2 cos X cos Y + 2 t3 (cos 2X + cos 2Y) + 4 t4 (cos X cos 2Y + cos 2X cos Y)\n"
-         "+ 4 t5 cos 2X cos 2Y - mu, X = 2 pi kx, Y = 2 pi ky; kx and ky run linearly from node to node; outside 0",
+         "+ 4 t5 cos 2X cos 2Y - mu, X = 2 pi kx, Y = 2 pi ky; kx and ky run linearly from node to node; 0 outside",
      .source = "tight binding, N. W. Ashcroft, N. D. Mermin, Solid State Physics, chapter 10",
      .from = 0,
      .to = 1,
@@ -171,10 +168,9 @@ constinit const ModelType kStmBandStructure = ShownType<BandPath, AtLeast(4)>(
 constinit const ModelType kStmTarneck = FittedType<Tunnelling, Exactly(8)>(
     26, "STM (Tarneck)",
     {.sample = "the tunnelling spectrum of a band on a square lattice, broadened by lifetime and temperature",
-     .formula =
-         "g = N^-2 sum over k of Re psi1(1/2 + (G + i (x - e_k))/(2 pi kT))/(2 pi^2 kT), kT = 0.0861734 T,\n"
-         "G = a + b |e_k| + c e_k^2 of row 6, of row 7 for negative x where its a is above 0; e_k as in type 27,\n"
-         "k = i/N in both directions. Rows 2, 5 and 8 are free.",
+     .formula = "g = N^-2 sum over k of Re psi1(1/2 + (G + i (x - e_k))/(2 pi kT))/(2 pi^2 kT), kT = 0.0861734 T,\n"
+                "G = a + b |e_k| + c e_k^2 of row 6; for negative x of row 7 if its a is above 0; e_k as in type 27,\n"
+                "k = i/N in both directions. Rows 2, 5 and 8 are free.",
      .source =
          "Lorentzians in the mean with the slope of the Fermi function: sum over Matsubara frequencies, G. D. Mahan, "
          "Many-Particle Physics, chapter 3; the roles of rows 5 to 8 are a choice of this program",

@@ -1,4 +1,4 @@
-// Wave vectors in the cells of a mesh, and what share of the Brillouin zone each stands for.
+// Wave vectors in the cells of a mesh, and the share of the Brillouin zone that each one represents.
 #pragma once
 
 #include <array>
@@ -14,9 +14,8 @@ inline Vector3 Cross(const Vector3& a, const Vector3& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-// Square: cells between two corners in coordinates relative to the reciprocal vectors. Radial: cells of a ring in the
-// plane of the first two reciprocal vectors, about a centre in their coordinates, with radii in units of the length of
-// the first one.
+// Square: cells between two corners, in coordinates relative to the reciprocal vectors. Radial: cells of a ring in the
+// plane of the first two reciprocal vectors. Its centre is in their coordinates, its radii in lengths of the first one.
 struct WaveVectorMesh {
   bool radial = false;
   std::array<long, 3> grid = {1, 1, 1};  // cells along the axes; radial: along the radius, around, along z
@@ -27,13 +26,13 @@ struct WaveVectorMesh {
 
 inline constexpr double kMostWaveVectors = 4e6;
 
-// The number of wave vectors, as a number that cannot overflow.
+// The number of wave vectors, as a double, which cannot overflow.
 inline double CountOf(const WaveVectorMesh& mesh) {
   return static_cast<double>(mesh.grid[0]) * static_cast<double>(mesh.grid[1]) * static_cast<double>(mesh.grid[2]);
 }
 
-// Calls visit(k, share) with k in the unit of the reciprocal vectors, cell by cell. share: the volume of the cell as a
-// part of that of the zone. A single cell between equal ends stands for all of its axis.
+// Calls visit(k, share) for each cell, k in the unit of the reciprocal vectors. share: the volume of the cell divided
+// by that of the zone. A single cell between equal ends stands for the whole axis.
 template <class Visit>
 void ForEachWaveVector(const WaveVectorMesh& mesh, const std::array<Vector3, 3>& reciprocal, Visit visit) {
   const auto middle = [](double from, double to, long i, long count) {

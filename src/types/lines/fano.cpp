@@ -1,4 +1,4 @@
-// Asymmetric lines: a mode that interferes with a continuum or is coupled to an electronic transition.
+// Asymmetric lines: a mode that interferes with a continuum, or a phonon screened by an electronic transition.
 #include <cmath>
 
 #include "types/frame.h"
@@ -39,7 +39,7 @@ struct CoupledPhonon {
   }
 };
 
-// One line or the sum of two, as rows 2k + 1 and 2k + 2.
+// One line or the sum of two. Each line has two rows.
 template <int kLines>
 struct FanoLines {
   enum Cell { kPosition, kStrength, kWidth, kAsymmetry, kCells };
@@ -79,7 +79,7 @@ struct FanoLines {
 
 constinit const ModelType kFano = ShownType<CoupledPhonon, Exactly(2)>(
     39, "Fano",
-    {.sample = "a phonon that an electronic transition screens",
+    {.sample = "a phonon screened by an electronic transition",
      .formula = "Lp = Wp^2/(W^2 - x^2 - iGx), Le = W1^2/(W1^2 - x^2 - iG1 x)\n"
                 "sigma0 = -i x Lp/60, sigma = sigma0/(1 - k Lp Le), k the coupling",
      .source = "two coupled oscillators, U. Fano, Phys. Rev. 124, 1866 (1961)"});
@@ -88,12 +88,12 @@ constinit const ModelType kFanoOriginal = FittedType<FanoLines<1>, AtLeast(2)>(
     42, "Fano-original",
     {.sample = "an asymmetric line in the conductivity",
      .formula = "t = 2 (x - W)/G, sigma = Wp^2/(60 G) (q^2 + 2qt - 1)/((t^2 + 1) q^2)",
-     .source = "U. Fano, Phys. Rev. 124, 1866 (1961), the continuum taken away"});
+     .source = "U. Fano, Phys. Rev. 124, 1866 (1961), without the continuum"});
 
 constinit const ModelType kFano2Original = FittedType<FanoLines<2>, AtLeast(4)>(
     46, "Fano2-original",
     {.sample = "two asymmetric lines in the conductivity",
      .formula = "sum of two lines: t = 2 (x - W)/G, sigma = Wp^2/(60 G) (q^2 + 2qt - 1)/((t^2 + 1) q^2)",
-     .source = "U. Fano, Phys. Rev. 124, 1866 (1961), the continuum taken away"});
+     .source = "U. Fano, Phys. Rev. 124, 1866 (1961), without the continuum"});
 
 }  // namespace kalvex

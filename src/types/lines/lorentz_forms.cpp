@@ -5,7 +5,7 @@
 namespace kalvex {
 namespace {
 
-// A Lorentz oscillator, and beside it one whose pole is shifted.
+// A Lorentz oscillator, and one with a shifted complex pole for comparison.
 struct LorentzTest {
   enum Input { kFrequency, kPlasma, kWidth, kShift };
   static constexpr RowCell kHead[] = {Own(0, Wo, "frequency, cm-1", 200), Own(0, Wp, "plasma frequency, cm-1", 300),
@@ -28,7 +28,7 @@ struct LorentzTest {
   }
 };
 
-// Carriers on cyclotron orbits: diagonal and Hall conductivity, summed over the rows.
+// Free carriers in a magnetic field: diagonal and Hall conductivity, summed over the rows.
 struct MagnetoDrude {
   enum Cell { kCyclotron, kPlasma, kRate };
   static constexpr RowCell kGroup[] = {Own(0, Wo, "cyclotron frequency, cm-1", 80),
@@ -54,7 +54,7 @@ struct MagnetoDrude {
   }
 };
 
-// Resonant amplitudes, each with a phase of its own.
+// Resonant amplitudes, each with its own phase.
 struct ResonantScattering {
   enum Cell { kPosition, kAmplitude, kWidth, kPhase };
   static constexpr RowCell kGroup[] = {Own(0, Wo, "position", 200), Own(0, Wp, "amplitude", 30), Own(0, G, "width", 25),
@@ -80,7 +80,7 @@ struct ResonantScattering {
 
 constinit const ModelType kLorentzTest = ShownType<LorentzTest, Exactly(2)>(
     43, "Lorentz-test",
-    {.sample = "an oscillator beside one whose pole is written as a complex frequency",
+    {.sample = "an oscillator, and one whose pole is a complex frequency, for comparison",
      .formula = "-i (x/60) Wp^2/(W^2 - x^2 - iGx), and -i (x/60) Wp^2/((W + shift)^2 - (x + iG/2)^2)",
      .source = "Lorentz oscillator; both agree to the order (G/W)^2 for a shift of 0"});
 

@@ -8,7 +8,7 @@ namespace kalvex {
 
 inline constexpr double kLeastOscillatorNorm = 1e-10;
 
-// strength/(W^2 - x^2 - i width x), 0 where the norm of the denominator is too small.
+// strength/(W^2 - x^2 - i width x), 0 if the denominator is too small.
 template <class T>
 Complex<T> Oscillator(const T& strength, const T& W, const T& width, double x) {
   const Complex<T> denominator{W * W - T(x * x), -(width * T(x))};
@@ -16,7 +16,7 @@ Complex<T> Oscillator(const T& strength, const T& W, const T& width, double x) {
   return Complex<T>{strength, T(0)} / denominator;
 }
 
-// A phonon that an electronic transition screens: phonon/(1 - coupling phonon electronic).
+// A phonon screened by an electronic transition: phonon/(1 - coupling phonon electronic).
 template <class T>
 Complex<T> ScreenedPhonon(const Complex<T>& phonon, const Complex<T>& electronic, const T& coupling) {
   const Complex<T> screening = T(1) - phonon * electronic * coupling;

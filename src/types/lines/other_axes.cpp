@@ -1,4 +1,5 @@
-// Curves whose axis is not a frequency, or which are no response: scattered light, currents, temperatures, levels.
+// Curves over other axes than frequency, and results other than a response: scattered light, photocurrents,
+// temperatures, level energies.
 #include <cmath>
 
 #include "types/frame.h"
@@ -7,7 +8,7 @@
 namespace kalvex {
 namespace {
 
-// Light scattered by modes at a temperature, on a smooth background.
+// Raman scattering by modes at a temperature, with a smooth background.
 struct Raman {
   enum Head { kTemperature, kOrigin, kLinear, kQuadratic, kBackground };
   enum Group { kFrequency, kStrength, kWidth };
@@ -27,7 +28,7 @@ struct Raman {
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     const T t = T(in.x) - in[kOrigin];
     const T polynomial = T(1) + in[kLinear] * t + in[kQuadratic] * t * t;
-    // n + 1/2 = 1/(2 tanh y) with y = c t/(2 T): times t it stays finite at t = 0.
+    // n + 1/2 = 1/(2 tanh y), y = c t/(2 T). The product with t is finite at t = 0.
     const T perKelvin = T(1.43988) / (T(2) * AtLeast(in[kTemperature]));
     const T y = t * perKelvin, halfBose = T(0.5) * OverTanh(y) / perKelvin;
     T perT(0);
@@ -72,7 +73,7 @@ struct Photocurrent {
   }
 };
 
-// A heater that is switched on and off, and the temperature that follows with two rates.
+// The temperature of a sample with two relaxation rates, whose heater is switched on and off.
 struct ThermalRelaxation {
   enum Input { kFirst, kSecond, kOffset, kCapacity, kSecondConductance, kFirstConductance, kOn, kOff };
   static constexpr RowCell kHead[] = {Own(0, Wo, "amplitude of the first step", 1),
@@ -121,7 +122,7 @@ struct ThermalRelaxation {
   }
 };
 
-// A mode of fixed frequency that a magnetic excitation crosses.
+// A mode of fixed frequency, coupled to a magnetic excitation that crosses it.
 struct ModeCrossing {
   enum Input { kMode, kFactor, kCoupling };
   static constexpr RowCell kHead[] = {Own(0, Wo, "frequency of the mode, cm-1", 15),
@@ -148,7 +149,7 @@ struct ModeCrossing {
 // Three transitions that shift with a strain.
 struct StrainedBand {
   enum Input { kEnergy, kShift, kWidth, kSecond, kSecondShift, kSecondWidth, kThird, kThirdShift, kThirdWidth };
-  static constexpr RowCell kHead[] = {Own(0, Wo, "first energy, at which the lines are seen", 100),
+  static constexpr RowCell kHead[] = {Own(0, Wo, "first energy W_1, at which the lines are measured", 100),
                                       Own(0, Wp, "its shift with x", 0.1),
                                       Own(0, G, "its width", 30),
                                       Own(1, Wo, "second energy", 120),
@@ -206,7 +207,7 @@ constinit const ModelType kPhotocurrent = FittedType<Photocurrent, AtLeast(3)>(
 
 constinit const ModelType kThermalRelaxation = FittedType<ThermalRelaxation, AtLeast(3)>(
     24, "TP-thermo1",
-    {.sample = "the temperature of a sample whose heater goes on and off, with two rates",
+    {.sample = "the temperature of a sample with two relaxation rates, whose heater is switched on and off",
      .formula = "k1 = K1/C, k2 = K2/C; h(k) = 0 before t0, 1 - exp(-k (x - t0)) until t1,\n"
                 "then (1 - exp(-k (t1 - t0))) exp(-k (x - t1)); Q0 = offset + a1 h(k1) + a2 h(k2), Q3 = dQ0/dx",
      .source = "two-time-constant relaxation of a calorimeter, R. Bachmann et al., Rev. Sci. Instrum. 43, 205 (1972); "
@@ -217,7 +218,7 @@ constinit const ModelType kThermalRelaxation = FittedType<ThermalRelaxation, AtL
 
 constinit const ModelType kRenvikDalmor = FittedType<ModeCrossing, Exactly(2)>(
     57, "Renvik-Dalmor model",
-    {.sample = "a mode that a magnetic excitation crosses as the field grows",
+    {.sample = "a mode and a magnetic excitation that crosses it as the field grows",
      .formula = "B = W^2, D = (0.9324 g x/2)^2, C = c^2; both branches sqrt([B + D +- sqrt((B - D)^2 + 4 C^2)]/2)\n"
                 "0.9324 cm-1/T is the energy of one Bohr magneton with g = 2; a branch below 0 is 0",
      .source = "two coupled oscillators; the roles of the rows are a choice of this program",
@@ -227,7 +228,7 @@ constinit const ModelType kRenvikDalmor = FittedType<ModeCrossing, Exactly(2)>(
 
 constinit const ModelType kSpecialStrain = FittedType<StrainedBand, Exactly(3)>(
     102, "Special-Strain",
-    {.sample = "three transitions of a strained band, seen at one energy",
+    {.sample = "three transitions of a strained band, measured at one energy",
      .formula = "E_j = W_j + S_j x; lines (G_j/2)^2/((W_1 - E_j)^2 + (G_j/2)^2)",
      .source = "Lorentzian lines with linear shifts; the roles of the rows are a choice of this program",
      .axis = "strain, or an energy"});

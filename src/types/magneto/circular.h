@@ -1,7 +1,7 @@
-// The two circular polarisations along the field: conventions and readings that magnetised samples share.
+// Circular polarisation along the field: conventions and results that magnetised samples share.
 //
-// sigma_+- = sigma_xx +- i sigma_xy, eps_+- likewise. A sheet of conductivity sigma enters as the pure number s = Z0 d
-// sigma; types of graphene carry their sheet as a layer of 3.35 A.
+// sigma_+- = sigma_xx +- i sigma_xy, eps_+- likewise. A sheet is a layer of conductivity sigma and thickness d; it
+// enters as the dimensionless s = Z0 d sigma. For graphene d = 3.35 A.
 #pragma once
 
 #include "evaluation/quantity_formulas.h"
@@ -9,7 +9,7 @@
 
 namespace kalvex {
 
-// Z0 times 3.35 A, by which a layer's conductivity in Ohm^-1 cm^-1 becomes s.
+// Z0 times 3.35 A: s divided by the conductivity of the layer in Ohm^-1 cm^-1.
 inline constexpr double kSheetOfLayer = 1.2619984361819279e-05;
 
 template <class T>
@@ -23,7 +23,7 @@ Circular<T> CircularOf(const Complex<T>& xx, const Complex<T>& xy) {
   return {xx + TimesI(xy), xx - TimesI(xy)};
 }
 
-// Amplitudes at an interface that carries a sheet, at normal incidence from medium 1.
+// Amplitudes of an interface with a sheet, at normal incidence from medium 1.
 template <class T>
 Complex<T> SheetTransmission(const Complex<T>& n1, const Complex<T>& n2, const Complex<T>& s) {
   return Quotient(T(2) * n1, n1 + n2 + s);
@@ -33,7 +33,7 @@ Complex<T> SheetReflection(const Complex<T>& n1, const Complex<T>& n2, const Com
   return Quotient(n1 - n2 - s, n1 + n2 + s);
 }
 
-// What a pair of circular amplitudes makes of linear light.
+// Rotation and ellipticity of linearly polarised light, from a pair of circular amplitudes.
 template <class T>
 struct Polarisation {
   T rotation{};  // radians
@@ -46,7 +46,7 @@ Polarisation<T> PolarisationOf(const Circular<T>& amplitude) {
   return {T(0.5) * L.im, -Tanh(T(0.5) * L.re)};
 }
 
-// Amplitude reflected by a half-space, 0 where it has no sense.
+// Amplitude reflected by a half-space; 0 if eps or n + 1 is 0.
 template <class T>
 Complex<T> FaceReflection(const Complex<T>& eps) {
   if (Norm(ValueOf(eps)) < 1e-20) return {};
@@ -55,7 +55,7 @@ Complex<T> FaceReflection(const Complex<T>& eps) {
   return (T(1) - n) / (T(1) + n);
 }
 
-// The reading of a thick magnetised sample: reflectivities, Kerr angles, and the tensors of eps and sigma.
+// Results of a thick magnetised sample: reflectivities, Kerr angles, and the tensors of eps and sigma.
 template <class T>
 void FillMagnetised(const Circular<T>& eps, double x, Slots<T>& q) {
   const Circular<T> r{FaceReflection(eps.plus), FaceReflection(eps.minus)};
@@ -76,7 +76,8 @@ void FillMagnetised(const Circular<T>& eps, double x, Slots<T>& q) {
   q[kDepth] = perEps * xy.im;
   q[kLoss] = -(perEps * xy.re);
 }
-// What the reading fills, given the inputs on which Im eps_xx and eps_xy depend; Quantity 1 is the type's own.
+// The Quantities that these results fill. imaginary and hall: the inputs on which Im eps_xx and eps_xy depend.
+// transmission: the meaning of Quantity 1 in the type.
 constexpr std::array<SlotUse, 14> MagnetisedFills(const char* transmission, std::uint64_t imaginary,
                                                   std::uint64_t hall) {
   return {{{kRefl, "reflectivity, mean of both circular ones"},
@@ -95,7 +96,7 @@ constexpr std::array<SlotUse, 14> MagnetisedFills(const char* transmission, std:
            {kDefringed, "reflectivity of -"}}};
 }
 
-// The reading of a sheet on a thick substrate: the conductivities of a layer in a field, and without it.
+// Results of a sheet on a thick substrate, from the conductivities of its layer in the field and at zero field.
 template <class T>
 void FillSheetOnSubstrate(const Circular<T>& sigma, const Complex<T>& sigma0, const T& layers,
                           const Complex<T>& substrate, Slots<T>& q) {
@@ -117,7 +118,7 @@ void FillSheetOnSubstrate(const Circular<T>& sigma, const Complex<T>& sigma0, co
   q[kLoss] = PolarisationOf(r).rotation;
   q[kDefringed] = zeroField * substrate.re;
 }
-// What the reading fills, given the inputs on which sigma, sigma without field and the substrate depend.
+// The Quantities that these results fill, with the inputs on which sigma, sigma at zero field and the substrate depend.
 constexpr std::array<SlotUse, 11> SheetFills(std::uint64_t sigma, std::uint64_t sigma0, std::uint64_t substrate) {
   return {{{kRefl, "reflectivity, mean of both circular ones", sigma | substrate},
            {kTrans, "transmission into the substrate, mean of both", sigma | substrate},

@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// Any number of oscillators with a Hall part each.
+// Any number of oscillators, each with a Hall part.
 struct GeneralTensor {
   enum Head { kFirstData, kSecondData, kDiagonal, kTurnedReal, kHallReal, kPhase };
   enum Group { kHallWeight, kFrequency, kPlasma, kWidth };
@@ -100,7 +100,7 @@ struct ElectronGas {
   }
 };
 
-// At a frequency of 0 nothing is filled, and it is no failure.
+// At x = 0 the status is 0 and no Quantity is filled.
 template <RowRule kRows>
 int EvaluateElectronGas(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (x == 0 && kRows.Admits(RowCount(model))) return 0;
@@ -154,13 +154,13 @@ constinit const ModelType kMagnetooptics = FittedType<GeneralTensor, AtLeast(4)>
                 "turned: sigma_xy exp(i phase); the constants add to the real parts\n"
                 "Quantity 2 is 0 where 1 - 2 D1 D2 vanishes",
      .source = "oscillators in a field, written with the poles of a damped cyclotron motion; the combination in "
-               "Quantities 2 and 3 is taken as it stands"});
+               "Quantities 2 and 3 is used as given"});
 
 constinit const ModelType kElectronGasFaraday = ElectronGasType(
     {.sample = "a two-dimensional electron gas in a magnetic field",
      .formula =
          "wc = e B/m, A = e^2 n/m_n, u = 1/((w + ig)^2 - wc^2), sigma_xx = A u (iw - g), sigma_xy = A u wc,\n"
-         "both divided by the thickness but for Quantities 0 and 1\n"
+         "both divided by the thickness, except in Quantities 0 and 1\n"
          "rotation = d w (Re sqrt(e_xx + i e_xy) - Re sqrt(e_xx - i e_xy))/(2c), e = i sigma/(8.54e-12 w)\n"
          "The divisor 8.54e-12 stands for the vacuum permittivity, which is 8.854e-12. At x = 0 nothing is filled.",
      .source = "Drude conductivity in a field, C. Kittel, Introduction to Solid State Physics; sheet formulas to first "
@@ -170,7 +170,7 @@ constinit const ModelType kElectronGasFaraday = ElectronGasType(
 
 constinit const ModelType kMagnetoplasmonStripes = ShownType<Magnetoplasmon, AtLeast(0)>(
     70, "Magnetoplasmon stripes",
-    {.sample = "magnetoplasmons of stripes: two modes that the field couples",
+    {.sample = "magnetoplasmons of stripes: two modes coupled by the field",
      .formula = "D1, D2 = W^2 - x^2 - iGx, c = x C, q = Wp^2/(D1 D2 - c^2)\n"
                 "sigma of mode 1 = q D2 x/(60i), of mode 2 = q D1 x/(60i), mixed q c x/60",
      .source = "two coupled oscillators; the antisymmetric coupling of a field, x C"});

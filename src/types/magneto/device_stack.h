@@ -1,5 +1,5 @@
-// Layers and conducting sheets in a row at normal incidence, by the matrices of their tangential fields:
-//     (E, H) in front = M (E, H) behind,
+// A stack of layers and conducting sheets at normal incidence, by the matrices M of the tangential fields:
+//     (E, H) on the front side = M (E, H) on the back side,
 //     layer [[cos p, -i sin p/n], [-i n sin p, cos p]], p = 2 pi x n d;  sheet [[1, 0], [s, 1]].
 #pragma once
 
@@ -7,7 +7,8 @@
 
 namespace kalvex {
 
-// A product of such matrices, each layer's multiplied by its exp(ip) so that thick absorbing layers stay finite.
+// A product of such matrices. The matrix of each layer is multiplied by exp(ip), which keeps it finite for thick
+// absorbing layers.
 template <class T>
 struct FieldMatrix {
   Complex<T> ee{T(1), T(0)}, eh{}, he{}, hh{T(1), T(0)};

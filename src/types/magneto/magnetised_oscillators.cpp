@@ -1,4 +1,4 @@
-// Thick samples whose oscillators feel a magnetic field along the beam.
+// Samples with oscillators in a magnetic field along the beam.
 #include "types/magneto/oscillator_pairs.h"
 #include "types/stacks/film_optics.h"
 #include "types/types.h"
@@ -6,12 +6,12 @@
 namespace kalvex {
 namespace {
 
-// The sample on which types with a magnetised partner build.
+// The thick sample of type 49, the partner of the types in on_magnetised.cpp.
 struct MagnetisedSample {
   enum Head { kEpsInf, kNormalising, kMesh };
   static constexpr RowCell kHead[] = {
       Own(0, Wo, "eps_inf", 4), DatasetSlot(0, Wp, "measured reflectivity by which Quantity 1 is divided, 0 for none"),
-      OwnMesh(0, G, "other than 0: the model's own variational dielectric function adds to both senses")};
+      OwnMesh(0, G, "other than 0: the model's own variational dielectric function is added to eps+ and eps-")};
   static constexpr std::span<const RowCell> kGroup = OscillatorPair::kCells;
   static constexpr int kGroupStart = 1, kGroupRows = OscillatorPair::kRows;
   static constexpr auto kFillsOf =
@@ -28,7 +28,7 @@ struct MagnetisedSample {
   }
 };
 
-// The same oscillators, read as free carriers with a mass and a rate that depend on the frequency.
+// The same oscillators, described as free carriers with a mass and a rate that depend on the frequency.
 struct ExtendedDrudeInField {
   enum Head { kEpsInf, kPlasma };
   static constexpr RowCell kHead[] = {Own(0, Wo, "eps_inf", 4),
@@ -72,7 +72,7 @@ struct ExtendedDrudeInField {
   }
 };
 
-// Oscillators in a slab that is so thick that no light comes back from its other face.
+// Oscillators in a slab without echoes between its faces.
 struct Faraday {
   enum Head { kEpsInf, kThickness };
   static constexpr RowCell kHead[] = {Own(0, Wo, "eps_inf", 4), Own(0, Wp, "thickness d, cm", 0.01)};
@@ -119,7 +119,7 @@ struct Faraday {
   }
 };
 
-// A slab whose permittivity and permeability each have up to three shifted oscillators; echoes inside are summed.
+// A slab whose permittivity and permeability each have up to three shifted oscillators, with all echoes.
 struct MagneticSlab {
   enum Head { kEpsInf, kMuInf, kThickness, kFirst };
   static constexpr int kOscillators = 6, kCells = 4;
@@ -182,7 +182,7 @@ constinit const ModelType kMagnetoopticsEpsSigma = FittedType<MagnetisedSample, 
 
 constinit const ModelType kMagnetoopticsExtendedDrude = FittedType<ExtendedDrudeInField, AtLeast(0)>(
     101, "MO-ext. Drude",
-    {.sample = "free carriers in a magnetic field, read as a mass and a rate for each circular sense",
+    {.sample = "free carriers in a magnetic field, described by a mass and a rate for each circular polarisation",
      .formula = "sigma+- = -i x (sum S^2/(W^2 - x^2 - iGx -+ xB))/60, i (Wp^2/60)/sigma+- = x m+- + i g+-\n"
                 "all else as in type 49 with eps+- = eps_inf + sum",
      .source = "extended Drude analysis applied to each circular conductivity; the inner sum is that of type 49"});
@@ -195,8 +195,8 @@ constinit const ModelType kFaraday = ShownType<Faraday, AtLeast(0)>(
 
 constinit const ModelType kVeskFaraday = FittedType<MagneticSlab, AtLeast(0)>(
     44, "Vesk-Faraday",
-    {.sample =
-         "a slab with dielectric and magnetic resonances in a field: complex transmission of both circular senses",
+    {.sample = "a slab with dielectric and magnetic resonances in a field: complex transmission of both circular "
+               "polarisations",
      .formula =
          "eps+-, mu+- = constant + sum S^2/(W^2 - x^2 - iGx -+ xB), Z = sqrt(eps/mu), k = 2 pi i x sqrt(eps mu) d\n"
          "t = 4 Z exp(k)/((1 + Z)^2 - (1 - Z)^2 exp(2k)); a pair of rows that is missing adds nothing",

@@ -1,4 +1,4 @@
-// Types whose partner is a magnetised sample of type 49: other geometries and readings of the same oscillators.
+// Types whose partner is a magnetised sample of type 49: other geometries and results for the same oscillators.
 #include "types/magneto/circular.h"
 #include "types/stacks/film_optics.h"
 #include "types/types.h"
@@ -7,7 +7,7 @@ namespace kalvex {
 namespace {
 
 constexpr RowCell Magnetised() { return EvaluatedType(0, Wo, "magnetised sample, of type 49", 49); }
-// What is asked of it.
+// The Quantities that they read from this partner.
 constexpr int kTensorOfEps[] = {kE1, kE2, kN1, kN2};
 constexpr int kTensorOfSigma[] = {kS1, kS2, kDepth, kLoss};
 
@@ -81,7 +81,7 @@ struct LayersInField {
     r = Quotient(r01 + behind * e1 * e1, layer);
     t = Quotient((T(1) + r01) * (T(1) + r12) * (T(1) + r23) * e1 * e2, film * layer);
   }
-  // What becomes of |t|^2: the flux in a half-space, or once through a slab and out of its other face.
+  // The factor of |t|^2: for the flux in a half-space, or for one passage through a slab and out of its back face.
   template <class T>
   static T ThroughSubstrate(const TypeInputs<T>& in, const Complex<T>& ns) {
     if (!(ValueOf(in[kSlab]) > 0)) return ns.re;
@@ -89,7 +89,7 @@ struct LayersInField {
   }
 };
 
-// The field in the surface and across the light's polarisation.
+// The field lies in the surface; the light is polarised across it.
 struct VoigtGeometry {
   static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised };
@@ -121,7 +121,7 @@ struct VoigtGeometry {
   }
 };
 
-// Resistivities of a bar, the conductivity tensor inverted.
+// Resistivities of a bar: the inverse of the conductivity tensor.
 struct Magnetotransport {
   static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised, kFactor, kLength, kDiagonal, kHall };
@@ -144,7 +144,7 @@ struct Magnetotransport {
   }
 };
 
-// A sheet on a substrate between polarisers.
+// A sheet on a substrate between a polariser and an analyser.
 struct Dichroism {
   static constexpr Hooks kHooks = hook::kAsked;
   enum Input { kMagnetised, kSubstrate, kScale, kThickness, kAngle };
@@ -217,7 +217,7 @@ constinit const ModelType kMagnetoopticsReflTrans = FittedType<LayersInField, Ex
     50, "Magnetooptics-ref/tran",
     {.sample = "a magnetised layer and a film on a substrate in a field along the beam: R, T, Kerr and Faraday angles",
      .formula =
-         "order: vacuum, magnetised layer, film, substrate; for each circular sense r_ab = (n_a - n_b)/(n_a + n_b)\n"
+         "order: vacuum, magnetised layer, film, substrate; for either polarisation r_ab = (n_a - n_b)/(n_a + n_b)\n"
          "r_b = (r12 + r23 e2^2)/(1 + r12 r23 e2^2), r = (r01 + r_b e1^2)/(1 + r01 r_b e1^2)\n"
          "t = t01 t12 t23 e1 e2/((1 + r12 r23 e2^2)(1 + r01 r_b e1^2)), e = exp(2 pi i x n d)\n"
          "angles: L = ln(a-/a+), rotation Im L/2, ellipticity -tanh(Re L/2)\n"

@@ -1,5 +1,5 @@
-// Oscillators whose resonance a magnetic field moves apart in the two circular senses: a row (W, S, G) and behind it a
-// row with the shift B.
+// Oscillators whose resonances for the two circular polarisations are shifted apart by a magnetic field. Each one has a
+// row (W, S, G) and a next row with the shift B.
 #pragma once
 
 #include "types/magneto/circular.h"
@@ -14,7 +14,7 @@ struct OscillatorPair {
   static constexpr int kRows = 2;
 };
 
-// S^2/(W^2 - x^2 - iGx + shift), 0 where the denominator vanishes.
+// S^2/(W^2 - x^2 - iGx + shift), 0 if the denominator is 0.
 template <class T>
 Complex<T> ShiftedOscillator(const T& W, const T& S, const T& G, const T& shift, double x) {
   const Complex<T> D{W * W - T(x * x) + shift, -(G * T(x))};
@@ -22,8 +22,8 @@ Complex<T> ShiftedOscillator(const T& W, const T& S, const T& G, const T& shift,
   return Complex<T>{S * S, T(0)} / D;
 }
 
-// The sum over all groups of the row map for one circular sense: side -1 for eps+, whose resonance lies above W for a
-// positive B, 1 for eps-, 0 without field.
+// The sum over all groups of the row map for one circular polarisation. side is -1 for eps+, 1 for eps- and 0 at zero
+// field. For B > 0 the resonance of eps+ lies above W.
 template <class T>
 Complex<T> SumOfPairs(const TypeInputs<T>& in, double side) {
   using enum OscillatorPair::Cell;

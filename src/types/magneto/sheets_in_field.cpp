@@ -9,8 +9,8 @@
 namespace kalvex {
 namespace {
 
-// (i Wp^2/60)/(x + shift + iG - W0^2/x) + background, in Ohm^-1 cm^-1: carriers that are bound when W0 is not 0. 0
-// where the denominator vanishes.
+// (i Wp^2/60)/(x + shift + iG - W0^2/x) + background, in Ohm^-1 cm^-1; the carriers are bound if W0 is not 0. The first
+// term is 0 if its denominator is 0.
 template <class T>
 Complex<T> CarrierSheet(double x, const T& plasma, const T& shift, const T& width, const T& bound,
                         const T& background) {
@@ -25,13 +25,13 @@ Circular<T> CarrierSheets(double x, const T& plasma, const T& cyclotron, const T
           CarrierSheet(x, plasma, cyclotron, width, bound, background)};
 }
 
-// A sheet on a substrate whose cyclotron frequency is spread.
+// A sheet on a substrate, averaged over a spread of the cyclotron frequency.
 struct FaradayCheck {
   enum Input { kCyclotron, kPlasma, kWidth, kBound, kBackground, kSpread, kSubstrate, kNodes };
   static constexpr RowCell kHead[] = {Own(0, Wo, "cyclotron frequency W1, cm-1", 40),
                                       Own(0, Wp, "plasma frequency of a layer of 3.35 A, cm-1", 3000),
                                       Own(0, G, "width G, cm-1", 30),
-                                      Own(1, Wo, "frequency W0 that binds the carriers, cm-1", 20),
+                                      Own(1, Wo, "resonance frequency W0 of bound carriers, cm-1", 20),
                                       Own(1, Wp, "background conductivity, Ohm^-1 cm^-1", 100),
                                       Own(1, G, "spread of the cyclotron frequency, cm-1", 10),
                                       OptionalPartner(2, Wo, "substrate"),
@@ -77,7 +77,7 @@ struct FaradayCheck {
   }
 };
 
-// A chiral band with a gap in each valley, on a substrate, without field: Kerr angle of an anomalous Hall state.
+// A chiral band with a gap in each valley, on a substrate, at zero field: Kerr angle of an anomalous Hall state.
 struct GappedBilayer {
   enum Input { kGapK, kGapOther, kBroadening, kPotential, kWinding, kSubstrate, kBackground, kHallBackground };
   static constexpr RowCell kHead[] = {Own(0, Wo, "half gap in valley K, signed, eV", 0.05),
@@ -120,7 +120,7 @@ struct GappedBilayer {
   }
 };
 
-// A carrier sheet inside a slab between two mirrors that its faces are; a second sheet may lie on the front.
+// A carrier sheet inside a slab, whose faces are the mirrors of a cavity. A second sheet can lie on the front face.
 struct Cavity {
   static constexpr Hooks kHooks = hook::kIdle;
   enum Input {
@@ -137,18 +137,19 @@ struct Cavity {
     kExtinction,
     kFront
   };
-  static constexpr RowCell kHead[] = {Own(0, Wo, "cyclotron frequency W1, cm-1", 40),
-                                      Own(0, Wp, "plasma frequency of a layer of 3.35 A, cm-1", 20000),
-                                      Own(0, G, "width G, cm-1", 60),
-                                      Own(1, Wo, "frequency W0 that binds the carriers, cm-1", 20),
-                                      Own(1, Wp, "background conductivity, Ohm^-1 cm^-1", 500),
-                                      OptionalPartner(1, G, "medium of the slab, 0 for the index in row 4"),
-                                      Own(2, Wo, "thickness of the slab, cm", 0.003),
-                                      OptionalPartner(2, Wp, "half-space behind"),
-                                      Own(2, G, "place of the sheet, as a share of the thickness from the front", 0.4),
-                                      Own(3, Wo, "refractive index of the slab", 2),
-                                      Own(3, Wp, "extinction of the slab", 0.01),
-                                      Own(3, G, "second sheet on the front face, relative to the first", 0.3)};
+  static constexpr RowCell kHead[] = {
+      Own(0, Wo, "cyclotron frequency W1, cm-1", 40),
+      Own(0, Wp, "plasma frequency of a layer of 3.35 A, cm-1", 20000),
+      Own(0, G, "width G, cm-1", 60),
+      Own(1, Wo, "resonance frequency W0 of bound carriers, cm-1", 20),
+      Own(1, Wp, "background conductivity, Ohm^-1 cm^-1", 500),
+      OptionalPartner(1, G, "medium of the slab, 0 for the index in row 4"),
+      Own(2, Wo, "thickness of the slab, cm", 0.003),
+      OptionalPartner(2, Wp, "half-space on the back side"),
+      Own(2, G, "position p of the sheet, a fraction of the thickness from the front", 0.4),
+      Own(3, Wo, "refractive index of the slab", 2),
+      Own(3, Wp, "extinction of the slab", 0.01),
+      Own(3, G, "second sheet on the front face, relative to the first", 0.3)};
   static constexpr std::uint64_t kSheet = InputBits({kCyclotron, kPlasma, kWidth, kBound, kBackground}),
                                  kSlab = InputBits({kMedium, kThickness, kBack, kIndex, kExtinction}),
                                  kAll = kSheet | kSlab | InputBits({kPlace, kFront});

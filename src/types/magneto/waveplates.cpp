@@ -1,4 +1,4 @@
-// A pile of plates with a fast and a slow axis, between vacuum.
+// A stack of plates with a fast and a slow axis, in vacuum.
 #include <numbers>
 
 #include "types/magneto/circular.h"
@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// Matrix elements between the tangential fields along x and y.
+// 2 by 2 block of matrix elements between tangential fields along x and y.
 using Block = std::array<std::array<Cplx, 2>, 2>;
 
 Block operator*(const Block& a, const Block& b) {
@@ -25,8 +25,8 @@ Block operator+(const Block& a, const Block& b) {
   return sum;
 }
 
-// (E, H) in front = [[ee, eh], [he, hh]] (E, H) behind, each a block of the two directions; multiplied by a factor that
-// keeps thick absorbing plates finite.
+// (E, H) on the front side = [[ee, eh], [he, hh]] (E, H) on the back side, times a factor that keeps the matrices of
+// thick absorbing plates finite.
 struct Fields {
   Block ee, eh, he, hh;
 };
@@ -34,7 +34,7 @@ Fields operator*(const Fields& a, const Fields& b) {
   return {a.ee * b.ee + a.eh * b.he, a.ee * b.eh + a.eh * b.hh, a.he * b.ee + a.hh * b.he, a.he * b.eh + a.hh * b.hh};
 }
 
-// diag(fast, slow) turned by an angle.
+// diag(fast, slow), rotated by an angle.
 Block Turned(const Cplx& fast, const Cplx& slow, double angle) {
   const double c = std::cos(angle), s = std::sin(angle);
   const Cplx mixed = (fast - slow) * (c * s);
@@ -49,11 +49,11 @@ struct Waveplates {
       Partner(1, Wp, "slow axis"),
       Own(1, G, "angle between the fast axis and the light's polarisation, degrees", 30),
       Own(2, Wo, "thickness of one plate, cm", 0.0008),
-      Own(2, Wp, "further turn of each plate against the one before, degrees", 10)};
+      Own(2, Wp, "further rotation of each plate relative to the previous one, degrees", 10)};
   static constexpr SlotUse kFills[] = {{kRefl, "transmission into both polarisations"},
-                                       {kRp, "transmission into the polarisation that came"},
+                                       {kRp, "transmission into the incoming polarisation"},
                                        {kRs, "transmission into the other polarisation"},
-                                       {kRps, "ratio of the other to the one that came"},
+                                       {kRps, "transmission into the other over that into the incoming polarisation"},
                                        {kDefringed, "ellipticity angle of the transmitted light, degrees"}};
 
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
@@ -69,7 +69,7 @@ struct Waveplates {
       all = all * PlateOf(nf, ns, ef, es, common, (in[kAngle] + k * in[kStep]) / kDegreesPerRadian);
       passed *= common;
     }
-    // Behind the plates H = E; in front the wave that comes is (E + H)/2, polarised along x.
+    // On the back side H = E. On the front side the incoming wave is (E + H)/2, polarised along x.
     const Block sum = all.ee + all.eh + all.he + all.hh;
     const Cplx determinant = sum[0][0] * sum[1][1] - sum[0][1] * sum[1][0];
     const Cplx tx = Quotient(2.0 * passed * sum[1][1], determinant),
@@ -97,11 +97,11 @@ struct Waveplates {
 
 constinit const ModelType kComplexWaveplates = ShownType<Waveplates, AtLeast(3)>(
     85, "Complex waveplates",
-    {.sample = "a pile of birefringent, absorbing plates between vacuum, with all echoes, seen by linear light",
+    {.sample = "a stack of birefringent, absorbing plates in vacuum, with all echoes, in linearly polarised light",
      .formula =
          "each plate and axis: fields (E, H) through [[cos p, -i sin p/n], [-i n sin p, cos p]], p = 2 pi x n d;\n"
          "both axes turned by the angle, plate k by k further turns; the 4-by-4 matrices multiplied\n"
-         "t = 2 (M11 + M12 + M21 + M22)^-1 acting on light along x; ellipticity angle asin(2 Im(tx* ty)/T)/2",
+         "t = 2 (M11 + M12 + M21 + M22)^-1 on light polarised along x; ellipticity angle asin(2 Im(tx* ty)/T)/2",
      .source = "D. W. Berreman, J. Opt. Soc. Am. 62, 502 (1972), at normal incidence; the order of the rows beyond the "
                "axes and the thickness is a choice of this program"});
 

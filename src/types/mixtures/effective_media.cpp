@@ -1,11 +1,11 @@
-// Materials made of others: series circuits, effective media, and the local fields of a double layer.
+// Materials composed of others: layers in series, effective media, and double layers with local fields.
 #include "types/frame.h"
 #include "types/types.h"
 
 namespace kalvex {
 namespace {
 
-// 1 where the imaginary part under the root is at or above 0, else -1: the branch with absorption.
+// The sign of the square root with absorption: 1 if the imaginary part of its argument is at least 0, else -1.
 double BranchOf(const Cplx& underRoot) { return underRoot.im >= 0 ? 1 : -1; }
 
 struct SerialResistor {
@@ -72,7 +72,7 @@ struct TwoComponents {
     const Cplx e0 = in.eps(kFirst), e1 = in.eps(kSecond);
     const double A = L * (f + g);
     const Cplx B = f * e1 + g * e0 - (f * e0 + g * e1) * L, product = e0 * e1 * (f + g);
-    if (A == 0) return -Quotient(product, B);  // the limit of the root that stays finite
+    if (A == 0) return -Quotient(product, B);  // the limit of the finite root
     const Cplx underRoot = B * B - 4.0 * product * A;
     return (-B + BranchOf(underRoot) * Sqrt(underRoot)) / (2 * A);
   }
@@ -82,7 +82,7 @@ struct TwoComponents {
 
 constinit const ModelType kSerialResistor = ShownType<SerialResistor, Exactly(2)>(
     8, "Serial resistor",
-    {.sample = "two media one behind the other along the electric field",
+    {.sample = "two media in series along the electric field",
      .formula = "e = (w0 + w1)/(w0/e0 + w1/e1), w0 and w1 the weights (thicknesses)",
      .source = "capacitors in series; M. Born, E. Wolf, Principles of Optics, chapter 15.5"});
 
@@ -98,22 +98,23 @@ constinit const ModelType kBilayerLocalField = ShownType<BilayerLocalField, Exac
 constinit const ModelType kEmaPowder = ShownType<PowderMixture, Exactly(1)>(
     15, "EMA - powder",
     {.sample = "a powder or a mixture of two media",
-     .formula = "a = (3f - 3)/(3f - 5), b = (3f - 1)/(3f - 5), h = 2ab - 4a - 4b + 4\n"
-                "e = [a e0 + b e1 +- sqrt(a^2 e0^2 + b^2 e1^2 + h e0 e1)]/2, + where the root's argument has an\n"
-                "imaginary part of at least 0\n"
-                "Two equal media give that medium again; f = 1 gives [sqrt(e1^2 + 8 e0 e1) - e1]/2 and not one of the\n"
-                "media, so that the filling is no plain share by volume. f = 5/3 is excluded.",
-     .source = "self-consistent mixture in the form with two weights, taken as it stands"});
+     .formula =
+         "a = (3f - 3)/(3f - 5), b = (3f - 1)/(3f - 5), h = 2ab - 4a - 4b + 4\n"
+         "e = [a e0 + b e1 +- sqrt(a^2 e0^2 + b^2 e1^2 + h e0 e1)]/2, + if the imaginary part of the\n"
+         "root's argument is at least 0, else -\n"
+         "Two equal media give that medium. f = 1 gives [sqrt(e1^2 + 8 e0 e1) - e1]/2, which is neither medium:\n"
+         "f is not the volume fraction. f = 5/3 is excluded.",
+     .source = "self-consistent mixture in the form with two weights, used as given"});
 
 constinit const ModelType kEmaTwoComponents = ShownType<TwoComponents, Exactly(2)>(
     40, "EMA - 2 components",
     {.sample = "a mixture of two media with a depolarisation factor",
      .formula =
          "g = 1 - f, A = L (f + g), B = f e1 + g e0 - (f e0 + g e1) L\n"
-         "e = [-B +- sqrt(B^2 - 4 e0 e1 (f + g) A)]/(2A), + where the root's argument has an imaginary part of at\n"
-         "least 0; L = 0: e = -e0 e1/B\n"
-         "Its signs differ from the self-consistent equation of ellipsoids: two equal media do not give that\n"
-         "medium again.",
-     .source = "effective medium with a depolarisation factor, taken as it stands; the value at L = 0 is the limit"});
+         "e = [-B +- sqrt(B^2 - 4 e0 e1 (f + g) A)]/(2A), + if the imaginary part of the root's argument is at\n"
+         "least 0, else -; L = 0: e = -e0 e1/B\n"
+         "The signs differ from those of the self-consistent equation of ellipsoids: two equal media do not give\n"
+         "that medium.",
+     .source = "effective medium with a depolarisation factor, used as given; the value at L = 0 is the limit"});
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// A medium with a permeability of its own.
+// A medium with a dielectric function and a magnetic permeability.
 #include "evaluation/chains.h"
 #include "evaluation/eps_sum.h"
 #include "evaluation/eval_model.h"
@@ -16,7 +16,7 @@ struct Media {
   const Model* mu = nullptr;
 };
 
-// False if one is missing or both are the same.
+// Finds both models. Returns false if one is missing or both are the same.
 bool FindMedia(EvalContext& ctx, const Model& model, Media& media) {
   media = {PartnerAt(ctx, model, 0, Wo), PartnerAt(ctx, model, 0, Wp)};
   return media.eps && media.mu && media.eps != media.mu;
@@ -72,7 +72,7 @@ constinit const ModelType kEpsilonMu = {
     .material = true,
     .map = {.rows = kRows, .head = kHead, .group = {}, .groupStart = 0, .groupRows = 1},
     .page = {
-        .sample = "a medium with a magnetic permeability beside its dielectric function",
+        .sample = "a medium with a dielectric function and a magnetic permeability",
         .formula = "n = sqrt(eps mu), z = sqrt(mu/eps): the Quantities of a bulk sample with both\n"
                    "E1, E2, S1, S2 and LF are 0. The two models must be different ones.",
         .source = "Fresnel equations of a magnetic medium, J. D. Jackson, Classical Electrodynamics, chapter 7.3"}};

@@ -13,7 +13,7 @@
 namespace kalvex {
 namespace {
 
-// A response that depends on frequency and temperature through their quotient only.
+// A sum with a response that depends only on the quotient of frequency and temperature.
 struct UniversalRatio {
   static constexpr Hooks kHooks = hook::kFrequencyOf | hook::kAdmits | hook::kSumOfPartners;
   enum Input { kConstant, kQuadratic, kUniversal, kTemperature, kReduction };
@@ -37,27 +37,27 @@ struct UniversalRatio {
   }
 };
 
-// Free carriers that scatter from bosons, whose spectrum is the mesh of a variational dielectric function.
+// Free carriers scattered by bosons. The coupling spectrum a2F is the mesh of a variational dielectric function.
 struct MeshCoupling {
   enum Input { kConstant, kQuadratic, kSpectrum, kTemperature, kPlasma, kRate, kReduction };
   static constexpr RowCell kHead[] = {Partner(0, Wo, "part without temperature, e0"),
                                       Partner(0, Wp, "part with the square of the temperature, e1"),
-                                      MeshPartner(0, G, "model whose mesh holds a2F as its imaginary part"),
+                                      MeshPartner(0, G, "model whose mesh is a2F, in its imaginary part"),
                                       Own(1, Wo, "temperature T, K", 2),
                                       Own(1, Wp, "plasma frequency, cm-1", 8000),
                                       Own(1, G, "rate without bosons, cm-1", 100),
                                       Own(2, Wo, "reduction of the carriers' part by t^2, cm2", 0.05)};
   static constexpr RowMap kMap{.rows = Exactly(3), .head = kHead, .group = {}, .groupStart = 0, .groupRows = 1};
 
-  // The share of the spectrum that belongs to point k: half the distance between its neighbours.
+  // Integration weight of mesh point k: half the distance between its neighbours.
   static double WeightOf(const VarDielFunc& vdf, std::size_t k) {
     const std::size_t left = k == 0 ? 0 : k - 1, right = std::min(k + 1, vdf.mesh.size() - 1);
     return 0.5 * (vdf.mesh[right].x - vdf.mesh[left].x);
   }
 };
 
-// Kernels at the points of a mesh, kept for every frequency as long as temperature and mesh stay: in a fit of a2F they
-// are nearly all the work.
+// Cache of the kernels at the mesh points, for every frequency at one temperature and mesh. In a fit of a2F the kernels
+// take nearly all the time.
 struct KeptKernels {
   double kelvins = 0;
   std::vector<double> places;  // of the mesh, cm-1
@@ -86,7 +86,7 @@ const std::vector<BosonKernel>& KernelsAt(const VarDielFunc& vdf, double x, doub
   return kernels;
 }
 
-// The kernel at each mesh point times twice its weight, kept in the context to be ready for the derivatives.
+// The kernel at each mesh point times twice its weight, stored in the context for the derivatives.
 struct MeshKernels {
   KeptKernels kept;
   std::vector<Cplx> byValue;
@@ -180,7 +180,7 @@ constinit const ModelType kUniversalOmegaT = FittedType<UniversalRatio, Exactly(
     {.sample = "a metal whose response is a universal function of frequency over temperature",
      .formula = "e = e0(x) + T^2 e1(x) + [(1 - b T^2)/T^2] e2(x/T)\n"
                 "The temperature is that of the measurement: it is not fitted.",
-     .source = "scaling form, taken as it stands"});
+     .source = "scaling form, used as given"});
 
 constinit const ModelType kElectronPhonon = {
     .code = 12,
@@ -190,15 +190,15 @@ constinit const ModelType kElectronPhonon = {
     .fitted = true,
     .material = true,
     .map = MeshCoupling::kMap,
-    .page = {.sample = "free carriers that scatter from bosons, whose coupling spectrum a2F is fitted point by point",
+    .page = {.sample = "free carriers scattered by bosons, with a coupling spectrum a2F that is fitted point by point",
              .formula =
                  "t = 0.69508 T in cm-1, M = i r + 2 sum a2F(W) dW K(x/(2 pi t), W/(2 pi t)), dW half the distance\n"
                  "between the neighbours; D = -Wp^2/((x + M) x)\n"
                  "e = e0 + t^2 e1 + (1 - c t^2) D\n"
                  "K(x, y) = [(y - x) P(y - x) - 2 y P(y) + (y + x) P(y + x)]/x - i pi ((y + x)/x) (coth pi(x + y) "
                  "- coth pi y), P(u) = psi(1 + iu)\n"
-                 "The spectrum's variational dielectric function must be on, with a mesh; points at or below 0 do\n"
-                 "not count.",
+                 "The variational dielectric function of the spectrum's model must be on and have a mesh. Mesh points\n"
+                 "at or below 0 are not used.",
              .source = "P. B. Allen, Phys. Rev. B 3, 305 (1971); S. V. Shulga, O. V. Dolgov, E. G. Maksimov, Physica C "
                        "178, 266 (1991)"}};
 

@@ -47,7 +47,7 @@ struct AnisotropicSurface {
   }
 };
 
-// Intensities of a slab without fringes, with a sheet on its front and without.
+// Intensities of a slab without fringes, with and without a sheet on its front face.
 struct SlabWithSheet {
   enum Input { kSubstrate, kSheetRe, kSheetIm, kThickness };
   static constexpr RowCell kHead[] = {
@@ -94,7 +94,7 @@ constexpr TypePage SurfacePage(const char* sample, const char* normal) {
 
 constinit const ModelType kNearFieldReflection = ShownType<SurfaceAtMomentum, Exactly(2)>(
     73, "Rp(q,w) - near field",
-    SurfacePage("a surface, with a conducting sheet or without, at a momentum beyond that of light",
+    SurfacePage("a surface with or without a conducting sheet, at a momentum larger than that of light",
                 "k = 2 pi x, Q = 2 pi q, kz1 = sqrt(k^2 - Q^2), kz2 = sqrt(e k^2 - Q^2)\n"
                 "sigma = 0.00055050922 (D1 + i D2), S = 0.0229242 (kz1 kz2/k) sigma, D1 and D2 the datasets\n"
                 "r_p = (e kz1 - kz2 + S)/(e kz1 + kz2 + S)"));
@@ -102,14 +102,14 @@ constinit const ModelType kNearFieldReflection = ShownType<SurfaceAtMomentum, Ex
 constinit const ModelType kNearFieldAnisotropicSubstrate = ShownType<AnisotropicSurface, Exactly(3)>(
     77, "Rp(q,w) anis. substr",
     SurfacePage(
-        "the surface of a uniaxial crystal, with a conducting sheet or without, at a momentum beyond that of light",
+        "the surface of a uniaxial crystal with or without a conducting sheet, at a momentum larger than that of "
+        "light",
         "as type 73, with kz2 = sqrt(e_a k^2 - Q^2 e_a/e_c) and e_a for e\n"
-        "The root is the principal one: where e_a/e_c has a positive imaginary part its wave grows into the\n"
-        "substrate."));
+        "The root is the principal one: if e_a/e_c has a positive imaginary part, its wave grows into the substrate."));
 
 constinit const ModelType kSlabWithSheet = ShownType<SlabWithSheet, Exactly(2)>(
     78, "Rp(q,w) anis. substr",
-    {.sample = "a slab at normal incidence with a conducting sheet on its front, and without it",
+    {.sample = "a slab at normal incidence, with and without a conducting sheet on its front face",
      .formula = "u = 0.00055050922 0.0229242 (D1 + i D2), t1 = 2/(1 + n + u), r1 = (1 - n - u)/(1 + n + u),\n"
                 "t2 = 2n/(n + 1), r2 = (n - 1)/(n + 1), e = |exp(2 pi i x n d)|\n"
                 "T = |t1 t2 e|^2/(1 - |r2^2 e^2|^2), R = |r1|^2 + |t1 t2 r2 e^2|^2/(1 - |r2^2 e^2|^2); without: u = 0",

@@ -1,9 +1,10 @@
-// The light that an oscillating tip scatters from the near field of a sample, demodulated at a harmonic of its motion,
-// relative to a reference.
+// The signal of a scattering near-field microscope: light scattered by an oscillating tip above a sample, demodulated
+// at a harmonic of the oscillation and divided by that of a reference.
 //
-// The tip is a point dipole, a sphere of radius a whose centre moves between z0 a and (1 + 2A) z0 a above the surface.
-// At a height h it scatters with 1/(1 - a^3 b), where b = beta/(4 h^3) is its image in a surface without dispersion, or
-// the sum over momenta of q^2 exp(-2qh) r_p(q). The Fourier component of order n is what the lock-in amplifier shows.
+// The tip is a point dipole: a sphere of radius a whose centre oscillates between z0 a and (1 + 2A) z0 a above the
+// surface. At height h its scattered field is proportional to 1/(1 - a^3 b). b is the field of the image dipole:
+// beta/(4 h^3) for a surface without dispersion, else the sum over momenta of q^2 exp(-2qh) r_p(q). The result is the
+// Fourier component of order n, as measured by a lock-in amplifier.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -22,18 +23,19 @@ namespace {
 struct Tip {
   int harmonic = 2;
   double radius = 0;     // a, cm
-  double height = 0;     // z0, of a
-  double amplitude = 0;  // A, of z0
-  int cycle = 0;         // points of a cycle
+  double height = 0;     // z0, in units of a
+  double amplitude = 0;  // A, in units of z0
+  int cycle = 0;         // number of points in a cycle
 };
 
-// A point of the tip's cycle: its height over the lowest one, and the factor of the harmonic.
+// A point of the tip's cycle: its height divided by the lowest height, and the factor of the harmonic.
 struct CyclePoint {
   double height;
   double factor;
 };
 
-// The second half of the cycle is the first one backwards: what is left of the factors of both is twice the cosine.
+// The half cycle from the lowest to the highest point. The way back has the same heights; both together have the factor
+// 2 cos(n phi).
 std::vector<CyclePoint> CycleOf(const Tip& tip, int count, int harmonic) {
   std::vector<CyclePoint> cycle;
   for (int i = 0; 2 * i <= count; ++i) {
@@ -44,7 +46,7 @@ std::vector<CyclePoint> CycleOf(const Tip& tip, int count, int harmonic) {
   return cycle;
 }
 
-// What the far field of the tip meets: (1 - r_p)^2 of the surface at an angle of incidence in degrees.
+// Far-field factor (1 - r_p)^2 of the surface at an angle of incidence in degrees.
 Cplx FarFieldFactor(const Cplx& eps, double degrees) {
   const double c = std::cos(degrees * kRadiansPerDegree), s2 = 1 - c * c;
   const Cplx root = Sqrt(eps - s2), r = Quotient(root - eps * c, root + eps * c);
@@ -53,7 +55,7 @@ Cplx FarFieldFactor(const Cplx& eps, double degrees) {
 
 Cplx ImageOf(const Cplx& eps) { return Quotient(eps - 1.0, eps + 1.0); }
 
-// The harmonic of a dipole over a surface without dispersion.
+// The harmonic of the signal of a dipole over a surface without dispersion.
 Cplx DipoleSignal(const Tip& tip, const Cplx& beta, const std::vector<CyclePoint>& cycle) {
   const Cplx f0 = beta * (0.25 / (tip.height * tip.height * tip.height));
   Cplx sum;
@@ -63,7 +65,7 @@ Cplx DipoleSignal(const Tip& tip, const Cplx& beta, const std::vector<CyclePoint
   return sum;
 }
 
-// A ratio of two signals as it is shown: modulus, its logarithm, argument.
+// The contrast, a ratio of two signals: modulus, logarithm of the modulus, argument.
 struct Contrast {
   double modulus = 0;
   double logarithm = 0;
@@ -79,8 +81,8 @@ Contrast ContrastOf(const Cplx& s) {
 constexpr std::size_t kLanes = 8;
 typedef double Pack __attribute__((vector_size(kLanes * sizeof(double))));
 
-// The mesh of qh, which is the same at all heights, and what a momentum weighs: (qh)^2 exp(-2qh) d(qh). Places without
-// a weight fill it up to whole packs.
+// The mesh of qh, which is the same at all heights, with weights (qh)^2 exp(-2qh) d(qh). Points of weight 0 pad it to
+// whole packs.
 struct MomentumMesh {
   std::vector<double> places, weights;
   std::size_t count = 0;
@@ -98,7 +100,7 @@ struct MomentumMesh {
   }
 };
 
-// The sum of weight (top + s)/(bottom + s), s = slope place, over the mesh.
+// The sum of weight*(top + s)/(bottom + s) over the mesh, with s = slope*place.
 KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top, const Cplx& bottom, const Cplx& slope,
                                       Cplx* out) {
   Pack re{}, im{};
@@ -117,8 +119,8 @@ KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top,
   for (std::size_t lane = 0; lane < kLanes; ++lane) *out += Cplx{re[lane], im[lane]};
 }
 
-// A surface at one frequency, whose r_p is asked for at any momentum: a plain model in the limit of large momenta, with
-// a sheet if there is one, or a model of type 73 or 77: its copy has the momentum of the question in its row.
+// r_p of a surface at one frequency for any momentum. The surface is a plain model in the limit of large momenta, with
+// or without a sheet, or a model of type 73 or 77. Such a model is copied, and the momentum is set in the copy's row.
 class Surface {
  public:
   Surface(EvalContext& ctx, const Model& model, double x, const Cplx& eps, const Cplx& sheet)
@@ -132,7 +134,7 @@ class Surface {
     const Cplx S = SheetPerMomentum() * q;
     return Quotient(eps_ - 1.0 + S, eps_ + 1.0 + S);
   }
-  // The sum of weight r_p(place/h) over a mesh.
+  // The sum of weight*r_p(place/h) over a mesh.
   Cplx Sum(const MomentumMesh& mesh, double h) {
     if (!HasDispersion()) return Reflection(0) * mesh.sum;
     Cplx sum;
@@ -165,7 +167,7 @@ class Surface {
   int row_;
 };
 
-// The field that the tip's unit dipole makes at its place: the sum of q^2 exp(-2qh) r_p(q) dq, in 1/cm^3.
+// The field of the image of the tip's unit dipole, at the dipole: the sum of q^2 exp(-2qh) r_p(q) dq, in 1/cm^3.
 Cplx ImageField(Surface& surface, const MomentumMesh& mesh, double h) { return surface.Sum(mesh, h) / (h * h * h); }
 
 Cplx MomentumSignal(const Tip& tip, Surface& surface, const MomentumMesh& mesh, const std::vector<CyclePoint>& cycle) {
@@ -208,8 +210,8 @@ constexpr RowCell kTipCells[] = {
     Own(2, Wo, "radius a of the tip, cm", 3e-6),
     Own(2, Wp, "lowest height z0 of the dipole, of a", 1.2),
     Own(2, G, "amplitude A of the motion, of z0: up to (1 + 2A) z0", 1),
-    Setting(3, Wo, "momenta from, over the height", 0),
-    Setting(3, Wp, "momenta to, over the height", 12),
+    Setting(3, Wo, "lower end of the momenta, times the height", 0),
+    Setting(3, Wp, "upper end of the momenta, times the height", 12),
     Setting(3, G, "number of momenta", 60),
     Own(4, Wp, "angle of incidence, degrees", 60),
     Setting(4, G, "points of the cycle", 24)};
@@ -217,9 +219,9 @@ constexpr RowCell kTipCells[] = {
 constexpr auto WithNodes(int row) {
   std::array<RowCell, std::size(kTipCells) + 3> cells{};
   std::copy(std::begin(kTipCells), std::end(kTipCells), cells.begin());
-  cells[kNodeFrom] = Setting(row, Wo, "frequencies at which the models are read: from, cm-1", 400);
-  cells[kNodeTo] = Setting(row, Wp, "to, cm-1", 2100);
-  cells[kNodes] = Setting(row, G, "number of them", 200);
+  cells[kNodeFrom] = Setting(row, Wo, "lowest frequency at which the models are evaluated, cm-1", 400);
+  cells[kNodeTo] = Setting(row, Wp, "highest of these frequencies, cm-1", 2100);
+  cells[kNodes] = Setting(row, G, "number of these frequencies", 200);
   return cells;
 }
 constexpr auto kCells105 = WithNodes(5);
@@ -236,7 +238,7 @@ constexpr std::array<SlotUse, 10> kTipFills = {{{kRefl, "contrast |s| of the poi
                                                 {kN1, "Re of the sample's image field at the lowest height, times a^3"},
                                                 {kN2, "Im of it"}}};
 
-// How many of the fills a type has.
+// The row map of a type, and the number of the leading entries of kTipFills that it fills.
 struct TipKind {
   RowMap map;
   std::size_t fills;
@@ -248,7 +250,7 @@ constexpr TipKind kTip80 = {MapOfCells(AtLeast(5), kTipCells), 6};
 constexpr TipKind kTip83 = {MapOfCells(Exactly(7), kCells83), 10};
 constexpr TipKind kTip105 = {MapOfCells(AtLeast(6), kCells105), 8};
 
-// The response of a partner at x, or between the two nodes around it.
+// The dielectric function of a partner at x; for types with frequency nodes, interpolated between the two nodes.
 Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, int input) {
   constexpr double kMostNodes = 1e6;
   const Model& model = *run.scratch().partner[static_cast<std::size_t>(input)];
@@ -268,7 +270,7 @@ Tip TipOf(const TypeInputs<double>& in) {
           std::clamp(in.setting(kCycle), 1, kMostPoints)};
 }
 
-// What a tip's numbers make, whatever the frequency.
+// Cache of what depends on the tip's numbers and not on the frequency.
 struct KeptTip {
   std::vector<double> numbers;
   std::vector<CyclePoint> dipole, nextHarmonic, momenta;  // cycles
@@ -339,7 +341,7 @@ constexpr ModelType TipType(int code, const char* name, const TypePage& page) {
   return {code, name, Evaluate<kKind>, AfterNothing, false, false, kKind.map, {kTipFills.data(), kKind.fills}, page};
 }
 
-// ---- types on one reflection
+// ---- types with r_p at one momentum
 
 struct DipoleOnReflection {
   enum Cells { kSurface, kReferenceModel, kOrder, kTipRadius, kTipHeight, kTipAmplitude, kIncidence, kPoints };
@@ -362,7 +364,7 @@ struct DipoleOnReflection {
     std::vector<CyclePoint> cycle;
   };
 
-  // The far field of the sample meets the reflection that the surface gives; a reference brings its own.
+  // Signals of the sample, with the given r_p, and of the reference. Without a reference the ratio is the sample's.
   static Signals SignalsOf(TypeRun& run, const TypeInputs<double>& in, const Cplx& rp) {
     const Tip tip{in.setting(kOrder), HeldFromZero(in[kTipRadius]), in[kTipHeight], in[kTipAmplitude],
                   std::clamp(in.setting(kPoints), 1, 10000)};
@@ -403,7 +405,7 @@ constexpr std::array<SlotUse, 15> kFills110 = {{{kRefl, "contrast |s|"},
                                                 {kDefringed, "|r_p|^2"},
                                                 {kAlpha, "|signal of the reference|"}}};
 
-// The surface is asked as it stands, or at the one momentum 0.1/a.
+// r_p of the surface at the momentum of its own row, or with atRadius at the momentum 0.1/a.
 int EvaluateOnReflection(EvalContext& ctx, const Model& model, double x, bool atRadius,
                          std::span<const SlotUse> fills) {
   using D = DipoleOnReflection;
@@ -455,8 +457,8 @@ constexpr const char* kTipFormula =
     "F = (1 - r_p)^2 of the surface at the angle; beta = (e - 1)/(e + 1), phi = 2 pi i/N\n"
     "point dipole: sum of exp(i n phi)/(1 - beta/(4 z0^3 h^3)), h = 1 + A (1 - cos phi)\n"
     "momenta: sum of exp(i n phi)/(1 - a^3 b), b = sum q^2 exp(-2 q h') r_p(q) dq, h' = z0 a h, q the middles of\n"
-    "equal parts of from/h' to to/h'; r_p of a surface of type 73 or 77 at q/(2 pi), of a plain model that of large\n"
-    "momenta, with S = 0.0229242 i (q/k) sigma of a sheet\n"
+    "equal parts of from/h' to to/h'; r_p of a surface of type 73 or 77 at q/(2 pi); of a plain model in the limit\n"
+    "of large momenta, with S = 0.0229242 i (q/k) sigma of a sheet\n"
     "s = F sum of the sample over F sum of the reference";
 constexpr const char* kTipSource =
     "B. Knoll, F. Keilmann, Opt. Commun. 182, 321 (2000), point dipole; J. Aizpurua et al., Opt. Express 16, 1529 "
@@ -475,19 +477,19 @@ constinit const ModelType kNearFieldTip =
 
 constinit const ModelType kNearFieldTip2 =
     TipType<kTip83>(83, "sSNOM-2",
-                    {.sample = "as type 80, with the models read at given frequencies and the next harmonic",
+                    {.sample = "as type 80, with the models evaluated at given frequencies, and with the next harmonic",
                      .formula = kTipFormula,
                      .source = kTipSource,
                      .from = 500,
                      .to = 2000});
 
-constinit const ModelType kNearFieldTip3 =
-    TipType<kTip105>(105, "sSNOM-3",
-                     {.sample = "as type 80, with the models read at given frequencies and the next harmonic",
-                      .formula = kTipFormula,
-                      .source = kTipSource,
-                      .from = 500,
-                      .to = 2000});
+constinit const ModelType kNearFieldTip3 = TipType<kTip105>(
+    105, "sSNOM-3",
+    {.sample = "as type 80, with the models evaluated at given frequencies, and with the next harmonic",
+     .formula = kTipFormula,
+     .source = kTipSource,
+     .from = 500,
+     .to = 2000});
 
 constinit const ModelType kNearFieldTip4 = {
     .code = 107,
@@ -498,9 +500,9 @@ constinit const ModelType kNearFieldTip4 = {
     .material = false,
     .map = DipoleOnReflection::kMap,
     .fills = kFills107,
-    .page = {.sample = "near-field microscopy of a surface whose near-field reflection another model gives",
+    .page = {.sample = "near-field microscopy of a surface whose near-field reflection is computed by another model",
              .formula = "s = sum of exp(i n phi)/(1 - r_p/(4 z0^3 h^3)), h = 1 + A (1 - cos phi), over the same of a "
-                        "reference\nr_p = Quantity 5 + i Quantity 6 of the surface, as it stands",
+                        "reference\nr_p = Quantity 5 + i Quantity 6 of the surface at the momentum in its rows",
              .source = "B. Knoll, F. Keilmann, Opt. Commun. 182, 321 (2000), without the far-field factors",
              .from = 500,
              .to = 2000}};
@@ -514,7 +516,7 @@ constinit const ModelType kNearFieldTip5 = {
     .material = false,
     .map = DipoleOnReflection::kMap,
     .fills = kFills110,
-    .page = {.sample = "near-field microscopy of a surface at the one momentum that the tip prefers",
+    .page = {.sample = "near-field microscopy of a surface at one momentum, set by the radius of the tip",
              .formula = "as type 107, with r_p of a surface of type 73 or 77 at the momentum q = 0.1/a",
              .source = "B. Knoll, F. Keilmann, Opt. Commun. 182, 321 (2000); the momentum is a choice of this program",
              .from = 500,

@@ -1,4 +1,4 @@
-// Single films and plates: phase factors, interfaces, and a coherent pile of films on a thick substrate.
+// Single films and plates: phase factors, interfaces, coherent and incoherent reflectivity of a film.
 #pragma once
 
 #include <numbers>
@@ -7,7 +7,7 @@
 
 namespace kalvex {
 
-// exp(2 pi i x n d) of one passage, exactly 1 where it would grow beyond the guard; and the exponent.
+// The factor exp(2 pi i x n d) of one passage, and its exponent. With gain beyond GuardedExponent's limit it is 1.
 template <class T>
 Complex<T> PassageExponent(const Complex<T>& n, const T& thickness, double x) {
   return GuardedExponent(TimesI(n) * (thickness * T(2 * std::numbers::pi * x)));
@@ -17,20 +17,20 @@ Complex<T> PassageFactor(const Complex<T>& n, const T& thickness, double x) {
   return Exp(PassageExponent(n, thickness, x));
 }
 
-// (b - a)/(b + a) of the admittances on both sides.
+// Reflected amplitude (b - a)/(b + a) of an interface between the admittances a and b.
 template <class T>
 Complex<T> InterfaceReflection(const Complex<T>& a, const Complex<T>& b) {
   return Quotient(b - a, b + a);
 }
 
-// |(1 - n)/(1 + n)|^2 of a thick sample at normal incidence.
+// Reflectivity |(1 - n)/(1 + n)|^2 of a thick sample at normal incidence.
 template <class T>
 T NormalReflectivity(const Complex<T>& eps) {
   return Norm(InterfaceReflection(Complex<T>{T(1), T(0)}, Sqrt(eps)));
 }
 
-// A film between two interfaces and the same without interference: r01 from outside, r12 behind, `round` the factor of
-// a round trip.
+// Reflectivity of a film with and without interference. r01: amplitude of the front face from outside, r12: amplitude
+// of the back face from inside, round: factor of a round trip in the film.
 template <class T>
 T CoherentReflectivity(const Complex<T>& r01, const Complex<T>& r12, const Complex<T>& round) {
   return Norm(Quotient(r01 + r12 * round, T(1) + r01 * r12 * round));

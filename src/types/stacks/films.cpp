@@ -1,4 +1,4 @@
-// One film: on a substrate, on a mirror, in a medium; and the wave that runs along an interface.
+// One film: on a substrate, on a mirror, in a medium; and the wave along an interface.
 #include <numbers>
 
 #include "types/stacks/film_optics.h"
@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// R of a film with the degree of coherence between 0 and 1.
+// Reflectivity of a film: the mean of the incoherent and coherent ones, weighted by the coherence, 0 to 1.
 template <class T>
 T PartlyCoherent(const Complex<T>& r01, const Complex<T>& r12, const Complex<T>& round, const T& coherence) {
   const T apart = IncoherentReflectivity(r01, r12, round), together = CoherentReflectivity(r01, r12, round);
@@ -91,20 +91,20 @@ struct SurfacePlasmon {
 
 constinit const ModelType kMagneticFilm = FittedType<MagneticFilm, Exactly(2)>(
     18, "Magn. film - substr.",
-    {.sample = "a film with a permeability on a thick substrate, its interferences more or less coherent",
-     .formula =
-         "n1 = sqrt(e m), z1 = sqrt(m/e), z2 = 1/n2; r01 = (z1 - 1)/(z1 + 1), r12 = (z2 - z1)/(z2 + z1)\n"
-         "E = exp(4 pi i x n1 d); coherent |(r01 + r12 E)/(1 + r01 r12 E)|^2\n"
-         "incoherent |r01|^2 + |1 - r01^2|^2 |r12|^2 |E|^2/(1 - |r01|^2 |r12|^2 |E|^2), blended by the coherence",
+    {.sample = "a film with a permeability on a thick substrate, with partial coherence",
+     .formula = "n1 = sqrt(e m), z1 = sqrt(m/e), z2 = 1/n2; r01 = (z1 - 1)/(z1 + 1), r12 = (z2 - z1)/(z2 + z1)\n"
+                "E = exp(4 pi i x n1 d); coherent |(r01 + r12 E)/(1 + r01 r12 E)|^2\n"
+                "incoherent |r01|^2 + |1 - r01^2|^2 |r12|^2 |E|^2/(1 - |r01|^2 |r12|^2 |E|^2)\n"
+                "R is the mean of both, weighted by the coherence",
      .source = "Airy sum with impedances, M. Born, E. Wolf, Principles of Optics, chapter 1.6; the magnetic factor as "
                "permeability is a choice of this program"});
 
 constinit const ModelType kSampleOnMirror = FittedType<SampleOnMirror, AtLeast(2)>(
     21, "Thin sample on mirror",
-    {.sample = "a film on a perfect mirror, its interferences more or less coherent",
-     .formula =
-         "r01 = (1 - n)/(1 + n), r12 = -1, E = exp(4 pi i x n d); coherent |(r01 - E)/(1 - r01 E)|^2\n"
-         "incoherent |r01|^2 + |1 - r01^2|^2 |E|^2/(1 - |r01|^2 |E|^2), blended by the coherence, times the scale",
+    {.sample = "a film on a perfect mirror, with partial coherence",
+     .formula = "r01 = (1 - n)/(1 + n), r12 = -1, E = exp(4 pi i x n d); coherent |(r01 - E)/(1 - r01 E)|^2\n"
+                "incoherent |r01|^2 + |1 - r01^2|^2 |E|^2/(1 - |r01|^2 |E|^2)\n"
+                "R is the mean of both, weighted by the coherence, times the scale",
      .source = "Airy sum, M. Born, E. Wolf, Principles of Optics, chapter 7.6"});
 
 constinit const ModelType kPressureCell = FittedType<PressureCell, Exactly(2)>(
@@ -115,7 +115,7 @@ constinit const ModelType kPressureCell = FittedType<PressureCell, Exactly(2)>(
 
 constinit const ModelType kSurfacePlasmon = ShownType<SurfacePlasmon, Exactly(1)>(
     72, "SPP",
-    {.sample = "the wave that runs along the interface of two media: surface plasmon or phonon polariton",
+    {.sample = "the wave along the interface of two media: surface plasmon or phonon polariton",
      .formula = "q = 2 pi x sqrt(e1 e2/(e1 + e2)), normal components sqrt(e (2 pi x)^2 - q^2), length 1/(2 Im q),\n"
                 "1e30 without loss",
      .source = "H. Raether, Surface Plasmons, Springer 1988, chapter 2"});

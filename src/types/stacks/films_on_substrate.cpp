@@ -1,4 +1,4 @@
-// Coherent films on a substrate that is so thick that its own fringes do not show; and the phase of a transmitted wave.
+// Coherent films on a thick substrate without fringes of its own, and the phase of a transmitted wave.
 #include <cmath>
 #include <numbers>
 
@@ -9,25 +9,24 @@ namespace kalvex {
 namespace {
 
 enum Layer { kModel, kThickness };
-// The thickness of the substrate, which matters to what passes through it.
+// The thickness of the substrate affects only transmission.
 constexpr std::uint64_t kSubstrateThickness = InputBits({kThickness});
 constexpr RowCell kLayers[] = {Partner(0, Wo, "layer, from the front; the last one is the substrate"),
                                Own(0, Wp, "thickness, cm", 0.0005)};
 
-// Amplitudes of the films in front of a half-space, in terms of the electric field.
+// Amplitudes of the electric field of films on a half-space.
 template <class T>
 struct FilmAmplitudes {
   Complex<T> r{};
-  // What is transmitted, t exp(passed): the product of all passages may underflow, its phase goes on.
+  // The transmitted amplitude is t exp(passed). exp(passed) may underflow; the phase stays known.
   Complex<T> t{T(1), T(0)};
   Complex<T> passed{};
 
   Complex<T> Transmitted() const { return t * Exp(passed); }
-  // The phase of what is transmitted, in turns.
+  // Phase of the transmitted amplitude, in turns.
   T Turns() const { return (Argument(t) + passed.im) / T(2 * std::numbers::pi); }
 
-  // Puts the interface between two media before what is behind it; `exponent` is that of the passage through the
-  // medium behind.
+  // Adds an interface on the front of the stack. `exponent`: of one passage through the medium after this interface.
   void PutInFront(const Complex<T>& before, const Complex<T>& behind, const Complex<T>& exponent) {
     const Complex<T> rho = InterfaceReflection(before, behind), once = Exp(exponent), back = r * once * once,
                      sum = T(1) + rho * back;
@@ -37,8 +36,8 @@ struct FilmAmplitudes {
   }
 };
 
-// All layers from `vacuum` into the last one; admittanceOf(k) and waveOf(k) of layer k give its y and its index along
-// the normal.
+// Amplitudes of the stack from `vacuum` into the last layer. admittanceOf(k) and waveOf(k) return the admittance of
+// layer k and its index along the normal.
 template <class T, class Admittance, class Wave>
 FilmAmplitudes<T> AmplitudesIntoLast(const TypeInputs<T>& in, const Complex<T>& vacuum, Admittance admittanceOf,
                                      Wave waveOf) {
@@ -51,7 +50,7 @@ FilmAmplitudes<T> AmplitudesIntoLast(const TypeInputs<T>& in, const Complex<T>& 
   return films;
 }
 
-// exp(-2 pi i x D) of the empty path.
+// exp(-2 pi i x D), the inverse of the phase factor of the empty path.
 template <class T>
 Complex<T> EmptyPath(const TypeInputs<T>& in) {
   T D(0);
@@ -60,7 +59,7 @@ Complex<T> EmptyPath(const TypeInputs<T>& in) {
   return {Cos(phase), -Sin(phase)};
 }
 
-// Sum of (n' - offset) d in turns.
+// x times the sum of (n' - offset) d: the expected phase in turns.
 template <class T>
 double ExpectedTurns(const TypeInputs<T>& in, double offset) {
   double turns = 0;
@@ -71,13 +70,13 @@ double ExpectedTurns(const TypeInputs<T>& in, double offset) {
   return turns;
 }
 
-// A phase in turns with the whole turns that bring it next to what is expected.
+// Adds the whole number of turns that brings a phase closest to the expected one.
 template <class T>
 T NearTurns(const T& turns, double expected) {
   return turns + T(std::round(expected - ValueOf(turns)));
 }
 
-// p- and s-amplitudes at an angle of incidence in degrees, with the sign of a bare metal's.
+// p- and s-amplitudes at an angle of incidence in degrees, with the signs of those of a bare metal.
 template <class T>
 struct ObliqueAmplitudes {
   ObliqueAmplitudes(const TypeInputs<T>& in, const T& degrees) {
@@ -90,7 +89,7 @@ struct ObliqueAmplitudes {
   Complex<T> p, s;
 };
 
-// The films at normal incidence and the passage through the substrate, whose own echoes do not count.
+// The films at normal incidence and one passage through the substrate, without echoes in it.
 template <class T>
 FilmAmplitudes<T> NormalAmplitudes(const TypeInputs<T>& in) {
   const auto index = [&](int k) { return Sqrt(in.eps(in.Of(k, kModel))); };
@@ -104,7 +103,7 @@ FilmAmplitudes<T> NormalAmplitudes(const TypeInputs<T>& in) {
   return films;
 }
 
-// Psi and Delta in degrees, of intensities and cross term; without s-light there is nothing to compare with.
+// Psi and Delta in degrees, from the intensities and the cross term. They stay 0 if Rs is 0.
 template <class T>
 void FillAngles(const T& Rp, const T& Rs, const Complex<T>& cross, Slots<T>& q) {
   if (ValueOf(Rs) < kTinyNorm) return;
@@ -131,7 +130,7 @@ struct FilmSubstrate {
       {kS2, "Im t, relative to the empty path", kNormal},
       {kN1, "Psi, degrees", kAllInputs, kSubstrateThickness},
       {kN2, "Delta, degrees", kAllInputs, kSubstrateThickness},
-      {kDepth, "phase of t with its whole turns, radians", kNormal},
+      {kDepth, "phase of t including whole turns, radians", kNormal},
       {kLoss, "1 - R - T", kNormal}};
 
   template <class T>
@@ -160,7 +159,7 @@ struct FilmSubstrate {
   }
 };
 
-// The same with Psi and Delta averaged over the angles of the beam.
+// Films on a substrate, with Psi and Delta averaged over the angles of the beam.
 struct FilmSubstrateBeam {
   enum Head { kAngle, kSpread };
   static constexpr RowCell kHead[] = {Experimental(kAngleOfIncidence, "angle of incidence, of Quantities 9 and 10"),
@@ -177,10 +176,10 @@ struct FilmSubstrateBeam {
       {kS2, "Im t, relative to the empty path", kNormal},
       {kN1, "Psi, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
       {kN2, "Delta, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
-      {kDepth, "phase of t with its whole turns, radians", kNormal},
+      {kDepth, "phase of t including whole turns, radians", kNormal},
       {kLoss, "1 - R - T", kNormal}};
 
-  // Intensities and the cross term are what a detector adds up.
+  // A detector adds intensities: the average is over Rp, Rs and the cross term.
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     FilmSubstrate::FillNormal(in, q);
@@ -198,7 +197,7 @@ struct FilmSubstrateBeam {
   }
 };
 
-// A coherent stack in vacuum, the phase of what goes through.
+// The phase of the wave transmitted by a coherent stack in vacuum.
 struct TransmittedPhase {
   static constexpr RowCell kGroup[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thickness, cm", 0.0005)};
   static constexpr int kGroupStart = 0, kGroupRows = 1;
@@ -233,8 +232,8 @@ constinit const ModelType kFilmSubstrateNoFringes = FittedType<FilmSubstrate, At
      .formula =
          "films coherent from vacuum into the substrate: r, t_f; T = |t_f exp(2 pi i x n_s d_s) 2 n_s/(n_s + 1)|^2\n"
          "at an angle: p with y = e/m, s with y = m, m = sqrt(e - sin^2); rho = rp/rs, Psi = atan|rho|,\n"
-         "Delta = arg rho, 0 for p and s alike at normal incidence\n"
-         "the phase of t takes the whole turns nearest to x times the sum of n' d",
+         "Delta = arg rho, 0 at normal incidence, where p and s are equal\n"
+         "the phase of t has the number of whole turns that brings it closest to x times the sum of n' d",
      .source =
          "M. Born, E. Wolf, Principles of Optics, chapter 1.6; one passage through the substrate; the choice of the "
          "Quantities is this program's"});
@@ -243,16 +242,17 @@ constinit const ModelType kFilmSubstrateBetterPsiDelta = FittedType<FilmSubstrat
     71, "Like 33, better psidel",
     {.sample = "films on a substrate as type 33, with Psi and Delta of a beam that has a spread of angles",
      .formula =
-         "as type 33; Psi = atan sqrt(<|rp|^2>/<|rs|^2>), Delta = arg <rp conj rs>, averages over the ten nodes of\n"
-         "the angle average of a bulk sample",
+         "as type 33; Psi = atan sqrt(<|rp|^2>/<|rs|^2>), Delta = arg <rp conj rs>, averaged over the same ten angles\n"
+         "as for a bulk sample",
      .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.6; the choice of the Quantities is this program's"});
 
 constinit const ModelType kOskelPhase = FittedType<TransmittedPhase, AtLeast(0)>(
     54, "Oskel-phase",
-    {.sample = "the phase of a wave that goes through layers, as measured by an interferometer or by pulses",
+    {.sample = "the phase of a wave transmitted by layers, as measured by an interferometer or with pulses",
      .formula =
-         "coherent stack in vacuum; phase of t relative to the empty path, with the whole turns nearest to\n"
-         "x times the sum of (n' - 1) d; over 360 x D it tends to n' - 1 of a thick, to (e - 1)/2 of a thin layer",
+         "coherent stack in vacuum; phase of t relative to the empty path, with the number of whole turns closest to\n"
+         "x times the sum of (n' - 1) d; divided by 360 x D it tends to n' - 1 for a thick layer and to (e - 1)/2\n"
+         "for a thin one",
      .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.6; the choice of the Quantities is this program's"});
 
 }  // namespace kalvex

@@ -1,4 +1,4 @@
-// Stacks of layers in vacuum: coherent, with thicknesses that spread, at an angle, or for evanescent waves.
+// Coherent stacks of layers in vacuum: with a spread of thicknesses, at oblique incidence, or for evanescent waves.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -23,16 +23,17 @@ constexpr RowCell kSpreadLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thickne
                                     Own(0, G, "relative spread of the thickness, 0 for none", 0.2)};
 constexpr RowCell kPlainLayer[] = {Partner(0, Wo, "layer"), Own(0, Wp, "thickness, cm", 0.0005)};
 
-// One evaluation of a stack, kept for its model.
+// The buffers of an evaluation of a stack, kept for its model.
 struct StackRun {
   std::vector<const Model*> models;  // of the layers
-  std::vector<Cplx> eps;             // of each medium, the half-spaces too
+  std::vector<Cplx> eps;             // of each medium and both half-spaces
   std::vector<StackMedium<double>> media;
   double emptyByScale = 0;
   Stack stack;
 };
 
-// What tells one type from another: how the media follow from the dielectric functions, and the nodes of a layer.
+// What differs between the types: the media as functions of the dielectric functions, and the thickness nodes of a
+// layer.
 struct StackType {
   RowMap map;
   int firstLayer = 0;
@@ -41,13 +42,12 @@ struct StackType {
   bool (*admits)(const Model&) = nullptr;
   StackHead (*headOf)(const Model&) = nullptr;
   void (*setNodes)(const Model&, int row, std::vector<ThicknessNode>&) = nullptr;
-  bool clearsWhileWanted =
-      false;  // the other Quantities become 0 only from the first one on, as long as they are wanted
+  bool clearsWhileWanted = false;  // only the Quantities before the first one that is not wanted are set to 0
 };
 
 double ValueAt(const Model& model, int row, int column) { return Cell(model, row, column).value; }
 
-// The layers' models, their dielectric functions, and room for the rest; false if a model is missing.
+// Finds the models of the layers. Returns false if one is missing.
 bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run) {
   const int layers = std::max(0, RowCount(model) - type.firstLayer);
   run.models.resize(static_cast<std::size_t>(layers));
@@ -77,7 +77,7 @@ void SetMedia(const StackHead& head, double x, StackRun& run) {
   }
 }
 
-// A layer whose model stands in the stack already has its response, and its slopes.
+// Evaluates the dielectric functions of the layers, each model once.
 void AskLayers(EvalContext& ctx, double x, bool derivatives, StackRun& run) {
   for (std::size_t j = 0; j < run.models.size(); ++j) {
     const auto first = std::find(run.models.begin(), run.models.end(), run.models[j]);
@@ -103,7 +103,7 @@ int ResultOf(int quantity) {
   return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
 }
 
-// Puts slopes(layer) by Re and Im eps through the chain of each layer's model, and own(row, column, slope) of the rows.
+// Chains the slopes of the results: byEps through the model of each layer, byRow and byHead to the numbers of the rows.
 template <class ByEps, class ByRow, class ByHead>
 void ChainStack(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run, ByEps byEps, ByRow byRow,
                 ByHead byHead) {
@@ -224,9 +224,9 @@ constexpr StackType kNormal = {
     .setNodes = SetSpreadNodes,
     .clearsWhileWanted = true};
 
-// ---- the same with nodes of equal weight
+// ---- normal incidence, with nodes of equal weight
 
-constexpr RowCell kNodesHead[] = {Setting(0, Wp, "number of nodes of each layer that has a spread", 4)};
+constexpr RowCell kNodesHead[] = {Setting(0, Wp, "number of nodes of each layer with a spread", 4)};
 
 void SetEqualNodes(const Model& model, int row, std::vector<ThicknessNode>& nodes) {
   constexpr double kMostNodes = 10000;
@@ -274,7 +274,7 @@ constexpr StackType kOblique = {
     .headOf = ObliqueHead,
     .setNodes = SetOneNode};
 
-// ---- a given wavelength along the layers
+// ---- waves of a given wavelength along the layers
 
 constexpr RowCell kFiniteHead[] = {Own(0, Wo, "scale of the frequency", 1),
                                    Own(0, Wp, "wavelength along the layers, cm", 0.03)};

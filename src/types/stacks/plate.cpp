@@ -1,4 +1,4 @@
-// A tilted plane-parallel plate with finite coherence, seen by an ellipsometer.
+// A tilted plane-parallel plate with partial coherence, measured by an ellipsometer.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -108,7 +108,7 @@ struct Plate {
       cross += blend(incoherentCross, T(0.5) * (ap * Conj(as) + Conj(ap) * as).re);
     }
 
-    // A denominator held away from 0.
+    // A denominator, at least 1e-30.
     static T AtLeast(const T& value) { return ValueOf(value) < kTinyNorm ? T(kTinyNorm) : value; }
   };
 
@@ -128,7 +128,7 @@ struct Plate {
   static T Positive(const T& value) {
     return ValueOf(value) < 0 ? -value : value;
   }
-  // Rounding may carry the argument a little beyond 1.
+  // By rounding the argument can be slightly above 1.
   template <class T>
   static T Arccosine(const T& value) {
     if (ValueOf(value) >= 1) return T(0);
@@ -149,13 +149,13 @@ struct Plate {
 
 constinit const ModelType kPlate = FittedType<Plate, AtLeast(3)>(
     13, "Plate",
-    {.sample = "a tilted plane-parallel plate, its interferences more or less coherent, seen by an ellipsometer",
+    {.sample = "a tilted plane-parallel plate with partial coherence, measured by an ellipsometer",
      .formula =
          "q = sqrt(e - sin^2), rp = (q - e cos)/(q + e cos), rs = (cos - q)/(cos + q), E = exp(4 pi i x d q)\n"
          "coherent: a = r (1 - E)/(1 - r^2 E), R = |a|^2, C = Re(ap conj as)\n"
          "incoherent: B = |E|^2, R = |r|^2 [1 + |1 - r^2|^2 B/(1 - |r|^4 B)],\n"
          "C = Re{rp conj rs [1 + (1 - rp^2) conj(1 - rs^2) B/(1 - rp^2 conj(rs^2) B)]}\n"
-         "each blended by the coherence, then averaged with equal weights over d (1 + u s) and angle (1 + u s'),\n"
+         "each is a mean of both, weighted by the coherence; then equal averages over d (1 + u s), angle (1 + u s'),\n"
          "u the middles of N equal parts of -1 to 1, s and s' the spreads of the experimental parameters\n"
          "A = Rs sin^2 P + Rp cos^2 P, Psi = atan sqrt(Rp/Rs), Delta = acos(C/sqrt(Rp Rs))",
      .source =

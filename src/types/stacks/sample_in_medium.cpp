@@ -1,4 +1,4 @@
-// The reflectivity of a half-space that is seen from inside a medium.
+// The reflectivity of a half-space for light from inside a medium.
 #include "types/frame.h"
 #include "types/types.h"
 
@@ -21,7 +21,7 @@ struct SampleInMedium {
 
 constinit const ModelType kSampleInMedium = FittedType<SampleInMedium, Exactly(1)>(
     17, "Refl. sample in medium",
-    {.sample = "a thick sample seen from inside a medium: behind a window, or in a liquid",
+    {.sample = "a thick sample measured from inside a medium: through a window, or in a liquid",
      .formula = "R = s |(n2 - n1)/(n2 + n1)|^2, n1 and n2 the indices of the medium and of the sample, s the scale",
      .source = "M. Born, E. Wolf, Principles of Optics, chapter 1.5"});
 

@@ -23,7 +23,7 @@ class StackSpectrum {
   bool FillBlock(SpectrumBlock& block);
 
  private:
-  // A model that stands in one or more layers.
+  // The model of one or more layers.
   struct Partner {
     const Model* model;
     PlainRows rows;
@@ -31,7 +31,7 @@ class StackSpectrum {
     bool wanted = false;  // a slope by one of its parameters
     BlockNumbers dRe, dIm;
   };
-  // What the slope by a requested parameter is.
+  // The meaning of a requested parameter.
   enum class Source { kPartner, kThickness, kSpread, kHead, kNothing, kKept };
   struct Slope {
     Source source;

@@ -10,21 +10,22 @@
 
 namespace kalvex {
 
-// Quantities of the six results.
+// The Quantities that hold the six results.
 inline constexpr std::array<int, kStackResults> kStackSlots = {kRefl, kTrans, kE1, kE2, kS1, kS2};
 
-// A stack as it stands for a whole spectrum.
+// The layout of a stack, the same for a whole spectrum.
 struct StackLayout {
   StackHead head;
   std::vector<const Model*> layers;
   std::vector<std::vector<ThicknessNode>> nodes;  // of each layer
-  int firstRow = 0;                               // of the layers; their thickness stands in Wp,
-  bool spreads = false;                           // and their spread in G
+  int firstRow = 0;                               // of the layers; their thickness is in Wp
+  bool spreads = false;                           // the layers have a spread, in G
   int heads = 0;                                  // numbers of row 0 that can be fitted, in columns headColumn[i]
   int headColumn[2] = {};
 };
 
-// Empty where a Quantity is wanted that is no result, or a layer is more than plain rows.
+// The filler of the stack's spectrum. Empty if a wanted Quantity is not one of the results, or if a layer's model has
+// more than plain rows.
 FillBlock StackFillerOf(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
                         const StackLayout& layout);
 

@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// The real trace that belongs to one half of a spectrum.
+// The real trace whose spectrum has the given half.
 template <class At>
 void BackToTime(const Fft& fft, std::size_t half, At at, std::vector<Cplx>& buffer, std::vector<double>& trace) {
   buffer.assign(fft.Size(), {});

@@ -1,5 +1,5 @@
-// A measured pulse that goes through a sample: the trace before it, its spectrum, the sample's transfer function, and
-// the trace behind it, with derivatives by everything that the transfer depends on.
+// A measured pulse transmitted by a sample: the reference trace, its spectrum, the transfer function of the sample, and
+// the transmitted trace with its derivatives by the parameters of the transfer function.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace kalvex {
 
-// The sampling of a trace: `size` points, a power of two, from the first one on.
+// The sampling of a trace: `size` points, a power of two, `step` apart, the first one at `from`.
 struct PulseGrid {
   double from = 0;
   double step = 0;
@@ -24,34 +24,34 @@ struct PulseGrid {
   double FrequencyStep() const { return 5 / step / static_cast<double>(size); }
 };
 
-// What the sample does at one frequency.
+// The transfer function of the sample at one frequency.
 struct Transfer {
   Cplx value;
-  std::vector<Cplx> slopes;  // by each of the pulse's parameters
+  std::vector<Cplx> slopes;  // by each of Pulse::params
 };
 
 struct Pulse {
   PulseGrid grid;
   Fft fft;
-  std::vector<double> input;   // the trace before the sample
-  std::vector<Cplx> spectrum;  // its transform over the number of points, size/2 + 1
+  std::vector<double> input;   // the reference trace
+  std::vector<Cplx> spectrum;  // its Fourier transform divided by the number of points; size/2 + 1 values
   std::vector<Transfer> transfer;
-  std::vector<double> output;                     // the trace behind the sample
-  std::vector<ParamSlopes*> params;               // by which there are slopes
-  std::vector<std::vector<double>> outputSlopes;  // by each of params
+  std::vector<double> output;                     // the transmitted trace
+  std::vector<ParamSlopes*> params;               // the parameters of the transfer function
+  std::vector<std::vector<double>> outputSlopes;  // of output by each of params
 
-  std::uint64_t spectrumNumber = 0;  // the evaluation of a spectrum for which this was made
+  std::uint64_t spectrumNumber = 0;  // number of the spectrum for which this was computed
   bool derivatives = false;
 };
 
-// A grid of at least `points` between two times; size 0 if there are too many.
+// A grid of at least `points` points between two times. size is 0 if there are too many.
 PulseGrid MakePulseGrid(double from, double to, double points);
-// The reference read on the grid, and its spectrum.
+// Interpolates the reference to the grid, and computes its spectrum.
 void ReadReference(const Dataset& reference, Pulse& pulse);
-// The trace behind the sample from spectrum and transfer, and its slopes.
+// Computes the transmitted trace, and with derivatives its slopes, from spectrum and transfer.
 void SendThrough(Pulse& pulse, bool derivatives);
 
-// The place of x on a grid of `count` points: between index and index + 1; false outside.
+// The position of x between the points index and index + 1 of a grid of `count` points. False if x is outside.
 struct GridPlace {
   std::size_t index = 0;
   double fraction = 0;

@@ -1,4 +1,4 @@
-// Pulses in the time domain: a measured reference trace, sent through a model.
+// Pulses in the time domain: a measured reference trace, transmitted by a model.
 #include <cmath>
 #include <numbers>
 
@@ -16,35 +16,37 @@ namespace {
 enum class PulseKind { kPlain, kTwoModels, kDelayed, kSlab };
 enum Mode { kRealConductivity = 0, kRootOfTransmission = 1, kUnchanged = 2, kComplex = 3 };
 
-constexpr std::array<SlotUse, 6> kFills = {{{kRefl, "trace before the sample, at the time x"},
+constexpr std::array<SlotUse, 6> kFills = {{{kRefl, "reference trace, at the time x"},
                                             {kTrans, "its power spectrum, at the frequency x"},
-                                            {kRp, "trace behind the sample, at the time x"},
+                                            {kRp, "transmitted trace, at the time x"},
                                             {kRs, "its power spectrum, at the frequency x"},
                                             {kE1, "Re of the transfer function, at the frequency x"},
                                             {kE2, "Im of the transfer function, at the frequency x"}}};
 
-// The first cells are common to all.
+// The inputs before kOwn0 are common to all types.
 enum Input { kModel, kReference, kFrom, kTo, kPoints, kMode, kLow, kHigh, kOwn0, kOwn1, kOwn2 };
 constexpr RowCell kReferenceCell = DatasetSlot(0, Wp, "dataset with the reference trace");
 constexpr RowCell kFromCell = Setting(1, Wo, "start of the time mesh", 0);
 constexpr RowCell kToCell = Setting(1, Wp, "end of the time mesh", 10);
 constexpr RowCell kPointsCell = Setting(1, G, "number of points, raised to a power of two", 64);
-constexpr RowCell kModeCell = Setting(3, Wo, "transfer: 0 S1, 1 root of T, 2 none, 3 E1 + i E2 of the model", kComplex);
-constexpr RowCell kLowCell = Setting(3, Wp, "low end of the frequencies that pass", 1);
-constexpr RowCell kHighCell = Setting(3, G, "high end of the frequencies that pass", 12);
+constexpr RowCell kModeCell =
+    Setting(3, Wo, "transfer function: 0 S1, 1 root of T, 2 is 1, 3 E1 + i E2 of the model", kComplex);
+constexpr RowCell kLowCell = Setting(3, Wp, "low end of the frequency window", 1);
+constexpr RowCell kHighCell = Setting(3, G, "high end of the frequency window", 12);
 
 constexpr RowCell kPlainHead[] = {
     Evaluated(0, Wo, "sample"), kReferenceCell, kFromCell, kToCell, kPointsCell, kModeCell, kLowCell, kHighCell};
-constexpr RowCell kTwoModelsHead[] = {Evaluated(0, Wo, "sample"),
-                                      kReferenceCell,
-                                      kFromCell,
-                                      kToCell,
-                                      kPointsCell,
-                                      kModeCell,
-                                      kLowCell,
-                                      kHighCell,
-                                      EvaluatedIf(2, Wo, "second model, whose transfer multiplies, 0 for none", 0),
-                                      Setting(2, Wp, "other than 0: times lie half a step later", 0)};
+constexpr RowCell kTwoModelsHead[] = {
+    Evaluated(0, Wo, "sample"),
+    kReferenceCell,
+    kFromCell,
+    kToCell,
+    kPointsCell,
+    kModeCell,
+    kLowCell,
+    kHighCell,
+    EvaluatedIf(2, Wo, "second model, whose transfer function multiplies that of the first, 0 for none", 0),
+    Setting(2, Wp, "other than 0: the times are half a step later", 0)};
 constexpr RowCell kDelayedHead[] = {Evaluated(0, Wo, "sample"),
                                     kReferenceCell,
                                     kFromCell,
@@ -53,18 +55,18 @@ constexpr RowCell kDelayedHead[] = {Evaluated(0, Wo, "sample"),
                                     kModeCell,
                                     kLowCell,
                                     kHighCell,
-                                    Own(2, Wo, "delay of the trace behind the sample, in the unit of the time", 0.3)};
+                                    Own(2, Wo, "delay of the transmitted trace, in the unit of the time", 0.3)};
 constexpr RowCell kSlabHead[] = {Partner(0, Wo, "dielectric function"),
                                  kReferenceCell,
                                  kFromCell,
                                  kToCell,
                                  kPointsCell,
-                                 Setting(3, Wo, "transfer: 2 none, any other that of the slab", kComplex),
+                                 Setting(3, Wo, "transfer function: 2 is 1, any other that of the slab", kComplex),
                                  kLowCell,
                                  kHighCell,
                                  OptionalPartner(2, Wo, "permeability, 0 for 1"),
                                  Own(2, Wp, "thickness, cm", 0.02),
-                                 Setting(2, G, "number of passes that count, 0 for all", 0)};
+                                 Setting(2, G, "number of passes that are summed, 0 for all", 0)};
 
 constexpr RowMap MapOfHead(std::span<const RowCell> head) {
   return {.rows = Exactly(4), .head = head, .group = {}, .groupStart = 0, .groupRows = 1};
@@ -77,7 +79,7 @@ constexpr RowMap kMap = MapOfHead(kKind == PulseKind::kPlain       ? std::span<c
 
 // ---- the transfer function
 
-// Quantities of a model that the mode asks for.
+// The Quantities of a model that the mode needs.
 QuantitySet AskedInMode(int mode) {
   switch (mode) {
     case kRealConductivity:
@@ -91,14 +93,14 @@ QuantitySet AskedInMode(int mode) {
   }
 }
 
-// The transfer of one model by its Quantities, in the mode; slopes by the parameters.
+// The transfer function of a model at f, computed from its Quantities according to the mode, and its slopes by params.
 void TransferByQuantities(EvalContext& ctx, const Model& model, double f, int mode, bool derivatives,
                           std::span<ParamSlopes* const> params, Transfer& transfer) {
   transfer = {mode == kUnchanged ? Cplx{1, 0} : Cplx{}, std::vector<Cplx>(derivatives ? params.size() : 0)};
   const QuantitySet asked = AskedInMode(mode);
   if (asked == 0) return;
   const WantedForPartner wanted(ctx.quantities, asked);
-  for (ParamSlopes* const slopes : params) slopes->PutZeros();  // a model leaves those of others as they stand
+  for (ParamSlopes* const slopes : params) slopes->PutZeros();  // the evaluation sets only some of them
   if (EvalPartner(ctx, model, f, derivatives) != 0) return;
   const auto value = [&](int q) { return ctx.quantities[static_cast<std::size_t>(q)].value; };
   const double root = std::sqrt(std::fmax(value(kTrans), 0));
@@ -121,7 +123,7 @@ void MultiplyBy(const Transfer& factor, Transfer& transfer) {
   transfer.value *= factor.value;
 }
 
-// The amplitude of a slab relative to the empty path, with `passes` of its echoes, 0 for all.
+// Transmitted amplitude of a slab relative to the empty path, with `passes` passes of the echo series, 0 for all.
 template <class T>
 Complex<T> SlabTransfer(const Complex<T>& eps, const Complex<T>& mu, const T& thickness, double f, int passes) {
   const Complex<T> N = Sqrt(eps) * Sqrt(mu), Z = Sqrt(Quotient(mu, eps)), once = PassageFactor(N, thickness, f);
@@ -148,7 +150,7 @@ void TransferBySlab(TypeRun& run, const TypeInputs<double>& in, double f, bool d
   const int passes = std::min(in.setting(kPasses), 1000);
   const auto lane = [](double value, int direction) { return TypeDual(value, direction); };
   const ParamSlopes* const own = derivatives ? run.SlopesOfOwn(kThickness) : nullptr;
-  // One response after the other, each with its slopes: a model may be both.
+  // eps and mu are evaluated one after the other, since both can be the same model with one set of slopes.
   std::vector<Cplx> epsSlopes, muSlopes;
   const auto ask = [&](int input, std::vector<Cplx>& slopes) {
     for (ParamSlopes* const param : params) param->PutEps(0, 0);
@@ -169,7 +171,7 @@ void TransferBySlab(TypeRun& run, const TypeInputs<double>& in, double f, bool d
   }
 }
 
-// A delay by a time t turns harmonic k by -2 pi k t/(N dt).
+// A delay by a time t multiplies harmonic k by exp(-2 pi i k t/(N dt)).
 void Delay(double delay, const PulseGrid& grid, std::size_t k, std::span<ParamSlopes* const> params,
            const ParamSlopes* own, Transfer& transfer) {
   const double perTime = -2 * std::numbers::pi * static_cast<double>(k) / (static_cast<double>(grid.size) * grid.step);
@@ -209,14 +211,14 @@ void FillTransfer(TypeRun& run, const TypeInputs<double>& in, std::size_t k, boo
     const ParamSlopes* const own = derivatives ? run.SlopesOfOwn(kOwn0) : nullptr;
     Delay(in[kOwn0], pulse.grid, k, pulse.params, own, transfer);
   }
-  // A response without a value at this frequency lets nothing through.
+  // A transfer function that is not finite counts as 0.
   if (!IsFinite(transfer.value)) transfer = {{}, std::vector<Cplx>(transfer.slopes.size())};
 }
 
 // ---- what the transfer depends on
 
-// What a Quantity asks of the models. Their real and imaginary parts stay apart in the transfer, unless a second model
-// or a delay mixes them.
+// The Quantities of the models on which a Quantity depends. Real and imaginary parts of the transfer function are
+// independent unless a second model or a delay mixes them.
 template <PulseKind kKind>
 QuantitySet AskedFor(int quantity, const TypeInputs<double>& in) {
   const int mode = in.setting(kMode);
@@ -228,7 +230,7 @@ QuantitySet AskedFor(int quantity, const TypeInputs<double>& in) {
   return static_cast<QuantitySet>(quantity == kE1 ? asked & ~imaginary : quantity == kE2 ? asked & imaginary : 0);
 }
 
-// Adds what the transfer depends on, of the models as far as it is asked of them.
+// Sets params to the parameters on which the transfer function depends; of the models only through `asked`.
 template <PulseKind kKind>
 int AddDependencies(TypeRun& run, const TypeInputs<double>& in, QuantitySet asked, std::vector<ParamSlopes*>& params) {
   EvalContext& ctx = run.context();
@@ -282,7 +284,7 @@ int MakePulse(TypeRun& run, const TypeInputs<double>& in, bool derivatives, Puls
   if (derivatives && AddDependencies<kKind>(run, in, AskedInMode(in.setting(kMode)), pulse.params) != 0) return -1;
   pulse.transfer.resize(pulse.spectrum.size());
   for (std::size_t k = 0; k < pulse.transfer.size(); ++k) FillTransfer<kKind>(run, in, k, derivatives, pulse);
-  // The harmonics of the trace turn with exp(+i w t), the response of matter is one to exp(-i w t).
+  // The harmonics of the trace are exp(+i w t), the dielectric function is that for exp(-i w t).
   if (kKind == PulseKind::kSlab) {
     for (Transfer& transfer : pulse.transfer) {
       transfer.value = Conj(transfer.value);
@@ -295,7 +297,8 @@ int MakePulse(TypeRun& run, const TypeInputs<double>& in, bool derivatives, Puls
   return 0;
 }
 
-// Value of a Quantity at a place, and its slope by parameter p; imaginarySign is that of the transfer as it is shown.
+// Value of a Quantity at x, and its slope by parameter p. imaginarySign: sign of the displayed imaginary part of the
+// transfer function.
 struct Reading {
   const Pulse& pulse;
   bool inTime, inFrequency;
@@ -383,7 +386,7 @@ int After(EvalContext& ctx, const Model& model) {
     ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { slopes.Put(q, 0); });
     const ParamSlopes* const delay = kKind == PulseKind::kDelayed ? run.SlopesOfOwn(kOwn0) : nullptr;
     for (ParamSlopes* const param : params) {
-      // A delay turns the harmonics and leaves their power.
+      // A delay changes the phase of the harmonics, not their power.
       const bool turned = q == kRs && param == delay;
       param->Put(q, depends && !turned ? 1 : 0);
     }
@@ -400,13 +403,13 @@ constexpr ModelType Make(int code, const char* name, const TypePage& page) {
 
 constinit const ModelType kTimeDomain = Make<PulseKind::kPlain>(
     20, "Time-domain",
-    {.sample = "a measured pulse sent through a model, compared with the measured trace behind the sample",
+    {.sample = "a measured pulse transmitted by a model, to compare with the measured transmitted trace",
      .formula =
          "N times from the start on, dt = (end - start)/(N - 1); S_k = transform of the reference over N,\n"
          "f_k = 5k/(dt N): cm-1 if the axis is the position in mm of a delay stage that is passed twice\n"
          "S'_k = S_k H_k within the window, else 0; the trace is the sum of S'_k exp(2 pi i k j/N), its real part\n"
-         "H by mode: 0 S1, 1 sqrt(T), 2 1, 3 E1 + i E2 of the model; times and frequencies between the mesh points\n"
-         "are interpolated, powers as powers; outside 0",
+         "H by mode: 0 S1, 1 sqrt(T), 2 1, 3 E1 + i E2 of the model; between the mesh points the results are\n"
+         "interpolated linearly, of a power spectrum the power itself; 0 outside",
      .source = "discrete Fourier transform; mode 1 is a choice of this program. A model of E1, E2 is a transfer to the "
                "harmonics exp(+2 pi i f t)",
      .from = 0,
@@ -415,7 +418,7 @@ constinit const ModelType kTimeDomain = Make<PulseKind::kPlain>(
 
 constinit const ModelType kTimeDomain2 = Make<PulseKind::kTwoModels>(
     22, "Time-domain - 2",
-    {.sample = "a measured pulse sent through two models, one behind the other",
+    {.sample = "a measured pulse transmitted by two models, one after the other",
      .formula = "as type 20; the transfer of the second model multiplies that of the first; with the switch in row 3,\n"
                 "column Wp, times are start + (j + 1/2) dt",
      .source = "discrete Fourier transform; the roles of row 3 are a choice of this program",
@@ -425,7 +428,7 @@ constinit const ModelType kTimeDomain2 = Make<PulseKind::kTwoModels>(
 
 constinit const ModelType kTimeDomain3 =
     Make<PulseKind::kDelayed>(91, "Time-domain - 3",
-                              {.sample = "a measured pulse sent through a model, with a delay of its own",
+                              {.sample = "a measured pulse transmitted by a model, with an additional delay",
                                .formula = "as type 20; H_k times exp(-2 pi i k t/(N dt)), t the delay",
                                .source = "discrete Fourier transform; the delay is a choice of this program",
                                .from = 0,
@@ -434,11 +437,12 @@ constinit const ModelType kTimeDomain3 =
 
 constinit const ModelType kTimeDomainEpsMu = Make<PulseKind::kSlab>(
     51, "Time-domain - eps/mu",
-    {.sample = "a measured pulse sent through a slab of a given dielectric function and permeability",
+    {.sample = "a measured pulse transmitted by a slab with a dielectric function and a permeability",
      .formula =
          "as type 20, with N = sqrt(e) sqrt(m), Z = sqrt(m/e),\n"
          "H = 4 Z exp(2 pi i f (N - 1) d)/[(1 + Z)^2 - (1 - Z)^2 exp(4 pi i f N d)], relative to the empty path,\n"
-         "or so many passes of its series; the conjugate multiplies the spectrum, so that the slab delays the pulse",
+         "or the given number of passes of its series; the spectrum is multiplied by the conjugate: the slab delays\n"
+         "the pulse",
      .source = "L. Duvillaret, F. Garet, J.-L. Coutaz, IEEE J. Sel. Top. Quantum Electron. 2, 739 (1996)",
      .from = 0,
      .to = 10,

@@ -1,5 +1,5 @@
-// Crystals at oblique incidence against Fresnel formulas, turned tensors against matrix products, an ellipsometer
-// against products of Jones matrices.
+// Compares crystals at oblique incidence with Fresnel formulas, rotated tensors with matrix products, and an
+// ellipsometer with products of Jones matrices.
 #include "records/model_rows.h"
 #include "types/crystals/ellipsometric_reading.h"
 #include "types/crystals/normal_modes.h"
@@ -49,7 +49,7 @@ TEST_F(Crystals, ChangeToFirstOrder) {
   for (int q = 0; q < kQuantityCount; ++q) EXPECT_EQ(At(model, q, x), 0) << q;
   const double da = Medium(0.3, {{100, 50, 30}}), db = Medium(-0.2), dc = Medium(0.1, {{300, 80, 30}});
   Model& changed = Make(4, {{a, da, 62}, {b, db, 40}, {c, dc, 0}});
-  // The same samples with a small part of the change on either side.
+  // The same samples with a small fraction of the change, of either sign.
   const auto with = [&](double part, int q) {
     const auto mixed = [&](double reference, double change) {
       const C e = Eps(reference, x) + part * Eps(change, x);
@@ -70,7 +70,7 @@ TEST_F(Crystals, AsFilmsOnThemselvesAreThatCrystalAndWithoutThicknessTheSubstrat
   Model& bulk = Make(3, {{a, 62, 40}, {b, 0, 0}, {c, 0, 0}});
   for (Model* const film : {&self, &thin}) {
     for (const int q : {kRp, kRs, kE1, kS1, kN1, kN2}) EXPECT_NEAR(At(*film, q, 190), At(bulk, q, 190), 1e-10) << q;
-    // rho has the other sign here, and Delta none.
+    // rho has the opposite sign in this type, and Delta is its magnitude.
     EXPECT_NEAR(At(*film, kE2, 190), 180 - std::fabs(At(bulk, kE2, 190)), 1e-9);
     EXPECT_NEAR(At(*film, kS2, 190), -At(bulk, kS2, 190), 1e-12);
   }
@@ -182,7 +182,7 @@ TEST_F(Turned, KeepsTheWavesOfItsTensor) {
   for (const Cplx& root : modes.q.root) {
     EXPECT_LT(std::min(std::abs(C(root.re, root.im) - q), std::abs(C(root.re, root.im) + q)), 1e-6);
   }
-  // Any tensor: a field exists for each root, so that det(k k - k^2 + eps) vanishes.
+  // Any tensor: each root has a field, hence det(k k - k^2 + eps) = 0.
   Model& biaxial = Make(16, {{a, 25, 55}, {b, 35, 0}, {c, 50, 0}});
   ASSERT_EQ(Status(biaxial, 180), 0);
   Matrix e{};

@@ -1,4 +1,4 @@
-// Readings and combinations of other models, against the same made by hand from these models' Quantities.
+// Results and combinations of other models, compared with the same computed here from their Quantities.
 #include "records/model_rows.h"
 #include "types/type_fixture.h"
 
@@ -93,7 +93,7 @@ TEST_F(Derived, AModelMinusAModelGivesEveryQuantity) {
   for (const Quantity& quantity : program.eval.quantities) EXPECT_EQ(quantity.wanted, 1u);
 }
 
-// The first partners succeed, the last one has a number of rows that its type refuses.
+// The first partners can be evaluated. The last one fails: its number of rows is wrong.
 TEST_F(Ratios, WhenALaterPartnerFailsLeaveTheQuantitiesAsTheyStood) {
   const double fails = Make(5, {{a, 0, 0}}).number;
   for (Model* const model : {&Make(87, {{1, a, fails}}), &Make(81, {{3, films[0], fails}, {0, 0, 0}, {0, 0, 0}}),
@@ -110,7 +110,7 @@ TEST_F(Ratios, WhenALaterPartnerFailsLeaveTheQuantitiesAsTheyStood) {
   }
 }
 
-// Types 95 and 99 read any model's Quantities; here those of plain media, known in closed form.
+// Types 95 and 99 accept any model. Here the partners are plain media, whose Quantities have closed formulas.
 TEST_F(Ratios, OfMagnetoopticsCombineReflectivityAndQuantitySeven) {
   const double c = Medium(2, {{300, 200, 15}}), d = Medium(7, {{90, 100, 5}});
   const auto of = [&](double number, int q) {

@@ -1,5 +1,5 @@
-// Levels of bilayer graphene and graphite against closed formulas and an independent diagonalisation, conductivities
-// against their limits.
+// Compares levels of bilayer graphene and graphite with closed formulas and an independent diagonalisation, and
+// conductivities with their limits.
 #include "types/landau/bilayer_levels.h"
 #include "types/type_fixture.h"
 
@@ -85,10 +85,10 @@ class BilayerTypes : public TypeFixture {
 };
 
 TEST_F(BilayerTypes, FarAboveTheirHoppingAreTwoLayers) {
-  // Of a layer of 6.7 A: the value of one layer of 3.35 A.
+  // The conductivity of a layer of 6.7 A equals that of one layer of 3.35 A.
   EXPECT_NEAR(At(Sheet(0, 0.01, 0, 0, 10), kS1, Wavenumbers(0.9)), kUniversal, 0.1 * kUniversal);
   EXPECT_NEAR(At(Sheet(0.5, 0.02, 0, 0, 3000), kS1, Wavenumbers(0.9)), kUniversal, 0.1 * kUniversal);
-  // Without the hopping between them both layers are graphene.
+  // Without hopping between the layers each one is graphene.
   EXPECT_NEAR(At(Sheet(0, 0.01, 0, 0, 10, 0), kS1, Wavenumbers(0.5)), kUniversal, 0.01 * kUniversal);
 }
 
@@ -97,7 +97,7 @@ TEST_F(BilayerTypes, WithoutAHoppingInThePlaneHaveNoHallPartButTheBackground) {
   const double x = Wavenumbers(0.2), without = At(model, kE1, x);
   EXPECT_NEAR(At(model, kDepth, x), 20 / 2.0, 1e-12);
   EXPECT_NEAR(At(model, kLoss, x), 0, 1e-12);
-  Cell(model, 1, G).value = 0.2;  // it counts relative to that hopping
+  Cell(model, 1, G).value = 0.2;  // g4 acts through g4/g0
   EXPECT_EQ(At(model, kE1, x), without);
 }
 
@@ -119,7 +119,7 @@ TEST_F(BilayerTypes, TendToTheirConductivityWithoutFieldAndReverseTheirHallPart)
 }
 
 TEST_F(BilayerTypes, HaveAHallConductivityOfWholeQuanta) {
-  // Between the levels of n = 1 and 2 of the low band eight of the states at zero are full or empty: 4 e^2/h n.
+  // The level at zero energy is eightfold. Between it and the next level, n = 2, sigma_xy is -4 e^2/h for electrons.
   const double eps = std::sqrt(2 * 6.577e-16 * std::pow(326000 * 3.1, 2) * 10);
   const BilayerBands<double> bands{0, 0.38, 0, 0, 0};
   const double mu = 0.5 * BilayerLevel(bands, eps, 2).value[2];

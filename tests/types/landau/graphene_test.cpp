@@ -1,4 +1,4 @@
-// Graphene in a magnetic field against direct sums, the conductivity without field, and quantised values.
+// Compares graphene in a magnetic field with direct sums, the conductivity at zero field, and quantised values.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -46,7 +46,7 @@ double Occupied(double energy, const Electrons& e) {
   return 1 / (std::exp((energy - e.mu) / (8.617346718945237e-05 * e.T)) + 1);
 }
 
-// The formula as it is told, with the Fermi function everywhere.
+// The formula of the type's page, with Fermi's function for all levels.
 std::pair<C, C> DirectSum(const Electrons& e, double x) {
   const C W(kPerWavenumber * x, 2 * e.g);
   const int n3 =
@@ -102,7 +102,7 @@ TEST_F(Graphene, WithoutAFieldHasTheDrudeWeightOfItsCharge) {
 }
 
 TEST_F(Graphene, OutsideTheThermalWindowCountsAsFullOrEmpty) {
-  // Without a window the level at the chemical potential alone keeps its Fermi function.
+  // With a window of 0 only the level at the chemical potential has the value of the Fermi function.
   const Electrons wide{.T = 200}, none{.T = 200, .window = 0}, cold{.T = 0.01};
   EXPECT_GT(std::abs(Diagonal(wide, 300) - Diagonal(none, 300)), 1);
   EXPECT_LT(std::abs(Diagonal(cold, 300) - Diagonal({.T = 0.01, .window = 1e6}, 300)), 1e-9);
@@ -126,7 +126,7 @@ TEST_F(Graphene, KindsOfCarriersAddWithTheirWeights) {
   EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), 1e-9 * std::abs(one));
 }
 
-// The common sum, of which other types are made.
+// The ladder sum that other types use.
 class DiracLevels : public testing::Test {
  protected:
   static SheetTensor<double> Of(double B, double gap, double mu, double kT, const Cplx& z, int highest) {
@@ -149,7 +149,7 @@ TEST_F(DiracLevels, LeaveOutWhatIsFullOrEmptyOnBothSides) {
   EXPECT_EQ(count(-0.5, 0.5, 0.01), 1u);
   EXPECT_EQ(count(-0.1, -0.2, 0), 0u);
   EXPECT_EQ(count(0, 0.2, 0), 1u);
-  // What is left out is nothing: the whole sum over levels, by hand.
+  // The omitted terms are 0: compares with the sum over all levels.
   const double gap = 0.02, mu = 0.15, kT = 0.001, eps2 = kLadderScale * 1e12 * 7;
   const C z{0.11, 0.01};
   const auto f = [&](double E) { return 1 / (std::exp((E - mu) / kT) + 1); };
@@ -179,7 +179,7 @@ TEST_F(DiracLevels, TendToTheConductivityWithoutField) {
     for (const double gap : {0.0, 0.06}) {
       for (const double E : {0.05, 0.2, 0.45}) {
         const Cplx z{E, 0.02};
-        // What lies above the last level would add to the imaginary part.
+        // Levels above the last one would contribute to the imaginary part.
         constexpr int kLevels = 400000;
         const double last = 2 * std::sqrt(kLadderScale * 1e12 * 0.02 * kLevels);
         const Cplx beyond = TimesI(z * (-2 / std::numbers::pi * kUniversal / last));
@@ -201,7 +201,7 @@ TEST_F(DiracLevels, HaveAHallConductivityOfWholeQuanta) {
 }
 
 TEST_F(DiracLevels, RotateAtTheCyclotronEnergyOfTheirCharge) {
-  // Many full levels: one circular sense absorbs at eps^2/(2 mu), the other does not.
+  // Many full levels: only one circular polarisation absorbs at eps^2/(2 mu).
   const double B = 1, eps2 = kLadderScale * 1e12 * B, mu = 0.3, wc = eps2 / (2 * mu), g = 0.1 * wc;
   const SheetTensor<double> at = Of(B, 0, mu, 1e-4, {wc, g}, 4000);
   const double plus = (at.xx + TimesI(at.xy)).re, minus = (at.xx - TimesI(at.xy)).re;
@@ -283,7 +283,7 @@ TEST_F(GrapheneOnSubstrate, WithoutAnEmptyLevelHasItsBackgroundAlone) {
   At(2, G).value = 4;  // far above the three levels
   EXPECT_EQ(sample.Value(kS1, 700), At(3, Wo).value);
   EXPECT_EQ(sample.Value(kN1, 700), At(3, Wo).value);
-  EXPECT_NE(sample.Value(kE1, 700), 1);  // without a field all energies are there
+  EXPECT_NE(sample.Value(kE1, 700), 1);  // at zero field all energies contribute
 }
 
 TEST_F(GrapheneOnSubstrate, AThinFilmRotatesByHalfTheImaginaryPartOfItsHallSheet) {

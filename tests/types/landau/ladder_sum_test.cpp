@@ -1,4 +1,4 @@
-// The sum over transitions against a plain loop, and sums that are made for many frequencies together.
+// Compares the sum over transitions with a plain loop, and sums for many frequencies at once with single ones.
 #include "types/landau/ladder_sum.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace kalvex {
 namespace {
 
-// Transitions at random, no multiple of any number that go together, each slope different.
+// Random transitions with different slopes. Their number is not a multiple of the group or portion size.
 template <class T>
 LadderTable<T> Transitions() {
   std::mt19937 random(5);

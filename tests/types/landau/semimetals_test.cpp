@@ -1,4 +1,4 @@
-// Weyl bands, bismuth, graphene devices and patterns against closed limits.
+// Compares Weyl bands, bismuth, graphene devices and patterns with closed limits.
 #include <filesystem>
 #include <sstream>
 
@@ -113,10 +113,10 @@ TEST_F(BismuthTypes, HaveTheLevelsOfBothBands) {
 }
 
 TEST_F(BismuthTypes, HolesAloneTurnAtTheirCyclotronEnergyWithTheirDrudeWeight) {
-  // The chemical potential lies deep in the gap's middle, 46 meV below the top of the holes; the electrons are empty.
+  // The chemical potential is in the middle of the gap, 46 meV below the top of the hole band: there are no electrons.
   Model& model = Sample(1, 0, 0.046);
   const double hole = 2 * 5.7879892e-05 / 0.064;
-  // sigma_- of a positive charge: a pole at hbar w_h, n e^2/m (1/g) at its top in one sense.
+  // sigma_- of a positive charge: a pole at hbar w_h with the maximum n e^2/(m g), in one circular polarisation.
   const double at = Wavenumbers(hole);
   const auto sense = [&](double sign, double x) { return At(model, kS1, x) - sign * At(model, kLoss, x); };
   const double strong = std::fmax(sense(1, at), sense(-1, at)), weak = std::fmin(sense(1, at), sense(-1, at));
@@ -201,7 +201,7 @@ TEST_F(Devices, AreReadByPolarimetersAsTheyTurnTheLight) {
   EXPECT_NEAR(At(model, kE1, 900), e1, 1e-14);
   EXPECT_NEAR(At(model, kE2, 900), e2, 1e-14);
   EXPECT_NEAR(At(model, kRs, 900), (e2 + e1) / (e2 - e1), 1e-8);
-  // Light that stays nearly linear: the rotation itself.
+  // The light stays nearly linear: the reading is the rotation.
   EXPECT_NEAR(At(model, kRefl, 900), At(model, kRp, 900), 0.05 * std::fabs(At(model, kRp, 900)));
   EXPECT_EQ(At(model, kN1, 900), plus.real());
   EXPECT_EQ(
@@ -224,7 +224,7 @@ TEST_F(Devices, RatiosTakeThePathOfTheFirst) {
   for (const int q : {kRp, kRs, kE1}) {
     EXPECT_NEAR(At(model, q, x), At(ModelOf(a), q, x) - At(ModelOf(b), q, x) + 0.1 + 0.09 + 0.081, 1e-12) << q;
   }
-  // The leading value of a model counts without its decimals.
+  // The decimals of the leading value are ignored.
   ModelOf(a).epsInf.value = -98.4;
   EXPECT_NEAR(At(model, kTrans, x), At(ModelOf(a), kTrans, x) / At(ModelOf(b), kTrans, x) * factor * path, 1e-12);
 }
@@ -251,7 +251,7 @@ TEST_F(Patterns, MixturesArePureAtTheirEndsAndTheGeometricMeanBetween) {
   EXPECT_NEAR(At(mixture(0, 500), kS1, 900), 500, 1e-9);
   const C half = Pair(mixture(0.5, 500), kS1, 900), pure = Pair(sheet, kS1, 900);
   EXPECT_LT(std::min(std::abs(half * half - 500.0 * pure), 1e9), 1e-6 * std::abs(half * half));
-  // Without anything in the holes it conducts above one half only.
+  // With insulating holes the mixture conducts only above one half.
   EXPECT_NEAR(std::abs(Pair(mixture(0.4, 0), kS1, 900)), 0, 1e-6);
   EXPECT_NEAR(At(mixture(0.75, 0), kS1, 900), 0.5 * At(sheet, kS1, 900), 1e-8);
 }
@@ -292,7 +292,7 @@ TEST_F(Ribbons, OfTheCircuitResonateWithTheShareOfTheWeight) {
 }
 
 TEST_F(Ribbons, OfModesResonateNearTheCircuitAndOfASingleStripWhereItIsKnown) {
-  // Far apart ribbons: k0^2 = c a/w with c = 2.3 to 2.4 (E. Nikitin et al., Phys. Rev. B 85, 081405(R), 2012,
+  // Ribbons far apart: k0^2 = c a/w with c = 2.3 to 2.4 (E. Nikitin et al., Phys. Rev. B 85, 081405(R), 2012,
   // phase-shifted standing wave: q w = 3 pi/4, k0^2 = a q/2 in vacuum).
   const double a = 20000.0 * 20000 / 60 * 1.2619984361819279e-05 * 2 * std::numbers::pi, w = 1e-4;
   Model& single = Make(76, {{0, 20000, 3}, {w, 2e-3, 90}, {0, 0, 0}, {6000, 0, 0}, {12, 0, 0}});

@@ -1,4 +1,4 @@
-// Derivatives of Kubo's sum at levels that meet, on clusters whose matrix is made from its levels.
+// Derivatives of the Kubo sum at degenerate levels, for clusters whose matrix has given levels.
 #include "types/lattice/band_response.h"
 
 #include <gtest/gtest.h>
@@ -11,13 +11,13 @@
 namespace kalvex {
 namespace {
 
-// Atoms at random places, each joined to each other within the cell by a hop of its own.
+// Atoms at random positions, with a different hop between each pair in the cell.
 struct Cluster {
   std::vector<double> numbers;  // the energies, then the sizes
   std::vector<Hop> hops;
   std::size_t atoms = 0;
 
-  // The symmetric matrix with these levels and states turned at random.
+  // A symmetric matrix with these levels and random states.
   Cluster(const std::vector<double>& levels, unsigned seed) : atoms(levels.size()) {
     std::mt19937 random(seed);
     std::normal_distribution<double> normal;
@@ -83,7 +83,7 @@ void ExpectSlopes(const Cluster& cluster) {
           cluster.numbers[p], 0.05);
     };
     const auto expect = [&](const TypeDual& slope, const SlopeEstimate& expected, const char* what) {
-      // Quotients of levels that stand only just apart keep nine digits.
+      // Difference quotients of levels just above the threshold keep nine digits.
       EXPECT_NEAR(slope.v[3], expected.value, 20 * expected.error + 1e-7) << what << " by number " << p;
     };
     expect(sum.re, estimate([](const BandTable<double>& t) { return SumOf(t).re; }), "real part");
@@ -107,7 +107,7 @@ TEST(BandResponse, HasItsSlopesWhereLevelsNearlyMeet) {
   for (const double gap : {1e-14, 1e-10, 9e-8, 2e-7, 1e-5}) ExpectSlopes(Cluster({-1.0, -0.2, 0.3, 0.3 + gap}, 2));
 }
 
-// Step functions do not spoil what lies between them.
+// Also with kT = 0, and kT far below the gap, where the Fermi function is a step.
 TEST(FermiQuotient, IsTheQuotientOfDifferencesAndItsLimit) {
   for (const double kT : {0.01, 0.3, 5.0}) {
     for (const double a : {-2.0, -0.1, 0.0, 0.4}) {

@@ -1,5 +1,5 @@
-// The tight-binding program: its files, when they are written, its bands against closed forms, its conductivity
-// against the universal value.
+// The tight-binding type: its files and when they are written, its bands compared with closed formulas, its
+// conductivity with the universal value.
 #include <algorithm>
 #include <filesystem>
 
@@ -29,7 +29,7 @@ class BilayerProgram : public TypeFixture {
                      {0.5, 1, cells}});
   }
 
-  // Takes all files away, so that what is there afterwards has been written since.
+  // Removes all files: those found later have been written since.
   void RemoveFiles() {
     for (const char* const name : {"Bilayer.lat", "b.dat", "Hops.dat", "Q.cfg"}) fs::remove(folder.Path(name));
   }
@@ -102,11 +102,11 @@ TEST_F(BilayerProgram, WritesTheMeshAnewWhenOneOfItsNumbersChanges) {
 TEST_F(BilayerProgram, TakesAMeshMadeByHandUntilItsOwnChanges) {
   Model& model = MakeBilayer(3.1, 0, 60);
   const double all = At(model, kDepth, 2);
-  folder.Write("Q.cfg", "0\n0 0 0 0.5 1 0 30 60 1");  // half of the zone, which has all there is by k -> -k
+  folder.Write("Q.cfg", "0\n0 0 0 0.5 1 0 30 60 1");  // half of the zone is enough by k -> -k
   Cell(model, 2, Wo).value = 0.001;
   EXPECT_NEAR(At(model, kDepth, 2), 0.5 * all, 1e-6 * all);
   Cell(model, 9, G).value = 58;
-  EXPECT_GT(At(model, kDepth, 2), 0.7 * all);  // a whole zone again, if of another coarse mesh
+  EXPECT_GT(At(model, kDepth, 2), 0.7 * all);  // a whole zone again, with another coarse mesh
   EXPECT_EQ(folder.Read("Q.cfg"), "0\n0.000000 0.000000 0.000000 1.000000 1.000000 0.000000 60 58 1");
 }
 
@@ -135,7 +135,7 @@ TEST_F(BilayerProgram, HasTheClosedBandsAtItsSymmetricPoints) {
     const double root = std::sqrt(g1 * g1 / 4 + f * f);
     const double expected[] = {-root - g1 / 2, -root + g1 / 2, root - g1 / 2, root + g1 / 2};
     const auto levels = bands(x);
-    // The places of the atoms in the file have seven digits.
+    // The coordinates of the atoms in the file have seven digits.
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(levels[i], expected[i], 1e-5) << x << ' ' << i;
   }
   for (const double x : {-0.001, 3.001}) {
@@ -148,7 +148,7 @@ TEST_F(BilayerProgram, ShiftsItsLevelsWithItsSiteEnergies) {
   Cell(model, 1, Wp).value = 0.3;   // A atoms
   Cell(model, 1, G).value = 0.2;    // between the layers
   Cell(model, 2, Wp).value = -0.1;  // all
-  // At K with nothing between the sites the levels are the site energies themselves.
+  // At K without hopping the levels are the site energies.
   std::vector<double> expected = {0.1 - 0.1 + 0.3, 0.1 - 0.1, -0.1 - 0.1 + 0.3, -0.1 - 0.1};
   std::sort(expected.begin(), expected.end());
   for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(At(model, static_cast<int>(i), 1), expected[i], 1e-5);
@@ -185,7 +185,7 @@ TEST_F(BilayerProgram, ThePairsOfBandsAddUpToTheSum) {
   EXPECT_GT(all, 0);
 }
 
-// Kubo's sum over a small mesh, written out with the closed bands of a single sheet.
+// The Kubo sum over a small mesh, with the closed bands of a single sheet.
 TEST_F(BilayerProgram, HasTheSumOfTheClosedMatrixElements) {
   constexpr int kCells = 5;
   const double g0 = 3.0, length = 2.4595, kT = 8.6173467e-05 * 2000, mu = 0.3;
@@ -244,7 +244,7 @@ TEST_F(BilayerProgram, WithABadFileTellsSoAndLeavesTheQuantities) {
   EXPECT_EQ(Left(kRefl), 77);
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0], "Error: Error in the line #2, of the file Q.cfg (should be 0 <= Qmin < Qmax <= 1).\n");
-  folder.Write("Q.cfg", "0\n0 0 0 1 1 0 6 6 1\n");  // mended by hand
+  folder.Write("Q.cfg", "0\n0 0 0 1 1 0 6 6 1\n");  // corrected by the user
   EXPECT_EQ(Status(model, 0.5), 0);
   fs::remove(folder.Path("Q.cfg"));
   Cell(model, 2, Wo).value = 0.1;
@@ -253,7 +253,7 @@ TEST_F(BilayerProgram, WithABadFileTellsSoAndLeavesTheQuantities) {
 }
 
 TEST_F(BilayerProgram, TakesALatticeMadeByHandWhereItHasWrittenNone) {
-  // A square lattice, and rows that ask for nothing else than what counts as written already.
+  // A square lattice. The numbers of the rows count as written already.
   Model& model = Make(31, {{-1, -1, -1}, {-1, -1, -1}, {0, -1, 0}, {0, 0, 0}, {1, 0.5, 0}, {2, 0.5, 0.5}, {3, 0, 0}});
   EXPECT_EQ(Status(model, 0.5), -1);
   ASSERT_FALSE(messages.empty());

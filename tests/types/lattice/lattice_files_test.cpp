@@ -1,4 +1,4 @@
-// The files of the lattice, byte by byte and fault by fault.
+// The files of the lattice: their bytes, and the message of every error.
 #include "types/lattice/lattice_files.h"
 
 #include <gtest/gtest.h>
@@ -69,7 +69,7 @@ TEST(Hops, OfABilayerAreItsNeighbours) {
   const Lattice lattice = Read(kBilayerText);
   std::vector<Hop> hops;
   ASSERT_TRUE(FindHops(lattice, hops));
-  // Both ways: three neighbours in each layer, one above, three of each of the slanted kinds.
+  // In both orders: three neighbours in each layer, one above, three of each of the oblique kinds.
   const int expected[] = {6, 6, 2, 6, 6, 6};
   for (int type = 0; type < 6; ++type) {
     EXPECT_EQ(std::count_if(hops.begin(), hops.end(), [&](const Hop& hop) { return hop.type == type; }),
@@ -234,7 +234,7 @@ TEST(MeshFile, TellsEveryFaultInItsWords) {
   }
 }
 
-// Shares of the zone add up to what the mesh covers, and cell centres average a wave away.
+// The shares add up to the part of the zone that the mesh covers. A plane wave averages to 0.
 TEST(WaveVectors, OfTheWholeZoneShareIt) {
   const Lattice lattice = Read(kBilayerText);
   WaveVectorMesh mesh;

@@ -1,5 +1,5 @@
-// Layers of graphene: against Kubo's sum written out with another solver, the closed limits of a single sheet, the
-// steps of a bilayer, and each other.
+// Compares layers of graphene with a Kubo sum by another solver, with the closed limits of a single sheet, the steps of
+// a bilayer, and each other.
 #include <algorithm>
 
 #include "support/difference_quotient.h"
@@ -13,7 +13,7 @@ namespace {
 constexpr double kEvPerWavenumber = 0.00012399256044637322, kEvPerKelvin = 8.617346718945237e-05;
 constexpr double kLayerValue = 1816.5;  // e^2/(4 hbar) over 3.35 A
 
-// What the rows 1 to 6 of all these types hold.
+// The numbers in the rows 1 to 6 of all these types.
 struct Layers {
   double g0 = 3.1, g1 = 0, g3 = 0, g4 = 0, siteA = 0, U = 0, mu = 0, site = 0, T = 300;
   double cells = 100, broadening = 0.02, epsInf = 1, interband = 1, intraband = 1, thickness = 6.7;
@@ -22,7 +22,7 @@ struct Layers {
 
 class LayeredGraphene : public TypeFixture {
  protected:
-  // A model with nine rows: the common ones, the hoppings of the seventh, the option of the ninth.
+  // A model with nine rows: the common ones, the hoppings in row 7, the option in row 9.
   Model& MakeLayers(int code, const Layers& l, double g2 = 0, double g5 = 0, double option = 0) {
     return Make(code, {{l.g0, l.g1, l.g3},
                        {l.g4, l.siteA, l.U},
@@ -37,7 +37,7 @@ class LayeredGraphene : public TypeFixture {
   double SigmaAt(Model& model, double eV) { return At(model, kS1, eV / kEvPerWavenumber); }
 };
 
-// ---- the sum written out
+// ---- the sum by another solver
 
 double Occupation(double e, double kT) { return 1 / (std::exp(e / kT) + 1); }
 
@@ -56,8 +56,7 @@ struct SlowBilayer {
       f += waves[s];
       df += kI * steps[s] * waves[s];
     }
-    // A1 B1 A2 B2. B1 stands over the hollow of the layer whose B2 stand at the corners: from A1 and A2 along f to B1,
-    // from B2 along f to A, from B1 along f to B2.
+    // Order A1 B1 A2 B2. Hops along f: from A1 and A2 to B1, from B2 to A1 and A2, from B1 to B2.
     const auto put = [&](int i, int j, double size, C wave, C slopeOfWave) {
       const auto a = static_cast<std::size_t>(i), b = static_cast<std::size_t>(j);
       h[a][b] += size * wave;
@@ -76,7 +75,7 @@ struct SlowBilayer {
   }
 };
 
-// All ordered pairs over the whole zone, no symmetry, no pairing.
+// The sum over all ordered pairs and the whole zone, without use of symmetry.
 C SlowSigma(const Layers& l, double eV, int cells, bool inter, bool intra) {
   const double length = 2.4595, area = length * length * std::sqrt(0.75), kT = kEvPerKelvin * l.T;
   C sum = 0;
@@ -235,13 +234,13 @@ TEST_F(LayeredGraphene, OfTwoCoupledLayersHasAPeakAtTheirCoupling) {
   EXPECT_NEAR(at, 0.4, 0.006);
   EXPECT_GT(peak, 5 * kLayerValue);
   EXPECT_LT(SigmaAt(model, 0.25), 0.2 * kLayerValue);
-  // Above 2 mu and g1 it comes to the two layers' value.
+  // Above 2 mu and g1 it tends to the value of two layers.
   EXPECT_NEAR(SigmaAt(model, 1.3), kLayerValue, 0.1 * kLayerValue);
 }
 
 TEST_F(LayeredGraphene, UndopedStartsItsSecondStepAtTheCoupling) {
   Model& model = MakeLayers(36, {.g1 = 0.4, .T = 30, .cells = 800, .broadening = 0.003, .radius = 0.1}, 0, 0, 1);
-  // Below g1 from low to low alone, in the unit of two layers (E + 2 g1)/(2 (E + g1)):
+  // Below g1 only transitions between the low bands, in the unit of two layers (E + 2 g1)/(2 (E + g1)):
   // E. J. Nicol, J. P. Carbotte, Phys. Rev. B 77, 155409 (2008)
   for (const double eV : {0.15, 0.25}) {
     const double expected = kLayerValue * (eV + 0.8) / (2 * (eV + 0.4));
@@ -292,8 +291,8 @@ TEST_F(LayeredGraphene, OfThreeLayersTellsItsPartsAndItsLoss) {
 }
 
 TEST_F(LayeredGraphene, OfThreeLayersMovesWithTheHoppingsBetweenTheOuterOnes) {
-  // Site A (B) of the outer layers split by g5 (g2) at K, where nothing else but g1 acts: with g1 = 0 the levels there
-  // are +-g2/2, +-g5/2, 0, 0. Electrons of a small cold disc count them.
+  // At K only g1, g2 and g5 act: g5 (g2) splits the A (B) sites of the outer layers. With g1 = 0 the levels are +-g2/2,
+  // +-g5/2, 0, 0. The number of electrons in a small cold disc counts the levels.
   Layers layers{.T = 1, .cells = 4, .radius = 1e-6};
   const auto electronsBelow = [&](double mu) {
     layers.mu = mu;
@@ -316,10 +315,10 @@ TEST_F(LayeredGraphene, OfThreeLayersWithoutRowsIsNothingButItsConstant) {
   EXPECT_EQ(Left(kS1), 0);
 }
 
-// ---- levels that meet
+// ---- degenerate levels
 
-// With two layers that do not know of each other every level is there twice, in whatever mixture; what couples or
-// splits them acts to second order only.
+// Two uncoupled layers: every level is twofold degenerate, with any mixture of states. Coupling and splitting act only
+// to second order.
 TEST_F(LayeredGraphene, ItsSlopesDoNotMindLevelsThatMeet) {
   Layers layers{.siteA = 0.3, .mu = 0.4, .T = 1500, .cells = 6, .broadening = 0.2, .radius = 0};
   Model& model = MakeLayers(34, layers);
@@ -348,7 +347,7 @@ TEST_F(LayeredGraphene, ItsSlopesDoNotMindLevelsThatMeet) {
   }
 }
 
-// Nearly so: levels 1e-5 and 1e-9 eV apart, on both sides of the threshold.
+// Nearly degenerate: levels 1e-5 and 1e-9 eV apart, on both sides of the threshold.
 TEST_F(LayeredGraphene, ItsSlopesGoOnSmoothlyWhereLevelsComeClose) {
   const auto slopes = [&](double coupling) {
     Layers layers{.g1 = coupling, .siteA = 0.3, .mu = 0.4, .T = 1500, .cells = 6, .broadening = 0.2, .radius = 0};
@@ -423,7 +422,7 @@ TEST_F(LayeredGraphene, TheirDifferenceIsSeenThroughMeasuredWeights) {
   }
 }
 
-// The two ways of a pair of names.
+// Two types share each name.
 TEST_F(LayeredGraphene, CodesOfOneNameAreTwoTypes) {
   Model& material = MakeLayers(34, kFull);
   EXPECT_STREQ(TypeNameOf(program.eval, material), "DF bilayer");

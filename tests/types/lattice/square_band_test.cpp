@@ -1,4 +1,4 @@
-// The square band at its symmetric points, and its tunnelling spectrum against sum rule and limits.
+// The square band at its symmetric points, and its tunnelling spectrum compared with a sum rule and limits.
 #include "types/type_fixture.h"
 
 namespace kalvex {

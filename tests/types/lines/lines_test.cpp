@@ -1,4 +1,4 @@
-// Lines and curves against their formulas, limits, sum rules and continuity.
+// Compares lines and curves with formulas, limits and sum rules, and tests their continuity.
 #include "types/type_fixture.h"
 
 namespace kalvex {
@@ -25,7 +25,7 @@ TEST_F(Lines, OfFanoVanishAtMinusQAndBecomeLorentzianForLargeQ) {
   Model& model = Make(42, {{200, 300, 30}, {1.7, 0, 0}});
   const double strength = 300.0 * 300 / (60 * 30);
   EXPECT_NEAR(At(model, kS1, 200), strength * (1.7 * 1.7 - 1) / (1.7 * 1.7), 1e-11);
-  // (q + t)^2/(1 + t^2) - 1 is the line: far away it falls to 0, at t = -q it stands at minus the continuum.
+  // The line is (q + t)^2/(1 + t^2) - 1: 0 far away, and minus the continuum at t = -q.
   EXPECT_NEAR(At(model, kS1, 200 - 1.7 * 15), -strength / (1.7 * 1.7), 1e-10);
   Model& symmetric = Make(42, {{200, 300, 30}, {1e7, 0, 0}});
   for (const double x : {180.0, 215.0}) {
@@ -69,7 +69,7 @@ TEST_F(Lines, OfCyclotronOrbitsResonateThereAndAddUp) {
   EXPECT_EQ(At(none, kS1, 70), 0);
   Model& resonant = Make(45, {{80, 600, 0}});
   EXPECT_EQ(At(resonant, kS1, 80), 0);
-  // Field reversal turns the Hall part alone; without field it is Drude.
+  // A reversed field changes only the sign of the Hall part; at zero field the line is a Drude term.
   Model &reversed = Make(45, {{-80, 600, 5}}), &still = Make(45, {{0, 600, 5}});
   EXPECT_DOUBLE_EQ(At(reversed, kS1, 70), At(model, kS1, 70));
   EXPECT_DOUBLE_EQ(At(reversed, kN1, 70), -At(model, kN1, 70));

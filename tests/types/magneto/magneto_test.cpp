@@ -1,5 +1,5 @@
-// Magnetised oscillators and what is built on them, against sums in std::complex, Fresnel and Airy formulas written
-// here, and the limits without field.
+// Compares magnetised oscillators, and types that use them, with sums in std::complex, with Fresnel and Airy formulas
+// written here, and with the limits at zero field.
 #include "records/model_rows.h"
 #include "support/difference_quotient.h"
 #include "types/type_fixture.h"
@@ -9,7 +9,7 @@ namespace {
 
 class Magneto : public TypeFixture {
  protected:
-  // A type 49 with two oscillators, a Drude one among them; factor multiplies the shifts.
+  // A model of type 49 with two oscillators, one of them a Drude term; factor multiplies the shifts.
   Model& Magnetised(double factor = 1) {
     return Make(49, {{4, 0, 0}, {150, 300, 20}, {12 * factor, 0, 0}, {0, 500, 15}, {25 * factor, 0, 0}});
   }
@@ -69,7 +69,7 @@ TEST_F(Magneto, FreeCarriersResonateAtTheirCyclotronFrequencyInOneSenseWithTheir
   // A Drude oscillator with shift B has its pole at x = B in eps-: sigma = i(Wp^2/60)/(x - B + iG).
   const C expected = kI * (500.0 * 500 / 60) / (70.0 - 60.0 + kI * 15.0);
   EXPECT_LT(std::abs(minus(70) - expected), 1e-9 * std::abs(expected));
-  // Both senses together carry pi Wp^2/60 over positive frequencies.
+  // Both polarisations together have the weight pi Wp^2/60 at positive frequencies.
   double weight = 0;
   const double step = 0.05;
   for (double x = step / 2; x < 60000; x += step) weight += step * 2 * At(model, kS1, x);
@@ -357,7 +357,7 @@ TEST_F(Magneto, UncoupledModesOfStripesAreOscillators) {
   EXPECT_LT(std::abs(Pair(model, kE1, x) - sigma(220)), 1e-11 * std::abs(sigma(150)));
   EXPECT_EQ(Pair(model, kN1, x), C(0, 0));
   EXPECT_NEAR(At(model, kRefl, x), 0.5 * (sigma(150) + sigma(220)).real(), 1e-11);
-  // A field turns the velocity of one mode into the force on the other: D1 a - i c b = F1, D2 b + i c a = F2.
+  // In a field the velocity of one mode is a force on the other: D1 a - i c b = F1, D2 b + i c a = F2.
   Model& coupled = Make(70, {{150, 300, 20}, {220, 40, 0}});
   const C D1 = 150.0 * 150 - x * x - kI * 20.0 * x, D2 = 220.0 * 220 - x * x - kI * 20.0 * x, c = x * 40.0;
   const C determinant = D1 * D2 - c * c, perAnswer = -kI * x / 60.0 * 300.0 * 300.0;

@@ -1,4 +1,5 @@
-// Sheets in a field and piles of plates, against slabs with echoes, bare substrates, first orders and quantised values.
+// Compares sheets in a field and stacks of plates with slabs with echoes, bare substrates, first orders and quantised
+// values.
 #include "types/type_fixture.h"
 
 namespace kalvex {
@@ -69,7 +70,7 @@ TEST_F(InCavity, ASheetAtTheFrontIsASecondSheetThere) {
   for (const int q : {kRefl, kTrans, kRp}) {
     EXPECT_GT(std::fabs(At(inside, q, 100) - At(none, q, 100)), 1e-6) << q;
   }
-  // Both sheets at the front face are one of twice the conductivity.
+  // Both sheets at the front face act as one of twice the conductivity.
   Model& both = Make86(0, 1);
   Model& twice = Make86(0, 0, 20000 * std::numbers::sqrt2);
   EXPECT_NEAR(At(both, kTrans, 100), At(twice, kTrans, 100), 1e-12);
@@ -112,13 +113,13 @@ TEST_F(Plates, AlongAnAxisShowThatAxisOnly) {
 }
 
 TEST_F(Plates, OfAQuarterWaveAt45DegreesMakeCircularLight) {
-  // Hardly any reflection at the faces: indices near 1 apart by a quarter wave.
+  // Hardly any reflection at the faces: indices near 1 that differ by a quarter wave.
   const double n1 = 1.001, n2 = 1.003, x = 100, d = 0.25 / (x * (n2 - n1));
   const double fast = Medium(n1 * n1), slow = Medium(n2 * n2);
   Model& model = Make(85, {{0, 1, 0}, {fast, slow, 45}, {d, 0, 0}});
   EXPECT_NEAR(At(model, kRp, x), At(model, kRs, x), 2e-3);
   EXPECT_NEAR(std::fabs(At(model, kDefringed, x)), 45, 0.2);
-  // Four of them one behind the other are a whole wave.
+  // Four such plates are a full-wave plate.
   Cell(model, 0, Wp).value = 4;
   EXPECT_NEAR(At(model, kRs, x), 0, 1e-4);
 }

@@ -1,4 +1,4 @@
-// Mixtures and sums against their limits and against formulas in std::complex.
+// Compares mixtures and sums with their limits and with formulas in std::complex.
 #include "evaluation/quantity_formulas.h"
 #include "terms/boson_coupling.h"
 #include "terms/term_table.h"
@@ -39,7 +39,7 @@ TEST_F(Mixtures, OfAPowderKeepAMediumAndTakeTheFormulasBranch) {
   EXPECT_LT(std::abs(Pair(full, kE1, 190) - 0.5 * (std::sqrt(e1 * e1 + 8.0 * e0 * e1) - e1)), 1e-12);
   Model& third = Make(15, {{a, b, 1.0 / 3}});
   EXPECT_LT(std::abs(Pair(third, kE1, 190) - 0.5 * (0.5 * e0 + std::sqrt(0.25 * e0 * e0 + 2.0 * e0 * e1))), 1e-12);
-  // Below the axis the other sign of the root counts.
+  // Below the real axis the other sign of the root applies.
   const double gain = Medium(3, {{200, 300, -12}});
   Model& below = Make(15, {{gain, gain, 0.5}});
   const C e = Eps(gain, 190);
@@ -62,7 +62,7 @@ TEST_F(Mixtures, OfTwoComponentsAreARootOfTheirEquation) {
 }
 
 TEST_F(Mixtures, OfADoubleLayerWithoutModesAreTheLayersInSeries) {
-  // With ec = ed = 0 only the depolarisation of layer currents is left: 1 + ea/B - (eb/B) ... solved here by hand.
+  // With ec = ed = 0 only the depolarisation of the layer currents remains: 1 + ea/B - (eb/B) ..., solved here.
   const double none = Medium(0), B = 5;
   Model& model = Make(7, {{a, 0.3, 3}, {b, 0.4, 8}, {none, 0.2, B}, {none, 0, 0}});
   const C ea = Eps(a, 170), eb = Eps(b, 170);

@@ -1,4 +1,4 @@
-// Near-field types against Fresnel limits, closed harmonics, and published resonances.
+// Compares near-field types with Fresnel limits, closed formulas of the harmonics, and published resonances.
 #include "records/model_rows.h"
 #include "types/type_fixture.h"
 
@@ -36,7 +36,7 @@ TEST_F(NearField, AtLargeMomentaIsTheImageOfACharge) {
   const C e = Eps(polar, 900);
   EXPECT_LT(std::abs(Pair(Surface(polar, 1e6), kE1, 900) - (e - 1.0) / (e + 1.0)), 1e-4);
   Model& uniaxial = Make(77, {{silicon, polar, 0}, {0, 0, 0}, {1e6, 0, 0}});
-  // sqrt(e_a e_c) takes the place of e.
+  // sqrt(e_a e_c) replaces e.
   const C mean = std::sqrt(e * 11.7), root = mean.imag() >= 0 ? mean : -mean;
   EXPECT_LT(std::abs(Pair(uniaxial, kE1, 900) - (root - 1.0) / (root + 1.0)), 1e-4);
   Model& isotropic = Make(77, {{polar, polar, 0}, {0, 0, 0}, {2500, 10, 0}});
@@ -84,7 +84,7 @@ TEST_F(Tips, AreTheFourierComponentsOfTheirMotion) {
   Model& model = TipOver(polar, silicon, 3, 1.4, 0.8);
   const double x = 860, z0 = 1.4, A = 0.8;
   const auto signal = [&](C beta) {
-    // The integral over a cycle by 2000 points.
+    // The integral over a cycle with 2000 points.
     C sum;
     for (int i = 0; i < 2000; ++i) {
       const double phi = 2 * std::numbers::pi * i / 2000, h = 1 + A * (1 - std::cos(phi));
@@ -134,8 +134,8 @@ TEST_F(Tips, HighAboveTheSurfaceShowTheRatioOfTheImages) {
 }
 
 TEST_F(Tips, SeeSiliconCarbideInItsKnownResonance) {
-  // R. Hillenbrand, T. Taubner, F. Keilmann, Nature 418, 159 (2002): near 930 cm-1, far above silicon; gold stands
-  // above silicon by less than a factor of three.
+  // R. Hillenbrand, T. Taubner, F. Keilmann, Nature 418, 159 (2002): a maximum near 930 cm-1, far above silicon; gold
+  // is less than three times silicon.
   Model& model = TipOver(polar, silicon, 2, 1.1, 1);
   double best = 0, at = 0;
   for (double x = 860; x < 970; x += 1) {

@@ -1,4 +1,4 @@
-// Films and plates against Airy sums, limits of thickness, and the light that is left.
+// Compares films and plates with Airy sums, limits of the thickness, and energy balance.
 #include "evaluation/quantity_formulas.h"
 #include "records/model_rows.h"
 #include "types/type_fixture.h"
@@ -143,8 +143,8 @@ TEST_F(OnSubstrate, TheBeamsAverageTendsToTheAngleItself) {
   EXPECT_GT(std::fabs(At(beam, kN1, 205) - At(single, kN1, 205)), 1e-4);
 }
 
-// Only what passes through the substrate knows how thick it is; otherwise a fit of the reflectivity with both
-// thicknesses free would have a direction without slope.
+// Only transmission depends on the thickness of the substrate. If R counted as dependent, a fit of R with both
+// thicknesses free would have a singular matrix.
 TEST_F(OnSubstrate, AreFittedWithTheThicknessOfTheSubstrateWhereLightPassesIt) {
   for (const int code : {33, 71}) {
     Model& model = Make(code, {{polar, 0.0009, 0}, {silicon, 0.02, 0}});
@@ -200,7 +200,7 @@ TEST_F(OnSubstrate, AllOfVacuumGiveNoAngles) {
   }
 }
 
-// The wave that passes is too weak for a number, but the turns of its phase add up layer by layer.
+// The transmitted amplitude underflows, but its phase is the sum over the layers.
 TEST_F(OnSubstrate, WhenOpaqueHaveAPhaseWithSlopes) {
   const double metal = Medium(4, {{0, 30000, 100}}), x = 200, d = 0.05;
   const C n = Index(metal, x);

@@ -1,4 +1,4 @@
-// Stacks against characteristic matrices written in the fixture, averages against explicit sums, and energy balance.
+// Compares stacks with characteristic matrices written in the fixture, averages with explicit sums; energy balance.
 #include "evaluation/quantity_formulas.h"
 #include "support/difference_quotient.h"
 #include "types/type_fixture.h"
@@ -111,7 +111,7 @@ TEST_F(Multilayers, ClearOnlyAsLongAsQuantitiesAreWanted) {
   WantOnly(quantities, static_cast<QuantitySet>(SetOf(kRefl) | SetOf(kTrans) | SetOf(kRs)));
   for (Quantity& quantity : quantities) quantity.value = 77;
   ASSERT_EQ(EvalModel(program.eval, model, 100, false), 0);
-  EXPECT_EQ(Left(kRp), 77);  // the first that is not wanted ends the clearing
+  EXPECT_EQ(Left(kRp), 77);  // the first Quantity that is not wanted ends the clearing
   EXPECT_EQ(Left(kRs), 77);
   EXPECT_NE(Left(kE1), 77);  // the six results are stored in any case
   EXPECT_EQ(Left(kN1), 77);
@@ -203,7 +203,7 @@ TEST_F(ObliqueStacks, CountALayerWithGainAsAlmostLossFree) {
   EXPECT_NEAR(At(model, kRefl, 150), At(plain, kRefl, 150), 1e-5);
 }
 
-// The imaginary part of such a layer does not count, so nothing depends on it.
+// The imaginary part of such a layer is not used: no result depends on it.
 TEST_F(ObliqueStacks, HaveTheSlopesOfALayerWithGain) {
   const double gain = Medium(4, {{200, 300, -10}}), x = 150;
   for (const double s : {0.0, 1.0}) {

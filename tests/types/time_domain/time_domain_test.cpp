@@ -1,5 +1,5 @@
-// Pulses: against direct sums, unit and delaying transfers, slabs, and a change of everything that a kept pulse must
-// notice.
+// Compares pulses with direct sums, unit and delay transfer functions, and slabs. Tests that every change updates a
+// cached pulse.
 #include "datasets/interpolation.h"
 #include "evaluation/eval_spectrum.h"
 #include "types/type_fixture.h"
@@ -72,7 +72,7 @@ TEST_F(Pulses, AreTheDirectSumsOfTheirHarmonics) {
     EXPECT_NEAR(At(model, kRs, Frequency(k)), std::norm(S[static_cast<std::size_t>(k)] * H(k)), 1e-12);
     EXPECT_LT(std::abs(Pair(model, kE1, Frequency(k)) - H(k)), 1e-11);
   }
-  // Powers are interpolated as powers.
+  // Between mesh points the power itself is interpolated.
   EXPECT_NEAR(At(model, kTrans, 0.5 * (Frequency(10) + Frequency(11))), 0.5 * (std::norm(S[10]) + std::norm(S[11])),
               1e-13);
 }
@@ -132,7 +132,7 @@ TEST_F(Slabs, HaveTheAmplitudeOfAllTheirEchoes) {
   const auto [r, t] = SlowStack({{n, n, 0.05}}, 1, 1, f);
   const C H = t * std::exp(-2 * std::numbers::pi * kI * f * 0.05);
   EXPECT_LT(std::abs(Pair(model, kE1, f) - H), 1e-12);
-  // One pass alone: both faces and the path.
+  // A single pass: both faces and the path.
   Model& once = MakeSlab(sample, 0, 0.05, 1);
   const C direct = 4.0 * n / ((1.0 + n) * (1.0 + n)) * std::exp(2 * std::numbers::pi * kI * f * (n - 1.0) * 0.05);
   EXPECT_LT(std::abs(Pair(once, kE1, f) - direct), 1e-12);
@@ -141,7 +141,7 @@ TEST_F(Slabs, HaveTheAmplitudeOfAllTheirEchoes) {
 }
 
 TEST_F(Slabs, DelayThePulse) {
-  // Index 2 without loss: the main pulse comes (n - 1) d later, in steps of mm of a stage that is passed twice.
+  // Index 2 without loss: the main pulse arrives (n - 1) d later, in steps of mm of a stage that is passed twice.
   const double glass = Medium(4), delay = 0.1;  // cm
   Model& model = MakeSlab(glass, 0, delay, 1);
   Cell(model, 3, Wp).value = 0;
