@@ -1,5 +1,7 @@
-// Makes the manual: all pages of the documentation in one PDF. It uses Qt and no other folder.
+// Makes the manual: all pages of the documentation in one PDF, with the same bytes at each build. It uses Qt and no
+// other folder.
 //   kalvex_manual manual.pdf page.md ...
+#include <QBuffer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QPageSize>
@@ -46,6 +48,13 @@ void RuleTables(QTextFrame* frame) {
   }
 }
 
+// Qt offers no way to write a PDF without the time of its making. A fixed date of the same length takes its place.
+void FixCreationDate(QByteArray& pdf) {
+  const QByteArray key = "/CreationDate (D:", fixed = "20000101000000";
+  const auto at = pdf.indexOf(key);
+  if (at >= 0) pdf.replace(at + key.size(), fixed.size(), fixed);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -65,9 +74,15 @@ int main(int argc, char** argv) {
   document.setMarkdown(markdown);
   BreakBeforeTitles(document);
   RuleTables(document.rootFrame());
-  QPdfWriter writer(argv[1]);
-  writer.setTitle("Kalvex");
-  writer.setPageSize(QPageSize(QPageSize::A4));
-  document.print(&writer);
-  return QFile::exists(argv[1]) ? 0 : 1;
+  QBuffer pdf;
+  pdf.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter writer(&pdf);
+    writer.setTitle("Kalvex");
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    document.print(&writer);
+  }
+  FixCreationDate(pdf.buffer());
+  QFile file(argv[1]);
+  return file.open(QIODevice::WriteOnly) && file.write(pdf.buffer()) == pdf.size() ? 0 : 1;
 }
