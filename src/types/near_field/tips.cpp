@@ -6,14 +6,13 @@
 // the sum over momenta of q^2 exp(-2qh) r_p(q). The Fourier component of order n is what the lock-in amplifier shows.
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
-#include "core/vector_clones.h"
 #include "evaluation/eps_sum.h"
 #include "evaluation/eval_model.h"
 #include "records/row_code.h"
 #include "types/near_field/sheet_on_surface.h"
+#include "types/near_field/tip_kernels.h"
 #include "types/types.h"
 
 namespace kalvex {
@@ -76,9 +75,6 @@ Contrast ContrastOf(const Cplx& s) {
 
 // ---- the sum over momenta
 
-constexpr std::size_t kLanes = 8;
-typedef double Pack __attribute__((vector_size(kLanes * sizeof(double))));
-
 // The mesh of qh, which is the same at all heights, and what a momentum weighs: (qh)^2 exp(-2qh) d(qh). Places without
 // a weight fill it up to whole packs.
 struct MomentumMesh {
@@ -88,7 +84,7 @@ struct MomentumMesh {
 
   MomentumMesh() = default;
   MomentumMesh(double from, double to, int momenta) : count(static_cast<std::size_t>(momenta)) {
-    places.resize((count + kLanes - 1) / kLanes * kLanes);
+    places.resize((count + kPack - 1) / kPack * kPack);
     weights.resize(places.size());
     const double width = (to - from) / momenta;
     for (std::size_t j = 0; j < count; ++j) {
@@ -97,25 +93,6 @@ struct MomentumMesh {
     }
   }
 };
-
-// The sum of weight (top + s)/(bottom + s), s = slope place, over the mesh.
-KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top, const Cplx& bottom, const Cplx& slope,
-                                      Cplx* out) {
-  Pack re{}, im{};
-  for (std::size_t j = 0; j < mesh.places.size(); j += kLanes) {
-    Pack place, weight;
-    std::memcpy(&place, mesh.places.data() + j, sizeof(place));
-    std::memcpy(&weight, mesh.weights.data() + j, sizeof(weight));
-    const Pack sRe = place * slope.re, sIm = place * slope.im;
-    const Pack aRe = top.re + sRe, aIm = top.im + sIm, bRe = bottom.re + sRe, bIm = bottom.im + sIm;
-    const Pack norm = bRe * bRe + bIm * bIm;
-    const Pack share = weight / (norm < kTinyNorm ? Pack{} + kTinyNorm : norm);
-    re += (aRe * bRe + aIm * bIm) * share;
-    im += (aIm * bRe - aRe * bIm) * share;
-  }
-  *out = {};
-  for (std::size_t lane = 0; lane < kLanes; ++lane) *out += Cplx{re[lane], im[lane]};
-}
 
 // A surface at one frequency, whose r_p is asked for at any momentum: a plain model in the limit of large momenta, with
 // a sheet if there is one, or a model of type 73 or 77: its copy has the momentum of the question in its row.
@@ -135,9 +112,12 @@ class Surface {
   // The sum of weight r_p(place/h) over a mesh.
   Cplx Sum(const MomentumMesh& mesh, double h) {
     if (!HasDispersion()) return Reflection(0) * mesh.sum;
+    if (row_ < 0) {
+      return WidestKernels<TipKernels>().sumOverMesh(mesh.places, mesh.weights.data(), eps_ - 1.0, eps_ + 1.0,
+                                                     SheetPerMomentum() / h);
+    }
     Cplx sum;
-    if (row_ < 0) SumOverMesh(mesh, eps_ - 1.0, eps_ + 1.0, SheetPerMomentum() / h, &sum);
-    for (std::size_t j = 0; row_ >= 0 && j < mesh.count; ++j) sum += Reflection(mesh.places[j] / h) * mesh.weights[j];
+    for (std::size_t j = 0; j < mesh.count; ++j) sum += Reflection(mesh.places[j] / h) * mesh.weights[j];
     return sum;
   }
 
