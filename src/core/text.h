@@ -8,7 +8,7 @@
 //   noise.h           pseudo-random numbers
 //   shared_list.h     a list that never changes and is cheap to copy
 //   platform.h        Platform: message box, file dialog, events, clock
-//   vector_clones.h   one function compiled for several widths of the vector units
+//   vector_width.h    files compiled once for each width of the vector units
 //
 // Read status.h and text.h first.
 //

@@ -11,7 +11,7 @@
 //   slopes.h, chains.h   the table of slopes; the chain rule from Quantities to parameters
 //   model_type.h         the record of a special model; type_scratch.h: its work space
 //   eval_spectrum.h      many frequencies, in blocks; block_filler.h selects how a block is filled
-//   plain_spectrum.h     blocks of a plain model, with plain_rows.h and the loops in vector_kernels.h
+//   plain_spectrum.h     blocks of a plain model, with plain_rows.h and the loops in spectrum_kernels.h
 //   spectrum_team.h      spectra shared by several threads
 //
 // Read the files in this order. EvalContext explains which results of a previous evaluation stay.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 
 namespace kalvex {
 
@@ -17,17 +17,17 @@ RowBounds BoundsOf(std::span<const PlainRow> rows) {
 }
 
 void AddOscillators(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re, double* im) {
-  WidestKernels().addOscillators(rows, bounds, w, re, im);
+  WidestKernels<SpectrumKernels>().addOscillators(rows, bounds, w, re, im);
 }
 
 void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
                              double* im, double* inverses) {
-  WidestKernels().addOscillatorsForSlopes(rows, bounds, w, re, im, inverses);
+  WidestKernels<SpectrumKernels>().addOscillatorsForSlopes(rows, bounds, w, re, im, inverses);
 }
 
 void OscillatorSlopesOf(const PlainRow& row, const double* w, const double* inverses, const double* dRe,
                         const double* dIm, double* byWo, double* byWp, double* byG) {
-  WidestKernels().oscillatorSlopes(row, w, inverses, dRe, dIm, byWo, byWp, byG);
+  WidestKernels<SpectrumKernels>().oscillatorSlopes(row, w, inverses, dRe, dIm, byWo, byWp, byG);
 }
 
 }  // namespace kalvex

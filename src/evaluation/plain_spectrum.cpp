@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/vector_clones.h"
 #include "evaluation/eps_sum.h"
 #include "evaluation/eval_model.h"
+#include "evaluation/spectrum_kernels.h"
 #include "records/model_table.h"
 
 namespace kalvex {
@@ -14,21 +14,7 @@ static_assert(kSpectrumBlock == kKernelBlock);
 
 constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
 
-// out = a b, out += sum over the rows of a_j b_j, and out = a b + c d, at the frequencies of a block.
-KALVEX_VECTOR_CLONES void Multiply(const double* a, const double* b, double* out) {
-  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] = a[i] * b[i];
-}
-KALVEX_VECTOR_CLONES void AddMultiples(const double* a, const double* rows, std::size_t count, double* out) {
-  double sum[kSpectrumBlock] = {};
-  for (std::size_t j = 0; j < count; ++j, rows += kSpectrumBlock) {
-    for (std::size_t i = 0; i < kSpectrumBlock; ++i) sum[i] += a[j] * rows[i];
-  }
-  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] += sum[i];
-}
-KALVEX_VECTOR_CLONES void MultiplyPairs(const double* a, const double* b, const double* c, const double* d,
-                                        double* out) {
-  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] = a[i] * b[i] + c[i] * d[i];
-}
+const SpectrumKernels& Kernels() { return WidestKernels<SpectrumKernels>(); }
 
 }  // namespace
 
@@ -121,7 +107,7 @@ void PlainSpectrum::AddMesh(const SpectrumBlock& block) {
   kernels_ = kernelCache_.Block(model_.vdf, block.first, spareKernels_);
   meshValues_.clear();
   for (const VdfMeshPoint& point : mesh) meshValues_.push_back(point.e2.value);
-  AddMultiples(meshValues_.data(), kernels_, meshValues_.size(), eps_.re.data());
+  Kernels().addMultiples(meshValues_.data(), kernels_, meshValues_.size(), eps_.re.data());
 }
 
 // The contributions of the piecewise linear curves: one or two mesh points at each frequency.
@@ -147,12 +133,12 @@ void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const Quantit
         break;
       case Source::kTable: {
         const double* const by = tableSlopes_.data() + slope.index * 2 * kSpectrumBlock;
-        MultiplyPairs(result.dRe.data(), by, result.dIm.data(), by + kSpectrumBlock, out);
+        Kernels().multiplyPairs(result.dRe.data(), by, result.dIm.data(), by + kSpectrumBlock, out);
         break;
       }
       case Source::kMesh:
         if (model_.vdf.KK && slope.index % 2 == 1) {
-          Multiply(result.dRe.data(), kernels_ + slope.index / 2 * kSpectrumBlock, out);
+          Kernels().multiply(result.dRe.data(), kernels_ + slope.index / 2 * kSpectrumBlock, out);
         } else {
           std::fill_n(out, kSpectrumBlock, 0.0);
         }

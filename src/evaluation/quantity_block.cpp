@@ -1,6 +1,6 @@
 #include "evaluation/quantity_block.h"
 
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 
 namespace kalvex {
 namespace {
@@ -22,8 +22,8 @@ void FillLane(QuantityInput in, const EpsBlock& eps, int quantity, std::size_t i
 
 void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out) {
   out.anyLimit = false;
-  const PacksDone done = (in.derivatives ? WidestKernels().quantityValuesAndSlopes : WidestKernels().quantityValues)(
-      in, eps, quantity, out);
+  const PacksDone done = (in.derivatives ? WidestKernels<SpectrumKernels>().quantityValuesAndSlopes
+                                         : WidestKernels<SpectrumKernels>().quantityValues)(in, eps, quantity, out);
   for (std::size_t p = 0; p < done.size(); ++p) {
     if (done[p]) continue;
     for (std::size_t i = p * kPack; i < (p + 1) * kPack; ++i) FillLane(in, eps, quantity, i, out);

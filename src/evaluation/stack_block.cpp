@@ -1,11 +1,11 @@
 #include "evaluation/stack_block.h"
 
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 
 namespace kalvex {
 
 void FillStackBlock(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results) {
-  WidestKernels().stackBlock(in, room, results);
+  WidestKernels<SpectrumKernels>().stackBlock(in, room, results);
 }
 
 }  // namespace kalvex

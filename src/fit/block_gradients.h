@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 #include "numeric/rank_update.h"
 
 namespace kalvex {
@@ -83,8 +83,8 @@ bool BlockGradients::PutTogether(const GradientColumns& columns, std::span<const
       at[c] = columnAt(columns.slope[i + c]);
       factors[c] = columns.factor[i + c];
     }
-    if (WidestKernels().weightedRows(at.data(), factors.data(), roots.data(), roots.size(),
-                                     panel.RowsFrom(i, before))) {
+    if (WidestKernels<SpectrumKernels>().weightedRows(at.data(), factors.data(), roots.data(), roots.size(),
+                                                      panel.RowsFrom(i, before))) {
       continue;
     }
     panel.Shorten(before);

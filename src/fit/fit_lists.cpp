@@ -10,7 +10,7 @@
 #include "datasets/dataset.h"
 #include "evaluation/eval_model.h"
 #include "evaluation/eval_spectrum.h"
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 #include "records/model_table.h"
 
 namespace kalvex {
@@ -337,7 +337,7 @@ bool AreSuccessive(const TermPoints& points, PointRange range) {
 double ChiSqInBlock(const TermPoints& points, const SpectrumBlock& block) {
   const PointRange range = PointsInBlock(points, block);
   if (range.Count() == 0) return 0;
-  const auto sumOfSquares = WidestKernels().sumOfSquares;
+  const auto sumOfSquares = WidestKernels<SpectrumKernels>().sumOfSquares;
   const double* const values = block.Values(points.quantity);
   const double* const y = points.y.data();
   const double* const sigma = points.sigma.data();

@@ -2,38 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <utility>
 
-#include "core/vector_clones.h"
 #include "numeric/full_factor.h"
+#include "numeric/matrix_kernels.h"
 
 namespace kalvex {
 namespace {
 
-constexpr std::size_t kLanes = 8;
-
-KALVEX_VECTOR_CLONES double Dot(const double* a, const double* b, std::size_t count) {
-  double sum[kLanes] = {};
-  std::size_t i = 0;
-  for (; i + kLanes <= count; i += kLanes) {
-    for (std::size_t k = 0; k < kLanes; ++k) sum[k] += a[i + k] * b[i + k];
-  }
-  double rest = 0;
-  for (; i < count; ++i) rest += a[i] * b[i];
-  return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7])) + rest;
-}
-
-// out -= factor * a
-KALVEX_VECTOR_CLONES void Subtract(double factor, const double* a, std::size_t count, double* out) {
-  for (std::size_t i = 0; i < count; ++i) out[i] -= factor * a[i];
-}
-
-KALVEX_VECTOR_CLONES std::size_t CountOthersThanZero(const double* a, std::size_t count) {
-  std::int64_t others = 0;  // 64 bits like a double: the comparison vectorises
-  for (std::size_t i = 0; i < count; ++i) others += a[i] != 0 ? 1 : 0;
-  return static_cast<std::size_t>(others);
-}
+const MatrixKernels& Kernels() { return WidestKernels<MatrixKernels>(); }
 
 // The row of the first nonzero entry of each column, searched from row `first` to the diagonal.
 std::vector<std::size_t> TopsOf(const SquareMatrix& a, std::size_t first) {
@@ -45,7 +22,7 @@ std::vector<std::size_t> TopsOf(const SquareMatrix& a, std::size_t first) {
     open = std::max(open, i + 1);
     for (std::size_t from = open; from < a.size; from += kAtOnce) {
       const std::size_t end = std::min(a.size, from + kAtOnce);
-      if (CountOthersThanZero(a.Row(i) + from, end - from) == 0) continue;
+      if (Kernels().countOthersThanZero(a.Row(i) + from, end - from) == 0) continue;
       for (std::size_t j = from; j < end; ++j) {
         if (top[j] == j && a(i, j) != 0) top[j] = i;
       }
@@ -60,7 +37,7 @@ std::size_t LeadingFullRows(const SquareMatrix& a) {
   constexpr std::size_t kMostBorder = 256;
   std::size_t rows = 0;
   for (std::size_t i = 0; i < std::min(a.size, kMostBorder); ++i) {
-    if (4 * CountOthersThanZero(a.Row(i) + i, a.size - i) > a.size) rows = i + 1;
+    if (4 * Kernels().countOthersThanZero(a.Row(i) + i, a.size - i) > a.size) rows = i + 1;
   }
   return rows;
 }
@@ -118,10 +95,10 @@ int FactorProfile(const Profile& of) {
     const double* const own = a.Row(j);
     for (std::size_t i = of.top[j]; i < j; ++i) {
       const std::size_t low = std::min(i, std::max(of.top[i], of.top[j]));
-      a(j, i) = (a(i, j) - Dot(a.Row(i) + low, own + low, i - low)) * of.inverseDiagonal[i];
+      a(j, i) = (a(i, j) - Kernels().dot(a.Row(i) + low, own + low, i - low)) * of.inverseDiagonal[i];
     }
     const std::size_t low = of.top[j];
-    const double pivot = a(j, j) - Dot(own + low, own + low, j - low);
+    const double pivot = a(j, j) - Kernels().dot(own + low, own + low, j - low);
     if (!(pivot > 0)) return -1;
     of.inverseDiagonal[j] = 1 / std::sqrt(pivot);
   }
@@ -133,12 +110,12 @@ void Substitute(const Profile& of, double* x) {
   const SquareMatrix& a = of.a;
   for (std::size_t i = of.first; i < a.size; ++i) {
     const std::size_t low = of.top[i];
-    x[i] = (x[i] - Dot(a.Row(i) + low, x + low, i - low)) * of.inverseDiagonal[i];
+    x[i] = (x[i] - Kernels().dot(a.Row(i) + low, x + low, i - low)) * of.inverseDiagonal[i];
   }
   for (std::size_t i = a.size; i-- > of.first;) {  // by rows of L: memory is read in order
     x[i] *= of.inverseDiagonal[i];
     const std::size_t low = of.top[i];
-    Subtract(x[i], a.Row(i) + low, i - low, x + low);
+    Kernels().subtract(x[i], a.Row(i) + low, i - low, x + low);
   }
 }
 
@@ -156,7 +133,7 @@ int FactorBorder(const Profile& of) {
   std::vector<double> schur(d * d);
   for (std::size_t i = d; i < a.size; ++i) {
     for (std::size_t r = 0; r < d; ++r) {
-      if (a(r, i) != 0) Subtract(a(r, i), a.Row(i) + r, d - r, &schur[r * d + r]);
+      if (a(r, i) != 0) Kernels().subtract(a(r, i), a.Row(i) + r, d - r, &schur[r * d + r]);
     }
   }
   for (std::size_t r = 0; r < d; ++r) {
@@ -174,10 +151,10 @@ void SubstituteBorder(const Profile& of, std::span<const double> b, std::span<do
   std::vector<double> factor(d * d), head(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(d));
   const SquareMatrix s{factor.data(), d};
   for (std::size_t r = 1; r < d; ++r) std::copy(a.Row(r), a.Row(r) + r, s.Row(r));
-  for (std::size_t i = d; i < a.size; ++i) Subtract(b[i], a.Row(i), d, head.data());
+  for (std::size_t i = d; i < a.size; ++i) Kernels().subtract(b[i], a.Row(i), d, head.data());
   const std::vector<std::size_t> full(d);
   Substitute({s, of.inverseDiagonal, 0, full}, head.data());
-  for (std::size_t i = d; i < a.size; ++i) x[i] -= Dot(a.Row(i), head.data(), d);
+  for (std::size_t i = d; i < a.size; ++i) x[i] -= Kernels().dot(a.Row(i), head.data(), d);
   std::copy(head.begin(), head.end(), x.begin());
 }
 

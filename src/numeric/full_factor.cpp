@@ -4,7 +4,7 @@
 #include <cmath>
 #include <memory>
 
-#include "numeric/tile.h"
+#include "numeric/matrix_kernels.h"
 
 namespace kalvex {
 namespace {
@@ -44,6 +44,7 @@ struct Factoring {
   const SquareMatrix& a;
   std::span<double> inverseDiagonal;
   PackedFactor packed;
+  const MatrixKernels& kernels = WidestKernels<MatrixKernels>();
 
   std::size_t Rows() const { return a.size; }
 };
@@ -69,7 +70,8 @@ void SubtractFinished(const Factoring& work, std::size_t block, std::size_t begi
       if (block * kBlock + k >= work.Rows()) break;
       const double* const rows = work.packed.Row(done, block * kBlock + k);
       for (std::size_t s = begin; s < end; ++s) {
-        AddTile(rows, work.packed.Piece(done, s), kBlock, -1, work.packed.Piece(block, s) + k * kStrip, kStrip);
+        work.kernels.addTile(rows, work.packed.Piece(done, s), kBlock, -1, work.packed.Piece(block, s) + k * kStrip,
+                             kStrip);
       }
     }
   }
@@ -93,7 +95,7 @@ bool FindPivots(std::size_t lane, std::size_t count, double* inverseDiagonal, do
 
 void SubtractOwn(const Factoring& work, std::size_t block, std::size_t k, std::size_t strip) {
   double* const piece = work.packed.Piece(block, strip);
-  AddTile(work.packed.Row(block, block * kBlock + k), piece, k, -1, piece + k * kStrip, kStrip);
+  work.kernels.addTile(work.packed.Row(block, block * kBlock + k), piece, k, -1, piece + k * kStrip, kStrip);
 }
 
 void SolveColumns(const Factoring& work, std::size_t block, std::size_t k, std::size_t strip) {
@@ -101,7 +103,7 @@ void SolveColumns(const Factoring& work, std::size_t block, std::size_t k, std::
   if (i >= work.Rows()) return;
   double inverse[kTileRows] = {};
   std::copy_n(work.inverseDiagonal.data() + i, std::min(kTileRows, work.Rows() - i), inverse);
-  SolveTile(work.packed.Row(block, i) + k * kStrip, inverse, work.packed.Piece(block, strip) + k * kStrip);
+  work.kernels.solveTile(work.packed.Row(block, i) + k * kStrip, inverse, work.packed.Piece(block, strip) + k * kStrip);
 }
 
 // Factors the square on the diagonal. False if a pivot is not positive.

@@ -1,7 +1,6 @@
 // Eight doubles that go through a formula together. The operators and the square roots give the same bits as for
 // double. The other functions agree with those for double to a few units in the last place. The compiler maps packs to
-// vector registers only in the sources that are compiled for each width of the vector units: see
-// evaluation/vector_kernels.h.
+// vector registers only in the sources that are compiled for each width of the vector units: see core/vector_width.h.
 #pragma once
 
 #include <cmath>
@@ -12,12 +11,18 @@
 
 #include "numeric/complex.h"
 
-// Inlines everything that the function calls.
-#define KALVEX_FLATTEN __attribute__((flatten))
-
 namespace kalvex {
 
 inline constexpr std::size_t kPack = 8;
+
+// Number of doubles in a register of the machine.
+#if defined(__AVX512F__)
+constexpr std::size_t kRegister = 8;
+#elif defined(__AVX2__)
+constexpr std::size_t kRegister = 4;
+#else
+constexpr std::size_t kRegister = 2;
+#endif
 
 // The alignment is the same for every width of the vector units: code for one width can pass packs to code for another.
 struct alignas(kPack * sizeof(double)) PackMask {
@@ -49,10 +54,32 @@ struct alignas(kPack * sizeof(double)) Pack {
   friend Pack operator-(const Pack& a, const Pack& b) { return Pack(a.x - b.x); }
   friend Pack operator*(const Pack& a, const Pack& b) { return Pack(a.x * b.x); }
   friend Pack operator/(const Pack& a, const Pack& b) { return Pack(a.x / b.x); }
-  friend PackMask operator<(const Pack& a, const Pack& b) { return {a.x < b.x}; }
-  friend PackMask operator>(const Pack& a, const Pack& b) { return {a.x > b.x}; }
-  friend PackMask operator>=(const Pack& a, const Pack& b) { return {a.x >= b.x}; }
-  friend PackMask operator==(const Pack& a, const Pack& b) { return {a.x == b.x}; }
+  // By registers: the compiler would take a comparison of more than one register apart into single lanes.
+  template <class Comparison>
+  static PackMask Compare(const Pack& a, const Pack& b, Comparison comparison) {
+    typedef double Part __attribute__((vector_size(kRegister * sizeof(double))));
+    PackMask mask;
+    for (std::size_t i = 0; i < kPack; i += kRegister) {
+      Part u, v;
+      std::memcpy(&u, reinterpret_cast<const double*>(&a.x) + i, sizeof(Part));
+      std::memcpy(&v, reinterpret_cast<const double*>(&b.x) + i, sizeof(Part));
+      const auto bits = comparison(u, v);
+      std::memcpy(reinterpret_cast<std::int64_t*>(&mask.bits) + i, &bits, sizeof(Part));
+    }
+    return mask;
+  }
+  friend PackMask operator<(const Pack& a, const Pack& b) {
+    return Compare(a, b, [](const auto& u, const auto& v) { return u < v; });
+  }
+  friend PackMask operator>(const Pack& a, const Pack& b) {
+    return Compare(a, b, [](const auto& u, const auto& v) { return u > v; });
+  }
+  friend PackMask operator>=(const Pack& a, const Pack& b) {
+    return Compare(a, b, [](const auto& u, const auto& v) { return u >= v; });
+  }
+  friend PackMask operator==(const Pack& a, const Pack& b) {
+    return Compare(a, b, [](const auto& u, const auto& v) { return u == v; });
+  }
 };
 
 inline PackMask operator|(const PackMask& a, const PackMask& b) { return {a.bits | b.bits}; }
@@ -67,7 +94,9 @@ inline Lanes LanesOf(const PackMask& mask) {
 }
 
 inline Pack Select(const PackMask& condition, const Pack& yes, const Pack& no) {
-  return Pack(condition.bits ? yes.x : no.x);
+  const auto chosen = (reinterpret_cast<PackMask::Bits>(yes.x) & condition.bits) |
+                      (reinterpret_cast<PackMask::Bits>(no.x) & ~condition.bits);
+  return Pack(reinterpret_cast<Pack::Numbers>(chosen));
 }
 
 // Applies a function of double to each lane.

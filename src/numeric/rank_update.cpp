@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "numeric/tile.h"
+#include "numeric/matrix_kernels.h"
 
 namespace kalvex {
 
@@ -27,7 +27,7 @@ void AddToEdge(const VectorPanel& panel, const SquareMatrix& a, std::size_t i, s
   double tile[kTileRows * kStrip] = {};
   const std::size_t rows = std::min(kTileRows, a.size - i), columns = std::min(kStrip, a.size - j);
   for (std::size_t r = 0; r < rows; ++r) std::copy_n(a.Row(i + r) + j, columns, tile + r * kStrip);
-  AddTile(panel.Rows(i), panel.Strip(j), panel.Count(), 1, tile, kStrip);
+  WidestKernels<MatrixKernels>().addTile(panel.Rows(i), panel.Strip(j), panel.Count(), 1, tile, kStrip);
   for (std::size_t r = 0; r < rows; ++r) std::copy_n(tile + r * kStrip, columns, a.Row(i + r) + j);
 }
 
@@ -40,7 +40,8 @@ void AddToRows(std::span<const VectorPanel* const> panels, const SquareMatrix& a
         if (i + kTileRows > a.size || j + kStrip > a.size) {
           AddToEdge(*panel, a, i, j);
         } else {
-          AddTile(panel->Rows(i), panel->Strip(j), panel->Count(), 1, a.Row(i) + j, a.size);
+          WidestKernels<MatrixKernels>().addTile(panel->Rows(i), panel->Strip(j), panel->Count(), 1, a.Row(i) + j,
+                                                 a.size);
         }
       }
     }
@@ -53,7 +54,7 @@ void AddToSum(std::span<const VectorPanel* const> panels, std::span<double> b, s
   const std::size_t columns = std::min(kStrip, b.size() - j);
   std::copy_n(b.data() + j, columns, sum);
   for (const VectorPanel* const panel : panels) {
-    AddWeightedStrip(panel->Weights(), panel->Strip(j), sum);
+    WidestKernels<MatrixKernels>().addWeightedStrip(panel->Weights(), panel->Strip(j), sum);
   }
   std::copy_n(sum, columns, b.data() + j);
 }

@@ -8,7 +8,7 @@
 
 #include "evaluation/eval_spectrum.h"
 #include "evaluation/sample_models.h"
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
@@ -217,7 +217,7 @@ TEST(SpectrumBlocks, ObliqueAndEvanescentWaves) {
 // ---- widths
 
 TEST(SpectrumBlocks, EveryWidthOfTheVectorUnitsGivesTheSameBits) {
-  const auto kernels = VectorKernelsOfThisMachine();
+  const auto kernels = KernelsOfThisMachine<SpectrumKernels>();
   ASSERT_FALSE(kernels.empty());
   const std::vector<PlainRow> sharp = {{100, 200, 20}, {250, 90, 0.5}, {0, 500, 60}, {300, 40, 0}};
   const std::vector<PlainRow> broad = {{100, 200, 20}, {250, 90, 0.5}, {0, 500, 60}, {300, 40, 3}, {400, 2, 1}};
@@ -226,7 +226,7 @@ TEST(SpectrumBlocks, EveryWidthOfTheVectorUnitsGivesTheSameBits) {
   std::array<ModelParam, kExpParamCount> exp = DefaultExpParams();
   for (ModelParam& param : exp) param.adjustable = 1;
   const QuantityInput in{0, true, false, &exp};
-  const auto allOf = [&](const VectorKernels& with, const std::vector<PlainRow>& rows) {
+  const auto allOf = [&](const SpectrumKernels& with, const std::vector<PlainRow>& rows) {
     EpsBlock eps{w, {}, {}};
     std::vector<double> inverses(2 * kSpectrumBlock * rows.size());
     with.addOscillatorsForSlopes(rows, BoundsOf(rows), w.data(), eps.re.data(), eps.im.data(), inverses.data());
@@ -247,7 +247,7 @@ TEST(SpectrumBlocks, EveryWidthOfTheVectorUnitsGivesTheSameBits) {
   };
   for (const auto& rows : {sharp, broad}) {
     const std::vector<double> narrowest = allOf(*kernels.back(), rows);
-    for (const VectorKernels* const with : kernels) {
+    for (const SpectrumKernels* const with : kernels) {
       const std::vector<double> numbers = allOf(*with, rows);
       EXPECT_EQ(std::memcmp(numbers.data(), narrowest.data(), numbers.size() * sizeof(double)), 0);
     }

@@ -7,6 +7,7 @@
 #include <numbers>
 #include <vector>
 
+#include "numeric/digamma_kernels.h"
 #include "support/tolerances.h"
 
 namespace kalvex {
@@ -50,12 +51,18 @@ TEST(Digamma, HigherOnesAreDerivativesOfTheLower) {
   }
 }
 
-TEST(Digamma, ManyTrigammasAreThoseOfOneNumberEach) {
+// No multiple of the numbers that go together.
+std::vector<Cplx> ManyArguments() {
   std::vector<Cplx> z;
   for (const double x : {1e-3, 0.5, 3.2, 9.99, 40.0}) {
     for (const double y : {-30.0, -1.5, 0.0, 0.2, 7.0, 500.0}) z.push_back({x, y});
   }
   z.pop_back();  // not a multiple of the group size
+  return z;
+}
+
+TEST(Digamma, ManyTrigammasAreThoseOfOneNumberEach) {
+  const std::vector<Cplx> z = ManyArguments();
   std::vector<Cplx> values(z.size()), slopes(z.size());
   Trigammas(z, values, slopes);
   for (std::size_t i = 0; i < z.size(); ++i) {
@@ -63,6 +70,18 @@ TEST(Digamma, ManyTrigammasAreThoseOfOneNumberEach) {
     Polygammas(z[i], psi);
     EXPECT_NEAR(Abs(values[i] - psi[1]), 0, 1e-14 * Abs(psi[1])) << z[i].re << ' ' << z[i].im;
     EXPECT_NEAR(Abs(slopes[i] - psi[2]), 0, 1e-13 * Abs(psi[2])) << z[i].re << ' ' << z[i].im;
+  }
+}
+
+TEST(Digamma, ManyTrigammasHaveTheSameBitsOnEveryWidthOfTheVectorUnits) {
+  const std::vector<Cplx> z = ManyArguments();
+  std::vector<Cplx> widest, slopesOfWidest;
+  for (const DigammaKernels* const kernels : KernelsOfThisMachine<DigammaKernels>()) {
+    std::vector<Cplx> values(z.size()), slopes(z.size());
+    kernels->trigammas(z, values, slopes);
+    if (widest.empty()) widest = values, slopesOfWidest = slopes;
+    EXPECT_EQ(values, widest);
+    EXPECT_EQ(slopes, slopesOfWidest);
   }
 }
 

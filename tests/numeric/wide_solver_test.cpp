@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "numeric/band_solver.h"
+#include "numeric/matrix_kernels.h"
 #include "numeric/rank_update.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -122,6 +124,60 @@ TEST(OuterProducts, EqualThePlainSumsForEveryLengthAndCount) {
       for (std::size_t i = 0; i < n; ++i) {
         ASSERT_NEAR(b[i], 0.25 + weighted[i], 1e-12);
         for (std::size_t j = i; j < n; ++j) ASSERT_NEAR(matrix[i * n + j], 0.5 + sums[i * n + j], 1e-12);
+      }
+    }
+  }
+}
+
+// Products may be fused with sums in one width and not in another: rounding of a sum of 37 terms below 1 tells them
+// apart.
+TEST(MatrixKernels, EveryWidthOfTheVectorUnitsAddsUpTheSameProducts) {
+  constexpr std::size_t kCount = 37;
+  std::mt19937 random(3);
+  std::uniform_real_distribution<double> value(-1, 1);
+  std::vector<double> rows(kCount * kTileColumns), columns(rows.size()), before(kTileRows * kTileColumns);
+  for (std::vector<double>* const numbers : {&rows, &columns, &before}) {
+    for (double& number : *numbers) number = value(random);
+  }
+  for (const MatrixKernels* const kernels : KernelsOfThisMachine<MatrixKernels>()) {
+    std::vector<double> tile = before, strip(before.begin(), before.begin() + kTileColumns), difference = columns;
+    kernels->addTile(rows.data(), columns.data(), kCount, -1, tile.data(), kTileColumns);
+    kernels->addWeightedStrip(std::span(rows).first(kCount), columns.data(), strip.data());
+    kernels->subtract(0.7, rows.data(), rows.size(), difference.data());
+    double product = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      product += rows[i] * columns[i];
+      EXPECT_NEAR(difference[i], columns[i] - 0.7 * rows[i], kRound);
+    }
+    EXPECT_NEAR(kernels->dot(rows.data(), columns.data(), rows.size()), product, kChain);
+    for (std::size_t c = 0; c < kTileColumns; ++c) {
+      double sum = before[c];
+      for (std::size_t p = 0; p < kCount; ++p) sum += rows[p] * columns[p * kTileColumns + c];
+      EXPECT_NEAR(strip[c], sum, kChain);
+      for (std::size_t r = 0; r < kTileRows; ++r) {
+        double entry = before[r * kTileColumns + c];
+        for (std::size_t p = 0; p < kCount; ++p) entry -= rows[p * kTileColumns + r] * columns[p * kTileColumns + c];
+        EXPECT_NEAR(tile[r * kTileColumns + c], entry, kChain);
+      }
+    }
+  }
+}
+
+TEST(MatrixKernels, EveryWidthOfTheVectorUnitsSolvesATile) {
+  std::mt19937 random(4);
+  std::uniform_real_distribution<double> value(-1, 1);
+  double l[kTileRows * kTileColumns], inverse[kTileRows], x[kTileRows * kTileColumns];
+  for (double& number : l) number = 0.3 * value(random);
+  for (double& number : inverse) number = 1 + 0.5 * value(random);
+  for (double& number : x) number = value(random);
+  for (const MatrixKernels* const kernels : KernelsOfThisMachine<MatrixKernels>()) {
+    std::vector<double> solved(std::begin(x), std::end(x));
+    kernels->solveTile(l, inverse, solved.data());
+    for (std::size_t c = 0; c < kTileColumns; ++c) {
+      for (std::size_t r = 0; r < kTileRows; ++r) {
+        double sum = solved[r * kTileColumns + c] / inverse[r];
+        for (std::size_t q = 0; q < r; ++q) sum += l[q * kTileColumns + r] * solved[q * kTileColumns + c];
+        EXPECT_NEAR(sum, x[r * kTileColumns + c], kChain);
       }
     }
   }

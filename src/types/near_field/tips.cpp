@@ -7,14 +7,13 @@
 // Fourier component of order n, as measured by a lock-in amplifier.
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
-#include "core/vector_clones.h"
 #include "evaluation/eps_sum.h"
 #include "evaluation/eval_model.h"
 #include "records/row_code.h"
 #include "types/near_field/sheet_on_surface.h"
+#include "types/near_field/tip_kernels.h"
 #include "types/types.h"
 
 namespace kalvex {
@@ -78,9 +77,6 @@ Contrast ContrastOf(const Cplx& s) {
 
 // ---- the sum over momenta
 
-constexpr std::size_t kLanes = 8;
-typedef double Pack __attribute__((vector_size(kLanes * sizeof(double))));
-
 // The mesh of qh, which is the same at all heights, with weights (qh)^2 exp(-2qh) d(qh). Points of weight 0 pad it to
 // whole packs.
 struct MomentumMesh {
@@ -90,7 +86,7 @@ struct MomentumMesh {
 
   MomentumMesh() = default;
   MomentumMesh(double from, double to, int momenta) : count(static_cast<std::size_t>(momenta)) {
-    places.resize((count + kLanes - 1) / kLanes * kLanes);
+    places.resize((count + kPack - 1) / kPack * kPack);
     weights.resize(places.size());
     const double width = (to - from) / momenta;
     for (std::size_t j = 0; j < count; ++j) {
@@ -99,25 +95,6 @@ struct MomentumMesh {
     }
   }
 };
-
-// The sum of weight*(top + s)/(bottom + s) over the mesh, with s = slope*place.
-KALVEX_VECTOR_CLONES void SumOverMesh(const MomentumMesh& mesh, const Cplx& top, const Cplx& bottom, const Cplx& slope,
-                                      Cplx* out) {
-  Pack re{}, im{};
-  for (std::size_t j = 0; j < mesh.places.size(); j += kLanes) {
-    Pack place, weight;
-    std::memcpy(&place, mesh.places.data() + j, sizeof(place));
-    std::memcpy(&weight, mesh.weights.data() + j, sizeof(weight));
-    const Pack sRe = place * slope.re, sIm = place * slope.im;
-    const Pack aRe = top.re + sRe, aIm = top.im + sIm, bRe = bottom.re + sRe, bIm = bottom.im + sIm;
-    const Pack norm = bRe * bRe + bIm * bIm;
-    const Pack share = weight / (norm < kTinyNorm ? Pack{} + kTinyNorm : norm);
-    re += (aRe * bRe + aIm * bIm) * share;
-    im += (aIm * bRe - aRe * bIm) * share;
-  }
-  *out = {};
-  for (std::size_t lane = 0; lane < kLanes; ++lane) *out += Cplx{re[lane], im[lane]};
-}
 
 // r_p of a surface at one frequency for any momentum. The surface is a plain model in the limit of large momenta, with
 // or without a sheet, or a model of type 73 or 77. Such a model is copied, and the momentum is set in the copy's row.
@@ -137,9 +114,12 @@ class Surface {
   // The sum of weight*r_p(place/h) over a mesh.
   Cplx Sum(const MomentumMesh& mesh, double h) {
     if (!HasDispersion()) return Reflection(0) * mesh.sum;
+    if (row_ < 0) {
+      return WidestKernels<TipKernels>().sumOverMesh(mesh.places, mesh.weights.data(), eps_ - 1.0, eps_ + 1.0,
+                                                     SheetPerMomentum() / h);
+    }
     Cplx sum;
-    if (row_ < 0) SumOverMesh(mesh, eps_ - 1.0, eps_ + 1.0, SheetPerMomentum() / h, &sum);
-    for (std::size_t j = 0; row_ >= 0 && j < mesh.count; ++j) sum += Reflection(mesh.places[j] / h) * mesh.weights[j];
+    for (std::size_t j = 0; j < mesh.count; ++j) sum += Reflection(mesh.places[j] / h) * mesh.weights[j];
     return sum;
   }
 

@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 
 #include "support/tolerances.h"
+#include "types/landau/ladder_kernels.h"
 
 namespace kalvex {
 namespace {
@@ -91,6 +93,36 @@ TEST(LadderSum, IsTheSumOfItsTransitions) {
     compare(sums.hall.re, hall.re);
     compare(sums.hall.im, hall.im);
   }
+}
+
+// All numbers of the sums over one portion of transitions, in all lanes.
+std::vector<double> SumsOfAPortion(const LadderKernels& kernels) {
+  const LadderTable<TypeDual> table = Transitions<TypeDual>();
+  Complex<Pack> z2, sum;
+  for (std::size_t i = 0; i < kPack; ++i) {
+    const Cplx z = At<double>(kFrequencies[i]), square = z * z;
+    z2.re.x[i] = square.re;
+    z2.im.x[i] = square.im;
+  }
+  std::vector<double> weights;
+  for (const TypeDual& weight : table.hall) weights.push_back(weight.a);
+  LadderReciprocals u;
+  LadderSlopeSum slopes;
+  kernels.invert(&table.square[0].a, sizeof(TypeDual) / sizeof(double), kLadderPortion, z2, u);
+  kernels.addValues(weights.data(), kLadderPortion, u, sum);
+  kernels.addSlopes(table.square.data(), table.hall.data(), kLadderPortion, u, slopes);
+  std::vector<Complex<Pack>> all(u.begin(), u.end());
+  all.insert(all.end(), {sum, slopes.value, slopes.bySquare});
+  all.insert(all.end(), slopes.byLane.begin(), slopes.byLane.end());
+  std::vector<double> numbers(all.size() * sizeof(all[0]) / sizeof(double));
+  std::memcpy(numbers.data(), all.data(), numbers.size() * sizeof(double));
+  return numbers;
+}
+
+TEST(LadderSum, HasTheSameBitsOnEveryWidthOfTheVectorUnits) {
+  const auto widths = KernelsOfThisMachine<LadderKernels>();
+  const std::vector<double> narrowest = SumsOfAPortion(*widths.back());
+  for (const LadderKernels* const kernels : widths) EXPECT_EQ(SumsOfAPortion(*kernels), narrowest);
 }
 
 TEST(LadderSum, ForgetsSumsWhenTransitionsChangeOrTheWidth) {

@@ -1,5 +1,6 @@
 // Compares near-field types with Fresnel limits, closed formulas of the harmonics, and published resonances.
 #include "records/model_rows.h"
+#include "types/near_field/tip_kernels.h"
 #include "types/type_fixture.h"
 
 namespace kalvex {
@@ -183,6 +184,24 @@ TEST_F(Tips, OnAGivenReflectionAreItsDipole) {
   EXPECT_LT(std::abs(Pair(atRadius, kS1, 900) - there), 1e-13);
   EXPECT_NEAR(At(atRadius, kRefl, 900), 1, 0.05);
   EXPECT_EQ(Status(Make(107, {{surface, 99, 2}, {0, 0, 0}, {3e-6, 1.2, 1}, {0, 0, 0}, {0, 60, 48}}), 900), -1);
+}
+
+TEST(TipKernels, SumsOverMomentaHaveTheSameBitsOnEveryWidthOfTheVectorUnits) {
+  std::vector<double> places, weights;
+  for (int j = 0; j < 64; ++j) {
+    places.push_back(0.05 + 0.11 * j);
+    weights.push_back(1 / (1 + places.back()));
+  }
+  const auto widths = KernelsOfThisMachine<TipKernels>();
+  // With the second bottom the denominator vanishes at one place.
+  for (const Cplx& bottom : {Cplx{-3, 0.7}, Cplx{-0.27, 0}}) {
+    const auto sumWith = [&](const TipKernels& kernels) {
+      return kernels.sumOverMesh(places, weights.data(), {-5, 0.7}, bottom, {1, 0});
+    };
+    const Cplx narrowest = sumWith(*widths.back());
+    EXPECT_TRUE(std::isfinite(narrowest.re));
+    for (const TipKernels* const kernels : widths) EXPECT_EQ(sumWith(*kernels), narrowest);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
-// Compiled once for each width of the vector units; KALVEX_VECTOR_LEVEL is the name of the width. All functions called
-// from here must be inlined. A separate function would exist only once and be shared by all widths.
-#include "evaluation/vector_kernels.h"
+#include "evaluation/spectrum_kernels.h"
 
 #include <cmath>
 
@@ -8,7 +6,7 @@
 #include "evaluation/stack_formulas.h"
 #include "terms/lorentz.h"
 
-namespace kalvex::KALVEX_VECTOR_LEVEL {
+namespace kalvex {
 namespace {
 
 // ---- rows
@@ -138,12 +136,12 @@ void AddRows(std::span<const PlainRow> rows, const RowBounds& bounds, const doub
   }
 }
 
-KALVEX_FLATTEN void AddOscillators(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
+KALVEX_FLATTEN void AddRowsToBlock(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
                                    double* im) {
   AddRows<false>(rows, bounds, w, re, im, nullptr);
 }
 
-KALVEX_FLATTEN void AddOscillatorsForSlopes(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w,
+KALVEX_FLATTEN void AddRowsToBlockForSlopes(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w,
                                             double* re, double* im, double* inverses) {
   AddRows<true>(rows, bounds, w, re, im, inverses);
 }
@@ -356,16 +354,40 @@ KALVEX_FLATTEN void StackBlock(const StackBlockInput& in, StackBlockRoom& room, 
   }
 }
 
+// ---- products
+
+void Multiply(const double* a, const double* b, double* out) {
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] = a[i] * b[i];
+}
+
+void AddMultiples(const double* a, const double* rows, std::size_t count, double* out) {
+  double sum[kSpectrumBlock] = {};
+  for (std::size_t j = 0; j < count; ++j, rows += kSpectrumBlock) {
+    for (std::size_t i = 0; i < kSpectrumBlock; ++i) sum[i] += a[j] * rows[i];
+  }
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] += sum[i];
+}
+
+void MultiplyPairs(const double* a, const double* b, const double* c, const double* d, double* out) {
+  for (std::size_t i = 0; i < kSpectrumBlock; ++i) out[i] = a[i] * b[i] + c[i] * d[i];
+}
+
 }  // namespace
 
-extern const VectorKernels kKernels;
-constinit const VectorKernels kKernels = {AddOscillators,
-                                          AddOscillatorsForSlopes,
-                                          SlopesOfOscillator,
-                                          QuantityValues,
-                                          QuantityValuesAndSlopes,
-                                          WeightedRows,
-                                          SumOfSquares,
-                                          StackBlock};
+template <>
+const SpectrumKernels& KernelsOfWidth<SpectrumKernels, VectorWidth::KALVEX_VECTOR_WIDTH>() {
+  static constexpr SpectrumKernels kKernels = {AddRowsToBlock,
+                                               AddRowsToBlockForSlopes,
+                                               SlopesOfOscillator,
+                                               QuantityValues,
+                                               QuantityValuesAndSlopes,
+                                               WeightedRows,
+                                               SumOfSquares,
+                                               StackBlock,
+                                               Multiply,
+                                               AddMultiples,
+                                               MultiplyPairs};
+  return kKernels;
+}
 
-}  // namespace kalvex::KALVEX_VECTOR_LEVEL
+}  // namespace kalvex

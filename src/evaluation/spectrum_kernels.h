@@ -1,11 +1,11 @@
-// The loops over packs of frequencies. They are compiled once for each width of the vector units. The widest version
-// that the machine supports is selected at run time. All versions give the same bits: no product is fused with a sum.
+// The loops over packs of frequencies. All widths of the vector units give the same bits.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <span>
 
+#include "core/vector_width.h"
 #include "evaluation/oscillator_block.h"
 #include "evaluation/quantity_block.h"
 #include "evaluation/stack_block.h"
@@ -16,7 +16,7 @@ namespace kalvex {
 // Whether each pack of a block was computed. If not, its lanes need different branches of a formula.
 using PacksDone = std::array<bool, kSpectrumBlock / kPack>;
 
-struct VectorKernels {
+struct SpectrumKernels {
   // As the functions of oscillator_block.h.
   void (*addOscillators)(std::span<const PlainRow> rows, const RowBounds& bounds, const double* w, double* re,
                          double* im);
@@ -36,10 +36,10 @@ struct VectorKernels {
   double (*sumOfSquares)(const double* values, const double* y, const double* sigma, std::size_t count);
   // As FillStackBlock.
   void (*stackBlock)(const StackBlockInput& in, StackBlockRoom& room, std::span<StackBlockResult> results);
+  // out = a b, out += sum over the rows of a_j b_j, and out = a b + c d, at the frequencies of a block.
+  void (*multiply)(const double* a, const double* b, double* out);
+  void (*addMultiples)(const double* a, const double* rows, std::size_t count, double* out);
+  void (*multiplyPairs)(const double* a, const double* b, const double* c, const double* d, double* out);
 };
-
-// The versions that this machine can run, the widest first.
-std::span<const VectorKernels* const> VectorKernelsOfThisMachine();
-inline const VectorKernels& WidestKernels() { return *VectorKernelsOfThisMachine().front(); }
 
 }  // namespace kalvex
