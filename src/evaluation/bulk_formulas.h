@@ -24,45 +24,45 @@ template <class T>
 using Input = QuantityInputOf<T>;
 
 // One complex number with its derivatives.
-template <class T, int K>
+template <class T, std::size_t K>
 struct Slope {
   Complex<T> z;
   std::array<Complex<T>, K> d{};
 };
 
 // The derivatives of a number of which slopeOf(k) tells the k-th.
-template <class T, int K, class SlopeOf>
+template <class T, std::size_t K, class SlopeOf>
 std::array<Complex<T>, K> Slopes(SlopeOf slopeOf) {
   std::array<Complex<T>, K> d;
   for (std::size_t k = 0; k < K; ++k) d[k] = slopeOf(k);
   return d;
 }
 
-template <class T, int K>
+template <class T, std::size_t K>
 Slope<T, K> ScaledBy(const Slope<T, K>& s, const T& factor) {
   return {s.z * factor, Slopes<T, K>([&](std::size_t k) { return s.d[k] * factor; })};
 }
 
-template <class T, int K>
+template <class T, std::size_t K>
 Slope<T, K> Constant(const Complex<T>& z) {
   return {z, {}};
 }
 
 // eps itself.
-template <class T, int K>
+template <class T, std::size_t K>
 Slope<T, K> OfEps(const Complex<T>& eps) {
   return {eps, Slopes<T, K>([](std::size_t k) { return Complex<T>{T(k == 0 ? 1.0 : 0.0), T(0)}; })};
 }
 
 // n = sqrt(eps mu) and the reflection amplitude r = (sqrt(mu) - sqrt(eps))/(sqrt(mu) + sqrt(eps)) of the surface at
 // normal incidence, with sqrt(mu) = 1 where there is none.
-template <class T, int K>
+template <class T, std::size_t K>
 struct Surface {
   Slope<T, K> n;
   Slope<T, K> r;
 };
 
-template <int K, class T>
+template <std::size_t K, class T>
 Surface<T, K> SurfaceOf(const Complex<T>& eps) {
   const Complex<T> n = Sqrt(eps), inverse = T(1) / (T(1) + n), r = (T(1) - n) * inverse;
   Surface<T, K> out{{n, {}}, {r, {}}};
@@ -88,7 +88,7 @@ void ClearSlopes(Out& out) {
 }
 
 // Adds factor |t|^2 and its derivatives.
-template <class T, int K, class Out>
+template <class T, std::size_t K, class Out>
 void AddSquaredModulus(const Slope<T, K>& t, const T& factor, Out& out) {
   out.value += factor * Norm(t.z);
   const Complex<T> twice = (T(2) * factor) * Conj(t.z);
@@ -121,7 +121,7 @@ struct ExpInputs {
 template <class T, class Out>
 ExpInputs(const QuantityInputOf<T>&, Out&) -> ExpInputs<T, Out>;
 
-template <class T, int K, class Out>
+template <class T, std::size_t K, class Out>
 bool NormalReflectivity(const Input<T>& in, const Surface<T, K>& surface, Out& out) {
   const ExpInputs exp{in, out};
   out.value = 0;
@@ -135,7 +135,7 @@ bool NormalReflectivity(const Input<T>& in, const Surface<T, K>& surface, Out& o
 // ---- plates
 
 // Transmission amplitude of a plate of the thickness at one node, and its derivative by the thickness.
-template <class T, int K>
+template <class T, std::size_t K>
 struct PlateAmplitude {
   Slope<T, K> t;
   Complex<T> dThickness;
@@ -143,7 +143,7 @@ struct PlateAmplitude {
 
 // E = exp(2 pi i n w d). An exponent whose real part exceeds kGrowthLimit is the sign of an unphysical medium; E then
 // counts as exactly 1 with no derivative.
-template <class T, int K>
+template <class T, std::size_t K>
 struct PlatePhase {
   Slope<T, K> E;
   Complex<T> dThickness;
@@ -153,14 +153,14 @@ inline constexpr double kGrowthLimit = 50;
 inline constexpr double kGrowthEnd = 700;
 
 // u = 2 pi i n w d
-template <class T, int K>
+template <class T, std::size_t K>
 PlatePhase<T, K> PhaseOf(const Slope<T, K>& n, const T& w, double d, const Complex<T>& u) {
   const Complex<T> E = Exp(u), iE = TimesI(E) * (T(kTwoPi) * w);
   return {{E, Slopes<T, K>([&](std::size_t k) { return (iE * n.d[k]) * T(d); })}, iE * n.z};
 }
 
 // Coherent plate: t = (1 - r^2) E/(1 - r^2 E^2). Tells for which lanes the denominator fails.
-template <class T, int K>
+template <class T, std::size_t K>
 Lanes CoherentAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, PlateAmplitude<T, K>& out) {
   const Complex<T> E = phase.E.z, r2 = r.z * r.z, E2 = E * E;
   const Complex<T> den = T(1) - r2 * E2;
@@ -177,7 +177,7 @@ Lanes CoherentAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, Pla
 }
 
 // A single pass without the multiple reflections, and so without fringes: t = (1 - r^2) E.
-template <class T, int K>
+template <class T, std::size_t K>
 Lanes SinglePassAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, PlateAmplitude<T, K>& out) {
   const Complex<T> E = phase.E.z, byR = (T(-2) * r.z) * E, byE = T(1) - r.z * r.z;
   out.t = {byE * E, Slopes<T, K>([&](std::size_t k) { return byR * r.d[k] + byE * phase.E.d[k]; })};
@@ -186,7 +186,7 @@ Lanes SinglePassAmplitude(const Slope<T, K>& r, const PlatePhase<T, K>& phase, P
 }
 
 // Average over the thickness distribution.
-template <class T, int K, class Out, class AmplitudeOf>
+template <class T, std::size_t K, class Out, class AmplitudeOf>
 bool PlateTransmission(const Input<T>& in, const Surface<T, K>& surface, Out& out, AmplitudeOf amplitudeOf) {
   const ExpInputs exp{in, out};
   const double thickness = exp.Value(kSampleThickness), spread = exp.Value(kThicknessSpread);
@@ -226,7 +226,7 @@ bool PlateTransmission(const Input<T>& in, const Surface<T, K>& surface, Out& ou
 // ---- oblique incidence
 
 // Reflection amplitude at one angle of incidence, and its derivatives by the sine squared and the cosine of that angle.
-template <class T, int K>
+template <class T, std::size_t K>
 struct ObliqueAmplitude {
   Slope<T, K> r;
   Complex<T> dSin2;
@@ -234,7 +234,7 @@ struct ObliqueAmplitude {
 };
 
 // q = (a - b)/(a + b), from a and b with all their derivatives. Tells for which lanes the denominator fails.
-template <class T, int K>
+template <class T, std::size_t K>
 Lanes ContrastOf(const ObliqueAmplitude<T, K>& a, const ObliqueAmplitude<T, K>& b, ObliqueAmplitude<T, K>& out) {
   const Complex<T> sum = a.r.z + b.r.z;
   const Lanes fails = LanesOf(Norm(sum) < T(kTinySquared));
@@ -249,13 +249,13 @@ Lanes ContrastOf(const ObliqueAmplitude<T, K>& a, const ObliqueAmplitude<T, K>& 
 }
 
 // c z, with c the cosine.
-template <class T, int K>
+template <class T, std::size_t K>
 ObliqueAmplitude<T, K> TimesCos(const Slope<T, K>& z, double c) {
   return {ScaledBy(z, T(c)), {}, z.z};
 }
 
 // sqrt of an argument given with its derivatives. The derivative of the root has no limit at 0 and is left out there.
-template <class T, int K>
+template <class T, std::size_t K>
 ObliqueAmplitude<T, K> RootOf(const Slope<T, K>& z, const Complex<T>& dSin2) {
   const Complex<T> m = Sqrt(z.z);
   const auto zero = Norm(m) == T(0);
@@ -271,8 +271,8 @@ struct Angle {
 
 // Without a permeability: rp = (eps c - m)/(eps c + m), rs = (c - m)/(c + m), and the ratio rps = (s^2 - m c)/(s^2 + m
 // c), which avoids the quotient of the two; m = sqrt(eps - s^2).
-template <int K, class T>
-Lanes ObliqueOfEps(int quantity, const Complex<T>& eps, const Angle& angle, ObliqueAmplitude<T, K>& out) {
+template <std::size_t K, class T>
+Lanes ObliqueOfEps(Quantity quantity, const Complex<T>& eps, const Angle& angle, ObliqueAmplitude<T, K>& out) {
   Slope<T, K> argument = OfEps<T, K>(eps);
   argument.z = argument.z - T(angle.s2);
   const ObliqueAmplitude<T, K> m = RootOf(argument, Complex<T>{T(-1), T(0)});
@@ -284,7 +284,7 @@ Lanes ObliqueOfEps(int quantity, const Complex<T>& eps, const Angle& angle, Obli
 }
 
 // Average over the distribution of angles. A node whose denominator fails sets the sum so far to 1.
-template <int K, class T, class Out, class AmplitudeAt>
+template <std::size_t K, class T, class Out, class AmplitudeAt>
 bool ObliqueReflectivity(const Input<T>& in, Out& out, AmplitudeAt amplitudeAt) {
   const ExpInputs exp{in, out};
   const double mean = exp.Value(kAngleOfIncidence), spread = exp.Value(kAngleSpread);
@@ -333,7 +333,7 @@ bool Put(Out& out, const T& value, const T& dRe, const T& dIm) {
 
 // scale Re n for Refraction, scale Im n for Extinction; the derivative of an analytic function by Im eps is i times
 // that by Re eps.
-template <class T, int K, class Out>
+template <class T, std::size_t K, class Out>
 bool IndexPart(const Slope<T, K>& n, bool imaginary, const T& scale, Out& out) {
   const auto part = [&](const Complex<T>& z) { return scale * (imaginary ? z.im : z.re); };
   out.value = part(n.z);
@@ -350,7 +350,7 @@ bool IndexPart(const Slope<T, K>& n, bool imaginary, const T& scale, Out& out) {
 }
 
 // alpha = 4 pi w Im n and the penetration depth 1/(2 pi w Im n), both without a value where w or Im n is 0.
-template <class T, int K, class Out>
+template <class T, std::size_t K, class Out>
 bool AbsorptionOrDepth(const Input<T>& in, const Slope<T, K>& n, bool depth, Out& out) {
   const Lanes none = LanesOf((Fabs(in.w) < T(kTinyNorm)) | (Fabs(n.z.im) < T(kTinyNorm)));
   if (none == Lanes::kSome) return false;
@@ -382,8 +382,8 @@ bool RealConductivity(const Input<T>& in, const Complex<T>& eps, Out& out) {
 }
 
 // The Quantities that are the same function of the surface with and without a permeability.
-template <class T, int K, class Out>
-bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, int quantity, Out& out) {
+template <class T, std::size_t K, class Out>
+bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, Quantity quantity, Out& out) {
   switch (quantity) {
     case kRefl:
       return NormalReflectivity(in, surface, out);
@@ -394,14 +394,25 @@ bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, int quant
     case kN1:
     case kN2:
       return IndexPart(surface.n, quantity == kN2, T(1), out);
-    default:
+    case kDepth:
+    case kAlpha:
       return AbsorptionOrDepth(in, surface.n, quantity == kDepth, out);
+    case kRp:
+    case kRs:
+    case kRps:
+    case kE1:
+    case kE2:
+    case kS1:
+    case kS2:
+    case kLoss:
+      break;
   }
+  return false;
 }
 
 // Any Quantity, for an |eps| between the limits.
-template <int K, class T, class Out>
-bool QuantityBetweenLimits(const Input<T>& in, const Complex<T>& eps, int quantity, Out& out) {
+template <std::size_t K, class T, class Out>
+bool QuantityBetweenLimits(const Input<T>& in, const Complex<T>& eps, Quantity quantity, Out& out) {
   switch (quantity) {
     case kRp:
     case kRs:
@@ -419,9 +430,16 @@ bool QuantityBetweenLimits(const Input<T>& in, const Complex<T>& eps, int quanti
       return Put(out, -in.w * (eps.re - T(1)) / T(60), -in.w / T(60), T(0));
     case kLoss:
       return LossFunction(eps, out);
-    default:
+    case kRefl:
+    case kTrans:
+    case kDefringed:
+    case kN1:
+    case kN2:
+    case kDepth:
+    case kAlpha:
       return SurfaceQuantity(in, SurfaceOf<K>(eps), quantity, out);
   }
+  return false;
 }
 
 }  // namespace kalvex::bulk

@@ -23,7 +23,7 @@ class PlainRows {
   void Sum(const double* w, bool forSlopes, double* re, double* im);
 
   // The claimed slopes of a Quantity that has these derivatives by the sum made last, at the same frequencies.
-  void FillSlopes(SpectrumBlock& block, int quantity, const double* w, const double* dRe, const double* dIm);
+  void FillSlopes(SpectrumBlock& block, Quantity quantity, const double* w, const double* dRe, const double* dIm);
 
  private:
   static constexpr std::size_t kNobody = static_cast<std::size_t>(-1);

@@ -26,6 +26,6 @@ struct QuantityBlock {
 };
 
 // What QuantityOfEps gives at each frequency. Of `in` the frequency does not count.
-void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
+void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, Quantity quantity, QuantityBlock& out);
 
 }  // namespace kalvex

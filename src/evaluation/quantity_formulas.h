@@ -22,13 +22,13 @@ using QuantityInput = QuantityInputOf<double>;
 
 // Fills value, dRe, dIm, and dExp of the adjustable experimental parameters. An |eps| above 1e30 or below 1e-30 gives
 // the Quantity's limiting value with dRe = dIm = 0, and leaves dExp alone.
-void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out);
+void QuantityOfEps(const QuantityInput& in, const Cplx& eps, Quantity quantity, QuantityResult& out);
 // The same with a permeability; dMuRe and dMuIm too. E1, E2, S1, S2 and LF, which have no meaning there, give 0.
-void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out);
+void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, Quantity quantity, QuantityResult& out);
 
 // For the dependency pass: derivatives of 1 where the Quantity depends on its input at all, 0 elsewhere.
-void DependencyStub(int quantity, Quantity& out);
-void DependencyStubMu(int quantity, Quantity& out);
+void DependencyStub(Quantity quantity, QuantityResult& out);
+void DependencyStubMu(Quantity quantity, QuantityResult& out);
 
 inline constexpr double kRadiansPerDegree = 0.017453292519943295;
 

@@ -40,7 +40,7 @@ constexpr Cost kOfCodes = {100, 200};  // of rows with codes, whatever their num
 constexpr Cost kOfAverage = {40, 60};  // of a Quantity that is an average over thickness or angle
 constexpr Cost kOfLayer = {10, 25};    // of a type that fills blocks at once
 constexpr Cost kOfType = {50, 100};    // of another
-constexpr QuantitySet kAverages = SetOf(kTrans) | SetOf(kRp) | SetOf(kRs) | SetOf(kRps) | SetOf(kDefringed);
+constexpr QuantitySet kAverages = {kTrans, kRp, kRs, kRps, kDefringed};
 
 Cost operator+(const Cost& a, const Cost& b) { return {a.values + b.values, a.withSlopes + b.withSlopes}; }
 Cost operator*(std::size_t n, const Cost& a) {
@@ -56,7 +56,7 @@ Cost CostOfSum(const Model& model) {
 Cost CostOfQuantities(const EvalContext& ctx, const Model& model, QuantitySet wanted) {
   const ModelType* const type = TypeOf(ctx, model);
   if (!type) {
-    const auto averages = static_cast<std::size_t>(std::popcount(static_cast<QuantitySet>(wanted & kAverages)));
+    const std::size_t averages = (wanted & kAverages).Count();
     return kOfFrequency + CostOfSum(model) + averages * kOfAverage;
   }
   Cost cost = type->fillerOf ? static_cast<std::size_t>(RowCount(model)) * kOfLayer : kOfType;

@@ -11,7 +11,7 @@
 #include <typeindex>
 #include <vector>
 
-#include "core/limits.h"
+#include "datasets/quantity.h"
 #include "numeric/complex.h"
 #include "numeric/dual.h"
 
@@ -22,8 +22,9 @@ struct ModelParam;
 struct ParamSlopes;
 
 // Directions in which a pass over a type's formula carries derivatives.
-inline constexpr int kTypeLanes = 8;
+inline constexpr std::size_t kTypeLanes = 8;
 using TypeDual = Dual<kTypeLanes>;
+inline constexpr auto kNoDirection = static_cast<std::size_t>(-1);
 
 struct TypeScratch {
   std::span<const double> ahead;         // as in the stack
@@ -33,10 +34,10 @@ struct TypeScratch {
   std::vector<double> partnerX;          // frequency at which the partner is asked
   std::vector<const ModelParam*> param;  // of a number that can be fitted, else null
   std::vector<int> row;                  // in which the input stands
-  std::vector<int> direction;            // the first of the input's directions, -1 if nothing can vary it
-  std::vector<std::array<double, kQuantityCount>> quantities;  // of an evaluated partner
+  std::vector<std::size_t> direction;    // the first of the input's directions, kNoDirection if nothing can vary it
+  std::vector<PerQuantity<double>> quantities;  // of an evaluated partner
   std::vector<Complex<TypeDual>> dual;
-  std::vector<std::array<TypeDual, kQuantityCount>> dualQuantities;
+  std::vector<PerQuantity<TypeDual>> dualQuantities;
   std::vector<double> slopes;      // of each Quantity by each direction
   std::vector<Cplx> epsSlopes;     // of a material's dielectric function by each direction
   std::vector<ParamSlopes*> free;  // by every adjustable parameter of the tables

@@ -33,7 +33,7 @@ struct ChiSqTermList {
 // millions of points takes as long as their numbers take to come from memory.
 struct TermPoints {
   int term = 0;
-  int quantity = 0;
+  Quantity quantity = kRefl;
   bool oneEach = true;  // no two of the points share a frequency of the spectrum
   std::vector<double> y;
   std::vector<double> sigma;

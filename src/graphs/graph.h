@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "core/enum_array.h"
 #include "core/limits.h"
+#include "datasets/quantity.h"
 
 namespace kalvex {
 
@@ -26,12 +28,14 @@ struct StrokeBuffer {
 };
 
 enum class CurveKind : int { kData = 0, kModel = 1, kChiSq = 2, kMulti = 3, kFreq = 4, kReader = 5 };
-inline constexpr int kCurveKinds = 5;  // that stand in lists
+inline constexpr int kCurveKinds = static_cast<int>(CurveKind::kReader);  // that stand in lists
+template <>
+inline constexpr std::size_t kEnumCount<CurveKind> = kCurveKinds;
 
 struct Curve {
   std::uint32_t order = 0;  // in which the user chose the curves
   CurveKind kind = CurveKind::kData;
-  int quantity = -1;
+  Quantity quantity = kRefl;    // of all kinds but kFreq and kReader
   std::uint32_t datasetId = 0;  // of kinds kData and kChiSq
   std::uint32_t modelId = 0;    // the model's number, of all kinds but kData
   int nColor = 0;               // row of the colour table, 0 for an automatic colour
@@ -135,7 +139,7 @@ inline constexpr std::array<const char*, 8> kSymbolSizeNames = {"1", "3", "5", "
 enum class SymbolShape : int { kSquare, kCircle, kUpTriangle, kDownTriangle, kDiamond };
 inline constexpr std::array<const char*, 5> kSymbolShapeNames = {"Square", "Circle", "Up triangle", "Down triangle",
                                                                  "Diamond"};
-inline constexpr std::array<const char*, kCurveKinds> kCurveKindNames = {"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"};
+inline constexpr auto kCurveKindNames = FullTable<CurveKind, const char*>({"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"});
 
 // Size in pixels of a curve's symbols, 0 if it shows none or its size or shape is no row of the tables.
 inline int SymbolSizeOf(const Curve& curve) {

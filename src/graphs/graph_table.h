@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "datasets/dataset.h"
 #include "graphs/graph.h"
@@ -41,9 +42,9 @@ void ApplyAxes(Graph& graph);
 
 // New curves of each kind, as a macro adds them.
 Curve DataCurve(const Dataset& dataset);
-Curve ModelCurve(const Model& model, int quantity);
+Curve ModelCurve(const Model& model, Quantity quantity);
 Curve ChiSqCurve(const Dataset& dataset, const Model& model);
-Curve MultiCurve(const Model& model, int quantity);
+Curve MultiCurve(const Model& model, Quantity quantity);
 Curve FreqCurve(const Model& model);
 
 // The order in which curves are built, in which the model curves of a model stand together.
@@ -56,7 +57,7 @@ void AssignColors(std::vector<Curve>& curves);
 void AddCurve(Graph& graph, Curve curve);
 // The first curve of that kind, of the dataset or the model, and of the Quantity unless it is -1. False if there is
 // none.
-bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, int quantity);
+bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, std::optional<Quantity> quantity);
 
 // What every graph does when it hears of a change. Without autoUpdate a changed parameter leaves the curves as they
 // are, until a forced update.

@@ -147,7 +147,7 @@ class Session {
   // Rows outside of the range take no part in the fit; a limit that is not given stays. kLater: nobody is told, and the
   // next rebuilding of the fit's points takes the new range.
   Status CutDataset(int slot, std::optional<double> xMin, std::optional<double> xMax, Heard heard);
-  Status SetDatasetQuantity(int slot, int quantity, Heard heard);
+  Status SetDatasetQuantity(int slot, Quantity quantity, Heard heard);
   // Can be done during a fit. A slot that holds nothing gives an empty file.
   Status ExportDataset(int slot, const std::string& file, bool onlyFitted, bool errorBars);
 
@@ -235,7 +235,7 @@ class Session {
   Status EditGraph(std::uint32_t graph, const GraphEdit& edit);
   Status AddCurve(std::uint32_t graph, const Curve& curve);
   // The first curve of that kind, of that dataset (its id) or model, and of the Quantity unless it is -1.
-  Status RemoveCurve(std::uint32_t graph, CurveKind kind, std::uint32_t of, int quantity);
+  Status RemoveCurve(std::uint32_t graph, CurveKind kind, std::uint32_t of, std::optional<Quantity> quantity);
   Status SetCurves(std::uint32_t graph, std::vector<Curve> curves);
   Status SetAutoScreenUpdate(bool on);
   Status SetGraphReader(bool on);

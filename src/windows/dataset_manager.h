@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,7 +18,7 @@ inline constexpr int kManagerRows = 10;
 struct ManagerRow {
   std::string button;  // what it does to the slot
   std::string name;
-  int quantity = -1;  // entry of the list of short names; -1 for none
+  std::optional<Quantity> quantity;  // that the list of short names shows
   std::string cutMin, cutMax;
   std::string points;
   bool enabled = false;  // of all controls but the button
@@ -45,7 +46,7 @@ void RefreshDatasetRow(DatasetManager& manager, const DatasetTable& datasets, in
 void PressDatasetButton(Desk& desk, int slot);
 void PressUnloadAll(Desk& desk);
 // Curves and terms of the fit take the new Quantity when they are next rebuilt.
-void ChooseQuantity(Desk& desk, int slot, int quantity);
+void ChooseQuantity(Desk& desk, int slot, Quantity quantity);
 // Every change of the text, with each character typed. What the field shows already is no change. Until the field is
 // left they are one step of the history.
 void TypeCutMin(Desk& desk, int slot, std::string_view text);

@@ -53,8 +53,8 @@ struct CurveLook {
 
 struct GraphContents {
   std::string caption;
-  std::array<bool, kCurveKinds> kinds;  // ticks of the two groups of filters
-  std::array<bool, kQuantityCount> quantities;
+  EnumArray<CurveKind, bool> kinds;  // ticks of the two groups of filters
+  PerQuantity<bool> quantities;
   std::vector<ListedCurve> available;
   std::vector<ListedCurve> chosen;
   CurveLook look;  // as the group shows it: the texts as a person types them
@@ -64,8 +64,8 @@ struct GraphContents {
 GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const ParamTables& params);
 // Builds the list of available curves anew, after a change of a tick. The ticks "All" are those of a group together.
 void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const ParamTables& params);
-bool AllTicked(const std::array<bool, kCurveKinds>& kinds);
-bool AllTicked(const std::array<bool, kQuantityCount>& quantities);
+bool AllTicked(const EnumArray<CurveKind, bool>& kinds);
+bool AllTicked(const PerQuantity<bool>& quantities);
 
 // A curve of either list is selected or no longer; several can be at a time.
 void SelectAvailable(GraphContents& contents, std::size_t curve, bool selected);
