@@ -42,7 +42,7 @@ void MakeProblem(kalvex::Tables& tables) {
   dataset.id = tables.datasets.nextId++;
   std::mt19937 random(2);
   std::normal_distribution<double> noise(0, 0.002);
-  kalvex::WantOnly(tables.eval.quantities, kalvex::SetOf(kalvex::kRefl));
+  kalvex::WantOnly(tables.eval.quantities, kalvex::QuantitySet{kalvex::kRefl});
   for (int i = 0; i < kPoints; ++i) {
     const double x = 20 * std::pow(1000.0, i / (kPoints - 1.0));
     kalvex::EvalModel(tables.eval, model, x, false);

@@ -42,7 +42,7 @@ struct LiveGraph {
     data.ShowLine = data.ShowSymbol = data.ShowError = true;
     data.nSymbolSize = 2;
     kalvex::AddCurve(graph, data);
-    for (const int quantity : kCurves) kalvex::AddCurve(graph, kalvex::ModelCurve(model, quantity));
+    for (const Quantity quantity : kCurves) kalvex::AddCurve(graph, kalvex::ModelCurve(model, quantity));
     graph.Width = 800;
     graph.Height = 600;
     kalvex::RebuildGraph(graph);

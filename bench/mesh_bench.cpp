@@ -62,14 +62,14 @@ struct Problem {
     return dataset;
   }
 
-  void Measure(int slot, int quantity) {
+  void Measure(int slot, Quantity quantity) {
     kalvex::Dataset& dataset = Slot(slot);
     dataset.Quantity = quantity;
-    kalvex::WantOnly(tables.eval.quantities, kalvex::SetOf(quantity));
+    kalvex::WantOnly(tables.eval.quantities, kalvex::QuantitySet{quantity});
     for (int i = 0; i < kPoints; ++i) {
       const double x = Frequency(i, kPoints);
       kalvex::EvalModel(tables.eval, model, x, false);
-      dataset.points.push_back({x, tables.eval.quantities[static_cast<std::size_t>(quantity)].value, 0.005});
+      dataset.points.push_back({x, tables.eval.quantities[quantity].value, 0.005});
     }
     dataset.firstActive = 0;
     dataset.lastActive = kPoints - 1;

@@ -67,9 +67,7 @@ void StackOfFiveLayers(benchmark::State& state) {
   NewModel(tables, 3, {{0, 3000, 200}});
   Model& stack =
       NewModel(tables, -2, {{1, 0.0004, 0}, {2, 0.0006, spread}, {3, 0.00002, 0}, {1, 0.0009, spread}, {2, 0.0003, 0}});
-  EvaluateWithDerivatives(
-      state, tables, stack, 50, 4000, 4000,
-      static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kTrans)));
+  EvaluateWithDerivatives(state, tables, stack, 50, 4000, 4000, kalvex::QuantitySet{kalvex::kRefl, kalvex::kTrans});
 }
 BENCHMARK(StackOfFiveLayers)
     ->ArgNames({"spread", "threads"})
@@ -89,7 +87,7 @@ void PulseOf4096Points(benchmark::State& state) {
   }
   NewModel(tables, 2.1, {{53, 9, 10}, {1000, 570, 22000}});
   Model& slab = NewModel(tables, -51, {{1, 1, 0}, {0, 12, kPoints}, {0, 0.05, 0}, {3, 0, 100}});
-  EvaluateWithDerivatives(state, tables, slab, 0, 12, kPoints, kalvex::SetOf(kalvex::kRp));
+  EvaluateWithDerivatives(state, tables, slab, 0, 12, kPoints, kalvex::QuantitySet{kalvex::kRp});
 }
 BENCHMARK(PulseOf4096Points)->Unit(benchmark::kMillisecond);
 
@@ -97,8 +95,7 @@ BENCHMARK(PulseOf4096Points)->Unit(benchmark::kMillisecond);
 void GrapheneInAField(benchmark::State& state) {
   Tables tables;
   Model& model = NewModel(tables, -41, {{50, 7, 40}, {1.5, 0, 0}, {0.01, 0.15, 0.01}, {1e6, 1, 0}});
-  EvaluateWithDerivatives(state, tables, model, 50, 4000, 1000,
-                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kS1) | kalvex::SetOf(kalvex::kS2)),
+  EvaluateWithDerivatives(state, tables, model, 50, 4000, 1000, kalvex::QuantitySet{kalvex::kS1, kalvex::kS2},
                           [&] { kalvex::Cell(model, 2, kalvex::Wp).value += 1e-6; });
 }
 BENCHMARK(GrapheneInAField)->Unit(benchmark::kMillisecond);
@@ -118,15 +115,15 @@ void FitOfGrapheneInAField(benchmark::State& state) {
   };
   for (kalvex::ModelParam& param : model.rows) param.adjustable = false;
   setBackgroundBroadeningWeight(0);
-  for (const int quantity : {kalvex::kS1, kalvex::kS2}) {
+  for (const Quantity quantity : {kalvex::kS1, kalvex::kS2}) {
     kalvex::Dataset& dataset = tables.datasets.slots[quantity == kalvex::kS1 ? 0 : 1];
     dataset.id = tables.datasets.nextId++;
     dataset.Quantity = quantity;
-    kalvex::WantOnly(tables.eval.quantities, kalvex::SetOf(quantity));
+    kalvex::WantOnly(tables.eval.quantities, kalvex::QuantitySet{quantity});
     for (int i = 0; i < 1000; ++i) {
       const double x = 50 + 3.95 * i;
       kalvex::EvalModel(tables.eval, model, x, false);
-      const double y = tables.eval.quantities[static_cast<std::size_t>(quantity)].value;
+      const double y = tables.eval.quantities[quantity].value;
       dataset.points.push_back({x, y, 0.01 * std::fabs(y) + 1});
     }
     dataset.firstActive = 0;
@@ -158,10 +155,8 @@ void BilayerInAField(benchmark::State& state) {
                            {0, 0, 0},
                            {0, 0, 0},
                            {0, 0, 0}});
-  EvaluateWithDerivatives(
-      state, tables, model, 50, 4000, 1000,
-      static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kTrans) | kalvex::SetOf(kalvex::kDepth)),
-      [&] { kalvex::Cell(model, 2, kalvex::G).value += 1e-6; });
+  EvaluateWithDerivatives(state, tables, model, 50, 4000, 1000, kalvex::QuantitySet{kalvex::kTrans, kalvex::kDepth},
+                          [&] { kalvex::Cell(model, 2, kalvex::G).value += 1e-6; });
 }
 BENCHMARK(BilayerInAField)->Unit(benchmark::kMillisecond);
 
@@ -180,8 +175,7 @@ void BismuthInAField(benchmark::State& state) {
                            {0, 0, 0},
                            {0, 0, 0},
                            {0, 0, 0}});
-  EvaluateWithDerivatives(state, tables, model, 20, 1000, 1000,
-                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kRp)),
+  EvaluateWithDerivatives(state, tables, model, 20, 1000, 1000, kalvex::QuantitySet{kalvex::kRefl, kalvex::kRp},
                           [&] { kalvex::Cell(model, 1, kalvex::Wp).value += 1e-6; });
 }
 BENCHMARK(BismuthInAField)->Unit(benchmark::kMillisecond);
@@ -195,8 +189,7 @@ void TipOnASurface(benchmark::State& state) {
   NewModel(tables, -73, {{1, 0, 0}, {0, 0, 0}});
   const double sample = state.range(0) ? 3 : 1;
   Model& model = NewModel(tables, -80, {{sample, 2, 2}, {0, 0, 0}, {2e-6, 1.02, 1}, {0, 12, 100}, {0, 60, 64}});
-  EvaluateWithDerivatives(state, tables, model, 800, 1050, 1000,
-                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kE1) | kalvex::SetOf(kalvex::kE2)));
+  EvaluateWithDerivatives(state, tables, model, 800, 1050, 1000, kalvex::QuantitySet{kalvex::kE1, kalvex::kE2});
 }
 BENCHMARK(TipOnASurface)->ArgName("surface")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
@@ -220,10 +213,10 @@ void BandsOfABilayer(benchmark::State& state) {
                            {0, 1.2, 60},
                            {0.3333, 0.14, cells},
                            {0.6667, 0.14, cells}});
-  const auto wanted =
-      static_cast<kalvex::QuantitySet>(cells > 0 ? kalvex::SetOf(kalvex::kDepth)
-                                                 : kalvex::SetOf(kalvex::kRefl) | kalvex::SetOf(kalvex::kTrans) |
-                                                       kalvex::SetOf(kalvex::kRp) | kalvex::SetOf(kalvex::kRs));
+  const auto wanted = static_cast<kalvex::QuantitySet>(
+      cells > 0 ? kalvex::QuantitySet{kalvex::kDepth}
+                : kalvex::QuantitySet{kalvex::kRefl} | kalvex::QuantitySet{kalvex::kTrans} |
+                      kalvex::QuantitySet{kalvex::kRp} | kalvex::QuantitySet{kalvex::kRs});
   EvaluateWithDerivatives(state, tables, model, 0, cells > 0 ? 1.2 : 4.0296, 1000, wanted,
                           [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
   std::filesystem::current_path(before);
@@ -244,8 +237,7 @@ void BandsOfABilayerInTheInfrared(benchmark::State& state) {
                            {0, 0, 0},
                            {0, 0, 0},
                            {0, 0, 0}});
-  EvaluateWithDerivatives(state, tables, model, 1500, 5000, 1000,
-                          static_cast<kalvex::QuantitySet>(kalvex::SetOf(kalvex::kE1) | kalvex::SetOf(kalvex::kE2)),
+  EvaluateWithDerivatives(state, tables, model, 1500, 5000, 1000, kalvex::QuantitySet{kalvex::kE1, kalvex::kE2},
                           [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
 }
 BENCHMARK(BandsOfABilayerInTheInfrared)->Unit(benchmark::kMillisecond);

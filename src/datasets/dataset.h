@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "core/limits.h"
+#include "datasets/quantity.h"
 
 namespace kalvex {
 
@@ -49,7 +50,7 @@ struct Dataset {
   double YErrVal = 0.01;
   Grid XGrid = Grid::kLinear;
   Matching Match = Matching::kInterpolation;
-  int Quantity = 0;
+  kalvex::Quantity Quantity = kRefl;
   std::vector<DataRow> points;  // ascending in x
   double XMin = 1.0;            // limits and size of a generated grid; after a load the limits of the points
   double XMax = 1000.0;

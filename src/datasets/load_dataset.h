@@ -22,7 +22,7 @@ struct DatasetSource {
   int XPts = 1000;
   double YVal = 0.0;
   double YErrVal = 0.01;
-  std::optional<int> Quantity;
+  std::optional<kalvex::Quantity> Quantity;
 };
 
 // Stores the source in the record, loads the rows, and gives the record the next id. On failure the text of the Status

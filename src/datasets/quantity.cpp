@@ -4,18 +4,18 @@
 
 namespace kalvex {
 
-std::optional<int> QuantityOfShortName(std::string_view shortName) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (EqualsIgnoringCase(kQuantityNames[static_cast<std::size_t>(q)].shortName, shortName)) return q;
+std::optional<Quantity> QuantityOfShortName(std::string_view shortName) {
+  for (const Quantity quantity : kEveryQuantity) {
+    if (EqualsIgnoringCase(NamesOf(quantity).shortName, shortName)) return quantity;
   }
   return std::nullopt;
 }
 
-int QuantityOfFileName(std::string_view fileName) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (StartsWithIgnoringCase(fileName, kQuantityNames[static_cast<std::size_t>(q)].shortName)) return q;
+Quantity QuantityOfFileName(std::string_view fileName) {
+  for (const Quantity quantity : kEveryQuantity) {
+    if (StartsWithIgnoringCase(fileName, NamesOf(quantity).shortName)) return quantity;
   }
-  return 0;
+  return kRefl;
 }
 
 }  // namespace kalvex

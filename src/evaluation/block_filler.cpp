@@ -21,7 +21,7 @@ BlockFiller::BlockFiller(EvalContext& ctx, const Model& model, const SpectrumReq
 }
 
 void BlockFiller::Forget() {
-  for (Quantity& quantity : ctx_.quantities) quantity.Forget();
+  for (QuantityResult& quantity : ctx_.quantities) quantity.Forget();
   for (ParamSlopes* const slopes : slopes_) slopes->Forget();
   ctx_.readFormerResult = false;
 }
@@ -41,11 +41,10 @@ int BlockFiller::FillOneByOne(SpectrumBlock& block) {
     if (ctx_.notesFormer) Forget();
     const int failed = EvalPartner(ctx_, model_, request_.x[block.first + i], request_.derivatives);
     if (failed != 0) status = failed;
-    for (int q = 0; q < kQuantityCount; ++q) {
-      if (!Contains(wanted, q)) continue;
-      block.Values(q)[i] = ctx_.quantities[static_cast<std::size_t>(q)].value;
+    for (const Quantity q : wanted) {
+      block.Values(q)[i] = ctx_.quantities[q].value;
       for (std::size_t k = 0; k < slopes_.size(); ++k) {
-        block.Slopes(k, q)[i] = slopes_[k]->dQuantity[static_cast<std::size_t>(q)];
+        block.Slopes(k, q)[i] = slopes_[k]->dQuantity[q];
       }
     }
     block.hasFormer = block.hasFormer || failed != 0 || (ctx_.notesFormer && HasFormer(wanted));

@@ -272,7 +272,7 @@ struct Angle {
 // Without a permeability, with m = sqrt(eps - s^2): rp = (eps c - m)/(eps c + m), rs = (c - m)/(c + m). The ratio has
 // the closed form rps = (s^2 - m c)/(s^2 + m c), which avoids dividing the two.
 template <std::size_t K, class T>
-Lanes ObliqueOfEps(int quantity, const Complex<T>& eps, const Angle& angle, ObliqueAmplitude<T, K>& out) {
+Lanes ObliqueOfEps(Quantity quantity, const Complex<T>& eps, const Angle& angle, ObliqueAmplitude<T, K>& out) {
   Slope<T, K> argument = OfEps<T, K>(eps);
   argument.z = argument.z - T(angle.s2);
   const ObliqueAmplitude<T, K> m = RootOf(argument, Complex<T>{T(-1), T(0)});
@@ -385,7 +385,7 @@ bool RealConductivity(const Input<T>& in, const Complex<T>& eps, Out& out) {
 
 // The Quantities with the same formula, as a function of the surface, with and without a permeability.
 template <class T, std::size_t K, class Out>
-bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, int quantity, Out& out) {
+bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, Quantity quantity, Out& out) {
   switch (quantity) {
     case kRefl:
       return NormalReflectivity(in, surface, out);
@@ -396,14 +396,25 @@ bool SurfaceQuantity(const Input<T>& in, const Surface<T, K>& surface, int quant
     case kN1:
     case kN2:
       return IndexPart(surface.n, quantity == kN2, T(1), out);
-    default:
+    case kDepth:
+    case kAlpha:
       return AbsorptionOrDepth(in, surface.n, quantity == kDepth, out);
+    case kRp:
+    case kRs:
+    case kRps:
+    case kE1:
+    case kE2:
+    case kS1:
+    case kS2:
+    case kLoss:
+      break;
   }
+  return false;
 }
 
 // Any Quantity, for an |eps| between the limits.
 template <std::size_t K, class T, class Out>
-bool QuantityBetweenLimits(const Input<T>& in, const Complex<T>& eps, int quantity, Out& out) {
+bool QuantityBetweenLimits(const Input<T>& in, const Complex<T>& eps, Quantity quantity, Out& out) {
   switch (quantity) {
     case kRp:
     case kRs:
@@ -421,9 +432,16 @@ bool QuantityBetweenLimits(const Input<T>& in, const Complex<T>& eps, int quanti
       return Put(out, -in.w * (eps.re - T(1)) / T(60), -in.w / T(60), T(0));
     case kLoss:
       return LossFunction(eps, out);
-    default:
+    case kRefl:
+    case kTrans:
+    case kDefringed:
+    case kN1:
+    case kN2:
+    case kDepth:
+    case kAlpha:
       return SurfaceQuantity(in, SurfaceOf<K>(eps), quantity, out);
   }
+  return false;
 }
 
 }  // namespace kalvex::bulk

@@ -13,26 +13,24 @@ void OnModel(EvalContext& ctx, const Model& model, Write write) {
 
 // Calls write(dExp of the Quantity, slopes) for each adjustable experimental parameter.
 template <class Write>
-void OnExpParams(EvalContext& ctx, int quantity, Write write) {
-  const Quantity& of = ctx.quantities[static_cast<std::size_t>(quantity)];
+void OnExpParams(EvalContext& ctx, Quantity quantity, Write write) {
+  const QuantityResult& of = ctx.quantities[quantity];
   for (std::size_t k = 0; k < of.dExp.size(); ++k) {
     if (ctx.params->ExpParams[k].adjustable) write(of.dExp[k], ctx.slopes.ExpParams[k]);
   }
 }
 
-const Quantity& QuantityAt(const EvalContext& ctx, int quantity) {
-  return ctx.quantities[static_cast<std::size_t>(quantity)];
-}
+const QuantityResult& QuantityAt(const EvalContext& ctx, Quantity quantity) { return ctx.quantities[quantity]; }
 
 }  // namespace
 
-void ClearDerivativeColumn(EvalContext& ctx, const Model& model, int quantity) {
+void ClearDerivativeColumn(EvalContext& ctx, const Model& model, Quantity quantity) {
   OnModel(ctx, model, [&](ParamSlopes& slopes) { slopes.Put(quantity, 0); });
   OnExpParams(ctx, quantity, [&](double, ParamSlopes& slopes) { slopes.Put(quantity, 0); });
 }
 
-void AddChain(EvalContext& ctx, const Model& model, int quantity) {
-  const Quantity& of = QuantityAt(ctx, quantity);
+void AddChain(EvalContext& ctx, const Model& model, Quantity quantity) {
+  const QuantityResult& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) {
     slopes.Add(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
     if (slopes.formerEps) slopes.madeOfFormer = true;
@@ -43,8 +41,8 @@ void AddChain(EvalContext& ctx, const Model& model, int quantity) {
   });
 }
 
-void SetChain(EvalContext& ctx, const Model& model, int quantity) {
-  const Quantity& of = QuantityAt(ctx, quantity);
+void SetChain(EvalContext& ctx, const Model& model, Quantity quantity) {
+  const QuantityResult& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) {
     slopes.Put(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
     if (slopes.formerEps) slopes.madeOfFormer = true;
@@ -55,16 +53,16 @@ void SetChain(EvalContext& ctx, const Model& model, int quantity) {
   });
 }
 
-void SetChainForMu(EvalContext& ctx, const Model& model, int quantity) {
-  const Quantity& of = QuantityAt(ctx, quantity);
+void SetChainForMu(EvalContext& ctx, const Model& model, Quantity quantity) {
+  const QuantityResult& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) {
     slopes.Put(quantity, of.dMuRe * slopes.dEpsRe + of.dMuIm * slopes.dEpsIm);
     if (slopes.formerEps) slopes.madeOfFormer = true;
   });
 }
 
-void SetChainForScalar(EvalContext& ctx, const Model& model, int quantity) {
-  const Quantity& of = QuantityAt(ctx, quantity);
+void SetChainForScalar(EvalContext& ctx, const Model& model, Quantity quantity) {
+  const QuantityResult& of = QuantityAt(ctx, quantity);
   OnModel(ctx, model, [&](ParamSlopes& slopes) { slopes.Put(quantity, of.dScalar * slopes.dScalar); });
 }
 

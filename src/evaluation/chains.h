@@ -7,14 +7,14 @@
 namespace kalvex {
 
 // Sets dQuantity[q] of these parameters to 0.
-void ClearDerivativeColumn(EvalContext& ctx, const Model& model, int quantity);
+void ClearDerivativeColumn(EvalContext& ctx, const Model& model, Quantity quantity);
 // dQuantity[q] += dRe dEpsRe + dIm dEpsIm, and += dExp of each experimental parameter.
-void AddChain(EvalContext& ctx, const Model& model, int quantity);
+void AddChain(EvalContext& ctx, const Model& model, Quantity quantity);
 // The same with = instead of +=.
-void SetChain(EvalContext& ctx, const Model& model, int quantity);
+void SetChain(EvalContext& ctx, const Model& model, Quantity quantity);
 // For the model of the magnetic response: dQuantity[q] = dMuRe dEpsRe + dMuIm dEpsIm.
-void SetChainForMu(EvalContext& ctx, const Model& model, int quantity);
+void SetChainForMu(EvalContext& ctx, const Model& model, Quantity quantity);
 // For a Quantity of the real row sum: dQuantity[q] = (dQuantity/dsum) dScalar.
-void SetChainForScalar(EvalContext& ctx, const Model& model, int quantity);
+void SetChainForScalar(EvalContext& ctx, const Model& model, Quantity quantity);
 
 }  // namespace kalvex

@@ -9,8 +9,8 @@ namespace {
 
 template <class Visit>
 void ForEachWanted(EvalContext& ctx, Visit visit) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (quantity.wanted) visit(q, quantity);
   }
 }
@@ -38,7 +38,7 @@ int EvalModel(EvalContext& ctx, const Model& model, double x, bool derivatives) 
 
 int EvalModelAfter(EvalContext& ctx, const Model& model) {
   StartFromSaved(ctx.slopes, *ctx.params);
-  ForEachWanted(ctx, [&](int q, const Quantity&) {
+  ForEachWanted(ctx, [&](Quantity q, const QuantityResult&) {
     ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { slopes.Put(q, 0); });
   });
   return EvalPartnerAfter(ctx, model);
@@ -48,7 +48,7 @@ int EvalPartner(EvalContext& ctx, const Model& model, double x, bool derivatives
   const ModelType* type = TypeOf(ctx, model);
   const int status = type ? type->evaluate(ctx, model, x, derivatives) : StdEvalBulk(ctx, model, x, derivatives);
   if (ctx.notesFormer && status == 0) {
-    ForEachWanted(ctx, [&](int, const Quantity& quantity) {
+    ForEachWanted(ctx, [&](Quantity, const QuantityResult& quantity) {
       ctx.readFormerResult = ctx.readFormerResult || quantity.formerValue;
     });
   }
@@ -67,7 +67,7 @@ QuantityInput QuantityInputAt(const EvalContext& ctx, double x, bool derivatives
 int StdEvalBulk(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Cplx eps = EpsSum(ctx, model, x, derivatives);
   const QuantityInput input = QuantityInputAt(ctx, ctx.DcFlag ? kDcFrequency : x, derivatives);
-  ForEachWanted(ctx, [&](int q, Quantity& quantity) {
+  ForEachWanted(ctx, [&](Quantity q, QuantityResult& quantity) {
     QuantityOfEps(input, eps, q, quantity);
     if (derivatives) SetChain(ctx, model, q);
   });
@@ -76,7 +76,7 @@ int StdEvalBulk(EvalContext& ctx, const Model& model, double x, bool derivatives
 
 int StdEvalAfter(EvalContext& ctx, const Model& model) {
   SeedDependencies(ctx, model);
-  ForEachWanted(ctx, [&](int q, Quantity& quantity) {
+  ForEachWanted(ctx, [&](Quantity q, QuantityResult& quantity) {
     DependencyStub(q, quantity);
     SetChain(ctx, model, q);
   });

@@ -30,9 +30,9 @@ class SpectrumNumber {
 std::vector<std::size_t> LastFrequencies(const SpectrumRequest& request) {
   std::vector<std::size_t> last;
   const QuantitySet anywhere = WantedAnywhere(request);
-  QuantitySet seen = 0;
+  QuantitySet seen;
   for (std::size_t i = request.x.size(); i-- > 0 && (last.empty() || seen != anywhere);) {
-    if ((request.wanted[i] & ~seen) != 0 || last.empty()) last.push_back(i);
+    if (!(request.wanted[i] - seen).IsEmpty() || last.empty()) last.push_back(i);
     seen |= request.wanted[i];
   }
   std::reverse(last.begin(), last.end());

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <span>
 
+#include "datasets/quantity.h"
 #include "records/model.h"
 
 namespace kalvex {
@@ -99,13 +100,13 @@ constexpr RowCell Experimental(ExpParam index, const char* meaning) {
 // A Quantity that a type fills, and the inputs on which it can depend: bit i for cell number i. The cells of the groups
 // come after those of the head.
 inline constexpr std::uint64_t kAllInputs = ~std::uint64_t{0};
-constexpr std::uint64_t InputBits(std::initializer_list<int> cells) {
+constexpr std::uint64_t InputBits(std::initializer_list<std::size_t> cells) {
   std::uint64_t bits = 0;
-  for (const int cell : cells) bits |= std::uint64_t{1} << cell;
+  for (const std::size_t cell : cells) bits |= std::uint64_t{1} << cell;
   return bits;
 }
 struct SlotUse {
-  int quantity = 0;
+  Quantity quantity = kRefl;
   const char* meaning = "";  // with its unit
   std::uint64_t inputs = kAllInputs;
   std::uint64_t lastIdle = 0;        // cells of a group that have no influence in the last group: bit j for cell j

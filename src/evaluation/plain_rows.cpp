@@ -38,7 +38,8 @@ void PlainRows::Sum(const double* w, bool forSlopes, double* re, double* im) {
   AddOscillatorsForSlopes(rows_, bounds_, w, re, im, inverses_.data());
 }
 
-void PlainRows::FillSlopes(SpectrumBlock& block, int quantity, const double* w, const double* dRe, const double* dIm) {
+void PlainRows::FillSlopes(SpectrumBlock& block, Quantity quantity, const double* w, const double* dRe,
+                           const double* dIm) {
   if (claimOfEpsInf_ != kNobody) std::copy_n(dRe, kSpectrumBlock, block.Slopes(claimOfEpsInf_, quantity));
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     if (!claims_[row].Any()) continue;

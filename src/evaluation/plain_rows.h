@@ -24,7 +24,7 @@ class PlainRows {
   void Sum(const double* w, bool forSlopes, double* re, double* im);
 
   // Fills the claimed slopes of a Quantity from its derivatives by the last sum, at the same frequencies.
-  void FillSlopes(SpectrumBlock& block, int quantity, const double* w, const double* dRe, const double* dIm);
+  void FillSlopes(SpectrumBlock& block, Quantity quantity, const double* w, const double* dRe, const double* dIm);
 
  private:
   static constexpr std::size_t kNobody = static_cast<std::size_t>(-1);

@@ -111,7 +111,7 @@ void PlainSpectrum::AddMesh(const SpectrumBlock& block) {
 }
 
 // The contributions of the piecewise linear curves: one or two mesh points at each frequency.
-void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
+void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, Quantity quantity, const QuantityBlock& result) {
   for (std::size_t i = 0; i < block.count; ++i) {
     const VdfWeights& at = weights_[i];
     for (const auto& [point, weight] : {std::pair(at.first, at.firstWeight), std::pair(at.second, at.secondWeight)}) {
@@ -124,7 +124,7 @@ void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, int quantity, const Qua
   }
 }
 
-void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result) {
+void PlainSpectrum::FillSlopes(SpectrumBlock& block, Quantity quantity, const QuantityBlock& result) {
   for (std::size_t k = 0; k < slopes_.size(); ++k) {
     const Slope& slope = slopes_[k];
     double* const out = block.Slopes(k, quantity);
@@ -147,7 +147,7 @@ void PlainSpectrum::FillSlopes(SpectrumBlock& block, int quantity, const Quantit
         std::copy(result.dExp[slope.index].begin(), result.dExp[slope.index].end(), out);
         break;
       case Source::kKept:
-        std::fill_n(out, kSpectrumBlock, slope.param->savedSlopes.dQuantity[static_cast<std::size_t>(quantity)]);
+        std::fill_n(out, kSpectrumBlock, slope.param->savedSlopes.dQuantity[quantity]);
         break;
     }
   }
@@ -160,12 +160,11 @@ bool PlainSpectrum::FillBlock(SpectrumBlock& block) {
   TakeFrequencies(block);
   SumRows(block);
   if (HasVdf(model_)) AddMesh(block);
-  QuantitySet anywhere = 0;
+  QuantitySet anywhere;
   for (std::size_t i = 0; i < block.count; ++i) anywhere |= request_.wanted[block.first + i];
   const QuantityInput input = QuantityInputAt(ctx_, 0, request_.derivatives);
   bool whole = true;
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (!Contains(anywhere, q)) continue;
+  for (const Quantity q : anywhere) {
     QuantityOfEpsBlock(input, eps_, q, result_);
     std::copy(result_.value.begin(), result_.value.end(), block.Values(q));
     if (!request_.derivatives) continue;

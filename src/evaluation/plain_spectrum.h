@@ -44,8 +44,8 @@ class PlainSpectrum {
   void TakeFrequencies(const SpectrumBlock& block);
   void SumRows(SpectrumBlock& block);
   void AddMesh(const SpectrumBlock& block);
-  void FillSlopes(SpectrumBlock& block, int quantity, const QuantityBlock& result);
-  void AddMeshWeights(SpectrumBlock& block, int quantity, const QuantityBlock& result);
+  void FillSlopes(SpectrumBlock& block, Quantity quantity, const QuantityBlock& result);
+  void AddMeshWeights(SpectrumBlock& block, Quantity quantity, const QuantityBlock& result);
 
   EvalContext& ctx_;
   const Model& model_;

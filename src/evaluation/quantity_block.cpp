@@ -5,12 +5,12 @@
 namespace kalvex {
 namespace {
 
-void FillLane(QuantityInput in, const EpsBlock& eps, int quantity, std::size_t i, QuantityBlock& out) {
+void FillLane(QuantityInput in, const EpsBlock& eps, Quantity quantity, std::size_t i, QuantityBlock& out) {
   const Cplx at{eps.re[i], eps.im[i]};
   const double modulus = Abs(at);
   out.anyLimit = out.anyLimit || modulus > kNoValue || modulus < kTinyNorm;
   in.w = eps.w[i];
-  Quantity result;
+  QuantityResult result;
   QuantityOfEps(in, at, quantity, result);
   out.value[i] = result.value;
   out.dRe[i] = result.dRe;
@@ -20,7 +20,7 @@ void FillLane(QuantityInput in, const EpsBlock& eps, int quantity, std::size_t i
 
 }  // namespace
 
-void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out) {
+void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, Quantity quantity, QuantityBlock& out) {
   out.anyLimit = false;
   const PacksDone done = (in.derivatives ? WidestKernels<SpectrumKernels>().quantityValuesAndSlopes
                                          : WidestKernels<SpectrumKernels>().quantityValues)(in, eps, quantity, out);

@@ -26,6 +26,6 @@ struct QuantityBlock {
 };
 
 // The result of QuantityOfEps at each frequency. The frequency in `in` is ignored.
-void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
+void QuantityOfEpsBlock(const QuantityInput& in, const EpsBlock& eps, Quantity quantity, QuantityBlock& out);
 
 }  // namespace kalvex

@@ -11,6 +11,7 @@ using Oblique = bulk::ObliqueAmplitude<double, 2>;
 
 // The limiting values and dependencies of a Quantity, and the experimental parameters that it reads.
 struct QuantityTraits {
+  Quantity of;
   bool ofMu;
   int nExp;
   std::array<int, 3> expIndex;
@@ -24,25 +25,26 @@ constexpr std::array<int, 3> kScaleR = {kScalingFactorOfR};
 constexpr std::array<int, 3> kPlate = {kSampleThickness, kThicknessSpread, kScalingFactorOfT};
 constexpr std::array<int, 3> kOblique = {kAngleOfIncidence, kAngleSpread, kScalingFactorOfR};
 
-constexpr std::array<QuantityTraits, kQuantityCount> kTraits = {{
-    {true, 1, kScaleR, 1, 1, 1, 1, 1, 1},
-    {true, 3, kPlate, 0, 1, 1, 1, 1, 1},
-    {true, 3, kOblique, 1, 1, 1, 1, 1, 1},
-    {true, 3, kOblique, 1, 1, 1, 1, 1, 1},
-    {true, 3, kOblique, 1, 1, 1, 1, 1, 1},
-    {false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
-    {false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
-    {false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
-    {false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
-    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-    {false, 0, kNoExp, 0, 0, 1, 1, 0, 0},
-    {true, 3, kPlate, 0, 0, 1, 1, 1, 1},
-    {true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-}};
+constexpr auto kTraits = std::to_array<QuantityTraits>({
+    {kRefl, true, 1, kScaleR, 1, 1, 1, 1, 1, 1},
+    {kTrans, true, 3, kPlate, 0, 1, 1, 1, 1, 1},
+    {kRp, true, 3, kOblique, 1, 1, 1, 1, 1, 1},
+    {kRs, true, 3, kOblique, 1, 1, 1, 1, 1, 1},
+    {kRps, true, 3, kOblique, 1, 1, 1, 1, 1, 1},
+    {kE1, false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
+    {kE2, false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
+    {kS1, false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
+    {kS2, false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
+    {kN1, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kN2, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kDepth, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kLoss, false, 0, kNoExp, 0, 0, 1, 1, 0, 0},
+    {kDefringed, true, 3, kPlate, 0, 0, 1, 1, 1, 1},
+    {kAlpha, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+});
+static_assert(IsComplete(kTraits, &QuantityTraits::of));
 
-const QuantityTraits& TraitsOf(int quantity) { return kTraits[static_cast<std::size_t>(quantity)]; }
+const QuantityTraits& TraitsOf(Quantity quantity) { return kTraits[IndexOf(quantity)]; }
 
 // rp = (a c - m)/(a c + m) with m = sqrt(mu - s^2/eps), a = sqrt(eps).
 Lanes PAmplitude(const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Oblique& out) {
@@ -59,7 +61,7 @@ Lanes SAmplitude(const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Obli
   return fails;
 }
 
-Lanes ObliqueOfEpsMu(int quantity, const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Oblique& out) {
+Lanes ObliqueOfEpsMu(Quantity quantity, const Cplx& eps, const Cplx& mu, const bulk::Angle& angle, Oblique& out) {
   if (quantity == kRp) return PAmplitude(eps, mu, angle, out);
   if (quantity == kRs) return SAmplitude(eps, mu, angle, out);
   Oblique p, s;
@@ -74,7 +76,7 @@ Lanes ObliqueOfEpsMu(int quantity, const Cplx& eps, const Cplx& mu, const bulk::
 }
 
 // dExp stays unchanged. For a Quantity without experimental parameters it is always 0.
-void PutLimit(const QuantityInput& in, const QuantityTraits& traits, double value, Quantity& out) {
+void PutLimit(const QuantityInput& in, const QuantityTraits& traits, double value, QuantityResult& out) {
   out.Put(value);
   if (in.derivatives) bulk::ClearSlopes(out);
   if (traits.nExp == 0) out.formerExp = false;
@@ -82,7 +84,7 @@ void PutLimit(const QuantityInput& in, const QuantityTraits& traits, double valu
 
 }  // namespace
 
-void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out) {
+void QuantityOfEps(const QuantityInput& in, const Cplx& eps, Quantity quantity, QuantityResult& out) {
   const QuantityTraits& traits = TraitsOf(quantity);
   const double modulus = Abs(eps);
   if (modulus > kNoValue) return PutLimit(in, traits, traits.valueBig, out);
@@ -91,7 +93,7 @@ void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quant
   bulk::QuantityBetweenLimits<1>(in, eps, quantity, out);
 }
 
-void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out) {
+void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, Quantity quantity, QuantityResult& out) {
   const QuantityTraits& traits = TraitsOf(quantity);
   const double epsModulus = Abs(eps), muModulus = Abs(mu);
   if (epsModulus > kNoValue || muModulus > kNoValue) return PutLimit(in, traits, traits.valueBig, out);
@@ -107,7 +109,7 @@ void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, i
   bulk::SurfaceQuantity(in, bulk::SurfaceOf(eps, mu), quantity, out);
 }
 
-void DependencyStub(int quantity, Quantity& out) {
+void DependencyStub(Quantity quantity, QuantityResult& out) {
   const QuantityTraits& traits = TraitsOf(quantity);
   for (int k = 0; k < traits.nExp; ++k) {
     out.dExp[static_cast<std::size_t>(traits.expIndex[static_cast<std::size_t>(k)])] = 1;
@@ -116,7 +118,7 @@ void DependencyStub(int quantity, Quantity& out) {
   out.dIm = traits.wIm;
 }
 
-void DependencyStubMu(int quantity, Quantity& out) {
+void DependencyStubMu(Quantity quantity, QuantityResult& out) {
   DependencyStub(quantity, out);
   out.dMuRe = TraitsOf(quantity).wMuRe;
   out.dMuIm = TraitsOf(quantity).wMuIm;

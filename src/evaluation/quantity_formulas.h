@@ -22,14 +22,14 @@ using QuantityInput = QuantityInputOf<double>;
 
 // Fills value, dRe, dIm, and dExp of the adjustable experimental parameters. If |eps| is above 1e30 or below 1e-30, the
 // value is the Quantity's limit with dRe = dIm = 0, and dExp stays unchanged.
-void QuantityOfEps(const QuantityInput& in, const Cplx& eps, int quantity, Quantity& out);
+void QuantityOfEps(const QuantityInput& in, const Cplx& eps, Quantity quantity, QuantityResult& out);
 // The same with a permeability; also fills dMuRe and dMuIm. E1, E2, S1, S2 and LF are not defined for such a sample and
 // give 0.
-void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, int quantity, Quantity& out);
+void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, Quantity quantity, QuantityResult& out);
 
 // For the dependency pass: each derivative becomes 1 if the Quantity depends on that input, else 0.
-void DependencyStub(int quantity, Quantity& out);
-void DependencyStubMu(int quantity, Quantity& out);
+void DependencyStub(Quantity quantity, QuantityResult& out);
+void DependencyStubMu(Quantity quantity, QuantityResult& out);
 
 inline constexpr double kRadiansPerDegree = 0.017453292519943295;
 

@@ -10,7 +10,7 @@
 namespace kalvex {
 
 // The result of an evaluation for one Quantity.
-struct Quantity {
+struct QuantityResult {
   std::uint32_t wanted = 0;  // the next evaluation must compute it
   double value = 0;
   double dRe = 0;  // derivative by the real part of eps
@@ -34,11 +34,11 @@ struct Quantity {
   void Forget() { formerValue = formerExp = true; }
 };
 
-using QuantityTable = std::array<Quantity, kQuantityCount>;
+using QuantityTable = PerQuantity<QuantityResult>;
 
 // Marks the Quantities of the set as wanted, and no others.
 inline void WantOnly(QuantityTable& table, QuantitySet set) {
-  for (int q = 0; q < kQuantityCount; ++q) table[static_cast<std::size_t>(q)].wanted = Contains(set, q) ? 1 : 0;
+  for (const Quantity q : kEveryQuantity) table[q].wanted = set.Contains(q) ? 1 : 0;
 }
 
 }  // namespace kalvex

@@ -5,7 +5,7 @@ namespace {
 
 void Start(ParamSlopes& slopes, const ModelParam& param) {
   const SavedSlopes& saved = param.savedSlopes;
-  slopes = {saved.dEpsRe, saved.dEpsIm, 0, saved.dQuantity};
+  slopes = {.dEpsRe = saved.dEpsRe, .dEpsIm = saved.dEpsIm, .dQuantity = saved.dQuantity};
 }
 
 void TakeOver(ModelParam& param, const ParamSlopes& slopes) {

@@ -15,29 +15,29 @@ namespace kalvex {
 struct ParamSlopes {
   double dEpsRe = 0;  // of the complex response of a model
   double dEpsIm = 0;
-  double dScalar = 0;                              // of the real row sum
-  std::array<double, kQuantityCount> dQuantity{};  // of each Quantity
+  double dScalar = 0;               // of the real row sum
+  PerQuantity<double> dQuantity{};  // of each Quantity
 
   // Which of these are left from an earlier evaluation. Valid only if Forget was called before this one.
-  QuantitySet formerQuantities = 0;
+  QuantitySet formerQuantities{};
   bool formerEps = false;
   bool madeOfFormer = false;  // a slope of a Quantity was computed from such a result
 
-  void Put(int quantity, double slope) {
-    dQuantity[static_cast<std::size_t>(quantity)] = slope;
-    formerQuantities = static_cast<QuantitySet>(formerQuantities & ~SetOf(quantity));
+  void Put(Quantity quantity, double slope) {
+    dQuantity[quantity] = slope;
+    formerQuantities -= {quantity};
   }
   void PutZeros() {
     dQuantity.fill(0);
-    formerQuantities = 0;
+    formerQuantities = {};
   }
-  void Add(int quantity, double slope) { dQuantity[static_cast<std::size_t>(quantity)] += slope; }
+  void Add(Quantity quantity, double slope) { dQuantity[quantity] += slope; }
   void PutEps(double re, double im) {
     dEpsRe = re;
     dEpsIm = im;
     formerEps = false;
   }
-  bool HasFormer(QuantitySet wanted) const { return madeOfFormer || (formerQuantities & wanted) != 0; }
+  bool HasFormer(QuantitySet wanted) const { return madeOfFormer || !(formerQuantities & wanted).IsEmpty(); }
   void Forget() {
     formerQuantities = kEveryQuantity;
     formerEps = madeOfFormer = false;

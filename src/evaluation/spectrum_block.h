@@ -23,7 +23,7 @@ struct SpectrumRequest {
 
 // The Quantities that are wanted at any frequency of the request.
 inline QuantitySet WantedAnywhere(const SpectrumRequest& request) {
-  QuantitySet anywhere = 0;
+  QuantitySet anywhere;
   for (const QuantitySet wanted : request.wanted) anywhere |= wanted;
   return anywhere;
 }
@@ -38,9 +38,7 @@ class SpectrumBlock {
   // computing it takes one pass over the spectrum.
   void MakeRoomFor(const SpectrumRequest& request, QuantitySet anywhere) {
     std::size_t columns = 0;
-    for (int q = 0; q < kQuantityCount; ++q) {
-      if (Contains(anywhere, q)) column_[static_cast<std::size_t>(q)] = columns++;
-    }
+    for (const Quantity q : anywhere) column_[q] = columns++;
     values_.resize(columns * kSpectrumBlock);
     slopes_.resize(request.derivatives ? request.slopesOf.size() * values_.size() : 0);
   }
@@ -49,25 +47,23 @@ class SpectrumBlock {
   std::size_t count = 0;
   bool hasFormer = false;  // a result depends on an earlier evaluation; set if EvalContext::notesFormer
 
-  double Value(int quantity, std::size_t i) const { return values_[Index(quantity, i)]; }
+  double Value(Quantity quantity, std::size_t i) const { return values_[Index(quantity, i)]; }
   // Derivative of the Quantity by parameter k of the request.
-  double Slope(std::size_t k, int quantity, std::size_t i) const {
+  double Slope(std::size_t k, Quantity quantity, std::size_t i) const {
     return slopes_[k * values_.size() + Index(quantity, i)];
   }
 
   // For the code that fills the block: the values, or the slopes by one parameter, at all frequencies of the block.
-  const double* Values(int quantity) const { return values_.data() + Index(quantity, 0); }
-  double* Values(int quantity) { return values_.data() + Index(quantity, 0); }
-  const double* Slopes(std::size_t k, int quantity) const {
+  const double* Values(Quantity quantity) const { return values_.data() + Index(quantity, 0); }
+  double* Values(Quantity quantity) { return values_.data() + Index(quantity, 0); }
+  const double* Slopes(std::size_t k, Quantity quantity) const {
     return slopes_.data() + k * values_.size() + Index(quantity, 0);
   }
-  double* Slopes(std::size_t k, int quantity) { return slopes_.data() + k * values_.size() + Index(quantity, 0); }
+  double* Slopes(std::size_t k, Quantity quantity) { return slopes_.data() + k * values_.size() + Index(quantity, 0); }
 
  private:
-  std::size_t Index(int quantity, std::size_t i) const {
-    return column_[static_cast<std::size_t>(quantity)] * kSpectrumBlock + i;
-  }
-  std::array<std::size_t, kQuantityCount> column_{};  // one per Quantity that is wanted anywhere in the request
+  std::size_t Index(Quantity quantity, std::size_t i) const { return column_[quantity] * kSpectrumBlock + i; }
+  PerQuantity<std::size_t> column_{};  // one per Quantity that is wanted anywhere in the request
   std::vector<double> values_;
   std::vector<double> slopes_;
 };

@@ -175,7 +175,7 @@ void Store(const PackQuantity& from, bool derivatives, std::size_t i, QuantityBl
 }
 
 template <std::size_t K>
-PacksDone FillPacks(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out) {
+PacksDone FillPacks(const QuantityInput& in, const EpsBlock& eps, Quantity quantity, QuantityBlock& out) {
   PacksDone done{};
   for (std::size_t p = 0; p < done.size(); ++p) {
     const std::size_t i = p * kPack;
@@ -191,12 +191,12 @@ PacksDone FillPacks(const QuantityInput& in, const EpsBlock& eps, int quantity, 
   return done;
 }
 
-KALVEX_FLATTEN PacksDone QuantityValues(const QuantityInput& in, const EpsBlock& eps, int quantity,
+KALVEX_FLATTEN PacksDone QuantityValues(const QuantityInput& in, const EpsBlock& eps, Quantity quantity,
                                         QuantityBlock& out) {
   return FillPacks<0>(in, eps, quantity, out);
 }
 
-KALVEX_FLATTEN PacksDone QuantityValuesAndSlopes(const QuantityInput& in, const EpsBlock& eps, int quantity,
+KALVEX_FLATTEN PacksDone QuantityValuesAndSlopes(const QuantityInput& in, const EpsBlock& eps, Quantity quantity,
                                                  QuantityBlock& out) {
   return FillPacks<1>(in, eps, quantity, out);
 }

@@ -25,8 +25,9 @@ struct SpectrumKernels {
   void (*oscillatorSlopes)(const PlainRow& row, const double* w, const double* inverses, const double* dRe,
                            const double* dIm, double* byWo, double* byWp, double* byG);
   // As QuantityOfEpsBlock, for |eps| within the limits; without derivatives, and with them.
-  PacksDone (*quantityValues)(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
-  PacksDone (*quantityValuesAndSlopes)(const QuantityInput& in, const EpsBlock& eps, int quantity, QuantityBlock& out);
+  PacksDone (*quantityValues)(const QuantityInput& in, const EpsBlock& eps, Quantity quantity, QuantityBlock& out);
+  PacksDone (*quantityValuesAndSlopes)(const QuantityInput& in, const EpsBlock& eps, Quantity quantity,
+                                       QuantityBlock& out);
   // out[16 p + c] = weights[p] factors[c] columns[c][p] for the 16 columns and p below count. Columns and out are
   // accessed up to the next multiple of 8. False if a number is not finite.
   bool (*weightedRows)(const double* const* columns, const double* factors, const double* weights, std::size_t count,

@@ -40,7 +40,7 @@ constexpr Cost kOfCodes = {100, 200};  // rows with codes, for any number of the
 constexpr Cost kOfAverage = {40, 60};  // a Quantity that is an average over thickness or angle
 constexpr Cost kOfLayer = {10, 25};    // a row of a type that fills blocks at once
 constexpr Cost kOfType = {50, 100};    // any other type
-constexpr QuantitySet kAverages = SetOf(kTrans) | SetOf(kRp) | SetOf(kRs) | SetOf(kRps) | SetOf(kDefringed);
+constexpr QuantitySet kAverages = {kTrans, kRp, kRs, kRps, kDefringed};
 
 Cost operator+(const Cost& a, const Cost& b) { return {a.values + b.values, a.withSlopes + b.withSlopes}; }
 Cost operator*(std::size_t n, const Cost& a) {
@@ -56,7 +56,7 @@ Cost CostOfSum(const Model& model) {
 Cost CostOfQuantities(const EvalContext& ctx, const Model& model, QuantitySet wanted) {
   const ModelType* const type = TypeOf(ctx, model);
   if (!type) {
-    const auto averages = static_cast<std::size_t>(std::popcount(static_cast<QuantitySet>(wanted & kAverages)));
+    const std::size_t averages = (wanted & kAverages).Count();
     return kOfFrequency + CostOfSum(model) + averages * kOfAverage;
   }
   Cost cost = type->fillerOf ? static_cast<std::size_t>(RowCount(model)) * kOfLayer : kOfType;

@@ -11,7 +11,7 @@
 #include <typeindex>
 #include <vector>
 
-#include "core/limits.h"
+#include "datasets/quantity.h"
 #include "numeric/complex.h"
 #include "numeric/dual.h"
 
@@ -22,21 +22,22 @@ struct ModelParam;
 struct ParamSlopes;
 
 // Number of directions of the dual numbers in one pass over a type's formula.
-inline constexpr int kTypeLanes = 8;
+inline constexpr std::size_t kTypeLanes = 8;
 using TypeDual = Dual<kTypeLanes>;
+inline constexpr auto kNoDirection = static_cast<std::size_t>(-1);
 
 struct TypeScratch {
-  std::span<const double> ahead;         // as in the stack
-  std::vector<double> raw;               // of each input: the number in its cell
-  std::vector<Cplx> at;                  // the response, the number itself, or the value of the dataset
-  std::vector<const Model*> partner;     // null if the input is not a model
-  std::vector<double> partnerX;          // frequency at which the partner is evaluated
-  std::vector<const ModelParam*> param;  // null unless the fit can vary the number
-  std::vector<int> row;                  // the row of the input
-  std::vector<int> direction;            // the first direction of the input, -1 if it has none
-  std::vector<std::array<double, kQuantityCount>> quantities;  // of an evaluated partner
+  std::span<const double> ahead;                // as in the stack
+  std::vector<double> raw;                      // of each input: the number in its cell
+  std::vector<Cplx> at;                         // the response, the number itself, or the value of the dataset
+  std::vector<const Model*> partner;            // null if the input is not a model
+  std::vector<double> partnerX;                 // frequency at which the partner is evaluated
+  std::vector<const ModelParam*> param;         // null unless the fit can vary the number
+  std::vector<int> row;                         // the row of the input
+  std::vector<std::size_t> direction;           // the first direction of the input, kNoDirection if it has none
+  std::vector<PerQuantity<double>> quantities;  // of an evaluated partner
   std::vector<Complex<TypeDual>> dual;
-  std::vector<std::array<TypeDual, kQuantityCount>> dualQuantities;
+  std::vector<PerQuantity<TypeDual>> dualQuantities;
   std::vector<double> slopes;      // of each Quantity, by each direction
   std::vector<Cplx> epsSlopes;     // of a material's dielectric function, by each direction
   std::vector<ParamSlopes*> free;  // of every adjustable parameter of the tables

@@ -54,9 +54,9 @@ struct Lines {
   int status = 0;
 };
 
-Lines ValuesAt(EvalContext& ctx, const Model& model, int quantity, const std::vector<double>& x) {
+Lines ValuesAt(EvalContext& ctx, const Model& model, Quantity quantity, const std::vector<double>& x) {
   Lines lines;
-  const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
+  const std::vector<QuantitySet> wanted(x.size(), QuantitySet{quantity});
   lines.status = EvalSpectrum(ctx, model, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
     for (std::size_t i = 0; i < block.count; ++i)
       AppendLine(lines.text, {x[block.first + i], block.Value(quantity, i)});
@@ -64,14 +64,14 @@ Lines ValuesAt(EvalContext& ctx, const Model& model, int quantity, const std::ve
   return lines;
 }
 
-Lines WithSlopesAt(ParamTables& params, EvalContext& ctx, const Model& model, int quantity,
+Lines WithSlopesAt(ParamTables& params, EvalContext& ctx, const Model& model, Quantity quantity,
                    const std::vector<double>& x) {
   Lines lines;
-  WantOnly(ctx.quantities, SetOf(quantity));
+  WantOnly(ctx.quantities, QuantitySet{quantity});
   for (const double w : x) {
     if (const int failed = EvalModel(ctx, model, w, true)) lines.status = failed;
     TakeOverSlopes(params, ctx.slopes);
-    const Quantity& of = ctx.quantities[static_cast<std::size_t>(quantity)];
+    const QuantityResult& of = ctx.quantities[quantity];
     AppendLine(lines.text, {w, of.value, of.dRe, of.dIm});
   }
   return lines;

@@ -10,7 +10,7 @@
 namespace kalvex {
 
 struct CurveExport {
-  std::optional<int> quantity;
+  std::optional<Quantity> quantity;
   double xMin = 0;  // cm-1, below xMax; above 0 for the logarithmic grid
   double xMax = 0;
   int points = 0;            // at least 1

@@ -26,7 +26,9 @@ namespace {
 
 constexpr std::size_t kRecordSize = 218;
 constexpr std::size_t kLimitsSize = 12;
-constexpr std::size_t kStoredSlopes = 14;
+// Told by the layout: those up to kDefringed.
+constexpr QuantitySet kStoredSlopes = {kRefl, kTrans, kRp, kRs, kRps,   kE1,   kE2,
+                                       kS1,   kS2,    kN1, kN2, kDepth, kLoss, kDefringed};
 constexpr std::int32_t kMarker = 1;
 
 // Up to this count, rows that are missing in the file repeat its last record. A larger count is probably damaged; then
@@ -42,7 +44,7 @@ void WriteRecord(ByteWriter& out, const ModelParam& param) {
   out.Bytes(param.name);
   out.F64(param.savedSlopes.dEpsRe);
   out.F64(param.savedSlopes.dEpsIm);
-  for (std::size_t q = 0; q < kStoredSlopes; ++q) out.F64(param.savedSlopes.dQuantity[q]);
+  for (const Quantity q : kStoredSlopes) out.F64(param.savedSlopes.dQuantity[q]);
   out.U32(param.reserved);
 }
 
@@ -56,7 +58,7 @@ void ReadRecord(std::string_view bytes, ModelParam& param) {
   in.Bytes(param.name);
   param.savedSlopes.dEpsRe = in.F64();
   param.savedSlopes.dEpsIm = in.F64();
-  for (std::size_t q = 0; q < kStoredSlopes; ++q) param.savedSlopes.dQuantity[q] = in.F64();
+  for (const Quantity q : kStoredSlopes) param.savedSlopes.dQuantity[q] = in.F64();
   param.reserved = in.U32();
 }
 

@@ -65,7 +65,8 @@ std::vector<std::vector<double>> AnalyticGradients(FitState& fit, ParamTables& p
   std::vector<std::vector<double>> gradients(fit.list.terms.size(), std::vector<double>(fit.params.size()));
   for (ChiSqTerm& term : fit.list.terms) term.termChiSq = 0;
   const auto addPoint = [&](const TermPoints& points, std::size_t p) {
-    const auto q = static_cast<std::size_t>(points.quantity), t = static_cast<std::size_t>(points.term);
+    const Quantity q = points.quantity;
+    const auto t = static_cast<std::size_t>(points.term);
     const double sigma = points.sigma[p], d = (points.y[p] - eval.quantities[q].value) / sigma;
     fit.list.terms[t].termChiSq += d * d;
     for (const int j : fit.list.terms[t].params) {
@@ -144,9 +145,9 @@ Status TestQuantityDerivatives(FitState& fit, ParamTables& params, EvalContext& 
       const QuantityTable after = values(*model, false);
       cells[i]->value = value;
       text += Heading(fit.params[i].place);
-      for (std::size_t q = 0; q < analytic.size(); ++q) {
+      for (const Quantity q : kEveryQuantity) {
         const double numeric = (after[q].value - before[q].value) / step;
-        const std::string name = kQuantityNames[q].shortName;
+        const std::string name = NamesOf(q).shortName;
         text += std::string(name.size() < 3 ? 3 - name.size() : 0, ' ') + name + " : ";
         AppendSigned(text, analytic[q]);
         text += ' ';

@@ -26,10 +26,10 @@ void Rebuild(FitState& fit, ParamTables& params, EvalContext& eval) {
 // The dataset's Quantity, computed from the model at all rows of the dataset.
 std::vector<double> CurveOf(EvalContext& eval, const Model& model, const Dataset& dataset) {
   std::vector<double> curve;
-  WantOnly(eval.quantities, SetOf(dataset.Quantity));
+  WantOnly(eval.quantities, QuantitySet{dataset.Quantity});
   for (const DataRow& row : dataset.points) {
     EvalModel(eval, model, row.x, false);
-    curve.push_back(eval.quantities[static_cast<std::size_t>(dataset.Quantity)].value);
+    curve.push_back(eval.quantities[dataset.Quantity].value);
   }
   return curve;
 }
@@ -47,14 +47,14 @@ struct PointSlopes {
   double e1;
   double e2;
 };
-PointSlopes SlopesAtPoint(EvalContext& eval, const Model& model, int meshIndex, int quantity) {
+PointSlopes SlopesAtPoint(EvalContext& eval, const Model& model, int meshIndex, Quantity quantity) {
   const MeshSlopes& point = SlopesOf(eval, model).mesh[static_cast<std::size_t>(meshIndex)];
-  const auto q = static_cast<std::size_t>(quantity);
-  return {point.e1.dQuantity[q], point.e2.dQuantity[q]};
+
+  return {point.e1.dQuantity[quantity], point.e2.dQuantity[quantity]};
 }
 
 void EvaluateConductivity(ParamTables& params, EvalContext& eval, const Model& model, double x) {
-  WantOnly(eval.quantities, static_cast<QuantitySet>(SetOf(kS1) | SetOf(kS2)));
+  WantOnly(eval.quantities, QuantitySet{kS1, kS2});
   EvalModel(eval, model, x, true);
   TakeOverSlopes(params, eval.slopes);
 }
@@ -160,7 +160,7 @@ Status WriteDerivativeDump(ParamTables& params, EvalContext& eval) {
     AppendUpperG(text, row.x);
     for (const Model* const measured : {models[2], models[3]}) {
       EvaluateConductivity(params, eval, *measured, row.x);
-      for (const int quantity : {kS1, kS2}) {
+      for (const Quantity quantity : {kS1, kS2}) {
         for (const Model* const owner : {models[0], models[1]}) {
           const PointSlopes slopes = SlopesAtPoint(eval, *owner, at, quantity);
           for (const double slope : {slopes.e1, slopes.e2}) {

@@ -54,14 +54,14 @@ void MergeRows(FitSpectrum& spectrum, std::span<RowSpan> left) {
     const double x = left[lowest].front().x;
     const std::size_t at = spectrum.x.size() % kSpectrumBlock;
     if (at == 0) BeginBlock(spectrum);
-    QuantitySet wanted = 0;
+    QuantitySet wanted;
     for (std::size_t t = 0; t < left.size(); ++t) {
       TermPoints& points = spectrum.terms[t];
       const std::size_t before = points.y.size();
       if (t == lowest) TakeRow(left[t], at, points);  // for any x, NaN included: the loop ends
       while (!left[t].empty() && std::abs(left[t].front().x - x) <= kSameX) TakeRow(left[t], at, points);
       const std::size_t taken = points.y.size() - before;
-      if (taken > 0) wanted |= SetOf(points.quantity);
+      if (taken > 0) wanted |= QuantitySet{points.quantity};
       if (taken > 1) points.oneEach = false;
     }
     spectrum.x.push_back(x);
@@ -70,7 +70,7 @@ void MergeRows(FitSpectrum& spectrum, std::span<RowSpan> left) {
   BeginBlock(spectrum);
 }
 
-TermPoints RoomFor(int term, int quantity, std::size_t count) {
+TermPoints RoomFor(int term, Quantity quantity, std::size_t count) {
   TermPoints points;
   points.term = term;
   points.quantity = quantity;
@@ -146,8 +146,8 @@ void FindDependencies(const ChiSqTerm& term, std::size_t t, ParamTables& tables,
   const Model* const model = GetModelByNumber(tables, term.modelId);
   const Dataset* const dataset = GetDatasetById(*eval.datasets, term.datasetId);
   if (term.weight == 0 || !model || !dataset) return;
-  const auto q = static_cast<std::size_t>(dataset->Quantity);
-  WantOnly(eval.quantities, SetOf(dataset->Quantity));
+  const Quantity q = dataset->Quantity;
+  WantOnly(eval.quantities, QuantitySet{dataset->Quantity});
   EvalModelAfter(eval, *model);
   for (FitParam& param : made.params) {
     if (SlopesAt(eval.slopes, param.place).dQuantity[q] == 0) continue;

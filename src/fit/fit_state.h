@@ -45,7 +45,7 @@ struct ChiSqTermList {
 // with millions of points, memory bandwidth limits the speed of ChiSq.
 struct TermPoints {
   int term = 0;
-  int quantity = 0;
+  Quantity quantity = kRefl;
   bool oneEach = true;  // no two points share a frequency of the spectrum
   std::vector<double> y;
   std::vector<double> sigma;

@@ -23,11 +23,11 @@ class DcSwitch {
 
 }  // namespace
 
-bool HasRowContributions(int quantity) {
+bool HasRowContributions(Quantity quantity) {
   return quantity == kE1 || quantity == kE2 || quantity == kS1 || quantity == kS2;
 }
 
-double RowContribution(double Wo, double Wp, double G, int quantity, double x) {
+double RowContribution(double Wo, double Wp, double G, Quantity quantity, double x) {
   const double a = Wo * Wo - x * x, b = x * G, D = a * a + b * b;
   const Cplx e = Cplx{a, b} * (Wp * Wp / D);
   if (!(D >= kTinyNorm) || !(std::hypot(e.re, e.im) <= kNoValue)) {
@@ -50,10 +50,10 @@ std::span<const DataRow> ShownRows(const Graph& graph, const Curve& curve, const
 }
 
 std::vector<std::vector<double>> ModelValues(const Graph& graph, EvalContext& ctx, const Model& model,
-                                             std::span<const int> quantities, std::span<const double> x) {
+                                             std::span<const Quantity> quantities, std::span<const double> x) {
   std::vector<std::vector<double>> values(quantities.size(), std::vector<double>(x.size()));
-  QuantitySet set = 0;
-  for (const int quantity : quantities) set |= SetOf(quantity);
+  QuantitySet set;
+  for (const Quantity quantity : quantities) set |= QuantitySet{quantity};
   const std::vector<QuantitySet> wanted(x.size(), set);
   const DcSwitch dc(ctx, graph.X.title == "PlotDCvsT");
   EvalSpectrum(ctx, model, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {

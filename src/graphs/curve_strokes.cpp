@@ -152,7 +152,7 @@ void BuildDataStrokes(const Graph& graph, Curve& curve, const EvalContext& ctx) 
 void BuildModelStrokes(const Graph& graph, std::span<Curve* const> run, EvalContext& ctx) {
   const Model* const model = GetModelByNumber(*ctx.params, run.front()->modelId);
   if (!model) return;
-  std::vector<int> quantities;
+  std::vector<Quantity> quantities;
   for (const Curve* const curve : run) quantities.push_back(curve->quantity);
   const auto values = ModelValues(graph, ctx, *model, quantities, graph.columnX);
   std::vector<Point> line(graph.columnX.size());
@@ -171,7 +171,7 @@ void BuildChiSqStrokes(const Graph& graph, Curve& curve, EvalContext& ctx) {
   if (!model || rows.empty()) return;
   std::vector<double> x;
   for (const DataRow& row : rows) x.push_back(row.x);
-  const int quantities[] = {curve.quantity};
+  const Quantity quantities[] = {curve.quantity};
   const auto values = ModelValues(graph, ctx, *model, quantities, x);
   std::vector<Point> line(x.size());
   for (std::size_t i = 0; i < x.size(); ++i) line[i] = PlaceOfPoint(graph, curve, x[i], values[0][i]);

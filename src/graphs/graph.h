@@ -17,7 +17,9 @@
 #include <string>
 #include <vector>
 
+#include "core/enum_array.h"
 #include "core/limits.h"
+#include "datasets/quantity.h"
 
 namespace kalvex {
 
@@ -36,12 +38,14 @@ struct StrokeBuffer {
 };
 
 enum class CurveKind : int { kData = 0, kModel = 1, kChiSq = 2, kMulti = 3, kFreq = 4, kReader = 5 };
-inline constexpr int kCurveKinds = 5;  // the kinds that a person can add
+inline constexpr int kCurveKinds = static_cast<int>(CurveKind::kReader);  // the kinds that a person can add
+template <>
+inline constexpr std::size_t kEnumCount<CurveKind> = kCurveKinds;
 
 struct Curve {
   std::uint32_t order = 0;  // position in which the user chose the curve
   CurveKind kind = CurveKind::kData;
-  int quantity = -1;
+  Quantity quantity = kRefl;    // of all kinds but kFreq and kReader
   std::uint32_t datasetId = 0;  // for the kinds kData and kChiSq
   std::uint32_t modelId = 0;    // the model's number, for all kinds except kData
   int nColor = 0;               // row of the colour table, 0 for an automatic colour
@@ -145,7 +149,7 @@ inline constexpr std::array<const char*, 8> kSymbolSizeNames = {"1", "3", "5", "
 enum class SymbolShape : int { kSquare, kCircle, kUpTriangle, kDownTriangle, kDiamond };
 inline constexpr std::array<const char*, 5> kSymbolShapeNames = {"Square", "Circle", "Up triangle", "Down triangle",
                                                                  "Diamond"};
-inline constexpr std::array<const char*, kCurveKinds> kCurveKindNames = {"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"};
+inline constexpr auto kCurveKindNames = FullTable<CurveKind, const char*>({"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"});
 
 // Size in pixels of a curve's symbols. 0 if it shows none, or if its size or shape is not in the tables.
 inline int SymbolSizeOf(const Curve& curve) {

@@ -34,9 +34,9 @@ Result<int> ExportGraph(const Graph& graph, EvalContext& ctx, const std::string&
   std::string heads = "W";
   for (const Curve* const curve : InUsersOrder(graph)) {
     if (curve->kind != CurveKind::kModel || graph.plotWidth < 1) break;
-    heads += std::string(" ") + kQuantityNames[static_cast<std::size_t>(curve->quantity)].shortName;
+    heads += std::string(" ") + NamesOf(curve->quantity).shortName;
     const Model* const model = GetModelByNumber(*ctx.params, curve->modelId);
-    const int quantities[] = {curve->quantity};
+    const Quantity quantities[] = {curve->quantity};
     columns.push_back(model ? ModelValues(graph, ctx, *model, quantities, graph.columnX).front()
                             : std::vector<double>(graph.columnX.size()));
   }

@@ -70,7 +70,7 @@ auto FindGraph(Table& table, std::uint32_t number) -> decltype(table.slots.data(
   return nullptr;
 }
 
-Curve CurveOf(CurveKind kind, int quantity, std::uint32_t datasetId, std::uint32_t modelId) {
+Curve CurveOf(CurveKind kind, Quantity quantity, std::uint32_t datasetId, std::uint32_t modelId) {
   Curve curve;
   curve.kind = kind;
   curve.quantity = quantity;
@@ -127,12 +127,16 @@ void ApplyAxes(Graph& graph) {
 }
 
 Curve DataCurve(const Dataset& dataset) { return CurveOf(CurveKind::kData, dataset.Quantity, dataset.id, 0); }
-Curve ModelCurve(const Model& model, int quantity) { return CurveOf(CurveKind::kModel, quantity, 0, model.number); }
+Curve ModelCurve(const Model& model, Quantity quantity) {
+  return CurveOf(CurveKind::kModel, quantity, 0, model.number);
+}
 Curve ChiSqCurve(const Dataset& dataset, const Model& model) {
   return CurveOf(CurveKind::kChiSq, dataset.Quantity, dataset.id, model.number);
 }
-Curve MultiCurve(const Model& model, int quantity) { return CurveOf(CurveKind::kMulti, quantity, 0, model.number); }
-Curve FreqCurve(const Model& model) { return CurveOf(CurveKind::kFreq, -1, 0, model.number); }
+Curve MultiCurve(const Model& model, Quantity quantity) {
+  return CurveOf(CurveKind::kMulti, quantity, 0, model.number);
+}
+Curve FreqCurve(const Model& model) { return CurveOf(CurveKind::kFreq, {}, 0, model.number); }
 
 bool IsBuiltBefore(const Curve& a, const Curve& b) {
   const auto key = [](const Curve& c) { return std::tie(c.kind, c.datasetId, c.modelId, c.quantity, c.order); };
@@ -154,10 +158,10 @@ void AddCurve(Graph& graph, Curve curve) {
   RebuildGraph(graph);
 }
 
-bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, int quantity) {
+bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, std::optional<Quantity> quantity) {
   const auto found = std::find_if(graph.curves.begin(), graph.curves.end(), [&](const Curve& curve) {
     const std::uint32_t of = kind == CurveKind::kData ? curve.datasetId : curve.modelId;
-    return curve.kind == kind && of == id && (quantity < 0 || curve.quantity == quantity);
+    return curve.kind == kind && of == id && (!quantity || curve.quantity == *quantity);
   });
   if (found == graph.curves.end()) return false;
   graph.curves.erase(found);
@@ -177,9 +181,9 @@ std::string CurveText(const Curve& curve, const DatasetTable& datasets, const Pa
   const Dataset* const dataset = curve.datasetId != 0 ? GetDatasetById(datasets, curve.datasetId) : nullptr;
   const Model* const model = GetModelByNumber(params, curve.modelId);
   const std::string ofDataset = quoted(dataset ? dataset->name : ""), ofModel = quoted(model ? model->name : "");
-  const std::string word = kCurveKindNames[static_cast<std::size_t>(curve.kind)];
+  const std::string word = kCurveKindNames[curve.kind];
   if (curve.kind == CurveKind::kFreq) return word + ofModel;
-  const std::string named = word + " [" + kQuantityNames[static_cast<std::size_t>(curve.quantity)].shortName + ']';
+  const std::string named = word + " [" + NamesOf(curve.quantity).shortName + ']';
   if (curve.kind == CurveKind::kData) return named + ofDataset;
   if (curve.kind == CurveKind::kChiSq) return named + ofDataset + " -" + ofModel;
   return named + ofModel;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "datasets/dataset.h"
 #include "graphs/graph.h"
@@ -41,9 +42,9 @@ void ApplyAxes(Graph& graph);
 
 // New curves of each kind with the defaults of the macro language.
 Curve DataCurve(const Dataset& dataset);
-Curve ModelCurve(const Model& model, int quantity);
+Curve ModelCurve(const Model& model, Quantity quantity);
 Curve ChiSqCurve(const Dataset& dataset, const Model& model);
-Curve MultiCurve(const Model& model, int quantity);
+Curve MultiCurve(const Model& model, Quantity quantity);
 Curve FreqCurve(const Model& model);
 
 // Order for building curves: the model curves of one model are neighbours.
@@ -57,7 +58,7 @@ void AssignColors(std::vector<Curve>& curves);
 void AddCurve(Graph& graph, Curve curve);
 // Removes the first curve of that kind, of the dataset or the model, and of the Quantity unless it is -1. False if
 // there is none.
-bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, int quantity);
+bool RemoveCurve(Graph& graph, CurveKind kind, std::uint32_t id, std::optional<Quantity> quantity);
 
 // Updates all graphs after a change. Without autoUpdate a changed parameter leaves the curves as they are until a
 // forced update.

@@ -101,7 +101,7 @@ class Paper {
   void DrawModel(const Curve& curve) const {
     const Model* const model = GetModelByNumber(*ctx_.params, curve.modelId);
     if (!model) return;
-    const int quantities[] = {curve.quantity};
+    const Quantity quantities[] = {curve.quantity};
     ModelLine(curve, fine_, ModelValues(graph_, ctx_, *model, quantities, fine_).front());
   }
 
@@ -110,7 +110,7 @@ class Paper {
     if (!model) return;
     std::vector<double> x;
     for (const DataRow& row : ShownRows(graph_, curve, *ctx_.datasets)) x.push_back(row.x);
-    const int quantities[] = {curve.quantity};
+    const Quantity quantities[] = {curve.quantity};
     ModelLine(curve, x, ModelValues(graph_, ctx_, *model, quantities, x).front());
   }
 

@@ -14,7 +14,7 @@ MacroResult Outcome(MacroCall& call, const Status& status, int slot, bool isLoad
   return call.Told(status.Ok() && !isLoaded ? NotLoaded(slot) : status, SlotText(slot) + ' ' + done);
 }
 
-const char* QuantityText(int quantity) { return kQuantityNames[static_cast<std::size_t>(quantity)].shortName; }
+const char* QuantityText(Quantity quantity) { return NamesOf(quantity).shortName; }
 
 std::string RangeText(const Dataset& dataset) {
   return std::to_string(dataset.nActive) + " of " + std::to_string(dataset.points.size()) + " points from " +

@@ -33,7 +33,7 @@ const Dataset* NeededDataset(MacroCall& call, std::optional<int> datasetNo) {
   return dataset;
 }
 
-std::optional<int> NeededQuantity(MacroCall& call, const std::optional<std::string>& name) {
+std::optional<Quantity> NeededQuantity(MacroCall& call, const std::optional<std::string>& name) {
   if (!name) {
     call.Missing("Quantity");
     return std::nullopt;
@@ -63,7 +63,8 @@ MacroResult Add(MacroCall& call, const Graph& graph, const Curve& curve) {
                    kCurveColors[static_cast<std::size_t>(added.colorIndex)].name);
 }
 
-MacroResult Remove(MacroCall& call, const Graph& graph, CurveKind kind, std::uint32_t of, int quantity) {
+MacroResult Remove(MacroCall& call, const Graph& graph, CurveKind kind, std::uint32_t of,
+                   std::optional<Quantity> quantity) {
   const Status status = call.session.RemoveCurve(graph.number, kind, of, quantity);
   return call.Told(status, GraphText(graph) + " has " + std::to_string(graph.curves.size()) + " curves");
 }
@@ -172,7 +173,7 @@ MacroResult DeleteDataCurveCommand(MacroCall& call, const DeleteDataCurveParams&
   const Graph* const graph = NeededGraph(call, p.GraphNo);
   const Dataset* const dataset = graph ? NeededDataset(call, p.DatasetNo) : nullptr;
   if (!dataset) return MacroResult::kNext;
-  return Remove(call, *graph, CurveKind::kData, dataset->id, -1);
+  return Remove(call, *graph, CurveKind::kData, dataset->id, {});
 }
 
 MacroResult DeleteModelCurveCommand(MacroCall& call, const DeleteModelCurveParams& p) {

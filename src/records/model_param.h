@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/limits.h"
+#include "datasets/quantity.h"
 
 namespace kalvex {
 
@@ -18,7 +19,7 @@ inline constexpr std::size_t kParamNameSize = 50;
 struct SavedSlopes {
   double dEpsRe = 0;  // derivative of the complex response by value
   double dEpsIm = 0;
-  std::array<double, kQuantityCount> dQuantity{};  // derivative of each Quantity by value
+  PerQuantity<double> dQuantity{};  // derivative of each Quantity by value
 };
 
 struct ModelParam {

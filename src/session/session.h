@@ -150,7 +150,7 @@ class Session {
   // Excludes rows outside of the range from the fit. A limit without a value stays. With Heard::kLater nothing is
   // notified; the new range takes effect when the fit's points are next rebuilt.
   Status CutDataset(int slot, std::optional<double> xMin, std::optional<double> xMax, Heard heard);
-  Status SetDatasetQuantity(int slot, int quantity, Heard heard);
+  Status SetDatasetQuantity(int slot, Quantity quantity, Heard heard);
   // Possible during a fit. An empty slot gives an empty file.
   Status ExportDataset(int slot, const std::string& file, bool onlyFitted, bool errorBars);
 
@@ -239,7 +239,7 @@ class Session {
   Status EditGraph(std::uint32_t graph, const GraphEdit& edit);
   Status AddCurve(std::uint32_t graph, const Curve& curve);
   // Removes the first curve of that kind, of that dataset (id) or model, and of the Quantity unless it is -1.
-  Status RemoveCurve(std::uint32_t graph, CurveKind kind, std::uint32_t of, int quantity);
+  Status RemoveCurve(std::uint32_t graph, CurveKind kind, std::uint32_t of, std::optional<Quantity> quantity);
   Status SetCurves(std::uint32_t graph, std::vector<Curve> curves);
   Status SetAutoScreenUpdate(bool on);
   Status SetGraphReader(bool on);

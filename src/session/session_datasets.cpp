@@ -23,7 +23,7 @@ std::string LoadStatement(int slot, const DatasetSource& source) {
   const DatasetSource usual;
   Statement statement("LoadDataset");
   statement.Int("DatasetNo", slot).Text("MasterFile", source.MasterFile);
-  if (source.Quantity) statement.Text("Quantity", kQuantityNames[static_cast<std::size_t>(*source.Quantity)].shortName);
+  if (source.Quantity) statement.Text("Quantity", NamesOf(*source.Quantity).shortName);
   if (source.XMethod != usual.XMethod) statement.Int("XMethod", NumberOf(source.XMethod));
   if (!source.XFile.empty()) statement.Text("XFile", source.XFile);
   if (source.XMethod == XSource::kGenerated) {
@@ -134,11 +134,10 @@ Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<d
             });
 }
 
-Status Session::SetDatasetQuantity(int slot, int quantity, Heard heard) {
+Status Session::SetDatasetQuantity(int slot, Quantity quantity, Heard heard) {
   Dataset* const dataset = SlotOf(slot);
   if (!dataset) return NoSuchSlot(slot);
-  if (quantity < 0 || quantity >= kQuantityCount) return {StatusCode::kBadArgument, "there is no such Quantity"};
-  const char* const name = kQuantityNames[static_cast<std::size_t>(quantity)].shortName;
+  const char* const name = NamesOf(quantity).shortName;
   return Do({"set Quantity of " + SlotText(slot),
              Statement("SetDatasetQuantity").Int("DatasetNo", slot).Text("Quantity", name).Done(),
              {},

@@ -41,12 +41,12 @@ int SlotOfDataset(const DatasetTable& table, std::uint32_t id) {
   return 0;
 }
 
-const char* QuantityNameOf(int quantity) { return kQuantityNames[static_cast<std::size_t>(quantity)].shortName; }
+const char* QuantityNameOf(Quantity quantity) { return NamesOf(quantity).shortName; }
 
 std::string CurveStatement(std::uint32_t graph, const Curve& curve, const DatasetTable& datasets) {
-  static constexpr std::array<const char*, kCurveKinds> kCommands = {"AddDataCurve", "AddModelCurve", "AddChiSqCurve",
-                                                                     "AddMultiCurve", "AddFreqCurve"};
-  Statement statement(kCommands[static_cast<std::size_t>(curve.kind)]);
+  static constexpr auto kCommands = FullTable<CurveKind, const char*>(
+      {"AddDataCurve", "AddModelCurve", "AddChiSqCurve", "AddMultiCurve", "AddFreqCurve"});
+  Statement statement(kCommands[curve.kind]);
   statement.Int("GraphNo", graph);
   if (curve.datasetId != 0) statement.Int("DatasetNo", SlotOfDataset(datasets, curve.datasetId));
   if (curve.kind != CurveKind::kData) statement.Int("ModelNo", curve.modelId);
@@ -136,7 +136,7 @@ Status Session::AddCurve(std::uint32_t number, const Curve& curve) {
                      [&](Graph& graph) { return kalvex::AddCurve(graph, curve), Status(); });
 }
 
-Status Session::RemoveCurve(std::uint32_t number, CurveKind kind, std::uint32_t of, int quantity) {
+Status Session::RemoveCurve(std::uint32_t number, CurveKind kind, std::uint32_t of, std::optional<Quantity> quantity) {
   const bool data = kind == CurveKind::kData;
   Statement statement(data ? "DeleteDataCurve" : "DeleteModelCurve");
   statement.Int("GraphNo", number);
@@ -145,7 +145,7 @@ Status Session::RemoveCurve(std::uint32_t number, CurveKind kind, std::uint32_t 
   } else {
     statement.Int("ModelNo", of);
   }
-  if (!data && quantity >= 0) statement.Text("Quantity", QuantityNameOf(quantity));
+  if (!data && quantity) statement.Text("Quantity", QuantityNameOf(*quantity));
   return ChangeGraph(number, OnGraph("remove a curve from", number, statement.Done()), [&](Graph& graph) {
     if (kalvex::RemoveCurve(graph, kind, of, quantity)) return Status();
     return Status(StatusCode::kNothingToDo, GraphText(number) + " has no such curve");

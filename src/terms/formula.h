@@ -35,9 +35,9 @@ int CalcFormula(const TermCall& call, Cplx& result) {
     if (!Term::Value(call, in, result)) GiveMarker(call, result);
     return 0;
   }
-  using Slope = Dual<static_cast<int>(kInputs)>;
+  using Slope = Dual<kInputs>;
   std::array<Slope, kInputs> in;
-  for (std::size_t i = 0; i < kInputs; ++i) in[i] = Slope(call.inputs[i].value, static_cast<int>(i));
+  for (std::size_t i = 0; i < kInputs; ++i) in[i] = Slope(call.inputs[i].value, i);
   Complex<Slope> eps;
   if (!Term::Value(call, in, eps)) {
     GiveMarker(call, result);

@@ -32,7 +32,7 @@ T ZeroOrAbove(const T& x) {
 Cplx PairIntegralOf(double X, double Y, double t) { return PairIntegral(X, Y, t); }
 
 // The quadrature has derivatives by its three arguments only. The chain rule is applied afterwards.
-template <int N>
+template <std::size_t N>
 Complex<Dual<N>> PairIntegralOf(const Dual<N>& X, const Dual<N>& Y, const Dual<N>& t) {
   const Complex<Dual<3>> J = PairIntegral(Dual<3>(X.a, 0), Dual<3>(Y.a, 1), Dual<3>(t.a, 2));
   const auto chain = [&](const Dual<3>& f) {

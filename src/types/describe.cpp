@@ -95,8 +95,8 @@ void AppendFills(const ModelType& type, std::string& text) {
   }
   text += "| number | `Quantity` | holds |\n|---|---|---|\n";
   for (const SlotUse& slot : type.fills) {
-    text += "| " + std::to_string(slot.quantity) + " | " +
-            kQuantityNames[static_cast<std::size_t>(slot.quantity)].shortName + " | " + slot.meaning + " |\n";
+    text += "| " + std::to_string(NumberOf(slot.quantity)) + " | " + NamesOf(slot.quantity).shortName + " | " +
+            slot.meaning + " |\n";
   }
   text += "\nThe other Quantities are 0.\n";
 }

@@ -13,8 +13,6 @@
 namespace kalvex {
 namespace {
 
-constexpr auto kSlots = static_cast<std::size_t>(kQuantityCount);
-
 TypeScratch& NextLevel(EvalContext& ctx) {
   TypeScratchStack& stack = ctx.typeScratch;
   if (stack.levels.size() == stack.depth) stack.levels.emplace_back();
@@ -50,9 +48,9 @@ template <class T>
 TypeInputs<T>::TypeInputs(const TypeScratch& scratch, const RowMap& map, double frequency)
     : x(frequency),
       scratch_(scratch),
-      head_(static_cast<int>(map.head.size())),
-      group_(static_cast<int>(map.group.size())),
-      groups_(group_ == 0 ? 0 : (static_cast<int>(scratch.raw.size()) - head_) / group_) {
+      head_(map.head.size()),
+      group_(map.group.size()),
+      groups_(group_ == 0 ? 0 : (scratch.raw.size() - head_) / group_) {
   if constexpr (std::is_same_v<T, double>) {
     values_ = scratch.at.data();
     quantities_ = scratch.quantities.data();
@@ -72,35 +70,32 @@ template class TypeInputs<double>;
 template class TypeInputs<TypeDual>;
 
 TypeRun::TypeRun(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                 std::span<const int> asked)
+                 std::span<const Quantity> asked)
     : ctx_(ctx), model_(model), map_(map), fills_(fills), asked_(asked), scratch_(NextLevel(ctx)) {}
 
 TypeRun::~TypeRun() { --ctx_.typeScratch.depth; }
 
 template <class Visit>
 void TypeRun::ForEachWanted(Visit visit) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx_.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx_.quantities[q];
     if (quantity.wanted) visit(q, quantity);
   }
 }
 
-const RowCell& TypeRun::CellOf(int i) const {
-  const auto at = static_cast<std::size_t>(i);
-  if (at < map_.head.size()) return map_.head[at];
-  return map_.group[(at - map_.head.size()) % map_.group.size()];
+const RowCell& TypeRun::CellOf(std::size_t i) const {
+  if (i < map_.head.size()) return map_.head[i];
+  return map_.group[(i - map_.head.size()) % map_.group.size()];
 }
 
-ParamSlopes* TypeRun::SlopesOfOwn(int i) {
-  if (!scratch_.param[static_cast<std::size_t>(i)]) return nullptr;
+ParamSlopes* TypeRun::SlopesOfOwn(std::size_t i) {
+  if (!scratch_.param[i]) return nullptr;
   const RowCell& cell = CellOf(i);
   if (cell.use == CellUse::kExperimental) return &ctx_.slopes.ExpParams[static_cast<std::size_t>(cell.row)];
-  return &Cell(SlopesOf(ctx_, model_), scratch_.row[static_cast<std::size_t>(i)], cell.column);
+  return &Cell(SlopesOf(ctx_, model_), scratch_.row[i], cell.column);
 }
 
-bool TypeRun::IsEvaluatedPartner(int i) const {
-  return IsEvaluated(CellOf(i).use) && scratch_.partner[static_cast<std::size_t>(i)];
-}
+bool TypeRun::IsEvaluatedPartner(std::size_t i) const { return IsEvaluated(CellOf(i).use) && scratch_.partner[i]; }
 
 int TypeRun::ReadRows() {
   const int rows = RowCount(model_);
@@ -118,8 +113,7 @@ int TypeRun::ReadRows() {
   scratch_.row.resize(count);
   scratch_.quantities.resize(count);
   for (std::size_t i = 0; i < count; ++i) {
-    const int index = static_cast<int>(i);
-    const RowCell& cell = CellOf(index);
+    const RowCell& cell = CellOf(i);
     if (cell.use == CellUse::kExperimental) {
       scratch_.param[i] = &ctx_.params->ExpParams[static_cast<std::size_t>(cell.row)];
       scratch_.raw[i] = scratch_.param[i]->value;
@@ -132,7 +126,7 @@ int TypeRun::ReadRows() {
     const ModelParam* const param = row < rows ? &Cell(model_, row, cell.column) : nullptr;
     scratch_.raw[i] = param ? param->value : cell.absent;
     if (cell.use == CellUse::kOwn) scratch_.param[i] = param;
-    if (cell.use == CellUse::kOwnMesh && HasVdf(model_) && TypeInputs<double>(scratch_, map_, 0).setting(index) != 0) {
+    if (cell.use == CellUse::kOwnMesh && HasVdf(model_) && TypeInputs<double>(scratch_, map_, 0).setting(i) != 0) {
       scratch_.partner[i] = &model_;
     }
     if (!NamesModel(cell.use)) continue;
@@ -144,59 +138,56 @@ int TypeRun::ReadRows() {
   return 0;
 }
 
-void TypeRun::Ask(int i, double x, bool derivatives) {
-  const auto at = static_cast<std::size_t>(i);
+void TypeRun::Ask(std::size_t i, double x, bool derivatives) {
   derivatives_ = derivatives;
-  scratch_.partnerX[at] = x;
+  scratch_.partnerX[i] = x;
   const CellUse use = CellOf(i).use;
   if (use == CellUse::kDataset) {
     const Dataset* const dataset = DatasetInSlot(*ctx_.datasets, TypeInputs<double>(scratch_, map_, x).setting(i));
-    scratch_.at[at] = {dataset && dataset->id != 0 ? DatasetValueAt(*dataset, x) : 0, 0};
+    scratch_.at[i] = {dataset && dataset->id != 0 ? DatasetValueAt(*dataset, x) : 0, 0};
   } else if (use == CellUse::kOwnMesh) {
-    scratch_.at[at] = {};
-    if (!scratch_.partner[at]) return;
+    scratch_.at[i] = {};
+    if (!scratch_.partner[i]) return;
     if (derivatives) ClearRowSlopes(ctx_, model_);
-    scratch_.at[at] =
+    scratch_.at[i] =
         EvalVdf(model_.vdf, x, derivatives ? std::span(SlopesOf(ctx_, model_).mesh) : std::span<MeshSlopes>());
   } else if (IsResponse(use)) {
-    const Model* const partner = scratch_.partner[at];
-    scratch_.at[at] = partner ? EpsSum(ctx_, *partner, x, derivatives && use != CellUse::kReference) : Cplx{1, 0};
+    const Model* const partner = scratch_.partner[i];
+    scratch_.at[i] = partner ? EpsSum(ctx_, *partner, x, derivatives && use != CellUse::kReference) : Cplx{1, 0};
   } else {
-    scratch_.at[at] = {scratch_.raw[at], 0};
+    scratch_.at[i] = {scratch_.raw[i], 0};
   }
 }
 
 int TypeRun::AskAll(double x, bool derivatives) {
-  const int count = static_cast<int>(InputCount());
   // Evaluated partners come first: their evaluation overwrites slopes in other models, also those of responses.
-  for (int i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < InputCount(); ++i) {
     if (IsEvaluatedPartner(i) && AskEvaluated(i, x, derivatives) != 0) return -1;
   }
-  for (int i = 0; i < count; ++i) Ask(i, x, derivatives);
+  for (std::size_t i = 0; i < InputCount(); ++i) Ask(i, x, derivatives);
   return 0;
 }
 
-double* TypeRun::ColumnOf(int i, int slot) {
-  const std::size_t column = static_cast<std::size_t>(i) * AskedCount() + static_cast<std::size_t>(slot);
-  return scratch_.columns.data() + column * scratch_.free.size();
+double* TypeRun::ColumnOf(std::size_t i, std::size_t slot) {
+  return scratch_.columns.data() + (i * AskedCount() + slot) * scratch_.free.size();
 }
 
-int TypeRun::AskEvaluated(int i, double x, bool derivatives) {
+int TypeRun::AskEvaluated(std::size_t i, double x, bool derivatives) {
   if (derivatives) {
     scratch_.free.clear();
     ForEachFreeParam(*ctx_.params, ctx_.slopes, [&](ParamSlopes& slopes) { scratch_.free.push_back(&slopes); });
     scratch_.columns.resize(InputCount() * AskedCount() * scratch_.free.size());
     for (std::size_t s = 0; s < AskedCount(); ++s) ClearColumns(Asked(s));
   }
-  QuantitySet set = 0;
-  for (std::size_t s = 0; s < AskedCount(); ++s) set = static_cast<QuantitySet>(set | SetOf(Asked(s)));
+  QuantitySet set;
+  for (std::size_t s = 0; s < AskedCount(); ++s) set |= {Asked(s)};
   const WantedForPartner wanted(ctx_.quantities, set);
-  if (EvalPartner(ctx_, *scratch_.partner[static_cast<std::size_t>(i)], x, derivatives) != 0) return -1;
+  if (EvalPartner(ctx_, *scratch_.partner[i], x, derivatives) != 0) return -1;
   for (std::size_t s = 0; s < AskedCount(); ++s) {
-    const auto q = static_cast<std::size_t>(Asked(s));
-    scratch_.quantities[static_cast<std::size_t>(i)][q] = ctx_.quantities[q].value;
+    const Quantity q = Asked(s);
+    scratch_.quantities[i][q] = ctx_.quantities[q].value;
     if (!derivatives) continue;
-    double* const column = ColumnOf(i, static_cast<int>(s));
+    double* const column = ColumnOf(i, s);
     for (std::size_t p = 0; p < scratch_.free.size(); ++p) column[p] = scratch_.free[p]->dQuantity[q];
   }
   return 0;
@@ -204,12 +195,12 @@ int TypeRun::AskEvaluated(int i, double x, bool derivatives) {
 
 void TypeRun::CountDirections() {
   directions_ = 0;
-  scratch_.direction.assign(InputCount(), -1);
+  scratch_.direction.assign(InputCount(), kNoDirection);
   for (std::size_t i = 0; i < InputCount(); ++i) {
-    const CellUse use = CellOf(static_cast<int>(i)).use;
-    int count = 0;
+    const CellUse use = CellOf(i).use;
+    std::size_t count = 0;
     if (IsEvaluated(use)) {
-      count = scratch_.partner[i] ? static_cast<int>(AskedCount()) : 0;
+      count = scratch_.partner[i] ? AskedCount() : 0;
     } else if (scratch_.partner[i] && IsResponse(use) && use != CellUse::kReference) {
       count = HasFreeParam(*scratch_.partner[i]) ? 2 : 0;
     } else if (scratch_.param[i]) {
@@ -218,65 +209,63 @@ void TypeRun::CountDirections() {
     if (count > 0) scratch_.direction[i] = directions_;
     directions_ += count;
   }
-  scratch_.slopes.assign(kSlots * static_cast<std::size_t>(directions_), 0);
-  scratch_.epsSlopes.assign(static_cast<std::size_t>(directions_), {});
+  scratch_.slopes.assign(kEnumCount<Quantity> * directions_, 0);
+  scratch_.epsSlopes.assign(directions_, {});
 }
 
-void TypeRun::MakeDuals(int first) {
+void TypeRun::MakeDuals(std::size_t first) {
   scratch_.dual.resize(InputCount());
   scratch_.dualQuantities.resize(InputCount());
-  const auto vary = [&](TypeDual& value, int direction) {
-    if (direction >= first && direction < first + kTypeLanes) {
-      value.v[static_cast<std::size_t>(direction - first)] = 1;
-    }
+  const auto vary = [&](TypeDual& value, std::size_t direction) {
+    if (direction >= first && direction < first + kTypeLanes) value.v[direction - first] = 1;
   };
   for (std::size_t i = 0; i < InputCount(); ++i) {
     scratch_.dual[i] = {TypeDual(scratch_.at[i].re), TypeDual(scratch_.at[i].im)};
-    const int direction = scratch_.direction[i];
-    if (direction < 0) continue;
-    if (!IsEvaluated(CellOf(static_cast<int>(i)).use)) {
+    const std::size_t direction = scratch_.direction[i];
+    if (direction == kNoDirection) continue;
+    if (!IsEvaluated(CellOf(i).use)) {
       vary(scratch_.dual[i].re, direction);
       if (scratch_.partner[i]) vary(scratch_.dual[i].im, direction + 1);
       continue;
     }
     for (std::size_t s = 0; s < AskedCount(); ++s) {
-      const auto q = static_cast<std::size_t>(Asked(s));
+      const Quantity q = Asked(s);
       scratch_.dualQuantities[i][q] = TypeDual(scratch_.quantities[i][q]);
-      vary(scratch_.dualQuantities[i][q], direction + static_cast<int>(s));
+      vary(scratch_.dualQuantities[i][q], direction + s);
     }
   }
 }
 
 void TypeRun::Store(const Slots<double>& values) {
-  ForEachWanted([&](int q, Quantity& quantity) {
-    quantity.Put(values[static_cast<std::size_t>(q)]);
+  ForEachWanted([&](Quantity q, QuantityResult& quantity) {
+    quantity.Put(values[q]);
     quantity.ClearExp();
   });
 }
 
 void TypeRun::StoreMaterial(const Cplx& eps, double x, bool derivatives) {
   const QuantityInput input = QuantityInputAt(ctx_, x, derivatives);
-  ForEachWanted([&](int q, Quantity& quantity) {
+  ForEachWanted([&](Quantity q, QuantityResult& quantity) {
     quantity.ClearExp();
     QuantityOfEps(input, eps, q, quantity);
   });
 }
 
 void TypeRun::Chain() {
-  ForEachWanted([&](int q, Quantity& quantity) { ChainQuantity(q, quantity.dExp); });
+  ForEachWanted([&](Quantity q, QuantityResult& quantity) { ChainQuantity(q, quantity.dExp); });
 }
 
 void TypeRun::ChainOfMaterial() {
-  ForEachWanted([&](int q, Quantity& quantity) {
-    for (int d = 0; d < directions_; ++d) {
-      const Cplx& slope = scratch_.epsSlopes[static_cast<std::size_t>(d)];
+  ForEachWanted([&](Quantity q, QuantityResult& quantity) {
+    for (std::size_t d = 0; d < directions_; ++d) {
+      const Cplx& slope = scratch_.epsSlopes[d];
       Slope(q, d) = quantity.dRe * slope.re + quantity.dIm * slope.im;
     }
   });
   Chain();
 }
 
-void TypeRun::ClearColumns(int quantity) {
+void TypeRun::ClearColumns(Quantity quantity) {
   for (ParamSlopes* const slopes : scratch_.free) slopes->Put(quantity, 0);
   for (const Model* const partner : scratch_.partner) {
     if (partner) ClearDerivativeColumn(ctx_, *partner, quantity);
@@ -286,13 +275,13 @@ void TypeRun::ClearColumns(int quantity) {
   }
 }
 
-void TypeRun::AddEvaluated(int quantity) {
+void TypeRun::AddEvaluated(Quantity quantity) {
   for (std::size_t i = 0; i < InputCount(); ++i) {
-    if (!IsEvaluatedPartner(static_cast<int>(i))) continue;
+    if (!IsEvaluatedPartner(i)) continue;
     for (std::size_t s = 0; s < AskedCount(); ++s) {
-      const double slope = Slope(quantity, scratch_.direction[i] + static_cast<int>(s));
+      const double slope = Slope(quantity, scratch_.direction[i] + s);
       if (slope == 0) continue;
-      const double* const column = ColumnOf(static_cast<int>(i), static_cast<int>(s));
+      const double* const column = ColumnOf(i, s);
       for (std::size_t p = 0; p < scratch_.free.size(); ++p) {
         scratch_.free[p]->Add(quantity, slope * column[p]);
       }
@@ -300,15 +289,14 @@ void TypeRun::AddEvaluated(int quantity) {
   }
 }
 
-void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCount>& dExp) {
-  const auto q = static_cast<std::size_t>(quantity);
+void TypeRun::ChainQuantity(Quantity quantity, const std::array<double, kExpParamCount>& dExp) {
   const std::array<double, kExpParamCount> ofMaterial = dExp;
-  Quantity& of = ctx_.quantities[q];
+  QuantityResult& of = ctx_.quantities[quantity];
   ClearColumns(quantity);
   of.ClearExp();
   for (std::size_t i = 0; i < InputCount(); ++i) {
-    const int direction = scratch_.direction[i];
-    if (direction < 0 || !IsResponse(CellOf(static_cast<int>(i)).use)) continue;
+    const std::size_t direction = scratch_.direction[i];
+    if (direction == kNoDirection || !IsResponse(CellOf(i).use)) continue;
     const Model& partner = *scratch_.partner[i];
     // The same model evaluated at another frequency has overwritten the slopes of this response.
     const bool overwritten =
@@ -327,10 +315,10 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
   }
   AddEvaluated(quantity);
   for (std::size_t i = 0; i < InputCount(); ++i) {
-    if (!scratch_.param[i] || scratch_.direction[i] < 0) continue;
+    if (!scratch_.param[i] || scratch_.direction[i] == kNoDirection) continue;
     const double slope = Slope(quantity, scratch_.direction[i]);
-    ParamSlopes& slopes = *SlopesOfOwn(static_cast<int>(i));
-    if (CellOf(static_cast<int>(i)).use == CellUse::kExperimental) {
+    ParamSlopes& slopes = *SlopesOfOwn(i);
+    if (CellOf(i).use == CellUse::kExperimental) {
       slopes.Add(quantity, slope);
     } else {
       slopes.Put(quantity, slope);
@@ -339,15 +327,15 @@ void TypeRun::ChainQuantity(int quantity, const std::array<double, kExpParamCoun
 }
 
 // Marks the parameters on which the Quantities of an evaluated partner depend.
-int TypeRun::SeedEvaluated(int i) {
+int TypeRun::SeedEvaluated(std::size_t i) {
   for (std::size_t s = 0; s < AskedCount(); ++s) {
-    const int quantity = Asked(s);
-    const WantedForPartner wanted(ctx_.quantities, SetOf(quantity));
+    const Quantity quantity = Asked(s);
+    const WantedForPartner wanted(ctx_.quantities, QuantitySet{quantity});
     ClearColumns(quantity);
-    if (EvalPartnerAfter(ctx_, *scratch_.partner[static_cast<std::size_t>(i)]) != 0) return -1;
-    double* const column = ColumnOf(i, static_cast<int>(s));
+    if (EvalPartnerAfter(ctx_, *scratch_.partner[i]) != 0) return -1;
+    double* const column = ColumnOf(i, s);
     for (std::size_t p = 0; p < scratch_.free.size(); ++p) {
-      column[p] = scratch_.free[p]->dQuantity[static_cast<std::size_t>(quantity)] != 0 ? 1 : 0;
+      column[p] = scratch_.free[p]->dQuantity[quantity] != 0 ? 1 : 0;
     }
   }
   return 0;
@@ -356,41 +344,39 @@ int TypeRun::SeedEvaluated(int i) {
 // Sets the slope of 1 by every direction of the inputs in use. The slopes of a response are the weights wRe and wIm of
 // its parts. Of an evaluated partner the directions are all its Quantities in kAsked; without kAsked, the Quantity of
 // the same number.
-void TypeRun::SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm) {
-  const int head = static_cast<int>(map_.head.size()), group = static_cast<int>(map_.group.size());
-  const int count = static_cast<int>(InputCount());
-  for (int i = 0; i < count; ++i) {
-    const int direction = scratch_.direction[static_cast<std::size_t>(i)];
-    const int cell = i < head ? i : (i - head) % group;
-    const bool idle = i >= head && i >= count - group && (use.lastIdle >> cell & 1) != 0;
-    if (direction < 0 || idle || !(use.inputs >> (i < head ? cell : head + cell) & 1)) continue;
+void TypeRun::SeedSlopes(Quantity quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm) {
+  const std::size_t head = map_.head.size(), group = map_.group.size(), count = InputCount();
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t direction = scratch_.direction[i];
+    const std::size_t cell = i < head ? i : (i - head) % group;
+    const bool idle = i >= head && i + group >= count && (use.lastIdle >> cell & 1) != 0;
+    if (direction == kNoDirection || idle || !(use.inputs >> (i < head ? cell : head + cell) & 1)) continue;
     const CellUse of = CellOf(i).use;
     if (IsResponse(of)) {
       Slope(quantity, direction) = wRe;
       Slope(quantity, direction + 1) = wIm;
     } else if (IsEvaluated(of) && !asked_.empty()) {
-      for (int k = 0; k < static_cast<int>(asked_.size()); ++k) {
+      for (std::size_t k = 0; k < asked_.size(); ++k) {
         if (use.asked >> k & 1) Slope(quantity, direction + k) = 1;
       }
     } else {
-      Slope(quantity, direction + (IsEvaluated(of) ? static_cast<int>(slot) : 0)) = 1;
+      Slope(quantity, direction + (IsEvaluated(of) ? slot : 0)) = 1;
     }
   }
 }
 
 int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                     std::span<const int> asked, Parts parts, IdleInputs idle) {
+                     std::span<const Quantity> asked, Parts parts, IdleInputs idle) {
   TypeRun run(ctx, model, map, fills, asked);
   if (const int status = run.ReadRows()) return status;
   TypeScratch& scratch = run.scratch_;
   ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { scratch.free.push_back(&slopes); });
   scratch.columns.assign(run.InputCount() * run.AskedCount() * scratch.free.size(), 0);
-  const int count = static_cast<int>(run.InputCount());
-  for (int i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < run.InputCount(); ++i) {
     if (run.IsEvaluatedPartner(i) && run.SeedEvaluated(i) != 0) return -1;
   }
-  for (int i = 0; i < count; ++i) {
-    const Model* const partner = scratch.partner[static_cast<std::size_t>(i)];
+  for (std::size_t i = 0; i < run.InputCount(); ++i) {
+    const Model* const partner = scratch.partner[i];
     if (!partner || !IsResponse(run.CellOf(i).use)) continue;
     if (run.CellOf(i).use == CellUse::kOwnMesh) {
       ClearRowSlopes(ctx, model);
@@ -401,7 +387,7 @@ int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, st
   }
   run.CountDirections();
   const std::uint64_t counting = idle ? ~idle(TypeInputs<double>(scratch, map, 0)) : kAllInputs;
-  run.ForEachWanted([&](int q, Quantity& quantity) {
+  run.ForEachWanted([&](Quantity q, QuantityResult& quantity) {
     quantity.ClearExp();
     if (parts != Parts::kOwn) {
       DependencyStub(q, quantity);

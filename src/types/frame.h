@@ -23,7 +23,7 @@
 //     double FrequencyOf(const TypeInputs<double>&, int input)   the frequency at which a partner is evaluated
 //     void Keep(TypeRun&, const TypeInputs<double>&)   stores further results in the context after an evaluation
 //     std::uint64_t Idle(const TypeInputs<double>&)   the inputs (InputBits) without effect at the present settings
-//     kAsked   numbers of the Quantities that are evaluated of partners; without it those that the type fills
+//     kAsked   the Quantities that are evaluated of partners; without it those that the type fills
 //     kSumOfPartners   for a material whose response is a sum of its partners' with real factors: real and imaginary
 //         parts do not mix
 //
@@ -49,7 +49,7 @@
 namespace kalvex {
 
 template <class T>
-using Slots = std::array<T, kQuantityCount>;
+using Slots = PerQuantity<T>;
 
 // The inputs of one evaluation, numbered as the cells of the row map: those of the head, then group by group.
 template <class T>
@@ -64,31 +64,29 @@ class TypeInputs {
     return stands ? scratch_.ahead : std::span<const double>(&x, 1);
   }
   // Dielectric function of a partner.
-  const Complex<T>& eps(int i) const { return values_[static_cast<std::size_t>(i)]; }
+  const Complex<T>& eps(std::size_t i) const { return values_[i]; }
   // A number that can be fitted.
-  const T& operator[](int i) const { return values_[static_cast<std::size_t>(i)].re; }
+  const T& operator[](std::size_t i) const { return values_[i].re; }
   // A Quantity of an evaluated partner.
-  const T& quantity(int i, int q) const {
-    return quantities_[static_cast<std::size_t>(i)][static_cast<std::size_t>(q)];
-  }
+  const T& quantity(std::size_t i, Quantity q) const { return quantities_[i][q]; }
   // The value of a dataset at x.
-  double data(int i) const { return scratch_.at[static_cast<std::size_t>(i)].re; }
+  double data(std::size_t i) const { return scratch_.at[i].re; }
   // The number in the cell, and the same truncated to an integer.
-  double value(int i) const { return scratch_.raw[static_cast<std::size_t>(i)]; }
-  int setting(int i) const { return TruncatedSetting(value(i)); }
+  double value(std::size_t i) const { return scratch_.raw[i]; }
+  int setting(std::size_t i) const { return TruncatedSetting(value(i)); }
   // Whether an optional partner is there.
-  bool has(int i) const { return scratch_.partner[static_cast<std::size_t>(i)] != nullptr; }
-  const Model& partner(int i) const { return *scratch_.partner[static_cast<std::size_t>(i)]; }
-  int groups() const { return groups_; }
+  bool has(std::size_t i) const { return scratch_.partner[i] != nullptr; }
+  const Model& partner(std::size_t i) const { return *scratch_.partner[i]; }
+  std::size_t groups() const { return groups_; }
   // The input that is cell j of group k.
-  int Of(int k, int j) const { return head_ + k * group_ + j; }
+  std::size_t Of(std::size_t k, std::size_t j) const { return head_ + k * group_ + j; }
 
  private:
   static int TruncatedSetting(double value);
   const TypeScratch& scratch_;
   const Complex<T>* values_;
   const Slots<T>* quantities_;
-  int head_, group_, groups_;
+  std::size_t head_, group_, groups_;
 };
 
 // a/b, with |b|^2 taken as at least 1e-30.
@@ -146,7 +144,7 @@ using IdleInputs = std::uint64_t (*)(const TypeInputs<double>&);
 class TypeRun {
  public:
   TypeRun(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
-          std::span<const int> asked = {});
+          std::span<const Quantity> asked = {});
   TypeRun(const TypeRun&) = delete;
   TypeRun& operator=(const TypeRun&) = delete;
   ~TypeRun();
@@ -155,20 +153,20 @@ class TypeRun {
   int ReadRows();
   // Evaluates input i, a partner or a dataset, at a frequency. With derivatives, the slopes of the partner's response
   // stay in the slopes of its parameters.
-  void Ask(int i, double x, bool derivatives);
+  void Ask(std::size_t i, double x, bool derivatives);
   // The same for all inputs. Returns -1 if the evaluation of a partner fails.
   int AskAll(double x, bool derivatives);
   // Numbers the directions in which derivatives are wanted, and allocates their slopes.
   void CountDirections();
   // The slopes by input i if it is a number that can be fitted, else null. Only in an evaluation with derivatives.
-  ParamSlopes* SlopesOfOwn(int i);
+  ParamSlopes* SlopesOfOwn(std::size_t i);
 
-  int Directions() const { return directions_; }
-  double& Slope(int quantity, int direction) {
-    return scratch_.slopes[static_cast<std::size_t>(quantity * directions_ + direction)];
+  std::size_t Directions() const { return directions_; }
+  double& Slope(Quantity quantity, std::size_t direction) {
+    return scratch_.slopes[IndexOf(quantity) * directions_ + direction];
   }
   // The inputs as dual numbers. Their lanes are the directions from `first` on.
-  void MakeDuals(int first);
+  void MakeDuals(std::size_t first);
 
   // Stores the wanted values. Chain then adds the slopes to those of the parameters.
   void Store(const Slots<double>& values);
@@ -176,9 +174,7 @@ class TypeRun {
   // Stores the wanted Quantities of a dielectric function, and their derivatives by it for ChainOfMaterial.
   void StoreMaterial(const Cplx& eps, double x, bool derivatives);
   // The derivative of the dielectric function by one direction.
-  void SetEpsSlope(int direction, const Cplx& slope) {
-    scratch_.epsSlopes[static_cast<std::size_t>(direction)] = slope;
-  }
+  void SetEpsSlope(std::size_t direction, const Cplx& slope) { scratch_.epsSlopes[direction] = slope; }
   void ChainOfMaterial();
 
   TypeScratch& scratch() { return scratch_; }
@@ -187,36 +183,36 @@ class TypeRun {
   std::size_t InputCount() const { return scratch_.raw.size(); }
 
  private:
-  friend int MarkDependencies(EvalContext&, const Model&, const RowMap&, std::span<const SlotUse>, std::span<const int>,
-                              Parts, IdleInputs);
+  friend int MarkDependencies(EvalContext&, const Model&, const RowMap&, std::span<const SlotUse>,
+                              std::span<const Quantity>, Parts, IdleInputs);
   std::size_t AskedCount() const { return asked_.empty() ? fills_.size() : asked_.size(); }
-  int Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
-  int SeedEvaluated(int i);
-  void SeedSlopes(int quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm);
+  Quantity Asked(std::size_t s) const { return asked_.empty() ? fills_[s].quantity : asked_[s]; }
+  int SeedEvaluated(std::size_t i);
+  void SeedSlopes(Quantity quantity, std::size_t slot, const SlotUse& use, double wRe, double wIm);
   template <class Visit>
   void ForEachWanted(Visit visit);
-  const RowCell& CellOf(int i) const;
-  bool IsEvaluatedPartner(int i) const;
-  double* ColumnOf(int i, int slot);
-  void ClearColumns(int quantity);
-  int AskEvaluated(int i, double x, bool derivatives);
-  void AddEvaluated(int quantity);
-  void ChainQuantity(int quantity, const std::array<double, kExpParamCount>& dExp);
+  const RowCell& CellOf(std::size_t i) const;
+  bool IsEvaluatedPartner(std::size_t i) const;
+  double* ColumnOf(std::size_t i, std::size_t slot);
+  void ClearColumns(Quantity quantity);
+  int AskEvaluated(std::size_t i, double x, bool derivatives);
+  void AddEvaluated(Quantity quantity);
+  void ChainQuantity(Quantity quantity, const std::array<double, kExpParamCount>& dExp);
 
   EvalContext& ctx_;
   const Model& model_;
   const RowMap& map_;
   std::span<const SlotUse> fills_;
-  std::span<const int> asked_;  // Quantities of evaluated partners; empty: each Quantity of the fills from its own
+  std::span<const Quantity> asked_;  // Quantities of evaluated partners; empty: each Quantity of the fills from its own
   TypeScratch& scratch_;
   bool derivatives_ = false;
-  int directions_ = 0;
+  std::size_t directions_ = 0;
 };
 
 // The after-step: marks the parameters on which each wanted Quantity depends. Returns 0, or the status of ReadRows, or
 // -1 if a partner fails.
 int MarkDependencies(EvalContext& ctx, const Model& model, const RowMap& map, std::span<const SlotUse> fills,
-                     std::span<const int> asked, Parts parts, IdleInputs idle);
+                     std::span<const Quantity> asked, Parts parts, IdleInputs idle);
 
 // Sets which Quantities are wanted for the evaluation of a partner: a given set, or those that are wanted already. The
 // destructor restores the table of Quantities; read the partner's values before.
@@ -261,7 +257,7 @@ constexpr std::span<const SlotUse> FillsOf() {
 }
 
 template <class Type>
-constexpr std::span<const int> AskedOf() {
+constexpr std::span<const Quantity> AskedOf() {
   if constexpr (requires { Type::kAsked; }) {
     return Type::kAsked;
   } else {
@@ -301,7 +297,7 @@ struct PreparedTables {
   using Table = typename Type::template Table<T>;
 
   std::vector<double> numbers;  // from which the tables were computed
-  std::vector<int> directions;
+  std::vector<std::size_t> directions;
   bool valuesHold = false;
   std::size_t passesHold = 0;
   Table<double> values{};
@@ -388,7 +384,7 @@ int AskPartners(TypeRun& run, const RowMap& map, double x, bool derivatives) {
   if constexpr (requires(const TypeInputs<double>& in) { Type::FrequencyOf(in, 0); }) {
     const TypeInputs<double> in(run.scratch(), map, x);
     for (std::size_t i = 0; i < run.InputCount(); ++i) {
-      run.Ask(static_cast<int>(i), Type::FrequencyOf(in, static_cast<int>(i)), derivatives);
+      run.Ask(i, Type::FrequencyOf(in, i), derivatives);
     }
     return 0;
   } else {
@@ -400,19 +396,17 @@ int AskPartners(TypeRun& run, const RowMap& map, double x, bool derivatives) {
 template <class Type>
 void FillSlopes(TypeRun& run, const RowMap& map, double x) {
   run.CountDirections();
-  for (int first = 0; first < run.Directions(); first += kTypeLanes) {
+  for (std::size_t first = 0; first < run.Directions(); first += kTypeLanes) {
     run.MakeDuals(first);
     Slots<TypeDual> values{};
     Complex<TypeDual> eps;
-    CallFormula<Type>(run, TypeInputs<TypeDual>(run.scratch(), map, x), static_cast<std::size_t>(first / kTypeLanes),
-                      values, eps);
-    for (int lane = 0; lane < kTypeLanes && first + lane < run.Directions(); ++lane) {
-      const auto l = static_cast<std::size_t>(lane);
+    CallFormula<Type>(run, TypeInputs<TypeDual>(run.scratch(), map, x), first / kTypeLanes, values, eps);
+    for (std::size_t lane = 0; lane < kTypeLanes && first + lane < run.Directions(); ++lane) {
       if constexpr (kIsMaterial<Type>) {
-        run.SetEpsSlope(first + lane, {eps.re.v[l], eps.im.v[l]});
+        run.SetEpsSlope(first + lane, {eps.re.v[lane], eps.im.v[lane]});
       } else {
         for (const SlotUse& slot : FillsOf<Type>()) {
-          run.Slope(slot.quantity, first + lane) = values[static_cast<std::size_t>(slot.quantity)].v[l];
+          run.Slope(slot.quantity, first + lane) = values[slot.quantity].v[lane];
         }
       }
     }

@@ -81,7 +81,7 @@ void PressUnloadAll(Desk& desk) {
   Refresh(desk);
 }
 
-void ChooseQuantity(Desk& desk, int slot, int quantity) {
+void ChooseQuantity(Desk& desk, int slot, Quantity quantity) {
   if (HoldsRows(desk, slot)) desk.session.SetDatasetQuantity(slot, quantity, Heard::kLater).Ignore();
 }
 

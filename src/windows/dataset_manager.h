@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,7 +18,7 @@ inline constexpr int kManagerRows = 10;
 struct ManagerRow {
   std::string button;  // its text: "Load" or "Unload"
   std::string name;
-  int quantity = -1;  // entry of the list of short names; -1 for none
+  std::optional<Quantity> quantity;  // that the list of short names shows
   std::string cutMin, cutMax;
   std::string points;
   bool enabled = false;  // of all controls except the button
@@ -45,7 +46,7 @@ void RefreshDatasetRow(DatasetManager& manager, const DatasetTable& datasets, in
 void PressDatasetButton(Desk& desk, int slot);
 void PressUnloadAll(Desk& desk);
 // Curves and terms of the fit use the new Quantity after they are next rebuilt.
-void ChooseQuantity(Desk& desk, int slot, int quantity);
+void ChooseQuantity(Desk& desk, int slot, Quantity quantity);
 // Called at every change of the text, so for each character. A text that the field already shows is not a change. All
 // changes until the field is left are one step of the history.
 void TypeCutMin(Desk& desk, int slot, std::string_view text);

@@ -16,7 +16,7 @@ std::string PairText(const Session& session, std::uint32_t datasetId, std::uint3
   const Dataset* const dataset = GetDatasetById(session.Datasets(), datasetId);
   const Model* const model = session.FindModel(modelNumber);
   std::string text = "[";
-  text += kQuantityNames[static_cast<std::size_t>(dataset ? dataset->Quantity : 0)].shortName;
+  text += NamesOf(dataset ? dataset->Quantity : kRefl).shortName;
   text += "] \"" + (dataset ? dataset->name : "") + "\" - \"" + (model ? model->name : "") + "\"";
   return text;
 }

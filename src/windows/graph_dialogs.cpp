@@ -103,11 +103,11 @@ GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const
 
 void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const ParamTables& params) {
   contents.available.clear();
-  const auto isTicked = [&](CurveKind kind) { return contents.kinds[static_cast<std::size_t>(kind)]; };
+  const auto isTicked = [&](CurveKind kind) { return contents.kinds[kind]; };
   const auto offer = [&](const Curve& curve) { contents.available.push_back({WithUsualLook(curve), false}); };
   const auto forEachDataset = [&](auto visit) {
     for (const Dataset& dataset : datasets.slots) {
-      if (dataset.id != 0 && contents.quantities[static_cast<std::size_t>(dataset.Quantity)]) visit(dataset);
+      if (dataset.id != 0 && contents.quantities[dataset.Quantity]) visit(dataset);
     }
   };
   const auto forEachModel = [&](auto visit) {
@@ -116,14 +116,14 @@ void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const Pa
     }
   };
   const auto forEachQuantity = [&](auto visit) {
-    for (int q = 0; q < kQuantityCount; ++q) {
-      if (contents.quantities[static_cast<std::size_t>(q)]) visit(q);
+    for (const Quantity q : kEveryQuantity) {
+      if (contents.quantities[q]) visit(q);
     }
   };
 
   if (isTicked(CurveKind::kData)) forEachDataset([&](const Dataset& dataset) { offer(DataCurve(dataset)); });
   if (isTicked(CurveKind::kModel)) {
-    forEachModel([&](const Model& model) { forEachQuantity([&](int q) { offer(ModelCurve(model, q)); }); });
+    forEachModel([&](const Model& model) { forEachQuantity([&](Quantity q) { offer(ModelCurve(model, q)); }); });
   }
   if (isTicked(CurveKind::kChiSq)) {
     forEachDataset(
@@ -131,7 +131,7 @@ void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const Pa
   }
   if (isTicked(CurveKind::kMulti)) {
     forEachModel([&](const Model& model) {
-      forEachQuantity([&](int q) {
+      forEachQuantity([&](Quantity q) {
         if (HasRowContributions(q)) offer(MultiCurve(model, q));
       });
     });
@@ -139,10 +139,10 @@ void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const Pa
   if (isTicked(CurveKind::kFreq)) forEachModel([&](const Model& model) { offer(FreqCurve(model)); });
 }
 
-bool AllTicked(const std::array<bool, kCurveKinds>& kinds) {
+bool AllTicked(const EnumArray<CurveKind, bool>& kinds) {
   return std::all_of(kinds.begin(), kinds.end(), [](bool ticked) { return ticked; });
 }
-bool AllTicked(const std::array<bool, kQuantityCount>& quantities) {
+bool AllTicked(const PerQuantity<bool>& quantities) {
   return std::all_of(quantities.begin(), quantities.end(), [](bool ticked) { return ticked; });
 }
 

@@ -53,8 +53,8 @@ struct CurveLook {
 
 struct GraphContents {
   std::string caption;
-  std::array<bool, kCurveKinds> kinds;  // check boxes of the two groups of filters
-  std::array<bool, kQuantityCount> quantities;
+  EnumArray<CurveKind, bool> kinds;  // check boxes of the two groups of filters
+  PerQuantity<bool> quantities;
   std::vector<ListedCurve> available;
   std::vector<ListedCurve> chosen;
   CurveLook look;  // what the group shows, with the texts as typed
@@ -64,8 +64,8 @@ struct GraphContents {
 GraphContents ContentsOf(const Graph& graph, const DatasetTable& datasets, const ParamTables& params);
 // Rebuilds the list of available curves after a change of a check box. A check box "All" stands for its whole group.
 void OfferCurves(GraphContents& contents, const DatasetTable& datasets, const ParamTables& params);
-bool AllTicked(const std::array<bool, kCurveKinds>& kinds);
-bool AllTicked(const std::array<bool, kQuantityCount>& quantities);
+bool AllTicked(const EnumArray<CurveKind, bool>& kinds);
+bool AllTicked(const PerQuantity<bool>& quantities);
 
 // Selects or deselects a curve of either list. Several curves can be selected.
 void SelectAvailable(GraphContents& contents, std::size_t curve, bool selected);

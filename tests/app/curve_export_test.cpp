@@ -79,8 +79,8 @@ TEST_F(CurveExports, EachResponseIsItsFormula) {
 
 TEST_F(CurveExports, EveryKeyIsMatchedWholeAndIgnoringCase) {
   std::string macro = FlatModel(1, 4);
-  for (const QuantityName& quantity : kQuantityNames) {
-    std::string lower = quantity.shortName;
+  for (const Quantity quantity : kEveryQuantity) {
+    std::string lower = NamesOf(quantity).shortName;
     for (char& c : lower) c = static_cast<char>(std::tolower(c));
     macro += Export("whole_" + lower, "Quantity=\"" + lower + "\",XMin=1,XMax=2,XPts=2");
     macro += Export("long_" + lower, "Quantity=\"" + lower + "x\",XMin=1,XMax=2,XPts=2");
@@ -88,8 +88,8 @@ TEST_F(CurveExports, EveryKeyIsMatchedWholeAndIgnoringCase) {
   macro +=
       Export("short", "Quantity=\"A\",XMin=1,XMax=2,XPts=2") + Export("none", "Quantity=\"\",XMin=1,XMax=2,XPts=2");
   Run(macro);
-  for (const QuantityName& quantity : kQuantityNames) {
-    std::string lower = quantity.shortName;
+  for (const Quantity quantity : kEveryQuantity) {
+    std::string lower = NamesOf(quantity).shortName;
     for (char& c : lower) c = static_cast<char>(std::tolower(c));
     EXPECT_EQ(Written("whole_" + lower).size(), 2u) << lower;
     EXPECT_EQ(folder.Read("long_" + lower), "") << lower;

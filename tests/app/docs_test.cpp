@@ -14,6 +14,7 @@
 #include "macro/command_table.h"
 #include "macro/parse.h"
 #include "records/model.h"
+#include "support/quantities.h"
 
 namespace kalvex {
 namespace {
@@ -94,8 +95,9 @@ TEST(Docs, TheOrderOfTheNamesIsThatOfTheTables) {
 
 TEST(Docs, EveryQuantityAndExperimentalParameterIsExplained) {
   const std::string page = Page("models-and-quantities.md");
-  for (const QuantityName& quantity : kQuantityNames)
-    EXPECT_TRUE(Mentions(page, quantity.shortName)) << quantity.shortName;
+  for (const Quantity quantity : kEveryQuantity) {
+    EXPECT_TRUE(Mentions(page, NamesOf(quantity).shortName)) << quantity;
+  }
   for (const ModelParam& param : DefaultExpParams()) {
     EXPECT_NE(page.find('"' + std::string(NameOf(param)) + '"'), std::string::npos) << NameOf(param);
   }

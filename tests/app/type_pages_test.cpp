@@ -9,6 +9,7 @@
 #include "core/text.h"
 #include "datasets/quantity.h"
 #include "files/vdf_file.h"
+#include "support/quantities.h"
 #include "types/describe.h"
 #include "types/types.h"
 
@@ -74,23 +75,23 @@ TEST_P(TypePageMacros, SetUpAModelThatComputes) {
   for (std::size_t at = macro.find("NewModel();"); at != std::string::npos; at = macro.find("NewModel();", at + 1)) {
     ++models;
   }
-  std::vector<int> quantities;
+  std::vector<Quantity> quantities;
   for (const SlotUse& slot : type.fills) quantities.push_back(slot.quantity);
   if (type.material) quantities = {kRefl};
   std::string exports;
-  for (const int q : quantities) {
-    exports += "ExportModelCurve(ModelNo=" + std::to_string(models) + ",Quantity=\"" +
-               kQuantityNames[static_cast<std::size_t>(q)].shortName + "\",XMin=" + TextG(type.page.from) +
-               ",XMax=" + TextG(type.page.to) + ",XPts=7,File=\"q" + std::to_string(q) + "\");\n";
+  for (const Quantity q : quantities) {
+    exports += "ExportModelCurve(ModelNo=" + std::to_string(models) + ",Quantity=\"" + NamesOf(q).shortName +
+               "\",XMin=" + TextG(type.page.from) + ",XMax=" + TextG(type.page.to) + ",XPts=7,File=\"q" +
+               std::to_string(NumberOf(q)) + "\");\n";
   }
   Run(macro + exports);
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err.find("nothing done"), std::string::npos) << run.err;
   EXPECT_EQ(run.err.find("not used"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find(std::string("(") + type.name + ")"), std::string::npos) << run.err;
-  for (const int quantity : quantities) {
+  for (const Quantity quantity : quantities) {
     std::string text;
-    ASSERT_TRUE(ReadWholeFile(folder.Path("q" + std::to_string(quantity)), text));
+    ASSERT_TRUE(ReadWholeFile(folder.Path("q" + std::to_string(NumberOf(quantity))), text));
     std::istringstream in(text);
     double x = 0, y = 0;
     int points = 0;

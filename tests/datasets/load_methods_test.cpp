@@ -261,7 +261,7 @@ TEST_F(Method, AveragingATableOfOneRowGivesZero) {
 }
 
 TEST_F(Method, TheFirstShortNameThatTheFilesNameBeginsWithGivesTheQuantity) {
-  const std::pair<const char*, int> cases[] = {
+  const std::pair<const char*, Quantity> cases[] = {
       {"R.dat", kRefl},    {"rough.txt", kRefl}, {"Rp.dat", kRefl},  {"rs_45.dat", kRefl},  {"Rps.dat", kRefl},
       {"T.dat", kTrans},   {"trans", kTrans},    {"TT.dat", kTrans}, {"E1.dat", kE1},       {"e2 film.dat", kE2},
       {"s1.dat", kS1},     {"S2x", kS2},         {"N1.dat", kN1},    {"n2", kN2},           {"PD.dat", kDepth},
@@ -295,18 +295,44 @@ TEST_F(Method, ALongNameIsCutBetweenItsLetters) {
 }
 
 TEST_F(Method, AQuantityThatIsGivenOverridesTheFilesName) {
-  for (int q = 0; q < kQuantityCount; ++q) {
+  for (const Quantity q : kEveryQuantity) {
     source.Quantity = q;
     ASSERT_EQ(Load(), "");
     EXPECT_EQ(Slot().Quantity, q);
   }
 }
 
+TEST(QuantityNumbers, AreThoseOfFilesAndNoOthersNameAQuantity) {
+  constexpr const char* kNames[] = {"R",  "T",  "Rp", "Rs", "Rps", "E1", "E2", "S1",
+                                    "S2", "N1", "N2", "PD", "LF",  "TT", "AC"};
+  for (int number = 0; number < std::ssize(kNames); ++number) {
+    const auto quantity = QuantityOfNumber(number);
+    ASSERT_TRUE(quantity) << number;
+    EXPECT_STREQ(NamesOf(*quantity).shortName, kNames[number]);
+    EXPECT_EQ(NumberOf(*quantity), number);
+  }
+  for (const int none : {-1, 15, 2147483647, -2147483647}) EXPECT_FALSE(QuantityOfNumber(none)) << none;
+}
+
+TEST(QuantitySets, HoldWhatIsPutInAndGiveItInTheOrderOfTheNumbers) {
+  constexpr QuantitySet kA = {kAlpha, kRefl, kE1}, kB = {kE1, kS2};
+  const auto list = [](QuantitySet set) { return std::vector<Quantity>(set.begin(), set.end()); };
+  EXPECT_EQ(list(kA), (std::vector<Quantity>{kRefl, kE1, kAlpha}));
+  EXPECT_EQ(list(kA | kB), (std::vector<Quantity>{kRefl, kE1, kS2, kAlpha}));
+  EXPECT_EQ(list(kA & kB), (std::vector<Quantity>{kE1}));
+  EXPECT_EQ(list(kA - kB), (std::vector<Quantity>{kRefl, kAlpha}));
+  EXPECT_EQ(list(kEveryQuantity).size(), 15u);
+  EXPECT_TRUE((kA - kA).IsEmpty() && !kA.IsEmpty());
+  EXPECT_TRUE(kA.Contains(kAlpha) && !kA.Contains(kS2));
+  EXPECT_EQ((kA | kB).Count(), 4u);
+  EXPECT_EQ(kA, (QuantitySet{kRefl} | QuantitySet{kE1, kAlpha}));
+}
+
 TEST(ShortNames, AreMatchedWholeAndInEitherCase) {
-  const std::pair<const char*, int> cases[] = {{"R", kRefl},  {"t", kTrans},      {"Rp", kRp},   {"RS", kRs},
-                                               {"rPS", kRps}, {"E1", kE1},        {"e2", kE2},   {"S1", kS1},
-                                               {"s2", kS2},   {"N1", kN1},        {"n2", kN2},   {"PD", kDepth},
-                                               {"lf", kLoss}, {"TT", kDefringed}, {"ac", kAlpha}};
+  const std::pair<const char*, Quantity> cases[] = {{"R", kRefl},  {"t", kTrans},      {"Rp", kRp},   {"RS", kRs},
+                                                    {"rPS", kRps}, {"E1", kE1},        {"e2", kE2},   {"S1", kS1},
+                                                    {"s2", kS2},   {"N1", kN1},        {"n2", kN2},   {"PD", kDepth},
+                                                    {"lf", kLoss}, {"TT", kDefringed}, {"ac", kAlpha}};
   for (const auto& [name, quantity] : cases) EXPECT_EQ(QuantityOfShortName(name), quantity) << name;
   for (const char* const name : {"Refl", "", "E", "E1 ", " R", "Normal reflectivity"}) {
     EXPECT_EQ(QuantityOfShortName(name), std::nullopt) << name;

@@ -7,6 +7,7 @@
 #include "datasets/dataset_operations.h"
 #include "datasets/interpolation.h"
 #include "datasets/read_dataset.h"
+#include "support/quantities.h"
 #include "support/scratch_folder.h"
 
 namespace kalvex {
@@ -184,7 +185,7 @@ TEST_F(Operation, NoiseReachesTheRowsOutsideTheCuttingRangeToo) {
 TEST_F(Operation, UnloadingEmptiesTheRecordAndItsSettings) {
   dataset.MasterFile = "R.dat";
   dataset.name = "R.dat";
-  dataset.Quantity = 3;
+  dataset.Quantity = kRs;
   UnloadDataset(dataset);
   EXPECT_TRUE(dataset.points.empty());
   EXPECT_EQ(dataset.id, 0u);

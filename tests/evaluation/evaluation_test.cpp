@@ -164,7 +164,7 @@ class Chains : public testing::Test {
     });
     program.eval.slopes.ExpParams[4].dQuantity.fill(0.5);
     Cell(model, 0, Wp).adjustable = 0;
-    Quantity& of = program.eval.quantities[kRefl];
+    QuantityResult& of = program.eval.quantities[kRefl];
     of.dRe = 2;
     of.dIm = 3;
     of.dScalar = 5;
@@ -210,14 +210,14 @@ TEST(EvalModel, DerivativesByEveryParameterAgreeWithDifferenceQuotients) {
   Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-1000, 5, 0}, {-1002, 400, 8}, {-1001, 300, 4}});
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
-  for (int q = 0; q < kQuantityCount; ++q) {
+  for (const Quantity q : kEveryQuantity) {
     QuantityAt(program, model, q, 140, true);
     std::vector<ModelParam*> params;
     ForEachParam(model, [&](ModelParam& param) { params.push_back(&param); });
     for (ModelParam& param : program.params.ExpParams) params.push_back(&param);
     for (ModelParam* const param : params) {
       if (!param->adjustable) continue;
-      const double slope = param->savedSlopes.dQuantity[static_cast<std::size_t>(q)], value = param->value;
+      const double slope = param->savedSlopes.dQuantity[q], value = param->value;
       const SlopeEstimate judge = RiddersSlope(
           [&](double x) {
             param->value = x;
@@ -234,20 +234,19 @@ TEST(EvalModel, TheDependencyPassMarksExactlyTheParametersThatMatter) {
   Tables program;
   Model& model = NewModel(program, {{100, 200, 10}, {-999, 3, 4}, {-1000, 5, 0}});
   for (ModelParam& param : program.params.ExpParams) param.adjustable = 1;
-  for (int q = 0; q < kQuantityCount; ++q) {
+  for (const Quantity q : kEveryQuantity) {
     // An experimental slope of an earlier Quantity must not enter this one.
     program.eval.quantities = {};
-    WantOnly(program.eval.quantities, SetOf(q));
+    WantOnly(program.eval.quantities, QuantitySet{q});
     FindDependencies(program, model);
     std::vector<bool> marked;
-    const auto at = static_cast<std::size_t>(q);
-    ForEachParam(model, [&](const ModelParam& param) { marked.push_back(param.savedSlopes.dQuantity[at] != 0); });
-    for (const ModelParam& param : program.params.ExpParams) marked.push_back(param.savedSlopes.dQuantity[at] != 0);
+    ForEachParam(model, [&](const ModelParam& param) { marked.push_back(param.savedSlopes.dQuantity[q] != 0); });
+    for (const ModelParam& param : program.params.ExpParams) marked.push_back(param.savedSlopes.dQuantity[q] != 0);
     QuantityAt(program, model, q, 140, true);
     std::size_t i = 0;
     const auto compare = [&](const ModelParam& param) {
       // The imaginary part does not depend on a constant. The pass may mark too many parameters, never too few.
-      EXPECT_TRUE(!param.adjustable || param.savedSlopes.dQuantity[at] == 0 || marked[i]) << q << ' ' << i;
+      EXPECT_TRUE(!param.adjustable || param.savedSlopes.dQuantity[q] == 0 || marked[i]) << q << ' ' << i;
       ++i;
     };
     ForEachParam(model, compare);
@@ -286,10 +285,10 @@ class Differential : public testing::Test {
 };
 
 TEST_F(Differential, IsTheLinearChangeOfEachQuantity) {
-  for (int q = 0; q < kQuantityCount; ++q) {
+  for (const Quantity q : kEveryQuantity) {
     const Cplx a = EpsSum(program.eval, reference, 130, false), b = EpsSum(program.eval, change, 130, false);
     const auto along = [&](double t) {
-      Quantity out;
+      QuantityResult out;
       QuantityOfEps({130, false, false, &program.params.ExpParams}, a + t * b, q, out);
       return out.value;
     };
@@ -319,7 +318,7 @@ TEST_F(Differential, OnlyTheChangeHasDerivatives) {
 
 TEST_F(Differential, OneRowChangesNothingAndAMissingModelFails) {
   program.eval.quantities[kRefl].value = 42;
-  WantOnly(program.eval.quantities, SetOf(kRefl));
+  WantOnly(program.eval.quantities, QuantitySet{kRefl});
   Cell(model, 1, Wo).value = 9;
   EXPECT_EQ(EvalModel(program.eval, model, 130, true), -1);
   EXPECT_EQ(EvalModelAfter(program.eval, model), -1);
@@ -332,7 +331,7 @@ TEST_F(Differential, OneRowChangesNothingAndAMissingModelFails) {
 }
 
 TEST_F(Differential, TheDependencyPassMarksTheChangeAlone) {
-  WantOnly(program.eval.quantities, SetOf(kRefl));
+  WantOnly(program.eval.quantities, QuantitySet{kRefl});
   EXPECT_EQ(FindDependencies(program, model), 0);
   EXPECT_EQ(reference.epsInf.savedSlopes.dQuantity[kRefl], 0);
   EXPECT_NE(change.epsInf.savedSlopes.dQuantity[kRefl], 0);
@@ -343,7 +342,7 @@ TEST_F(Differential, ASpectrumEqualsTheSingleFrequencies) {
   std::vector<QuantitySet> wanted;
   for (int i = 0; i < 150; ++i) {
     x.push_back(20 + 2 * i);
-    wanted.push_back(static_cast<QuantitySet>(i % 2 ? SetOf(kRefl) : SetOf(kRefl) | SetOf(kE2)));
+    wanted.push_back(static_cast<QuantitySet>(i % 2 ? QuantitySet{kRefl} : QuantitySet{kRefl} | QuantitySet{kE2}));
   }
   const std::vector<ParamPlace> places = {{ParamKind::kRow, 1, 0, Wp, 0, 0, 0}, {ParamKind::kEpsInf, 1, 0, 0, 0, 0, 0}};
   for (Model* const any : {&model, &reference}) {

@@ -49,7 +49,7 @@ struct Problem {
     program.params.ExpParams[kSampleThickness].adjustable = 1;
     for (int i = 0; i < kFrequencies; ++i) {
       x.push_back(10 + 2.5 * i);
-      wanted.push_back(static_cast<QuantitySet>(i % 3 ? SetOf(kRefl) : SetOf(kTrans) | SetOf(kS1)));
+      wanted.push_back(i % 3 ? QuantitySet{kRefl} : QuantitySet{kTrans, kS1});
     }
     ChiSqTerm& term = InsertChiSqTerm(program.fit, program.fit.list, 0);
     term.datasetId = dataset.id;
@@ -59,10 +59,10 @@ struct Problem {
     places.push_back({ParamKind::kExp, 0, 0, 0, kSampleThickness, 0, 0});
   }
 
-  double Reference(std::size_t at, int quantity) {
+  double Reference(std::size_t at, Quantity quantity) {
     WantOnly(program.eval.quantities, wanted[at]);
     EvalModel(program.eval, *model, x[at], true);
-    return program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+    return program.eval.quantities[quantity].value;
   }
 };
 
@@ -74,12 +74,11 @@ TEST_P(SpectrumOfAMesh, EqualsTheSingleFrequencyForm) {
   std::size_t seen = 0;
   const auto compare = [&](const SpectrumBlock& block) {
     for (std::size_t i = 0; i < block.count; ++i, ++seen) {
-      for (int q = 0; q < kQuantityCount; ++q) {
-        if (!Contains(slow.wanted[block.first + i], q)) continue;
+      for (const Quantity q : kEveryQuantity) {
+        if (!slow.wanted[block.first + i].Contains(q)) continue;
         EXPECT_CLOSE(block.Value(q, i), slow.Reference(block.first + i, q), kChain);
         for (std::size_t k = 0; k < slow.places.size(); ++k) {
-          const double slope =
-              SlopesAt(slow.program.eval.slopes, slow.places[k]).dQuantity[static_cast<std::size_t>(q)];
+          const double slope = SlopesAt(slow.program.eval.slopes, slow.places[k]).dQuantity[q];
           EXPECT_NEAR(block.Slope(k, q, i), slope, 1e-12 * (1 + std::fabs(slope))) << q << ' ' << k;
         }
       }

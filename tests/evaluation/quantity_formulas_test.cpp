@@ -32,21 +32,21 @@ ExpParamBlock Block(double thickness, double spread, double angle, double angleS
   return block;
 }
 
-Quantity OfEps(double w, const ExpParamBlock& exp, Std eps, int quantity) {
-  Quantity out;
+QuantityResult OfEps(double w, const ExpParamBlock& exp, Std eps, Quantity quantity) {
+  QuantityResult out;
   QuantityOfEps({w, true, false, &exp}, {eps.real(), eps.imag()}, quantity, out);
   return out;
 }
 
-Quantity OfEpsMu(double w, const ExpParamBlock& exp, Std eps, Std mu, int quantity) {
-  Quantity out;
+QuantityResult OfEpsMu(double w, const ExpParamBlock& exp, Std eps, Std mu, Quantity quantity) {
+  QuantityResult out;
   QuantityOfEpsMu({w, true, false, &exp}, {eps.real(), eps.imag()}, {mu.real(), mu.imag()}, quantity, out);
   return out;
 }
 
 // The whole table in std::complex, with a permeability if there is one. magnetic selects one of the two forms, which
 // differ in the branches of their roots.
-double Judge(double w, const ExpParamBlock& exp, Std eps, Std mu, bool magnetic, int quantity) {
+double Judge(double w, const ExpParamBlock& exp, Std eps, Std mu, bool magnetic, Quantity quantity) {
   const Std i(0, 1), a = std::sqrt(eps), b = std::sqrt(mu), n = a * b, r = (b - a) / (b + a);
   const auto value = [&](ExpParam k) { return exp[static_cast<std::size_t>(k)].value; };
   const auto average = [&](double mean, double spread, auto amplitude, double scale) {
@@ -115,11 +115,11 @@ Sample RandomSample(unsigned seed) {
           {0.4 + 2 * unit(random), 0.02 + unit(random)}};
 }
 
-bool OfMu(int quantity) {
+bool OfMu(Quantity quantity) {
   return quantity != kE1 && quantity != kE2 && quantity != kS1 && quantity != kS2 && quantity != kLoss;
 }
 
-class EveryQuantity : public testing::TestWithParam<int> {};
+class EveryQuantity : public testing::TestWithParam<Quantity> {};
 
 TEST_P(EveryQuantity, AgreesWithAPlainComplexComputation) {
   for (unsigned seed = 1; seed <= 40; ++seed) {
@@ -136,10 +136,10 @@ void ExpectSlope(double slope, const std::function<double(double)>& f, double x,
 }
 
 TEST_P(EveryQuantity, DerivativesByEpsAgreeWithDifferenceQuotients) {
-  const int q = GetParam();
+  const Quantity q = GetParam();
   for (unsigned seed = 1; seed <= 20; ++seed) {
     const Sample s = RandomSample(seed);
-    const Quantity plain = OfEps(s.w, s.exp, s.eps, q);
+    const QuantityResult plain = OfEps(s.w, s.exp, s.eps, q);
     const auto at = [&](Std eps) { return OfEps(s.w, s.exp, eps, q).value; };
     ExpectSlope(
         plain.dRe,
@@ -157,10 +157,10 @@ TEST_P(EveryQuantity, DerivativesByEpsAgreeWithDifferenceQuotients) {
 }
 
 TEST_P(EveryQuantity, DerivativesByEpsAndMuAgreeWithDifferenceQuotients) {
-  const int q = GetParam();
+  const Quantity q = GetParam();
   for (unsigned seed = 1; seed <= 20; ++seed) {
     const Sample s = RandomSample(seed);
-    const Quantity of = OfEpsMu(s.w, s.exp, s.eps, s.mu, q);
+    const QuantityResult of = OfEpsMu(s.w, s.exp, s.eps, s.mu, q);
     const auto at = [&](Std eps, Std mu) { return OfEpsMu(s.w, s.exp, eps, mu, q).value; };
     ExpectSlope(
         of.dRe,
@@ -190,14 +190,14 @@ TEST_P(EveryQuantity, DerivativesByEpsAndMuAgreeWithDifferenceQuotients) {
 }
 
 TEST_P(EveryQuantity, DerivativesByExperimentalParametersAgreeWithDifferenceQuotients) {
-  const int q = GetParam();
+  const Quantity q = GetParam();
   for (unsigned seed = 1; seed <= 20; ++seed) {
     const Sample s = RandomSample(seed);
     for (const bool magnetic : {false, true}) {
       const auto evaluate = [&](const ExpParamBlock& exp) {
         return magnetic ? OfEpsMu(s.w, exp, s.eps, s.mu, q) : OfEps(s.w, exp, s.eps, q);
       };
-      const Quantity of = evaluate(s.exp);
+      const QuantityResult of = evaluate(s.exp);
       for (std::size_t k = 0; k < s.exp.size(); ++k) {
         ExpParamBlock moved = s.exp;
         const auto at = [&](double x) {
@@ -211,12 +211,12 @@ TEST_P(EveryQuantity, DerivativesByExperimentalParametersAgreeWithDifferenceQuot
 }
 
 TEST_P(EveryQuantity, HugeAndTinyResponsesGiveTheLimitsAndLeaveTheExperimentalSlopesAlone) {
-  constexpr std::array<double, kQuantityCount> kBig = {1, 0, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-  constexpr std::array<double, kQuantityCount> kSmall = {1, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+  constexpr auto kBig = FullTable<Quantity, double>({1, 0, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+  constexpr auto kSmall = FullTable<Quantity, double>({1, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
   const Sample s = RandomSample(1);
-  const auto q = static_cast<std::size_t>(GetParam());
+  const Quantity q = GetParam();
   for (const auto& [eps, limit] : {std::pair(Std(1e30, 1e30), kBig[q]), std::pair(Std(1e-31, 0), kSmall[q])}) {
-    Quantity out;
+    QuantityResult out;
     out.dRe = out.dIm = 5;
     out.dExp.fill(7);
     QuantityOfEps({100, true, false, &s.exp}, {eps.real(), eps.imag()}, GetParam(), out);
@@ -231,20 +231,20 @@ TEST_P(EveryQuantity, HugeAndTinyResponsesGiveTheLimitsAndLeaveTheExperimentalSl
 
 TEST_P(EveryQuantity, DependencyStubsMarkExactlyWhatItDependsOn) {
   const Sample s = RandomSample(3);
-  Quantity plain, magnetic;
+  QuantityResult plain, magnetic;
   DependencyStub(GetParam(), plain);
   DependencyStubMu(GetParam(), magnetic);
-  const Quantity slopes = OfEps(s.w, s.exp, s.eps, GetParam());
+  const QuantityResult slopes = OfEps(s.w, s.exp, s.eps, GetParam());
   EXPECT_EQ(plain.dRe != 0, slopes.dRe != 0);
   EXPECT_EQ(plain.dIm != 0, slopes.dIm != 0);
   for (std::size_t k = 0; k < slopes.dExp.size(); ++k) EXPECT_EQ(plain.dExp[k] != 0, slopes.dExp[k] != 0) << k;
   if (!OfMu(GetParam())) return;
-  const Quantity mu = OfEpsMu(s.w, s.exp, s.eps, s.mu, GetParam());
+  const QuantityResult mu = OfEpsMu(s.w, s.exp, s.eps, s.mu, GetParam());
   EXPECT_EQ(magnetic.dMuRe != 0, mu.dMuRe != 0);
   EXPECT_EQ(magnetic.dMuIm != 0, mu.dMuIm != 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EveryQuantity, testing::Range(0, kQuantityCount));
+INSTANTIATE_TEST_SUITE_P(All, EveryQuantity, testing::ValuesIn(kEveryQuantity.begin(), kEveryQuantity.end()));
 
 TEST(Quantities, SiliconIsAsPrinted) {
   std::string table;
@@ -307,7 +307,7 @@ TEST(Quantities, AtTheBrewsterAngleNoPLightIsReflected) {
 TEST(Quantities, WithMuOneBothFormsAgree) {
   for (unsigned seed = 1; seed <= 10; ++seed) {
     const Sample s = RandomSample(seed);
-    for (int q = 0; q < kQuantityCount; ++q) {
+    for (const Quantity q : kEveryQuantity) {
       if (!OfMu(q)) continue;
       EXPECT_CLOSE(OfEpsMu(s.w, s.exp, s.eps, 1.0, q).value, OfEps(s.w, s.exp, s.eps, q).value, kChain);
     }
@@ -316,7 +316,7 @@ TEST(Quantities, WithMuOneBothFormsAgree) {
 
 TEST(Quantities, DepthAndAlphaHaveNoValueAtZeroFrequencyOrWithoutAbsorption) {
   const ExpParamBlock exp = DefaultExpParams();
-  for (const int q : {kDepth, kAlpha}) {
+  for (const Quantity q : {kDepth, kAlpha}) {
     EXPECT_EQ(OfEps(0, exp, {2, 1}, q).value, 1e30);
     EXPECT_EQ(OfEps(100, exp, 2.0, q).value, 1e30);
     EXPECT_EQ(OfEps(100, exp, 2.0, q).dIm, 0);
@@ -325,7 +325,7 @@ TEST(Quantities, DepthAndAlphaHaveNoValueAtZeroFrequencyOrWithoutAbsorption) {
 
 TEST(Quantities, ADcPlotShowsTheResistivity) {
   const ExpParamBlock exp = DefaultExpParams();
-  Quantity out;
+  QuantityResult out;
   QuantityOfEps({120, true, true, &exp}, {3, 5}, kS1, out);
   EXPECT_CLOSE(out.value, 60 / (120 * 5.0), kRound);
   EXPECT_CLOSE(out.dIm, 2.0, kRound);  // the slope stays that of the conductivity
@@ -353,8 +353,8 @@ TEST(Quantities, NamesAndKeys) {
   EXPECT_EQ(QuantityOfFileName("Rp_sample.dat"), kRefl);
   EXPECT_EQ(QuantityOfFileName("tt.dat"), kTrans);
   EXPECT_EQ(QuantityOfFileName("s2x"), kS2);
-  EXPECT_EQ(QuantityOfFileName("gold.dat"), 0);
-  EXPECT_STREQ(kQuantityNames[13].name, "Defringed transmission");
+  EXPECT_EQ(QuantityOfFileName("gold.dat"), kRefl);
+  EXPECT_STREQ(NamesOf(kDefringed).name, "Defringed transmission");
 }
 
 }  // namespace

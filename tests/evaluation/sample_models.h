@@ -52,10 +52,10 @@ inline int FindDependencies(Tables& program, const Model& model) {
   return status;
 }
 
-inline double QuantityAt(Tables& program, const Model& model, int quantity, double x, bool derivatives = false) {
-  WantOnly(program.eval.quantities, SetOf(quantity));
+inline double QuantityAt(Tables& program, const Model& model, Quantity quantity, double x, bool derivatives = false) {
+  WantOnly(program.eval.quantities, QuantitySet{quantity});
   derivatives ? EvalWithSlopes(program, model, x) : EvalModel(program.eval, model, x, false);
-  return program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+  return program.eval.quantities[quantity].value;
 }
 
 }  // namespace kalvex

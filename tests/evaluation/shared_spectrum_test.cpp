@@ -51,8 +51,8 @@ Outcome Evaluate(int threads, const Spectrum& spectrum, const std::function<Mode
     EXPECT_EQ(block.first, next);
     next += block.count;
     for (std::size_t i = 0; i < block.count; ++i) {
-      for (int q = 0; q < kQuantityCount; ++q) {
-        if (!Contains(spectrum.wanted[block.first + i], q)) continue;
+      for (const Quantity q : kEveryQuantity) {
+        if (!spectrum.wanted[block.first + i].Contains(q)) continue;
         outcome.numbers.push_back(block.Value(q, i));
         for (std::size_t k = 0; k < request.slopesOf.size(); ++k) outcome.numbers.push_back(block.Slope(k, q, i));
       }
@@ -79,7 +79,7 @@ Outcome ExpectTheSameForAllThreads(const Spectrum& spectrum, const std::function
   return alone;
 }
 
-constexpr QuantitySet kReflAndTrans = static_cast<QuantitySet>(SetOf(kRefl) | SetOf(kTrans));
+constexpr QuantitySet kReflAndTrans = QuantitySet{kRefl, kTrans};
 
 Model& PlainModel(Tables& program) {
   program.params.ExpParams[kSampleThickness].adjustable = 1;
@@ -99,16 +99,16 @@ TEST(SharedSpectra, APlainModelWithAndWithoutDerivatives) {
 
 // A Quantity whose last frequency is in the middle keeps the result from there.
 TEST(SharedSpectra, QuantitiesThatAreWantedHereAndThere) {
-  Spectrum spectrum = EvenSpectrum(SetOf(kRefl));
+  Spectrum spectrum = EvenSpectrum(QuantitySet{kRefl});
   for (std::size_t i = 500; i < 800; ++i) spectrum.wanted[i] = kReflAndTrans;
-  for (std::size_t i = 1000; i < 1003; ++i) spectrum.wanted[i] = SetOf(kS1);
-  for (std::size_t i = 2000; i < 2500; i += 7) spectrum.wanted[i] = 0;
+  for (std::size_t i = 1000; i < 1003; ++i) spectrum.wanted[i] = QuantitySet{kS1};
+  for (std::size_t i = 2000; i < 2500; i += 7) spectrum.wanted[i] = {};
   ExpectTheSameForAllThreads(spectrum, PlainModel);
 }
 
 // Partners with terms that build tables on first use: the gap of a superconductor, and a coupling spectrum of 3 points.
 TEST(SharedSpectra, ASpecialModelOfPartnersWithCompositeTerms) {
-  ExpectTheSameForAllThreads(EvenSpectrum(SetOf(kRefl)), [](Tables& program) -> Model& {
+  ExpectTheSameForAllThreads(EvenSpectrum(QuantitySet{kRefl}), [](Tables& program) -> Model& {
     Dataset& coupling = program.datasets.slots[0];
     coupling.id = program.datasets.nextId++;
     coupling.points = {{100, 0.2, 0.01}, {200, 0.5, 0.01}, {300, 0.1, 0.01}};
@@ -150,8 +150,8 @@ TEST(SharedSpectra, AnotherSpectrumSeesWhatHasChanged) {
 int EvaluateFrail(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (x > Cell(model, 0, Wp).value && x < Cell(model, 0, G).value) return -3;
   if (x > Cell(model, 1, Wp).value && x < Cell(model, 1, G).value) return 0;
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (!quantity.wanted) continue;
     quantity.Put(Cell(model, 0, Wo).value * std::sin(x));
     if (derivatives) Cell(SlopesOf(ctx, model), 0, Wo).Put(q, std::sin(x));
@@ -168,7 +168,7 @@ std::function<Model&(Tables&)> Frail(double failsFrom, double failsTo, double id
     Model& model = NewModel(program, {{3, failsFrom, failsTo}, {1, idleFrom, idleTo}}, -17);
     FixAll(model, true);
     Cell(model, 0, Wo).adjustable = 1;
-    for (Quantity& quantity : program.eval.quantities) quantity.value = 77;
+    for (QuantityResult& quantity : program.eval.quantities) quantity.value = 77;
     Cell(model, 0, Wo).savedSlopes.dQuantity.fill(99);
     return model;
   };
@@ -189,19 +189,19 @@ TEST(SharedSpectra, AFailingTypeLeavesTheValuesOfTheFrequencyBefore) {
 
 // A failing range shorter than a block: only the first frequencies of a block are affected.
 TEST(SharedSpectra, AGiveUpAcrossTheBorderOfTwoBlocks) {
-  const Spectrum spectrum = EvenSpectrum(SetOf(kRefl));
+  const Spectrum spectrum = EvenSpectrum(QuantitySet{kRefl});
   for (const std::size_t from : {62u, 63u, 64u, 1023u, 2047u}) {
     ExpectTheSameForAllThreads(spectrum, Frail(0, 0, spectrum.x[from] - 0.1, spectrum.x[from + 2] - 0.1));
   }
 }
 
 TEST(SharedSpectra, AMissingPartnerFailsAsEver) {
-  const Spectrum spectrum = EvenSpectrum(SetOf(kRefl));
+  const Spectrum spectrum = EvenSpectrum(QuantitySet{kRefl});
   const Outcome alone = ExpectTheSameForAllThreads(spectrum, [](Tables& program) -> Model& {
     NewModel(program, {{100, 200, 20}}, 2);
     Model& sample = NewModel(program, {{1, 5, 1}}, -17);
     sample.epsInf.adjustable = 0;
-    for (Quantity& quantity : program.eval.quantities) quantity.value = 77;
+    for (QuantityResult& quantity : program.eval.quantities) quantity.value = 77;
     return sample;
   });
   EXPECT_EQ(alone.status, -1);
@@ -215,7 +215,7 @@ bool IsShared(std::size_t points, bool derivatives, std::optional<double> leastS
   if (leastShare) program.pool.SetLeastShare(*leastShare);
   Model& model = PlainModel(program);
   const std::vector<double> x(points, 50.0);
-  const std::vector<QuantitySet> wanted(points, SetOf(kRefl));
+  const std::vector<QuantitySet> wanted(points, QuantitySet{kRefl});
   EvalSpectrum(program.eval, model, {x, wanted, derivatives, {}}, [](const SpectrumBlock&) {});
   return program.eval.team != nullptr;
 }

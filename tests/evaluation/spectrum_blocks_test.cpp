@@ -28,36 +28,33 @@ std::vector<ParamPlace> FreePlaces(const Tables& program) {
 // Builds the same tables twice. One evaluates a spectrum, the other its frequencies one by one. Their final states must
 // also agree.
 template <class Build>
-void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, double from, double step,
-                                       double tolerance, Build build) {
+void ExpectSpectrumOfSingleFrequencies(QuantitySet quantities, double from, double step, double tolerance,
+                                       Build build) {
   Tables together, single;
   Model &fast = build(together), &slow = build(single);
   const std::vector<ParamPlace> places = FreePlaces(together);
   ASSERT_GE(places.size(), 3u);
-  QuantitySet wanted = 0;
-  for (const int q : quantities) wanted = static_cast<QuantitySet>(wanted | SetOf(q));
   std::vector<double> x;
   for (std::size_t i = 0; i < kPoints; ++i) x.push_back(from + step * static_cast<double>(i));
-  const std::vector<QuantitySet> all(kPoints, wanted);
+  const std::vector<QuantitySet> all(kPoints, quantities);
   std::size_t seen = 0;
   const int status = EvalSpectrum(together.eval, fast, {x, all, true, places}, [&](const SpectrumBlock& block) {
     for (std::size_t i = 0; i < block.count; ++i, ++seen) {
-      WantOnly(single.eval.quantities, wanted);
+      WantOnly(single.eval.quantities, quantities);
       EvalWithSlopes(single, slow, x[block.first + i]);
-      for (const int q : quantities) {
-        const double value = single.eval.quantities[static_cast<std::size_t>(q)].value;
+      for (const Quantity q : quantities) {
+        const double value = single.eval.quantities[q].value;
         // A small reflectivity is the difference of amplitudes of order 1.
         const double most = tolerance * std::fabs(value) + 1e-15;
         EXPECT_NEAR(block.Value(q, i), value, most) << q << " at " << x[block.first + i];
         double largest = 0;
         for (const ParamPlace& place : places) {
           const ModelParam& param = ParamAt(single.params, place);
-          largest =
-              std::max(largest, std::fabs(param.value * param.savedSlopes.dQuantity[static_cast<std::size_t>(q)]));
+          largest = std::max(largest, std::fabs(param.value * param.savedSlopes.dQuantity[q]));
         }
         for (std::size_t k = 0; k < places.size(); ++k) {
           const ModelParam& param = ParamAt(single.params, places[k]);
-          const double slope = param.savedSlopes.dQuantity[static_cast<std::size_t>(q)];
+          const double slope = param.savedSlopes.dQuantity[q];
           const double room = tolerance * (std::fabs(slope) + largest / std::max(std::fabs(param.value), 1e-3));
           EXPECT_NEAR(block.Slope(k, q, i), slope, room) << q << ' ' << k << " at " << x[block.first + i];
         }
@@ -67,12 +64,11 @@ void ExpectSpectrumOfSingleFrequencies(std::initializer_list<int> quantities, do
   EXPECT_EQ(status, 0);
   EXPECT_EQ(seen, kPoints);
   TakeOverSlopes(together.params, together.eval.slopes);
-  for (const int q : quantities) {
-    const auto at = static_cast<std::size_t>(q);
-    EXPECT_EQ(together.eval.quantities[at].value, single.eval.quantities[at].value);
+  for (const Quantity q : quantities) {
+    EXPECT_EQ(together.eval.quantities[q].value, single.eval.quantities[q].value);
     for (const ParamPlace& place : places) {
-      EXPECT_EQ(ParamAt(together.params, place).savedSlopes.dQuantity[at],
-                ParamAt(single.params, place).savedSlopes.dQuantity[at]);
+      EXPECT_EQ(ParamAt(together.params, place).savedSlopes.dQuantity[q],
+                ParamAt(single.params, place).savedSlopes.dQuantity[q]);
     }
   }
 }
@@ -86,12 +82,12 @@ Model& Oscillators(Tables& program) {
   return NewModel(program, {{100, 200, 20}, {250, 90, 0.5}, {0, 500, 60}, {900, 0, 30}});
 }
 
-class EveryQuantityOfABlock : public testing::TestWithParam<int> {};
+class EveryQuantityOfABlock : public testing::TestWithParam<Quantity> {};
 
 TEST_P(EveryQuantityOfABlock, IsThatOfSingleFrequencies) {
   ExpectSpectrumOfSingleFrequencies({GetParam()}, 11, 4, kChain, Oscillators);
 }
-INSTANTIATE_TEST_SUITE_P(All, EveryQuantityOfABlock, testing::Range(0, kQuantityCount));
+INSTANTIATE_TEST_SUITE_P(All, EveryQuantityOfABlock, testing::ValuesIn(kEveryQuantity.begin(), kEveryQuantity.end()));
 
 // Values do not depend on whether derivatives are requested. They agree with those of single frequencies: the sum of
 // the rows to a few units in the last place of its largest term, and the results computed from it to the same accuracy.
@@ -100,8 +96,8 @@ TEST(SpectrumBlocks, ClosedFormulasKeepToThoseOfSingleFrequencies) {
   Model& model = Oscillators(program);
   std::vector<double> x;
   for (std::size_t i = 0; i < kPoints; ++i) x.push_back(5 + 3.3 * static_cast<double>(i));
-  for (const int q : {kRefl, kRp, kRs, kRps, kE1, kE2, kS1, kS2, kN1, kN2, kDepth, kLoss, kAlpha}) {
-    const std::vector<QuantitySet> wanted(kPoints, SetOf(q));
+  for (const Quantity q : {kRefl, kRp, kRs, kRps, kE1, kE2, kS1, kS2, kN1, kN2, kDepth, kLoss, kAlpha}) {
+    const std::vector<QuantitySet> wanted(kPoints, QuantitySet{q});
     std::vector<double> values[2];
     for (const bool derivatives : {false, true}) {
       EvalSpectrum(program.eval, model, {x, wanted, derivatives, {}}, [&](const SpectrumBlock& block) {
@@ -233,7 +229,7 @@ TEST(SpectrumBlocks, EveryWidthOfTheVectorUnitsGivesTheSameBits) {
     std::vector<double> numbers = inverses;
     numbers.insert(numbers.end(), eps.re.begin(), eps.re.end());
     numbers.insert(numbers.end(), eps.im.begin(), eps.im.end());
-    for (int q = 0; q < kQuantityCount; ++q) {
+    for (const Quantity q : kEveryQuantity) {
       QuantityBlock out{};
       with.quantityValuesAndSlopes(in, eps, q, out);
       for (const BlockNumbers& part : {out.value, out.dRe, out.dIm, out.dExp[0], out.dExp[2]}) {

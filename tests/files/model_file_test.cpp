@@ -133,7 +133,7 @@ TEST_F(ModelFiles, EveryFieldHasItsPlace) {
     param.savedSlopes.dEpsRe = seed + 20;
     param.savedSlopes.dEpsIm = seed + 21;
     auto& dQuantity = param.savedSlopes.dQuantity;
-    for (std::size_t q = 0; q < dQuantity.size(); ++q) dQuantity[q] = seed + 22 + static_cast<double>(q);
+    for (const Quantity q : kEveryQuantity) dQuantity[q] = seed + 22 + NumberOf(q);
     param.reserved = 0xA1B2C3D4;
     param.useMin = 5;
     param.useMax = 6;
@@ -173,7 +173,7 @@ TEST_F(ModelFiles, BytesWrittenByHandLoad) {
   EXPECT_EQ(model.epsInf.min, -1);
   EXPECT_EQ(model.epsInf.max, 8);
   EXPECT_EQ(NameOf(model.epsInf), "constant");
-  EXPECT_EQ(model.epsInf.savedSlopes.dQuantity[13], 3);
+  EXPECT_EQ(model.epsInf.savedSlopes.dQuantity[kDefringed], 3);
   ASSERT_EQ(RowCount(model), 1);
   EXPECT_EQ(Cell(model, 0, Wo).value, 50);
   EXPECT_EQ(Cell(model, 0, Wo).useMin, 1u);

@@ -72,7 +72,7 @@ TEST_F(DerivativeTables, TheAnalyticColumnIsTheDerivativeOfTheUnweightedSum) {
   const auto sumOfSquares = [&](double epsInf) {
     model.epsInf.value = epsInf;
     double sum = 0;
-    WantOnly(tables.eval.quantities, SetOf(kRefl));
+    WantOnly(tables.eval.quantities, QuantitySet{kRefl});
     for (const DataRow& row : tables.datasets.slots[0].points) {
       EvalModel(tables.eval, model, row.x, false);
       const double d = (row.y - tables.eval.quantities[kRefl].value) / row.sigma;

@@ -94,7 +94,7 @@ TEST(FitPoints, TwoQuantitiesAtTheSameFrequenciesShareThem) {
   s.Term(2, 1);
   ASSERT_EQ(s.fit().spectra.size(), 1u);
   EXPECT_EQ(s.fit().spectra[0].x.size(), 60u);
-  EXPECT_EQ(s.fit().spectra[0].wanted[7], SetOf(kRefl) | SetOf(kE2));
+  EXPECT_EQ(s.fit().spectra[0].wanted[7], QuantitySet{kRefl} | QuantitySet{kE2});
 }
 
 TEST(ChiSq, IsThePlainWeightedSumOverTheTerms) {
@@ -110,9 +110,9 @@ TEST(ChiSq, IsThePlainWeightedSumOverTheTerms) {
   for (int slot = 0; slot < 2; ++slot) {
     const Dataset& dataset = s.tables.datasets.slots[static_cast<std::size_t>(slot)];
     for (const DataRow& row : dataset.points) {
-      WantOnly(s.tables.eval.quantities, SetOf(dataset.Quantity));
+      WantOnly(s.tables.eval.quantities, QuantitySet{dataset.Quantity});
       EvalModel(s.tables.eval, a, row.x, false);
-      const double value = s.tables.eval.quantities[static_cast<std::size_t>(dataset.Quantity)].value;
+      const double value = s.tables.eval.quantities[dataset.Quantity].value;
       sums[slot] += std::pow((row.y - value) / row.sigma, 2);
     }
   }
@@ -209,7 +209,7 @@ TEST(FitPoints, BlocksOfFrequenciesCoverAllPointsOfEachTerm) {
       EXPECT_EQ(points.oneEach, points.term != 2);
       for (std::size_t p = 0; p < rows.size(); ++p) {
         EXPECT_EQ(spectrum.x[FrequencyOf(points, p)], rows[p].x);
-        EXPECT_TRUE(Contains(spectrum.wanted[FrequencyOf(points, p)], points.quantity));
+        EXPECT_TRUE(spectrum.wanted[FrequencyOf(points, p)].Contains(points.quantity));
       }
     }
   }
@@ -232,9 +232,9 @@ TEST(ChiSq, IsThatOfEveryPointWhateverItsPlaceInABlock) {
   s.Term(3, 1);
   std::vector<double> sums(3);
   for (const SeenPoint& point : SeenPointsOf(s.fit())) {
-    WantOnly(s.tables.eval.quantities, SetOf(point.quantity));
+    WantOnly(s.tables.eval.quantities, QuantitySet{point.quantity});
     EvalModel(s.tables.eval, a, point.x, false);
-    const double value = s.tables.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
+    const double value = s.tables.eval.quantities[point.quantity].value;
     sums[static_cast<std::size_t>(point.term)] += std::pow((point.y - value) / point.sigma, 2);
   }
   for (std::size_t t = 0; t < 3; ++t) EXPECT_CLOSE(s.fit().list.terms[t].termChiSq, sums[t], kChain) << t;

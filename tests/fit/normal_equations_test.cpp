@@ -65,9 +65,9 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
     for (const SeenPoint& point : points) {
       const auto value = [&](double at) {
         return moved(i, at, [&] {
-          WantOnly(s.tables.eval.quantities, SetOf(point.quantity));
+          WantOnly(s.tables.eval.quantities, QuantitySet{point.quantity});
           EvalModel(s.tables.eval, a, point.x, false);
-          return s.tables.eval.quantities[static_cast<std::size_t>(point.quantity)].value;
+          return s.tables.eval.quantities[point.quantity].value;
         });
       };
       J[i].push_back(RiddersSlope(value, u, scale).value);

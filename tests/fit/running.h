@@ -35,7 +35,7 @@ class Running : public testing::Test {
   Running() : inside(folder.Name()), model(s.AddModel(4, 120, 250, 8)) {}
 
   // The spectrum of the true values, and start values near them.
-  void Prepare(double bend = 0, int quantity = kRefl) {
+  void Prepare(double bend = 0, Quantity quantity = kRefl) {
     SampleFit::Set(model, 4, 120, 250, 8);
     s.Measure(1, model, quantity, 0.01, bend);
     SampleFit::Set(model, 3.5, 116, 230, 11);

@@ -38,14 +38,14 @@ struct SampleFit {
   }
 
   // Fills a slot with a Quantity of the model's present values, plus a bend that no model can fit.
-  void Measure(int slot, Model& of, int quantity, double sigma = 0.01, double bend = 0, int points = 60) {
+  void Measure(int slot, Model& of, Quantity quantity, double sigma = 0.01, double bend = 0, int points = 60) {
     Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset{};
     dataset.id = tables.datasets.nextId++;
     dataset.Quantity = quantity;
     std::vector<double> x;
     for (int i = 0; i < points; ++i) x.push_back(30 + 4.0 * i);
-    const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
+    const std::vector<QuantitySet> wanted(x.size(), QuantitySet{quantity});
     EvalSpectrum(tables.eval, of, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
       for (std::size_t i = 0; i < block.count; ++i) {
         const std::size_t at = block.first + i;
@@ -98,7 +98,7 @@ struct SeenPoint {
   double x;
   double y;
   double sigma;
-  int quantity;
+  Quantity quantity;
   std::uint32_t modelId;
   int term;
 };

@@ -157,7 +157,7 @@ TEST_F(Curves, OfAModelFollowItsQuantityWhateverTheFlagsSay) {
   SetPlot(graph, 10, 500, 0, 1, 300, 200);
   Add(ModelCurve(model, kRefl));
   const Pixels pixels = Built();
-  WantOnly(tables.eval.quantities, SetOf(kRefl));
+  WantOnly(tables.eval.quantities, QuantitySet{kRefl});
   for (int column = 0; column < 300; ++column) {
     EvalModel(tables.eval, model, graph.columnX[static_cast<std::size_t>(column)], false);
     const double place = 199 * tables.eval.quantities[kRefl].value;
@@ -171,7 +171,7 @@ TEST_F(Curves, OfAModelHaveAGapWhereTheLogarithmHasNoValue) {
   SetPlot(graph, 10, 500, 1, 1000, 300, 200);
   Add(ModelCurve(model, kE1));
   const Pixels pixels = Built();
-  WantOnly(tables.eval.quantities, SetOf(kE1));
+  WantOnly(tables.eval.quantities, QuantitySet{kE1});
   int gaps = 0;
   for (int column = 0; column < 300; ++column) {
     EvalModel(tables.eval, model, graph.columnX[static_cast<std::size_t>(column)], false);
@@ -189,7 +189,7 @@ TEST_F(Curves, OfAModelAreItsDcValuesUnderTheTitleThatAsksForThem) {
   InsertRow(model, 0);
   Add(ModelCurve(model, kS2));
   const Pixels pixels = Built();
-  WantOnly(tables.eval.quantities, SetOf(kS2));
+  WantOnly(tables.eval.quantities, QuantitySet{kS2});
   double usual = 0, atZero = 0;
   for (int column = 0; column < 300; ++column) {
     const double x = graph.columnX[static_cast<std::size_t>(column)];
@@ -212,7 +212,7 @@ TEST_F(Curves, OfChiSqJoinTheModelAtTheFrequenciesOfTheData) {
   SetPlot(graph, 0, 400, 0, 1, 401, 1001);
   Add(ChiSqCurve(dataset, model));
   const Pixels pixels = Built();
-  WantOnly(tables.eval.quantities, SetOf(kRefl));
+  WantOnly(tables.eval.quantities, QuantitySet{kRefl});
   std::vector<double> at;
   for (const DataRow& row : dataset.points) {
     EvalModel(tables.eval, model, row.x, false);
@@ -298,7 +298,7 @@ TEST_F(Curves, NeedNoMoreStrokesThanIsCountedForThem) {
       Add(curve);
     }
   }
-  for (const int quantity : {kRefl, kE1, kS1}) {
+  for (const Quantity quantity : {kRefl, kE1, kS1}) {
     Add(ModelCurve(model, quantity));
     Add(ChiSqCurve(dataset, model));
   }

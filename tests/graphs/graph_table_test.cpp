@@ -176,8 +176,8 @@ TEST_F(Events, RemovingACurveTakesTheFirstThatFits) {
   EXPECT_TRUE(RemoveCurve(graph, CurveKind::kModel, model.number, kRefl));
   EXPECT_EQ(graph.curves.back().Scale, 5);
   EXPECT_FALSE(RemoveCurve(graph, CurveKind::kModel, model.number, kE1));
-  EXPECT_FALSE(RemoveCurve(graph, CurveKind::kData, 77, -1));
-  EXPECT_TRUE(RemoveCurve(graph, CurveKind::kData, dataset.id, -1));
+  EXPECT_FALSE(RemoveCurve(graph, CurveKind::kData, 77, {}));
+  EXPECT_TRUE(RemoveCurve(graph, CurveKind::kData, dataset.id, {}));
 }
 
 TEST_F(Events, EachKindOfCurveHasItsWords) {

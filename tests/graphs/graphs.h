@@ -52,7 +52,7 @@ class Graphs : public testing::Test {
  protected:
   Graph& NewGraph() { return *CreateGraph(tables.graphs); }
   Model& NewModel() { return *CreateModel(tables.params); }
-  Dataset& Load(int slot, std::vector<DataRow> rows, int quantity = kRefl) {
+  Dataset& Load(int slot, std::vector<DataRow> rows, Quantity quantity = kRefl) {
     Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset();
     dataset.id = tables.datasets.nextId++;

@@ -118,7 +118,7 @@ TEST_F(Painting, ByComparisonLeavesTheSamePixelsAsPaintingEverything) {
         graph.X.max = number(200, 900);
         ApplyAxes(graph);
       },
-      [&] { RemoveCurve(graph, CurveKind::kData, dataset.id, -1); },
+      [&] { RemoveCurve(graph, CurveKind::kData, dataset.id, {}); },
   };
   Sheet live(graph.Width, graph.Height);
   PaintGraph(graph, tables.eval, live);

@@ -58,7 +58,7 @@ TEST_F(Paper, HasModelCurvesAtSeveralPointsOfAPixel) {
   const Drawing drawing = Drawn();
   ASSERT_EQ(drawing.lines.size(), 1u);
   EXPECT_EQ(drawing.lines[0].size(), 4u * 299 + 1);
-  WantOnly(tables.eval.quantities, SetOf(kRefl));
+  WantOnly(tables.eval.quantities, QuantitySet{kRefl});
   for (const Point& p : drawing.lines[0]) {
     EvalModel(tables.eval, model, XOf(p), false);
     EXPECT_NEAR(YOf(p), tables.eval.quantities[kRefl].value, 1e-9);

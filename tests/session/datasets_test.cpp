@@ -168,9 +168,6 @@ TEST_F(Datasets, AnotherQuantityIsHeardLaterOrAtOnce) {
   ASSERT_TRUE(session.SetDatasetQuantity(2, kE2, Heard::kAtOnce).Ok());
   EXPECT_NE(session.Fit().TotalChiSq, chiSq);
   EXPECT_EQ(StaleKinds(), (Kinds{CurveKind::kData, CurveKind::kChiSq}));
-  for (const int none : {-1, kQuantityCount}) {
-    EXPECT_EQ(session.SetDatasetQuantity(2, none, Heard::kAtOnce).Code(), StatusCode::kBadArgument);
-  }
   EXPECT_EQ(Slot().Quantity, kE2);
 }
 

@@ -44,7 +44,7 @@ class Person {
       case 4:
         return session_.CutDataset(slot, value, {}, Coin() ? Heard::kAtOnce : Heard::kLater).Ignore();
       case 5:
-        return session_.SetDatasetQuantity(slot, Below(16), Coin() ? Heard::kAtOnce : Heard::kLater).Ignore();
+        return session_.SetDatasetQuantity(slot, AnyQuantity(), Coin() ? Heard::kAtOnce : Heard::kLater).Ignore();
       case 6:
       case 7:
         return session_.NewModel().GetStatus().Ignore();
@@ -109,7 +109,7 @@ class Person {
       }
       case 31: {
         const Model* const of = session_.FindModel(model);
-        if (of) session_.AddCurve(graph, ModelCurve(*of, Below(15))).Ignore();
+        if (of) session_.AddCurve(graph, ModelCurve(*of, AnyQuantity())).Ignore();
         return;
       }
       case 32:
@@ -125,6 +125,7 @@ class Person {
  private:
   int Below(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
   bool Coin() { return Below(2) == 0; }
+  Quantity AnyQuantity() { return *QuantityOfNumber(Below(kQuantityCount)); }
   std::uint32_t Number() { return static_cast<std::uint32_t>(Below(5)); }
   ParamRef Param() {
     if (Below(5) == 0) return ParamRef::Exp(Below(6));

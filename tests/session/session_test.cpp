@@ -78,7 +78,7 @@ TEST_F(Sessions, NothingPullsTheGroundAwayFromUnderARunningFit) {
       [&] { return session.TransformDataset(1, 2, 0); },
       [&] { return session.AddNoise(1, 1); },
       [&] { return session.CutDataset(1, 1, 2, Heard::kLater); },
-      [&] { return session.SetDatasetQuantity(1, 3, Heard::kLater); },
+      [&] { return session.SetDatasetQuantity(1, kRs, Heard::kLater); },
       [&] { return session.NewModel().GetStatus(); },
       [&] { return session.CloseModel(model); },
       [&] { return session.InsertRow(model, 1); },

@@ -20,7 +20,7 @@ inline std::vector<double> NumbersLeftIn(const Tables& tables) {
     if (model.number != 0) ForEachParam(model, [&](const ModelParam& param) { AddNumbersOf(param, numbers); });
   }
   for (const ModelParam& param : tables.params.ExpParams) AddNumbersOf(param, numbers);
-  for (const Quantity& of : tables.eval.quantities) {
+  for (const QuantityResult& of : tables.eval.quantities) {
     for (const double number :
          {static_cast<double>(of.wanted), of.value, of.dRe, of.dIm, of.dScalar, of.dMuRe, of.dMuIm}) {
       numbers.push_back(number);

@@ -7,6 +7,7 @@
 #include "graphs/graph.h"
 #include "numeric/thread_pool.h"
 #include "records/model.h"
+#include "support/quantities.h"
 #include "support/test_platform.h"
 #include "types/types.h"
 

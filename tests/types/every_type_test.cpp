@@ -52,7 +52,7 @@ TEST_P(EveryType, FillsItsQuantitiesWithNumbersAndTheOthersWithZero) {
   for (unsigned seed = 1; seed <= 20; ++seed) {
     TypeSample s(type(), seed);
     const auto filled = s.Filled();
-    for (int q = 0; q < kQuantityCount; ++q) {
+    for (const Quantity q : kEveryQuantity) {
       const double value = s.Value(q, s.x);
       EXPECT_TRUE(std::isfinite(value)) << "seed " << seed << " Quantity " << q;
       // Type 2 sets only the Quantities before the first one that is not wanted to 0.
@@ -69,9 +69,9 @@ TEST_P(EveryType, WithAWrongNumberOfRowsLeavesTheQuantitiesAsTheyStood) {
     TypeSample s(type(), 1);
     while (RowCount(s.model()) > rows) RemoveRow(s.model(), RowCount(s.model()) - 1);
     while (RowCount(s.model()) < rows) InsertRow(s.model(), RowCount(s.model()));
-    for (Quantity& quantity : s.program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
+    for (QuantityResult& quantity : s.program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
     EXPECT_EQ(EvalModel(s.program.eval, s.model(), s.x, true), rule.FailureOf(rows)) << rows;
-    for (const Quantity& quantity : s.program.eval.quantities) EXPECT_EQ(quantity.value, 77);
+    for (const QuantityResult& quantity : s.program.eval.quantities) EXPECT_EQ(quantity.value, 77);
   }
 }
 
@@ -84,9 +84,9 @@ TEST_P(EveryType, WithAMissingPartnerLeavesTheQuantitiesAsTheyStood) {
     for (const double number : {optional ? 88.0 : 0.0, 1.5, 77.0, -1.0}) {
       TypeSample s(type(), 1);
       Cell(s.model(), cell.row, cell.column).value = number;
-      for (Quantity& quantity : s.program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
+      for (QuantityResult& quantity : s.program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
       EXPECT_EQ(EvalModel(s.program.eval, s.model(), s.x, true), -1) << cell.meaning << ' ' << number;
-      for (const Quantity& quantity : s.program.eval.quantities) EXPECT_EQ(quantity.value, 77);
+      for (const QuantityResult& quantity : s.program.eval.quantities) EXPECT_EQ(quantity.value, 77);
       if (!type().fitted) continue;
       EXPECT_EQ(EvalModelAfter(s.program.eval, s.model()), -1) << cell.meaning << ' ' << number;
     }
@@ -95,10 +95,10 @@ TEST_P(EveryType, WithAMissingPartnerLeavesTheQuantitiesAsTheyStood) {
 
 TEST_P(EveryType, GivesTheSameForOneQuantityAsForAll) {
   TypeSample s(type(), 3);
-  WantOnly(s.program.eval.quantities, static_cast<QuantitySet>((1u << kQuantityCount) - 1));
+  WantOnly(s.program.eval.quantities, kEveryQuantity);
   ASSERT_EQ(EvalModel(s.program.eval, s.model(), s.x, true), 0);
   const QuantityTable all = s.program.eval.quantities;
-  for (const int q : s.Filled()) EXPECT_EQ(s.Value(q, s.x), all[static_cast<std::size_t>(q)].value) << q;
+  for (const Quantity q : s.Filled()) EXPECT_EQ(s.Value(q, s.x), all[q].value) << q;
 }
 
 // Changes a number or setting of a model of the sample.
@@ -121,10 +121,10 @@ TEST_P(EveryType, KeepsNothingOfNumbersThatHaveChanged) {
   for (const Model& model : kept.program.params.models) places += model.number != 0 ? model.rows.size() : 0;
   for (std::size_t place = 0; place < places; ++place) {
     TypeSample before(type(), 1), fresh(type(), 1);
-    for (const int q : before.Filled()) before.Value(q, before.x);
+    for (const Quantity q : before.Filled()) before.Value(q, before.x);
     Change(before, place);
     Change(fresh, place);
-    for (const int q : before.Filled()) {
+    for (const Quantity q : before.Filled()) {
       const double value = fresh.Value(q, fresh.x), again = before.Value(q, before.x);
       if (std::isnan(value) && std::isnan(again)) continue;
       EXPECT_EQ(again, value) << "Quantity " << q << ", number " << place;
@@ -133,7 +133,7 @@ TEST_P(EveryType, KeepsNothingOfNumbersThatHaveChanged) {
 }
 
 // Results that are undefined: a ratio of the rotating analyser without reflected light, and a dipole at height 0.
-bool HasNoValue(const ModelType& type, int quantity, const std::string& edge) {
+bool HasNoValue(const ModelType& type, Quantity quantity, const std::string& edge) {
   const int code = type.code;
   if (code == 3 || code == 5 || code == 14) return quantity == kS2 && edge == "vacuum";
   const bool tip = code == 80 || code == 83 || code == 105 || code == 107 || code == 110;
@@ -141,12 +141,11 @@ bool HasNoValue(const ModelType& type, int quantity, const std::string& edge) {
 }
 
 void ExpectFinite(TypeSample& s, const std::string& edge) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    const auto slot = static_cast<std::size_t>(q);
+  for (const Quantity q : kEveryQuantity) {
     if (s.Differentiate(q) != 0 || HasNoValue(s.type, q, edge)) continue;
-    EXPECT_TRUE(std::isfinite(s.program.eval.quantities[slot].value)) << edge << ", Quantity " << q;
+    EXPECT_TRUE(std::isfinite(s.program.eval.quantities[q].value)) << edge << ", Quantity " << q;
     for (const auto& free : s.FreeParams()) {
-      EXPECT_TRUE(std::isfinite(free.param->savedSlopes.dQuantity[slot]))
+      EXPECT_TRUE(std::isfinite(free.param->savedSlopes.dQuantity[q]))
           << edge << ", Quantity " << q << " by " << free.name;
     }
   }
@@ -200,7 +199,7 @@ TEST_P(EveryType, HasAPageThatNamesItsRowsAndResults) {
   EXPECT_STRNE(type().page.formula, "");
   EXPECT_STRNE(type().page.source, "");
   EXPECT_TRUE(type().material || !type().fills.empty() || type().code == 112);
-  std::set<int> quantities;
+  std::set<Quantity> quantities;
   for (const SlotUse& slot : type().fills) {
     EXPECT_STRNE(slot.meaning, "") << slot.quantity;
     EXPECT_TRUE(quantities.insert(slot.quantity).second) << slot.quantity;
@@ -234,17 +233,17 @@ TEST_P(EveryFittedType, DerivativesAgreeWithRiddersQuotients) {
   std::set<std::string> marked, influential;
   for (unsigned seed = 1; seed <= 12; ++seed) {
     TypeSample s(type(), seed);
-    for (const int q : s.Filled()) {
+    for (const Quantity q : s.Filled()) {
       std::set<ModelParam*> ofQuantity;
       for (const auto& free : s.Marked(q)) {
         ofQuantity.insert(free.param);
-        marked.insert(free.name + " in Quantity " + std::to_string(q));
+        marked.insert(free.name + " in Quantity " + NamesOf(q).shortName);
       }
       ASSERT_EQ(s.Differentiate(q), 0);
-      const double value = std::fabs(s.program.eval.quantities[static_cast<std::size_t>(q)].value);
+      const double value = std::fabs(s.program.eval.quantities[q].value);
       for (const auto& free : s.FreeParams()) {
-        const double slope = free.param->savedSlopes.dQuantity[static_cast<std::size_t>(q)];
-        const std::string where = free.name + " in Quantity " + std::to_string(q);
+        const double slope = free.param->savedSlopes.dQuantity[q];
+        const std::string where = free.name + " in Quantity " + NamesOf(q).shortName;
         const double start = free.param->value;
         const double scale = std::fmax(std::fabs(start), 1e-3);
         const SlopeEstimate estimate = RiddersSlope(
@@ -273,14 +272,14 @@ TEST_P(EveryFittedType, DerivativesAgreeWithRiddersQuotients) {
 }
 
 // Holds parameters without influence on the data, as a user must: with them the matrix of the fit is singular.
-void HoldWithoutInfluence(TypeSample& s, const std::vector<int>& quantities) {
+void HoldWithoutInfluence(TypeSample& s, const std::vector<Quantity>& quantities) {
   std::set<const ModelParam*> influential;
   for (int i = 0; i < 10; ++i) {
     s.x = s.type.page.from + (s.type.page.to - s.type.page.from) * (i + 0.5) / 10;
-    for (const int q : quantities) {
+    for (const Quantity q : quantities) {
       s.Differentiate(q);
       for (const auto& free : s.FreeParams()) {
-        if (free.param->savedSlopes.dQuantity[static_cast<std::size_t>(q)] != 0) influential.insert(free.param);
+        if (free.param->savedSlopes.dQuantity[q] != 0) influential.insert(free.param);
       }
     }
   }
@@ -491,7 +490,7 @@ TEST(TypeTable, LeavesAModelWithACodeOfNoTypePlain) {
   Model& model = *CreateModel(program.params);
   model.epsInf.value = -30;
   model.epsInf.adjustable = 0;
-  WantOnly(program.eval.quantities, SetOf(kE1));
+  WantOnly(program.eval.quantities, QuantitySet{kE1});
   ASSERT_EQ(EvalModel(program.eval, model, 100, false), 0);
   EXPECT_EQ(program.eval.quantities[kE1].value, -30);
   EXPECT_STREQ(TypeNameOf(program.eval, model), "Diel. function");

@@ -33,14 +33,16 @@ class TypeFixture : public testing::Test {
   C Eps(double number, double x) { return Pair(ModelOf(number), kE1, x); }
   C Index(double number, double x) { return std::sqrt(Eps(number, x)); }
 
-  double At(Model& model, int quantity, double x) { return QuantityAt(program, model, quantity, x); }
-  C Pair(Model& model, int quantity, double x) { return {At(model, quantity, x), At(model, quantity + 1, x)}; }
+  double At(Model& model, Quantity quantity, double x) { return QuantityAt(program, model, quantity, x); }
+  C Pair(Model& model, Quantity quantity, double x) {
+    return {At(model, quantity, x), At(model, NextAfter(quantity), x)};
+  }
   // Evaluates all Quantities and returns the status. All values are set to 77 before.
   int Status(Model& model, double x) {
-    for (Quantity& quantity : program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
+    for (QuantityResult& quantity : program.eval.quantities) quantity.wanted = 1, quantity.value = 77;
     return EvalModel(program.eval, model, x, false);
   }
-  double Left(int quantity) const { return program.eval.quantities[static_cast<std::size_t>(quantity)].value; }
+  double Left(Quantity quantity) const { return program.eval.quantities[quantity].value; }
 
   // Fills a dataset slot with the given function at 200 points.
   template <class Function>

@@ -105,22 +105,22 @@ std::uint32_t TypeSample::MakeModel(int code) {
   return number;
 }
 
-double TypeSample::Value(int quantity, double at) {
-  WantOnly(program.eval.quantities, SetOf(quantity));
+double TypeSample::Value(Quantity quantity, double at) {
+  WantOnly(program.eval.quantities, QuantitySet{quantity});
   if (EvalModel(program.eval, model(), at, false) != 0) return std::numeric_limits<double>::quiet_NaN();
-  return program.eval.quantities[static_cast<std::size_t>(quantity)].value;
+  return program.eval.quantities[quantity].value;
 }
 
-int TypeSample::Differentiate(int quantity) {
+int TypeSample::Differentiate(Quantity quantity) {
   for (const Free& free : FreeParams()) free.param->savedSlopes = {};
-  WantOnly(program.eval.quantities, SetOf(quantity));
+  WantOnly(program.eval.quantities, QuantitySet{quantity});
   return EvalWithSlopes(program, model(), x);
 }
 
-std::vector<int> TypeSample::Filled() const {
-  std::vector<int> filled;
+std::vector<Quantity> TypeSample::Filled() const {
+  if (type.material) return {kEveryQuantity.begin(), kEveryQuantity.end()};
+  std::vector<Quantity> filled;
   for (const SlotUse& slot : type.fills) filled.push_back(slot.quantity);
-  for (int q = 0; type.material && q < kQuantityCount; ++q) filled.push_back(q);
   return filled;
 }
 
@@ -143,12 +143,12 @@ std::vector<TypeSample::Free> TypeSample::FreeParams() {
   return free;
 }
 
-std::vector<TypeSample::Free> TypeSample::Marked(int quantity) {
-  WantOnly(program.eval.quantities, SetOf(quantity));
+std::vector<TypeSample::Free> TypeSample::Marked(Quantity quantity) {
+  WantOnly(program.eval.quantities, QuantitySet{quantity});
   std::vector<Free> marked;
   if (FindDependencies(program, model()) != 0) return marked;
   for (const Free& free : FreeParams()) {
-    if (free.param->savedSlopes.dQuantity[static_cast<std::size_t>(quantity)] != 0) marked.push_back(free);
+    if (free.param->savedSlopes.dQuantity[quantity] != 0) marked.push_back(free);
   }
   return marked;
 }

@@ -21,11 +21,11 @@ class TypeSample {
   double x = 0;  // within the type's range
 
   // One Quantity of the model at x; NaN if the evaluation fails.
-  double Value(int quantity, double at);
+  double Value(Quantity quantity, double at);
   // Runs the evaluation with derivatives for one Quantity.
-  int Differentiate(int quantity);
+  int Differentiate(Quantity quantity);
   // The Quantities that the type fills, all of them for a material.
-  std::vector<int> Filled() const;
+  std::vector<Quantity> Filled() const;
 
   // Every adjustable parameter of every model, and of the experimental block, with a name for messages.
   struct Free {
@@ -34,7 +34,7 @@ class TypeSample {
   };
   std::vector<Free> FreeParams();
   // The parameters that the after-step marks for a Quantity.
-  std::vector<Free> Marked(int quantity);
+  std::vector<Free> Marked(Quantity quantity);
 
  private:
   Model* GetModelByNumber(std::uint32_t number);

@@ -24,12 +24,12 @@ class DatasetManagers : public OpenWindows {
 TEST_F(DatasetManagers, ShowLoadedAndFreeSlots) {
   EXPECT_EQ(Row(2).button, "Unload");
   EXPECT_EQ(Row(2).name, "R_film.dat");
-  EXPECT_EQ(Row(2).quantity, 0);
+  EXPECT_EQ(Row(2).quantity, kRefl);
   EXPECT_EQ(Row(2).cutMin + ' ' + Row(2).cutMax + ' ' + Row(2).points, "10 100 10");
   EXPECT_TRUE(Row(2).enabled);
   EXPECT_EQ(Row(1).button, "Load");
   EXPECT_EQ(Row(1).name + Row(1).cutMin + Row(1).cutMax + Row(1).points, "");
-  EXPECT_EQ(Row(1).quantity, -1);
+  EXPECT_EQ(Row(1).quantity, std::nullopt);
   EXPECT_FALSE(Row(1).enabled);
 }
 
@@ -68,16 +68,14 @@ TEST_F(DatasetManagers, FillingAFieldIsNoEdit) {
 TEST_F(DatasetManagers, AChosenQuantityIsHeardByNeitherTheFitNorTheGraphs) {
   GraphsHeard();
   Heard();
-  ChooseQuantity(desk, 2, 7);
-  EXPECT_EQ(Slot(2).Quantity, 7);
-  EXPECT_EQ(Row(2).quantity, 7);
+  ChooseQuantity(desk, 2, kS1);
+  EXPECT_EQ(Slot(2).Quantity, kS1);
+  EXPECT_EQ(Row(2).quantity, kS1);
   EXPECT_EQ(Heard(), Texts{"dataset 1"});
   EXPECT_FALSE(GraphsHeard());
-  ChooseQuantity(desk, 2, 15);
-  ChooseQuantity(desk, 2, -1);
-  ChooseQuantity(desk, 3, 7);
-  EXPECT_EQ(Slot(2).Quantity, 7);
-  EXPECT_EQ(Slot(3).Quantity, 0);
+  ChooseQuantity(desk, 3, kS1);
+  EXPECT_EQ(Slot(2).Quantity, kS1);
+  EXPECT_EQ(Slot(3).Quantity, kRefl);
 }
 
 TEST_F(DatasetManagers, OnlyTenSlotsHaveARow) {
@@ -103,10 +101,10 @@ TEST_F(DatasetManagers, DuringARunNothingCanBeChanged) {
   PressDatasetButton(desk, 3);
   PressUnloadAll(desk);
   TypeCutMin(desk, 2, "50");
-  ChooseQuantity(desk, 2, 5);
+  ChooseQuantity(desk, 2, kE1);
   EXPECT_EQ(Slot(2).id, 1u);
   EXPECT_EQ(Slot(2).CutMin, 10);
-  EXPECT_EQ(Slot(2).Quantity, 0);
+  EXPECT_EQ(Slot(2).Quantity, kRefl);
   EXPECT_FALSE(desk.loadDialog.open);
   EXPECT_TRUE(Heard().empty());
 }
@@ -180,7 +178,7 @@ TEST_F(LoadDialogs, OkReadsAllControlsAndLoads) {
   EXPECT_EQ(Slot(3).points[1].y, 2.5);
   EXPECT_EQ(Slot(3).points[1].sigma, 0.5);
   EXPECT_EQ(Row(3).button + ' ' + Row(3).name + ' ' + Row(3).points, "Unload e1.dat 3");
-  EXPECT_EQ(Row(3).quantity, 5);
+  EXPECT_EQ(Row(3).quantity, kE1);
   EXPECT_EQ(Heard(), Texts{"dataset loaded 3"});
 }
 

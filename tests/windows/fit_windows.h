@@ -35,14 +35,14 @@ class FitWindows : public testing::Test, protected OpenDesk {
     Cell(made, 0, G).value = g;
   }
   // Fills a slot with a Quantity of the present model.
-  void Measure(int slot, Model& of, int quantity) {
+  void Measure(int slot, Model& of, Quantity quantity) {
     Dataset& dataset = datasets.slots[static_cast<std::size_t>(slot - 1)];
     dataset = Dataset{};
     dataset.id = datasets.nextId++;
     dataset.Quantity = quantity;
     std::vector<double> x;
     for (int i = 0; i < 60; ++i) x.push_back(30 + 4.0 * i);
-    const std::vector<QuantitySet> wanted(x.size(), SetOf(quantity));
+    const std::vector<QuantitySet> wanted(x.size(), QuantitySet{quantity});
     EvalSpectrum(eval, of, {x, wanted, false, {}}, [&](const SpectrumBlock& block) {
       for (std::size_t i = 0; i < block.count; ++i) {
         dataset.points.push_back({x[block.first + i], block.Value(quantity, i), 0.01});

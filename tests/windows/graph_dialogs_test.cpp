@@ -72,13 +72,13 @@ class ContentsDialog : public OpenWindows {
   GraphContents Opened() const { return ContentsOf(graph, datasets, params); }
   void Store(const GraphContents& of) { session.SetCurves(graph.number, CurvesOf(of)).Ignore(); }
   void Offer() { OfferCurves(contents, datasets, params); }
-  void TickKinds(std::array<bool, kCurveKinds> kinds) {
-    contents.kinds = kinds;
+  void TickKinds(const bool (&kinds)[kCurveKinds]) {
+    contents.kinds = FullTable<CurveKind, bool>(kinds);
     Offer();
   }
-  void TickQuantities(std::vector<int> quantities) {
+  void TickQuantities(std::vector<Quantity> quantities) {
     contents.quantities.fill(false);
-    for (const int q : quantities) contents.quantities[static_cast<std::size_t>(q)] = true;
+    for (const Quantity q : quantities) contents.quantities[q] = true;
     Offer();
   }
   std::vector<std::string> TextsOf(const std::vector<ListedCurve>& list) const {

@@ -29,7 +29,7 @@ struct CrystalAmplitudes {
   Z p{}, s{};
 };
 template <class T>
-Axes<Complex<T>> AxesOf(const TypeInputs<T>& in, int a, int b, int c) {
+Axes<Complex<T>> AxesOf(const TypeInputs<T>& in, std::size_t a, std::size_t b, std::size_t c) {
   return {in.eps(a), in.eps(b), in.eps(c)};
 }
 

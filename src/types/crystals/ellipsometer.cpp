@@ -1,4 +1,6 @@
 // A sequence of polarising elements, one of which is turned.
+#include <utility>
+
 #include "types/frame.h"
 #include "types/types.h"
 
@@ -21,16 +23,16 @@ struct Ellipsometer {
 
   static bool Admits(const TypeInputs<double>& in) {
     const int n = in.setting(kCount), turned = in.setting(kTurned);
-    return n == in.groups() && turned >= 1 && turned <= n;
+    return std::cmp_equal(n, in.groups()) && turned >= 1 && turned <= n;
   }
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     Complex<T> Ex{in[kAmplitude], T(0)}, Ey;
-    for (int k = 0; k < in.groups(); ++k) {
-      const auto element = [&](int cell) { return Complex<T>{in[in.Of(k, cell)], in[in.Of(k, cell + 1)]}; };
+    for (std::size_t k = 0; k < in.groups(); ++k) {
+      const auto element = [&](std::size_t cell) { return Complex<T>{in[in.Of(k, cell)], in[in.Of(k, cell + 1)]}; };
       const Complex<T> J11 = element(k11), J12 = element(k12), J21 = element(k21), J22 = element(k22);
-      const T degrees = k + 1 == in.setting(kTurned) ? T(in.x) : in[in.Of(k, kRotation)];
+      const T degrees = std::cmp_equal(k + 1, in.setting(kTurned)) ? T(in.x) : in[in.Of(k, kRotation)];
       const T a = degrees * T(kRadiansPerDegree), c = Cos(a), s = Sin(a), cc = c * c, ss = s * s, cs = c * s;
       const Complex<T> Jxx = J11 * cc - (J12 + J21) * cs + J22 * ss, Jxy = J12 * cc + (J11 - J22) * cs - J21 * ss;
       const Complex<T> Jyx = J21 * cc + (J11 - J22) * cs - J12 * ss, Jyy = J22 * cc + (J12 + J21) * cs + J11 * ss;

@@ -21,8 +21,8 @@ int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const Cplx epsA = EpsSum(ctx, *reference, x, false);
   const Cplx epsB = EpsSum(ctx, *change, x, derivatives);
   const QuantityInput input = QuantityInputAt(ctx, x, true);
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (!quantity.wanted) continue;
     QuantityOfEps(input, epsA, q, quantity);
     quantity.value = quantity.dRe * epsB.re + quantity.dIm * epsB.im;

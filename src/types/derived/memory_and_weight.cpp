@@ -51,7 +51,7 @@ struct WeightReading {
   double slope = 0;
   double byVolume = 0;
 };
-WeightReading ReadWeight(int quantity, double S, double volume) {
+WeightReading ReadWeight(Quantity quantity, double S, double volume) {
   switch (quantity) {
     case kRefl:
       return {S * kPerWeight, kPerWeight, 0};
@@ -69,8 +69,8 @@ WeightReading ReadWeight(int quantity, double S, double volume) {
 int FillWeights(EvalContext& ctx, const Model& model, const Model& partner, double S, bool derivatives,
                 bool dependencies) {
   const ModelParam& volume = Cell(model, 0, Wp);
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (!quantity.wanted) continue;
     WeightReading reading = ReadWeight(q, S, volume.value);
     if (dependencies) {

@@ -10,7 +10,7 @@ namespace kalvex {
 namespace {
 
 // Ratio or difference of up to four models, for two Quantities.
-template <int kCode, int kFirst, int kSecond, int kTypicalMode>
+template <int kCode, Quantity kFirst, Quantity kSecond, int kTypicalMode>
 struct RatioOfFour {
   static constexpr Hooks kHooks = hook::kIdle | hook::kAdmits;
   enum Input { kMode, kA, kB, kC, kD };
@@ -35,8 +35,8 @@ struct RatioOfFour {
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     for (const SlotUse& slot : kFills) {
-      const auto of = [&](int input) { return in.quantity(input, slot.quantity); };
-      T& result = q[static_cast<std::size_t>(slot.quantity)];
+      const auto of = [&](std::size_t input) { return in.quantity(input, slot.quantity); };
+      T& result = q[slot.quantity];
       switch (in.setting(kMode)) {
         case kRatio:
           result = Over(of(kA), of(kB));
@@ -90,7 +90,7 @@ struct RatioOfDevices {
 
   static bool HasPath(const Model& partner) { return NegatedCode(partner.epsInf) == kDevice && RowCount(partner) > 1; }
   static std::uint64_t Idle(const TypeInputs<double>& in) { return HasPath(in.partner(kA)) ? InputBits({kPath}) : 0; }
-  static bool IsRatio(int quantity) { return quantity == kRefl || quantity == kTrans || quantity == kE2; }
+  static bool IsRatio(Quantity quantity) { return quantity == kRefl || quantity == kTrans || quantity == kE2; }
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
@@ -101,7 +101,7 @@ struct RatioOfDevices {
     const T offset = in[kOffset0] + in[kOffset1] * x + in[kOffset2] * x * x;
     for (const SlotUse& slot : kFills) {
       const T a = in.quantity(kA, slot.quantity), b = in.quantity(kB, slot.quantity);
-      T& result = q[static_cast<std::size_t>(slot.quantity)];
+      T& result = q[slot.quantity];
       if (!IsRatio(slot.quantity)) {
         result = a - b + offset;
       } else if (std::fabs(ValueOf(b)) >= 1e-30) {
@@ -121,8 +121,9 @@ ParamSlopes* SlopesOfPath(EvalContext& ctx, const Model& model) {
 template <class Slope>
 void AddPathSlopes(EvalContext& ctx, const Model& model, Slope slope) {
   ParamSlopes* const path = SlopesOfPath(ctx, model);
-  for (int q = 0; path && q < kQuantityCount; ++q) {
-    const Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  if (!path) return;
+  for (const Quantity q : kEveryQuantity) {
+    const QuantityResult& quantity = ctx.quantities[q];
     if (quantity.wanted && RatioOfDevices::IsRatio(q)) path->Add(q, slope(quantity));
   }
 }
@@ -130,12 +131,12 @@ void AddPathSlopes(EvalContext& ctx, const Model& model, Slope slope) {
 int EvaluateRatioOfDevices(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const int status = EvaluateType<RatioOfDevices, RatioOfDevices::kRows, true>(ctx, model, x, derivatives);
   if (status != 0 || !derivatives) return status;
-  AddPathSlopes(ctx, model, [&](const Quantity& q) { return RatioOfDevices::kPerPath * x * q.value; });
+  AddPathSlopes(ctx, model, [&](const QuantityResult& q) { return RatioOfDevices::kPerPath * x * q.value; });
   return 0;
 }
 int AfterRatioOfDevices(EvalContext& ctx, const Model& model) {
   const int status = AfterType<RatioOfDevices, RatioOfDevices::kRows>(ctx, model);
-  if (status == 0) AddPathSlopes(ctx, model, [](const Quantity&) { return 1.0; });
+  if (status == 0) AddPathSlopes(ctx, model, [](const QuantityResult&) { return 1.0; });
   return status;
 }
 constexpr ModelType RatioOfDevicesType(const TypePage& page) {
@@ -150,8 +151,8 @@ constexpr ModelType RatioOfDevicesType(const TypePage& page) {
 constexpr RowCell kDifferenceHead[] = {Setting(0, Wo, "mode: 1 for the difference, any other gives 0", 1),
                                        Evaluated(0, Wp, "first model"), Evaluated(0, G, "second model")};
 constexpr auto kDifferenceFills = [] {
-  std::array<SlotUse, kQuantityCount> fills{};
-  for (int q = 0; q < kQuantityCount; ++q) fills[static_cast<std::size_t>(q)] = {q, "difference of this Quantity"};
+  PerQuantity<SlotUse> fills{};
+  for (const Quantity q : kEveryQuantity) fills[q] = {q, "difference of this Quantity"};
   return fills;
 }();
 constexpr RowMap kDifferenceMap{
@@ -161,7 +162,7 @@ constexpr RowMap kDifferenceMap{
 bool AddQuantities(EvalContext& ctx, const Model& partner, double x, double factor, Slots<double>& sum) {
   const WantedForPartner wanted(ctx.quantities);
   if (EvalPartner(ctx, partner, x, false) != 0) return false;
-  for (std::size_t q = 0; q < sum.size(); ++q) sum[q] += factor * ctx.quantities[q].value;
+  for (const Quantity q : kEveryQuantity) sum[q] += factor * ctx.quantities[q].value;
   return true;
 }
 
@@ -223,7 +224,7 @@ struct GasCorrection {
 
   // A gas with an empty dataset makes no correction. A measured value of 0 or less gives 0.
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
-    const auto log = [&](int input) { return in.data(input) > 0 ? std::log(in.data(input)) : 0; };
+    const auto log = [&](std::size_t input) { return in.data(input) > 0 ? std::log(in.data(input)) : 0; };
     if (!(in.data(kMeasured) > 0)) return;
     q[kRp] = std::exp(log(kMeasured) - log(kFirstGas) * in[kFirstAmount] - log(kSecondGas) * in[kSecondAmount]);
   }

@@ -41,7 +41,7 @@ SmallMatrix<T, kBilayerSize> BilayerMatrix(const BilayerBands<T>& bands, const T
   return h;
 }
 
-inline int SizeOfLevel(int n) { return n == 0 ? 1 : n == 1 ? 3 : 4; }
+inline std::size_t SizeOfLevel(int n) { return n == 0 ? 1 : n == 1 ? 3 : 4; }
 
 template <class T>
 SmallEigen<T, kBilayerSize> BilayerLevel(const BilayerBands<T>& bands, const T& eps, int n) {
@@ -58,11 +58,10 @@ T BilayerElement(const BilayerBands<T>& bands, const std::array<T, kBilayerSize>
 
 template <class T>
 void AddBilayerPairs(LadderTable<T>& table, const BilayerBands<T>& bands, const SmallEigen<T, kBilayerSize>& lower,
-                     int lowerSize, const SmallEigen<T, kBilayerSize>& upper, int upperSize, const T& weight,
-                     const T& mu, const T& kT) {
-  for (int f = 0; f < lowerSize; ++f) {
-    for (int i = 0; i < upperSize; ++i) {
-      const auto a = static_cast<std::size_t>(f), b = static_cast<std::size_t>(i);
+                     std::size_t lowerSize, const SmallEigen<T, kBilayerSize>& upper, std::size_t upperSize,
+                     const T& weight, const T& mu, const T& kT) {
+  for (std::size_t a = 0; a < lowerSize; ++a) {
+    for (std::size_t b = 0; b < upperSize; ++b) {
       const T element = BilayerElement(bands, lower.vector[a], upper.vector[b]);
       AddTransition(table, weight * element * element, lower.value[a] - mu, upper.value[b] - mu, kT);
     }

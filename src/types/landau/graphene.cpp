@@ -42,9 +42,9 @@ struct GrapheneMagnetooptics {
 
   template <class T>
   static void Prepare(const TypeInputs<T>& in, Table<T>& table) {
-    table.carriers.resize(static_cast<std::size_t>(in.groups()));
-    for (int k = 0; k < in.groups(); ++k) {
-      auto& carriers = table.carriers[static_cast<std::size_t>(k)];
+    table.carriers.resize(in.groups());
+    for (std::size_t k = 0; k < in.groups(); ++k) {
+      auto& carriers = table.carriers[k];
       carriers.ladder.Clear();
       carriers.width = in[in.Of(k, kBroadening)];
       carriers.weight = in[in.Of(k, kWeight)];
@@ -103,7 +103,7 @@ struct GrapheneMagnetooptics {
 
   // Fills the table for one kind of electrons. Returns true if it is the continuum of zero field.
   template <class T>
-  static bool AddLevels(const TypeInputs<T>& in, int k, LadderTable<T>& ladder) {
+  static bool AddLevels(const TypeInputs<T>& in, std::size_t k, LadderTable<T>& ladder) {
     const T D = in[in.Of(k, kGap)], mu = in[in.Of(k, kPotential)], v = in[in.Of(k, kVelocity)];
     const T kT = T(kElectronvoltPerKelvin) * in[kTemperature];
     const double gap = ValueOf(D), window = in.value(kWindow) * ValueOf(kT);

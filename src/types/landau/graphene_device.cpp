@@ -130,10 +130,10 @@ struct GrapheneConductivity {
   }
 };
 
-constexpr int kTensorOfSigma[] = {kS1, kS2, kDepth, kLoss};
+constexpr Quantity kTensorOfSigma[] = {kS1, kS2, kDepth, kLoss};
 
 template <class T>
-Circular<T> SheetOf(const TypeInputs<T>& in, int partner, const T& layers) {
+Circular<T> SheetOf(const TypeInputs<T>& in, std::size_t partner, const T& layers) {
   const T perSigma = T(kSheetOfLayer) * layers;
   const Circular<T> sigma = CircularOf(Complex<T>{in.quantity(partner, kS1), in.quantity(partner, kS2)},
                                        Complex<T>{in.quantity(partner, kDepth), in.quantity(partner, kLoss)});
@@ -211,7 +211,8 @@ struct DevicePolarimetry {
                                       Own(2, Wo, "analyser of the first reading, degrees", -40),
                                       Own(3, Wo, "polariser of the second reading, degrees", 5),
                                       Own(4, Wo, "analyser of the second reading, degrees", 50)};
-  static constexpr int kAsked[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
+  static constexpr Quantity kAsked[] = {kRefl, kTrans, kRp, kRs,    kRps,  kE1,        kE2,   kS1,
+                                        kS2,   kN1,    kN2, kDepth, kLoss, kDefringed, kAlpha};
   static constexpr std::uint64_t kOfDevice = InputBits({kDevice});
   static constexpr SlotUse kFills[] = {
       {kRefl, "rotation by the two readings, atan((root e2 - root e1)/(root e1 + root e2))"},
@@ -232,7 +233,7 @@ struct DevicePolarimetry {
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
-    for (const int pass : kAsked) q[static_cast<std::size_t>(pass)] = in.quantity(kDevice, pass);
+    for (const Quantity pass : kAsked) q[pass] = in.quantity(kDevice, pass);
     const Circular<T> t{{q[kN1], q[kN2]}, {q[kDepth], q[kLoss]}};
     const T e1 = Reading(t, in[kFirstAnalyser] - in[kFirstPolariser]),
             e2 = Reading(t, in[kSecondAnalyser] - in[kSecondPolariser]);

@@ -179,7 +179,7 @@ void WriteLevels(const TypeInputs<double>& in) {
 int EvaluateWeyl(EvalContext& ctx, const Model& model, double x, bool) {
   TypeRun run(ctx, model, kWeylMap, kWeylFills);
   if (const int status = run.ReadRows()) return status;
-  for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(static_cast<int>(i), x, false);
+  for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(i, x, false);
   const TypeInputs<double> in(run.scratch(), kWeylMap, x);
   if (in[kField] == 0) WriteLevels(in);
   auto& table = CacheOf<WeylTable>(ctx, model);

@@ -35,7 +35,7 @@ enum Input {
   kMesh,  // centre, width, grid, twice
   kInputs = kMesh + 6
 };
-constexpr int kNodeCount = 4;
+constexpr std::size_t kNodeCount = 4;
 constexpr RowCell kHead[kInputs] = {Own(0, Wo, "in-plane hopping A1 B1, A2 B2, eV", 3.1),
                                     Own(0, Wp, "hopping A1 A2, eV", 0.38),
                                     Own(0, G, "hopping B1 B2, eV", 0.3),
@@ -79,8 +79,8 @@ constexpr SlotUse kFills[] = {{kRefl, "lowest band at x on the path, eV"},
                               {kN2, "between bands 3 and 4"},
                               {kDepth, "sum over all pairs of bands"}};
 
-constexpr std::size_t kPathBands = 4;   // kRefl and the three Quantities after it
-constexpr std::size_t kPairSlots = 6;   // kE1 and the five Quantities after it
+constexpr Quantity kPathBands[] = {kRefl, kTrans, kRp, kRs};
+constexpr Quantity kPairs[] = {kE1, kE2, kS1, kS2, kN1, kN2};
 constexpr std::size_t kBinNumbers = 7;  // the sum over all pairs, and the pairs
 constexpr double kMostBins = 1e6;
 
@@ -186,8 +186,8 @@ void SolveAt(const EvalContext& ctx, BilayerCache& cache, const Vector3& k, bool
 }
 
 void FillBands(const EvalContext& ctx, const TypeInputs<double>& in, BilayerCache& cache, Slots<double>& q) {
-  const auto node = [&](int number, int column) { return in.value(kNodes + 3 * number + column); };
-  for (int part = 0; part + 1 < kNodeCount; ++part) {
+  const auto node = [&](std::size_t number, std::size_t column) { return in.value(kNodes + 3 * number + column); };
+  for (std::size_t part = 0; part + 1 < kNodeCount; ++part) {
     const double from = node(part, Wo), to = node(part + 1, Wo);
     if (!((in.x - from) * (in.x - to) <= 0)) continue;
     const double t = to == from ? 0 : (in.x - from) / (to - from);
@@ -196,8 +196,8 @@ void FillBands(const EvalContext& ctx, const TypeInputs<double>& in, BilayerCach
     Vector3 k{};
     for (std::size_t i = 0; i < 3; ++i) k[i] = u * cache.cell.reciprocal[0][i] + v * cache.cell.reciprocal[1][i];
     SolveAt(ctx, cache, k, false);
-    const std::size_t bands = std::min(cache.cell.atoms.size(), kPathBands);
-    for (std::size_t band = 0; band < bands; ++band) q[kRefl + band] = cache.eigen.levels[band];
+    const std::size_t bands = std::min(cache.cell.atoms.size(), std::size(kPathBands));
+    for (std::size_t band = 0; band < bands; ++band) q[kPathBands[band]] = cache.eigen.levels[band];
     return;
   }
 }
@@ -205,7 +205,7 @@ void FillBands(const EvalContext& ctx, const TypeInputs<double>& in, BilayerCach
 // Writes the mesh file if the numbers have changed, and reads the mesh of wave vectors from it.
 bool LoadMesh(EvalContext& ctx, const TypeInputs<double>& in, WaveVectorMesh& mesh) {
   MeshNumbers numbers{};
-  for (int i = 0; i < static_cast<int>(numbers.size()); ++i) numbers[static_cast<std::size_t>(i)] = in.value(kMesh + i);
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = in.value(kMesh + i);
   MeshNumbers& written = SharedOf<WrittenFiles>(ctx).mesh;
   if (written != numbers) {
     const auto& [centreX, widthX, gridX, centreY, widthY, gridY] = numbers;
@@ -253,7 +253,7 @@ void AddTransitions(const EnergyMesh& mesh, double weight, double mu, double kT,
       const double part = weight * Norm(cache.slope[i * n + j]) * FermiQuotient(low - mu, high - mu, kT);
       BinNumbers& numbers = cache.bins[static_cast<std::size_t>(bin)];
       numbers[0] += part;
-      if (pair < kPairSlots) numbers[pair + 1] += part;
+      if (pair < std::size(kPairs)) numbers[pair + 1] += part;
     }
   }
 }
@@ -284,16 +284,16 @@ bool MakeConductivity(EvalContext& ctx, const TypeInputs<double>& in, BilayerCac
 
 std::array<double, 18> ConductivityKey(const TypeInputs<double>& in) {
   std::array<double, 18> key{};
-  for (int i = 0; i < kNodes; ++i) key[static_cast<std::size_t>(i)] = in.value(i);
-  for (int i = kEnergyFrom; i < kInputs; ++i) key[static_cast<std::size_t>(kNodes + i - kEnergyFrom)] = in.value(i);
+  for (std::size_t i = 0; i < kNodes; ++i) key[i] = in.value(i);
+  for (std::size_t i = kEnergyFrom; i < kInputs; ++i) key[kNodes + i - kEnergyFrom] = in.value(i);
   return key;
 }
 
-bool IsWanted(const EvalContext& ctx, int first, int last) {
-  for (int q = first; q <= last; ++q) {
-    if (ctx.quantities[static_cast<std::size_t>(q)].wanted) return true;
-  }
-  return false;
+bool IsWanted(const EvalContext& ctx, Quantity quantity) { return ctx.quantities[quantity].wanted != 0; }
+
+template <class Quantities>
+bool AnyWanted(const EvalContext& ctx, const Quantities& quantities) {
+  return std::any_of(std::begin(quantities), std::end(quantities), [&](Quantity q) { return IsWanted(ctx, q); });
 }
 
 int Evaluate(EvalContext& ctx, const Model& model, double x, bool) {
@@ -308,8 +308,8 @@ int Evaluate(EvalContext& ctx, const Model& model, double x, bool) {
   }
   if (cache.lattice.made == Made::kFailed) return -1;
   Slots<double> q{};
-  if (IsWanted(ctx, kRefl, kRs)) FillBands(ctx, in, cache, q);
-  if (IsWanted(ctx, kE1, kDepth)) {
+  if (AnyWanted(ctx, kPathBands)) FillBands(ctx, in, cache, q);
+  if (AnyWanted(ctx, kPairs) || IsWanted(ctx, kDepth)) {
     const auto key = ConductivityKey(in);
     if (!cache.conductivity.IsFor(key, ctx.spectrum)) {
       cache.conductivity.Set(key, MakeConductivity(ctx, in, cache), ctx.spectrum);
@@ -318,7 +318,7 @@ int Evaluate(EvalContext& ctx, const Model& model, double x, bool) {
     if (const int bin = EnergyMeshOf(in).BinOf(x); bin >= 0) {
       const BinNumbers& numbers = cache.bins[static_cast<std::size_t>(bin)];
       q[kDepth] = numbers[0];
-      for (std::size_t pair = 0; pair < kPairSlots; ++pair) q[kE1 + pair] = numbers[pair + 1];
+      for (std::size_t pair = 0; pair < std::size(kPairs); ++pair) q[kPairs[pair]] = numbers[pair + 1];
     }
   }
   run.Store(q);

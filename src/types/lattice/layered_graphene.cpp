@@ -210,7 +210,7 @@ struct LayeredResponse {
 
 // Weights and thickness, with the default for 0.
 template <class T>
-T NumberOr(const TypeInputs<T>& in, int input, double usual) {
+T NumberOr(const TypeInputs<T>& in, std::size_t input, double usual) {
   return in.value(input) == 0 ? T(usual) : in[input];
 }
 
@@ -231,7 +231,7 @@ LayeredResponse<T> ResponseAt(const TypeInputs<T>& in, int layers, bool intraban
 // Inputs without effect at the present settings.
 std::uint64_t IdleOfLayers(const TypeInputs<double>& in, bool intraband) {
   std::uint64_t idle = 0;
-  for (const int input : {kInterband, kIntraband, kSpacing}) {
+  for (const std::size_t input : {kInterband, kIntraband, kSpacing}) {
     if (in.value(input) == 0) idle |= InputBits({input});
   }
   if (!intraband) idle |= InputBits({kIntraband});
@@ -307,8 +307,8 @@ struct DoubleLayer {
   template <class T>
   static Complex<T> PhononSum(const TypeInputs<T>& in) {
     Complex<T> sum;
-    for (int k = 0; k < in.groups(); k += 2) {
-      const auto of = [&](int group, PhononCell cell) -> const T& { return in[in.Of(group, cell)]; };
+    for (std::size_t k = 0; k < in.groups(); k += 2) {
+      const auto of = [&](std::size_t group, PhononCell cell) -> const T& { return in[in.Of(group, cell)]; };
       const T& plasma = of(k, kStrength);
       const Complex<T> phonon = Oscillator(plasma * plasma, of(k, kFrequency), of(k, kWidth), in.x);
       if (k + 1 == in.groups()) return sum + phonon;
@@ -374,7 +374,7 @@ struct WeightedDifference {
                                       DatasetSlot(1, Wp, "weight b(x) of the imaginary part"),
                                       Own(2, Wo, "factor", 1),
                                       Own(2, Wp, "offset", 0.1)};
-  static constexpr int kAsked[] = {kE1, kE2};
+  static constexpr Quantity kAsked[] = {kE1, kE2};
   static constexpr std::uint64_t kOfModels = InputBits({kFirst, kSecond});
   static constexpr SlotUse kFills[] = {{kRefl, "factor (a Re D + b Im D) + offset, D = eps1 - eps2"},
                                        {kE1, "Re D", kOfModels, 0, 1},

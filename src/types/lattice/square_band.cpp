@@ -13,7 +13,7 @@ namespace {
 
 // Energy at (kx, ky) in units of the reciprocal lattice. `first` is the input t1; t2 ... t5 and mu follow it.
 template <class T>
-T BandEnergy(const TypeInputs<T>& in, int first, double kx, double ky) {
+T BandEnergy(const TypeInputs<T>& in, std::size_t first, double kx, double ky) {
   const double x1 = std::cos(2 * std::numbers::pi * kx), y1 = std::cos(2 * std::numbers::pi * ky);
   const double x2 = std::cos(4 * std::numbers::pi * kx), y2 = std::cos(4 * std::numbers::pi * ky);
   return in[first] * T(2 * (x1 + y1)) + in[first + 1] * T(4 * x1 * y1) + in[first + 2] * T(2 * (x2 + y2)) +
@@ -31,11 +31,13 @@ struct BandPath {
   static constexpr SlotUse kFills[] = {{kRefl, "energy of the band"}};
 
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
-    for (int k = 0; k + 1 < in.groups(); ++k) {
+    for (std::size_t k = 0; k + 1 < in.groups(); ++k) {
       const double from = in.value(in.Of(k, kPosition)), to = in.value(in.Of(k + 1, kPosition));
       if (!(in.x >= from && in.x <= to)) continue;
       const double t = to > from ? (in.x - from) / (to - from) : 0;
-      const auto mix = [&](int cell) { return (1 - t) * in.value(in.Of(k, cell)) + t * in.value(in.Of(k + 1, cell)); };
+      const auto mix = [&](std::size_t cell) {
+        return (1 - t) * in.value(in.Of(k, cell)) + t * in.value(in.Of(k + 1, cell));
+      };
       q[kRefl] = BandEnergy(in, kT1, mix(kX), mix(kY));
       return;
     }
@@ -100,7 +102,7 @@ struct Tunnelling {
   static void Prepare(const TypeInputs<T>& in, Table<T>& table) {
     constexpr int kMostPoints = 2000;
     const int count = std::clamp(in.setting(kMesh), 1, kMostPoints);
-    const int below = TakesSecond(in) ? kWidth2 : kWidth;
+    const std::size_t below = TakesSecond(in) ? kWidth2 : kWidth;
     table.states.clear();
     // kx -> -kx, ky -> -ky and exchange of kx and ky keep the energy: the wedge 0 <= j <= i <= N/2 is enough.
     const auto twins = [&](int i) { return i == 0 || 2 * i == count ? 1.0 : 2.0; };
@@ -108,7 +110,7 @@ struct Tunnelling {
       for (int j = 0; j <= i; ++j) {
         const T e = BandEnergy(in, kT1, static_cast<double>(i) / count, static_cast<double>(j) / count);
         const T size = ValueOf(e) < 0 ? -e : e;
-        const auto width = [&](int first) { return in[first] + in[first + 1] * size + in[first + 2] * e * e; };
+        const auto width = [&](std::size_t first) { return in[first] + in[first + 1] * size + in[first + 2] * e * e; };
         table.states.push_back({e, width(kWidth), width(below), twins(i) * twins(j) * (i == j ? 1 : 2)});
       }
     }

@@ -40,17 +40,18 @@ struct CoupledPhonon {
 };
 
 // One line or the sum of two. Each line has two rows.
-template <int kLines>
+template <std::size_t kLines>
 struct FanoLines {
   enum Cell { kPosition, kStrength, kWidth, kAsymmetry, kCells };
   static constexpr auto kHeadCells = [] {
-    std::array<RowCell, static_cast<std::size_t>(kLines * kCells)> cells{};
-    for (int k = 0; k < kLines; ++k) {
-      const auto at = static_cast<std::size_t>(k * kCells);
-      cells[at] = Own(2 * k, Wo, "position, cm-1", 150 + 120 * k);
-      cells[at + 1] = Own(2 * k, Wp, "strength, cm-1", 200);
-      cells[at + 2] = Own(2 * k, G, "width, cm-1", 40);
-      cells[at + 3] = Own(2 * k + 1, Wo, "asymmetry q", 3);
+    std::array<RowCell, kLines * kCells> cells{};
+    int row = 0;
+    double position = 150;
+    for (std::size_t at = 0; at < cells.size(); at += kCells, row += 2, position += 120) {
+      cells[at] = Own(row, Wo, "position, cm-1", position);
+      cells[at + 1] = Own(row, Wp, "strength, cm-1", 200);
+      cells[at + 2] = Own(row, G, "width, cm-1", 40);
+      cells[at + 3] = Own(row + 1, Wo, "asymmetry q", 3);
     }
     return cells;
   }();
@@ -59,8 +60,7 @@ struct FanoLines {
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
-    for (int k = 0; k < kLines; ++k) {
-      const int at = k * kCells;
+    for (std::size_t at = 0; at < kHeadCells.size(); at += kCells) {
       const T width = AtLeast(in[at + kWidth]), asymmetry = AtLeast(in[at + kAsymmetry]), strength = in[at + kStrength];
       const T t = T(2) * (T(in.x) - in[at + kPosition]) / width, q2 = asymmetry * asymmetry;
       q[kS1] += strength * strength / (T(60) * width) * (q2 + T(2) * asymmetry * t - T(1)) / ((t * t + T(1)) * q2);

@@ -39,7 +39,7 @@ struct MagnetoDrude {
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
-    for (int k = 0; k < in.groups(); ++k) {
+    for (std::size_t k = 0; k < in.groups(); ++k) {
       const T W = in[in.Of(k, kCyclotron)], plasma = in[in.Of(k, kPlasma)], rate = in[in.Of(k, kRate)];
       const Complex<T> damped{T(in.x), rate};
       const Complex<T> D = damped * damped - W * W;
@@ -65,7 +65,7 @@ struct ResonantScattering {
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     Complex<T> sum;
-    for (int k = 0; k < in.groups(); ++k) {
+    for (std::size_t k = 0; k < in.groups(); ++k) {
       const T phase = in[in.Of(k, kPhase)] * T(kRadiansPerDegree), amplitude = in[in.Of(k, kAmplitude)];
       const Complex<T> numerator{amplitude * Cos(phase), amplitude * Sin(phase)};
       sum += Quotient(numerator, Complex<T>{T(in.x) - in[in.Of(k, kPosition)], T(0.5) * in[in.Of(k, kWidth)]});

@@ -32,7 +32,7 @@ struct Raman {
     const T perKelvin = T(1.43988) / (T(2) * AtLeast(in[kTemperature]));
     const T y = t * perKelvin, halfBose = T(0.5) * OverTanh(y) / perKelvin;
     T perT(0);
-    for (int k = 0; k < in.groups(); ++k) {
+    for (std::size_t k = 0; k < in.groups(); ++k) {
       const T W = in[in.Of(k, kFrequency)], G = in[in.Of(k, kWidth)], S = in[in.Of(k, kStrength)];
       const T difference = W * W - t * t, D = difference * difference + G * G * t * t;
       if (ValueOf(D) > kTinyNorm) perT += S * S * G / D;
@@ -66,7 +66,7 @@ struct Photocurrent {
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
-    for (const int tail : {kFirst, kSecond}) {
+    for (const std::size_t tail : {kFirst, kSecond}) {
       const T decay = in[tail + 1];
       if (ValueOf(decay) != 0) q[kRefl] += in[tail] * Exp(-(T(in.x) - in[tail + 2]) / decay);
     }

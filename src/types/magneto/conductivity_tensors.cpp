@@ -36,7 +36,7 @@ struct GeneralTensor {
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
     Complex<T> xx{in[kDiagonal], T(0)}, xy;
-    for (int k = 0; k < in.groups(); ++k) {
+    for (std::size_t k = 0; k < in.groups(); ++k) {
       const T W = in[in.Of(k, kFrequency)], width = in[in.Of(k, kWidth)], S = in[in.Of(k, kPlasma)];
       const Complex<T> shifted{T(in.x), width};
       const Complex<T> D = W * W - shifted * shifted;

@@ -156,8 +156,8 @@ struct MagneticSlab {
   template <class T>
   static Complex<T> Transmitted(const TypeInputs<T>& in, double side) {
     Complex<T> eps{in[kEpsInf], T(0)}, mu{in[kMuInf], T(0)};
-    for (int k = 0; k < kOscillators; ++k) {
-      const int at = kFirst + k * kCells;
+    for (std::size_t k = 0; k < kOscillators; ++k) {
+      const std::size_t at = kFirst + k * kCells;
       (k % 2 == 1 ? mu : eps) += ShiftedOscillator(in[at], in[at + 1], in[at + 2], in[at + 3] * T(side * in.x), in.x);
     }
     if (Norm(ValueOf(eps)) < 1e-20 || Norm(ValueOf(mu)) < 1e-20) return {};

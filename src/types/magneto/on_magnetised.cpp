@@ -8,17 +8,17 @@ namespace {
 
 constexpr RowCell Magnetised() { return EvaluatedType(0, Wo, "magnetised sample, of type 49", 49); }
 // The Quantities that they read from this partner.
-constexpr int kTensorOfEps[] = {kE1, kE2, kN1, kN2};
-constexpr int kTensorOfSigma[] = {kS1, kS2, kDepth, kLoss};
+constexpr Quantity kTensorOfEps[] = {kE1, kE2, kN1, kN2};
+constexpr Quantity kTensorOfSigma[] = {kS1, kS2, kDepth, kLoss};
 
 template <class T>
-Circular<T> EpsOf(const TypeInputs<T>& in, int partner) {
+Circular<T> EpsOf(const TypeInputs<T>& in, std::size_t partner) {
   return CircularOf(Complex<T>{in.quantity(partner, kE1), in.quantity(partner, kE2)},
                     Complex<T>{in.quantity(partner, kN1), in.quantity(partner, kN2)});
 }
 template <class T>
 struct SigmaOfPartner {
-  SigmaOfPartner(const TypeInputs<T>& in, int partner)
+  SigmaOfPartner(const TypeInputs<T>& in, std::size_t partner)
       : xx{in.quantity(partner, kS1), in.quantity(partner, kS2)},
         xy{in.quantity(partner, kDepth), in.quantity(partner, kLoss)} {}
   Complex<T> xx, xy;

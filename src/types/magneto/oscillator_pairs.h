@@ -28,7 +28,7 @@ template <class T>
 Complex<T> SumOfPairs(const TypeInputs<T>& in, double side) {
   using enum OscillatorPair::Cell;
   Complex<T> sum;
-  for (int k = 0; k < in.groups(); ++k) {
+  for (std::size_t k = 0; k < in.groups(); ++k) {
     sum += ShiftedOscillator(in[in.Of(k, kFrequency)], in[in.Of(k, kStrength)], in[in.Of(k, kWidth)],
                              in[in.Of(k, kShift)] * T(side * in.x), in.x);
   }

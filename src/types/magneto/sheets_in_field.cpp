@@ -104,7 +104,7 @@ struct GappedBilayer {
   static void Fill(const TypeInputs<double>& in, Slots<double>& q) {
     const Cplx z{kElectronvoltPerWavenumber * in.x, in[kBroadening]};
     Cplx xx{in[kBackground], 0}, xy{in[kHallBackground], 0};
-    for (const int valley : {kGapK, kGapOther}) {
+    for (const std::size_t valley : {kGapK, kGapOther}) {
       const SheetTensor<double> band = ChiralBand(z, in[valley], in[kPotential], in.value(kWinding));
       xx += 2.0 * band.xx;  // both spins
       xy += 2.0 * band.xy;

@@ -22,15 +22,15 @@ bool FindMedia(EvalContext& ctx, const Model& model, Media& media) {
   return media.eps && media.mu && media.eps != media.mu;
 }
 
-void ChainBoth(EvalContext& ctx, const Media& media, int quantity) {
+void ChainBoth(EvalContext& ctx, const Media& media, Quantity quantity) {
   SetChain(ctx, *media.eps, quantity);
   SetChainForMu(ctx, *media.mu, quantity);
 }
 
 template <class Visit>
 void ForEachWanted(EvalContext& ctx, Visit visit) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (quantity.wanted) visit(q, quantity);
   }
 }
@@ -41,7 +41,7 @@ int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   if (!FindMedia(ctx, model, media)) return -1;
   const Cplx eps = EpsSum(ctx, *media.eps, x, derivatives), mu = EpsSum(ctx, *media.mu, x, derivatives);
   const QuantityInput input = QuantityInputAt(ctx, x, derivatives);
-  ForEachWanted(ctx, [&](int q, Quantity& quantity) {
+  ForEachWanted(ctx, [&](Quantity q, QuantityResult& quantity) {
     QuantityOfEpsMu(input, eps, mu, q, quantity);
     if (derivatives) ChainBoth(ctx, media, q);
   });
@@ -54,7 +54,7 @@ int After(EvalContext& ctx, const Model& model) {
   if (!FindMedia(ctx, model, media)) return -1;
   SeedDependencies(ctx, *media.eps);
   SeedDependencies(ctx, *media.mu);
-  ForEachWanted(ctx, [&](int q, Quantity& quantity) {
+  ForEachWanted(ctx, [&](Quantity q, QuantityResult& quantity) {
     DependencyStubMu(q, quantity);
     ChainBoth(ctx, media, q);
   });

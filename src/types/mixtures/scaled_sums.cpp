@@ -25,7 +25,7 @@ struct UniversalRatio {
   static constexpr bool kSumOfPartners = true;
 
   static bool Admits(const TypeInputs<double>& in) { return in.value(kTemperature) > 0; }
-  static double FrequencyOf(const TypeInputs<double>& in, int input) {
+  static double FrequencyOf(const TypeInputs<double>& in, std::size_t input) {
     return input == kUniversal ? in.x / in.value(kTemperature) : in.x;
   }
 
@@ -130,9 +130,9 @@ int EvaluateMeshCoupling(EvalContext& ctx, const Model& model, double x, bool de
 
   const Cplx byMemory = -(D * inverse * w) * c;
   run.CountDirections();
-  const auto set = [&](int input, int offset, const Cplx& slope) {
-    const int direction = run.scratch().direction[static_cast<std::size_t>(input)];
-    if (direction >= 0) run.SetEpsSlope(direction + offset, slope);
+  const auto set = [&](std::size_t input, std::size_t offset, const Cplx& slope) {
+    const std::size_t direction = run.scratch().direction[input];
+    if (direction != kNoDirection) run.SetEpsSlope(direction + offset, slope);
   };
   set(kConstant, 0, {1, 0});
   set(kConstant, 1, {0, 1});
@@ -146,8 +146,8 @@ int EvaluateMeshCoupling(EvalContext& ctx, const Model& model, double x, bool de
   const QuantityTable ofMaterial = ctx.quantities;
   run.ChainOfMaterial();
   std::vector<MeshSlopes>& slopes = SlopesOf(ctx, spectrum).mesh;
-  for (int q = 0; q < kQuantityCount; ++q) {
-    const Quantity& of = ofMaterial[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    const QuantityResult& of = ofMaterial[q];
     if (!of.wanted) continue;
     for (std::size_t k = 0; k < spectrum.vdf.mesh.size(); ++k) {
       const Cplx slope = byMemory * kernels.byValue[k];
@@ -163,8 +163,8 @@ int AfterMeshCoupling(EvalContext& ctx, const Model& model) {
   const Model& spectrum = *PartnerAt(ctx, model, 0, G);
   if (!HasVdf(spectrum)) return -1;
   std::vector<MeshSlopes>& slopes = SlopesOf(ctx, spectrum).mesh;
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (!ctx.quantities[static_cast<std::size_t>(q)].wanted) continue;
+  for (const Quantity q : kEveryQuantity) {
+    if (!ctx.quantities[q].wanted) continue;
     for (std::size_t k = 0; k < spectrum.vdf.mesh.size(); ++k) {
       const VdfMeshPoint& point = spectrum.vdf.mesh[k];
       if (point.e2.adjustable && point.x > 0) slopes[k].e2.Put(q, 1);

@@ -135,7 +135,7 @@ class Surface {
   Cplx ReflectionOfModel(double q) {
     Cell(asked_, row_, Wo).value = q / (2 * std::numbers::pi);
     Cell(asked_, row_, Wp).value = 0;
-    const WantedForPartner wanted(ctx_.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
+    const WantedForPartner wanted(ctx_.quantities, QuantitySet{kE1, kE2});
     const int status = EvalPartner(ctx_, asked_, x_, false);
     return status == 0 ? Cplx{ctx_.quantities[kE1].value, ctx_.quantities[kE2].value} : Cplx{};
   }
@@ -231,9 +231,9 @@ constexpr TipKind kTip83 = {MapOfCells(Exactly(7), kCells83), 10};
 constexpr TipKind kTip105 = {MapOfCells(AtLeast(6), kCells105), 8};
 
 // The dielectric function of a partner at x; for types with frequency nodes, interpolated between the two nodes.
-Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, int input) {
+Cplx ResponseAt(TypeRun& run, const TypeInputs<double>& in, std::size_t input) {
   constexpr double kMostNodes = 1e6;
-  const Model& model = *run.scratch().partner[static_cast<std::size_t>(input)];
+  const Model& model = *run.scratch().partner[input];
   const auto at = [&](double x) { return EpsSum(run.context(), model, x, false); };
   if (run.InputCount() <= kNodes) return at(in.x);
   const double count = std::min(std::trunc(in.value(kNodes)), kMostNodes), from = in.value(kNodeFrom),
@@ -265,10 +265,10 @@ void MakeTip(const Tip& tip, const TypeInputs<double>& in, KeptTip& kept) {
   kept.mesh = MomentumMesh(in.value(kFrom), in.value(kTo), std::clamp(in.setting(kMomenta), 1, kMostMomenta));
 }
 
-void FillContrast(const Cplx& signal, const Cplx& reference, int modulus, int phase, Slots<double>& q) {
+void FillContrast(const Cplx& signal, const Cplx& reference, Quantity modulus, Quantity phase, Slots<double>& q) {
   const Contrast contrast = ContrastOf(Quotient(signal, reference));
-  q[static_cast<std::size_t>(modulus)] = contrast.modulus;
-  q[static_cast<std::size_t>(phase)] = contrast.phase;
+  q[modulus] = contrast.modulus;
+  q[phase] = contrast.phase;
 }
 
 int EvaluateTip(EvalContext& ctx, const Model& model, double x, const TipKind& kind) {
@@ -276,7 +276,7 @@ int EvaluateTip(EvalContext& ctx, const Model& model, double x, const TipKind& k
   TypeRun run(ctx, model, kind.map, fills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kind.map, x);
-  for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(static_cast<int>(i), x, false);
+  for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(i, x, false);
   const Tip tip = TipOf(in);
   auto& kept = CacheOf<KeptTip>(ctx, model);
   if (kept.numbers != run.scratch().raw) {
@@ -392,14 +392,14 @@ int EvaluateOnReflection(EvalContext& ctx, const Model& model, double x, bool at
   TypeRun run(ctx, model, D::kMap, fills);
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), D::kMap, x);
-  for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(static_cast<int>(i), x, false);
+  for (std::size_t i = 0; i < run.InputCount(); ++i) run.Ask(i, x, false);
   const Model& partner = *run.scratch().partner[D::kSurface];
   Surface surface(ctx, partner, x, {}, {});
   Cplx rp;
   if (atRadius && surface.HasDispersion()) {
     rp = surface.Reflection(0.1 / HeldFromZero(in[D::kTipRadius]));
   } else {
-    const WantedForPartner wanted(ctx.quantities, static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2)));
+    const WantedForPartner wanted(ctx.quantities, QuantitySet{kE1, kE2});
     if (EvalPartner(ctx, partner, x, false) != 0) return -1;
     rp = {ctx.quantities[kE1].value, ctx.quantities[kE2].value};
   }

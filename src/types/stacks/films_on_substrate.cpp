@@ -42,8 +42,8 @@ template <class T, class Admittance, class Wave>
 FilmAmplitudes<T> AmplitudesIntoLast(const TypeInputs<T>& in, const Complex<T>& vacuum, Admittance admittanceOf,
                                      Wave waveOf) {
   FilmAmplitudes<T> films;
-  for (int k = in.groups() - 1; k >= 0; --k) {
-    const bool last = k == in.groups() - 1;
+  for (std::size_t k = in.groups(); k-- > 0;) {
+    const bool last = k + 1 == in.groups();
     const Complex<T> exponent = last ? Complex<T>{} : PassageExponent(waveOf(k), in[in.Of(k, kThickness)], in.x);
     films.PutInFront(k == 0 ? vacuum : admittanceOf(k - 1), admittanceOf(k), exponent);
   }
@@ -54,7 +54,7 @@ FilmAmplitudes<T> AmplitudesIntoLast(const TypeInputs<T>& in, const Complex<T>& 
 template <class T>
 Complex<T> EmptyPath(const TypeInputs<T>& in) {
   T D(0);
-  for (int k = 0; k < in.groups(); ++k) D += in[in.Of(k, kThickness)];
+  for (std::size_t k = 0; k < in.groups(); ++k) D += in[in.Of(k, kThickness)];
   const T phase = D * T(2 * std::numbers::pi * in.x);
   return {Cos(phase), -Sin(phase)};
 }
@@ -63,7 +63,7 @@ Complex<T> EmptyPath(const TypeInputs<T>& in) {
 template <class T>
 double ExpectedTurns(const TypeInputs<T>& in, double offset) {
   double turns = 0;
-  for (int k = 0; k < in.groups(); ++k) {
+  for (std::size_t k = 0; k < in.groups(); ++k) {
     const Cplx n = Sqrt(ValueOf(in.eps(in.Of(k, kModel))));
     turns += in.x * (n.re - offset) * ValueOf(in[in.Of(k, kThickness)]);
   }
@@ -81,8 +81,8 @@ template <class T>
 struct ObliqueAmplitudes {
   ObliqueAmplitudes(const TypeInputs<T>& in, const T& degrees) {
     const T c = Cos(degrees * T(kRadiansPerDegree)), s2 = T(1) - c * c;
-    const auto wave = [&](int k) { return Sqrt(in.eps(in.Of(k, kModel)) - s2); };
-    const auto admittance = [&](int k) { return Quotient(in.eps(in.Of(k, kModel)), wave(k)); };
+    const auto wave = [&](std::size_t k) { return Sqrt(in.eps(in.Of(k, kModel)) - s2); };
+    const auto admittance = [&](std::size_t k) { return Quotient(in.eps(in.Of(k, kModel)), wave(k)); };
     p = -AmplitudesIntoLast(in, Complex<T>{T(1) / c, T(0)}, admittance, wave).r;
     s = -AmplitudesIntoLast(in, Complex<T>{c, T(0)}, wave, wave).r;
   }
@@ -92,10 +92,10 @@ struct ObliqueAmplitudes {
 // The films at normal incidence and one passage through the substrate, without echoes in it.
 template <class T>
 FilmAmplitudes<T> NormalAmplitudes(const TypeInputs<T>& in) {
-  const auto index = [&](int k) { return Sqrt(in.eps(in.Of(k, kModel))); };
+  const auto index = [&](std::size_t k) { return Sqrt(in.eps(in.Of(k, kModel))); };
   FilmAmplitudes<T> films = AmplitudesIntoLast(in, Complex<T>{T(1), T(0)}, index, index);
   if (in.groups() > 0) {
-    const int last = in.groups() - 1;
+    const std::size_t last = in.groups() - 1;
     const Complex<T> n = index(last);
     films.t = films.t * Quotient(T(2) * n, n + T(1));
     films.passed += PassageExponent(n, in[in.Of(last, kThickness)], in.x);
@@ -207,12 +207,12 @@ struct TransmittedPhase {
 
   template <class T>
   static void Fill(const TypeInputs<T>& in, Slots<T>& q) {
-    const auto index = [&](int k) { return Sqrt(in.eps(in.Of(k, kModel))); };
+    const auto index = [&](std::size_t k) { return Sqrt(in.eps(in.Of(k, kModel))); };
     const Complex<T> one{T(1), T(0)};
     FilmAmplitudes<T> stack;
     T D(0);
-    for (int k = in.groups() - 1; k >= 0; --k) {
-      const bool last = k == in.groups() - 1;
+    for (std::size_t k = in.groups(); k-- > 0;) {
+      const bool last = k + 1 == in.groups();
       const Complex<T> n = index(k);
       if (last) stack.PutInFront(n, one, {});
       stack.PutInFront(k == 0 ? one : index(k - 1), n, PassageExponent(n, in[in.Of(k, kThickness)], in.x));

@@ -88,17 +88,14 @@ void AskLayers(EvalContext& ctx, double x, bool derivatives, StackRun& run) {
 
 void StoreResults(EvalContext& ctx, const StackType& type, const StackRun& run) {
   bool clearing = true;
-  for (Quantity& quantity : ctx.quantities) {
+  for (QuantityResult& quantity : ctx.quantities) {
     clearing = clearing && quantity.wanted;
     if (type.clearsWhileWanted ? clearing : quantity.wanted != 0) quantity.Put(0);
   }
-  for (int i = 0; i < kStackResults; ++i) {
-    const auto slot = static_cast<std::size_t>(kStackSlots[static_cast<std::size_t>(i)]);
-    ctx.quantities[slot].Put(run.stack.value[static_cast<std::size_t>(i)]);
-  }
+  for (std::size_t i = 0; i < kStackResults; ++i) ctx.quantities[kStackSlots[i]].Put(run.stack.value[i]);
 }
 
-int ResultOf(int quantity) {
+int ResultOf(Quantity quantity) {
   const auto found = std::find(kStackSlots.begin(), kStackSlots.end(), quantity);
   return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
 }
@@ -107,8 +104,8 @@ int ResultOf(int quantity) {
 template <class ByEps, class ByRow, class ByHead>
 void ChainStack(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run, ByEps byEps, ByRow byRow,
                 ByHead byHead) {
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (!quantity.wanted) continue;
     quantity.ClearExp();
     quantity.dRe = quantity.dIm = 0;

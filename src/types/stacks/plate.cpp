@@ -137,7 +137,7 @@ struct Plate {
   }
 
   template <class T>
-  static int NodesOf(const TypeInputs<T>& in, int input) {
+  static int NodesOf(const TypeInputs<T>& in, std::size_t input) {
     constexpr int kMostNodes = 1000;
     return std::clamp(in.setting(input), 1, kMostNodes);
   }

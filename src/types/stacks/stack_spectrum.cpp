@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kResults = kStackSlots.size();
 
-int ResultOf(int quantity) {
+int ResultOf(Quantity quantity) {
   const auto found = std::find(kStackSlots.begin(), kStackSlots.end(), quantity);
   return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
 }
@@ -70,8 +70,8 @@ StackSpectrum::StackSpectrum(EvalContext& ctx, const Model& model, const Spectru
     partnerOfLayer_.push_back(&partner);
     layers_.push_back(&partner.eps);
   }
-  constexpr QuantitySet kIntensities = SetOf(kRefl) | SetOf(kTrans);
-  const bool amplitudes = (WantedAnywhere(request) & ~kIntensities) != 0;
+  constexpr QuantitySet kIntensities = {kRefl, kTrans};
+  const bool amplitudes = !(WantedAnywhere(request) - kIntensities).IsEmpty();
   input_ = {layout.head, request.derivatives, amplitudes, x_.data(), layers_};
   if (!request.derivatives) return;
   for (const ParamPlace& place : request.slopesOf) slopes_.push_back(SourceOf(ctx, model, place, slopes_.size()));
@@ -110,7 +110,7 @@ StackSpectrum::Slope StackSpectrum::SourceOf(EvalContext& ctx, const Model& mode
 
 void StackSpectrum::FillSlopes(SpectrumBlock& block, std::size_t result) {
   const StackBlockResult& by = results_[result];
-  const int quantity = kStackSlots[result];
+  const Quantity quantity = kStackSlots[result];
   for (const auto& partner : partners_) {
     if (!partner->wanted) continue;
     partner->dRe.fill(0);
@@ -133,7 +133,7 @@ void StackSpectrum::FillSlopes(SpectrumBlock& block, std::size_t result) {
     if (slope.source == Source::kHead) put(by.byHead[slope.index]);
     if (slope.source == Source::kNothing) std::fill_n(out, kSpectrumBlock, 0.0);
     if (slope.source == Source::kKept) {
-      std::fill_n(out, kSpectrumBlock, slope.param->savedSlopes.dQuantity[static_cast<std::size_t>(quantity)]);
+      std::fill_n(out, kSpectrumBlock, slope.param->savedSlopes.dQuantity[quantity]);
     }
   }
 }
@@ -145,11 +145,11 @@ bool StackSpectrum::FillBlock(SpectrumBlock& block) {
     partner->rows.Sum(x_.data(), partner->wanted, partner->eps.re.data(), partner->eps.im.data());
   }
   FillStackBlock(input_, room_, results_);
-  QuantitySet anywhere = 0;
+  QuantitySet anywhere;
   for (std::size_t i = 0; i < block.count; ++i) anywhere |= request_.wanted[block.first + i];
   for (std::size_t result = 0; result < kResults; ++result) {
-    const int quantity = kStackSlots[result];
-    if (!Contains(anywhere, quantity)) continue;
+    const Quantity quantity = kStackSlots[result];
+    if (!anywhere.Contains(quantity)) continue;
     const BlockNumbers& value = results_[result].value;
     std::copy(value.begin(), value.end(), block.Values(quantity));
     if (request_.derivatives) FillSlopes(block, result);
@@ -162,8 +162,8 @@ bool StackSpectrum::FillBlock(SpectrumBlock& block) {
 FillBlock StackFillerOf(EvalContext& ctx, const Model& model, const SpectrumRequest& request,
                         const StackLayout& layout) {
   const QuantitySet wanted = WantedAnywhere(request);
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (Contains(wanted, q) && ResultOf(q) < 0) return {};
+  for (const Quantity q : wanted) {
+    if (ResultOf(q) < 0) return {};
   }
   const bool plain = std::all_of(layout.layers.begin(), layout.layers.end(), [&](const Model* layer) {
     return layer != &model && PlainRows::Are(*layer) && !HasVdf(*layer);

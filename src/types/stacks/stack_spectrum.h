@@ -11,7 +11,7 @@
 namespace kalvex {
 
 // The Quantities that hold the six results.
-inline constexpr std::array<int, kStackResults> kStackSlots = {kRefl, kTrans, kE1, kE2, kS1, kS2};
+inline constexpr std::array<Quantity, kStackResults> kStackSlots = {kRefl, kTrans, kE1, kE2, kS1, kS2};
 
 // The layout of a stack, the same for a whole spectrum.
 struct StackLayout {

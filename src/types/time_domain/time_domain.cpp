@@ -83,13 +83,13 @@ constexpr RowMap kMap = MapOfHead(kKind == PulseKind::kPlain       ? std::span<c
 QuantitySet AskedInMode(int mode) {
   switch (mode) {
     case kRealConductivity:
-      return SetOf(kS1);
+      return QuantitySet{kS1};
     case kRootOfTransmission:
-      return SetOf(kTrans);
+      return QuantitySet{kTrans};
     case kComplex:
-      return static_cast<QuantitySet>(SetOf(kE1) | SetOf(kE2));
+      return QuantitySet{kE1, kE2};
     default:
-      return 0;
+      return {};
   }
 }
 
@@ -98,11 +98,11 @@ void TransferByQuantities(EvalContext& ctx, const Model& model, double f, int mo
                           std::span<ParamSlopes* const> params, Transfer& transfer) {
   transfer = {mode == kUnchanged ? Cplx{1, 0} : Cplx{}, std::vector<Cplx>(derivatives ? params.size() : 0)};
   const QuantitySet asked = AskedInMode(mode);
-  if (asked == 0) return;
+  if (asked.IsEmpty()) return;
   const WantedForPartner wanted(ctx.quantities, asked);
   for (ParamSlopes* const slopes : params) slopes->PutZeros();  // the evaluation sets only some of them
   if (EvalPartner(ctx, model, f, derivatives) != 0) return;
-  const auto value = [&](int q) { return ctx.quantities[static_cast<std::size_t>(q)].value; };
+  const auto value = [&](Quantity q) { return ctx.quantities[q].value; };
   const double root = std::sqrt(std::fmax(value(kTrans), 0));
   transfer.value = mode == kComplex            ? Cplx{value(kE1), value(kE2)}
                    : mode == kRealConductivity ? Cplx{value(kS1), 0}
@@ -141,18 +141,18 @@ Complex<T> SlabTransfer(const Complex<T>& eps, const Complex<T>& mu, const T& th
 
 void TransferBySlab(TypeRun& run, const TypeInputs<double>& in, double f, bool derivatives,
                     std::span<ParamSlopes* const> params, Transfer& transfer) {
-  constexpr int kEps = kModel, kMu = kOwn0, kThickness = kOwn1, kPasses = kOwn2;
+  constexpr std::size_t kEps = kModel, kMu = kOwn0, kThickness = kOwn1, kPasses = kOwn2;
   transfer = {{}, std::vector<Cplx>(derivatives ? params.size() : 0)};
   if (in.setting(kMode) == kUnchanged) {
     transfer.value = {1, 0};
     return;
   }
   const int passes = std::min(in.setting(kPasses), 1000);
-  const auto lane = [](double value, int direction) { return TypeDual(value, direction); };
+  const auto lane = [](double value, std::size_t direction) { return TypeDual(value, direction); };
   const ParamSlopes* const own = derivatives ? run.SlopesOfOwn(kThickness) : nullptr;
   // eps and mu are evaluated one after the other, since both can be the same model with one set of slopes.
   std::vector<Cplx> epsSlopes, muSlopes;
-  const auto ask = [&](int input, std::vector<Cplx>& slopes) {
+  const auto ask = [&](std::size_t input, std::vector<Cplx>& slopes) {
     for (ParamSlopes* const param : params) param->PutEps(0, 0);
     run.Ask(input, f, derivatives);
     for (std::size_t p = 0; p < transfer.slopes.size(); ++p) slopes.push_back({params[p]->dEpsRe, params[p]->dEpsIm});
@@ -220,14 +220,14 @@ void FillTransfer(TypeRun& run, const TypeInputs<double>& in, std::size_t k, boo
 // The Quantities of the models on which a Quantity depends. Real and imaginary parts of the transfer function are
 // independent unless a second model or a delay mixes them.
 template <PulseKind kKind>
-QuantitySet AskedFor(int quantity, const TypeInputs<double>& in) {
+QuantitySet AskedFor(Quantity quantity, const TypeInputs<double>& in) {
   const int mode = in.setting(kMode);
   const QuantitySet asked = AskedInMode(mode);
   const bool mixed =
       kKind == PulseKind::kDelayed || (kKind == PulseKind::kTwoModels && mode == kComplex && in.has(kOwn0));
   if (mixed || quantity == kRp || quantity == kRs) return asked;
-  const auto imaginary = SetOf(kE2);
-  return static_cast<QuantitySet>(quantity == kE1 ? asked & ~imaginary : quantity == kE2 ? asked & imaginary : 0);
+  constexpr QuantitySet kImaginary = {kE2};
+  return quantity == kE1 ? asked - kImaginary : quantity == kE2 ? asked & kImaginary : QuantitySet();
 }
 
 // Sets params to the parameters on which the transfer function depends; of the models only through `asked`.
@@ -238,9 +238,9 @@ int AddDependencies(TypeRun& run, const TypeInputs<double>& in, QuantitySet aske
     if (std::find(params.begin(), params.end(), &param) == params.end()) params.push_back(&param);
   };
   params.clear();
-  for (const int input : {static_cast<int>(kModel), static_cast<int>(kOwn0)}) {
-    if (static_cast<std::size_t>(input) >= run.InputCount()) continue;
-    const Model* const partner = run.scratch().partner[static_cast<std::size_t>(input)];
+  for (const std::size_t input : {kModel, kOwn0}) {
+    if (input >= run.InputCount()) continue;
+    const Model* const partner = run.scratch().partner[input];
     if (!partner) continue;
     if constexpr (kKind == PulseKind::kSlab) {
       if (in.setting(kMode) == kUnchanged) continue;
@@ -253,15 +253,15 @@ int AddDependencies(TypeRun& run, const TypeInputs<double>& in, QuantitySet aske
       ForEachFreeParam(*ctx.params, ctx.slopes, [](ParamSlopes& slopes) { slopes.PutZeros(); });
       if (EvalPartnerAfter(ctx, *partner) != 0) return -1;
       ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) {
-        for (int q = 0; q < kQuantityCount; ++q) {
-          if (Contains(asked, q) && slopes.dQuantity[static_cast<std::size_t>(q)] != 0) add(slopes);
+        for (const Quantity q : asked) {
+          if (slopes.dQuantity[q] != 0) add(slopes);
         }
       });
     }
   }
   const bool ownCount = kKind != PulseKind::kSlab || in.setting(kMode) != kUnchanged;
-  for (int i = 0; ownCount && i < static_cast<int>(run.InputCount()); ++i) {
-    const ModelParam* const own = run.scratch().param[static_cast<std::size_t>(i)];
+  for (std::size_t i = 0; ownCount && i < run.InputCount(); ++i) {
+    const ModelParam* const own = run.scratch().param[i];
     if (own && own->adjustable) add(*run.SlopesOfOwn(i));
   }
   return 0;
@@ -309,7 +309,7 @@ struct Reading {
   static double Between(const GridPlace& place, At at) {
     return (1 - place.fraction) * at(place.index) + place.fraction * at(place.index + 1);
   }
-  double Value(int q) const {
+  double Value(Quantity q) const {
     const bool ofTime = q == kRefl || q == kRp;
     if (ofTime ? !inTime : !inFrequency) return 0;
     switch (q) {
@@ -329,7 +329,7 @@ struct Reading {
         return 0;
     }
   }
-  double Slope(int q, std::size_t p) const {
+  double Slope(Quantity q, std::size_t p) const {
     if (q == kRp ? !inTime : !inFrequency) return 0;
     switch (q) {
       case kRp:
@@ -362,8 +362,8 @@ int Evaluate(EvalContext& ctx, const Model& model, double x, bool derivatives) {
   const PulseGrid& grid = pulse.grid;
   reading.inTime = FindPlace(x, grid.from, grid.step, grid.size, reading.time);
   reading.inFrequency = FindPlace(x, 0, grid.FrequencyStep(), grid.size / 2 + 1, reading.frequency);
-  for (int q = 0; q < kQuantityCount; ++q) {
-    Quantity& quantity = ctx.quantities[static_cast<std::size_t>(q)];
+  for (const Quantity q : kEveryQuantity) {
+    QuantityResult& quantity = ctx.quantities[q];
     if (!quantity.wanted) continue;
     quantity.Put(reading.Value(q));
     for (std::size_t p = 0; derivatives && p < pulse.params.size(); ++p) {
@@ -379,8 +379,8 @@ int After(EvalContext& ctx, const Model& model) {
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), kMap<kKind>, 0);
   std::vector<ParamSlopes*> params;
-  for (int q = 0; q < kQuantityCount; ++q) {
-    if (!ctx.quantities[static_cast<std::size_t>(q)].wanted) continue;
+  for (const Quantity q : kEveryQuantity) {
+    if (!ctx.quantities[q].wanted) continue;
     const bool depends = q == kRp || q == kRs || q == kE1 || q == kE2;
     if (AddDependencies<kKind>(run, in, AskedFor<kKind>(q, in), params) != 0) return -1;
     ForEachFreeParam(*ctx.params, ctx.slopes, [&](ParamSlopes& slopes) { slopes.Put(q, 0); });

@@ -15,9 +15,9 @@ namespace {
 
 constexpr int kNumberWidth = 90, kTitleWidth = 260;
 
-std::array<const char*, kQuantityCount> QuantityWords() {
-  std::array<const char*, kQuantityCount> words;
-  for (std::size_t q = 0; q < words.size(); ++q) words[q] = kQuantityNames[q].shortName;
+PerQuantity<const char*> QuantityWords() {
+  PerQuantity<const char*> words;
+  for (const Quantity q : kEveryQuantity) words[q] = NamesOf(q).shortName;
   return words;
 }
 
@@ -99,9 +99,9 @@ ContentsView::ContentsView(Keeper& keeper, QWidget& owner)
   layout->addLayout(ButtonRow(texts::kOk, texts::kCancel));
 }
 
-template <std::size_t kCount>
-QWidget* ContentsView::FilterGroup(const char* title, const QString& name, int columns, std::array<bool, kCount>& ticks,
-                                   const std::array<const char*, kCount>& words) {
+template <class Enum>
+QWidget* ContentsView::FilterGroup(const char* title, const QString& name, int columns, EnumArray<Enum, bool>& ticks,
+                                   const EnumArray<Enum, const char*>& words) {
   auto* const group = new QGroupBox(title);
   auto* const grid = new QGridLayout(group);
   const auto add = [&](const QString& ending, const char* text, auto isTicked, auto tick) {
@@ -118,11 +118,12 @@ QWidget* ContentsView::FilterGroup(const char* title, const QString& name, int c
       add(
           "All", texts::kAll, [&ticks] { return AllTicked(ticks); }, [&ticks](bool now) { ticks.fill(now); }),
       0, 0, 1, columns);
-  for (std::size_t k = 0; k < kCount; ++k) {
-    bool& tick = ticks[k];
+  for (int k = 0; k < std::ssize(ticks); ++k) {
+    bool& tick = ticks[Enum{k}];
+    const char* const word = words[Enum{k}];
     QCheckBox* const box = add(
-        words[k], words[k], [&tick] { return tick; }, [&tick](bool now) { tick = now; });
-    grid->addWidget(box, 1 + static_cast<int>(k) / columns, static_cast<int>(k) % columns);
+        word, word, [&tick] { return tick; }, [&tick](bool now) { tick = now; });
+    grid->addWidget(box, 1 + k / columns, k % columns);
   }
   return group;
 }

@@ -33,9 +33,9 @@ class ContentsView : public ModalView {
 
  private:
   QWidget* Filters();
-  template <std::size_t kCount>
-  QWidget* FilterGroup(const char* title, const QString& name, int columns, std::array<bool, kCount>& ticks,
-                       const std::array<const char*, kCount>& words);
+  template <class Enum>
+  QWidget* FilterGroup(const char* title, const QString& name, int columns, EnumArray<Enum, bool>& ticks,
+                       const EnumArray<Enum, const char*>& words);
   QLayout* Lists();
   QWidget* CurveGroup();
   QCheckBox* LookTick(const char* name, const char* words, std::optional<bool> CurveLook::*field);

@@ -82,7 +82,7 @@ ManagerView::RowControls ManagerView::NewRow(int slot) {
     QObject::connect(limit, &QLineEdit::editingFinished, this, [this] { LeaveCutField(keeper_.desk()); });
   }
   row.quantity->setObjectName("managerQuantity" + number);
-  for (const QuantityName& quantity : kQuantityNames) row.quantity->addItem(quantity.shortName);
+  for (const Quantity quantity : kEveryQuantity) row.quantity->addItem(NamesOf(quantity).shortName);
   row.name->setReadOnly(true);
   row.points->setReadOnly(true);
   row.points->setAlignment(Qt::AlignRight);
@@ -90,8 +90,8 @@ ManagerView::RowControls ManagerView::NewRow(int slot) {
     PressDatasetButton(keeper_.desk(), slot);
     keeper_.Reconcile();
   });
-  QObject::connect(row.quantity, &QComboBox::activated, this, [this, slot](int quantity) {
-    ChooseQuantity(keeper_.desk(), slot, quantity);
+  QObject::connect(row.quantity, &QComboBox::activated, this, [this, slot](int entry) {
+    if (const auto quantity = QuantityOfNumber(entry)) ChooseQuantity(keeper_.desk(), slot, *quantity);
     keeper_.Reconcile();
   });
   QObject::connect(row.cutMin, &QLineEdit::textEdited, this, [this, slot](const QString& text) {
@@ -111,7 +111,7 @@ void ManagerView::ShowRow(const RowControls& controls, const ManagerRow& row, bo
   ShowText(*controls.cutMin, row.cutMin);
   ShowText(*controls.cutMax, row.cutMax);
   ShowText(*controls.points, row.points);
-  controls.quantity->setCurrentIndex(row.quantity);
+  controls.quantity->setCurrentIndex(row.quantity ? NumberOf(*row.quantity) : -1);
   controls.button->setEnabled(answers);
   for (QWidget* const control : std::initializer_list<QWidget*>{controls.name, controls.quantity, controls.cutMin,
                                                                 controls.cutMax, controls.points}) {

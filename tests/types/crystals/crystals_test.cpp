@@ -46,11 +46,11 @@ TEST_F(Crystals, AreReadAsAnEllipsometerReadsThem) {
 TEST_F(Crystals, ChangeToFirstOrder) {
   const double none = Medium(0), x = 220, h = 1e-5;
   Model& model = Make(4, {{a, none, 62}, {b, none, 40}, {c, none, 0}});
-  for (int q = 0; q < kQuantityCount; ++q) EXPECT_EQ(At(model, q, x), 0) << q;
+  for (const Quantity q : kEveryQuantity) EXPECT_EQ(At(model, q, x), 0) << q;
   const double da = Medium(0.3, {{100, 50, 30}}), db = Medium(-0.2), dc = Medium(0.1, {{300, 80, 30}});
   Model& changed = Make(4, {{a, da, 62}, {b, db, 40}, {c, dc, 0}});
   // The same samples with a small fraction of the change, of either sign.
-  const auto with = [&](double part, int q) {
+  const auto with = [&](double part, Quantity q) {
     const auto mixed = [&](double reference, double change) {
       const C e = Eps(reference, x) + part * Eps(change, x);
       return Medium(e.real(), {{0, std::sqrt(e.imag() * x * 1e9), 1e9}});  // Im e alone at this frequency
@@ -58,7 +58,7 @@ TEST_F(Crystals, ChangeToFirstOrder) {
     Model& sample = Make(3, {{mixed(a, da), 62, 40}, {mixed(b, db), 0, 0}, {mixed(c, dc), 0, 0}});
     return At(sample, q, x);
   };
-  for (const int q : {kRp, kRs, kE1, kE2, kS1, kS2, kN1, kN2}) {
+  for (const Quantity q : {kRp, kRs, kE1, kE2, kS1, kS2, kN1, kN2}) {
     const double slope = (with(h, q) - with(-h, q)) / (2 * h);
     EXPECT_NEAR(At(changed, q, x), slope, 1e-6 * std::fabs(slope) + 1e-7) << q;
   }
@@ -69,7 +69,8 @@ TEST_F(Crystals, AsFilmsOnThemselvesAreThatCrystalAndWithoutThicknessTheSubstrat
   Model& thin = Make(5, {{c, 62, 40}, {a, 0, 0}, {b, 0, 0}, {a, 0, 0}, {b, 0, 0}, {c, 0, 0}});
   Model& bulk = Make(3, {{a, 62, 40}, {b, 0, 0}, {c, 0, 0}});
   for (Model* const film : {&self, &thin}) {
-    for (const int q : {kRp, kRs, kE1, kS1, kN1, kN2}) EXPECT_NEAR(At(*film, q, 190), At(bulk, q, 190), 1e-10) << q;
+    for (const Quantity q : {kRp, kRs, kE1, kS1, kN1, kN2})
+      EXPECT_NEAR(At(*film, q, 190), At(bulk, q, 190), 1e-10) << q;
     // rho has the opposite sign in this type, and Delta is its magnitude.
     EXPECT_NEAR(At(*film, kE2, 190), 180 - std::fabs(At(bulk, kE2, 190)), 1e-9);
     EXPECT_NEAR(At(*film, kS2, 190), -At(bulk, kS2, 190), 1e-12);
@@ -248,7 +249,7 @@ TEST_F(Bench, OfTwoPolarisersFollowsTheSquareOfTheCosine) {
   }
   Cell(model, 1, G).value = 0;
   EXPECT_NEAR(At(model, kRefl, 90), 0, 1e-30);
-  for (int q = 1; q < kQuantityCount; ++q) EXPECT_EQ(At(model, q, 30), 0);
+  for (const Quantity q : kEveryQuantity - QuantitySet{kRefl}) EXPECT_EQ(At(model, q, 30), 0);
 }
 
 TEST_F(Bench, OfUnitMatricesLeavesTheBeamForEveryAngle) {

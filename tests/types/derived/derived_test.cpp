@@ -45,7 +45,7 @@ TEST_F(Derived, ANegativeSpectralWeightHasNoPlasmaFrequency) {
   Model& model = Make(10, {{negative, 1e-22, 0}});
   ASSERT_LT(At(model, kRefl, 300), 0);
   EXPECT_EQ(At(model, kTrans, 300), 0);
-  WantOnly(program.eval.quantities, SetOf(kTrans));
+  WantOnly(program.eval.quantities, QuantitySet{kTrans});
   ASSERT_EQ(EvalWithSlopes(program, model, 300), 0);
   EXPECT_EQ(ModelOf(negative).vdf.mesh[1].e2.savedSlopes.dQuantity[kTrans], 0);
 }
@@ -58,12 +58,12 @@ class Ratios : public Derived {
     films.push_back(Make(33, {{Medium(3.3), 0.001, 0}, {Medium(11.7), 0.02, 0}}).number);
   }
   Model& Ratio(double mode) { return Make(81, {{mode, films[0], films[1]}, {films[2], films[3], 0}, {0, 0, 0}}); }
-  double Of(std::size_t film, int q) { return At(ModelOf(films[film]), q, 170); }
+  double Of(std::size_t film, Quantity q) { return At(ModelOf(films[film]), q, 170); }
   std::vector<double> films;
 };
 
 TEST_F(Ratios, CombineTheirModelsByMode) {
-  for (const int q : {kRefl, kTrans}) {
+  for (const Quantity q : {kRefl, kTrans}) {
     const double A = Of(0, q), B = Of(1, q), C0 = Of(2, q), D = Of(3, q);
     EXPECT_NEAR(At(Ratio(1), q, 170), A / B, 1e-13);
     EXPECT_NEAR(At(Ratio(2.9), q, 170), A / B - C0 / D, 1e-13);
@@ -84,13 +84,13 @@ TEST_F(Ratios, NeedTheSecondPairInItsModesOnly) {
 
 TEST_F(Derived, AModelMinusAModelGivesEveryQuantity) {
   Model& model = Make(87, {{1, a, b}});
-  for (int q = 0; q < kQuantityCount; ++q) {
+  for (const Quantity q : kEveryQuantity) {
     EXPECT_DOUBLE_EQ(At(model, q, 170), At(ModelOf(a), q, 170) - At(ModelOf(b), q, 170)) << q;
   }
   Model& other = Make(87, {{2, a, b}});
   EXPECT_EQ(At(other, kE1, 170), 0);
   EXPECT_EQ(Status(Make(87, {{1, a, 77}}), 170), -1);
-  for (const Quantity& quantity : program.eval.quantities) EXPECT_EQ(quantity.wanted, 1u);
+  for (const QuantityResult& quantity : program.eval.quantities) EXPECT_EQ(quantity.wanted, 1u);
 }
 
 // The first partners can be evaluated. The last one fails: its number of rows is wrong.
@@ -100,9 +100,9 @@ TEST_F(Ratios, WhenALaterPartnerFailsLeaveTheQuantitiesAsTheyStood) {
                              &Make(81, {{2, films[0], films[1]}, {films[2], fails, 0}, {0, 0, 0}}),
                              &Make(95, {{3, films[0], fails}, {0, 0, 0}, {0, 0, 0}}),
                              &Make(99, {{films[0], fails, 0}, {1, 0, 0}, {0, 0, 0}})}) {
-    for (Quantity& quantity : program.eval.quantities) quantity.dRe = 55;
+    for (QuantityResult& quantity : program.eval.quantities) quantity.dRe = 55;
     EXPECT_EQ(Status(*model, 170), -1) << model->epsInf.value;
-    for (const Quantity& quantity : program.eval.quantities) {
+    for (const QuantityResult& quantity : program.eval.quantities) {
       EXPECT_EQ(quantity.value, 77) << model->epsInf.value;
       EXPECT_EQ(quantity.dRe, 55) << model->epsInf.value;
       EXPECT_EQ(quantity.wanted, 1u);
@@ -113,19 +113,19 @@ TEST_F(Ratios, WhenALaterPartnerFailsLeaveTheQuantitiesAsTheyStood) {
 // Types 95 and 99 accept any model. Here the partners are plain media, whose Quantities have closed formulas.
 TEST_F(Ratios, OfMagnetoopticsCombineReflectivityAndQuantitySeven) {
   const double c = Medium(2, {{300, 200, 15}}), d = Medium(7, {{90, 100, 5}});
-  const auto of = [&](double number, int q) {
+  const auto of = [&](double number, Quantity q) {
     const C e = Eps(number, 170), n = std::sqrt(e);
     return q == kRefl ? std::norm((1.0 - n) / (1.0 + n)) : 170 * e.imag() / 60;
   };
   const auto ratio = [&](double mode) -> Model& { return Make(95, {{mode, a, b}, {c, d, 0}, {0, 0, 0}}); };
-  for (const int q : {kRefl, kS1}) {
+  for (const Quantity q : {kRefl, kS1}) {
     const double A = of(a, q), B = of(b, q), C0 = of(c, q), D = of(d, q);
     EXPECT_NEAR(At(ratio(1), q, 170), A / B, 1e-12 * A / B);
     EXPECT_NEAR(At(ratio(2), q, 170), A / B - C0 / D, 1e-12 * (A / B + C0 / D));
     EXPECT_NEAR(At(ratio(3), q, 170), A - B, 1e-12 * (A + B));
     EXPECT_NEAR(At(ratio(4), q, 170), A / B / (C0 / D), 1e-12 * A / B / (C0 / D));
   }
-  for (const int q : {kTrans, kRp, kE1, kS2, kAlpha}) EXPECT_EQ(At(ratio(1), q, 170), 0) << q;
+  for (const Quantity q : {kTrans, kRp, kE1, kS2, kAlpha}) EXPECT_EQ(At(ratio(1), q, 170), 0) << q;
 }
 
 TEST_F(Ratios, OfDevicesTakeTheirOwnPathWhereTheFirstModelHasNone) {
@@ -134,7 +134,7 @@ TEST_F(Ratios, OfDevicesTakeTheirOwnPathWhereTheFirstModelHasNone) {
   Model& model = Make(99, {{a, b, path}, {0.7, 1e-3, 1e-6}, {0.1, 1e-4, 1e-7}});
   const double factor = (0.7 + 0.17 + 0.0289) * std::exp(-4 * std::numbers::pi * x * path);
   const double offset = 0.1 + 0.017 + 0.00289;
-  for (int q = 0; q < kQuantityCount; ++q) {
+  for (const Quantity q : kEveryQuantity) {
     const double A = At(ModelOf(a), q, x), B = At(ModelOf(b), q, x);
     const bool ratio = q == kRefl || q == kTrans || q == kE2, difference = q == kRp || q == kRs || q == kE1;
     EXPECT_NEAR(At(model, q, x), ratio ? A / B * factor : difference ? A - B + offset : 0, 1e-12) << q;

@@ -188,7 +188,7 @@ TEST_F(BilayerTypes, OfGraphiteMeanOverKzTendsToTheUniversalValue) {
 TEST_F(BilayerTypes, ReservedCodeDoesNothing) {
   Model& model = Make(112, {{1, 2, 3}});
   EXPECT_EQ(Status(model, 100), 0);
-  for (int q = 0; q < kQuantityCount; ++q) EXPECT_EQ(Left(q), 77);
+  for (const Quantity q : kEveryQuantity) EXPECT_EQ(Left(q), 77);
   EXPECT_EQ(EvalModelAfter(program.eval, model), 0);
 }
 

@@ -29,13 +29,13 @@ class Graphene : public testing::Test {
   Graphene() : sample(kGrapheneMagnetooptics, 1) {
     while (RowCount(sample.model()) > 4) RemoveRow(sample.model(), 4);
   }
-  C Tensor(const Electrons& e, double x, int quantity) {
+  C Tensor(const Electrons& e, double x, Quantity quantity) {
     Model& model = sample.model();
     const double rows[4][3] = {{e.T, e.B, e.window}, {e.cutoff, 0, 0}, {e.gap, e.mu, e.g}, {e.v, 1, 0}};
     for (int r = 0; r < 4; ++r) {
       for (int c = 0; c < kColumns; ++c) Cell(model, r, c).value = rows[r][c];
     }
-    return {sample.Value(quantity, x), sample.Value(quantity + 1, x)};
+    return {sample.Value(quantity, x), sample.Value(NextAfter(quantity), x)};
   }
   C Diagonal(const Electrons& e, double x) { return Tensor(e, x, kS1); }
   C Hall(const Electrons& e, double x) { return Tensor(e, x, kN1); }
@@ -260,7 +260,7 @@ TEST_F(GrapheneOnSubstrate, InAReversedFieldExchangesTheCircularSenses) {
   At(0, Wo).value = 0;
   const auto values = [&] {
     std::vector<double> all;
-    for (const int q : {kE1, kE2, kS1, kN1, kS2, kN2, kDepth, kLoss, kTrans, kRefl})
+    for (const Quantity q : {kE1, kE2, kS1, kN1, kS2, kN2, kDepth, kLoss, kTrans, kRefl})
       all.push_back(sample.Value(q, 700));
     return all;
   };

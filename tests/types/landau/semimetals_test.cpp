@@ -218,10 +218,10 @@ TEST_F(Devices, RatiosTakeThePathOfTheFirst) {
   Model& model = Make(99, {{a, b, 77}, {1, 1e-3, 1e-6}, {0.1, 1e-4, 1e-7}});
   const double path = std::exp(-4 * std::numbers::pi * x * 0.0003), factor = 1 + 0.9 + 0.81;
   EXPECT_NEAR(At(model, kTrans, x), At(ModelOf(a), kTrans, x) / At(ModelOf(b), kTrans, x) * factor * path, 1e-12);
-  for (const int q : {kRefl, kE2}) {
+  for (const Quantity q : {kRefl, kE2}) {
     EXPECT_NEAR(At(model, q, x), At(ModelOf(a), q, x) / At(ModelOf(b), q, x) * factor * path, 1e-12) << q;
   }
-  for (const int q : {kRp, kRs, kE1}) {
+  for (const Quantity q : {kRp, kRs, kE1}) {
     EXPECT_NEAR(At(model, q, x), At(ModelOf(a), q, x) - At(ModelOf(b), q, x) + 0.1 + 0.09 + 0.081, 1e-12) << q;
   }
   // The decimals of the leading value are ignored.
@@ -246,7 +246,7 @@ TEST_F(Patterns, MixturesArePureAtTheirEndsAndTheGeometricMeanBetween) {
     return Make(84, {{f, rest, 0}, {4, 7, 0.01}, {30, 1e6, 0.12}, {0, 0, 0}});
   };
   Model& sheet = Make(52, {{0, 1, 0}, {4, 7, 0.01}, {30, 1e6, 0.12}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}});
-  for (const int q : {kS1, kS2, kN1, kN2, kDepth})
+  for (const Quantity q : {kS1, kS2, kN1, kN2, kDepth})
     EXPECT_NEAR(At(mixture(1, 500), q, 900), At(sheet, q, 900), 1e-8) << q;
   EXPECT_NEAR(At(mixture(0, 500), kS1, 900), 500, 1e-9);
   const C half = Pair(mixture(0.5, 500), kS1, 900), pure = Pair(sheet, kS1, 900);

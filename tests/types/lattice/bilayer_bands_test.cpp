@@ -51,7 +51,7 @@ TEST_F(BilayerProgram, WritesItsFilesOnce) {
   EXPECT_EQ(folder.Read("Q.cfg"), "0\n0.000000 0.000000 0.000000 1.000000 1.000000 0.000000 24 24 1");
   RemoveFiles();
   for (const double x : {0.5, 0.6, 2.9}) {
-    for (const int q : {kRefl, kDepth}) EXPECT_NE(At(model, q, x), 0);
+    for (const Quantity q : {kRefl, kDepth}) EXPECT_NE(At(model, q, x), 0);
   }
   EXPECT_TRUE(fs::is_empty(folder.Name()));
   EXPECT_TRUE(messages.empty());
@@ -127,7 +127,7 @@ TEST_F(BilayerProgram, HasTheClosedBandsAtItsSymmetricPoints) {
   Model& model = MakeBilayer(g0, g1);
   const auto bands = [&](double x) {
     std::vector<double> levels;
-    for (const int q : {kRefl, kTrans, kRp, kRs}) levels.push_back(At(model, q, x));
+    for (const Quantity q : {kRefl, kTrans, kRp, kRs}) levels.push_back(At(model, q, x));
     return levels;
   };
   // With the in-plane sum f: E = +-(root(g1^2/4 + |f|^2) +- g1/2). |f| is 3 g0, 0 and g0.
@@ -151,7 +151,7 @@ TEST_F(BilayerProgram, ShiftsItsLevelsWithItsSiteEnergies) {
   // At K without hopping the levels are the site energies.
   std::vector<double> expected = {0.1 - 0.1 + 0.3, 0.1 - 0.1, -0.1 - 0.1 + 0.3, -0.1 - 0.1};
   std::sort(expected.begin(), expected.end());
-  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(At(model, static_cast<int>(i), 1), expected[i], 1e-5);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(At(model, Quantity{static_cast<int>(i)}, 1), expected[i], 1e-5);
 }
 
 TEST_F(BilayerProgram, WithoutCouplingConductsAsTwoLayersOfGraphene) {
@@ -178,7 +178,7 @@ TEST_F(BilayerProgram, ThePairsOfBandsAddUpToTheSum) {
   double all = 0;
   for (double x = 0.05; x < 3; x += 0.1) {
     double sum = 0;
-    for (const int q : {kE1, kE2, kS1, kS2, kN1, kN2}) sum += At(model, q, x);
+    for (const Quantity q : {kE1, kE2, kS1, kS2, kN1, kN2}) sum += At(model, q, x);
     EXPECT_CLOSE(sum, At(model, kDepth, x), kChain);
     all += sum;
   }
@@ -222,7 +222,7 @@ TEST_F(BilayerProgram, OutsideItsEnergiesConductsNothing) {
   Cell(model, 7, Wp).value = 7;
   Cell(model, 7, G).value = 2.9;  // two bins
   for (const double x : {4.999, 7.0, 7.001, -1.0}) {
-    for (const int q : {kE1, kE2, kS1, kS2, kN1, kN2, kDepth}) EXPECT_EQ(At(model, q, x), 0) << x;
+    for (const Quantity q : {kE1, kE2, kS1, kS2, kN1, kN2, kDepth}) EXPECT_EQ(At(model, q, x), 0) << x;
   }
   EXPECT_GT(At(model, kDepth, 5), 0);
   EXPECT_EQ(At(model, kDepth, 5), At(model, kDepth, 5.999));
@@ -232,7 +232,7 @@ TEST_F(BilayerProgram, WithoutItsLastRowsHasBandsAndNoConductivity) {
   Model& model = Make(31, {{3.1, 0.38, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {1, 0.3, 0.6}, {2, 0.5, 0.5}, {3, 0, 0}});
   EXPECT_EQ(Status(model, 0.5), 0);
   EXPECT_LT(Left(kRefl), -1);
-  for (const int q : {kE1, kE2, kS1, kS2, kN1, kN2, kDepth}) EXPECT_EQ(Left(q), 0) << q;
+  for (const Quantity q : {kE1, kE2, kS1, kS2, kN1, kN2, kDepth}) EXPECT_EQ(Left(q), 0) << q;
   EXPECT_TRUE(messages.empty());
 }
 
@@ -270,7 +270,7 @@ TEST_F(BilayerProgram, TellsAFaultOnceForASpectrum) {
   Cell(model, 8, G).value = 0;
   std::vector<double> x(300);
   for (std::size_t i = 0; i < x.size(); ++i) x[i] = 0.01 * static_cast<double>(i);
-  const std::vector<QuantitySet> wanted(x.size(), SetOf(kDepth));
+  const std::vector<QuantitySet> wanted(x.size(), QuantitySet{kDepth});
   SpectrumRequest request;
   request.x = x;
   request.wanted = wanted;

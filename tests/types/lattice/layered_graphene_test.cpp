@@ -323,11 +323,9 @@ TEST_F(LayeredGraphene, ItsSlopesDoNotMindLevelsThatMeet) {
   Layers layers{.siteA = 0.3, .mu = 0.4, .T = 1500, .cells = 6, .broadening = 0.2, .radius = 0};
   Model& model = MakeLayers(34, layers);
   for (ModelParam& param : model.rows) param.adjustable = 1;
-  for (const int q : {kS1, kS2, kN1}) {
+  for (const Quantity q : {kS1, kS2, kN1}) {
     const double value = QuantityAt(program, model, q, 6000, true);
-    const auto slope = [&](int row, int column) {
-      return Cell(model, row, column).savedSlopes.dQuantity[static_cast<std::size_t>(q)];
-    };
+    const auto slope = [&](int row, int column) { return Cell(model, row, column).savedSlopes.dQuantity[q]; };
     for (const auto& [row, column] : {std::pair(0, 1), {0, 2}, {1, 0}, {1, 2}}) {
       EXPECT_NEAR(slope(row, column), 0, 1e-8 * std::fabs(value)) << row << ' ' << column << " of " << q;
     }

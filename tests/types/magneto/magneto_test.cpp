@@ -46,8 +46,8 @@ TEST_F(Magneto, WithoutFieldIsAPlainModel) {
   Model& model = Magnetised(0);
   Model& plain = NewModel(program, {{150, 300, 20}, {0, 500, 15}}, 4);
   for (const double x : {20.0, 140.0, 300.0}) {
-    for (const int q : {kRp, kRs, kN1, kN2, kDepth, kLoss}) EXPECT_EQ(At(model, q, x), 0) << q;
-    for (const int q : {kRefl, kE1, kE2, kS1, kS2}) {
+    for (const Quantity q : {kRp, kRs, kN1, kN2, kDepth, kLoss}) EXPECT_EQ(At(model, q, x), 0) << q;
+    for (const Quantity q : {kRefl, kE1, kE2, kS1, kS2}) {
       EXPECT_NEAR(At(model, q, x), At(plain, q, x), 1e-12 * std::fabs(At(plain, q, x))) << q;
     }
   }
@@ -57,7 +57,7 @@ TEST_F(Magneto, AReversedFieldExchangesTheSenses) {
   Model &model = Magnetised(), &reversed = Magnetised(-1);
   const double x = 130;
   EXPECT_DOUBLE_EQ(At(model, kRps, x), At(reversed, kDefringed, x));
-  for (const int q : {kRp, kRs, kN1, kN2, kDepth, kLoss}) {
+  for (const Quantity q : {kRp, kRs, kN1, kN2, kDepth, kLoss}) {
     EXPECT_NEAR(At(model, q, x), -At(reversed, q, x), 1e-12);
     EXPECT_GT(std::fabs(At(model, q, x)), 1e-4) << q;
   }
@@ -110,7 +110,7 @@ TEST_F(Magneto, TheModelsOwnMeshAddsToBothSensesWithItsDerivatives) {
   EXPECT_NEAR((with - without).imag(), 4, 1e-12);
   EXPECT_NEAR((with - without).real(), 1, 1e-12);
   EXPECT_EQ(Pair(model, kN1, 140), hall);
-  WantOnly(program.eval.quantities, SetOf(kRp));
+  WantOnly(program.eval.quantities, QuantitySet{kRp});
   ASSERT_EQ(FindDependencies(program, model), 0);
   EXPECT_NE(model.vdf.mesh[1].e2.savedSlopes.dQuantity[kRp], 0);
   ASSERT_EQ(EvalWithSlopes(program, model, 140), 0);
@@ -181,13 +181,13 @@ TEST_F(LayersOnMagnetised, AgreeWithCharacteristicMatrices) {
 
 TEST_F(LayersOnMagnetised, WithoutFieldTurnNothingAndWithoutThicknessLeaveTheSubstrate) {
   Model& still = Stack(0.0007, 0.0011, 0, 0);
-  for (const int q : {kRp, kRs, kE1, kE2, kS1}) EXPECT_NEAR(At(still, q, 200), 0, 1e-15) << q;
+  for (const Quantity q : {kRp, kRs, kE1, kE2, kS1}) EXPECT_NEAR(At(still, q, 200), 0, 1e-15) << q;
   Model& bare = Stack(0, 0, 0);
   const C n = SubstrateIndex(200), r = (1.0 - n) / (1.0 + n);
   EXPECT_NEAR(At(bare, kRefl, 200), std::norm(r), 1e-12);
   Model& thick = Stack(1, 0.001, 0);
   Model& sample = Magnetised();
-  for (const int q : {kRefl, kRp, kRs}) EXPECT_NEAR(At(thick, q, 200), At(sample, q, 200), 1e-12) << q;
+  for (const Quantity q : {kRefl, kRp, kRs}) EXPECT_NEAR(At(thick, q, 200), At(sample, q, 200), 1e-12) << q;
 }
 
 TEST_F(LayersOnMagnetised, ASlabSendsItsLightThroughItsOtherFaceOnce) {
@@ -327,7 +327,7 @@ class Gas2D : public Magneto {
 TEST_F(Gas2D, AtAFrequencyOfZeroFillsNothing) {
   Model& model = Make2D(5);
   EXPECT_EQ(Status(model, 0), 0);
-  for (int q = 0; q < kQuantityCount; ++q) EXPECT_EQ(Left(q), 77);
+  for (const Quantity q : kEveryQuantity) EXPECT_EQ(Left(q), 77);
   RemoveRow(model, 2);
   EXPECT_EQ(Status(model, 0), -1);
 }

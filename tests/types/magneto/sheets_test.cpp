@@ -67,7 +67,7 @@ TEST_F(InCavity, WithoutSheetsIsASlab) {
 TEST_F(InCavity, ASheetAtTheFrontIsASecondSheetThere) {
   Model &inside = Make86(0, 0), &onFace = Make86(0.4, 1);
   Model& none = Make86(0.4, 0);
-  for (const int q : {kRefl, kTrans, kRp}) {
+  for (const Quantity q : {kRefl, kTrans, kRp}) {
     EXPECT_GT(std::fabs(At(inside, q, 100) - At(none, q, 100)), 1e-6) << q;
   }
   // Both sheets at the front face act as one of twice the conductivity.

@@ -94,10 +94,10 @@ TEST_F(Mixtures, WithAPermeabilityMatchVacuumWhereItEqualsThePermittivity) {
   const double eps = Medium(2.5), mu = Medium(2.5), one = Medium(1);
   EXPECT_EQ(At(Make(9, {{eps, mu, 0}}), kRefl, 100), 0);
   Model& usual = Make(9, {{a, one, 0}});
-  for (const int q : {kRefl, kTrans, kRp, kRs, kN1, kN2}) {
+  for (const Quantity q : {kRefl, kTrans, kRp, kRs, kN1, kN2}) {
     EXPECT_NEAR(At(usual, q, 190), At(ModelOf(a), q, 190), 1e-10 * std::fabs(At(usual, q, 190)) + 1e-14) << q;
   }
-  for (const int q : {kE1, kE2, kS1, kS2, kLoss}) EXPECT_EQ(At(usual, q, 190), 0);
+  for (const Quantity q : {kE1, kE2, kS1, kS2, kLoss}) EXPECT_EQ(At(usual, q, 190), 0);
   const C n = std::sqrt(Eps(a, 190) * 2.5);
   EXPECT_LT(std::abs(Pair(Make(9, {{a, mu, 0}}), kN1, 190) - n), 1e-11);
 }

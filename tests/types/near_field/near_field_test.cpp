@@ -166,7 +166,7 @@ TEST_F(Tips, ReadTheirModelsBetweenNodes) {
   const double at850 = Medium(middle.real(), {{0, std::sqrt(middle.imag() * 850 * 1e9), 1e9}});
   Model& direct =
       Make(83, {{at850, silicon, 2}, {0, 0, 0}, {3e-6, 1.2, 1}, {0, 12, 50}, {0, 60, 32}, {0, 0, 0}, {0, 0, 0}});
-  for (const int q : {kRefl, kRp, kTrans, kRs, kN1, kN2})
+  for (const Quantity q : {kRefl, kRp, kTrans, kRs, kN1, kN2})
     EXPECT_NEAR(At(coarse, q, 850), At(direct, q, 850), 2e-4) << q;
   // The image field at the lowest height: beta/(4 z0^3).
   const C beta = (middle - 1.0) / (middle + 1.0);

@@ -108,8 +108,8 @@ TEST_F(Multilayers, AMissingLayerMakesTheWholeEvaluationFail) {
 TEST_F(Multilayers, ClearOnlyAsLongAsQuantitiesAreWanted) {
   Model& model = Make(2, {{glass, 0.002, 0}});
   QuantityTable& quantities = program.eval.quantities;
-  WantOnly(quantities, static_cast<QuantitySet>(SetOf(kRefl) | SetOf(kTrans) | SetOf(kRs)));
-  for (Quantity& quantity : quantities) quantity.value = 77;
+  WantOnly(quantities, static_cast<QuantitySet>(QuantitySet{kRefl} | QuantitySet{kTrans} | QuantitySet{kRs}));
+  for (QuantityResult& quantity : quantities) quantity.value = 77;
   ASSERT_EQ(EvalModel(program.eval, model, 100, false), 0);
   EXPECT_EQ(Left(kRp), 77);  // the first Quantity that is not wanted ends the clearing
   EXPECT_EQ(Left(kRs), 77);
@@ -182,7 +182,7 @@ TEST_F(ObliqueStacks, AgreeWithCharacteristicMatricesInBothPolarisations) {
 TEST_F(ObliqueStacks, TendToNormalIncidenceAndRefuseAnglesOutside) {
   Model& model = Make(92, {{0, 1e-4, 0}, {polar, 0.001, 0}, {glass, 0.0008, 0}});
   Model& normal = Make(2, {{polar, 0.001, 0}, {glass, 0.0008, 0}});
-  for (const int q : {kRefl, kTrans}) EXPECT_NEAR(At(model, q, 150), At(normal, q, 150), 1e-9);
+  for (const Quantity q : {kRefl, kTrans}) EXPECT_NEAR(At(model, q, 150), At(normal, q, 150), 1e-9);
   for (const double degrees : {0.0, 90.0, -5.0}) {
     Cell(model, 0, Wp).value = degrees;
     EXPECT_EQ(Status(model, 150), -1) << degrees;
@@ -212,10 +212,10 @@ TEST_F(ObliqueStacks, HaveTheSlopesOfALayerWithGain) {
     for (const int column : {Wo, Wp, G}) params.push_back(&Cell(ModelOf(gain), 0, column));
     for (ModelParam* const param : params) {
       param->adjustable = 1;
-      for (const int q : {kRefl, kTrans, kE1, kE2, kS1, kS2}) {
-        WantOnly(program.eval.quantities, SetOf(q));
+      for (const Quantity q : {kRefl, kTrans, kE1, kE2, kS1, kS2}) {
+        WantOnly(program.eval.quantities, QuantitySet{q});
         ASSERT_EQ(EvalWithSlopes(program, model, x), 0);
-        const double slope = param->savedSlopes.dQuantity[static_cast<std::size_t>(q)], start = param->value;
+        const double slope = param->savedSlopes.dQuantity[q], start = param->value;
         const SlopeEstimate estimate = RiddersSlope(
             [&](double v) {
               param->value = v;
@@ -234,7 +234,8 @@ TEST_F(ObliqueStacks, HaveTheSlopesOfALayerWithGain) {
 TEST_F(Multilayers, ForALongWavelengthAlongTheLayersAreAtNormalIncidence) {
   Model& model = Make(106, {{1, 1e9, 0}, {polar, 0.001, 0}, {glass, 0.0008, 0}});
   Model& normal = Make(2, {{polar, 0.001, 0}, {glass, 0.0008, 0}});
-  for (const int q : {kRefl, kTrans, kE1, kE2, kS1, kS2}) EXPECT_NEAR(At(model, q, 150), At(normal, q, 150), 1e-10);
+  for (const Quantity q : {kRefl, kTrans, kE1, kE2, kS1, kS2})
+    EXPECT_NEAR(At(model, q, 150), At(normal, q, 150), 1e-10);
 }
 
 TEST_F(Multilayers, ForAWavelengthAlongTheLayersAreAtTheAngleThatBelongsToIt) {

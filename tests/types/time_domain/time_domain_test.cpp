@@ -90,7 +90,7 @@ TEST_F(Pulses, TakeTheirTransferByMode) {
 TEST_F(Pulses, KeepWhatIsWantedOutside) {
   Model& model = MakePulse(20, 3, 1, 9);
   EXPECT_EQ(Status(model, 4), 0);
-  for (const Quantity& quantity : program.eval.quantities) EXPECT_EQ(quantity.wanted, 1u);
+  for (const QuantityResult& quantity : program.eval.quantities) EXPECT_EQ(quantity.wanted, 1u);
   EXPECT_EQ(Left(kN1), 0);
 }
 
@@ -177,7 +177,7 @@ TEST_F(Pulses, WithoutAReferenceOrAModelFail) {
 TEST_F(Pulses, AreTheSameInASpectrumAndOneByOneAndNoticeEveryChange) {
   Model& model = MakePulse(20, 3, 1, 9);
   const std::vector<double> x = {11, 2, 4, 4.3, 0.5};
-  std::vector<QuantitySet> wanted(x.size(), SetOf(kRp));
+  std::vector<QuantitySet> wanted(x.size(), QuantitySet{kRp});
   const auto spectrum = [&] {
     std::vector<double> values;
     SpectrumRequest request;
