@@ -35,7 +35,8 @@ std::string OwnFolder() {
 // tries first: the system's loader, run as a program, only maps the library.
 bool IsCutShort(const std::string& library) {
   Dl_info loader{};
-  if (dladdr(reinterpret_cast<const void*>(getauxval(AT_BASE)), &loader) == 0) return false;
+  const auto* const base = reinterpret_cast<const void*>(getauxval(AT_BASE));  // NOLINT(performance-no-int-to-ptr)
+  if (dladdr(base, &loader) == 0) return false;
   const pid_t child = fork();
   if (child == 0) {
     close(STDERR_FILENO);  // dlopen reports any other fault

@@ -95,7 +95,8 @@ void AppendFactors(EvalContext& ctx, const Summed& sum, std::span<const FactorRo
       inputs.push_back(sum.Input(row, Wp));
       inputs.push_back(sum.Input(row, G));
     });
-    inputs[counts + i].value = static_cast<double>((inputs.size() - before) / 2);
+    const std::size_t rows = (inputs.size() - before) / 2;
+    inputs[counts + i].value = static_cast<double>(rows);
   }
 }
 

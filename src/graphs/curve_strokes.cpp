@@ -123,6 +123,7 @@ void OutsideOf(const Symbol& symbol, const DataPlace& place, int column, RowRun 
 
 void AddDataLine(const std::vector<DataPlace>& places, const Symbol& symbol, PlotSize size, StrokePen& pen) {
   std::vector<Point> line;
+  line.reserve(places.size());
   for (const DataPlace& place : places) line.push_back(place.at);
   if (!symbol.open) return pen.AddLine(line, size);
   ForEachLineStroke(line, size, [&](std::size_t i, int column, RowRun rows) {

@@ -129,6 +129,7 @@ void History::HoldBound() {
 
 std::vector<std::string> History::LabelsOf(const std::deque<Step>& steps) {
   std::vector<std::string> labels;
+  labels.reserve(steps.size());
   for (const Step& step : steps) labels.push_back(step.operation.label);
   return labels;
 }

@@ -12,9 +12,10 @@ namespace {
 
 // "9", "25, 26", "600 to 640"
 std::string CodesOf(const TermRecord& record) {
-  const std::string first = std::to_string(record.firstId), last = std::to_string(record.firstId + record.nIds - 1);
-  if (record.nIds == 1) return first;
-  return first + (record.nIds == 2 ? ", " : " to ") + last;
+  const int last = record.firstId + record.nIds - 1;
+  std::string codes = std::to_string(record.firstId);
+  if (record.nIds > 1) codes += (record.nIds == 2 ? ", " : " to ") + std::to_string(last);
+  return codes;
 }
 
 std::string CausalText(const TermRecord& record) { return record.page.causal ? "causal" : "not causal"; }
@@ -53,6 +54,7 @@ struct TermRow {
 
 std::vector<TermRow> RowsOf(const TermRecord& record) {
   std::vector<TermRow> rows;
+  rows.reserve(static_cast<std::size_t>(record.nIds) + record.factors.size());
   for (int i = 0; i < record.nIds; ++i) {
     rows.push_back({record.firstId + i, CellAt(record.inputs, i, Wp), CellAt(record.inputs, i, G), false});
   }
@@ -216,7 +218,8 @@ std::string MacroOf(const TermRecord& record) {
   for (const TermCell& cell : record.inputs) {
     if (cell.use != TermUse::kDataset) continue;
     const std::string number = std::to_string(++datasets);
-    text += "LoadDataset(DatasetNo=" + number + ",MasterFile=\"data" + number + ".dat\"); # " + cell.meaning + "\n";
+    text.append("LoadDataset(DatasetNo=").append(number).append(",MasterFile=\"data").append(number);
+    text.append(".dat\"); # ").append(cell.meaning).append("\n");
   }
   const std::vector<TermRow> rows = RowsOf(record);
   text += "NewModel();\n";

@@ -22,7 +22,7 @@ namespace {
 // Occupation of quasi-particles: tanh(E/2t), and its difference between E + X and E.
 template <class T>
 struct Occupation {
-  T t, X, absorbed;
+  T t, X, absorbed{};
   bool cold;
 
   Occupation(const T& temperature, const T& frequency)

@@ -137,6 +137,7 @@ double AppendNamed(const RowCell& cell, Numbers& numbers, std::string& text) {
 int AppendModel(const ModelType& type, const char* meaning, Numbers& numbers, std::string& text) {
   const std::vector<PlacedCell> cells = PlacedCells(type.map);
   std::vector<double> values;
+  values.reserve(cells.size());
   for (const PlacedCell& placed : cells) values.push_back(AppendNamed(*placed.cell, numbers, text));
   const int own = ++numbers.models, rows = TypicalRows(type.map);
   text += "NewModel(); # " + std::to_string(own) + ": " + meaning + "\n";
@@ -200,8 +201,8 @@ std::string IndexOfTypes() {
   for (const ModelType* const type : ModelTypeTable) {
     const std::string code = std::to_string(type->code);
     const bool computed = *type->page.sample != 0;
-    text += "| " + (computed ? '[' + code + "](" + code + ".md)" : code) + " | " + type->name + " | " +
-            (computed ? type->page.sample : "not computed yet") + " |\n";
+    text.append("| ").append(computed ? '[' + code + "](" + code + ".md)" : code).append(" | ").append(type->name);
+    text.append(" | ").append(computed ? type->page.sample : "not computed yet").append(" |\n");
   }
   return text;
 }

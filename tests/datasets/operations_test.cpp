@@ -190,7 +190,7 @@ TEST_F(Operation, UnloadingEmptiesTheRecordAndItsSettings) {
   EXPECT_TRUE(dataset.points.empty());
   EXPECT_EQ(dataset.id, 0u);
   EXPECT_EQ(dataset.name + dataset.MasterFile, "");
-  EXPECT_EQ(dataset.Quantity, 0);
+  EXPECT_EQ(dataset.Quantity, kRefl);
   EXPECT_EQ(dataset.YErrVal, 0.01);
   EXPECT_EQ(dataset.XMin, 1);
   EXPECT_EQ(dataset.XMax, 1000);
