@@ -144,6 +144,7 @@ TEST(Docs, EveryLinkLeadsSomewhere) {
 }
 
 // Compares word by word. Numbers may differ by 1 in 10^4, because their last digits depend on the machine.
+constexpr double kOfMachine = 1e-4;
 void ExpectSameWords(const std::string& line, const std::string& expected) {
   std::istringstream words(line), expectedWords(expected);
   for (std::string word, expectedWord; expectedWords >> expectedWord;) {
@@ -151,7 +152,7 @@ void ExpectSameWords(const std::string& line, const std::string& expected) {
     char* end = nullptr;
     const double number = std::strtod(expectedWord.c_str(), &end);
     if (end != expectedWord.c_str()) {
-      EXPECT_TRUE(CloseTo(std::strtod(word.c_str(), nullptr), number, 1e-4)) << line;
+      EXPECT_TRUE(CloseTo(std::strtod(word.c_str(), nullptr), number, kOfMachine)) << line;
     } else {
       EXPECT_EQ(word, expectedWord) << line;
     }
@@ -235,8 +236,8 @@ TEST_F(DocsOnRuns, ACutReachesTheFitWithTheNextTerm) {
     return chiSq;
   };
   const double all = sum({{100, 0.3}, {200, 0.4}, {300, 0.2}, {400, 0.1}, {500, 0.15}});
-  EXPECT_TRUE(CloseTo(ChiSqIn("a.asc"), all, 1e-4));
-  EXPECT_TRUE(CloseTo(ChiSqIn("b.asc"), 2 * sum({{200, 0.4}, {300, 0.2}}), 1e-4));
+  EXPECT_TRUE(CloseTo(ChiSqIn("a.asc"), all, kFiveDigits));
+  EXPECT_TRUE(CloseTo(ChiSqIn("b.asc"), 2 * sum({{200, 0.4}, {300, 0.2}}), kFiveDigits));
 }
 
 }  // namespace

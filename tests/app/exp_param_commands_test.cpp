@@ -99,7 +99,7 @@ TEST_F(ExpParamCommands, AnOpenFitFollowsThem) {
   folder.Write("R.dat", "100 0.5 0.1\n");
   Run("LoadDataset(MasterFile=\"R.dat\");" + FlatModel(1, 4) + "WindowFit();AddChiSqTerm(DatasetNo=1,ModelNo=1);" +
       Set("Scaling", "Value=2") + "SaveModel(File=\"m.kvm\");");
-  EXPECT_CLOSE(ChiSqIn("m.asc"), std::pow((0.5 - 2.0 / 9) / 0.1, 2), 6e-5);
+  EXPECT_CLOSE(ChiSqIn("m.asc"), std::pow((0.5 - 2.0 / 9) / 0.1, 2), kFiveDigits);
 }
 
 }  // namespace

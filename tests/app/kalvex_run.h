@@ -14,8 +14,6 @@ namespace kalvex {
 
 using Table = std::vector<std::vector<double>>;
 
-inline constexpr double kSixDigits = 6e-6;  // relative, for numbers written with six digits
-
 struct Oscillator {
   double epsInf, wo, wp, g;
 };

@@ -126,7 +126,7 @@ TEST_F(ModelFiles, EachSaveAddsALineToTheTable) {
       table.substr(0, second),
       "a.kvm 0.0000E+00 3.000000 0.0000E+00 0.0000E+00 3.0000E+02 0.0000E+00 0.0000E+00 0.0000E+00 9.0000E+04 \n");
   EXPECT_EQ(table.substr(second, 27), "b.kvm 0.0000E+00 3.000000 -");  // -epsInf (1e-5)^2
-  EXPECT_CLOSE(std::stod(table.substr(second + 26)), -3e-10, 1e-4);
+  EXPECT_CLOSE(std::stod(table.substr(second + 26)), -3e-10, kFiveDigits);
   EXPECT_EQ(table.back(), '\n');
 }
 
@@ -136,7 +136,7 @@ TEST_F(ModelFiles, TheChiSqIsThatOfTheWholeFit) {
       "LoadDataset(MasterFile=\"R.dat\");AddChiSqTerm(DatasetNo=1,ModelNo=1);NewModel();"
       "SaveModel(ModelNo=2,File=\"other.kvm\");");
   const double d = (0.5 - 1.0 / 9) / 0.1;
-  EXPECT_CLOSE(ChiSqIn("other.asc"), 2 * d * d, 1e-4);  // five digits are written
+  EXPECT_CLOSE(ChiSqIn("other.asc"), 2 * d * d, kFiveDigits);
 }
 
 }  // namespace

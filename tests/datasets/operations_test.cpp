@@ -9,6 +9,7 @@
 #include "datasets/read_dataset.h"
 #include "support/quantities.h"
 #include "support/scratch_folder.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -260,7 +261,7 @@ TEST_F(Operation, AnExportReadBackHasSixDigits) {
   for (std::size_t i = 0; i < 5; ++i) {
     EXPECT_EQ(rows[i].x, dataset.points[i].x);
     EXPECT_NE(rows[i].y, dataset.points[i].y);
-    EXPECT_NEAR(rows[i].y, dataset.points[i].y, 5e-6 * dataset.points[i].y);
+    EXPECT_NEAR(rows[i].y, dataset.points[i].y, kSixDigits * dataset.points[i].y);
     EXPECT_EQ(rows[i].sigma, 0.1);
   }
 }

@@ -132,7 +132,7 @@ TEST_P(EveryQuantity, AgreesWithAPlainComplexComputation) {
 
 void ExpectSlope(double slope, const std::function<double(double)>& f, double x, double scale, const char* what) {
   const SlopeEstimate judge = RiddersSlope(f, x, scale);
-  EXPECT_NEAR(slope, judge.value, 20 * judge.error + 1e-9 * std::fabs(judge.value) + 1e-13) << what;
+  EXPECT_NEAR(slope, judge.value, kRidders * judge.error + kSlopeOfFormula * std::fabs(judge.value) + kFormula) << what;
 }
 
 TEST_P(EveryQuantity, DerivativesByEpsAgreeWithDifferenceQuotients) {
@@ -252,11 +252,12 @@ TEST(Quantities, SiliconIsAsPrinted) {
   const ExpParamBlock exp = DefaultExpParams();
   int lines = 0;
   for (const auto& line : NumbersOf(table)) {
+    constexpr double kPrinted = 0.0005 + kRound;  // half a unit of the last digit
     const Std eps(line[1], line[2]);
     const double w = line[0] * 8065.544;
-    EXPECT_NEAR(OfEps(w, exp, eps, kN1).value, line[3], 0.0005 + kRound);
-    EXPECT_NEAR(OfEps(w, exp, eps, kN2).value, line[4], 0.0005 + kRound);
-    EXPECT_NEAR(OfEps(w, exp, eps, kRefl).value, line[5], 0.0005 + kRound);
+    EXPECT_NEAR(OfEps(w, exp, eps, kN1).value, line[3], kPrinted);
+    EXPECT_NEAR(OfEps(w, exp, eps, kN2).value, line[4], kPrinted);
+    EXPECT_NEAR(OfEps(w, exp, eps, kRefl).value, line[5], kPrinted);
     ++lines;
   }
   EXPECT_EQ(lines, 2);
@@ -301,7 +302,7 @@ TEST(Quantities, AtAngleZeroRsIsRTimesTheWeights) {
 
 TEST(Quantities, AtTheBrewsterAngleNoPLightIsReflected) {
   const double brewster = std::atan(1.5) * 180 / std::numbers::pi;
-  EXPECT_NEAR(OfEps(100, Block(1, 0, brewster, 0, 1, 1), 2.25, kRp).value, 0, 1e-28);
+  EXPECT_NEAR(OfEps(100, Block(1, 0, brewster, 0, 1, 1), 2.25, kRp).value, 0, kRound * kRound);
 }
 
 TEST(Quantities, WithMuOneBothFormsAgree) {

@@ -68,8 +68,8 @@ TEST(VdfFree, BothPartsAreLinearBetweenThePointsAndZeroOutside) {
   VarDielFunc vdf = RandomMesh(false);
   for (const double x : {20.0, 25.0, 60.5, 99.0, 250.0, 400.0}) {
     const Cplx value = EvalVdf(vdf, x);
-    EXPECT_NEAR(value.re, Linear(vdf, x, &VdfMeshPoint::e1), 1e-13) << x;
-    EXPECT_NEAR(value.im, Linear(vdf, x, &VdfMeshPoint::e2), 1e-13) << x;
+    EXPECT_NEAR(value.re, Linear(vdf, x, &VdfMeshPoint::e1), kFormula) << x;
+    EXPECT_NEAR(value.im, Linear(vdf, x, &VdfMeshPoint::e2), kFormula) << x;
   }
   for (const double x : {19.9, 400.1}) EXPECT_EQ(EvalVdf(vdf, x), (Cplx{0, 0}));
 }
@@ -80,19 +80,21 @@ TEST(VdfFree, TheLastPointGivesItsOwnValues) {
 }
 
 TEST(VdfConstrained, TheRealPartIsTheTransformOfTheTriangles) {
+  constexpr double kCut = 2e-5;  // of the judge's integrand, at X
   VarDielFunc vdf = RandomMesh(true);
   for (const double x : {5.0, 19.0, 27.0, 60.4, 80.0, 130.0, 300.0, 401.0, 2000.0}) {
-    EXPECT_NEAR(EvalVdf(vdf, x).re, SlowTransform(vdf, x), 2e-5) << x;  // the reference integrand is cut at X
+    EXPECT_NEAR(EvalVdf(vdf, x).re, SlowTransform(vdf, x), kCut) << x;
   }
 }
 
 TEST(VdfConstrained, TheTransformIsContinuousAtACorner) {
+  constexpr double kBesideIt = 1e-5;  // the logarithm at a distance of 1e-7
   VarDielFunc vdf = RandomMesh(true);
   for (const double x : {35.0, 61.0, 170.0}) {
     const double here = EvalVdf(vdf, x).re;
     EXPECT_TRUE(std::isfinite(here));
-    EXPECT_NEAR(here, EvalVdf(vdf, x + 1e-7).re, 1e-5);
-    EXPECT_NEAR(here, EvalVdf(vdf, x - 1e-7).re, 1e-5);
+    EXPECT_NEAR(here, EvalVdf(vdf, x + 1e-7).re, kBesideIt);
+    EXPECT_NEAR(here, EvalVdf(vdf, x - 1e-7).re, kBesideIt);
   }
 }
 
@@ -136,8 +138,8 @@ TEST(Vdf, DerivativesAgreeWithDifferenceQuotients) {
           };
           // The value is linear in its parameters, so one wide quotient is exact but for rounding.
           const Cplx high = at(param.value + 1), low = at(param.value - 1);
-          EXPECT_NEAR((slopes[j].*slope).dEpsRe, (high.re - low.re) / 2, 1e-12) << x << ' ' << j;
-          EXPECT_NEAR((slopes[j].*slope).dEpsIm, (high.im - low.im) / 2, 1e-12) << x << ' ' << j;
+          EXPECT_NEAR((slopes[j].*slope).dEpsRe, (high.re - low.re) / 2, kFormula) << x << ' ' << j;
+          EXPECT_NEAR((slopes[j].*slope).dEpsIm, (high.im - low.im) / 2, kRound) << x << ' ' << j;
         }
       }
     }
@@ -167,7 +169,7 @@ TEST(VdfScalarSum, IsTheIntegralOfWE2) {
       if (b > a) integral += Simpson([&](double w) { return w * Linear(vdf, w, &VdfMeshPoint::e2); }, a, b, 2);
     }
     const double expected = integral / (4 * std::numbers::pi);
-    EXPECT_NEAR(VdfScalarSum(vdf, limit), expected, 1e-11 * (1 + std::fabs(expected))) << limit;
+    EXPECT_NEAR(VdfScalarSum(vdf, limit), expected, kFormula * (1 + std::fabs(expected))) << limit;
   }
 }
 
@@ -182,7 +184,7 @@ TEST(VdfScalarSum, DerivativesAgreeWithDifferenceQuotients) {
       return VdfScalarSum(moved, 150);
     };
     const double value = vdf.mesh[j].e2.value;
-    EXPECT_NEAR(slopes[j].e2.dScalar, (at(value + 1) - at(value - 1)) / 2, 1e-9) << j;
+    EXPECT_NEAR(slopes[j].e2.dScalar, (at(value + 1) - at(value - 1)) / 2, kLongSum) << j;
     EXPECT_EQ(slopes[j].e1.dScalar, 0);
   }
 }
@@ -222,7 +224,7 @@ TEST_F(ModelWithMesh, MakingItPositiveLeavesNoNegativeImaginaryPartAtThePoints) 
   for (VdfMeshPoint& point : model.vdf.mesh) point.e2.value = -50;
   MakeVdfPositive(program.eval, model);
   for (const VdfMeshPoint& point : model.vdf.mesh) {
-    EXPECT_NEAR(EpsSum(program.eval, model, point.x, false).im, 1e-7, 1e-12) << point.x;
+    EXPECT_NEAR(EpsSum(program.eval, model, point.x, false).im, 1e-7, kChain) << point.x;
   }
   Cell(model, 0, Wp).value = 1e4;  // the row alone is sufficient: no correction
   const Cplx before = EpsSum(program.eval, model, 61, false);

@@ -158,9 +158,9 @@ TEST_F(Curves, DerivativesByThePartsOfEpsFollowOnALogarithmicGridOnly) {
   for (const auto& line : lines) {
     ASSERT_EQ(line.size(), 4u);
     const double x = line[0], d = 1e4 - x * x, imaginary = 1e4 * 10 * x / (d * d + 100 * x * x);
-    EXPECT_CLOSE(line[1], x * imaginary / 60, 2e-5);  // x itself has six digits
+    EXPECT_CLOSE(line[1], x * imaginary / 60, 4 * kSixDigits);  // x itself has six digits
     EXPECT_EQ(line[2], 0);
-    EXPECT_CLOSE(line[3], x / 60, 2e-5);
+    EXPECT_CLOSE(line[3], x / 60, 4 * kSixDigits);
   }
 }
 
@@ -213,7 +213,7 @@ TEST_F(Curves, LongerThanOneBlockTheyHaveNoSeam) {
   ASSERT_EQ(lines.size(), 9001u);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     ASSERT_EQ(lines[i][0], 0.5 + static_cast<double>(i));
-    ASSERT_NEAR(lines[i][1], E1At(lines[i][0]), 1e-5 * std::fabs(E1At(lines[i][0])) + 1e-12);
+    ASSERT_NEAR(lines[i][1], E1At(lines[i][0]), 2 * kSixDigits * std::fabs(E1At(lines[i][0])) + kChain);
   }
 }
 

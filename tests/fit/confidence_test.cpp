@@ -33,8 +33,8 @@ TEST_F(Running, ErrorsAndCorrelationsAreThoseOfTheInverse) {
   const double a = equations.Alpha()(0, 0), b = equations.Alpha()(0, 1), d = equations.Alpha()(1, 1),
                det = a * d - b * b;
   s.Run();
-  EXPECT_CLOSE(Cell(model, 0, Wp).error, std::sqrt(2 * d / det), 1e-9);
-  EXPECT_CLOSE(Cell(model, 0, G).error, std::sqrt(2 * a / det), 1e-9);
+  EXPECT_CLOSE(Cell(model, 0, Wp).error, std::sqrt(2 * d / det), kRound);
+  EXPECT_CLOSE(Cell(model, 0, G).error, std::sqrt(2 * a / det), kRound);
   std::string correlation;
   AppendFixed(correlation, -b / std::sqrt(a * d), 5, 7);
   EXPECT_EQ(folder.Read("ParCorrs.dat"), "np1 np2 Corr\n1 2 " + correlation + "\n");
@@ -61,7 +61,7 @@ TEST_F(Running, ALimitCarriesTheErrorOverToTheValue) {
   s.Rebuild();
   s.Run();
   // One parameter alone: the error by the coordinate times the scale is the error by the value.
-  EXPECT_CLOSE(Cell(model, 0, G).error, free, 1e-9);
+  EXPECT_CLOSE(Cell(model, 0, G).error, free, kFormula);
 }
 
 TEST_F(Running, CorrelationsAreSortedAndCoupledOnesShareTheirError) {
@@ -213,7 +213,7 @@ TEST_F(Running, ErrorsFollowTheInverseTheLimitsAndTheCoupling) {
   const FitCells cells = s.Cells();
   for (std::size_t i = 0; i < n; ++i) {
     const double expected = std::sqrt(3 * a[i][n + i]) / scale[i] * std::fabs(coordinates[i].scale);
-    EXPECT_CLOSE(cells[i]->error, expected, 1e-9) << i;
+    EXPECT_CLOSE(cells[i]->error, expected, kFormula) << i;
   }
   EXPECT_EQ(Cell(model, 1, G).error, Cell(model, 0, G).error);
   struct Pair {

@@ -8,6 +8,7 @@
 #include "records/model_table.h"
 #include "support/scratch_folder.h"
 #include "support/tables.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -81,7 +82,8 @@ TEST_F(DerivativeTables, TheAnalyticColumnIsTheDerivativeOfTheUnweightedSum) {
     return sum;
   };
   const double numeric = (sumOfSquares(3 + 1e-4) - sumOfSquares(3 - 1e-4)) / 2e-4;
-  EXPECT_NEAR(analytic, numeric, 1e-3 * std::abs(numeric));
+  constexpr double kQuotient = 1e-3;  // of differences with one step
+  EXPECT_NEAR(analytic, numeric, kQuotient * std::abs(numeric));
 }
 
 TEST_F(DerivativeTables, ATermOfWeightZeroComparesNothingAndIsMarked) {
@@ -91,14 +93,16 @@ TEST_F(DerivativeTables, ATermOfWeightZeroComparesNothingAndIsMarked) {
 }
 
 TEST_F(DerivativeTables, TheValuesAreBackAfterwards) {
+  constexpr double kMovedBack = 1e-6;  // rounding of steps there and back, times the slope of ChiSq
   const double before = tables.fit.TotalChiSq;
   ASSERT_TRUE(TestDerivatives(tables.fit, tables.params, tables.eval).Ok());
   ASSERT_TRUE(TestQuantityDerivatives(tables.fit, tables.params, tables.eval).Ok());
-  EXPECT_NEAR(model.epsInf.value, 3.0, 1e-12);
-  EXPECT_NEAR(tables.fit.TotalChiSq, before, 1e-6 * before);
+  EXPECT_NEAR(model.epsInf.value, 3.0, kFormula);
+  EXPECT_NEAR(tables.fit.TotalChiSq, before, kMovedBack * before);
 }
 
 TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
+  constexpr double kPrintedDifference = 0.2;  // few digits are left of it
   // With a step h the numeric column is off by h f''/2: the column of differences depends on the step.
   const auto difference = [&](const char* step) {
     constexpr std::size_t kRowOfWo = 10;
@@ -108,7 +112,7 @@ TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
   };
   const double absolute = difference("1e-3"), relative = difference("777");
   EXPECT_GT(absolute, 0);
-  EXPECT_NEAR(absolute, relative, 0.2 * absolute);  // Wo is 100: 777 means 1e-5 times 100
+  EXPECT_NEAR(absolute, relative, kPrintedDifference * absolute);  // Wo is 100: 777 means 1e-5 times 100
   EXPECT_GT(difference("1e-1"), 30 * absolute);
 }
 

@@ -12,6 +12,7 @@ namespace kalvex {
 namespace {
 
 TEST(FitCoordinate, EachKindOfLimitHasItsChangeOfVariable) {
+  constexpr double kAtLimit = 1e-7;  // root of the rounding: the coordinate turns there
   ModelParam param;
   param.min = 2;
   param.max = 10;
@@ -24,7 +25,7 @@ TEST(FitCoordinate, EachKindOfLimitHasItsChangeOfVariable) {
       EXPECT_EQ(limited, useMin || useMax);
       EXPECT_CLOSE(FitCoordToValue(param, u), value, kRound);
       const SlopeEstimate judge = RiddersSlope([&](double at) { return FitCoordToValue(param, at); }, u, 0.3);
-      EXPECT_NEAR(scale, judge.value, 20 * judge.error + 1e-8);
+      EXPECT_NEAR(scale, judge.value, kRidders * judge.error + kSlopeOfChain);
       for (double step = -30; step <= 30; step += 0.7) {
         const double moved = FitCoordToValue(param, u + step);
         EXPECT_TRUE(!useMin || moved >= 2 - kRound) << moved;
@@ -32,7 +33,7 @@ TEST(FitCoordinate, EachKindOfLimitHasItsChangeOfVariable) {
       }
     }
   }
-  EXPECT_NEAR(FitCoordinateOf(param).scale, 0, 1e-7);  // at the upper limit
+  EXPECT_NEAR(FitCoordinateOf(param).scale, 0, kAtLimit);  // at the upper limit
 }
 
 TEST(FitCoordinate, OutsideOneLimitItStandsOnItAndEqualLimitsGiveZero) {

@@ -13,6 +13,9 @@
 namespace kalvex {
 namespace {
 
+// The last of the digits that the files hold, for numbers below 1, near 1 and near 2; what the end of a run leaves.
+constexpr double kWrittenSlope = 1e-6, kWritten = 1e-5, kWrittenSum = 1e-4, kEndOfRun = 2e-4;
+
 TEST_F(Running, QuantityErrorBarsScanEveryPointAndPutEverythingBack) {
   Prepare(0.005);
   FixAll(model, true);
@@ -73,17 +76,17 @@ TEST_F(Running, TheMeshDumpsHoldTheDerivativesOfTheConductivity) {
   for (const auto& line : lines) {
     ASSERT_EQ(line.size(), 17u);
     const double slope = line[0] / 60;
-    EXPECT_EQ(line[1], 0);               // dS1/de1 of model 1
-    EXPECT_NEAR(line[2], slope, 1e-5);   // dS1/de2
-    EXPECT_NEAR(line[5], -slope, 1e-5);  // dS2/de1
-    EXPECT_NEAR(line[12], slope, 1e-5);  // model 4 by model 2
+    EXPECT_EQ(line[1], 0);                   // dS1/de1 of model 1
+    EXPECT_NEAR(line[2], slope, kWritten);   // dS1/de2
+    EXPECT_NEAR(line[5], -slope, kWritten);  // dS2/de1
+    EXPECT_NEAR(line[12], slope, kWritten);  // model 4 by model 2
   }
   ASSERT_TRUE(WriteSensitivityDump(s.tables.params, s.tables.eval).Ok());
   const auto sums = NumbersOf(folder.Read("Jakob2.dat"));
   ASSERT_EQ(sums.size(), 3u);
   for (const auto& line : sums) {
-    EXPECT_NEAR(line[1], 60 / line[0], 1e-4);
-    EXPECT_NEAR(line[2], 60 / line[0], 1e-4);
+    EXPECT_NEAR(line[1], 60 / line[0], kWrittenSum);
+    EXPECT_NEAR(line[2], 60 / line[0], kWrittenSum);
   }
 }
 
@@ -111,12 +114,12 @@ TEST_F(Running, QuantityErrorBarsOfOneConstantFollowFromItsWeightedMean) {
     ASSERT_EQ(line.size(), 13u);
     EXPECT_EQ(lines[i].back(), ' ');
     EXPECT_EQ(line[0], 30 + 4.0 * static_cast<double>(i));
-    EXPECT_NEAR(line[1], mean, 1e-5);
+    EXPECT_NEAR(line[1], mean, kWritten);
     for (std::size_t k = i == 0 ? 1 : 0; k < 11; ++k) {
       const double asked = mean * (0.9 + 0.02 * static_cast<double>(k)), anchor = 1e-6 / (5e-5 * 5e-5);
       const double c = (others * mean + anchor * asked) / (others + anchor);
       const double sum = (5 * std::pow(4.2 - c, 2) + 2 * 3 * std::pow(3.8 - c, 2)) / 0.01;
-      EXPECT_NEAR(line[k + 2], sum, 2e-4) << i << ' ' << k;  // the last of six digits, and the end of the run
+      EXPECT_NEAR(line[k + 2], sum, kEndOfRun) << i << ' ' << k;
     }
   }
   EXPECT_EQ(slots[2].points[0].y, 4);
@@ -186,10 +189,10 @@ TEST_F(MeshDumps, TheDerivativesStandInTheirOrder) {
     // model 2. The columns of the other mesh contain the result of an earlier evaluation.
     const double slope = line[0] / 60;
     for (const std::size_t first : {1u, 11u}) {
-      EXPECT_EQ(line[first], 0);                   // dS1/de1
-      EXPECT_NEAR(line[first + 1], slope, 1e-6);   // dS1/de2
-      EXPECT_NEAR(line[first + 4], -slope, 1e-6);  // dS2/de1
-      EXPECT_EQ(line[first + 5], 0);               // dS2/de2
+      EXPECT_EQ(line[first], 0);                            // dS1/de1
+      EXPECT_NEAR(line[first + 1], slope, kWrittenSlope);   // dS1/de2
+      EXPECT_NEAR(line[first + 4], -slope, kWrittenSlope);  // dS2/de1
+      EXPECT_EQ(line[first + 5], 0);                        // dS2/de2
     }
   }
   const std::string text = folder.Read("Jakob.dat");

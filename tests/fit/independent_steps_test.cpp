@@ -162,8 +162,9 @@ TEST_F(Running, TakesTheStepsOfALoopWrittenByHand) {
   double highest = 0;
   for (std::size_t k = 0; k < taken.size(); ++k) {
     EXPECT_CLOSE(taken[k].lambda, expected[k].lambda, kRound) << k;
-    EXPECT_CLOSE(taken[k].chiSq, expected[k].chiSq, 1e-9) << k;
-    for (std::size_t i = 0; i < kUnknowns; ++i) EXPECT_CLOSE(taken[k].p[i], expected[k].p[i], 1e-9) << k << ' ' << i;
+    EXPECT_CLOSE(taken[k].chiSq, expected[k].chiSq, kLongSum) << k;
+    for (std::size_t i = 0; i < kUnknowns; ++i)
+      EXPECT_CLOSE(taken[k].p[i], expected[k].p[i], kFormula) << k << ' ' << i;
     highest = std::fmax(highest, taken[k].lambda);
   }
   EXPECT_GT(highest, 0.001);  // some steps were rejected

@@ -61,7 +61,8 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
       });
     };
     const SlopeEstimate slope = RiddersSlope(total, u, scale);
-    EXPECT_NEAR(equations.beta[i], slope.value, 20 * slope.error + 1e-6 * std::fabs(slope.value)) << i;
+    EXPECT_NEAR(equations.beta[i], slope.value, kRidders * slope.error + 10 * kSlopeOfSum * std::fabs(slope.value))
+        << i;
     for (const SeenPoint& point : points) {
       const auto value = [&](double at) {
         return moved(i, at, [&] {
@@ -81,7 +82,9 @@ TEST(NormalEquations, AreTheSumsOfProductsOfDerivativesByTheCoordinates) {
         const double weight = fit.list.terms[static_cast<std::size_t>(point.term)].weight;
         expected += 2 * weight / (point.sigma * point.sigma) * J[i][p] * J[j][p];
       }
-      EXPECT_NEAR(equations.Alpha()(i, j), expected, 1e-5 * std::fabs(expected) + 1e-8) << i << ' ' << j;
+      constexpr double kSlopesOfRidders = 1e-5, kNearZero = 1e-8;  // two slopes each, summed over the points
+      EXPECT_NEAR(equations.Alpha()(i, j), expected, kSlopesOfRidders * std::fabs(expected) + kNearZero)
+          << i << ' ' << j;
     }
   }
 }

@@ -11,13 +11,16 @@
 namespace kalvex {
 namespace {
 
+// To such a distance the last step of a run without noise brings a parameter near 1.
+constexpr double kConverged = 1e-6;
+
 TEST_F(Running, FindsTheParametersOfTheSpectrum) {
   Prepare();
   s.Run();
-  EXPECT_NEAR(model.epsInf.value, 4, 1e-6);
-  EXPECT_NEAR(Cell(model, 0, Wo).value, 120, 1e-5);
-  EXPECT_NEAR(Cell(model, 0, Wp).value, 250, 1e-4);
-  EXPECT_NEAR(Cell(model, 0, G).value, 8, 1e-5);
+  EXPECT_NEAR(model.epsInf.value, 4, kConverged);
+  EXPECT_NEAR(Cell(model, 0, Wo).value, 120, 10 * kConverged);
+  EXPECT_NEAR(Cell(model, 0, Wp).value, 250, 100 * kConverged);
+  EXPECT_NEAR(Cell(model, 0, G).value, 8, 10 * kConverged);
   EXPECT_LT(fit().TotalChiSq, 1e-6);
   EXPECT_FALSE(fit().FitRunning);
 }
@@ -215,8 +218,8 @@ TEST_F(Running, ACoupledPairFindsTheCommonValueAndIsOneAtEveryIteration) {
   RunWatch watch;
   watch.iterationDone = [&] { EXPECT_EQ(Cell(model, 0, G).value, Cell(twin, 0, G).value); };
   s.Run(watch);
-  EXPECT_NEAR(Cell(twin, 0, G).value, 8, 1e-6);
-  EXPECT_NEAR(Cell(model, 0, G).value, 8, 1e-6);
+  EXPECT_NEAR(Cell(twin, 0, G).value, 8, kConverged);
+  EXPECT_NEAR(Cell(model, 0, G).value, 8, kConverged);
 }
 
 TEST_F(Running, AGroupWhoseFirstMemberHasNoInfluenceIsFittedAllTheSame) {
@@ -228,7 +231,7 @@ TEST_F(Running, AGroupWhoseFirstMemberHasNoInfluenceIsFittedAllTheSame) {
   SetValue(s.tables.params, Cell(busy, 0, G), 12);
   s.Term(1, 2);
   s.Run();
-  EXPECT_NEAR(Cell(busy, 0, G).value, 8, 1e-5);
+  EXPECT_NEAR(Cell(busy, 0, G).value, 8, 10 * kConverged);
   EXPECT_EQ(Cell(model, 0, G).value, Cell(busy, 0, G).value);  // set through its group
 }
 

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "graphs/graphs.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -41,8 +42,8 @@ TEST(Axes, MapValuesToTheMiddlesOfPixelsAndBack) {
   EXPECT_DOUBLE_EQ(PlaceOf(linear, 101, 150.5), 50.5);
   EXPECT_DOUBLE_EQ(PlaceOf(decades, 301, 10), 100);
   for (int i = 0; i <= 300; ++i) {
-    EXPECT_NEAR(PlaceOf(decades, 301, ValueAt(decades, 301, i)), i, 1e-10);
-    EXPECT_NEAR(PlaceOf(linear, 301, ValueAt(linear, 301, i)), i, 1e-10);
+    EXPECT_NEAR(PlaceOf(decades, 301, ValueAt(decades, 301, i)), i, kLongSum);
+    EXPECT_NEAR(PlaceOf(linear, 301, ValueAt(linear, 301, i)), i, kLongSum);
   }
   EXPECT_EQ(ValueAt(linear, 1, 0), 200);
   EXPECT_EQ(ValueAt(decades, 1, 0), 1000);
@@ -79,7 +80,7 @@ TEST(Axes, HaveTicksAtWholeMultiplesAndBetweenThem) {
   EXPECT_EQ(Labels(TicksOf(axis)), (std::vector<std::string>{"-0.4", "-0.2", "0", "0.2", "0.4", "0.6"}));
   const auto between = Minor(TicksOf(axis));
   ASSERT_EQ(between.size(), 5u);
-  for (std::size_t i = 0; i < between.size(); ++i) EXPECT_NEAR(between[i], -0.3 + 0.2 * static_cast<double>(i), 1e-15);
+  for (std::size_t i = 0; i < between.size(); ++i) EXPECT_NEAR(between[i], -0.3 + 0.2 * static_cast<double>(i), kStep);
 }
 
 TEST(Axes, HaveDecadesAndTheirMultiplesOnLogarithms) {

@@ -9,6 +9,7 @@
 #include "graphs/graphs.h"
 #include "graphs/painting.h"
 #include "records/model_rows.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -250,10 +251,10 @@ TEST(RowContribution, IsALorentzOscillatorInFourQuantities) {
   const double Wo = 120, Wp = 300, G = 7;
   for (const double x : {1.0, 90.0, 120.0, 400.0}) {
     const std::complex<double> i(0, 1), eps = Wp * Wp / (Wo * Wo - x * x - i * x * G), sigma = -i * x * eps / 60.0;
-    EXPECT_NEAR(RowContribution(Wo, Wp, G, kE1, x), eps.real(), 1e-12 * std::abs(eps));
-    EXPECT_NEAR(RowContribution(Wo, Wp, G, kE2, x), eps.imag(), 1e-12 * std::abs(eps));
-    EXPECT_NEAR(RowContribution(Wo, Wp, G, kS1, x), sigma.real(), 1e-12 * std::abs(sigma));
-    EXPECT_NEAR(RowContribution(Wo, Wp, G, kS2, x), sigma.imag(), 1e-12 * std::abs(sigma));
+    EXPECT_NEAR(RowContribution(Wo, Wp, G, kE1, x), eps.real(), kRound * std::abs(eps));
+    EXPECT_NEAR(RowContribution(Wo, Wp, G, kE2, x), eps.imag(), kRound * std::abs(eps));
+    EXPECT_NEAR(RowContribution(Wo, Wp, G, kS1, x), sigma.real(), kRound * std::abs(sigma));
+    EXPECT_NEAR(RowContribution(Wo, Wp, G, kS2, x), sigma.imag(), kRound * std::abs(sigma));
   }
 }
 

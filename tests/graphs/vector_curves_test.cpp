@@ -4,6 +4,7 @@
 #include "graphs/axes.h"
 #include "graphs/curve_samples.h"
 #include "graphs/graphs.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -61,7 +62,7 @@ TEST_F(Paper, HasModelCurvesAtSeveralPointsOfAPixel) {
   WantOnly(tables.eval.quantities, QuantitySet{kRefl});
   for (const Point& p : drawing.lines[0]) {
     EvalModel(tables.eval, model, XOf(p), false);
-    EXPECT_NEAR(YOf(p), tables.eval.quantities[kRefl].value, 1e-9);
+    EXPECT_NEAR(YOf(p), tables.eval.quantities[kRefl].value, kRound);
   }
 }
 
@@ -92,10 +93,10 @@ TEST_F(Paper, HasSymbolsErrorBarsAndLinesOfData) {
   EXPECT_TRUE(drawing.filledWithColor[0]);
   EXPECT_EQ(drawing.lines.size(), 1u + 3 * 3);
   EXPECT_EQ(drawing.lines[0].size(), 3u);
-  EXPECT_NEAR(XOf(drawing.lines[0][1]), 30, 1e-9);
-  EXPECT_NEAR(YOf(drawing.lines[0][1]), 40, 1e-9);
-  EXPECT_NEAR(YOf(drawing.lines[1][0]), 15, 1e-9);
-  EXPECT_NEAR(YOf(drawing.lines[1][1]), 25, 1e-9);
+  EXPECT_NEAR(XOf(drawing.lines[0][1]), 30, kChain);
+  EXPECT_NEAR(YOf(drawing.lines[0][1]), 40, kChain);
+  EXPECT_NEAR(YOf(drawing.lines[1][0]), 15, kFormula);
+  EXPECT_NEAR(YOf(drawing.lines[1][1]), 25, kChain);
 
   graph.curves[0].SymbolOpen = true;
   for (int shape = 0; shape < 5; ++shape) {
@@ -107,7 +108,7 @@ TEST_F(Paper, HasSymbolsErrorBarsAndLinesOfData) {
       left = std::min(left, p.x);
       right = std::max(right, p.x);
     }
-    EXPECT_NEAR(right - left, 5, 1e-9) << shape;
+    EXPECT_NEAR(right - left, 5, kFormula) << shape;
   }
 }
 

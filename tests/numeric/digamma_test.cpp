@@ -16,12 +16,12 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 
 TEST(Digamma, HasItsKnownValues) {
-  EXPECT_CLOSE(Digamma({1, 0}).re, -std::numbers::egamma, 1e-13);
-  EXPECT_CLOSE(Digamma({0.5, 0}).re, -std::numbers::egamma - 2 * std::numbers::ln2, 1e-13);
-  EXPECT_CLOSE(Trigamma({1, 0}).re, kPi * kPi / 6, 1e-13);
-  EXPECT_CLOSE(Trigamma({0.5, 0}).re, kPi * kPi / 2, 1e-13);
+  EXPECT_CLOSE(Digamma({1, 0}).re, -std::numbers::egamma, kFormula);
+  EXPECT_CLOSE(Digamma({0.5, 0}).re, -std::numbers::egamma - 2 * std::numbers::ln2, kRound);
+  EXPECT_CLOSE(Trigamma({1, 0}).re, kPi * kPi / 6, kRound);
+  EXPECT_CLOSE(Trigamma({0.5, 0}).re, kPi * kPi / 2, kRound);
   for (const double y : {0.01, 0.7, 3.0, 40.0}) {
-    EXPECT_CLOSE(Digamma({1, y}).im, -1 / (2 * y) + kPi / 2 / std::tanh(kPi * y), 1e-11) << y;
+    EXPECT_CLOSE(Digamma({1, y}).im, -1 / (2 * y) + kPi / 2 / std::tanh(kPi * y), kLongSum) << y;
   }
 }
 
@@ -30,15 +30,16 @@ TEST(Digamma, ObeysItsRecurrenceAndReflection) {
     for (const double y : {-2.0, 0.3, 5.0}) {
       const Cplx z{x, y}, inverse = Cplx{1, 0} / z;
       const Cplx step = Digamma(z + 1.0) - Digamma(z), step2 = Trigamma(z + 1.0) - Trigamma(z);
-      EXPECT_NEAR(step.re, inverse.re, 1e-12);
-      EXPECT_NEAR(step.im, inverse.im, 1e-12);
-      EXPECT_NEAR(step2.re, -(inverse * inverse).re, 1e-12);
-      EXPECT_NEAR(step2.im, -(inverse * inverse).im, 1e-12);
+      EXPECT_NEAR(step.re, inverse.re, kFormula);
+      EXPECT_NEAR(step.im, inverse.im, kFormula);
+      EXPECT_NEAR(step2.re, -(inverse * inverse).re, kChain);
+      EXPECT_NEAR(step2.im, -(inverse * inverse).im, kChain);
     }
   }
 }
 
 TEST(Digamma, HigherOnesAreDerivativesOfTheLower) {
+  constexpr double kQuotient = 1e-5;  // a central one, by h^2 n^2
   const double h = 1e-3;
   std::array<Cplx, kMostPolygammas> at, high, low;
   Polygammas({1.7, 0.8}, at);
@@ -46,8 +47,8 @@ TEST(Digamma, HigherOnesAreDerivativesOfTheLower) {
   Polygammas({1.7 - h, 0.8}, low);
   for (std::size_t n = 0; n + 1 < at.size(); ++n) {
     const Cplx slope = (high[n] - low[n]) / (2 * h);
-    EXPECT_NEAR(at[n + 1].re, slope.re, 1e-5 * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
-    EXPECT_NEAR(at[n + 1].im, slope.im, 1e-5 * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
+    EXPECT_NEAR(at[n + 1].re, slope.re, kQuotient * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
+    EXPECT_NEAR(at[n + 1].im, slope.im, kQuotient * Abs(at[n + 1]) * static_cast<double>((n + 1) * (n + 1)));
   }
 }
 
@@ -68,8 +69,8 @@ TEST(Digamma, ManyTrigammasAreThoseOfOneNumberEach) {
   for (std::size_t i = 0; i < z.size(); ++i) {
     std::array<Cplx, 3> psi;
     Polygammas(z[i], psi);
-    EXPECT_NEAR(Abs(values[i] - psi[1]), 0, 1e-14 * Abs(psi[1])) << z[i].re << ' ' << z[i].im;
-    EXPECT_NEAR(Abs(slopes[i] - psi[2]), 0, 1e-13 * Abs(psi[2])) << z[i].re << ' ' << z[i].im;
+    EXPECT_NEAR(Abs(values[i] - psi[1]), 0, kRound * Abs(psi[1])) << z[i].re << ' ' << z[i].im;
+    EXPECT_NEAR(Abs(slopes[i] - psi[2]), 0, kFormula * Abs(psi[2])) << z[i].re << ' ' << z[i].im;
   }
 }
 

@@ -7,6 +7,8 @@
 #include <numbers>
 #include <random>
 
+#include "support/tolerances.h"
+
 namespace kalvex {
 namespace {
 
@@ -33,8 +35,9 @@ TEST(FftTest, IsTheSumOverAllPoints) {
         plus += std::complex<double>(z[j].re, z[j].im) * std::polar(1.0, angle);
       }
       EXPECT_NEAR(std::abs(minus - std::complex<double>(forward[k].re, forward[k].im)), 0,
-                  1e-13 * static_cast<double>(size));
-      EXPECT_NEAR(std::abs(plus - std::complex<double>(back[k].re, back[k].im)), 0, 1e-13 * static_cast<double>(size));
+                  kFormula * static_cast<double>(size));
+      EXPECT_NEAR(std::abs(plus - std::complex<double>(back[k].re, back[k].im)), 0,
+                  kFormula * static_cast<double>(size));
     }
   }
 }
@@ -50,9 +53,9 @@ TEST(FftTest, ComesBackAndKeepsThePower) {
     power += Norm(z[k]);
     powerThere += Norm(there[k]) / kSize;
   }
-  EXPECT_NEAR(power, powerThere, 1e-11 * power);
+  EXPECT_NEAR(power, powerThere, kFormula * power);
   fft.Back(there);
-  for (std::size_t k = 0; k < kSize; ++k) EXPECT_NEAR(Abs(there[k] / static_cast<double>(kSize) - z[k]), 0, 1e-14);
+  for (std::size_t k = 0; k < kSize; ++k) EXPECT_NEAR(Abs(there[k] / static_cast<double>(kSize) - z[k]), 0, 2 * kRound);
 }
 
 }  // namespace

@@ -57,10 +57,11 @@ TEST(Packs, ExponentialAtTheEndsOfItsRange) {
 TEST(Packs, SineAndCosineAreWithinTwoUnits) {
   for (const double reach : {0.7, 10.0, 1e3, 9e5}) {
     ForRandomPacks(-reach, reach, [&](const Pack& x) {
+      constexpr double kNearZero = 1e-4;
       const SineAndCosine at = SineAndCosineOf(x);
       for (std::size_t i = 0; i < kPack; ++i) {
-        EXPECT_NEAR(at.sine.x[i], std::sin(x.x[i]), 2 * kEps * (std::fabs(std::sin(x.x[i])) + 1e-4)) << x.x[i];
-        EXPECT_NEAR(at.cosine.x[i], std::cos(x.x[i]), 2 * kEps * (std::fabs(std::cos(x.x[i])) + 1e-4)) << x.x[i];
+        EXPECT_NEAR(at.sine.x[i], std::sin(x.x[i]), 2 * kEps * (std::fabs(std::sin(x.x[i])) + kNearZero)) << x.x[i];
+        EXPECT_NEAR(at.cosine.x[i], std::cos(x.x[i]), 2 * kEps * (std::fabs(std::cos(x.x[i])) + kNearZero)) << x.x[i];
       }
     });
   }

@@ -40,7 +40,7 @@ void ExpectSolved(const System& system, const std::vector<double>& b, const std:
   for (std::size_t i = 0; i < system.n; ++i) {
     double sum = 0;
     for (std::size_t j = 0; j < system.n; ++j) sum += system.At(i, j) * x[j];
-    ASSERT_NEAR(sum, b[i], 1e-12) << i;
+    ASSERT_NEAR(sum, b[i], kFormula) << i;
   }
 }
 
@@ -122,8 +122,8 @@ TEST(OuterProducts, EqualThePlainSumsForEveryLengthAndCount) {
         AddOuterProducts(panels, {matrix.data(), n}, b);
       }
       for (std::size_t i = 0; i < n; ++i) {
-        ASSERT_NEAR(b[i], 0.25 + weighted[i], 1e-12);
-        for (std::size_t j = i; j < n; ++j) ASSERT_NEAR(matrix[i * n + j], 0.5 + sums[i * n + j], 1e-12);
+        ASSERT_NEAR(b[i], 0.25 + weighted[i], kChain);
+        for (std::size_t j = i; j < n; ++j) ASSERT_NEAR(matrix[i * n + j], 0.5 + sums[i * n + j], kChain);
       }
     }
   }

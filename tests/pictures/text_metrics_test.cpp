@@ -8,6 +8,7 @@
 #include <string>
 
 #include "pictures/characters.h"
+#include "support/tolerances.h"
 
 namespace kalvex {
 namespace {
@@ -82,8 +83,8 @@ TEST(BaselineStart, FollowsThePlaceOfTheText) {
     return BaselineStart({1000, 2000}, {horizontal, vertical, turned}, kSerif, "-0.05");  // 208 by 111, ascent 89.1
   };
   const auto expect = [](Point point, double x, double y) {
-    EXPECT_NEAR(point.x, x, 1e-9);
-    EXPECT_NEAR(point.y, y, 1e-9);
+    EXPECT_NEAR(point.x, x, 2000 * kRound);
+    EXPECT_NEAR(point.y, y, 2000 * kRound);
   };
   expect(start(HorizontalAlign::kLeft, VerticalAlign::kTop, false), 1000, 2089.1);
   expect(start(HorizontalAlign::kCentre, VerticalAlign::kMiddle, false), 896, 2033.6);

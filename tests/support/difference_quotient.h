@@ -6,6 +6,16 @@
 
 namespace kalvex {
 
+// Estimates of the error are estimates: so many of them a slope may stand apart.
+inline constexpr double kRidders = 20;
+// Relative, the rounding of a slope beside that: of a closed formula, of a chain of them, of a sum over many states, of
+// an integral by quadrature, and where two branches of a formula meet.
+inline constexpr double kSlopeOfFormula = 1e-9;
+inline constexpr double kSlopeOfChain = 1e-8;
+inline constexpr double kSlopeOfSum = 1e-7;
+inline constexpr double kSlopeOfIntegral = 1e-6;
+inline constexpr double kSlopeOfBranches = 1e-5;
+
 struct SlopeEstimate {
   double value = 0;
   double error = 0;

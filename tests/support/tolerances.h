@@ -9,8 +9,15 @@
 namespace kalvex {
 
 inline constexpr double kEps = std::numeric_limits<double>::epsilon();
-inline constexpr double kRound = 16 * kEps;    // a handful of operations, none of which cancels
-inline constexpr double kChain = 2048 * kEps;  // a long sum or product
+inline constexpr double kStep = 4 * kEps;         // one or two operations
+inline constexpr double kRound = 16 * kEps;       // a handful of operations, none of which cancels
+inline constexpr double kFormula = 256 * kEps;    // a formula of some dozen operations, or a handful on numbers near 10
+inline constexpr double kChain = 2048 * kEps;     // a long sum or product
+inline constexpr double kLongSum = 32768 * kEps;  // thousands of terms, or a difference that loses two digits
+
+// A number as printed: half a unit of its last digit, of the number when its first digit is 1.
+inline constexpr double kFiveDigits = 5e-5;
+inline constexpr double kSixDigits = 5e-6;
 
 // Whether |a - b| is within tolerance times the larger magnitude. Equal values, also infinite ones, always pass.
 inline testing::AssertionResult CloseTo(double value, double expected, double tolerance) {

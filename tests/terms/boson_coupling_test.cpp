@@ -53,14 +53,16 @@ TEST_F(BosonCoupling, AFullMixingSwitchesTheSpectrumOff) {
 }
 
 TEST_F(BosonCoupling, ColdElectronsScatterOnlyAboveTheBoson) {
+  constexpr double kWarmth = 1e-6, kNextOrder = 1e-4;  // 0.5 K; and (w/W)^2
   // Re M = 2 pi a2F dW (1 - W/w) above W, nothing below; -Im M/w -> 2 a2F dW/W at low frequency.
   const Values cold = {5000, 0, 0.5, 4, 0, 0};
-  EXPECT_NEAR(Memory(cold, 600).real(), 2 * kPi * 30 * (1 - 300.0 / 600), 1e-6);
-  EXPECT_NEAR(Memory(cold, 200).real(), 0, 1e-6);
-  EXPECT_NEAR(-Memory(cold, 5).imag() / 5, 2 * 30.0 / 300, 1e-4);
+  EXPECT_NEAR(Memory(cold, 600).real(), 2 * kPi * 30 * (1 - 300.0 / 600), kWarmth);
+  EXPECT_NEAR(Memory(cold, 200).real(), 0, kWarmth);
+  EXPECT_NEAR(-Memory(cold, 5).imag() / 5, 2 * 30.0 / 300, kNextOrder);
 }
 
 TEST_F(BosonCoupling, TheRateIsThatOfThermalBosons) {
+  constexpr double kQuadrature = 1e-6, kNearZero = 1e-9, kStatic = 1e-4;  // the limit at w = 1e-3
   // Re M = (pi/w) a2F dW [2 w coth(W/2T) - (w + W) coth((w + W)/2T) + (w - W) coth((w - W)/2T)]
   for (const double kelvins : {50.0, 300.0, 2000.0}) {
     const double T = kKelvinInWavenumbers * kelvins, W = 300;
@@ -69,21 +71,23 @@ TEST_F(BosonCoupling, TheRateIsThatOfThermalBosons) {
       const double expected =
           kPi / w * 30 *
           (2 * w * coth(W / (2 * T)) - (w + W) * coth((w + W) / (2 * T)) + (w - W) * coth((w - W) / (2 * T)));
-      EXPECT_NEAR(Memory({5000, 10, kelvins, 4, 0, 0}, w).real(), expected, 1e-6 * std::fabs(expected) + 1e-9)
+      EXPECT_NEAR(Memory({5000, 10, kelvins, 4, 0, 0}, w).real(), expected,
+                  kQuadrature * std::fabs(expected) + kNearZero)
           << kelvins << ' ' << w;
     }
     const double y = W / (2 * kPi * T);
     EXPECT_NEAR(Memory({5000, 10, kelvins, 4, 0, 0}, 1e-3).real(),
-                2 * kPi * kPi * y / std::pow(std::sinh(kPi * y), 2) * 30, 1e-4);
+                2 * kPi * kPi * y / std::pow(std::sinh(kPi * y), 2) * 30, kStatic);
   }
 }
 
 TEST_F(BosonCoupling, AMeshTakesEqualIntervalsInsideTheSecondAndTheLastButOnePoint) {
+  constexpr double kMesh = 1e-3;  // one rule of quadrature and the other
   Dataset& dataset = table.slots[3];
   dataset.points.clear();
   for (int i = 0; i <= 100; ++i) dataset.points.push_back({10.0 * i + 1, std::exp(-std::pow((i - 50) / 12.0, 2)), 1});
   const Std own = Memory({5000, 10, 100, 4, 0, 0}, 700), mesh = Memory({5000, 10, 100, 4, 400, 0}, 700);
-  EXPECT_NEAR(std::abs(own - mesh) / std::abs(own), 0, 1e-3);
+  EXPECT_NEAR(std::abs(own - mesh) / std::abs(own), 0, kMesh);
   EXPECT_NE(own, mesh);
 }
 
@@ -118,8 +122,8 @@ TEST_F(BosonCoupling, DerivativesAgreeWithDifferenceQuotients) {
       const SlopeEstimate re = RiddersSlope(part(false), in[i], 0.05 * in[i]),
                           im = RiddersSlope(part(true), in[i], 0.05 * in[i]);
       const double size = std::fabs(re.value) + std::fabs(im.value);
-      EXPECT_NEAR(slopes[i].re, re.value, 20 * re.error + 1e-6 * size) << i << ' ' << w;
-      EXPECT_NEAR(slopes[i].im, im.value, 20 * im.error + 1e-6 * size) << i << ' ' << w;
+      EXPECT_NEAR(slopes[i].re, re.value, kRidders * re.error + kSlopeOfIntegral * size) << i << ' ' << w;
+      EXPECT_NEAR(slopes[i].im, im.value, kRidders * im.error + kSlopeOfIntegral * size) << i << ' ' << w;
     }
     EXPECT_EQ(slopes[3], (Cplx{0, 0}));
     EXPECT_EQ(slopes[4], (Cplx{0, 0}));

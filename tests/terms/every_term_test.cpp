@@ -227,8 +227,10 @@ void ExpectDerivatives(const TermRecord& record, Called& called, const std::stri
       const double scale = 0.02 * std::fabs(x) + 1e-3;
       const SlopeEstimate re = RiddersSlope(part(false), x, scale), im = RiddersSlope(part(true), x, scale);
       const double size = std::fabs(re.value) + std::fabs(im.value);
-      EXPECT_NEAR(slopes[i].re, re.value, 20 * re.error + 1e-7 * size) << which << ", input " << i << ", w " << w;
-      EXPECT_NEAR(slopes[i].im, im.value, 20 * im.error + 1e-7 * size) << which << ", input " << i << ", w " << w;
+      EXPECT_NEAR(slopes[i].re, re.value, kRidders * re.error + kSlopeOfSum * size)
+          << which << ", input " << i << ", w " << w;
+      EXPECT_NEAR(slopes[i].im, im.value, kRidders * im.error + kSlopeOfSum * size)
+          << which << ", input " << i << ", w " << w;
     }
   }
 }
@@ -344,7 +346,7 @@ TEST_P(EveryScalarTerm, HasTheDerivativesOfItsValue) {
           return value;
         },
         x, 0.02 * std::fabs(x) + 1e-3);
-    EXPECT_NEAR(slopes[i], judge.value, 20 * judge.error + 1e-7 * std::fabs(judge.value)) << i;
+    EXPECT_NEAR(slopes[i], judge.value, kRidders * judge.error + kSlopeOfSum * std::fabs(judge.value)) << i;
   }
 }
 
@@ -401,24 +403,27 @@ TEST(Terms, ANegativeRootOfAWidthCountsAsThePositiveOne) {
 }
 
 TEST(Terms, WithoutSpreadTheSpreadLorentzianIsALorentzian) {
+  constexpr double kSpread = 1e-6;  // of 1e-3, squared
   EXPECT_EQ(Called({500, 3, 90, 0}).Value(47, 80), Called({500, 3, 90}).Value(25, 80));
   const Cplx narrow = Called({500, 9, 90, 1e-3}).Value(47, 80), none = Called({500, 9, 90}).Value(25, 80);
-  EXPECT_NEAR(narrow.re, none.re, 1e-6);
-  EXPECT_NEAR(narrow.im, none.im, 1e-6);
+  EXPECT_NEAR(narrow.re, none.re, kSpread);
+  EXPECT_NEAR(narrow.im, none.im, kSpread);
 }
 
 TEST(Terms, TheSpreadLorentzianIsSmoothWhereItsRootsMeet) {
+  constexpr double kBesideIt = 1e-6, kNearZero = 1e-7;  // the distance of 1e-7 times the slope
   const auto at = [](double W) { return Called({5e4, 100, W, 20}).Value(47, 80); };
   const Cplx meeting = at(50), beside = at(50 + 1e-7);
-  EXPECT_NEAR(meeting.re, beside.re, 1e-6 * std::fabs(meeting.re) + 1e-7);
-  EXPECT_NEAR(meeting.im, beside.im, 1e-6 * std::fabs(meeting.im) + 1e-7);
+  EXPECT_NEAR(meeting.re, beside.re, kBesideIt * std::fabs(meeting.re) + kNearZero);
+  EXPECT_NEAR(meeting.im, beside.im, kBesideIt * std::fabs(meeting.im) + kNearZero);
   Called called({5e4, 100, 50, 20});
   called.Value(47, 80);
   const SlopeEstimate byW = RiddersSlope([&](double W) { return at(W).im; }, 50, 4);
-  EXPECT_NEAR(called.slopes[2].im, byW.value, 20 * byW.error + 1e-5 * std::fabs(byW.value));
+  EXPECT_NEAR(called.slopes[2].im, byW.value, kRidders * byW.error + kSlopeOfBranches * std::fabs(byW.value));
 }
 
 TEST(Terms, LimitsOfTheCoupledOnes) {
+  constexpr double kStatic = 1e-4, kFarAway = 1e-3;  // the limits are not quite reached
   const double w = 123;
   // No coupling: two Lorentzians. A strong mode alone, too.
   const Cplx two = Called({100, 200, 9, 250, 300, 20, 0, 0}).Value(51, w);
@@ -430,9 +435,9 @@ TEST(Terms, LimitsOfTheCoupledOnes) {
   EXPECT_CLOSE(Called({200, 9, 100, 0}).Value(55, w).im, line.imag(), kChain);
   EXPECT_CLOSE(Called({200, 0, 9, 50}).Value(33, w).im, drude.imag(), kChain);
   // Back-scattering of -1 with one rate leaves no static conductivity.
-  EXPECT_NEAR(Called({200, -1, 9, 9}).Value(33, 1e-6).im * 1e-6 / 60, 0, 1e-4);
+  EXPECT_NEAR(Called({200, -1, 9, 9}).Value(33, 1e-6).im * 1e-6 / 60, 0, kStatic);
   // A resonance far away leaves only the Drude term of the same plasma frequency.
-  EXPECT_NEAR(Called({200, 9, 1e9, 5}).Value(31, w).re / (-200 * 200.0 / (w * w)), 0, 1e-3);
+  EXPECT_NEAR(Called({200, 9, 1e9, 5}).Value(31, w).re / (-200 * 200.0 / (w * w)), 0, kFarAway);
 }
 
 TEST(Terms, TheResonanceWithAnImpurityIsTheFanoMode) {
@@ -472,16 +477,17 @@ TEST(Terms, SpreadRatesAreMeansOfDrudeTerms) {
 }
 
 TEST(Terms, TheAmorphousGapHoldsForAnyBroadening) {
+  constexpr double kQuadrature = 1e-3, kFarAbove = 1e-4;       // of the judge's integral
   for (const double C : {20.0, 199.0, 200.0, 201.0, 600.0}) {  // from a line to far more than critical
     const Values in = {500, C, 100, 40};
     for (const double w : {10.0, 40.0, 90.0, 300.0}) {
       const Std expected = AmorphousGap(w + (w == 40 ? 1e-6 : 0), in);
       const Cplx value = Called(in).Value(200, w);
-      EXPECT_NEAR(value.re, expected.real(), 1e-3 * std::abs(expected)) << C << ' ' << w;
-      EXPECT_NEAR(value.im, expected.imag(), 1e-3 * std::abs(expected)) << C << ' ' << w;
+      EXPECT_NEAR(value.re, expected.real(), kQuadrature * std::abs(expected)) << C << ' ' << w;
+      EXPECT_NEAR(value.im, expected.imag(), kQuadrature * std::abs(expected)) << C << ' ' << w;
     }
     EXPECT_EQ(Called(in).Value(200, 30).im == 0 || std::fabs(Called(in).Value(200, 30).im) < 1e-12, true);
-    EXPECT_NEAR(Called(in).Value(200, 1e7).re, 0, 1e-4);
+    EXPECT_NEAR(Called(in).Value(200, 1e7).re, 0, kFarAbove);
   }
 }
 
@@ -499,9 +505,11 @@ TEST(Terms, OneLineOfABandIsTheLorentzian) {
 }
 
 TEST(Terms, TheStepOfALayerHasItsLimits) {
-  // Far above twice the chemical potential and cold: the universal conductance, here 1816.5 for a spacing of 3.35.
-  EXPECT_NEAR(Called({0, 50, 1, 3.35}).Value(60, 1000).im * 1000 / 60, 1816.5, 1e-6);
-  EXPECT_NEAR(Called({0, 500, 1, 3.35}).Value(60, 400).im, 0, 1e-9);
+  constexpr double kBelow = 1e-9;  // the tail of a step at 1 K
+  // Far above twice the chemical potential and cold: e^2/(4 hbar) over the spacing of 3.35.
+  constexpr double kUniversal = 1.602176634e-19 * 1.602176634e-19 / (4 * 1.054571817e-34) / 3.35e-8;
+  EXPECT_CLOSE(Called({0, 50, 1, 3.35}).Value(60, 1000).im * 1000 / 60, kUniversal, kFiveDigits);
+  EXPECT_NEAR(Called({0, 500, 1, 3.35}).Value(60, 400).im, 0, kBelow);
   EXPECT_TRUE(std::isfinite(Called({0, 50, 0, 3.35}).Value(60, 0).im));
   EXPECT_LT(Called({0, 0, 1e6, 3.35}).Value(60, 100).im * 100 / 60, 1);  // at high temperature it vanishes
 }

@@ -54,8 +54,8 @@ void ExpectSlopes(Caller caller, double w) {
     };
     const double x = caller.values[i], scale = 0.02 * std::fabs(x) + 1e-3;
     const SlopeEstimate re = RiddersSlope(part(false), x, scale), im = RiddersSlope(part(true), x, scale);
-    EXPECT_NEAR(slopes[i].re, re.value, 20 * re.error + 1e-9 * std::fabs(re.value)) << i;
-    EXPECT_NEAR(slopes[i].im, im.value, 20 * im.error + 1e-9 * std::fabs(im.value)) << i;
+    EXPECT_NEAR(slopes[i].re, re.value, kRidders * re.error + kSlopeOfFormula * std::fabs(re.value)) << i;
+    EXPECT_NEAR(slopes[i].im, im.value, kRidders * im.error + kSlopeOfFormula * std::fabs(im.value)) << i;
   }
 }
 
@@ -179,34 +179,36 @@ TEST(PartialWeight, IsTheIntegral) {
   for (const auto& [w, W, G] :
        {std::tuple(50.0, 100.0, 10.0), std::tuple(130.0, 100.0, 10.0), std::tuple(300.0, 100.0, 450.0),
         std::tuple(80.0, 20.0, 39.0), std::tuple(900.0, 100.0, 60.0)}) {
-    EXPECT_CLOSE(PartialWeightOf(w, W, G).F, SlowWeight(w, W, G), 1e-9);
+    EXPECT_CLOSE(PartialWeightOf(w, W, G).F, SlowWeight(w, W, G), kChain);
   }
 }
 
 TEST(PartialWeight, TendsToHalfPiSoThatTheWeightTendsToAnEighth) {
+  constexpr double kRest = 2e-6, kRestOfWeight = 1e-6;  // beyond 1e9 cm-1
   for (const double G : {1.0, 30.0, 200.0, 700.0}) {
-    EXPECT_NEAR(PartialWeightOf(1e9, 100, G).F, std::numbers::pi / 2, 2e-6);
+    EXPECT_NEAR(PartialWeightOf(1e9, 100, G).F, std::numbers::pi / 2, kRest);
   }
   double out[3];
   const TermInput in[] = {
       {100, 1, nullptr, nullptr, &out[0]}, {40, 1, nullptr, nullptr, &out[1]}, {7, 1, nullptr, nullptr, &out[2]}};
   double weight = 0;
   ScalarLorentz({1e9, true, in, nullptr}, weight);
-  EXPECT_CLOSE(weight, 40.0 * 40 / 8, 1e-6);
-  EXPECT_CLOSE(out[1], 40.0 / 4, 1e-6);
+  EXPECT_CLOSE(weight, 40.0 * 40 / 8, kRestOfWeight);
+  EXPECT_CLOSE(out[1], 40.0 / 4, kRestOfWeight);
 }
 
 TEST(PartialWeight, SpecialBranchesJoinTheClosedForm) {
+  constexpr double kBesideIt = 1e-6, kHalfTheDigits = 1e-4;  // numbers of 1e-6 or 1e-4 instead of 0
   EXPECT_EQ(PartialWeightOf(50, 100, 0).F, 0);
   EXPECT_EQ(PartialWeightOf(150, 100, 0).F, std::numbers::pi / 2);
-  EXPECT_NEAR(PartialWeightOf(150, 100, 1e-6).F, std::numbers::pi / 2, 1e-6);
+  EXPECT_NEAR(PartialWeightOf(150, 100, 1e-6).F, std::numbers::pi / 2, kBesideIt);
   EXPECT_CLOSE(PartialWeightOf(50, 0, 20).F, std::atan2(50, 20), kRound);
   EXPECT_CLOSE(PartialWeightOf(50, 0, 20).dG, -50.0 / (2500 + 400), kRound);
-  EXPECT_NEAR(PartialWeightOf(50, 1e-4, 20).F, std::atan2(50, 20), 1e-6);
+  EXPECT_NEAR(PartialWeightOf(50, 1e-4, 20).F, std::atan2(50, 20), kBesideIt);
   // Critical damping, where the two roots coincide. The closed form is evaluated at a slightly different width and
   // loses half its digits there.
-  EXPECT_NEAR(PartialWeightOf(50, 30, 60).F, SlowWeight(50, 30, 60), 1e-4);
-  EXPECT_NEAR(PartialWeightOf(50, 30, 60 + 1e-6).F, PartialWeightOf(50, 30, 60 - 1e-6).F, 1e-6);
+  EXPECT_NEAR(PartialWeightOf(50, 30, 60).F, SlowWeight(50, 30, 60), kHalfTheDigits);
+  EXPECT_NEAR(PartialWeightOf(50, 30, 60 + 1e-6).F, PartialWeightOf(50, 30, 60 - 1e-6).F, kBesideIt);
 }
 
 TEST(PartialWeight, DerivativesAgreeWithDifferenceQuotients) {
@@ -217,8 +219,8 @@ TEST(PartialWeight, DerivativesAgreeWithDifferenceQuotients) {
     const PartialWeight at = PartialWeightOf(c.w, c.W, c.G);
     const SlopeEstimate byW = RiddersSlope([&](double x) { return PartialWeightOf(c.w, x, c.G).F; }, c.W, 2);
     const SlopeEstimate byG = RiddersSlope([&](double x) { return PartialWeightOf(c.w, c.W, x).F; }, c.G, 1);
-    EXPECT_NEAR(at.dW, byW.value, 20 * byW.error + 1e-9 * std::fabs(byW.value));
-    EXPECT_NEAR(at.dG, byG.value, 20 * byG.error + 1e-9 * std::fabs(byG.value));
+    EXPECT_NEAR(at.dW, byW.value, kRidders * byW.error + kSlopeOfFormula * std::fabs(byW.value));
+    EXPECT_NEAR(at.dG, byG.value, kRidders * byG.error + kSlopeOfFormula * std::fabs(byG.value));
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "evaluation/eval_model.h"
 #include "evaluation/sample_models.h"
+#include "support/tolerances.h"
 #include "types/types.h"
 
 namespace kalvex {

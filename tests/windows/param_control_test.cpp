@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "records/param_value.h"
+#include "support/tolerances.h"
 #include "windows/exp_params_window.h"
 #include "windows/model_window.h"
 #include "windows/open_windows.h"
@@ -91,22 +92,22 @@ TEST_F(ParamControlWindow, TheSliderStandsInItsCentreOrAtTheEndWhereTheValueIs) 
 
 TEST_F(ParamControlWindow, ADragFollowsTheMapAndIsCentredAtItsEndOnly) {
   DragSlider(desk, 20);
-  EXPECT_NEAR(param.value, 60, 1e-9);
+  EXPECT_NEAR(param.value, 60, kChain);
   DragSlider(desk, 60);
-  EXPECT_NEAR(param.value, 40, 1e-9);  // still centred on 50
+  EXPECT_NEAR(param.value, 40, kChain);  // still centred on 50
   EXPECT_EQ(control().position, 60);
   EXPECT_EQ(control().baseValue, 50);
   SettleSlider(desk);
   EXPECT_EQ(control().position, 40);
   EXPECT_EQ(control().baseValue, param.value);
   DragSlider(desk, 20);
-  EXPECT_NEAR(param.value, 48, 1e-9);
+  EXPECT_NEAR(param.value, 48, kChain);
 }
 
 TEST_F(ParamControlWindow, ADragThatStartsOnALimitSweepsTheRangeAndIsCentredUnlessItEndsOnOne) {
   CommitValue(desk, "0");
   DragSlider(desk, 40);
-  EXPECT_NEAR(param.value, 100.0 * 99 / 9999, 1e-9);
+  EXPECT_NEAR(param.value, 100.0 * 99 / 9999, kChain);
   SettleSlider(desk);
   EXPECT_EQ(control().position, 40);
   DragSlider(desk, 80);
@@ -124,7 +125,7 @@ TEST_F(ParamControlWindow, AValueAboveALimitThatIsOffJumpsAtTheFirstMovement) {
 TEST_F(ParamControlWindow, ADragStartsFromTheValueThatAFitHasLeft) {
   param.value = 20;
   DragSlider(desk, 40);
-  EXPECT_NEAR(param.value, 20, 1e-9);
+  EXPECT_NEAR(param.value, 20, kChain);
 }
 
 TEST_F(ParamControlWindow, EachStepOfADragTellsTheOwnerAndWhatIsCoupled) {
@@ -132,7 +133,7 @@ TEST_F(ParamControlWindow, EachStepOfADragTellsTheOwnerAndWhatIsCoupled) {
   SetCoupling(params, Cell(second, 0, G), 1);
   DragSlider(desk, 20);
   EXPECT_EQ(Heard(), (Texts{"fit", "model 1", "fit", "model 2", "fit", "model 1"}));
-  EXPECT_NEAR(Cell(second, 0, G).value, 60, 1e-9);
+  EXPECT_NEAR(Cell(second, 0, G).value, 60, kChain);
 }
 
 TEST_F(ParamControlWindow, AnEditTakesEffectThroughTheLimits) {

@@ -4,10 +4,10 @@
 
 #include <cmath>
 
+#include "support/tolerances.h"
+
 namespace kalvex::slider {
 namespace {
-
-constexpr double kRound = 1e-12;
 
 TEST(SliderMap, AValueInTheMiddleOfItsRangeReachesTheMarksAndTheEnds) {
   EXPECT_NEAR(Map(40, 50, 0, 100), 50, 50 * kRound);
@@ -29,7 +29,7 @@ TEST(SliderMap, RisesFromLimitToLimitWithoutAJump) {
       EXPECT_LE(Map(n, base, 0, 100), Map(n + 1, base, 0, 100)) << "base " << base << " step " << n;
     }
     // Each tail starts at the end of the linear part.
-    EXPECT_NEAR(Map(20, base, 0, 100), 0.8 * base, 1e-12);
+    EXPECT_NEAR(Map(20, base, 0, 100), 0.8 * base, base * kRound);
     EXPECT_LE(Map(19, base, 0, 100), 0.8 * base);
     EXPECT_GE(Map(61, base, 0, 100), Map(60, base, 0, 100));
   }
@@ -52,11 +52,12 @@ TEST(SliderMap, CloseBelowTheUpperLimitTheUpperMarkIsTheLimit) {
 
 TEST(SliderMap, TheLowerTailIsSmoothWhereItsTwoFormsMeet) {
   EXPECT_EQ(H(0), 0);
-  EXPECT_NEAR(H(1), 1, 1e-8);
-  EXPECT_NEAR(H(std::nextafter(0.3, 0)), H(0.3), 1e-8);
+  constexpr double kNinePlaces = 1e-8, kSlope = 1e-3;  // of the printed coefficients, and over h
+  EXPECT_NEAR(H(1), 1, kNinePlaces);
+  EXPECT_NEAR(H(std::nextafter(0.3, 0)), H(0.3), kNinePlaces);
   // The coefficients are printed with nine digits, so slopes agree to about nine digits.
   const double h = 1e-5;
-  EXPECT_NEAR((H(0.3 - h) - H(0.3 - 2 * h)) / h, (H(0.3 + 2 * h) - H(0.3 + h)) / h, 1e-3);
+  EXPECT_NEAR((H(0.3 - h) - H(0.3 - 2 * h)) / h, (H(0.3 + 2 * h) - H(0.3 + h)) / h, kSlope);
 }
 
 TEST(SliderMap, TheUpperTailGoesFromZeroToOne) {
@@ -70,9 +71,10 @@ TEST(SliderMap, TheUpperTailGoesFromZeroToOne) {
 }
 
 TEST(SliderMap, TheSlopeAtTheStartOfTheUpperTailIsTheOneAskedFor) {
+  constexpr double kAllowed = 0.0011;  // the search ends at 0.001
   for (const double r : {0.005, 0.05, 0.3, 0.7, 0.99}) {
     const double base = SlopeBase(r), t = 1e-7;
-    EXPECT_NEAR(E(base, t) / t, r, 0.0011) << "slope " << r;  // the slope is found to 0.001
+    EXPECT_NEAR(E(base, t) / t, r, kAllowed) << "slope " << r;
   }
   EXPECT_EQ(SlopeBase(0), 0);
   EXPECT_EQ(SlopeBase(-1), 0);

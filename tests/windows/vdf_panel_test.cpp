@@ -1,6 +1,7 @@
 #include "evaluation/eps_sum.h"
 #include "records/vdf_mesh.h"
 #include "support/scratch_folder.h"
+#include "support/tolerances.h"
 #include "windows/model_keys.h"
 #include "windows/model_window.h"
 #include "windows/open_windows.h"
@@ -169,7 +170,7 @@ TEST_F(VdfPanels, F9RaisesNegativeImaginaryParts) {
   for (VdfMeshPoint& point : first.vdf.mesh) point.e2.value = -50;
   PressModelKey(desk, first, Key::kF9);
   for (const VdfMeshPoint& point : first.vdf.mesh) {
-    EXPECT_NEAR(EpsSum(eval, first, point.x, false).im, 1e-7, 1e-9) << point.x;
+    EXPECT_NEAR(EpsSum(eval, first, point.x, false).im, 1e-7, kFormula) << point.x;
   }
 }
 

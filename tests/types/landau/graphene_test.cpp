@@ -7,6 +7,7 @@
 
 #include "evaluation/eval_model.h"
 #include "records/model_rows.h"
+#include "support/tolerances.h"
 #include "types/landau/dirac_levels.h"
 #include "types/type_sample.h"
 #include "types/types.h"
@@ -70,8 +71,8 @@ TEST_F(Graphene, IsTheSumOverLevelsAsItIsTold) {
                              Electrons{.T = 77, .B = 12, .gap = -0.02, .mu = 0.02, .v = 0.9e6}}) {
     for (const double x : {50.0, 400.0, 1500.0, 4000.0}) {
       const auto [diagonal, hall] = DirectSum(e, x);
-      EXPECT_LT(std::abs(Diagonal(e, x) - diagonal), 1e-10 * std::abs(diagonal));
-      EXPECT_LT(std::abs(Hall(e, x) - hall), 1e-10 * (std::abs(hall) + std::abs(diagonal)));
+      EXPECT_LT(std::abs(Diagonal(e, x) - diagonal), kLongSum * std::abs(diagonal));
+      EXPECT_LT(std::abs(Hall(e, x) - hall), kLongSum * (std::abs(hall) + std::abs(diagonal)));
     }
   }
 }
@@ -86,9 +87,10 @@ TEST_F(Graphene, InAReversedFieldChangesTheSignOfItsHallPartOnly) {
 }
 
 TEST_F(Graphene, WithoutAFieldIsUniversalAboveTwiceTheChemicalPotential) {
+  constexpr double kLastLevel = 0.01;  // what lies above it is missing
   const Electrons e{.B = 0, .cutoff = 20, .g = 0.001};
-  EXPECT_NEAR(Diagonal(e, 0.5 / kPerWavenumber).real(), kUniversal, 0.01 * kUniversal);
-  EXPECT_NEAR(Diagonal(e, 1.0 / kPerWavenumber).real(), kUniversal, 0.01 * kUniversal);
+  EXPECT_NEAR(Diagonal(e, 0.5 / kPerWavenumber).real(), kUniversal, kLastLevel * kUniversal);
+  EXPECT_NEAR(Diagonal(e, 1.0 / kPerWavenumber).real(), kUniversal, kLastLevel * kUniversal);
   EXPECT_LT(Diagonal(e, 0.15 / kPerWavenumber).real(), 0.05 * kUniversal);
   EXPECT_EQ(Hall(e, 1000), C(0, 0));
 }
@@ -102,10 +104,11 @@ TEST_F(Graphene, WithoutAFieldHasTheDrudeWeightOfItsCharge) {
 }
 
 TEST_F(Graphene, OutsideTheThermalWindowCountsAsFullOrEmpty) {
+  constexpr double kBeyondWindow = 1e-9;  // levels outside are full or empty to exp(-40)
   // With a window of 0 only the level at the chemical potential has the value of the Fermi function.
   const Electrons wide{.T = 200}, none{.T = 200, .window = 0}, cold{.T = 0.01};
   EXPECT_GT(std::abs(Diagonal(wide, 300) - Diagonal(none, 300)), 1);
-  EXPECT_LT(std::abs(Diagonal(cold, 300) - Diagonal({.T = 0.01, .window = 1e6}, 300)), 1e-9);
+  EXPECT_LT(std::abs(Diagonal(cold, 300) - Diagonal({.T = 0.01, .window = 1e6}, 300)), kBeyondWindow);
 }
 
 TEST_F(Graphene, KindsOfCarriersAddWithTheirWeights) {
@@ -120,10 +123,10 @@ TEST_F(Graphene, KindsOfCarriersAddWithTheirWeights) {
   }
   Cell(model, 5, Wp).value = 2.5;
   Cell(model, 1, Wp).value = 11;
-  EXPECT_NEAR(sample.Value(kS1, 500), 3.5 * one.real() + 11, 1e-9 * std::abs(one));
-  EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), 1e-9 * std::abs(one));
+  EXPECT_NEAR(sample.Value(kS1, 500), 3.5 * one.real() + 11, kRound * std::abs(one));
+  EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), kFormula * std::abs(one));
   InsertRow(model, 6);  // half a pair adds nothing
-  EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), 1e-9 * std::abs(one));
+  EXPECT_NEAR(sample.Value(kS2, 500), 3.5 * one.imag(), kFormula * std::abs(one));
 }
 
 // The ladder sum that other types use.
@@ -165,12 +168,13 @@ TEST_F(DiracLevels, LeaveOutWhatIsFullOrEmptyOnBothSides) {
   }
   const C expected = C{0, -1} * z * sum * kLadderConductivity / std::numbers::pi;
   const Complex<double> xx = Of(7, gap, mu, kT, {z.real(), z.imag()}, 30).xx;
-  EXPECT_LT(std::abs(C{xx.re, xx.im} - expected), 1e-12 * std::abs(expected));
+  EXPECT_LT(std::abs(C{xx.re, xx.im} - expected), kChain * std::abs(expected));
 }
 
 TEST_F(DiracLevels, GiveTheUniversalConductanceWhereTheyAreDense) {
+  constexpr double kLastLevel = 0.01;  // what lies above it is missing
   for (const double E : {0.3, 0.5}) {
-    EXPECT_NEAR(Of(0.05, 0, 0, 0.001, {E, 0.01}, 100000).xx.re, kUniversal, 0.01 * kUniversal) << E;
+    EXPECT_NEAR(Of(0.05, 0, 0, 0.001, {E, 0.01}, 100000).xx.re, kUniversal, kLastLevel * kUniversal) << E;
   }
 }
 
@@ -191,35 +195,40 @@ TEST_F(DiracLevels, TendToTheConductivityWithoutField) {
 }
 
 TEST_F(DiracLevels, HaveAHallConductivityOfWholeQuanta) {
+  constexpr double kOfQuantum = 0.005;  // levels end somewhere
   // -4 e^2/h (n + 1/2) for electrons between the levels n and n + 1; e^2/h is 2/pi times e^2/(4 hbar).
   const double eps = std::sqrt(kLadderScale * 1e12 * 10);
   for (const int n : {0, 1, 3}) {
     const double mu = 0.5 * eps * (std::sqrt(n) + std::sqrt(n + 1));
     const Cplx hall = Of(10, 0, mu, 1e-5, {0, 1e-6}, 200000).xy;
-    EXPECT_NEAR(hall.re, -4 * (n + 0.5) * kUniversal * 2 / std::numbers::pi, 0.005 * kUniversal) << n;
+    EXPECT_NEAR(hall.re, -4 * (n + 0.5) * kUniversal * 2 / std::numbers::pi, kOfQuantum * kUniversal) << n;
   }
 }
 
 TEST_F(DiracLevels, RotateAtTheCyclotronEnergyOfTheirCharge) {
+  constexpr double kOtherTransitions = 0.03;  // their tails under the line
   // Many full levels: only one circular polarisation absorbs at eps^2/(2 mu).
   const double B = 1, eps2 = kLadderScale * 1e12 * B, mu = 0.3, wc = eps2 / (2 * mu), g = 0.1 * wc;
   const SheetTensor<double> at = Of(B, 0, mu, 1e-4, {wc, g}, 4000);
   const double plus = (at.xx + TimesI(at.xy)).re, minus = (at.xx - TimesI(at.xy)).re;
   const double peak = 4 * kUniversal / std::numbers::pi * mu / g;
-  EXPECT_NEAR(plus, peak, 0.03 * peak);
+  EXPECT_NEAR(plus, peak, kOtherTransitions * peak);
   EXPECT_LT(minus, 0.02 * peak);
 }
 
 TEST(ChiralBands, AboveTheirGapTendToAWindingTimesTheUniversalValue) {
+  // Of the gap beside the energy, squared; of the broadening; of the energy beside the gap.
+  constexpr double kGap = 0.001, kAbsorption = 1e-4, kStatic = 1e-3;
   for (const double J : {1.0, 2.0}) {
-    EXPECT_NEAR(4 * ChiralBand(Cplx{2.0, 1e-6}, 0.01, 0.0, J).xx.re, J * kUniversal, 0.001 * kUniversal);
-    EXPECT_NEAR(ChiralBand(Cplx{0.01, 1e-9}, 0.1, 0.0, J).xx.re, 0, 1e-4);
-    EXPECT_NEAR(ChiralBand(Cplx{1e-5, 0.0}, 0.1, 0.0, J).xy.re, J * kUniversal / std::numbers::pi, 1e-3);
+    EXPECT_NEAR(4 * ChiralBand(Cplx{2.0, 1e-6}, 0.01, 0.0, J).xx.re, J * kUniversal, kGap * kUniversal);
+    EXPECT_NEAR(ChiralBand(Cplx{0.01, 1e-9}, 0.1, 0.0, J).xx.re, 0, kAbsorption);
+    EXPECT_NEAR(ChiralBand(Cplx{1e-5, 0.0}, 0.1, 0.0, J).xy.re, J * kUniversal / std::numbers::pi, kStatic);
     EXPECT_DOUBLE_EQ(4 * ChiralBand(Cplx{0.3, 0.01}, 0.0, 0.0, J).xx.re, J * 0.5 * kLadderConductivity / 4);
   }
 }
 
 TEST(ChiralBands, ObeyKramersAndKronig) {
+  constexpr double kQuadrature = 1e-3;  // steps of E, and an end at 400 eV
   // Re sigma(iE) is the integral of Re sigma over the axis.
   for (const double mu : {0.0, 0.25}) {
     const double gap = 0.1, at = 0.2, g = 0.02, step = 2e-4;
@@ -228,7 +237,7 @@ TEST(ChiralBands, ObeyKramersAndKronig) {
       sum += (E < 20 ? step : 0.02) * ChiralBand(Cplx{E, g}, gap, mu, 1).xx.re * at / (E * E + at * at);
     }
     const double above = ChiralBand(Cplx{0, g + at}, gap, mu, 1).xx.re;
-    EXPECT_NEAR(2 / std::numbers::pi * sum, above, 1e-3 * above) << mu;
+    EXPECT_NEAR(2 / std::numbers::pi * sum, above, kQuadrature * above) << mu;
   }
 }
 
@@ -240,6 +249,7 @@ class GrapheneOnSubstrate : public testing::Test {
 };
 
 TEST_F(GrapheneOnSubstrate, WithoutASubstrateAbsorbsAFixedShareOfTheLight) {
+  constexpr double kConductance = 1e-5, kItsSquare = 1e-7;  // 1816.5 has five digits
   At(0, Wo).value = 0;
   At(0, Wp).value = 1;
   At(0, G).value = 0;
@@ -247,8 +257,8 @@ TEST_F(GrapheneOnSubstrate, WithoutASubstrateAbsorbsAFixedShareOfTheLight) {
   At(2, G).value = 0;
   At(3, Wo).value = At(3, Wp).value = 0;
   const double s = std::numbers::pi / 137.036;
-  EXPECT_NEAR(sample.Value(kTrans, 2000), 4 / ((2 + s) * (2 + s)), 1e-5);
-  EXPECT_NEAR(sample.Value(kRefl, 2000), s * s / ((2 + s) * (2 + s)), 1e-7);
+  EXPECT_NEAR(sample.Value(kTrans, 2000), 4 / ((2 + s) * (2 + s)), kConductance);
+  EXPECT_NEAR(sample.Value(kRefl, 2000), s * s / ((2 + s) * (2 + s)), kItsSquare);
   EXPECT_EQ(sample.Value(kE1, 2000), 1);
   EXPECT_EQ(sample.Value(kE2, 2000), 1);
   EXPECT_EQ(sample.Value(kDepth, 2000), 0);
@@ -272,8 +282,8 @@ TEST_F(GrapheneOnSubstrate, InAReversedFieldExchangesTheCircularSenses) {
     EXPECT_DOUBLE_EQ(up[pair + 1], down[pair]);
     EXPECT_GT(std::fabs(up[pair] - up[pair + 1]), 1e-4);
   }
-  EXPECT_NEAR(up[6], -down[6], 1e-15);
-  EXPECT_NEAR(up[7], -down[7], 1e-15);
+  EXPECT_NEAR(up[6], -down[6], kStep);
+  EXPECT_NEAR(up[7], -down[7], kStep);
   EXPECT_DOUBLE_EQ(up[8], down[8]);
   EXPECT_DOUBLE_EQ(up[9], down[9]);
 }
@@ -287,11 +297,12 @@ TEST_F(GrapheneOnSubstrate, WithoutAnEmptyLevelHasItsBackgroundAlone) {
 }
 
 TEST_F(GrapheneOnSubstrate, AThinFilmRotatesByHalfTheImaginaryPartOfItsHallSheet) {
+  constexpr double kNextOrder = 1e-4;  // of the film
   At(0, Wo).value = 0;
   At(0, Wp).value = 1e-4;
   const C plus{sample.Value(kS1, 700), sample.Value(kS2, 700)}, minus{sample.Value(kN1, 700), sample.Value(kN2, 700)};
   const double expected = 0.5 * (1.2619984361819279e-05 * 1e-4 / 2 * (plus - minus)).imag();
-  EXPECT_NEAR(sample.Value(kDepth, 700), expected, 1e-4 * std::fabs(expected));
+  EXPECT_NEAR(sample.Value(kDepth, 700), expected, kNextOrder * std::fabs(expected));
 }
 
 }  // namespace

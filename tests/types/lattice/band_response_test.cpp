@@ -84,7 +84,7 @@ void ExpectSlopes(const Cluster& cluster) {
     };
     const auto expect = [&](const TypeDual& slope, const SlopeEstimate& expected, const char* what) {
       // Difference quotients of levels just above the threshold keep nine digits.
-      EXPECT_NEAR(slope.v[3], expected.value, 20 * expected.error + 1e-7) << what << " by number " << p;
+      EXPECT_NEAR(slope.v[3], expected.value, kRidders * expected.error + kSlopeOfSum) << what << " by number " << p;
     };
     expect(sum.re, estimate([](const BandTable<double>& t) { return SumOf(t).re; }), "real part");
     expect(sum.im, estimate([](const BandTable<double>& t) { return SumOf(t).im; }), "imaginary part");
@@ -114,10 +114,10 @@ TEST(FermiQuotient, IsTheQuotientOfDifferencesAndItsLimit) {
       for (const double gap : {1e-9, 1e-3, 0.0005, 0.02, 0.5, 3.0}) {
         const double fa = 1 / (std::exp(a / kT) + 1), fb = 1 / (std::exp((a + gap) / kT) + 1);
         // The plain quotient loses as many digits as the gap is small.
-        EXPECT_NEAR(FermiQuotient(a, a + gap, kT), (fa - fb) / gap, kRound / gap + 1e-12 / kT) << a << ' ' << gap;
+        EXPECT_NEAR(FermiQuotient(a, a + gap, kT), (fa - fb) / gap, kRound / gap + kChain / kT) << a << ' ' << gap;
         EXPECT_EQ(FermiQuotient(a, a + gap, kT), FermiQuotient(a + gap, a, kT));
       }
-      EXPECT_NEAR(FermiQuotient(a, a, kT), -FermiSlope(a, kT), 1e-13 / kT);
+      EXPECT_NEAR(FermiQuotient(a, a, kT), -FermiSlope(a, kT), kFormula / kT);
     }
   }
   EXPECT_EQ(FermiQuotient(-1.0, 1.0, 0.0), 0.5);
@@ -135,7 +135,8 @@ TEST(FermiQuotient, HasItsSlopesOnBothSidesOfItsSeries) {
                                        RiddersSlope([&](double v) { return at(a, v, kT); }, b, 0.05),
                                        RiddersSlope([&](double v) { return at(a, b, v); }, kT, 0.05)};
     for (std::size_t k = 0; k < 3; ++k) {
-      EXPECT_NEAR(slope.v[k], estimates[k].value, 20 * estimates[k].error + 1e-10) << gap << ' ' << k;
+      EXPECT_NEAR(slope.v[k], estimates[k].value, kRidders * estimates[k].error + 0.1 * kSlopeOfFormula)
+          << gap << ' ' << k;
     }
   }
 }

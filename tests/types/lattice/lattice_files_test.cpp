@@ -41,7 +41,7 @@ TEST(LatticeFile, IsReadBackAsItWasMeant) {
   EXPECT_EQ(lattice.types[4].first, 0);
   EXPECT_EQ(lattice.types[4].second, 3);
   EXPECT_EQ(lattice.types[4].size, 0.14);
-  EXPECT_NEAR(lattice.volume, 2.4595 * 2.4595 * std::sqrt(0.75) * 335, 1e-9);
+  EXPECT_NEAR(lattice.volume, 2.4595 * 2.4595 * std::sqrt(0.75) * 335, kLongSum);
   for (std::size_t i = 0; i < 3; ++i) {
     for (std::size_t j = 0; j < 3; ++j) {
       EXPECT_NEAR(Dot(lattice.vectors[i], lattice.reciprocal[j]), i == j ? 2 * std::numbers::pi : 0, kChain);

@@ -120,8 +120,8 @@ TEST_F(LayeredGraphene, HasTheSumThatIsWrittenOut) {
   for (const double eV : {0.2, 0.7, 2.5, 9.0}) {
     const C expected = SlowSigma(kFull, eV, 6, true, true);
     const C sigma = Pair(model, kS1, eV / kEvPerWavenumber);
-    EXPECT_NEAR(sigma.real(), expected.real(), 1e-9 * std::abs(expected)) << eV;
-    EXPECT_NEAR(sigma.imag(), expected.imag(), 1e-9 * std::abs(expected)) << eV;
+    EXPECT_NEAR(sigma.real(), expected.real(), kLongSum * std::abs(expected)) << eV;
+    EXPECT_NEAR(sigma.imag(), expected.imag(), kLongSum * std::abs(expected)) << eV;
   }
 }
 
@@ -140,7 +140,7 @@ TEST_F(LayeredGraphene, WeighsItsPartsAndLeavesOneOut) {
   const double x = 0.9 / kEvPerWavenumber;
   const auto expectSigma = [&](Model& model, C expected) {
     const C sigma = Pair(model, kS1, x);
-    EXPECT_NEAR(std::abs(sigma - expected), 0, 1e-9 * std::abs(expected));
+    EXPECT_NEAR(std::abs(sigma - expected), 0, kLongSum * std::abs(expected));
   };
   expectSigma(MakeLayers(34, weighted), 0.7 * inter + 1.9 * intra);
   expectSigma(MakeLayers(34, weighted, 0, 0, 1), 0.7 * inter + 1.9 * intra);  // type 34 has no options
@@ -159,69 +159,76 @@ TEST_F(LayeredGraphene, ItsDielectricFunctionIsThatOfItsConductivity) {
   const double x = 3000;
   const C expected = 2.5 + 60.0 * kI / x * SlowSigma(layers, x * kEvPerWavenumber, 6, true, true);
   const C eps = Pair(model, kE1, x), sigma = Pair(model, kS1, x);
-  EXPECT_NEAR(std::abs(eps - expected), 0, 1e-9 * std::abs(expected));
-  EXPECT_NEAR(std::abs(sigma - (-kI * x / 60.0 * (eps - 1.0))), 0, 1e-12 * std::abs(sigma));
+  EXPECT_NEAR(std::abs(eps - expected), 0, kLongSum * std::abs(expected));
+  EXPECT_NEAR(std::abs(sigma - (-kI * x / 60.0 * (eps - 1.0))), 0, kRound * std::abs(sigma));
 }
 
 // ---- limits of a sheet
 
 TEST_F(LayeredGraphene, WithoutCouplingAbsorbsTheUniversalShare) {
+  constexpr double kMesh = 0.02;  // of 300 cells, at a broadening of the same size
   Model& model = MakeLayers(34, {.cells = 300});
-  for (const double eV : {0.3, 0.5, 0.8}) EXPECT_NEAR(SigmaAt(model, eV), kLayerValue, 0.02 * kLayerValue) << eV;
+  for (const double eV : {0.3, 0.5, 0.8}) EXPECT_NEAR(SigmaAt(model, eV), kLayerValue, kMesh * kLayerValue) << eV;
 }
 
 TEST_F(LayeredGraphene, WithoutCouplingStartsToAbsorbAtTwiceTheChemicalPotential) {
+  constexpr double kStep = 0.1, kAbove = 0.05;  // a mesh at a step, and above it
   const Layers doped{.mu = 0.4, .T = 30, .cells = 800, .broadening = 0.005, .radius = 0.1};
   Model& model = MakeLayers(36, doped, 0, 0, 1);
   EXPECT_LT(SigmaAt(model, 0.6), 0.03 * kLayerValue);
-  EXPECT_NEAR(SigmaAt(model, 0.8), 0.5 * kLayerValue, 0.1 * kLayerValue);
-  EXPECT_NEAR(SigmaAt(model, 1.0), kLayerValue, 0.05 * kLayerValue);
+  EXPECT_NEAR(SigmaAt(model, 0.8), 0.5 * kLayerValue, kStep * kLayerValue);
+  EXPECT_NEAR(SigmaAt(model, 1.0), kLayerValue, kAbove * kLayerValue);
 }
 
 TEST_F(LayeredGraphene, WithoutCouplingItsFreeCarriersHaveTheirClosedWeight) {
+  constexpr double kMesh = 0.01;  // and bands that are no cones
   // sigma = e^2/(4 hbar) (4 mu/pi) i/(E + ig) a layer
   const Layers doped{.mu = 0.3, .T = 200, .cells = 400, .broadening = 0.05, .radius = 0.1};
   const C with = Pair(MakeLayers(36, doped), kS1, 400), without = Pair(MakeLayers(36, doped, 0, 0, 1), kS1, 400);
   const C expected = kLayerValue * 4 * 0.3 / std::numbers::pi * kI / (400 * kEvPerWavenumber + 0.05 * kI);
-  EXPECT_NEAR(std::abs(with - without - expected), 0, 0.01 * std::abs(expected));
+  EXPECT_NEAR(std::abs(with - without - expected), 0, kMesh * std::abs(expected));
 }
 
 TEST_F(LayeredGraphene, CountsTheElectronsOfItsCones) {
+  constexpr double kMesh = 0.01;  // and bands that are no cones
   const double mu = 0.3, kT = kEvPerKelvin * 300, velocity = std::sqrt(0.75) * 2.4595 * 3.1;
   const double area = 2.4595 * 2.4595 * std::sqrt(0.75);
   // Two layers, four cones each with spin: area (mu^2 + (pi kT)^2/3)/(pi v^2)
   const double expected =
       2 * area * (mu * mu + std::pow(std::numbers::pi * kT, 2) / 3) / (std::numbers::pi * velocity * velocity);
-  EXPECT_NEAR(At(MakeLayers(34, {.mu = mu, .cells = 400}), kN1, 1000), expected, 0.01 * expected);
-  EXPECT_NEAR(At(MakeLayers(34, {.mu = -mu, .cells = 400}), kN1, 1000), -expected, 0.01 * expected);
-  EXPECT_NEAR(At(MakeLayers(34, {}), kN1, 1000), 0, 1e-12);
+  EXPECT_NEAR(At(MakeLayers(34, {.mu = mu, .cells = 400}), kN1, 1000), expected, kMesh * expected);
+  EXPECT_NEAR(At(MakeLayers(34, {.mu = -mu, .cells = 400}), kN1, 1000), -expected, kMesh * expected);
+  EXPECT_NEAR(At(MakeLayers(34, {}), kN1, 1000), 0, kRound);
 }
 
 TEST_F(LayeredGraphene, IsTheSameFromTheZoneAndFromTheDisc) {
+  constexpr double kMesh = 0.03;  // two meshes, and what lies outside the disc
   Layers layers{.g1 = 0.4, .mu = 0.1, .cells = 200, .broadening = 0.1, .radius = 0.2, .directions = 24};
   Model& disc = MakeLayers(34, layers);
   layers.radius = 0;
   layers.cells = 300;
   Model& zone = MakeLayers(34, layers);
   for (const double eV : {0.2, 0.4, 0.7, 1.0}) {
-    EXPECT_NEAR(SigmaAt(disc, eV), SigmaAt(zone, eV), 0.03 * SigmaAt(zone, eV)) << eV;
+    EXPECT_NEAR(SigmaAt(disc, eV), SigmaAt(zone, eV), kMesh * SigmaAt(zone, eV)) << eV;
   }
 }
 
 TEST_F(LayeredGraphene, WithTwiceTheMeshChangesLittleAboveItsSteps) {
+  constexpr double kMesh = 0.01;
   Layers layers{.g1 = 0.4, .mu = 0.1, .cells = 80, .broadening = 0.1};
   Model& coarse = MakeLayers(34, layers);
   layers.cells = 160;
   layers.directions = 24;
   Model& fine = MakeLayers(34, layers);
   for (const double eV : {0.2, 0.4, 0.7}) {
-    EXPECT_NEAR(SigmaAt(coarse, eV), SigmaAt(fine, eV), 0.01 * SigmaAt(fine, eV)) << eV;
+    EXPECT_NEAR(SigmaAt(coarse, eV), SigmaAt(fine, eV), kMesh * SigmaAt(fine, eV)) << eV;
   }
 }
 
 // ---- a bilayer
 
 TEST_F(LayeredGraphene, OfTwoCoupledLayersHasAPeakAtTheirCoupling) {
+  constexpr double kStepOfSearch = 0.006, kCoupling = 0.1;  // eV; and g1 beside 1.3 eV
   // Electrons up to 0.25 eV: from the low to the split band, a constant distance of g1 apart.
   Model& model =
       MakeLayers(36, {.g1 = 0.4, .mu = 0.25, .T = 30, .cells = 500, .broadening = 0.005, .radius = 0.1}, 0, 0, 1);
@@ -231,25 +238,27 @@ TEST_F(LayeredGraphene, OfTwoCoupledLayersHasAPeakAtTheirCoupling) {
     peak = SigmaAt(model, eV);
     at = eV;
   }
-  EXPECT_NEAR(at, 0.4, 0.006);
+  EXPECT_NEAR(at, 0.4, kStepOfSearch);
   EXPECT_GT(peak, 5 * kLayerValue);
   EXPECT_LT(SigmaAt(model, 0.25), 0.2 * kLayerValue);
   // Above 2 mu and g1 it tends to the value of two layers.
-  EXPECT_NEAR(SigmaAt(model, 1.3), kLayerValue, 0.1 * kLayerValue);
+  EXPECT_NEAR(SigmaAt(model, 1.3), kLayerValue, kCoupling * kLayerValue);
 }
 
 TEST_F(LayeredGraphene, UndopedStartsItsSecondStepAtTheCoupling) {
+  constexpr double kMesh = 0.05;  // of 800 cells
   Model& model = MakeLayers(36, {.g1 = 0.4, .T = 30, .cells = 800, .broadening = 0.003, .radius = 0.1}, 0, 0, 1);
   // Below g1 only transitions between the low bands, in the unit of two layers (E + 2 g1)/(2 (E + g1)):
   // E. J. Nicol, J. P. Carbotte, Phys. Rev. B 77, 155409 (2008)
   for (const double eV : {0.15, 0.25}) {
     const double expected = kLayerValue * (eV + 0.8) / (2 * (eV + 0.4));
-    EXPECT_NEAR(SigmaAt(model, eV), expected, 0.05 * expected) << eV;
+    EXPECT_NEAR(SigmaAt(model, eV), expected, kMesh * expected) << eV;
   }
   EXPECT_GT(SigmaAt(model, 0.43), 1.4 * SigmaAt(model, 0.37));
 }
 
 TEST_F(LayeredGraphene, ItsConductivityObeysKramersAndKronig) {
+  constexpr double kQuadrature = 2e-3;  // steps of 5 meV, and an end at 60 eV
   Model& model = MakeLayers(34, kFull);
   const double E = 0.8;
   // Im sigma(E) = -(2E/pi) integral of (Re sigma(e) - Re sigma(E))/(e^2 - E^2); from 300 eV on a tail like e^-2.
@@ -257,7 +266,7 @@ TEST_F(LayeredGraphene, ItsConductivityObeysKramersAndKronig) {
   double sum = 0;
   for (double e = step / 2; e < 60; e += step) sum += step * (SigmaAt(model, e) - at) / (e * e - E * E);
   sum -= at / (2 * E) * std::log((60 + E) / (60 - E));  // the constant beyond
-  EXPECT_NEAR(-2 * E / std::numbers::pi * sum, At(model, kS2, E / kEvPerWavenumber), 2e-3 * at);
+  EXPECT_NEAR(-2 * E / std::numbers::pi * sum, At(model, kS2, E / kEvPerWavenumber), kQuadrature * at);
 }
 
 // ---- three layers
@@ -271,9 +280,9 @@ TEST_F(LayeredGraphene, OfThreeLayersIsOneLayerAndABilayer) {
   Model& apart = MakeLayers(34, layers);
   for (const double x : {500.0, 2000.0, 5000.0, 9000.0}) {
     const C expected = Pair(twice, kS1, x) + 0.5 * Pair(apart, kS1, x);
-    EXPECT_NEAR(std::abs(Pair(triple, kS1, x) - expected), 0, 1e-9 * std::abs(expected)) << x;
+    EXPECT_NEAR(std::abs(Pair(triple, kS1, x) - expected), 0, kFormula * std::abs(expected)) << x;
   }
-  EXPECT_NEAR(At(triple, kN1, 500), At(twice, kN1, 500) + 0.5 * At(apart, kN1, 500), 1e-11);
+  EXPECT_NEAR(At(triple, kN1, 500), At(twice, kN1, 500) + 0.5 * At(apart, kN1, 500), kRound);
 }
 
 TEST_F(LayeredGraphene, OfThreeLayersTellsItsPartsAndItsLoss) {
@@ -282,12 +291,12 @@ TEST_F(LayeredGraphene, OfThreeLayersTellsItsPartsAndItsLoss) {
   Model& model = MakeLayers(66, layers, -0.02, 0.04);
   const double x = 4000;
   const C sigma = Pair(model, kRefl, x) + Pair(model, kRp, x), eps = Pair(model, kE1, x);
-  EXPECT_NEAR(std::abs(eps - (3.0 + 60.0 * kI * sigma / x)), 0, 1e-12 * std::abs(eps));
-  EXPECT_NEAR(At(model, kLoss, x), std::imag(-1.0 / eps), 1e-12);
+  EXPECT_NEAR(std::abs(eps - (3.0 + 60.0 * kI * sigma / x)), 0, kRound * std::abs(eps));
+  EXPECT_NEAR(At(model, kLoss, x), std::imag(-1.0 / eps), kRound);
   // Intraband part: i times a weight over E + ig.
   const C ratio = Pair(model, kRp, x) / Pair(model, kRp, 2 * x);
   const C expected = (2 * x * kEvPerWavenumber + 0.1 * kI) / (x * kEvPerWavenumber + 0.1 * kI);
-  EXPECT_NEAR(std::abs(ratio - expected), 0, 1e-12 * std::abs(expected));
+  EXPECT_NEAR(std::abs(ratio - expected), 0, kRound * std::abs(expected));
 }
 
 TEST_F(LayeredGraphene, OfThreeLayersMovesWithTheHoppingsBetweenTheOuterOnes) {
@@ -300,12 +309,13 @@ TEST_F(LayeredGraphene, OfThreeLayersMovesWithTheHoppingsBetweenTheOuterOnes) {
     const double share = 2 * std::numbers::pi * 1e-12 * std::sqrt(4.0 / 3);
     return At(model, kN1, 100) / share / 2;  // without spin
   };
-  EXPECT_NEAR(electronsBelow(-0.35), -3, 1e-3);
-  EXPECT_NEAR(electronsBelow(-0.2), -2, 1e-3);
-  EXPECT_NEAR(electronsBelow(-0.05), -1, 1e-3);
-  EXPECT_NEAR(electronsBelow(0.05), 1, 1e-3);
-  EXPECT_NEAR(electronsBelow(0.2), 2, 1e-3);
-  EXPECT_NEAR(electronsBelow(0.35), 3, 1e-3);
+  constexpr double kSmallDisc = 1e-3;  // levels differ a little over it
+  EXPECT_NEAR(electronsBelow(-0.35), -3, kSmallDisc);
+  EXPECT_NEAR(electronsBelow(-0.2), -2, kSmallDisc);
+  EXPECT_NEAR(electronsBelow(-0.05), -1, kSmallDisc);
+  EXPECT_NEAR(electronsBelow(0.05), 1, kSmallDisc);
+  EXPECT_NEAR(electronsBelow(0.2), 2, kSmallDisc);
+  EXPECT_NEAR(electronsBelow(0.35), 3, kSmallDisc);
 }
 
 TEST_F(LayeredGraphene, OfThreeLayersWithoutRowsIsNothingButItsConstant) {
@@ -327,7 +337,7 @@ TEST_F(LayeredGraphene, ItsSlopesDoNotMindLevelsThatMeet) {
     const double value = QuantityAt(program, model, q, 6000, true);
     const auto slope = [&](int row, int column) { return Cell(model, row, column).savedSlopes.dQuantity[q]; };
     for (const auto& [row, column] : {std::pair(0, 1), {0, 2}, {1, 0}, {1, 2}}) {
-      EXPECT_NEAR(slope(row, column), 0, 1e-8 * std::fabs(value)) << row << ' ' << column << " of " << q;
+      EXPECT_NEAR(slope(row, column), 0, kRound * std::fabs(value)) << row << ' ' << column << " of " << q;
     }
     for (const auto& [row, column] : {std::pair(0, 0), {1, 1}, {2, 0}, {2, 1}, {2, 2}}) {
       const double expected = slope(row, column);
@@ -340,13 +350,15 @@ TEST_F(LayeredGraphene, ItsSlopesDoNotMindLevelsThatMeet) {
           },
           start, 0.1 * std::fmax(std::fabs(start), 0.1));
       param.value = start;
-      EXPECT_NEAR(expected, estimate.value, 20 * estimate.error + 1e-7 * std::fabs(expected)) << row << ' ' << column;
+      EXPECT_NEAR(expected, estimate.value, kRidders * estimate.error + kSlopeOfSum * std::fabs(expected))
+          << row << ' ' << column;
     }
   }
 }
 
 // Nearly degenerate: levels 1e-5 and 1e-9 eV apart, on both sides of the threshold.
 TEST_F(LayeredGraphene, ItsSlopesGoOnSmoothlyWhereLevelsComeClose) {
+  constexpr double kMeeting = 1e-7;  // levels that nearly meet: half of the digits are lost
   const auto slopes = [&](double coupling) {
     Layers layers{.g1 = coupling, .siteA = 0.3, .mu = 0.4, .T = 1500, .cells = 6, .broadening = 0.2, .radius = 0};
     Model& model = MakeLayers(34, layers);
@@ -362,7 +374,7 @@ TEST_F(LayeredGraphene, ItsSlopesGoOnSmoothlyWhereLevelsComeClose) {
   for (const double coupling : {1e-12, 1e-9, 1e-8, 3e-8, 1e-7, 3e-7, 1e-6, 1e-5}) {
     const auto near = slopes(coupling);
     for (std::size_t i = 0; i < exact.size(); ++i) {
-      EXPECT_NEAR(near[i], exact[i], 1e-7 * std::fabs(exact[i])) << coupling << ' ' << i;
+      EXPECT_NEAR(near[i], exact[i], kMeeting * std::fabs(exact[i])) << coupling << ' ' << i;
     }
   }
 }
@@ -390,9 +402,9 @@ TEST_F(LayeredGraphene, WithPhononsAddsThemAsWritten) {
     const C rest = Pair(plain, kE1, x);
     const auto line = [&](double W, double S, double g) { return S * S / (W * W - x * x - kI * g * x); };
     const C phonon = line(1590, 250, 15), electronic = line(2500, 2500, 400);
-    EXPECT_NEAR(std::abs(Pair(lone, kE1, x) - rest - phonon), 0, 1e-10 * std::abs(rest)) << x;
+    EXPECT_NEAR(std::abs(Pair(lone, kE1, x) - rest - phonon), 0, kRound * std::abs(rest)) << x;
     const C both = phonon / (1.0 - phonon * 0.3 * electronic) + line(880, 90, 8);
-    EXPECT_NEAR(std::abs(Pair(pairs, kE1, x) - rest - both), 0, 1e-10 * std::abs(rest)) << x;
+    EXPECT_NEAR(std::abs(Pair(pairs, kE1, x) - rest - both), 0, kRound * std::abs(rest)) << x;
   }
 }
 
@@ -411,7 +423,7 @@ TEST_F(LayeredGraphene, TheirDifferenceIsSeenThroughMeasuredWeights) {
     const C d = Pair(a, kE1, x) - Pair(b, kE1, x);
     EXPECT_CLOSE(At(difference, kE1, x), d.real(), kChain);
     EXPECT_CLOSE(At(difference, kE2, x), d.imag(), kChain);
-    EXPECT_CLOSE(At(difference, kRefl, x), 3 * (0.2 * d.real() + 1.8 * d.imag()) + 0.25, 1e-9);
+    EXPECT_CLOSE(At(difference, kRefl, x), 3 * (0.2 * d.real() + 1.8 * d.imag()) + 0.25, kRound);
     Model& same = Make(code, {{first, first, 0}, {5, 6, 0}, {3, 0.25, 0}});
     EXPECT_EQ(At(same, kRefl, x), 0.25);
     EXPECT_EQ(Status(Make(code, {{first, second, 0}, {5, 6, 0}}), x), -1);

@@ -26,18 +26,18 @@ TEST_F(Magneto, CircularResponsesAreSumsOfShiftedOscillators) {
   Model& model = Magnetised();
   for (const double x : {20.0, 140.0, 300.0}) {
     const C plus = EpsOf(x, -1), minus = EpsOf(x, 1), xx = 0.5 * (plus + minus), xy = 0.5 * kI * (minus - plus);
-    EXPECT_LT(std::abs(Pair(model, kE1, x) - xx), 1e-12 * std::abs(xx));
-    EXPECT_LT(std::abs(Pair(model, kN1, x) - xy), 1e-12 * std::abs(xx));
-    EXPECT_LT(std::abs(Pair(model, kS1, x) - -kI * (xx - 1.0) * x / 60.0), 1e-12 * std::abs(xx) * x);
-    EXPECT_LT(std::abs(Pair(model, kDepth, x) - -kI * xy * x / 60.0), 1e-12 * std::abs(xx) * x);
+    EXPECT_LT(std::abs(Pair(model, kE1, x) - xx), kChain * std::abs(xx));
+    EXPECT_LT(std::abs(Pair(model, kN1, x) - xy), kChain * std::abs(xx));
+    EXPECT_LT(std::abs(Pair(model, kS1, x) - -kI * (xx - 1.0) * x / 60.0), kChain * std::abs(xx) * x);
+    EXPECT_LT(std::abs(Pair(model, kDepth, x) - -kI * xy * x / 60.0), kChain * std::abs(xx) * x);
     const C rPlus = (1.0 - std::sqrt(plus)) / (1.0 + std::sqrt(plus)),
             rMinus = (1.0 - std::sqrt(minus)) / (1.0 + std::sqrt(minus));
-    EXPECT_NEAR(At(model, kRefl, x), 0.5 * (std::norm(rPlus) + std::norm(rMinus)), 1e-14);
-    EXPECT_NEAR(At(model, kRps, x), std::norm(rPlus), 1e-14);
-    EXPECT_NEAR(At(model, kDefringed, x), std::norm(rMinus), 1e-14);
+    EXPECT_NEAR(At(model, kRefl, x), 0.5 * (std::norm(rPlus) + std::norm(rMinus)), kRound);
+    EXPECT_NEAR(At(model, kRps, x), std::norm(rPlus), kRound);
+    EXPECT_NEAR(At(model, kDefringed, x), std::norm(rMinus), kRound);
     const C L = std::log(rMinus / rPlus);
-    EXPECT_NEAR(At(model, kRp, x), 0.5 * L.imag(), 1e-14);
-    EXPECT_NEAR(At(model, kRs, x), -std::tanh(0.5 * L.real()), 1e-14);
+    EXPECT_NEAR(At(model, kRp, x), 0.5 * L.imag(), kRound);
+    EXPECT_NEAR(At(model, kRs, x), -std::tanh(0.5 * L.real()), kRound);
     EXPECT_EQ(At(model, kTrans, x), At(model, kRefl, x));
   }
 }
@@ -48,7 +48,7 @@ TEST_F(Magneto, WithoutFieldIsAPlainModel) {
   for (const double x : {20.0, 140.0, 300.0}) {
     for (const Quantity q : {kRp, kRs, kN1, kN2, kDepth, kLoss}) EXPECT_EQ(At(model, q, x), 0) << q;
     for (const Quantity q : {kRefl, kE1, kE2, kS1, kS2}) {
-      EXPECT_NEAR(At(model, q, x), At(plain, q, x), 1e-12 * std::fabs(At(plain, q, x))) << q;
+      EXPECT_NEAR(At(model, q, x), At(plain, q, x), kChain * std::fabs(At(plain, q, x))) << q;
     }
   }
 }
@@ -58,22 +58,23 @@ TEST_F(Magneto, AReversedFieldExchangesTheSenses) {
   const double x = 130;
   EXPECT_DOUBLE_EQ(At(model, kRps, x), At(reversed, kDefringed, x));
   for (const Quantity q : {kRp, kRs, kN1, kN2, kDepth, kLoss}) {
-    EXPECT_NEAR(At(model, q, x), -At(reversed, q, x), 1e-12);
+    EXPECT_NEAR(At(model, q, x), -At(reversed, q, x), kFormula);
     EXPECT_GT(std::fabs(At(model, q, x)), 1e-4) << q;
   }
 }
 
 TEST_F(Magneto, FreeCarriersResonateAtTheirCyclotronFrequencyInOneSenseWithTheirWholeWeight) {
+  constexpr double kQuadrature = 2e-3;  // the tail beyond 60000 cm-1 is missing
   Model& model = Make(49, {{1, 0, 0}, {0, 500, 15}, {60, 0, 0}});
   const auto minus = [&](double x) { return Pair(model, kS1, x) - kI * Pair(model, kDepth, x); };
   // A Drude oscillator with shift B has its pole at x = B in eps-: sigma = i(Wp^2/60)/(x - B + iG).
   const C expected = kI * (500.0 * 500 / 60) / (70.0 - 60.0 + kI * 15.0);
-  EXPECT_LT(std::abs(minus(70) - expected), 1e-9 * std::abs(expected));
+  EXPECT_LT(std::abs(minus(70) - expected), kLongSum * std::abs(expected));
   // Both polarisations together have the weight pi Wp^2/60 at positive frequencies.
   double weight = 0;
   const double step = 0.05;
   for (double x = step / 2; x < 60000; x += step) weight += step * 2 * At(model, kS1, x);
-  EXPECT_NEAR(weight, std::numbers::pi * 500 * 500 / 60, 2e-3 * weight);
+  EXPECT_NEAR(weight, std::numbers::pi * 500 * 500 / 60, kQuadrature * weight);
 }
 
 TEST_F(Magneto, ADatasetNormalisesTheReflectivity) {
@@ -107,8 +108,8 @@ TEST_F(Magneto, TheModelsOwnMeshAddsToBothSensesWithItsDerivatives) {
   const C without = Pair(model, kE1, 140), hall = Pair(model, kN1, 140);
   Cell(model, 0, G).value = 1;
   const C with = Pair(model, kE1, 140);
-  EXPECT_NEAR((with - without).imag(), 4, 1e-12);
-  EXPECT_NEAR((with - without).real(), 1, 1e-12);
+  EXPECT_NEAR((with - without).imag(), 4, kFormula);
+  EXPECT_NEAR((with - without).real(), 1, kRound);
   EXPECT_EQ(Pair(model, kN1, 140), hall);
   WantOnly(program.eval.quantities, QuantitySet{kRp});
   ASSERT_EQ(FindDependencies(program, model), 0);
@@ -125,7 +126,7 @@ TEST_F(Magneto, TheModelsOwnMeshAddsToBothSensesWithItsDerivatives) {
         },
         start, 0.1);
     EXPECT_NE(slope, 0);
-    EXPECT_NEAR(slope, estimate.value, 20 * estimate.error + 1e-9 * std::fabs(slope));
+    EXPECT_NEAR(slope, estimate.value, kRidders * estimate.error + kSlopeOfFormula * std::fabs(slope));
     ASSERT_EQ(EvalWithSlopes(program, model, 140), 0);
   }
 }
@@ -169,32 +170,32 @@ TEST_F(LayersOnMagnetised, AgreeWithCharacteristicMatrices) {
     const C ns = SubstrateIndex(x);
     const auto [rPlus, tPlus] = Slow(x, -1);
     const auto [rMinus, tMinus] = Slow(x, 1);
-    EXPECT_NEAR(At(model, kRefl, x), 0.5 * (std::norm(rPlus) + std::norm(rMinus)), 1e-12);
-    EXPECT_NEAR(At(model, kTrans, x), 0.5 * (std::norm(tPlus) + std::norm(tMinus)) * ns.real(), 1e-12);
-    EXPECT_NEAR(At(model, kRp, x), 0.5 * std::log(rMinus / rPlus).imag(), 1e-11);
-    EXPECT_NEAR(At(model, kE1, x), 0.5 * std::log(tMinus / tPlus).imag(), 1e-11);
-    EXPECT_NEAR(At(model, kE2, x), -std::tanh(0.5 * std::log(tMinus / tPlus).real()), 1e-11);
-    EXPECT_NEAR(At(model, kS1, x), At(model, kE1, x) * 180 / std::numbers::pi, 1e-11);
-    EXPECT_NEAR(At(model, kS2, x), 1 - At(model, kRefl, x) - At(model, kTrans, x), 1e-14);
+    EXPECT_NEAR(At(model, kRefl, x), 0.5 * (std::norm(rPlus) + std::norm(rMinus)), kRound);
+    EXPECT_NEAR(At(model, kTrans, x), 0.5 * (std::norm(tPlus) + std::norm(tMinus)) * ns.real(), kRound);
+    EXPECT_NEAR(At(model, kRp, x), 0.5 * std::log(rMinus / rPlus).imag(), kRound);
+    EXPECT_NEAR(At(model, kE1, x), 0.5 * std::log(tMinus / tPlus).imag(), kRound);
+    EXPECT_NEAR(At(model, kE2, x), -std::tanh(0.5 * std::log(tMinus / tPlus).real()), kFormula);
+    EXPECT_NEAR(At(model, kS1, x), At(model, kE1, x) * 180 / std::numbers::pi, kFormula);
+    EXPECT_NEAR(At(model, kS2, x), 1 - At(model, kRefl, x) - At(model, kTrans, x), kRound);
   }
 }
 
 TEST_F(LayersOnMagnetised, WithoutFieldTurnNothingAndWithoutThicknessLeaveTheSubstrate) {
   Model& still = Stack(0.0007, 0.0011, 0, 0);
-  for (const Quantity q : {kRp, kRs, kE1, kE2, kS1}) EXPECT_NEAR(At(still, q, 200), 0, 1e-15) << q;
+  for (const Quantity q : {kRp, kRs, kE1, kE2, kS1}) EXPECT_NEAR(At(still, q, 200), 0, kStep) << q;
   Model& bare = Stack(0, 0, 0);
   const C n = SubstrateIndex(200), r = (1.0 - n) / (1.0 + n);
-  EXPECT_NEAR(At(bare, kRefl, 200), std::norm(r), 1e-12);
+  EXPECT_NEAR(At(bare, kRefl, 200), std::norm(r), kRound);
   Model& thick = Stack(1, 0.001, 0);
   Model& sample = Magnetised();
-  for (const Quantity q : {kRefl, kRp, kRs}) EXPECT_NEAR(At(thick, q, 200), At(sample, q, 200), 1e-12) << q;
+  for (const Quantity q : {kRefl, kRp, kRs}) EXPECT_NEAR(At(thick, q, 200), At(sample, q, 200), kRound) << q;
 }
 
 TEST_F(LayersOnMagnetised, ASlabSendsItsLightThroughItsOtherFaceOnce) {
   Model &half = Stack(0.0007, 0.0011, 0), &slab = Stack(0.0007, 0.0011, 0.004);
   const double x = 150;
   const C n = SubstrateIndex(x), once = std::exp(2 * std::numbers::pi * kI * x * n * 0.004) * 2.0 * n / (n + 1.0);
-  EXPECT_NEAR(At(slab, kTrans, x), At(half, kTrans, x) / n.real() * std::norm(once), 1e-12);
+  EXPECT_NEAR(At(slab, kTrans, x), At(half, kTrans, x) / n.real() * std::norm(once), kRound);
   EXPECT_EQ(At(slab, kRefl, x), At(half, kRefl, x));
 }
 
@@ -202,12 +203,12 @@ TEST_F(Magneto, VoigtGeometryMixesBothSenses) {
   const double sample = Magnetised().number;
   Model& model = Make(53, {{sample, 0, 0}});
   const C plus = EpsOf(120, -1), minus = EpsOf(120, 1), v = 2.0 * plus * minus / (plus + minus);
-  EXPECT_LT(std::abs(Pair(model, kE1, 120) - v), 1e-11 * std::abs(v));
-  EXPECT_NEAR(At(model, kRefl, 120), std::norm((1.0 - std::sqrt(v)) / (1.0 + std::sqrt(v))), 1e-13);
-  EXPECT_LT(std::abs(Pair(model, kS1, 120) - kI * (1.0 - v) * 2.0), 1e-11 * std::abs(v));
+  EXPECT_LT(std::abs(Pair(model, kE1, 120) - v), kLongSum * std::abs(v));
+  EXPECT_NEAR(At(model, kRefl, 120), std::norm((1.0 - std::sqrt(v)) / (1.0 + std::sqrt(v))), kRound);
+  EXPECT_LT(std::abs(Pair(model, kS1, 120) - kI * (1.0 - v) * 2.0), kLongSum * std::abs(v));
   const double still = Magnetised(0).number;
   Model& plain = Make(53, {{still, 0, 0}});
-  EXPECT_NEAR(At(plain, kE1, 120), EpsOf(120, 0, 0).real(), 1e-11);
+  EXPECT_NEAR(At(plain, kE1, 120), EpsOf(120, 0, 0).real(), kFormula);
 }
 
 TEST_F(Magneto, ResistivitiesInvertTheConductivity) {
@@ -215,27 +216,28 @@ TEST_F(Magneto, ResistivitiesInvertTheConductivity) {
   Model& model = Make(96, {{sample, 0, 2}, {4, 3, 5}});
   // Free carriers: rho_xx = G/(Wp^2/60) without any field, rho_xy = B/(Wp^2/60), both over the factor 2.
   const double perPlasma = 60 / (500.0 * 500);
-  EXPECT_NEAR(At(model, kRefl, 1e-3), 15 * perPlasma / 2 * 3 / 4, 1e-10);
-  EXPECT_NEAR(std::fabs(At(model, kTrans, 1e-3)), 60 * perPlasma / 2 * 5 / 4, 1e-10);
+  EXPECT_NEAR(At(model, kRefl, 1e-3), 15 * perPlasma / 2 * 3 / 4, kRound);
+  EXPECT_NEAR(std::fabs(At(model, kTrans, 1e-3)), 60 * perPlasma / 2 * 5 / 4, kRound);
 }
 
 TEST_F(Magneto, ExtendedDrudeOfFreeCarriersHasTheirRateAndTheirShiftedFrequency) {
   Model& model = Make(101, {{4, 500, 0}, {0, 500, 15}, {25, 0, 0}});
   for (const double x : {10.0, 80.0}) {
-    EXPECT_NEAR(At(model, kN1, x) * x, x + 25, 1e-10);
-    EXPECT_NEAR(At(model, kN2, x), 15, 1e-10);
-    EXPECT_NEAR(At(model, kDepth, x) * x, x - 25, 1e-10);
-    EXPECT_NEAR(At(model, kLoss, x), 15, 1e-10);
+    EXPECT_NEAR(At(model, kN1, x) * x, x + 25, kChain);
+    EXPECT_NEAR(At(model, kN2, x), 15, kFormula);
+    EXPECT_NEAR(At(model, kDepth, x) * x, x - 25, kChain);
+    EXPECT_NEAR(At(model, kLoss, x), 15, kFormula);
   }
 }
 
 TEST_F(Magneto, IntrinsicKerrIsTheFirstOrderOfTheWholeAngle) {
+  constexpr double kNextOrder = 2e-3;  // of a shift of 1e-3 cm-1
   const double sample = Magnetised(1e-3).number;
   Model& whole = ModelOf(sample);
   Model& model = Make(58, {{sample, 1e-7, 0}, {0, 0, 0}});
   for (const double x : {40.0, 250.0}) {
-    EXPECT_NEAR(At(model, kE1, x), At(whole, kRp, x), 2e-3 * std::fabs(At(whole, kRp, x)));
-    EXPECT_NEAR(At(model, kE2, x), At(whole, kRs, x), 2e-3 * std::fabs(At(whole, kRs, x)));
+    EXPECT_NEAR(At(model, kE1, x), At(whole, kRp, x), kNextOrder * std::fabs(At(whole, kRp, x)));
+    EXPECT_NEAR(At(model, kE2, x), At(whole, kRs, x), kNextOrder * std::fabs(At(whole, kRs, x)));
   }
 }
 
@@ -247,7 +249,7 @@ TEST_F(Magneto, DichroismVanishesWithoutFieldAndKeepsTheLightWithAnAnalyserAvera
   EXPECT_GT(std::fabs(At(model, kTrans, 100)), 1e-4);
   const double one = At(model, kRp, 100);
   Cell(model, 1, G).value += 90;
-  EXPECT_NEAR(one + At(model, kRp, 100), At(model, kRefl, 100), 1e-14);
+  EXPECT_NEAR(one + At(model, kRp, 100), At(model, kRefl, 100), kRound);
 }
 
 class FaradaySlab : public Magneto {
@@ -275,14 +277,14 @@ TEST_F(FaradaySlab, IsTheAmplitudeOfTwoFacesInEachSense) {
     return (1.0 - r * r) * std::exp(2 * std::numbers::pi * kI * x * n * 0.002);
   };
   const C a = amplitude(eps(-1)), b = amplitude(eps(1)), a0 = amplitude(eps(0));
-  EXPECT_NEAR(At(model, kTrans, x), 0.5 * (std::norm(a) + std::norm(b)), 1e-14);
-  EXPECT_NEAR(At(model, kDepth, x), std::pow(std::abs(a) - std::abs(b), 2) / (4 * std::norm(a0)), 1e-12);
-  EXPECT_NEAR(At(model, kLoss, x), (std::arg(b) + std::numbers::pi / 2 - std::arg(a)) * 180 / std::numbers::pi, 1e-10);
-  EXPECT_NEAR(At(model, kDefringed, x), At(model, kTrans, x) / std::norm(a0), 1e-12);
-  EXPECT_LT(std::abs(Pair(model, kE1, x) - eps(-1)), 1e-12);
-  EXPECT_LT(std::abs(Pair(model, kS1, x) - eps(1)), 1e-12);
+  EXPECT_NEAR(At(model, kTrans, x), 0.5 * (std::norm(a) + std::norm(b)), kRound);
+  EXPECT_NEAR(At(model, kDepth, x), std::pow(std::abs(a) - std::abs(b), 2) / (4 * std::norm(a0)), kRound);
+  EXPECT_NEAR(At(model, kLoss, x), (std::arg(b) + std::numbers::pi / 2 - std::arg(a)) * 180 / std::numbers::pi, kChain);
+  EXPECT_NEAR(At(model, kDefringed, x), At(model, kTrans, x) / std::norm(a0), kFormula);
+  EXPECT_LT(std::abs(Pair(model, kE1, x) - eps(-1)), kChain);
+  EXPECT_LT(std::abs(Pair(model, kS1, x) - eps(1)), kChain);
   const C s = kI * x * (1.0 - eps(0)) / (4 * std::numbers::pi);
-  EXPECT_LT(std::abs(Pair(model, kN1, x) - s), 1e-12 * std::abs(s));
+  EXPECT_LT(std::abs(Pair(model, kN1, x) - s), kChain * std::abs(s));
 }
 
 TEST_F(Magneto, AMagneticSlabIsASlabWithAllEchoes) {
@@ -294,19 +296,19 @@ TEST_F(Magneto, AMagneticSlabIsASlabWithAllEchoes) {
     const C mu = 1.5 + 20.0 * 20 / (90.0 * 90 - x * x - kI * 10.0 * x + side * x * 5.0);
     const C Y = std::sqrt(eps / mu), p = 2 * std::numbers::pi * x * std::sqrt(eps * mu) * 0.003;
     const C t = 2.0 / (2.0 * std::cos(p) - kI * std::sin(p) * (Y + 1.0 / Y));
-    EXPECT_LT(std::abs(Pair(model, sense == 0 ? kE1 : kS1, x) - t), 1e-12);
+    EXPECT_LT(std::abs(Pair(model, sense == 0 ? kE1 : kS1, x) - t), kChain);
   }
   Model& empty = Make(44, {{1, 1, 0.003}});
-  EXPECT_NEAR(std::abs(Pair(empty, kE1, x)), 1, 1e-14);
+  EXPECT_NEAR(std::abs(Pair(empty, kE1, x)), 1, kRound);
 }
 
 TEST_F(Magneto, AGeneralTensorTurnsItsHallPart) {
   Model& model = Make(48, {{0, 0, 0}, {30, 20, 10}, {0.4, 0, 0}, {0.8, 0, 0}, {150, 300, 20}});
   const double x = 120;
   const C f = 300.0 * 300 / 60 / (150.0 * 150 - std::pow(C(x, 20), 2));
-  EXPECT_LT(std::abs(Pair(model, kS1, x) - (30.0 + f * C(20, -x))), 1e-11);
-  EXPECT_LT(std::abs(Pair(model, kN1, x) - (10.0 + f * 150.0 * 0.8)), 1e-11);
-  EXPECT_LT(std::abs(Pair(model, kDepth, x) - (20.0 + f * 150.0 * 0.8 * std::exp(kI * 0.4))), 1e-11);
+  EXPECT_LT(std::abs(Pair(model, kS1, x) - (30.0 + f * C(20, -x))), kLongSum);
+  EXPECT_LT(std::abs(Pair(model, kN1, x) - (10.0 + f * 150.0 * 0.8)), kLongSum);
+  EXPECT_LT(std::abs(Pair(model, kDepth, x) - (20.0 + f * 150.0 * 0.8 * std::exp(kI * 0.4))), kLongSum);
   EXPECT_EQ(At(model, kRp, x), 1);
   EXPECT_EQ(At(model, kRs, x), 0);
   for (int slot : {1, 2}) {
@@ -315,8 +317,8 @@ TEST_F(Magneto, AGeneralTensorTurnsItsHallPart) {
   }
   Cell(model, 0, Wo).value = 2;
   Cell(model, 0, Wp).value = 3;
-  EXPECT_NEAR(At(model, kRp, x), (1 - 2 * 0.3 * At(model, kS1, x)) / (1 - 2 * 0.3 * 0.6), 1e-10);
-  EXPECT_NEAR(At(model, kRs, x), 0.6 * At(model, kDepth, x), 1e-10);
+  EXPECT_NEAR(At(model, kRp, x), (1 - 2 * 0.3 * At(model, kS1, x)) / (1 - 2 * 0.3 * 0.6), kChain);
+  EXPECT_NEAR(At(model, kRs, x), 0.6 * At(model, kDepth, x), kChain);
 }
 
 class Gas2D : public Magneto {
@@ -333,17 +335,18 @@ TEST_F(Gas2D, AtAFrequencyOfZeroFillsNothing) {
 }
 
 TEST_F(Gas2D, ResonatesAtTheCyclotronEnergyOfItsMass) {
+  constexpr double kShiftByWidth = 0.3, kNextOrder = 1e-6;  // cm-1; and of the sheet
   Model& model = Make2D(5);
   const double wc = 0.933729 * 5 / 0.067;  // cm-1
   double best = 0, at = 0;
   for (double x = 30; x < 120; x += 0.05) {
     if (At(model, kS1, x) > best) best = At(model, kS1, x), at = x;
   }
-  EXPECT_NEAR(at, wc, 0.3);
+  EXPECT_NEAR(at, wc, kShiftByWidth);
   // Without field the dc sheet conductivity is n e^2 tau/m.
   Model& still = Make2D(0);
   const double sheet = 3e15 * 1.60217646e-19 * 1.60217646e-19 / (0.067 * 9.10938215e-31 * 5 * 188365156730.8853);
-  EXPECT_NEAR(At(still, kTrans, 1e-4), 1 - 376.73031 * sheet, 1e-6 * sheet * 376);
+  EXPECT_NEAR(At(still, kTrans, 1e-4), 1 - 376.73031 * sheet, kNextOrder * sheet * 376);
   EXPECT_EQ(At(still, kRefl, 50), 0);
   EXPECT_EQ(At(still, kDefringed, 50), 0);
   EXPECT_DOUBLE_EQ(At(model, kE1, 40), At(model, kS1, 40) - At(model, kN2, 40));
@@ -353,10 +356,10 @@ TEST_F(Magneto, UncoupledModesOfStripesAreOscillators) {
   Model& model = Make(70, {{150, 300, 20}, {220, 0, 0}});
   const double x = 130;
   const auto sigma = [&](double W) { return -kI * x / 60.0 * 300.0 * 300.0 / (W * W - x * x - kI * 20.0 * x); };
-  EXPECT_LT(std::abs(Pair(model, kS1, x) - sigma(150)), 1e-11 * std::abs(sigma(150)));
-  EXPECT_LT(std::abs(Pair(model, kE1, x) - sigma(220)), 1e-11 * std::abs(sigma(150)));
+  EXPECT_LT(std::abs(Pair(model, kS1, x) - sigma(150)), kLongSum * std::abs(sigma(150)));
+  EXPECT_LT(std::abs(Pair(model, kE1, x) - sigma(220)), kLongSum * std::abs(sigma(150)));
   EXPECT_EQ(Pair(model, kN1, x), C(0, 0));
-  EXPECT_NEAR(At(model, kRefl, x), 0.5 * (sigma(150) + sigma(220)).real(), 1e-11);
+  EXPECT_NEAR(At(model, kRefl, x), 0.5 * (sigma(150) + sigma(220)).real(), kFormula);
   // In a field the velocity of one mode is a force on the other: D1 a - i c b = F1, D2 b + i c a = F2.
   Model& coupled = Make(70, {{150, 300, 20}, {220, 40, 0}});
   const C D1 = 150.0 * 150 - x * x - kI * 20.0 * x, D2 = 220.0 * 220 - x * x - kI * 20.0 * x, c = x * 40.0;

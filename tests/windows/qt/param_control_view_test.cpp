@@ -2,6 +2,7 @@
 #include <QSlider>
 
 #include "records/param_value.h"
+#include "support/tolerances.h"
 #include "windows/qt/graph_view.h"
 #include "windows/qt/model_on_screen.h"
 
@@ -81,7 +82,7 @@ TEST_F(ControlOnScreen, TheSliderSweepsTheParameterWhileAGraphFollows) {
   EXPECT_TRUE(slider().isEnabled());
   EXPECT_EQ(slider().sliderPosition(), 40);
   DragTo(20);
-  EXPECT_NEAR(selected().value, 360, 1e-9);
+  EXPECT_NEAR(selected().value, 360, kChain);
   EXPECT_EQ(FieldText("value"), "360");
   EXPECT_NE(graph.picture(), before);
   EXPECT_EQ(slider().sliderPosition(), 20);
@@ -120,7 +121,7 @@ TEST_F(ControlOnScreen, TheSliderMovesTheWholeGroup) {
   EXPECT_TRUE(Look(0, 1, Qt::FontRole).value<QFont>().bold());
   DragTo(60);
   LetGo();
-  EXPECT_NEAR(selected().value, 8, 1e-9);
+  EXPECT_NEAR(selected().value, 8, kChain);
   EXPECT_EQ(kalvex::Cell(ModelNo(2), 0, Wo).value, selected().value);
   EXPECT_EQ(rows(2).model()->index(0, 1).data().toString(), "8 ");
 }
