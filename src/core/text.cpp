@@ -71,16 +71,16 @@ Number ParseShortMagnitude(const char* first, const char* last) {
   const std::ptrdiff_t whole = at - first;
   std::ptrdiff_t broken = 0;
   if (at != last && *at == '.') {
-    const char* const behind = TakeDigits(at + 1, last, digits);
-    broken = behind - at - 1;
-    at = behind;
+    const char* const after = TakeDigits(at + 1, last, digits);
+    broken = after - at - 1;
+    at = after;
   }
   if (whole + broken == 0 || whole + broken > kMostLength || digits > kMostDigits) return {first, 0};
   std::int32_t exponent = 0;
   if (at != last && LowerAscii(*at) == 'x') return {first, 0};
   if (at != last && LowerAscii(*at) == 'e') {
-    const char* const behind = (at + 1 != last && IsSpace(at[1])) ? at + 1 : ParseInteger(at + 1, last, exponent);
-    if (behind != at + 1) at = behind;
+    const char* const after = (at + 1 != last && IsSpace(at[1])) ? at + 1 : ParseInteger(at + 1, last, exponent);
+    if (after != at + 1) at = after;
   }
   const std::int64_t power = std::int64_t{exponent} - broken;
   if (power < -kMostPower || power > kMostPower) return {first, 0};

@@ -20,10 +20,10 @@ constexpr double kDefaultSigma = 0.01;
 // a number.
 bool TakeNumber(const char*& p, const char* end, double& value) {
   double number = 0;
-  const char* const behind = ParseReal(p, end, number);
-  if (behind == p) return false;
-  if (!std::isfinite(number) && behind != end && IsAsciiLetter(*behind)) return false;
-  p = behind;
+  const char* const after = ParseReal(p, end, number);
+  if (after == p) return false;
+  if (!std::isfinite(number) && after != end && IsAsciiLetter(*after)) return false;
+  p = after;
   value = number;
   return true;
 }

@@ -26,9 +26,9 @@ class WordReader {
 
   std::optional<int> Integer() {
     std::int32_t value = 0;
-    const char* const behind = ParseInteger(rest_.data(), rest_.data() + rest_.size(), value);
-    if (behind == rest_.data()) return std::nullopt;
-    rest_.remove_prefix(static_cast<std::size_t>(behind - rest_.data()));
+    const char* const after = ParseInteger(rest_.data(), rest_.data() + rest_.size(), value);
+    if (after == rest_.data()) return std::nullopt;
+    rest_.remove_prefix(static_cast<std::size_t>(after - rest_.data()));
     return value;
   }
 

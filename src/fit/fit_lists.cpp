@@ -321,8 +321,8 @@ SpectrumRequest RequestOf(const FitSpectrum& spectrum) {
 
 std::size_t FrequencyOf(const TermPoints& points, std::size_t p) {
   const auto& firsts = points.firstOfBlock;
-  const auto behind = std::upper_bound(firsts.begin(), firsts.end(), p) - firsts.begin();
-  return static_cast<std::size_t>(behind - 1) * kSpectrumBlock + points.at[p];
+  const auto after = std::upper_bound(firsts.begin(), firsts.end(), p) - firsts.begin();
+  return static_cast<std::size_t>(after - 1) * kSpectrumBlock + points.at[p];
 }
 
 PointRange PointsInBlock(const TermPoints& points, const SpectrumBlock& block) {

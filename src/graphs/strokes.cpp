@@ -17,9 +17,9 @@ PlaceRange RangeOfLine(Point from, Point to, int column) {
   const auto [low, high] = std::minmax(from.y, to.y);
   if (std::fabs(to.x - from.x) < kHair) return {low - 0.5, high + 0.5};
   const double slope = (to.y - from.y) / (to.x - from.x), atZero = from.y - slope * from.x;
-  const double before = (column - 0.5) * slope + atZero, behind = (column + 0.5) * slope + atZero;
-  if (slope >= 1) return {before, behind};
-  if (slope <= -1) return {behind, before};
+  const double before = (column - 0.5) * slope + atZero, after = (column + 0.5) * slope + atZero;
+  if (slope >= 1) return {before, after};
+  if (slope <= -1) return {after, before};
   const double middle = column * slope + atZero;
   return {middle - 0.5, middle + 0.5};
 }

@@ -501,7 +501,7 @@ TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
   const Table flat = curve("flat_sigma.dat"), biased = curve("biased_sigma.dat"), doped = curve("doped_sigma.dat");
   ExpectWithin(MeanBetween(flat, 0.9, 1.2), 908, 0.02 * 908, "universal conductivity");
   EXPECT_EQ(MeanBetween(biased, 0, 0.15), 0);
-  ExpectWithin(MaximumBetween(biased, 0, 1.2), gap, 0.03, "the largest bin is behind the gap");
+  ExpectWithin(MaximumBetween(biased, 0, 1.2), gap, 0.03, "the largest bin lies above the gap");
   ExpectWithin(MaximumBetween(doped, 0, 1.2), 0.4, 0.02, "from band 3 to band 4");
   EXPECT_GT(MeanBetween(curve("doped_upper.dat"), 0.38, 0.42), 0.7 * MeanBetween(doped, 0.38, 0.42));
   const std::string hops = example.folder.Read("Hops.dat");

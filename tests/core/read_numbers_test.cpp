@@ -23,8 +23,8 @@ void ExpectReadsLikeStrtod(const std::string& text) {
   char* end = nullptr;
   const double expected = std::strtod(text.c_str(), &end);
   double value = kUntouched;
-  const char* const behind = ParseReal(text.data(), text.data() + text.size(), value);
-  EXPECT_EQ(behind - text.data(), end - text.c_str()) << Short(text);
+  const char* const after = ParseReal(text.data(), text.data() + text.size(), value);
+  EXPECT_EQ(after - text.data(), end - text.c_str()) << Short(text);
   if (end == text.c_str()) {
     EXPECT_EQ(value, kUntouched) << Short(text);
     EXPECT_EQ(RealOf(text), 0) << Short(text);
@@ -38,8 +38,8 @@ void ExpectReadsLikeStrtol(const std::string& text) {
   char* end = nullptr;
   const long expected = std::strtol(text.c_str(), &end, 10);
   std::int32_t value = 77;
-  const char* const behind = ParseInteger(text.data(), text.data() + text.size(), value);
-  EXPECT_EQ(behind - text.data(), end - text.c_str()) << text;
+  const char* const after = ParseInteger(text.data(), text.data() + text.size(), value);
+  EXPECT_EQ(after - text.data(), end - text.c_str()) << text;
   EXPECT_EQ(value, end == text.c_str() ? 77 : expected) << text;
 }
 

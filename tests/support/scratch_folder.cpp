@@ -51,7 +51,7 @@ std::vector<std::vector<double>> NumbersOf(std::string_view text) {
     const char* p = line.data();
     const char* const end = p + line.size();
     double number = 0;
-    for (const char* behind; (behind = ParseReal(p, end, number)) != p; p = behind) numbers.push_back(number);
+    for (const char* after; (after = ParseReal(p, end, number)) != p; p = after) numbers.push_back(number);
     if (!numbers.empty()) lines.push_back(numbers);
   }
   return lines;

@@ -54,8 +54,8 @@ class LineReader {
   }
 
  private:
-  bool Take(const char* behind) {
-    const auto length = static_cast<std::size_t>(behind - line_.data());
+  bool Take(const char* after) {
+    const auto length = static_cast<std::size_t>(after - line_.data());
     line_.remove_prefix(length);
     return length > 0;
   }
