@@ -69,7 +69,7 @@ std::string ShortNumber(double value) {
   return text.str();
 }
 
-// ChiSq of an example as the independent program tells it, of itself.
+// Relative: the precision to which the independent program prints ChiSq of an example.
 constexpr double kAsTold = 0.0098;
 
 void ExpectWithin(double value, double expected, double allowed, const char* what) {
@@ -87,7 +87,7 @@ TEST(Examples, GalliumArsenideDrawsThePictureOfTheReadme) {
         svg.begin(), svg.end(), [](char c) { return !IsAsciiDigit(c) && c != '.' && c != '-' && c != '\n'; }, ' ');
     return NumbersOf(svg);
   };
-  constexpr double kTwoUnits = 0.02;  // of the last place that is written
+  constexpr double kTwoUnits = 0.02;  // of the last printed place
   const Table was = numbersIn(shown), is = numbersIn(drawn);
   ASSERT_EQ(is.size(), was.size());
   for (std::size_t i = 0; i < is.size(); ++i) {
@@ -119,7 +119,7 @@ TEST(Examples, TheLossFunctionOfTheReflectivityFitPeaksWhereTheMeasuredOneDoes) 
   const Table curve = NumbersOf(example.folder.Read("model_LF.dat"));
   EXPECT_NEAR(static_cast<double>(curve.size()), 801, 1);
   for (const auto& line : curve) {
-    constexpr double kThreeErrors = 0.01;  // three standard errors beside the peak
+    constexpr double kThreeErrors = 0.01;  // three standard errors outside the peak
     const double expected = std::imag(-1.0 / EpsOf(independent, line[0]));
     EXPECT_NEAR(line[1], expected, kThreeErrors * expected) << line[0];
     if (line[1] <= peak) continue;
@@ -249,7 +249,7 @@ TEST(Examples, TheErrorBarsAreTheUsualStandardErrors) {
   };
   const std::size_t first = text.find('\n') + 1, second = text.find('\n', first) + 1;
   // The independent program gives 33 and 1.5, scaled by the residual, the square root of 434.16/634.
-  const double scale = std::sqrt(434.16 / 634), kUnit = 1, kHalfTenth = 0.05;  // of the last digits that it tells
+  const double scale = std::sqrt(434.16 / 634), kUnit = 1, kHalfTenth = 0.05;  // of the last printed digits
   EXPECT_NEAR(lastNumber(first) * scale, 33, kUnit);
   EXPECT_NEAR(lastNumber(second) * scale, 1.5, kHalfTenth);
 }
@@ -301,7 +301,7 @@ TEST(Examples, ATerahertzPulseIsFittedAsTransmissionAndAsTrace) {
     largest = std::fmax(largest, std::fabs(difference));
     peak = std::fmax(peak, measured[i][1]);
   }
-  constexpr double kHalfUnit = 0.0005, kTwentieth = 0.002;  // of what the README tells: 1.1 %, and about 4 %
+  constexpr double kHalfUnit = 0.0005, kTwentieth = 0.002;  // of the figures in the README: 1.1 %, about 4 %
   EXPECT_NEAR(std::sqrt(sum / 2048) / peak, 0.011, kHalfUnit);
   EXPECT_NEAR(largest / peak, 0.04, kTwentieth);
 }
@@ -426,8 +426,8 @@ TEST(Examples, SiliconCarbideResonatesWithTheTipBelowItsSurfacePhonon) {
   };
   // The free electrons of the gold example.
   const auto gold = [](double x) { return 1.0 - 68920.0 * 68920.0 / (x * std::complex<double>(x, 341)); };
-  constexpr double kMeshOfTip = 0.001;     // the program sums over a mesh of momenta
-  constexpr double kCosineOfPhase = 1e-5;  // of 4.5 mrad
+  constexpr double kMeshOfTip = 0.001;     // discrete momenta
+  constexpr double kCosineOfPhase = 1e-5;  // a phase of 4.5 mrad
   const double surfacePhonon = 948.9;
   double before = 0;
   for (const char* const height : {"1.02", "1.2", "1.5"}) {
@@ -480,7 +480,7 @@ TEST(Examples, BandsOfBilayerGrapheneOpenAGapUnderVoltage) {
   // 0.018.
   const auto even = LevelsOfTwo(0.018 + 0.4, 3 * (-3 + 0.15), 3 * -0.3),
              odd = LevelsOfTwo(0.018 - 0.4, 3 * (-3 - 0.15), 3 * 0.3);
-  constexpr double kFourPlaces = 1e-4;  // are written
+  constexpr double kFourPlaces = 1e-4;  // printed decimal places
   const double expected[] = {odd[0], even[0], even[1], odd[1]};
   for (int band = 1; band <= 4; ++band) {
     const Table path = curve(("flat_band" + std::to_string(band) + ".dat").c_str());

@@ -7,7 +7,7 @@
 namespace kalvex {
 namespace {
 
-// Relative: to such a distance the last step of a run without noise brings a parameter.
+// Relative: the distance of a parameter from its true value after a run without noise.
 constexpr double kConverged = 1e-6;
 // A run stops when ChiSq falls by less than 0.001.
 constexpr double kStopRule = 1e-4;

@@ -161,7 +161,7 @@ TEST_F(OwnCommands, ErrorBarsOfAQuantityAreChiSqAgainstItsValue) {
   EXPECT_EQ(Said("QuantityErrorBars"), "written to 'QntyErrorBars.dat'");
   const Table bars = Written("QntyErrorBars.dat");
   ASSERT_EQ(bars.size(), 2u);
-  // Where ChiSq falls by less than 0.001, the runs stop: so far they leave the constant and ChiSq from their best.
+  // The runs stop when ChiSq falls by less than 0.001. The constant and ChiSq are then this far from the minimum.
   constexpr double kStopRule = 1e-4, kStopRuleOfChiSq = 1e-3;
   for (const auto& line : bars) {
     ASSERT_EQ(line.size(), 13u);

@@ -139,7 +139,7 @@ TEST(Noise, DeviatesHaveMeanZeroAndUnitVariance) {
     most = std::fmax(most, std::fabs(g));
   }
   EXPECT_NEAR(sum / kCount, 0, 5 / std::sqrt(kCount));
-  constexpr double kCutOff = 0.02;  // at 3.1, and the spread of so many
+  constexpr double kCutOff = 0.02;  // the deviates are cut off at 3.1; spread of the sample
   EXPECT_NEAR(squares / kCount, 1, kCutOff);
   EXPECT_LE(most, 3.1);
 }

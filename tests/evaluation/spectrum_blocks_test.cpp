@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(All, EveryQuantityOfABlock, testing::ValuesIn(kEveryQua
 // Values do not depend on whether derivatives are requested. They agree with those of single frequencies: the sum of
 // the rows to a few units in the last place of its largest term, and the results computed from it to the same accuracy.
 TEST(SpectrumBlocks, ClosedFormulasKeepToThoseOfSingleFrequencies) {
-  constexpr double kOfLargest = 1e-15;  // of results that cancel
+  constexpr double kOfLargest = 1e-15;  // relative to the largest term of a cancelling sum
   Tables program;
   Model& model = Oscillators(program);
   std::vector<double> x;

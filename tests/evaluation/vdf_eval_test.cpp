@@ -80,7 +80,7 @@ TEST(VdfFree, TheLastPointGivesItsOwnValues) {
 }
 
 TEST(VdfConstrained, TheRealPartIsTheTransformOfTheTriangles) {
-  constexpr double kCut = 2e-5;  // of the judge's integrand, at X
+  constexpr double kCut = 2e-5;  // the reference integrand is cut off at X
   VarDielFunc vdf = RandomMesh(true);
   for (const double x : {5.0, 19.0, 27.0, 60.4, 80.0, 130.0, 300.0, 401.0, 2000.0}) {
     EXPECT_NEAR(EvalVdf(vdf, x).re, SlowTransform(vdf, x), kCut) << x;

@@ -102,7 +102,7 @@ TEST_F(DerivativeTables, TheValuesAreBackAfterwards) {
 }
 
 TEST_F(DerivativeTables, TheStepComesFromTheFileAnd777MakesItRelative) {
-  constexpr double kPrintedDifference = 0.2;  // few digits are left of it
+  constexpr double kPrintedDifference = 0.2;  // the difference has few digits
   // With a step h the numeric column is off by h f''/2: the column of differences depends on the step.
   const auto difference = [&](const char* step) {
     constexpr std::size_t kRowOfWo = 10;

@@ -50,7 +50,7 @@ TEST_F(Running, TheLogHasAHeadAndARowAnIterationForEachRun) {
   EXPECT_EQ(lines[2].substr(0, 2), "1 ");
   const auto numbers = NumbersOf(lines[2])[0];
   EXPECT_NEAR(numbers[3], numbers[4] + 2 * numbers[5],
-              2 * kFiveDigits * numbers[3]);  // the terms' own sums carry no weight
+              2 * kFiveDigits * numbers[3]);  // the sums of the terms do not contain the weight
 }
 
 TEST_F(Running, EveryRowOfTheLogIsInTheFileBeforeTheNextIteration) {

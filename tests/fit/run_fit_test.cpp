@@ -11,7 +11,7 @@
 namespace kalvex {
 namespace {
 
-// To such a distance the last step of a run without noise brings a parameter near 1.
+// The distance of a parameter near 1 from its true value after a run without noise.
 constexpr double kConverged = 1e-6;
 
 TEST_F(Running, FindsTheParametersOfTheSpectrum) {

@@ -68,7 +68,7 @@ TEST(PixelSurface, SlantedLinesCoverAsMuchAsTheyAreWide) {
   surface.DrawPolyline(line, {0x000000, 3});
   double ink = 0;
   for (const std::uint32_t pixel : surface.pixels) ink += 1 - (pixel & 0xFF) / 255.0;
-  constexpr double kSmoothing = 6;  // 4 %: a pixel has a whole number of steps between colours
+  constexpr double kSmoothing = 6;                             // 4 %: the colour of a pixel is discrete
   EXPECT_NEAR(ink, 3 * 50 + 3.14159 * 1.5 * 1.5, kSmoothing);  // the second term is the round ends
 }
 
@@ -80,7 +80,7 @@ TEST(PixelSurface, PolygonsCoverTheirArea) {
   double ink = 0;
   for (const std::uint32_t pixel : surface.pixels) ink += 1 - (pixel & 0xFF) / 255.0;
   const double area = 0.5 * std::abs((50 - 10.3) * (50 - 10) - (30 - 10.3) * (20.7 - 10));
-  constexpr double kSmoothing = 0.02;  // a pixel is covered in steps
+  constexpr double kSmoothing = 0.02;  // the coverage of a pixel is discrete
   EXPECT_NEAR(ink, area, kSmoothing * area);
 }
 

@@ -6,7 +6,7 @@
 
 namespace kalvex {
 
-// Estimates of the error are estimates: so many of them a slope may stand apart.
+// A slope may differ by this many error estimates, since these are only estimates.
 inline constexpr double kRidders = 20;
 // Relative, the rounding of a slope beside that: of a closed formula, of a chain of them, of a sum over many states, of
 // an integral by quadrature, and where two branches of a formula meet.

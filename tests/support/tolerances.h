@@ -15,7 +15,7 @@ inline constexpr double kFormula = 256 * kEps;    // a formula of some dozen ope
 inline constexpr double kChain = 2048 * kEps;     // a long sum or product
 inline constexpr double kLongSum = 32768 * kEps;  // thousands of terms, or a difference that loses two digits
 
-// A number as printed: half a unit of its last digit, of the number when its first digit is 1.
+// A printed number: half a unit of its last digit, relative to a number whose first digit is 1.
 inline constexpr double kFiveDigits = 5e-5;
 inline constexpr double kSixDigits = 5e-6;
 

@@ -82,7 +82,7 @@ TEST_F(BosonCoupling, TheRateIsThatOfThermalBosons) {
 }
 
 TEST_F(BosonCoupling, AMeshTakesEqualIntervalsInsideTheSecondAndTheLastButOnePoint) {
-  constexpr double kMesh = 1e-3;  // one rule of quadrature and the other
+  constexpr double kMesh = 1e-3;  // difference of two quadrature rules
   Dataset& dataset = table.slots[3];
   dataset.points.clear();
   for (int i = 0; i <= 100; ++i) dataset.points.push_back({10.0 * i + 1, std::exp(-std::pow((i - 50) / 12.0, 2)), 1});

@@ -411,7 +411,7 @@ TEST(Terms, WithoutSpreadTheSpreadLorentzianIsALorentzian) {
 }
 
 TEST(Terms, TheSpreadLorentzianIsSmoothWhereItsRootsMeet) {
-  constexpr double kBesideIt = 1e-6, kNearZero = 1e-7;  // the distance of 1e-7 times the slope
+  constexpr double kBesideIt = 1e-6, kNearZero = 1e-7;  // a distance of 1e-7 times the slope
   const auto at = [](double W) { return Called({5e4, 100, W, 20}).Value(47, 80); };
   const Cplx meeting = at(50), beside = at(50 + 1e-7);
   EXPECT_NEAR(meeting.re, beside.re, kBesideIt * std::fabs(meeting.re) + kNearZero);
@@ -423,7 +423,7 @@ TEST(Terms, TheSpreadLorentzianIsSmoothWhereItsRootsMeet) {
 }
 
 TEST(Terms, LimitsOfTheCoupledOnes) {
-  constexpr double kStatic = 1e-4, kFarAway = 1e-3;  // the limits are not quite reached
+  constexpr double kStatic = 1e-4, kFarAway = 1e-3;  // distance from the limits
   const double w = 123;
   // No coupling: two Lorentzians. A strong mode alone, too.
   const Cplx two = Called({100, 200, 9, 250, 300, 20, 0, 0}).Value(51, w);
@@ -477,7 +477,7 @@ TEST(Terms, SpreadRatesAreMeansOfDrudeTerms) {
 }
 
 TEST(Terms, TheAmorphousGapHoldsForAnyBroadening) {
-  constexpr double kQuadrature = 1e-3, kFarAbove = 1e-4;       // of the judge's integral
+  constexpr double kQuadrature = 1e-3, kFarAbove = 1e-4;       // of the reference integral
   for (const double C : {20.0, 199.0, 200.0, 201.0, 600.0}) {  // from a line to far more than critical
     const Values in = {500, C, 100, 40};
     for (const double w : {10.0, 40.0, 90.0, 300.0}) {

@@ -198,7 +198,7 @@ TEST(PartialWeight, TendsToHalfPiSoThatTheWeightTendsToAnEighth) {
 }
 
 TEST(PartialWeight, SpecialBranchesJoinTheClosedForm) {
-  constexpr double kBesideIt = 1e-6, kHalfTheDigits = 1e-4;  // numbers of 1e-6 or 1e-4 instead of 0
+  constexpr double kBesideIt = 1e-6, kHalfTheDigits = 1e-4;  // the code replaces 0 by 1e-6 or 1e-4
   EXPECT_EQ(PartialWeightOf(50, 100, 0).F, 0);
   EXPECT_EQ(PartialWeightOf(150, 100, 0).F, std::numbers::pi / 2);
   EXPECT_NEAR(PartialWeightOf(150, 100, 1e-6).F, std::numbers::pi / 2, kBesideIt);

@@ -49,7 +49,7 @@ double ReducedS1(int code, const Values& in, double w) {
 }
 
 TEST(Superconductor, WithoutAGapOrAboveTcItIsADrudeMetal) {
-  constexpr double kNoPairs = 1e-9, kSmallGap = 1e-4;  // with a weight of 1 - 1; and of 1e-5 cm-1
+  constexpr double kNoPairs = 1e-9, kSmallGap = 1e-4;  // the pair weight vanishes by cancellation; a gap of 1e-5 cm-1
   for (const double w : {3.0, 50.0, 400.0}) {
     ExpectNear(Called({5000, 80, 0, 4}).Value(kOfGap, w), Drude(w, 5000, 80), kChain);
     ExpectNear(Called({5000, 80, 10, 10}).Value(kOfTc, w), Drude(w, 5000, 80), kChain);

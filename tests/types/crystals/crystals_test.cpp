@@ -114,7 +114,7 @@ TEST(IncidenceTest, AtExactlyGrazingIncidenceHasNoTangent) {
 }
 
 TEST_F(Crystals, AtGrazingIncidenceReflectEverything) {
-  constexpr double kInDegrees = 1e-6;  // two results that vanish at 90 degrees are divided
+  constexpr double kInDegrees = 1e-6;  // quotient of two results that vanish at 90 degrees
   for (const int code : {5, 14}) {
     Model& model = Make(code, {{a, 90, 40}, {b, 0.0005, 0}, {c, 0, 0}, {a, 0, 0}, {b, 0, 0}, {c, 0, 0}});
     EXPECT_NEAR(At(model, kE1, 190), 45, kInDegrees) << code;
@@ -207,13 +207,13 @@ TEST_F(Turned, KeepsTheWavesOfItsTensor) {
     const C determinant = m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
                           m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
                           m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
-    constexpr double kRoot = 1e-7;  // near a double one
+    constexpr double kRoot = 1e-7;  // near a double root
     EXPECT_LT(std::abs(determinant), kRoot * std::pow(std::abs(k2) + 5, 3));
   }
 }
 
 TEST_F(Turned, CutsBetweenAxesTendToTheAxes) {
-  constexpr double kCutOfAxes = 1e-9;  // along an axis the formula goes a little beside it
+  constexpr double kCutOfAxes = 1e-9;  // the formula evaluates slightly beside the axis
   const double x = 240;
   const auto cut = [&](double degrees) -> Model& { return Make(19, {{a, degrees, 0}, {b, 0, 0}}); };
   // The transverse response of a tilted uniaxial medium.

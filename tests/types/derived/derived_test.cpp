@@ -32,7 +32,7 @@ TEST_F(Derived, SpectralWeightTendsToThePlasmaFrequency) {
   EXPECT_NEAR(At(model, kRefl, 1e7), std::numbers::pi * 800 * 800 / 120, kRestOfWeight);
   // n V = 2 m V/(pi e^2) times the integral of sigma over w = 2 pi c x: 4 m c V/e^2 per weight, 1e-2 from SI units.
   constexpr double kMass = 9.1093837e-31, kLight = 2.99792458e8, kCharge = 1.602176634e-19;
-  constexpr double kOldUnits = 1e-3;  // numbers of the formula have three digits, like 60 Ohm for 59.96
+  constexpr double kOldUnits = 1e-3;  // constants of the formula have three digits, such as 60 Ohm for 59.96
   EXPECT_CLOSE(At(model, kRp, 400) / At(model, kRefl, 400), 1e-2 * 4 * kMass * kLight / (kCharge * kCharge) * 1e-22,
                kOldUnits);
   // The integral of the conductivity.
@@ -163,7 +163,7 @@ TEST_F(Derived, MeasuredWeightsMixRealAndImaginaryPart) {
 }
 
 TEST_F(Derived, GasLinesAreTakenAwayByTheirAmounts) {
-  constexpr double kBetweenPoints = 1e-5;  // an exponential is read along straight lines
+  constexpr double kBetweenPoints = 1e-5;  // linear interpolation of an exponential
   Load(1, 50, 500, [](double) { return 0.8; });
   Load(2, 50, 500, [](double x) { return std::exp(-0.001 * x); });
   Load(3, 50, 500, [](double) { return 0.5; });

@@ -106,14 +106,14 @@ TEST_F(BilayerTypes, WithoutAHoppingInThePlaneHaveNoHallPartButTheBackground) {
 }
 
 TEST_F(BilayerTypes, BelowTheHoppingHaveHalfTheWindingOfTheirChiralBand) {
-  constexpr double kNextOrder = 0.06;  // E/g1 is 0.05
+  constexpr double kNextOrder = 0.06;  // in E/g1 = 0.05
   // A bilayer far below g1 is a chiral band of winding 2: twice 1816.5 for the pair.
   const double E = 0.02;
   EXPECT_NEAR(At(Sheet(0, 0.002, 0, 0, 10), kS1, Wavenumbers(E)), kUniversal, kNextOrder * kUniversal);
 }
 
 TEST_F(BilayerTypes, TendToTheirConductivityWithoutFieldAndReverseTheirHallPart) {
-  constexpr double kWeakField = 0.03;  // distance of the levels beside their broadening
+  constexpr double kWeakField = 0.03;  // spacing of the levels relative to their broadening
   Model &weak = Sheet(0.05, 0.02, 0.05, 0.1, 4000), &none = Sheet(0, 0.02, 0.05, 0.1, 10);
   for (const double E : {0.1, 0.3}) {
     EXPECT_NEAR(At(weak, kS1, Wavenumbers(E)), At(none, kS1, Wavenumbers(E)), kWeakField * kUniversal) << E;
@@ -125,7 +125,7 @@ TEST_F(BilayerTypes, TendToTheirConductivityWithoutFieldAndReverseTheirHallPart)
 }
 
 TEST_F(BilayerTypes, HaveAHallConductivityOfWholeQuanta) {
-  constexpr double kOfQuantum = 0.02;  // levels end somewhere
+  constexpr double kOfQuantum = 0.02;  // the sum over levels is truncated
   // The level at zero energy is eightfold. Between it and the next level, n = 2, sigma_xy is -4 e^2/h for electrons.
   const double eps = std::sqrt(2 * 6.577e-16 * std::pow(326000 * 3.1, 2) * 10);
   const BilayerBands<double> bands{0, 0.38, 0, 0, 0};
@@ -188,7 +188,7 @@ TEST_F(BilayerTypes, OfGraphiteAreGrapheneAtHAndABilayerOfTwiceTheHoppingAtK) {
 }
 
 TEST_F(BilayerTypes, OfGraphiteMeanOverKzTendsToTheUniversalValue) {
-  constexpr double kHopping = 0.25;  // twice g1 is not small beside 1 eV
+  constexpr double kHopping = 0.25;  // 2 g1 is not small compared with 1 eV
   Model& model = Make(60, {{4, 0, 0.02}, {3.1, 0.38, 0}, {0, 0, 0}, {0, 0, 0}, {-0.5, 0.5, 12}});
   EXPECT_NEAR(At(model, kS1, Wavenumbers(1.0)), kUniversal, kHopping * kUniversal);
 }

@@ -87,7 +87,7 @@ TEST_F(Graphene, InAReversedFieldChangesTheSignOfItsHallPartOnly) {
 }
 
 TEST_F(Graphene, WithoutAFieldIsUniversalAboveTwiceTheChemicalPotential) {
-  constexpr double kLastLevel = 0.01;  // what lies above it is missing
+  constexpr double kLastLevel = 0.01;  // transitions above it are missing
   const Electrons e{.B = 0, .cutoff = 20, .g = 0.001};
   EXPECT_NEAR(Diagonal(e, 0.5 / kPerWavenumber).real(), kUniversal, kLastLevel * kUniversal);
   EXPECT_NEAR(Diagonal(e, 1.0 / kPerWavenumber).real(), kUniversal, kLastLevel * kUniversal);
@@ -172,7 +172,7 @@ TEST_F(DiracLevels, LeaveOutWhatIsFullOrEmptyOnBothSides) {
 }
 
 TEST_F(DiracLevels, GiveTheUniversalConductanceWhereTheyAreDense) {
-  constexpr double kLastLevel = 0.01;  // what lies above it is missing
+  constexpr double kLastLevel = 0.01;  // transitions above it are missing
   for (const double E : {0.3, 0.5}) {
     EXPECT_NEAR(Of(0.05, 0, 0, 0.001, {E, 0.01}, 100000).xx.re, kUniversal, kLastLevel * kUniversal) << E;
   }
@@ -195,7 +195,7 @@ TEST_F(DiracLevels, TendToTheConductivityWithoutField) {
 }
 
 TEST_F(DiracLevels, HaveAHallConductivityOfWholeQuanta) {
-  constexpr double kOfQuantum = 0.005;  // levels end somewhere
+  constexpr double kOfQuantum = 0.005;  // the sum over levels is truncated
   // -4 e^2/h (n + 1/2) for electrons between the levels n and n + 1; e^2/h is 2/pi times e^2/(4 hbar).
   const double eps = std::sqrt(kLadderScale * 1e12 * 10);
   for (const int n : {0, 1, 3}) {
@@ -206,7 +206,7 @@ TEST_F(DiracLevels, HaveAHallConductivityOfWholeQuanta) {
 }
 
 TEST_F(DiracLevels, RotateAtTheCyclotronEnergyOfTheirCharge) {
-  constexpr double kOtherTransitions = 0.03;  // their tails under the line
+  constexpr double kOtherTransitions = 0.03;  // tails of other transitions under the line
   // Many full levels: only one circular polarisation absorbs at eps^2/(2 mu).
   const double B = 1, eps2 = kLadderScale * 1e12 * B, mu = 0.3, wc = eps2 / (2 * mu), g = 0.1 * wc;
   const SheetTensor<double> at = Of(B, 0, mu, 1e-4, {wc, g}, 4000);

@@ -76,7 +76,7 @@ TEST(LadderSum, IsTheSameForManyFrequenciesTogetherAsForEachAlone) {
 TEST(LadderSum, IsTheSumOfItsTransitions) {
   const LadderTable<TypeDual> table = Transitions<TypeDual>();
   for (const double x : kFrequencies) {
-    constexpr double kSlope = 1e-10, kNearZero = 1e-8;  // sums of terms of both signs that are divided by the width
+    constexpr double kSlope = 1e-10, kNearZero = 1e-8;  // sums of terms of both signs, divided by the width
     const Complex<TypeDual> z = At<TypeDual>(x);
     Complex<TypeDual> diagonal, hall;
     for (std::size_t k = 0; k < table.square.size(); ++k) {

@@ -26,7 +26,7 @@ class Weyl : public TypeFixture {
 };
 
 TEST_F(Weyl, WithoutFieldAbsorbInProportionToTheFrequency) {
-  constexpr double kMesh = 0.06;  // levels and momenta in steps
+  constexpr double kMesh = 0.06;  // discrete levels and momenta
   // nodes e^2 w/(24 pi hbar v), here in Ohm^-1 cm^-1 with e^2/hbar = 2.43413e-4 S.
   Model& model = Bands(0, 0, 0.002);
   for (const double E : {0.06, 0.12}) {
@@ -37,7 +37,7 @@ TEST_F(Weyl, WithoutFieldAbsorbInProportionToTheFrequency) {
 }
 
 TEST_F(Weyl, InAWeakFieldTendToThatAndReverseTheirHallPart) {
-  constexpr double kWeakField = 0.05;  // distance of the levels beside their broadening
+  constexpr double kWeakField = 0.05;  // spacing of the levels relative to their broadening
   Model &weak = Bands(0.4, 0.04, 0.01, 400), &none = Bands(0, 0.04, 0.01);
   EXPECT_NEAR(At(weak, kS1, Wavenumbers(0.12)), At(none, kS1, Wavenumbers(0.12)),
               kWeakField * At(none, kS1, Wavenumbers(0.12)));
@@ -49,7 +49,7 @@ TEST_F(Weyl, InAWeakFieldTendToThatAndReverseTheirHallPart) {
 }
 
 TEST_F(Weyl, HoldTheChargeOfTheirFermiSphere) {
-  constexpr double kMesh = 0.02;  // levels and momenta in steps
+  constexpr double kMesh = 0.02;  // discrete levels and momenta
   // Two nodes with k_F = mu/(hbar v): n = 2 k_F^3/(6 pi^2).
   Model& model = Bands(0.2, 0.1, 0.002, 600, 400);
   const double k = 0.1 / (6.58211899e-16 * 5e5) * 0.01;  // 1/cm
@@ -58,7 +58,7 @@ TEST_F(Weyl, HoldTheChargeOfTheirFermiSphere) {
 }
 
 TEST_F(Weyl, WithoutFieldWriteTheirMiddleLevels) {
-  constexpr double kWritten = 1e-5;  // the last place that the file holds
+  constexpr double kWritten = 1e-5;  // the last decimal place in the file
   Model& model = Bands(0, 0, 0.002, 3, 4);
   At(model, kS1, 100);
   std::string text;
@@ -85,7 +85,7 @@ TEST_F(Weyl, WithoutFieldWriteTheirMiddleLevels) {
 TEST_F(Weyl, ShowALevelAlongTheField) {
   const double bands = Bands(5, 0, 0.01, 10).number;
   const double m = 6.58211899e-16 * 5e5 * 1e9 * 0.3, eps2 = 2 * 5e5 * 5e5 * 6.58211899e-16 * 5;
-  EXPECT_NEAR(At(Make(94, {{bands, 10, 0}}), kRefl, 0.3), -m, kRound);  // the chiral one, in the middle
+  EXPECT_NEAR(At(Make(94, {{bands, 10, 0}}), kRefl, 0.3), -m, kRound);  // the chiral level, in the middle of the gap
   EXPECT_NEAR(At(Make(94, {{bands, 12, 0}}), kRefl, 0.3), std::sqrt(m * m + 2 * eps2), kRound);
   EXPECT_EQ(At(Make(94, {{bands, 99, 0}}), kRefl, 0.3), 0);
 }
@@ -117,7 +117,7 @@ TEST_F(BismuthTypes, HaveTheLevelsOfBothBands) {
 }
 
 TEST_F(BismuthTypes, HolesAloneTurnAtTheirCyclotronEnergyWithTheirDrudeWeight) {
-  constexpr double kParabola = 0.15;  // the band is not quite one, and has neighbours
+  constexpr double kParabola = 0.15;  // the band is not exactly parabolic and has neighbours
   // The chemical potential is in the middle of the gap, 46 meV below the top of the hole band: there are no electrons.
   Model& model = Sample(1, 0, 0.046);
   const double hole = 2 * 5.7879892e-05 / 0.064;
@@ -148,7 +148,7 @@ class Devices : public TypeFixture {
 };
 
 TEST_F(Devices, SheetsHaveTheFillingOfTheirLevels) {
-  constexpr double kWarmth = 1e-6, kOfQuantum = 0.02;  // 4 K, and levels that end somewhere
+  constexpr double kWarmth = 1e-6, kOfQuantum = 0.02;  // 4 K; the sum over levels is truncated
   // mu between the levels n and n + 1: filling 2n + 1 in units of 4.839e10 |B|, the density to match.
   const double eps = std::sqrt(1.3154e-15 * 1e12 * 10);
   for (const int n : {0, 1, 2}) {
@@ -194,7 +194,7 @@ TEST_F(Devices, WithoutSheetAreTheSlabItself) {
 }
 
 TEST_F(Devices, AreReadByPolarimetersAsTheyTurnTheLight) {
-  constexpr double kFirstOrder = 0.05;  // the first order of an angle and the whole one
+  constexpr double kFirstOrder = 0.05;  // terms beyond the first order of the angle
   const double sheet = Sheet(7).number;
   const double device =
       Make(98, {{sheet, 0, 0}, {0, 0, 0}, {1, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}}).number;

@@ -100,7 +100,7 @@ TEST_F(BilayerProgram, WritesTheMeshAnewWhenOneOfItsNumbersChanges) {
 }
 
 TEST_F(BilayerProgram, TakesAMeshMadeByHandUntilItsOwnChanges) {
-  constexpr double kHalves = 1e-6;  // the broken symmetry of the places in the file, which have seven digits
+  constexpr double kHalves = 1e-6;  // the coordinates in the file have seven digits, which breaks their symmetry
   Model& model = MakeBilayer(3.1, 0, 60);
   const double all = At(model, kDepth, 2);
   folder.Write("Q.cfg", "0\n0 0 0 0.5 1 0 30 60 1");  // half of the zone is enough by k -> -k
@@ -191,7 +191,7 @@ TEST_F(BilayerProgram, ThePairsOfBandsAddUpToTheSum) {
 
 // The Kubo sum over a small mesh, with the closed bands of a single sheet.
 TEST_F(BilayerProgram, HasTheSumOfTheClosedMatrixElements) {
-  constexpr double kSixDigits = 1e-5;  // of e^2/hbar above, and places of atoms with seven
+  constexpr double kSixDigits = 1e-5;  // of e^2/hbar above; coordinates of atoms have seven
   constexpr int kCells = 5;
   const double g0 = 3.0, length = 2.4595, kT = 8.6173467e-05 * 2000, mu = 0.3;
   Model& model = MakeBilayer(g0, 0, kCells);

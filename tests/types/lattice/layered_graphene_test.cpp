@@ -181,7 +181,7 @@ TEST_F(LayeredGraphene, WithoutCouplingStartsToAbsorbAtTwiceTheChemicalPotential
 }
 
 TEST_F(LayeredGraphene, WithoutCouplingItsFreeCarriersHaveTheirClosedWeight) {
-  constexpr double kMesh = 0.01;  // and bands that are no cones
+  constexpr double kMesh = 0.01;  // steps of the mesh, and bands that are not cones
   // sigma = e^2/(4 hbar) (4 mu/pi) i/(E + ig) a layer
   const Layers doped{.mu = 0.3, .T = 200, .cells = 400, .broadening = 0.05, .radius = 0.1};
   const C with = Pair(MakeLayers(36, doped), kS1, 400), without = Pair(MakeLayers(36, doped, 0, 0, 1), kS1, 400);
@@ -190,7 +190,7 @@ TEST_F(LayeredGraphene, WithoutCouplingItsFreeCarriersHaveTheirClosedWeight) {
 }
 
 TEST_F(LayeredGraphene, CountsTheElectronsOfItsCones) {
-  constexpr double kMesh = 0.01;  // and bands that are no cones
+  constexpr double kMesh = 0.01;  // steps of the mesh, and bands that are not cones
   const double mu = 0.3, kT = kEvPerKelvin * 300, velocity = std::sqrt(0.75) * 2.4595 * 3.1;
   const double area = 2.4595 * 2.4595 * std::sqrt(0.75);
   // Two layers, four cones each with spin: area (mu^2 + (pi kT)^2/3)/(pi v^2)
@@ -202,7 +202,7 @@ TEST_F(LayeredGraphene, CountsTheElectronsOfItsCones) {
 }
 
 TEST_F(LayeredGraphene, IsTheSameFromTheZoneAndFromTheDisc) {
-  constexpr double kMesh = 0.03;  // two meshes, and what lies outside the disc
+  constexpr double kMesh = 0.03;  // steps of two meshes; states outside the disc are missing
   Layers layers{.g1 = 0.4, .mu = 0.1, .cells = 200, .broadening = 0.1, .radius = 0.2, .directions = 24};
   Model& disc = MakeLayers(34, layers);
   layers.radius = 0;
@@ -309,7 +309,7 @@ TEST_F(LayeredGraphene, OfThreeLayersMovesWithTheHoppingsBetweenTheOuterOnes) {
     const double share = 2 * std::numbers::pi * 1e-12 * std::sqrt(4.0 / 3);
     return At(model, kN1, 100) / share / 2;  // without spin
   };
-  constexpr double kSmallDisc = 1e-3;  // levels differ a little over it
+  constexpr double kSmallDisc = 1e-3;  // levels vary a little over the disc
   EXPECT_NEAR(electronsBelow(-0.35), -3, kSmallDisc);
   EXPECT_NEAR(electronsBelow(-0.2), -2, kSmallDisc);
   EXPECT_NEAR(electronsBelow(-0.05), -1, kSmallDisc);

@@ -91,7 +91,7 @@ TEST_F(Mixtures, OfADoubleLayerSolveTheirLocalFields) {
 }
 
 TEST_F(Mixtures, WithAPermeabilityMatchVacuumWhereItEqualsThePermittivity) {
-  constexpr double kLimit = 1e-10;  // the other part is there with a vanishing share
+  constexpr double kLimit = 1e-10;  // the other part has a vanishing fraction
   const double eps = Medium(2.5), mu = Medium(2.5), one = Medium(1);
   EXPECT_EQ(At(Make(9, {{eps, mu, 0}}), kRefl, 100), 0);
   Model& usual = Make(9, {{a, one, 0}});

@@ -34,7 +34,7 @@ TEST_F(NearField, WithoutMomentumIsNormalIncidenceAndWithThatOfLightAtAnAngleThe
 }
 
 TEST_F(NearField, AtLargeMomentaIsTheImageOfACharge) {
-  constexpr double kRetardation = 1e-4;  // (k/q)^2 and a little of the first order
+  constexpr double kRetardation = 1e-4;  // (k/q)^2, and a small first-order term
   const C e = Eps(polar, 900);
   EXPECT_LT(std::abs(Pair(Surface(polar, 1e6), kE1, 900) - (e - 1.0) / (e + 1.0)), kRetardation);
   Model& uniaxial = Make(77, {{silicon, polar, 0}, {0, 0, 0}, {1e6, 0, 0}});
@@ -46,7 +46,7 @@ TEST_F(NearField, AtLargeMomentaIsTheImageOfACharge) {
 }
 
 TEST_F(NearField, ASheetActsByItsBoundaryCondition) {
-  constexpr double kConductance = 3e-6;  // 1816.5 has five digits, and the sheet counts for 2 %
+  constexpr double kConductance = 3e-6;  // 1816.5 has five digits, and the sheet contributes 2 %
   Load(1, 100, 2000, [](double) { return 1816.5; });
   Load(2, 100, 2000, [](double) { return 300.0; });
   Model& model = Make(73, {{silicon, 1, 2}, {4000, 0, 0}});

@@ -78,7 +78,7 @@ TEST_F(Films, InAPressureCellPassBothFacesOnce) {
 }
 
 TEST_F(Films, SurfacePlasmonsOfAPerfectMetalRunAsLight) {
-  constexpr double kMatched = 1e-9;      // k1 and k2 are roots of differences
+  constexpr double kMatched = 1e-9;      // k1 and k2 are square roots of differences
   constexpr double kPenetration = 1e-6;  // root of 1/|eps| of the metal
   const double metal = Medium(-1e12);
   Model& model = Make(72, {{glass, metal, 0}});
@@ -237,7 +237,7 @@ TEST_F(OnSubstrate, WithoutRowsAreVacuum) {
 }
 
 TEST_F(Films, ThePhaseOfAThickLayerGivesItsIndexAndOfAThinOneItsPermittivity) {
-  // Echoes of the thick layer, the next order in the thickness, and faces count for less than half a turn.
+  // Echoes of the thick layer, the next order in the thickness and the faces contribute less than half a turn.
   constexpr double kEchoes = 1e-3, kNextOrder = 1e-4, kHalfATurn = 0.5;
   Model& thick = Make(54, {{glass, 3, 0}});
   EXPECT_NEAR(At(thick, kRps, 400), 0.5, kEchoes);

@@ -118,7 +118,7 @@ TEST_F(Multilayers, ClearOnlyAsLongAsQuantitiesAreWanted) {
 }
 
 TEST_F(Multilayers, WithADielectricFunctionNear0StayFinite) {
-  constexpr double kSmallestEps = 1e-6;  // what stands for 0 absorbs a little
+  constexpr double kSmallestEps = 1e-6;  // the value used for 0 absorbs a little
   const double zero = Medium(0);
   Model& model = Make(2, {{zero, 0.001, 0}, {glass, 0.001, 0}});
   EXPECT_TRUE(std::isfinite(At(model, kRefl, 100)));
@@ -197,7 +197,7 @@ TEST_F(ObliqueStacks, ReflectNothingOfALossFreeLayerAtItsBrewsterAngle) {
 }
 
 TEST_F(ObliqueStacks, CountALayerWithGainAsAlmostLossFree) {
-  constexpr double kLoss = 1e-5;  // that is put for the gain
+  constexpr double kLoss = 1e-5;  // replaces the gain
   const double gain = Medium(4, {{200, 300, -10}});
   const double rounded = Medium(Eps(gain, 150).real());
   Model& model = Make(92, {{0, 40, 0}, {gain, 0.001, 0}});

@@ -142,7 +142,7 @@ TEST_F(Slabs, HaveTheAmplitudeOfAllTheirEchoes) {
 }
 
 TEST_F(Slabs, DelayThePulse) {
-  constexpr double kBetweenPoints = 0.1, kHeight = 0.03;  // straight lines between steps of 0.2
+  constexpr double kBetweenPoints = 0.1, kHeight = 0.03;  // linear interpolation between steps of 0.2
   // Index 2 without loss: the main pulse arrives (n - 1) d later, in steps of mm of a stage that is passed twice.
   const double glass = Medium(4), delay = 0.1;  // cm
   Model& model = MakeSlab(glass, 0, delay, 1);
