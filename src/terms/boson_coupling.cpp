@@ -114,7 +114,7 @@ struct Memory {
 };
 
 Memory MemoryOf(const std::vector<CouplingNode>& nodes, double w, double kelvins) {
-  const double t = kKelvin * kelvins;
+  const double t = kWavenumberPerKelvin * kelvins;
   const double unit = 2 * kPi * AtLeast(t, kFloor);
   Cplx value, slope;
   for (const CouplingNode& node : nodes) {

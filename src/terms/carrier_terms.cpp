@@ -198,7 +198,7 @@ struct DiracStep {
       .causal = false,
       .causality = "The real part is not the Kramers-Kronig transform of the absorption."};
   static constexpr std::size_t kInputs = std::size(kCells);
-  static constexpr double kKelvin = 1.4383137011779292;  // cm K
+  static constexpr double kSecondRadiationConstant = 1.4383137011779292;  // h c/k_B, cm K
   static constexpr double kFloor = 1e-10;
 
   template <class T>
@@ -206,7 +206,8 @@ struct DiracStep {
     const double w = std::max(call.w, kFloor);
     if (Norm(Cplx{ValueOf(in[3]), 0}) < kTinyNorm) return false;
     const T T2 = T(2) * (in[2] > T(kFloor) ? in[2] : T(kFloor));
-    const T step = Tanh(T(kKelvin) * (T(w / 2) - in[1]) / T2) - Tanh(T(kKelvin) * (T(-w / 2) - in[1]) / T2);
+    const T step = Tanh(T(kSecondRadiationConstant) * (T(w / 2) - in[1]) / T2) -
+                   Tanh(T(kSecondRadiationConstant) * (T(-w / 2) - in[1]) / T2);
     const T X = T(1816.5 * 3.35 * 0.5) / in[3] * step * T(w * w) / (T(4) * in[0] * in[0] + T(w * w));
     eps = {T(0), T(60 / w) * X};
     return true;

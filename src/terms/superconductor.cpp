@@ -94,7 +94,7 @@ struct UnpairedShare {
     const bool normal = !(ValueOf(t) < ValueOf(Tc));
     const T gap = normal ? T(0) : Magnitude(gapAtZero) * ReducedGap(GapTableOf(*call.environment), t / Tc);
     Complex<T> paired;
-    if (!PairedTerm(call.w, Wp, G, gap, kKelvin * t, paired)) return false;
+    if (!PairedTerm(call.w, Wp, G, gap, kWavenumberPerKelvin * t, paired)) return false;
     eps = normal ? paired : paired * (1.0 - u) + NormalTerm(call.w, Wp, G) * u;
     return true;
   }
@@ -120,9 +120,9 @@ struct GapOfTc {
     T gap = 0;
     if (ValueOf(t) < ValueOf(Tc)) {
       const T ratio = t / Tc;
-      gap = kGapOfTc * kKelvin * Tc * Sqrt(Cos(kQuarterTurn * ratio * ratio));
+      gap = kGapOfTc * kWavenumberPerKelvin * Tc * Sqrt(Cos(kQuarterTurn * ratio * ratio));
     }
-    return PairedTerm(call.w, Wp, G, gap, kKelvin * t, eps);
+    return PairedTerm(call.w, Wp, G, gap, kWavenumberPerKelvin * t, eps);
   }
 };
 
@@ -144,7 +144,7 @@ struct GivenGap {
   template <class T>
   static bool Value(const TermCall& call, const std::array<T, kInputs>& in, Complex<T>& eps) {
     const auto& [Wp, G, gap, temperature] = in;
-    return PairedTerm(call.w, Wp, G, Magnitude(gap), kKelvin * temperature, eps);
+    return PairedTerm(call.w, Wp, G, Magnitude(gap), kWavenumberPerKelvin * temperature, eps);
   }
 };
 

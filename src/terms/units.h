@@ -3,6 +3,6 @@
 
 namespace kalvex {
 
-inline constexpr double kKelvin = 0.6950788589157977;  // cm-1 of 1 K
+inline constexpr double kWavenumberPerKelvin = 0.6950788589157977;  // k_B/(h c), cm-1 of 1 K
 
 }  // namespace kalvex

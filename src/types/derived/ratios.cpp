@@ -1,5 +1,6 @@
 // Ratios and differences of Quantities of other models, and Quantities weighted with measured spectra.
 #include <cmath>
+#include <numbers>
 
 #include "evaluation/eval_model.h"
 #include "records/row_code.h"
@@ -86,7 +87,7 @@ struct RatioOfDevices {
                                        {kE2, "ratio of this Quantity of both models", kOfRatio}};
   static constexpr RowRule kRows = AtLeast(3);
   static constexpr int kDevice = 98;
-  static constexpr double kPerPath = -12.566370614359172;  // -4 pi
+  static constexpr double kPerPath = -4 * std::numbers::pi;
 
   static bool HasPath(const Model& partner) { return NegatedCode(partner.epsInf) == kDevice && RowCount(partner) > 1; }
   static std::uint64_t Idle(const TypeInputs<double>& in) { return HasPath(in.partner(kA)) ? InputBits({kPath}) : 0; }

@@ -78,7 +78,7 @@ const std::vector<BosonKernel>& KernelsAt(const VarDielFunc& vdf, double x, doub
   const auto found = kept.at.find(x);
   if (found != kept.at.end()) return found->second;
   if (kept.at.size() * kept.places.size() >= kMost) kept.at.clear();
-  const double unit = 2 * std::numbers::pi * kKelvin * kelvins;
+  const double unit = 2 * std::numbers::pi * kWavenumberPerKelvin * kelvins;
   std::vector<BosonKernel>& kernels = kept.at[x];
   for (const double place : kept.places) {
     kernels.push_back(place > 0 ? BosonKernelAt(x / unit, place / unit) : BosonKernel{});
@@ -114,7 +114,7 @@ int EvaluateMeshCoupling(EvalContext& ctx, const Model& model, double x, bool de
   if (const int status = run.ReadRows()) return status;
   const TypeInputs<double> in(run.scratch(), MeshCoupling::kMap, x);
   const Model& spectrum = *run.scratch().partner[kSpectrum];
-  const double kelvins = in.value(kTemperature), t = kKelvin * kelvins;
+  const double kelvins = in.value(kTemperature), t = kWavenumberPerKelvin * kelvins;
   if (!HasVdf(spectrum) || !(kelvins > 0) || t < kLeast) return -1;
   run.AskAll(x, derivatives);
   const double w = std::fabs(x) < kLeast ? kLeast : x, t2 = t * t;
