@@ -6,7 +6,6 @@ namespace kalvex {
 inline constexpr int kMaxDatasets = 100;
 inline constexpr int kMaxModels = 100;
 inline constexpr int kMaxGraphs = 100;
-inline constexpr int kExpParamCount = 6;
 inline constexpr int kMaxCouplingGroup = 24;
 
 // A value that does not exist. The accessors return the negative one for an invalid model or index. The computed

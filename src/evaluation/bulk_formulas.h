@@ -109,13 +109,13 @@ template <class T, class Out>
 struct ExpInputs {
   const QuantityInputOf<T>& in;
   Out& out;
-  double Value(ExpParam k) const { return (*in.exp)[static_cast<std::size_t>(k)].value; }
-  bool Wanted(ExpParam k) const { return in.derivatives && (*in.exp)[static_cast<std::size_t>(k)].adjustable; }
+  double Value(ExpParam k) const { return (*in.exp)[k].value; }
+  bool Wanted(ExpParam k) const { return in.derivatives && (*in.exp)[k].adjustable; }
   void Clear(ExpParam k) const {
-    if (Wanted(k)) out.dExp[static_cast<std::size_t>(k)] = 0;
+    if (Wanted(k)) out.dExp[k] = 0;
   }
   void Add(ExpParam k, const T& slope) const {
-    if (Wanted(k)) out.dExp[static_cast<std::size_t>(k)] += slope;
+    if (Wanted(k)) out.dExp[k] += slope;
   }
 };
 template <class T, class Out>

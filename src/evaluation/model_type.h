@@ -94,7 +94,7 @@ constexpr RowCell Setting(int row, int column, const char* meaning, double typic
   return {row, column, CellUse::kSetting, meaning, typical, absent};
 }
 constexpr RowCell Experimental(ExpParam index, const char* meaning) {
-  return {index, 0, CellUse::kExperimental, meaning};
+  return {static_cast<int>(index), 0, CellUse::kExperimental, meaning};
 }
 
 // A Quantity that a type fills, and the inputs on which it can depend: bit i for cell number i. The cells of the groups

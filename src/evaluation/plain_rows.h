@@ -27,7 +27,7 @@ class PlainRows {
   void FillSlopes(SpectrumBlock& block, Quantity quantity, const double* w, const double* dRe, const double* dIm);
 
  private:
-  static constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kNobody = ~std::size_t{0};
   struct Claims {
     std::size_t k[kColumns] = {kNobody, kNobody, kNobody};
     bool Any() const { return k[Wo] != kNobody || k[Wp] != kNobody || k[G] != kNobody; }

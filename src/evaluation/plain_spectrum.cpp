@@ -12,7 +12,7 @@ namespace {
 
 static_assert(kSpectrumBlock == kKernelBlock);
 
-constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+constexpr std::size_t kNobody = ~std::size_t{0};
 
 const SpectrumKernels& Kernels() { return WidestKernels<SpectrumKernels>(); }
 
@@ -98,9 +98,9 @@ void PlainSpectrum::AddMesh(const SpectrumBlock& block) {
   for (std::size_t i = 0; i < kSpectrumBlock; ++i) {
     const VdfWeights at = weights_[i] = VdfWeightsAt(model_.vdf, x_[i]);
     for (const auto& [point, weight] : {std::pair(at.first, at.firstWeight), std::pair(at.second, at.secondWeight)}) {
-      if (point < 0) continue;
-      eps_.im[i] += weight * mesh[static_cast<std::size_t>(point)].e2.value;
-      if (!constrained) eps_.re[i] += weight * mesh[static_cast<std::size_t>(point)].e1.value;
+      if (point == VdfWeights::kNoPoint) continue;
+      eps_.im[i] += weight * mesh[point].e2.value;
+      if (!constrained) eps_.re[i] += weight * mesh[point].e1.value;
     }
   }
   if (!constrained) return;
@@ -115,9 +115,9 @@ void PlainSpectrum::AddMeshWeights(SpectrumBlock& block, Quantity quantity, cons
   for (std::size_t i = 0; i < block.count; ++i) {
     const VdfWeights& at = weights_[i];
     for (const auto& [point, weight] : {std::pair(at.first, at.firstWeight), std::pair(at.second, at.secondWeight)}) {
-      if (point < 0 || weight == 0) continue;
+      if (point == VdfWeights::kNoPoint || weight == 0) continue;
       for (const std::size_t imaginary : {0u, 1u}) {
-        const std::size_t k = meshSlopes_[2 * static_cast<std::size_t>(point) + imaginary];
+        const std::size_t k = meshSlopes_[2 * point + imaginary];
         if (k != kNobody) block.Slopes(k, quantity)[i] += weight * (imaginary ? result.dIm : result.dRe)[i];
       }
     }

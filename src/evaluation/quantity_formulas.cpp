@@ -1,5 +1,6 @@
 #include "evaluation/quantity_formulas.h"
 
+#include <span>
 #include <utility>
 
 #include "evaluation/bulk_formulas.h"
@@ -13,34 +14,33 @@ using Oblique = bulk::ObliqueAmplitude<double, 2>;
 struct QuantityTraits {
   Quantity of;
   bool ofMu;
-  int nExp;
-  std::array<int, 3> expIndex;
+  std::span<const ExpParam> exp;
   double valueBig;
   double valueSmall;
   double wRe, wIm, wMuRe, wMuIm;
 };
 
-constexpr std::array<int, 3> kNoExp = {};
-constexpr std::array<int, 3> kScaleR = {kScalingFactorOfR};
-constexpr std::array<int, 3> kPlate = {kSampleThickness, kThicknessSpread, kScalingFactorOfT};
-constexpr std::array<int, 3> kOblique = {kAngleOfIncidence, kAngleSpread, kScalingFactorOfR};
+constexpr std::span<const ExpParam> kNoExp;
+constexpr ExpParam kScaleR[] = {kScalingFactorOfR};
+constexpr ExpParam kPlate[] = {kSampleThickness, kThicknessSpread, kScalingFactorOfT};
+constexpr ExpParam kOblique[] = {kAngleOfIncidence, kAngleSpread, kScalingFactorOfR};
 
 constexpr auto kTraits = std::to_array<QuantityTraits>({
-    {kRefl, true, 1, kScaleR, 1, 1, 1, 1, 1, 1},
-    {kTrans, true, 3, kPlate, 0, 1, 1, 1, 1, 1},
-    {kRp, true, 3, kOblique, 1, 1, 1, 1, 1, 1},
-    {kRs, true, 3, kOblique, 1, 1, 1, 1, 1, 1},
-    {kRps, true, 3, kOblique, 1, 1, 1, 1, 1, 1},
-    {kE1, false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
-    {kE2, false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
-    {kS1, false, 0, kNoExp, 0, 0, 0, 1, 0, 0},
-    {kS2, false, 0, kNoExp, 0, 0, 1, 0, 0, 0},
-    {kN1, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-    {kN2, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-    {kDepth, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
-    {kLoss, false, 0, kNoExp, 0, 0, 1, 1, 0, 0},
-    {kDefringed, true, 3, kPlate, 0, 0, 1, 1, 1, 1},
-    {kAlpha, true, 0, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kRefl, true, kScaleR, 1, 1, 1, 1, 1, 1},
+    {kTrans, true, kPlate, 0, 1, 1, 1, 1, 1},
+    {kRp, true, kOblique, 1, 1, 1, 1, 1, 1},
+    {kRs, true, kOblique, 1, 1, 1, 1, 1, 1},
+    {kRps, true, kOblique, 1, 1, 1, 1, 1, 1},
+    {kE1, false, kNoExp, 0, 0, 1, 0, 0, 0},
+    {kE2, false, kNoExp, 0, 0, 0, 1, 0, 0},
+    {kS1, false, kNoExp, 0, 0, 0, 1, 0, 0},
+    {kS2, false, kNoExp, 0, 0, 1, 0, 0, 0},
+    {kN1, true, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kN2, true, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kDepth, true, kNoExp, 0, 0, 1, 1, 1, 1},
+    {kLoss, false, kNoExp, 0, 0, 1, 1, 0, 0},
+    {kDefringed, true, kPlate, 0, 0, 1, 1, 1, 1},
+    {kAlpha, true, kNoExp, 0, 0, 1, 1, 1, 1},
 });
 static_assert(IsComplete(kTraits, &QuantityTraits::of));
 
@@ -79,7 +79,7 @@ Lanes ObliqueOfEpsMu(Quantity quantity, const Cplx& eps, const Cplx& mu, const b
 void PutLimit(const QuantityInput& in, const QuantityTraits& traits, double value, QuantityResult& out) {
   out.Put(value);
   if (in.derivatives) bulk::ClearSlopes(out);
-  if (traits.nExp == 0) out.formerExp = false;
+  if (traits.exp.empty()) out.formerExp = false;
 }
 
 }  // namespace
@@ -111,9 +111,7 @@ void QuantityOfEpsMu(const QuantityInput& in, const Cplx& eps, const Cplx& mu, Q
 
 void DependencyStub(Quantity quantity, QuantityResult& out) {
   const QuantityTraits& traits = TraitsOf(quantity);
-  for (int k = 0; k < traits.nExp; ++k) {
-    out.dExp[static_cast<std::size_t>(traits.expIndex[static_cast<std::size_t>(k)])] = 1;
-  }
+  for (const ExpParam k : traits.exp) out.dExp[k] = 1;
   out.dRe = traits.wRe;
   out.dIm = traits.wIm;
 }

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "core/limits.h"
 #include "datasets/quantity.h"
+#include "records/model.h"
 
 namespace kalvex {
 

@@ -24,7 +24,7 @@ struct ParamSlopes;
 // Number of directions of the dual numbers in one pass over a type's formula.
 inline constexpr std::size_t kTypeLanes = 8;
 using TypeDual = Dual<kTypeLanes>;
-inline constexpr auto kNoDirection = static_cast<std::size_t>(-1);
+inline constexpr auto kNoDirection = ~std::size_t{0};
 
 struct TypeScratch {
   std::span<const double> ahead;                // as in the stack

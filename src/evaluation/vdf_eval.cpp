@@ -16,8 +16,8 @@ double F(double u) {
 template <class Visit>
 void ForEachWeight(const VarDielFunc& vdf, double X, Visit visit) {
   const VdfWeights at = VdfWeightsAt(vdf, X);
-  if (at.first >= 0) visit(static_cast<std::size_t>(at.first), at.firstWeight);
-  if (at.second >= 0) visit(static_cast<std::size_t>(at.second), at.secondWeight);
+  if (at.first != VdfWeights::kNoPoint) visit(at.first, at.firstWeight);
+  if (at.second != VdfWeights::kNoPoint) visit(at.second, at.secondWeight);
 }
 
 }  // namespace
@@ -39,10 +39,11 @@ void VdfKernel(const VarDielFunc& vdf, double X, double* out) {
 }
 
 VdfWeights VdfWeightsAt(const VarDielFunc& vdf, double X) {
-  const int i = FindVdfInterval(X, vdf);
-  if (i < 0) return {};
-  if (i + 1 == static_cast<int>(vdf.mesh.size())) return {i, -1, 1, 0};
-  const double a = vdf.mesh[static_cast<std::size_t>(i)].x, b = vdf.mesh[static_cast<std::size_t>(i) + 1].x;
+  const int interval = FindVdfInterval(X, vdf);
+  if (interval < 0) return {};
+  const auto i = static_cast<std::size_t>(interval);
+  if (i + 1 == vdf.mesh.size()) return {i, VdfWeights::kNoPoint, 1, 0};
+  const double a = vdf.mesh[i].x, b = vdf.mesh[i + 1].x;
   return {i, i + 1, (b - X) / (b - a), (X - a) / (b - a)};
 }
 

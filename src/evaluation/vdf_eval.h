@@ -16,8 +16,9 @@ void VdfKernel(const VarDielFunc& vdf, double X, double* out);
 
 // The one or two mesh points that determine the piecewise linear curves at a frequency, with their weights.
 struct VdfWeights {
-  int first = -1;  // -1 outside the mesh
-  int second = -1;
+  static constexpr std::size_t kNoPoint = ~std::size_t{0};
+  std::size_t first = kNoPoint;  // kNoPoint outside the mesh
+  std::size_t second = kNoPoint;
   double firstWeight = 0;
   double secondWeight = 0;
 };

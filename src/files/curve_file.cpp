@@ -18,7 +18,7 @@ constexpr std::size_t kChunk = 4096;
 class GridWalk {
  public:
   GridWalk(const CurveExport& what)
-      : logarithmic_(what.grid == 2),
+      : logarithmic_(what.grid == kLogarithmicGrid),
         at_(logarithmic_ ? LogOf(what.xMin) : what.xMin),
         end_(logarithmic_ ? LogOf(what.xMax) : what.xMax),
         step_((end_ - at_) / (what.points - 1)) {}
@@ -88,8 +88,8 @@ int WriteCurve(ParamTables& params, EvalContext& ctx, const Model& model, const 
     file.Write(lines.text);
     return lines.status;
   }
-  if (what.grid != 1 && what.grid != 2) return 0;
-  const bool slopes = what.derivatives && what.grid == 2;
+  if (what.grid != kLinearGrid && what.grid != kLogarithmicGrid) return 0;
+  const bool slopes = what.derivatives && what.grid == kLogarithmicGrid;
   int status = 0;
   for (GridWalk walk(what); walk.HasPoint();) {
     x.clear();

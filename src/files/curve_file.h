@@ -9,13 +9,17 @@
 
 namespace kalvex {
 
+// Numbers in macros: of the grids, and of where the x values come from.
+inline constexpr int kLinearGrid = 1, kLogarithmicGrid = 2;
+inline constexpr int kXOfGrid = 1, kXOfMesh = 2;
+
 struct CurveExport {
   std::optional<Quantity> quantity;
   double xMin = 0;  // cm-1, below xMax; above 0 for the logarithmic grid
   double xMax = 0;
   int points = 0;            // at least 1
   bool onMesh = false;       // use the mesh points of the model instead of a grid
-  int grid = 1;              // 1 linear, 2 logarithmic; any other number gives no points
+  int grid = kLinearGrid;    // or kLogarithmicGrid; any other number gives no points
   bool derivatives = false;  // also write dQ/d(Re eps), dQ/d(Im eps); only on the logarithmic grid
 };
 

@@ -14,7 +14,7 @@ namespace kalvex {
 // How the gradients of one term's points are formed. Entry i of a gradient is factor[i] times the slope number slope[i]
 // at the point, and 0 if there is no slope.
 struct GradientColumns {
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kNone = ~std::size_t{0};
   std::vector<std::size_t> slope;  // for each entry of the gradient: the slope's number in the request, or kNone
   std::vector<double> factor;
   bool most = false;  // the term depends on most parameters, and no two of them share an entry

@@ -126,29 +126,34 @@ struct CurveColor {
   const char* name;
   std::uint32_t rgb;  // 0xRRGGBB
 };
-inline constexpr std::array<CurveColor, 17> kCurveColors = {{{"= AUTO =", 0xFFFFFF},
-                                                             {"Black", 0x000000},
-                                                             {"Red", 0xFF0000},
-                                                             {"Green", 0x00FF00},
-                                                             {"Blue", 0x0000FF},
-                                                             {"Cyan", 0x00FFFF},
-                                                             {"Magenta", 0xFF00FF},
-                                                             {"Yellow", 0xFFFF00},
-                                                             {"Gray", 0x7F7F7F},
-                                                             {"Grass", 0x009933},
-                                                             {"Sky", 0x00CCFF},
-                                                             {"Orange", 0xFF9933},
-                                                             {"Chalk", 0xFFFF99},
-                                                             {"Brown", 0x996633},
-                                                             {"Sea", 0x33CC99},
-                                                             {"Gold", 0xCC9933},
-                                                             {"Khaki", 0x999966}}};
-inline constexpr int kAutomaticColors = 16;
+inline constexpr auto kCurveColors = std::to_array<CurveColor>({{"= AUTO =", 0xFFFFFF},
+                                                                {"Black", 0x000000},
+                                                                {"Red", 0xFF0000},
+                                                                {"Green", 0x00FF00},
+                                                                {"Blue", 0x0000FF},
+                                                                {"Cyan", 0x00FFFF},
+                                                                {"Magenta", 0xFF00FF},
+                                                                {"Yellow", 0xFFFF00},
+                                                                {"Gray", 0x7F7F7F},
+                                                                {"Grass", 0x009933},
+                                                                {"Sky", 0x00CCFF},
+                                                                {"Orange", 0xFF9933},
+                                                                {"Chalk", 0xFFFF99},
+                                                                {"Brown", 0x996633},
+                                                                {"Sea", 0x33CC99},
+                                                                {"Gold", 0xCC9933},
+                                                                {"Khaki", 0x999966}});
+inline constexpr int kAutomaticColors = static_cast<int>(kCurveColors.size()) - 1;
+inline const CurveColor& ColorOf(const Curve& curve) {
+  return kCurveColors[static_cast<std::size_t>(curve.colorIndex)];
+}
 
 inline constexpr std::array<const char*, 8> kSymbolSizeNames = {"1", "3", "5", "7", "9", "11", "13", "15"};
 enum class SymbolShape : int { kSquare, kCircle, kUpTriangle, kDownTriangle, kDiamond };
-inline constexpr std::array<const char*, 5> kSymbolShapeNames = {"Square", "Circle", "Up triangle", "Down triangle",
-                                                                 "Diamond"};
+template <>
+inline constexpr std::size_t kEnumCount<SymbolShape> = static_cast<std::size_t>(SymbolShape::kDiamond) + 1;
+inline constexpr auto kSymbolShapeNames =
+    FullTable<SymbolShape, const char*>({"Square", "Circle", "Up triangle", "Down triangle", "Diamond"});
 inline constexpr auto kCurveKindNames = FullTable<CurveKind, const char*>({"DATA", "MODEL", "CHI-SQ", "MULTI", "FREQ"});
 
 // Size in pixels of a curve's symbols. 0 if it shows none, or if its size or shape is not in the tables.

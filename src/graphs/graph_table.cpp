@@ -110,14 +110,10 @@ void RebuildGraph(Graph& graph) {
   graph.frame = LayOut(graph).frame;
   graph.plotWidth = std::max(0, graph.frame.right - graph.frame.left + 1);
   graph.plotHeight = std::max(0, graph.frame.bottom - graph.frame.top + 1);
-  graph.columnX.resize(static_cast<std::size_t>(graph.plotWidth));
-  graph.rowY.resize(static_cast<std::size_t>(graph.plotHeight));
-  for (int i = 0; i < graph.plotWidth; ++i) {
-    graph.columnX[static_cast<std::size_t>(i)] = ValueAt(graph.X, graph.plotWidth, i);
-  }
-  for (int i = 0; i < graph.plotHeight; ++i) {
-    graph.rowY[static_cast<std::size_t>(i)] = ValueAt(graph.Y, graph.plotHeight, i);
-  }
+  graph.columnX.clear();
+  graph.rowY.clear();
+  for (int i = 0; i < graph.plotWidth; ++i) graph.columnX.push_back(ValueAt(graph.X, graph.plotWidth, i));
+  for (int i = 0; i < graph.plotHeight; ++i) graph.rowY.push_back(ValueAt(graph.Y, graph.plotHeight, i));
 }
 
 void ApplyAxes(Graph& graph) {

@@ -19,7 +19,7 @@ void FillRows(const Graph& graph, Canvas& canvas, int column, int first, int las
 }
 
 void PaintStrokes(const Graph& graph, Canvas& canvas, const Curve& curve) {
-  const std::uint32_t color = kCurveColors[static_cast<std::size_t>(curve.colorIndex)].rgb;
+  const std::uint32_t color = ColorOf(curve).rgb;
   for (const Stroke& stroke : curve.strokes.strokes) {
     FillRows(graph, canvas, stroke.column, stroke.first, stroke.last, color);
   }
@@ -34,11 +34,10 @@ void FillColumn(const Graph& graph, std::span<const Curve* const> curves, int co
   colors.front() = colors.back() = kBlack;
   for (const Curve* const curve : curves) {
     const StrokeBuffer& buffer = of(*curve);
-    if (static_cast<std::size_t>(column) >= buffer.firstStroke.size()) continue;
-    const int first = buffer.firstStroke[static_cast<std::size_t>(column)];
-    if (first < 0) continue;
-    for (int i = first; i < buffer.endStroke[static_cast<std::size_t>(column)]; ++i) {
-      const Stroke& stroke = buffer.strokes[static_cast<std::size_t>(i)];
+    const auto at = static_cast<std::size_t>(column);
+    if (at >= buffer.firstStroke.size() || buffer.firstStroke[at] < 0) continue;
+    const auto first = buffer.strokes.begin() + buffer.firstStroke[at];
+    for (const Stroke& stroke : std::span(first, buffer.strokes.begin() + buffer.endStroke[at])) {
       std::fill(colors.begin() + stroke.first, colors.begin() + stroke.last + 1,
                 static_cast<std::uint8_t>(curve->colorIndex));
     }

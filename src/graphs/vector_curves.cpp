@@ -26,7 +26,7 @@ class Paper {
   }
 
   void Draw(const Curve& curve) {
-    pen_ = {kCurveColors[static_cast<std::size_t>(curve.colorIndex)].rgb, kLineWidth};
+    pen_ = {ColorOf(curve).rgb, kLineWidth};
     switch (curve.kind) {
       case CurveKind::kData:
         return DrawData(curve);

@@ -24,8 +24,8 @@ MacroResult ExportModelCurveCommand(MacroCall& call, const ExportModelCurveParam
   what.xMin = *p.XMin;
   what.xMax = *p.XMax;
   what.points = *p.XPts;
-  what.onMesh = p.XMethod.value_or(1) == 2;
-  what.grid = p.XGrid.value_or(1);
+  what.onMesh = p.XMethod.value_or(kXOfGrid) == kXOfMesh;
+  what.grid = p.XGrid.value_or(kLinearGrid);
   what.derivatives = FlagOf(p.Deriv).value_or(false);
   const Model* const model = call.session.FindModel(*p.ModelNo);
   const Status status =

@@ -28,7 +28,7 @@ std::string PlaceText(const ParamTables& tables, const FitParam& param) {
   const std::string model = ModelText(param.modelNumber);
   if (at.Where == ParamKind::kEpsInf) return model + " Einf";
   if (at.Where == ParamKind::kRow) {
-    return model + " row " + std::to_string(at.nl + 1) + ' ' + kColumnNames[static_cast<std::size_t>(at.nc)];
+    return model + " row " + std::to_string(at.nl + 1) + ' ' + kColumnNames[at.nc];
   }
   return model + " mesh point " + std::to_string(at.nen + 1) + (at.isIm ? " E2" : " E1");
 }

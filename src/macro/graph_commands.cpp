@@ -60,7 +60,7 @@ MacroResult Add(MacroCall& call, const Graph& graph, const Curve& curve) {
   }
   const Curve& added = graph.curves.back();
   return call.Done(GraphText(graph) + ": " + CurveText(added, session.Datasets(), session.Params()) + ", " +
-                   kCurveColors[static_cast<std::size_t>(added.colorIndex)].name);
+                   ColorOf(added).name);
 }
 
 MacroResult Remove(MacroCall& call, const Graph& graph, CurveKind kind, std::uint32_t of,

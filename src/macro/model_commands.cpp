@@ -13,7 +13,7 @@ namespace {
 // The column of a parameter name. Nothing for "Einf" and for unknown names.
 std::optional<int> ColumnNamed(const std::string& name) {
   for (int column = 0; column < kColumns; ++column) {
-    if (EqualsIgnoringCase(name, kColumnNames[static_cast<std::size_t>(column)])) return column;
+    if (EqualsIgnoringCase(name, kColumnNames[column])) return column;
   }
   return std::nullopt;
 }

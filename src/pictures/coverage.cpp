@@ -20,10 +20,12 @@ std::int64_t MiddleOf(std::int64_t pixel) { return pixel * kUnit + kUnit / 2; }
 
 std::int64_t RoundedRoot(std::int64_t square) { return std::llround(std::sqrt(static_cast<double>(square))); }
 
+// Number of pixels from one coordinate to the other.
+std::size_t Pixels(int from, int to) { return static_cast<std::size_t>(to - from); }
+
 std::uint8_t& CellAt(Coverage& coverage, int x, int y) {
   const PixelBox& box = coverage.box;
-  return coverage.cells[static_cast<std::size_t>(y - box.top) * static_cast<std::size_t>(box.right - box.left) +
-                        static_cast<std::size_t>(x - box.left)];
+  return coverage.cells[Pixels(box.top, y) * Pixels(box.left, box.right) + Pixels(box.left, x)];
 }
 
 void Raise(std::uint8_t& cell, std::int64_t value) { cell = std::max(cell, static_cast<std::uint8_t>(value)); }
@@ -53,7 +55,7 @@ std::int64_t Distance(const Part& part, UnitPoint from) {
 // The smallest and the largest x of a part in the rows from rowMiddle - reach to rowMiddle + reach.
 std::pair<std::int64_t, std::int64_t> ReachOf(const Part& part, std::int64_t rowMiddle, std::int64_t reach) {
   if (part.dy == 0) return std::minmax(part.a.x, part.b.x);
-  const auto [top, bottom] = std::minmax(part.a.y, part.b.y);
+  const std::int64_t top = std::min(part.a.y, part.b.y), bottom = std::max(part.a.y, part.b.y);
   const auto xAt = [&part, top = top, bottom = bottom](std::int64_t y) {
     return part.a.x + (std::clamp(y, top, bottom) - part.a.y) * part.dx / part.dy;
   };
@@ -63,7 +65,7 @@ std::pair<std::int64_t, std::int64_t> ReachOf(const Part& part, std::int64_t row
 void CoverPart(Coverage& coverage, const Part& part, std::int64_t halfWidth) {
   const std::int64_t reach = halfWidth + kUnit / 2;
   const PixelBox& box = coverage.box;
-  const auto [top, bottom] = std::minmax(part.a.y, part.b.y);
+  const std::int64_t top = std::min(part.a.y, part.b.y), bottom = std::max(part.a.y, part.b.y);
   const auto firstRow = std::max<std::int64_t>(box.top, FloorPixel(top - reach));
   const auto lastRow = std::min<std::int64_t>(box.bottom - 1, FloorPixel(bottom + reach));
   for (std::int64_t y = firstRow; y <= lastRow; ++y) {
@@ -137,8 +139,7 @@ PixelBox BoxAround(std::span<const std::vector<Point>> lines, double margin, con
 
 Coverage NoCoverage(const PixelBox& box) {
   if (IsEmpty(box)) return {{0, 0, 0, 0}, {}};
-  return {box, std::vector<std::uint8_t>(static_cast<std::size_t>(box.right - box.left) *
-                                         static_cast<std::size_t>(box.bottom - box.top))};
+  return {box, std::vector<std::uint8_t>(Pixels(box.left, box.right) * Pixels(box.top, box.bottom))};
 }
 
 void CoverLines(Coverage& coverage, std::span<const std::vector<Point>> lines, double width) {
@@ -174,7 +175,7 @@ void CoverPolygon(Coverage& coverage, std::span<const Point> polygon) {
   }
   std::sort(crossings.begin(), crossings.end(),
             [](const Crossing& a, const Crossing& b) { return a.row != b.row ? a.row < b.row : a.x < b.x; });
-  std::vector<std::int64_t> sums(static_cast<std::size_t>(box.right - box.left));
+  std::vector<std::int64_t> sums(Pixels(box.left, box.right));
   auto next = crossings.begin();
   for (int y = box.top; y < box.bottom; ++y) {
     std::fill(sums.begin(), sums.end(), 0);
@@ -184,8 +185,7 @@ void CoverPolygon(Coverage& coverage, std::span<const Point> polygon) {
     }
     for (int x = box.left; x < box.right; ++x) {
       constexpr std::int64_t kWhole = kUnit * kRowsOfPixel;
-      Raise(CellAt(coverage, x, y),
-            (sums[static_cast<std::size_t>(x - box.left)] * kFullCoverage + kWhole / 2) / kWhole);
+      Raise(CellAt(coverage, x, y), (sums[Pixels(box.left, x)] * kFullCoverage + kWhole / 2) / kWhole);
     }
   }
 }

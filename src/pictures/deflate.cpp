@@ -108,7 +108,7 @@ class EarlierPlaces {
   }
 
  private:
-  static constexpr std::size_t kHashes = 32768, kNone = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kHashes = 32768, kNone = ~std::size_t{0};
   static constexpr int kTries = 64;
 
   std::size_t HashAt(std::size_t place) const {

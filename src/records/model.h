@@ -17,6 +17,7 @@
 
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,8 @@ namespace kalvex {
 
 enum Column : int { Wo = 0, Wp = 1, G = 2 };
 inline constexpr int kColumns = 3;
-inline constexpr std::array<const char*, kColumns> kColumnNames = {"Wo", "Wp", "G"};
+inline constexpr const char* kColumnNames[] = {"Wo", "Wp", "G"};
+static_assert(std::size(kColumnNames) == kColumns);
 
 struct Model {
   std::uint32_t number = 0;  // unique while the program runs; 0 marks a free entry of the table
@@ -48,7 +50,7 @@ inline const ModelParam& Cell(const Model& model, int row, int column) {
   return model.rows[static_cast<std::size_t>(row * kColumns + column)];
 }
 
-enum ExpParam : int {
+enum ExpParam : std::size_t {
   kSampleThickness = 0,  // cm
   kThicknessSpread = 1,
   kAngleOfIncidence = 2,  // degrees
@@ -56,6 +58,7 @@ enum ExpParam : int {
   kScalingFactorOfR = 4,
   kScalingFactorOfT = 5,
 };
+inline constexpr int kExpParamCount = static_cast<int>(kScalingFactorOfT) + 1;
 
 struct ParamTables {
   std::array<Model, kMaxModels> models;

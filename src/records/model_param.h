@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/limits.h"
 #include "datasets/quantity.h"
 
 namespace kalvex {

@@ -35,14 +35,12 @@ std::array<ModelParam, kExpParamCount> DefaultExpParams() {
     double value;
     double max;
   };
-  constexpr std::array<Row, kExpParamCount> kRows = {{{"Sample thickness", 0.0015, 1.0},
-                                                      {"Thickness spread", 0, 1.0},
-                                                      {"Angle of incidence", 80.0, 90.0},
-                                                      {"Angle spread", 0, 90.0},
-                                                      {"Scaling factor of R", 1.0, 2.0},
-                                                      {"Scaling factor of T", 1.0, 2.0}}};
+  constexpr Row kRows[] = {{"Sample thickness", 0.0015, 1.0},  {"Thickness spread", 0, 1.0},
+                           {"Angle of incidence", 80.0, 90.0}, {"Angle spread", 0, 90.0},
+                           {"Scaling factor of R", 1.0, 2.0},  {"Scaling factor of T", 1.0, 2.0}};
+  static_assert(std::size(kRows) == kExpParamCount);
   std::array<ModelParam, kExpParamCount> params;
-  for (std::size_t i = 0; i < kRows.size(); ++i) {
+  for (std::size_t i = 0; i < params.size(); ++i) {
     SetName(params[i], kRows[i].name);
     params[i].value = kRows[i].value;
     params[i].max = kRows[i].max;

@@ -62,12 +62,12 @@ void History::Begin(const Operation& operation, const Pieces& touched, const Ses
     for (const ParamPlace& place : touched.params) params.params.emplace_back(place, ParamAt(tables.params, place));
     step.saved.emplace_back(std::move(params));
   }
-  for (const int entry : touched.models) {
-    const Model& model = tables.params.models[static_cast<std::size_t>(entry)];
+  for (const std::size_t entry : touched.models) {
+    const Model& model = tables.params.models[entry];
     step.saved.emplace_back(SavedModel{entry, std::make_unique<Model>(model)});
   }
-  for (const int entry : touched.datasets) {
-    const Dataset& dataset = tables.datasets.slots[static_cast<std::size_t>(entry)];
+  for (const std::size_t entry : touched.datasets) {
+    const Dataset& dataset = tables.datasets.slots[entry];
     step.saved.emplace_back(SavedDataset{entry, std::make_unique<Dataset>(dataset)});
   }
   if (touched.expParams) {
@@ -141,9 +141,9 @@ void History::Swap(Saved& saved, SessionTables& tables) {
     if constexpr (std::is_same_v<Piece, SavedParams>) {
       for (auto& [place, param] : piece.params) swap(ParamAt(tables.params, place), param);
     } else if constexpr (std::is_same_v<Piece, SavedModel>) {
-      swap(tables.params.models[static_cast<std::size_t>(piece.entry)], *piece.model);
+      swap(tables.params.models[piece.entry], *piece.model);
     } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
-      swap(tables.datasets.slots[static_cast<std::size_t>(piece.entry)], *piece.dataset);
+      swap(tables.datasets.slots[piece.entry], *piece.dataset);
     } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
       swap(tables.params.ExpParams, *piece.params);
     } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {

@@ -35,15 +35,15 @@ struct SessionTables {
 // state of the fit is included while the fit follows changes.
 struct Pieces {
   std::vector<ParamPlace> params;
-  std::vector<int> models;    // entries of the model table
-  std::vector<int> datasets;  // entries of the dataset table
+  std::vector<std::size_t> models;    // entries of the model table
+  std::vector<std::size_t> datasets;  // entries of the dataset table
   bool expParams = false;
   bool graphs = false;
   bool noise = false;
   bool fit = false;
 
-  Pieces& Model(int entry) { return models.push_back(entry), *this; }
-  Pieces& Dataset(int entry) { return datasets.push_back(entry), *this; }
+  Pieces& Model(int entry) { return models.push_back(static_cast<std::size_t>(entry)), *this; }
+  Pieces& Dataset(int entry) { return datasets.push_back(static_cast<std::size_t>(entry)), *this; }
   Pieces& ExpParams() { return expParams = true, *this; }
   Pieces& Graphs() { return graphs = true, *this; }
   Pieces& Noise() { return noise = true, *this; }
@@ -82,11 +82,11 @@ class History {
   };
   // Large pieces are on the heap, so that the variant stays small.
   struct SavedModel {
-    int entry;
+    std::size_t entry;
     std::unique_ptr<Model> model;
   };
   struct SavedDataset {
-    int entry;
+    std::size_t entry;
     std::unique_ptr<Dataset> dataset;
   };
   struct SavedExpParams {

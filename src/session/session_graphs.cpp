@@ -201,14 +201,14 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
                                  const std::string& file) {
   if (what.points < 1) return {StatusCode::kBadArgument, "XPts should be at least 1"};
   if (!(what.xMin < what.xMax)) return {StatusCode::kBadArgument, "XMin should be below XMax"};
-  if (what.grid == 2 && !(what.xMin > 0)) {
+  if (what.grid == kLogarithmicGrid && !(what.xMin > 0)) {
     return {StatusCode::kBadArgument, "a logarithmic grid needs XMin above 0"};
   }
   Statement statement("ExportModelCurve");
   statement.Text("File", file).Int("ModelNo", number.value_or(0));
   if (what.quantity) statement.Text("Quantity", QuantityNameOf(*what.quantity));
   statement.Real("XMin", what.xMin).Real("XMax", what.xMax).Int("XPts", what.points);
-  statement.Int("XMethod", what.onMesh ? 2 : 1).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
+  statement.Int("XMethod", what.onMesh ? kXOfMesh : kXOfGrid).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
   return DoOutside({"export a curve", statement.Done(), {}, kOnFiles}, [&] {
     return kalvex::ExportModelCurve(tables_.params, eval_, number ? ModelOf(*number) : nullptr, what, file);
   });

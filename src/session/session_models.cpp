@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "evaluation/spectrum_team.h"
 #include "files/model_file.h"
 #include "records/model_rows.h"
@@ -19,9 +21,9 @@ Status NoSuchRow(std::uint32_t model, int row) {
 }
 
 int FirstFreeEntry(const ParamTables& tables) {
-  int entry = 0;
-  while (entry < kMaxModels && tables.models[static_cast<std::size_t>(entry)].number != 0) ++entry;
-  return entry;
+  const auto free =
+      std::find_if(tables.models.begin(), tables.models.end(), [](const Model& model) { return model.number == 0; });
+  return static_cast<int>(free - tables.models.begin());
 }
 
 }  // namespace

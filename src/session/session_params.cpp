@@ -8,7 +8,7 @@ namespace kalvex {
 namespace {
 
 const char* ColumnName(const ParamRef& param) {
-  return param.where == ParamKind::kEpsInf ? "Einf" : kColumnNames[static_cast<std::size_t>(param.column)];
+  return param.where == ParamKind::kEpsInf ? "Einf" : kColumnNames[param.column];
 }
 
 Statement StatementOf(const ParamRef& param, const ModelParam& record, const ParamEdit& edit) {

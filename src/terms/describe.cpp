@@ -80,9 +80,8 @@ std::string UseText(TermUse use) {
 void AppendCell(const TermRow& row, int column, std::string& text) {
   const TermCell* const cell = column == Wp ? row.Wp : row.G;
   if (!cell) return;
-  text += "| " + std::to_string(row.code) + (row.factor ? ", any number of rows" : "") + " | " +
-          kColumnNames[static_cast<std::size_t>(column)] + " | " + UseText(cell->use) + " | " + MeaningOf(*cell) +
-          " | " + TextG(cell->typical) + " |\n";
+  text += "| " + std::to_string(row.code) + (row.factor ? ", any number of rows" : "") + " | " + kColumnNames[column] +
+          " | " + UseText(cell->use) + " | " + MeaningOf(*cell) + " | " + TextG(cell->typical) + " |\n";
 }
 
 void AppendSetting(const char* name, int row, const char* items, double value, std::string& text) {
@@ -93,8 +92,7 @@ void AppendSetting(const char* name, int row, const char* items, double value, s
 
 void AppendColumn(int column, int row, const TermCell* cell, std::string& text) {
   const bool fitted = cell && cell->use == TermUse::kNumber;
-  AppendSetting(kColumnNames[static_cast<std::size_t>(column)], row, fitted ? "" : ",FitActive=0",
-                cell ? cell->typical : 0, text);
+  AppendSetting(kColumnNames[column], row, fitted ? "" : ",FitActive=0", cell ? cell->typical : 0, text);
 }
 
 void AppendExport(const TermRecord& record, const char* quantity, std::string& text) {

@@ -82,7 +82,7 @@ void AppendCells(const RowMap& map, std::span<const RowCell> cells, bool inGroup
   for (const RowCell& cell : cells) {
     const bool experimental = cell.use == CellUse::kExperimental;
     text += "| " + RowLabel(map, cell, inGroup) + " | ";
-    text += experimental ? "" : kColumnNames[static_cast<std::size_t>(cell.column)];
+    text += experimental ? "" : kColumnNames[cell.column];
     text += std::string(" | ") + UseText(cell.use) + " | " + cell.meaning + " | ";
     text += (HasNumber(cell.use) ? TextG(cell.typical) : "") + " |\n";
   }
@@ -146,7 +146,7 @@ int AppendModel(const ModelType& type, const char* meaning, Numbers& numbers, st
   AppendSetting(own, "Einf", -1, -type.code, true, text);
   for (std::size_t k = 0; k < cells.size(); ++k) {
     const RowCell& cell = *cells[k].cell;
-    const char* const name = kColumnNames[static_cast<std::size_t>(cell.column)];
+    const char* const name = kColumnNames[cell.column];
     AppendSetting(own, name, cells[k].row, values[k], cell.use != CellUse::kOwn, text);
   }
   return own;

@@ -289,6 +289,14 @@ void TypeRun::AddEvaluated(Quantity quantity) {
   }
 }
 
+// Whether an input evaluates the model at another frequency.
+bool TypeRun::AsksElsewhere(const Model& partner, double x) const {
+  for (std::size_t i = 0; i < InputCount(); ++i) {
+    if (scratch_.partner[i] == &partner && scratch_.partnerX[i] != x) return true;
+  }
+  return false;
+}
+
 void TypeRun::ChainQuantity(Quantity quantity, const std::array<double, kExpParamCount>& dExp) {
   const std::array<double, kExpParamCount> ofMaterial = dExp;
   QuantityResult& of = ctx_.quantities[quantity];
@@ -299,11 +307,7 @@ void TypeRun::ChainQuantity(Quantity quantity, const std::array<double, kExpPara
     if (direction == kNoDirection || !IsResponse(CellOf(i).use)) continue;
     const Model& partner = *scratch_.partner[i];
     // The same model evaluated at another frequency has overwritten the slopes of this response.
-    const bool overwritten =
-        derivatives_ && std::any_of(scratch_.partner.begin(), scratch_.partner.end(), [&](auto& p) {
-          return p == &partner &&
-                 scratch_.partnerX[static_cast<std::size_t>(&p - scratch_.partner.data())] != scratch_.partnerX[i];
-        });
+    const bool overwritten = derivatives_ && AsksElsewhere(partner, scratch_.partnerX[i]);
     if (overwritten) EpsSum(ctx_, partner, scratch_.partnerX[i], true);
     of.dRe = Slope(quantity, direction);
     of.dIm = Slope(quantity, direction + 1);

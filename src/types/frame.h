@@ -197,6 +197,7 @@ class TypeRun {
   void ClearColumns(Quantity quantity);
   int AskEvaluated(std::size_t i, double x, bool derivatives);
   void AddEvaluated(Quantity quantity);
+  bool AsksElsewhere(const Model& partner, double x) const;
   void ChainQuantity(Quantity quantity, const std::array<double, kExpParamCount>& dExp);
 
   EvalContext& ctx_;
@@ -233,7 +234,16 @@ class WantedForPartner {
 const Model* PartnerAt(EvalContext& ctx, const Model& model, int row, int column);
 
 template <class Type>
+constexpr std::size_t CellsOf() {
+  std::size_t cells = 0;
+  if constexpr (requires { Type::kHead; }) cells += std::size(Type::kHead);
+  if constexpr (requires { Type::kGroup; }) cells += std::size(Type::kGroup);
+  return cells;
+}
+
+template <class Type>
 constexpr RowMap MapOf(RowRule rows) {
+  static_assert(CellsOf<Type>() <= 64, "InputBits has a bit for each cell");
   RowMap map{.rows = rows, .head = {}, .group = {}, .groupStart = 0, .groupRows = 1};
   if constexpr (requires { Type::kHead; }) map.head = Type::kHead;
   if constexpr (requires { Type::kGroup; }) {

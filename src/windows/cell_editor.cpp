@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/limits.h"
 #include "core/text.h"
 
 namespace kalvex {

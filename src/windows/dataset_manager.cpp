@@ -25,6 +25,8 @@ ManagerRow RowOf(const Dataset& dataset) {
   return row;
 }
 
+ManagerRow& RowAt(DatasetManager& manager, int slot) { return manager.rows[static_cast<std::size_t>(slot - 1)]; }
+
 bool HoldsRows(const Desk& desk, int slot) {
   return HasRow(slot) && IsLoaded(*DatasetInSlot(desk.session.Datasets(), slot));
 }
@@ -35,7 +37,7 @@ void Refresh(Desk& desk) { RefreshDatasetManager(desk.datasetManager, desk.sessi
 template <class Cut>
 void TypeLimit(Desk& desk, int slot, std::string_view text, std::string ManagerRow::*field, Cut cut) {
   if (!HoldsRows(desk, slot)) return;
-  std::string& shown = desk.datasetManager.rows[static_cast<std::size_t>(slot - 1)].*field;
+  std::string& shown = RowAt(desk.datasetManager, slot).*field;
   if (shown != text && cut(RealOf(text)).Ok()) shown = text;
 }
 
@@ -57,7 +59,7 @@ void RefreshDatasetManager(DatasetManager& manager, const DatasetTable& datasets
   manager.unloadAll = false;
   for (const Dataset& dataset : datasets.slots) manager.unloadAll = manager.unloadAll || IsLoaded(dataset);
   for (int slot = 1; slot <= kManagerRows; ++slot) {
-    manager.rows[static_cast<std::size_t>(slot - 1)] = RowOf(*DatasetInSlot(datasets, slot));
+    RowAt(manager, slot) = RowOf(*DatasetInSlot(datasets, slot));
   }
 }
 
@@ -65,7 +67,7 @@ void RefreshDatasetRow(DatasetManager& manager, const DatasetTable& datasets, in
   if (!manager.open || !HasRow(slot)) return;
   const Dataset& dataset = *DatasetInSlot(datasets, slot);
   if (!IsLoaded(dataset)) return;
-  ManagerRow& row = manager.rows[static_cast<std::size_t>(slot - 1)];
+  ManagerRow& row = RowAt(manager, slot);
   row.points = std::to_string(dataset.nActive);
   row.quantity = dataset.Quantity;
 }

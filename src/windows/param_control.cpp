@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/limits.h"
 #include "core/text.h"
 #include "windows/desk.h"
 #include "windows/window_texts.h"

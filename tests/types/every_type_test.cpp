@@ -199,6 +199,7 @@ TEST_P(EveryType, HasAPageThatNamesItsRowsAndResults) {
   EXPECT_STRNE(type().page.formula, "");
   EXPECT_STRNE(type().page.source, "");
   EXPECT_TRUE(type().material || !type().fills.empty() || type().code == 112);
+  EXPECT_LE(type().map.head.size() + type().map.group.size(), 64u) << "InputBits has a bit for each cell";
   std::set<Quantity> quantities;
   for (const SlotUse& slot : type().fills) {
     EXPECT_STRNE(slot.meaning, "") << slot.quantity;

@@ -22,7 +22,7 @@ using LadderReciprocals = std::array<Complex<Pack>, kLadderPortion>;
 // A sum, its derivative by Z^2, and its derivatives by the directions of the dual numbers in weights and D^2.
 struct LadderSlopeSum {
   Complex<Pack> value, bySquare;
-  std::array<Complex<Pack>, static_cast<std::size_t>(kTypeLanes)> byLane;
+  std::array<Complex<Pack>, kTypeLanes> byLane;
 };
 
 struct LadderKernels {

@@ -26,7 +26,7 @@ bool SolveValues(std::size_t n, const std::vector<Hop>& hops, const Vector3& k, 
 
 bool BandPoint<double>::SolveAt(const Vector3& k) {
   return SolveValues(
-      size(), *model_.hops, k, [&](int type) { return model_.sizes[static_cast<std::size_t>(type)]; },
+      size(), *model_.hops, k, [&](std::size_t type) { return model_.sizes[type]; },
       [&](std::size_t i) { return model_.energies[i]; }, scratch_);
 }
 
@@ -39,7 +39,7 @@ bool BandPoint<TypeDual>::Varies(std::size_t lane) const {
 bool BandPoint<TypeDual>::SolveAt(const Vector3& k) {
   const std::size_t n = size();
   const bool found = SolveValues(
-      n, *model_.hops, k, [&](int type) { return model_.sizes[static_cast<std::size_t>(type)].a; },
+      n, *model_.hops, k, [&](std::size_t type) { return model_.sizes[type].a; },
       [&](std::size_t i) { return model_.energies[i].a; }, scratch_);
   for (std::size_t lane = 0; lane < kTypeLanes; ++lane) {
     BandScratch& s = scratch_;
@@ -49,7 +49,7 @@ bool BandPoint<TypeDual>::SolveAt(const Vector3& k) {
       std::fill(s.dv[lane].begin(), s.dv[lane].end(), Cplx{});
       continue;
     }
-    const auto sizeOf = [&](int type) { return model_.sizes[static_cast<std::size_t>(type)].v[lane]; };
+    const auto sizeOf = [&](std::size_t type) { return model_.sizes[type].v[lane]; };
     AssembleBloch(
         n, *model_.hops, s.phases, sizeOf, [&](std::size_t i) { return model_.energies[i].v[lane]; }, s.matrix);
     BetweenStates(n, s.eigen.states, s.matrix, s.room, s.h[lane]);

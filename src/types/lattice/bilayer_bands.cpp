@@ -175,7 +175,7 @@ bool LoadLattice(EvalContext& ctx, const BilayerEnergies& energies, BilayerCache
 void SolveAt(const EvalContext& ctx, BilayerCache& cache, const Vector3& k, bool wantStates) {
   const std::size_t n = cache.cell.atoms.size();
   for (std::vector<Cplx>* const room : {&cache.matrix, &cache.slope, &cache.room}) room->resize(n * n);
-  const auto sizeOf = [&](int type) { return cache.cell.types[static_cast<std::size_t>(type)].size; };
+  const auto sizeOf = [&](std::size_t type) { return cache.cell.types[type].size; };
   PhasesAt(cache.hops, k, cache.phases);
   AssembleBloch(
       n, cache.hops, cache.phases, sizeOf, [&](std::size_t i) { return cache.cell.atoms[i].energy; }, cache.matrix);
@@ -259,8 +259,7 @@ void AddTransitions(const EnergyMesh& mesh, double weight, double mu, double kT,
 }
 
 bool MakeConductivity(EvalContext& ctx, const TypeInputs<double>& in, BilayerCache& cache) {
-  constexpr double kConductance = 2.43413e-4;  // e^2/hbar, S
-  constexpr double kElectronvoltPerKelvin = 8.6173467e-05;
+  constexpr double kRoundedElectronvoltPerKelvin = 8.6173467e-05;
   constexpr double kCubicAngstromPerSquare = 1e-8;  // A^3 to A^2 cm
   const EnergyMesh energies = EnergyMeshOf(in);
   cache.bins.clear();
@@ -274,7 +273,7 @@ bool MakeConductivity(EvalContext& ctx, const TypeInputs<double>& in, BilayerCac
   cache.bins.assign(static_cast<std::size_t>(energies.bins), {});
   const double scale = 50 * 2 * std::numbers::pi * kConductance /
                        (std::fabs(cache.cell.volume) * kCubicAngstromPerSquare * energies.step);
-  const double kT = kElectronvoltPerKelvin * in.value(kTemperature);
+  const double kT = kRoundedElectronvoltPerKelvin * in.value(kTemperature);
   ForEachWaveVector(mesh, cache.cell.reciprocal, [&](const Vector3& k, double share) {
     SolveAt(ctx, cache, k, true);
     AddTransitions(energies, scale * share, in.value(kPotential), kT, cache);

@@ -3,10 +3,11 @@
 #include <cmath>
 #include <numbers>
 
+#include "evaluation/quantity_formulas.h"
+
 namespace kalvex {
 
 bool SetLatticeVectors(const Vector3& lengths, const Vector3& degrees, Lattice& lattice) {
-  constexpr double kRadiansPerDegree = 0.017453292519943295;
   const double cosA = std::cos(degrees[0] * kRadiansPerDegree), cosB = std::cos(degrees[1] * kRadiansPerDegree);
   const double cosG = std::cos(degrees[2] * kRadiansPerDegree), sinG = std::sin(degrees[2] * kRadiansPerDegree);
   const double t = (cosA - cosG * cosB) / sinG;
@@ -41,17 +42,17 @@ Vector3 StepBetween(const Lattice& lattice, const Vector3& from, const Vector3& 
   return step;
 }
 
-bool Joins(const HopType& type, int from, int to) {
+bool Joins(const HopType& type, std::size_t from, std::size_t to) {
   return (type.first == from && type.second == to) || (type.first == to && type.second == from);
 }
 
 // The hops between two atoms in two cells.
-void AddHops(const Lattice& lattice, int from, int to, const std::array<int, 3>& cell, std::vector<Hop>& hops) {
-  const auto atom = [&](int i) -> const Atom& { return lattice.atoms[static_cast<std::size_t>(i)]; };
-  const Vector3 step = StepBetween(lattice, atom(from).place, atom(to).place, cell);
+void AddHops(const Lattice& lattice, std::size_t from, std::size_t to, const std::array<int, 3>& cell,
+             std::vector<Hop>& hops) {
+  const Vector3 step = StepBetween(lattice, lattice.atoms[from].place, lattice.atoms[to].place, cell);
   const double distance = std::sqrt(Dot(step, step));
-  for (int t = 0; t < static_cast<int>(lattice.types.size()); ++t) {
-    const HopType& type = lattice.types[static_cast<std::size_t>(t)];
+  for (std::size_t t = 0; t < lattice.types.size(); ++t) {
+    const HopType& type = lattice.types[t];
     if (!Joins(type, from, to) || !(std::fabs(distance - type.R) <= type.tolerance)) continue;
     hops.push_back({from, to, cell, t, step});
   }
@@ -74,11 +75,13 @@ bool FindHops(const Lattice& lattice, std::vector<Hop>& hops) {
     if (!(cells <= kMostCells)) return false;
     range[i] = static_cast<int>(reach);
   }
-  const int atoms = static_cast<int>(lattice.atoms.size());
+  const std::size_t atoms = lattice.atoms.size();
   for (int a = -range[0]; a <= range[0]; ++a) {
     for (int b = -range[1]; b <= range[1]; ++b) {
       for (int c = -range[2]; c <= range[2]; ++c) {
-        for (int pair = 0; pair < atoms * atoms; ++pair) AddHops(lattice, pair / atoms, pair % atoms, {a, b, c}, hops);
+        for (std::size_t pair = 0; pair < atoms * atoms; ++pair) {
+          AddHops(lattice, pair / atoms, pair % atoms, {a, b, c}, hops);
+        }
         if (hops.size() > kMostHops) return false;
       }
     }

@@ -12,6 +12,7 @@
 
 namespace kalvex {
 
+inline constexpr double kConductance = 2.43413e-4;  // e^2/hbar, S
 inline constexpr int kMostAtoms = 10;
 inline constexpr int kMostHopTypes = 100;
 inline constexpr std::size_t kMostAtomName = 9;
@@ -24,7 +25,7 @@ struct Atom {
 
 // Hops between two kinds of atoms at a distance R.
 struct HopType {
-  int first = 0, second = 0;  // atoms
+  std::size_t first = 0, second = 0;  // atoms
   double R = 0, tolerance = 0;
   double size = 0;
 };
@@ -44,9 +45,9 @@ bool SetLatticeVectors(const Vector3& lengths, const Vector3& degrees, Lattice& 
 bool SetReciprocalVectors(Lattice& lattice);
 
 struct Hop {
-  int from = 0, to = 0;     // atoms
-  std::array<int, 3> cell;  // of the second atom
-  int type = 0;
+  std::size_t from = 0, to = 0;  // atoms
+  std::array<int, 3> cell;       // of the second atom
+  std::size_t type = 0;
   Vector3 step{};  // from the first atom to the second, in the unit of the lattice vectors
 };
 
@@ -64,7 +65,7 @@ void AssembleBloch(std::size_t n, std::span<const Hop> hops, std::span<const Cpl
   for (std::size_t i = 0; i < n * n; ++i) matrix[i] = {};
   for (std::size_t i = 0; i < n; ++i) matrix[i * n + i].re = energyOf(i);
   for (std::size_t h = 0; h < hops.size(); ++h) {
-    const std::size_t at = static_cast<std::size_t>(hops[h].from) * n + static_cast<std::size_t>(hops[h].to);
+    const std::size_t at = hops[h].from * n + hops[h].to;
     matrix[at] += phases[h] * sizeOf(hops[h].type);
   }
 }
@@ -75,7 +76,7 @@ void AssembleBlochSlope(std::size_t n, std::span<const Hop> hops, std::span<cons
                         std::span<Cplx> matrix) {
   for (std::size_t i = 0; i < n * n; ++i) matrix[i] = {};
   for (std::size_t h = 0; h < hops.size(); ++h) {
-    const std::size_t at = static_cast<std::size_t>(hops[h].from) * n + static_cast<std::size_t>(hops[h].to);
+    const std::size_t at = hops[h].from * n + hops[h].to;
     matrix[at] += TimesI(phases[h]) * (hops[h].step[0] * sizeOf(hops[h].type));
   }
 }

@@ -116,11 +116,11 @@ bool ReadAtoms(LineReader& in, Lattice& lattice, std::string& fault) {
   return true;
 }
 
-int AtomOfName(const Lattice& lattice, std::string_view name) {
+std::optional<std::size_t> AtomOfName(const Lattice& lattice, std::string_view name) {
   for (std::size_t i = 0; i < lattice.atoms.size(); ++i) {
-    if (lattice.atoms[i].name == name) return static_cast<int>(i);
+    if (lattice.atoms[i].name == name) return i;
   }
-  return -1;
+  return std::nullopt;
 }
 
 bool ReadHopTypes(LineReader& in, Lattice& lattice, std::string& fault) {
@@ -137,9 +137,10 @@ bool ReadHopTypes(LineReader& in, Lattice& lattice, std::string& fault) {
     Vector3 numbers{};
     fault = InNumberedLine(i + 2, " (expect: <Name1> <Name2> <R> <Rtol> <HoppingSize>)\n");
     if (second.empty() || !in.Reals(numbers)) return false;
-    const HopType type{AtomOfName(lattice, first), AtomOfName(lattice, second), numbers[0], numbers[1], numbers[2]};
+    const auto firstAtom = AtomOfName(lattice, first), secondAtom = AtomOfName(lattice, second);
     fault = InNumberedLine(i + 2, " (atom name is not recognized)");
-    if (type.first < 0 || type.second < 0) return false;
+    if (!firstAtom || !secondAtom) return false;
+    const HopType type{*firstAtom, *secondAtom, numbers[0], numbers[1], numbers[2]};
     fault = InNumberedLine(i + 2, "\n");
     if (!(type.R > 0 && type.tolerance > 0 && type.tolerance < type.R)) return false;
     lattice.types.push_back(type);
@@ -252,10 +253,9 @@ std::string ReciprocalText(const Lattice& lattice) {
 std::string HopsText(const Lattice& lattice, std::span<const Hop> hops) {
   std::string text;
   for (const Hop& hop : hops) {
-    for (const int number : {hop.from, hop.to, hop.cell[0], hop.cell[1], hop.cell[2]}) {
-      text += std::to_string(number) + ' ';
-    }
-    AppendFixed(text, lattice.types[static_cast<std::size_t>(hop.type)].size);
+    text += std::to_string(hop.from) + ' ' + std::to_string(hop.to) + ' ';
+    for (const int cell : hop.cell) text += std::to_string(cell) + ' ';
+    AppendFixed(text, lattice.types[hop.type].size);
     text += '\n';
   }
   return text;

@@ -93,7 +93,7 @@ struct LayeredLattice {
 
 constexpr double kLayerDistance = 3.35;  // A
 
-void AddKind(LayeredLattice& layered, int first, int second, double R, Hopping hopping) {
+void AddKind(LayeredLattice& layered, std::size_t first, std::size_t second, double R, Hopping hopping) {
   constexpr double kTolerance = 0.01;
   layered.lattice.types.push_back({first, second, R, kTolerance, 0});
   layered.hoppings.push_back(hopping);
@@ -108,9 +108,9 @@ LayeredLattice MakeLayers(int layers) {
   SetReciprocalVectors(lattice);
   for (int l = 0; l < layers; ++l) {
     const double z = kLayerDistance * l / kHeight, b = l % 2 == 0 ? 2.0 / 3 : 0;
+    const std::size_t A = lattice.atoms.size(), B = A + 1;
     lattice.atoms.push_back({"A", {1.0 / 3, 1.0 / 3, z}, 0});
     lattice.atoms.push_back({"B", {b, b, z}, 0});
-    const int A = 2 * l, B = A + 1;
     AddKind(layered, A, B, kInPlaneDistance, kHopInPlane);
     if (l + 1 < layers) {
       AddKind(layered, A, A + 2, kLayerDistance, kHopDimer);
@@ -149,7 +149,6 @@ WaveVectorMesh MeshOf(const TypeInputs<T>& in) {
 
 // ---- the response
 
-constexpr double kConductance = 2.43413e-4;  // e^2/hbar, S
 constexpr double kCentimetrePerAngstrom = 1e-8;
 constexpr std::uint64_t kOfStates =
     InputBits({kInPlane, kDimer, kTrigonal, kSkew, kSiteA, kLayers, kPotential, kSite, kTemperature});

@@ -128,10 +128,10 @@ struct MagneticSlab {
     cells[kEpsInf] = Own(0, Wo, "eps_inf", 4);
     cells[kMuInf] = Own(0, Wp, "mu_inf", 1);
     cells[kThickness] = Own(0, G, "thickness, cm", 0.001);
-    for (int k = 0; k < kOscillators; ++k) {
+    std::size_t at = kFirst;
+    for (int k = 0; k < kOscillators; ++k, at += kCells) {
       const bool ofMu = k % 2 == 1;
       const int row = 2 * k + 1;
-      const auto at = static_cast<std::size_t>(kFirst + k * kCells);
       cells[at] = Own(row, Wo, ofMu ? "frequency W of the permeability, cm-1" : "frequency W of the permittivity, cm-1",
                       100 + 30 * k);
       cells[at + 1] = Own(row, Wp, "strength S, cm-1", ofMu ? 15 : 150);

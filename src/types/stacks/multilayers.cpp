@@ -37,7 +37,7 @@ struct StackRun {
 struct StackType {
   RowMap map;
   int firstLayer = 0;
-  int heads = 0;  // numbers of the head row that can be fitted, in columns headColumn[i]
+  std::size_t heads = 0;  // numbers of the head row that can be fitted, in columns headColumn[i]
   int headColumn[2] = {};
   bool (*admits)(const Model&) = nullptr;
   StackHead (*headOf)(const Model&) = nullptr;
@@ -49,12 +49,11 @@ double ValueAt(const Model& model, int row, int column) { return Cell(model, row
 
 // Finds the models of the layers. Returns false if one is missing.
 bool FindLayers(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run) {
-  const int layers = std::max(0, RowCount(model) - type.firstLayer);
-  run.models.resize(static_cast<std::size_t>(layers));
-  for (int j = 0; j < layers; ++j) {
-    const Model* const partner = PartnerAt(ctx, model, type.firstLayer + j, Wo);
+  run.models.clear();
+  for (int row = type.firstLayer; row < RowCount(model); ++row) {
+    const Model* const partner = PartnerAt(ctx, model, row, Wo);
     if (!partner) return false;
-    run.models[static_cast<std::size_t>(j)] = partner;
+    run.models.push_back(partner);
   }
   return true;
 }
@@ -95,11 +94,6 @@ void StoreResults(EvalContext& ctx, const StackType& type, const StackRun& run) 
   for (std::size_t i = 0; i < kStackResults; ++i) ctx.quantities[kStackSlots[i]].Put(run.stack.value[i]);
 }
 
-int ResultOf(Quantity quantity) {
-  const auto found = std::find(kStackSlots.begin(), kStackSlots.end(), quantity);
-  return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
-}
-
 // Chains the slopes of the results: byEps through the model of each layer, byRow and byHead to the numbers of the rows.
 template <class ByEps, class ByRow, class ByHead>
 void ChainStack(EvalContext& ctx, const Model& model, const StackType& type, StackRun& run, ByEps byEps, ByRow byRow,
@@ -110,23 +104,23 @@ void ChainStack(EvalContext& ctx, const Model& model, const StackType& type, Sta
     quantity.ClearExp();
     quantity.dRe = quantity.dIm = 0;
     for (const Model* const layer : run.models) ClearDerivativeColumn(ctx, *layer, q);
-    const int result = ResultOf(q);
+    const auto result = StackResultOf(q);
     const auto put = [&](int row, int column, double slope) {
       if (Cell(model, row, column).adjustable) {
-        Cell(SlopesOf(ctx, model), row, column).Put(q, result < 0 ? 0 : slope);
+        Cell(SlopesOf(ctx, model), row, column).Put(q, !result ? 0 : slope);
       }
     };
     for (std::size_t j = 0; j < run.models.size(); ++j) {
-      if (result >= 0) {
-        byEps(j + 1, static_cast<std::size_t>(result), quantity.dRe, quantity.dIm);
+      if (result) {
+        byEps(j + 1, *result, quantity.dRe, quantity.dIm);
         AddChain(ctx, *run.models[j], q);
       }
       const int row = type.firstLayer + static_cast<int>(j);
-      put(row, Wp, result < 0 ? 0 : byRow(j + 1, Wp, static_cast<std::size_t>(result)));
-      if (type.map.group.size() > 2) put(row, G, result < 0 ? 0 : byRow(j + 1, G, static_cast<std::size_t>(result)));
+      put(row, Wp, !result ? 0 : byRow(j + 1, Wp, *result));
+      if (type.map.group.size() > 2) put(row, G, !result ? 0 : byRow(j + 1, G, *result));
     }
-    for (int i = 0; i < type.heads; ++i) {
-      put(0, type.headColumn[i], result < 0 ? 0 : byHead(i, static_cast<std::size_t>(result)));
+    for (std::size_t i = 0; i < type.heads; ++i) {
+      put(0, type.headColumn[i], !result ? 0 : byHead(i, *result));
     }
   }
 }
@@ -164,7 +158,7 @@ int EvaluateStack(EvalContext& ctx, const Model& model, double x, bool derivativ
   const auto byRow = [&](std::size_t j, int column, std::size_t result) {
     return (column == Wp ? stack.byThickness : stack.bySpread)[j][result];
   };
-  const auto byHead = [&](int i, std::size_t result) {
+  const auto byHead = [&](std::size_t i, std::size_t result) {
     double slope = i == 0 ? stack.byEmptyPath.Along({run.emptyByScale, 0})[result] : 0;
     for (std::size_t j = 0; j < run.media.size(); ++j) {
       slope += stack.byY[j].Along(run.media[j].yByHead[i])[result];
@@ -203,7 +197,7 @@ int AfterStack(EvalContext& ctx, const Model& model, const StackType& type) {
   for (const Model* const layer : run.models) SeedDependencies(ctx, *layer);
   ChainStack(
       ctx, model, type, run, [](std::size_t, std::size_t, double& dRe, double& dIm) { dRe = dIm = 1; },
-      [](std::size_t, int, std::size_t) { return 1.0; }, [](int, std::size_t) { return 1.0; });
+      [](std::size_t, int, std::size_t) { return 1.0; }, [](std::size_t, std::size_t) { return 1.0; });
   return 0;
 }
 

@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::size_t kResults = kStackSlots.size();
 
-int ResultOf(Quantity quantity) {
-  const auto found = std::find(kStackSlots.begin(), kStackSlots.end(), quantity);
-  return found == kStackSlots.end() ? -1 : static_cast<int>(found - kStackSlots.begin());
-}
-
 class StackSpectrum {
  public:
   StackSpectrum(EvalContext& ctx, const Model& model, const SpectrumRequest& request, const StackLayout& layout);
@@ -85,8 +80,8 @@ StackSpectrum::Partner& StackSpectrum::PartnerOf(const Model& model) {
 }
 
 StackSpectrum::Slope StackSpectrum::SourceOfRow(const ParamPlace& place, const ModelParam& param) const {
-  for (int i = 0; i < layout_.heads; ++i) {
-    if (place.nl == 0 && place.nc == layout_.headColumn[i]) return {Source::kHead, static_cast<std::size_t>(i)};
+  for (std::size_t i = 0; i < layout_.heads; ++i) {
+    if (place.nl == 0 && place.nc == layout_.headColumn[i]) return {Source::kHead, i};
   }
   const int layer = place.nl - layout_.firstRow;
   if (layer < 0 || place.nc == Wo || (place.nc == G && !layout_.spreads)) return {Source::kKept, 0, &param};
@@ -163,7 +158,7 @@ FillBlock StackFillerOf(EvalContext& ctx, const Model& model, const SpectrumRequ
                         const StackLayout& layout) {
   const QuantitySet wanted = WantedAnywhere(request);
   for (const Quantity q : wanted) {
-    if (ResultOf(q) < 0) return {};
+    if (!StackResultOf(q)) return {};
   }
   const bool plain = std::all_of(layout.layers.begin(), layout.layers.end(), [&](const Model* layer) {
     return layer != &model && PlainRows::Are(*layer) && !HasVdf(*layer);

@@ -5,7 +5,7 @@
 #include <array>
 #include <optional>
 
-#include "core/limits.h"
+#include "records/model.h"
 #include "windows/qt/single_view.h"
 
 namespace kalvex {

@@ -33,7 +33,7 @@ std::vector<ShownRow> RowsOf(const std::vector<ListedCurve>& list, const Session
   std::vector<ShownRow> rows;
   for (const ListedCurve& listed : list) {
     rows.push_back({CurveText(listed.curve, session.Datasets(), session.Params()), listed.selected});
-    if (spots) rows.back().spot = kCurveColors[static_cast<std::size_t>(listed.curve.colorIndex)].rgb;
+    if (spots) rows.back().spot = ColorOf(listed.curve).rgb;
   }
   return rows;
 }

@@ -51,7 +51,7 @@ void SymbolView::paintEvent(QPaintEvent*) {
   painter.drawRect(0, 0, kSide - 1, kSide - 1);
   const int size = SymbolSizeOf(curve_);
   if (size == 0) return;
-  const QColor color = QColor::fromRgb(kCurveColors[static_cast<std::size_t>(curve_.colorIndex)].rgb | 0xFF000000u);
+  const QColor color = QColor::fromRgb(ColorOf(curve_).rgb | 0xFF000000u);
   int distance = 0;
   for (const SymbolColumn& column : SymbolColumns(static_cast<SymbolShape>(curve_.nSymbolShape), size)) {
     for (const int side : {-distance, distance}) {

@@ -35,13 +35,12 @@ struct Cluster {
     for (std::size_t i = 0; i < atoms; ++i) numbers.push_back(element(i, i));
     std::vector<double> x;
     for (std::size_t i = 0; i < atoms; ++i) x.push_back(normal(random));
-    int type = 0;
+    std::size_t type = 0;
     for (std::size_t i = 0; i < atoms; ++i) {
       for (std::size_t j = i + 1; j < atoms; ++j, ++type) {
         numbers.push_back(element(i, j));
-        const int from = static_cast<int>(i), to = static_cast<int>(j);
-        hops.push_back({from, to, {}, type, {x[j] - x[i], 0, 0}});
-        hops.push_back({to, from, {}, type, {x[i] - x[j], 0, 0}});
+        hops.push_back({i, j, {}, type, {x[j] - x[i], 0, 0}});
+        hops.push_back({j, i, {}, type, {x[i] - x[j], 0, 0}});
       }
     }
   }

@@ -71,7 +71,7 @@ TEST(Hops, OfABilayerAreItsNeighbours) {
   ASSERT_TRUE(FindHops(lattice, hops));
   // In both orders: three neighbours in each layer, one above, three of each of the oblique kinds.
   const int expected[] = {6, 6, 2, 6, 6, 6};
-  for (int type = 0; type < 6; ++type) {
+  for (std::size_t type = 0; type < 6; ++type) {
     EXPECT_EQ(std::count_if(hops.begin(), hops.end(), [&](const Hop& hop) { return hop.type == type; }),
               expected[type]);
   }
@@ -81,7 +81,7 @@ TEST(Hops, OfABilayerAreItsNeighbours) {
              other.cell[1] == -hop.cell[1] && other.cell[2] == -hop.cell[2];
     });
     EXPECT_TRUE(back);
-    const HopType& type = lattice.types[static_cast<std::size_t>(hop.type)];
+    const HopType& type = lattice.types[hop.type];
     EXPECT_NEAR(std::sqrt(Dot(hop.step, hop.step)), type.R, type.tolerance);
   }
 }
