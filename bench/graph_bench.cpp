@@ -42,7 +42,7 @@ struct LiveGraph {
     data.ShowLine = data.ShowSymbol = data.ShowError = true;
     data.nSymbolSize = 2;
     kalvex::AddCurve(graph, data);
-    for (const Quantity quantity : kCurves) kalvex::AddCurve(graph, kalvex::ModelCurve(model, quantity));
+    for (const kalvex::Quantity quantity : kCurves) kalvex::AddCurve(graph, kalvex::ModelCurve(model, quantity));
     graph.Width = 800;
     graph.Height = 600;
     kalvex::RebuildGraph(graph);
@@ -56,7 +56,7 @@ struct LiveGraph {
     frequency += frequency > 250 ? -30 : 7;
   }
 
-  static constexpr int kCurves[] = {kalvex::kRefl, kalvex::kLoss, kalvex::kTrans};
+  static constexpr kalvex::Quantity kCurves[] = {kalvex::kRefl, kalvex::kLoss, kalvex::kTrans};
 };
 
 // range 0: what changes. 0: a parameter, as in each iteration of a fit; 1: also the data.

@@ -62,7 +62,7 @@ struct Problem {
     return dataset;
   }
 
-  void Measure(int slot, Quantity quantity) {
+  void Measure(int slot, kalvex::Quantity quantity) {
     kalvex::Dataset& dataset = Slot(slot);
     dataset.Quantity = quantity;
     kalvex::WantOnly(tables.eval.quantities, kalvex::QuantitySet{quantity});

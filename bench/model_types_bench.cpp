@@ -153,7 +153,7 @@ std::vector<kalvex::ParamPlace> FreePlaces(Tables& tables) {
 }
 
 // The first result on the page. For the lattice type it is the conductivity, not the bands.
-int QuantityOf(const ModelType& type) {
+kalvex::Quantity QuantityOf(const ModelType& type) {
   if (type.fills.empty()) return kalvex::kRefl;  // a material gives all of them
   return type.code == 31 ? kalvex::kDepth : type.fills[0].quantity;
 }
@@ -169,7 +169,7 @@ void Evaluate(benchmark::State& state, const ModelType* type, Slopes slopes, Num
   const std::vector<kalvex::ParamPlace> places = FreePlaces(tables);
   std::vector<double> x(kFrequencies);
   for (int i = 0; i < kFrequencies; ++i) x[static_cast<std::size_t>(i)] = At(*type, i / (kFrequencies - 1.0));
-  const std::vector<kalvex::QuantitySet> wanted(x.size(), kalvex::SetOf(QuantityOf(*type)));
+  const std::vector<kalvex::QuantitySet> wanted(x.size(), kalvex::QuantitySet{QuantityOf(*type)});
   const bool derivatives = slopes == kWithSlopes;
   const kalvex::SpectrumRequest request{x, wanted, derivatives,
                                         derivatives ? std::span(places) : std::span<const kalvex::ParamPlace>()};

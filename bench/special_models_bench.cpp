@@ -115,7 +115,7 @@ void FitOfGrapheneInAField(benchmark::State& state) {
   };
   for (kalvex::ModelParam& param : model.rows) param.adjustable = false;
   setBackgroundBroadeningWeight(0);
-  for (const Quantity quantity : {kalvex::kS1, kalvex::kS2}) {
+  for (const kalvex::Quantity quantity : {kalvex::kS1, kalvex::kS2}) {
     kalvex::Dataset& dataset = tables.datasets.slots[quantity == kalvex::kS1 ? 0 : 1];
     dataset.id = tables.datasets.nextId++;
     dataset.Quantity = quantity;
@@ -213,10 +213,9 @@ void BandsOfABilayer(benchmark::State& state) {
                            {0, 1.2, 60},
                            {0.3333, 0.14, cells},
                            {0.6667, 0.14, cells}});
-  const auto wanted = static_cast<kalvex::QuantitySet>(
-      cells > 0 ? kalvex::QuantitySet{kalvex::kDepth}
-                : kalvex::QuantitySet{kalvex::kRefl} | kalvex::QuantitySet{kalvex::kTrans} |
-                      kalvex::QuantitySet{kalvex::kRp} | kalvex::QuantitySet{kalvex::kRs});
+  const kalvex::QuantitySet wanted = cells > 0
+                                         ? kalvex::QuantitySet{kalvex::kDepth}
+                                         : kalvex::QuantitySet{kalvex::kRefl, kalvex::kTrans, kalvex::kRp, kalvex::kRs};
   EvaluateWithDerivatives(state, tables, model, 0, cells > 0 ? 1.2 : 4.0296, 1000, wanted,
                           [&] { kalvex::Cell(model, 2, kalvex::Wo).value += 1e-6; });
   std::filesystem::current_path(before);

@@ -22,7 +22,7 @@ constexpr double kThreeDigits = 1e-3, kFourDigits = 1e-4;
 TEST(Constants, OfEnergiesAreThoseOfNature) {
   EXPECT_CLOSE(kElectronvoltPerWavenumber, kOfWavenumber / kCharge, kFourDigits);
   EXPECT_CLOSE(kElectronvoltPerKelvin, kBoltzmann / kCharge, kSixDigits);
-  EXPECT_CLOSE(kKelvin, kBoltzmann / kOfWavenumber, kFourDigits);
+  EXPECT_CLOSE(kWavenumberPerKelvin, kBoltzmann / kOfWavenumber, kFourDigits);
   EXPECT_CLOSE(kLadderScale, 2 * kReducedPlanck / kCharge, kThreeDigits);  // 2 hbar e in eV^2 s^2/(m^2 T)
 }
 
