@@ -1,6 +1,6 @@
 // src/datasets (floor 2, together with src/records) holds the measured spectra.
 //
-//   quantity.h             the 15 Quantities: numbers, short names, full names
+//   quantity.h             the Quantities: numbers, short names, full names
 //   dataset.h              Dataset, DatasetTable: the record of a spectrum, and lookups
 //   read_dataset.h         reading a text file of up to three columns
 //   interpolation.h        values and means between the rows of a table

@@ -1,4 +1,4 @@
-// The 15 Quantities: the kinds of spectra that the program computes, fits and draws. Files, datasets and macros store
+// The Quantities: the kinds of spectra that the program computes, fits and draws. Files, datasets and macros store
 // their numbers and short names.
 #pragma once
 

@@ -7,7 +7,7 @@
 //
 //   eval_model.h         EvalModel: one model at one frequency; the reference implementation
 //   eps_sum.h            the sum of a model's rows and terms; vdf_eval.h: its variational function
-//   quantity_formulas.h  from the sum to the 15 Quantities; stack_optics.h: fields in stacks of layers
+//   quantity_formulas.h  from the sum to the Quantities; stack_optics.h: fields in stacks of layers
 //   slopes.h, chains.h   the table of slopes; the chain rule from Quantities to parameters
 //   model_type.h         the record of a special model; type_scratch.h: its work space
 //   eval_spectrum.h      many frequencies, in blocks; block_filler.h selects how a block is filled

@@ -138,7 +138,7 @@ struct ModelType {
   int (*evaluate)(EvalContext& ctx, const Model& model, double x, bool derivatives) = nullptr;
   int (*after)(EvalContext& ctx, const Model& model) = nullptr;
   bool fitted = false;    // it has an after-step: the fit can vary its parameters and those of its partners
-  bool material = false;  // it computes a dielectric function, and all 15 Quantities follow from it
+  bool material = false;  // it computes a dielectric function, and all Quantities follow from it
   RowMap map{};
   std::span<const SlotUse> fills{};
   TypePage page{};

@@ -1,4 +1,4 @@
-// From the complex dielectric function eps of a bulk sample, with or without a permeability mu, to the 15 Quantities
+// From the complex dielectric function eps of a bulk sample, with or without a permeability mu, to the Quantities
 // and their derivatives. Units: frequency cm-1, thickness cm, angles degrees, conductivity ohm-1 cm-1.
 #pragma once
 

@@ -1,4 +1,4 @@
-// The results of an evaluation for each of the 15 Quantities.
+// The results of an evaluation for each Quantity.
 #pragma once
 
 #include <array>

@@ -90,7 +90,7 @@ void AppendCells(const RowMap& map, std::span<const RowCell> cells, bool inGroup
 
 void AppendFills(const ModelType& type, std::string& text) {
   if (type.material) {
-    text += "All 15 Quantities, those of the dielectric function above.\n";
+    text += "All Quantities, those of the dielectric function above.\n";
     return;
   }
   text += "| number | `Quantity` | holds |\n|---|---|---|\n";

@@ -17,7 +17,7 @@
 // Other members that a type can have:
 //     kGroup, kGroupStart, kGroupRows   the cells of rows that repeat in groups
 //     Complex<T> Response(const TypeInputs<T>& in)   instead of Fill, for a material: the dielectric function, from
-//         which all 15 Quantities follow
+//         which all Quantities follow
 //     a `bool&` as last argument of Fill or Response   if it is set to false, the evaluation returns -1
 //     bool Admits(const TypeInputs<double>& in)   false: the evaluation returns -1 before it computes anything
 //     double FrequencyOf(const TypeInputs<double>&, int input)   the frequency at which a partner is evaluated

@@ -1,4 +1,5 @@
-// The keys that the windows of parameters use while they are active.
+// The keys that the windows of parameters use while they are active. A new one is also added to model_keys.cpp,
+// exp_params_window.cpp and the table of keys in qt/fields.cpp.
 #pragma once
 
 namespace kalvex {

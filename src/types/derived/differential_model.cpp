@@ -49,7 +49,7 @@ constinit const ModelType kDifferentialModel = {
     .material = true,
     .map = {.rows = kRows, .head = kHead},
     .page = {.sample = "a small change of a known sample: a difference or modulation spectrum",
-             .formula = "Q = (dQ/dRe eps)(A) Re eps(B) + (dQ/dIm eps)(A) Im eps(B), for each of the 15 Quantities",
+             .formula = "Q = (dQ/dRe eps)(A) Re eps(B) + (dQ/dIm eps)(A) Im eps(B), for each Quantity",
              .source = "first order of the Taylor expansion about A, whose parameters are not fitted"}};
 
 }  // namespace kalvex
