@@ -20,11 +20,9 @@ auto Session::Do(Operation operation, const Pieces& touched, Act act) -> decltyp
   const bool kept = !tables_.fit.FitRunning;
   if (kept) history_.Begin(operation, touched, tables_);
   auto result = act();
-  if (kept) {
-    // An operation that failed after it changed something is a step of the history too.
-    result.Ok() || !told_.empty() ? history_.End() : history_.Abandon();
-  }
-  Deliver(result.Ok() ? &operation : nullptr);
+  // An operation that failed after it changed something is a step of the history too.
+  const bool changed = kept && history_.End(tables_);
+  Deliver(result.Ok() || changed ? &operation : nullptr);
   return result;
 }
 
