@@ -82,8 +82,8 @@ std::string Difference(const std::string& a, const std::string& b) {
   std::istringstream linesOfA(a), linesOfB(b);
   std::string lineOfA, lineOfB;
   while (true) {
-    const bool more = bool(std::getline(linesOfA, lineOfA)) & bool(std::getline(linesOfB, lineOfB));
-    if (!more) return a == b ? "" : "a line is missing";
+    const bool moreOfA = !std::getline(linesOfA, lineOfA).fail(), moreOfB = !std::getline(linesOfB, lineOfB).fail();
+    if (!moreOfA || !moreOfB) return a == b ? "" : "a line is missing";
     if (lineOfA != lineOfB) return "by hand:    " + lineOfA + "\nby a macro: " + lineOfB;
   }
 }
