@@ -7,6 +7,8 @@ namespace kalvex {
 
 struct NoiseGenerator {
   std::uint64_t state = 0;
+
+  bool operator==(const NoiseGenerator&) const = default;
 };
 
 // The seed is the low half of the state.

@@ -26,6 +26,9 @@ class SharedList {
   auto begin() const { return Get().begin(); }
   auto end() const { return Get().end(); }
 
+  // By content. Copies of one list are not looked through.
+  bool operator==(const SharedList& other) const { return list_ == other.list_ || Get() == other.Get(); }
+
  private:
   std::shared_ptr<const std::vector<T>> list_;
 };

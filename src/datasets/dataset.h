@@ -27,6 +27,8 @@ struct DataRow {
   double x = 0;  // cm-1
   double y = 0;
   double sigma = 0;
+
+  bool operator==(const DataRow&) const = default;
 };
 
 enum class XSource : int { kMaster = 0, kFile = 1, kGenerated = 2 };
@@ -51,8 +53,7 @@ struct Dataset {
   Grid XGrid = Grid::kLinear;
   Matching Match = Matching::kInterpolation;
   kalvex::Quantity Quantity = kRefl;
-  std::vector<DataRow> points;  // ascending in x
-  double XMin = 1.0;            // limits and size of a generated grid; after a load the limits of the points
+  double XMin = 1.0;  // limits and size of a generated grid; after a load the limits of the points
   double XMax = 1000.0;
   int XPts = 1000;
   double CutMin = 0.0;  // cutting range
@@ -60,6 +61,10 @@ struct Dataset {
   int nActive = 0;  // rows within the range, and the first and last of them
   int firstActive = 0;
   int lastActive = -1;
+  // Ascending in x. They are last, so that a comparison finds another difference before it reads them.
+  std::vector<DataRow> points;
+
+  bool operator==(const Dataset&) const = default;
 };
 
 struct DatasetTable {

@@ -33,12 +33,16 @@ struct ChiSqTerm {
   double termChiSq = 0;    // without the weight
   double prevChiSq = 0;    // used by the derivative test
   SharedList<int> params;  // indices of the FitParams on which it depends
+
+  bool operator==(const ChiSqTerm&) const = default;
 };
 
 // The terms of the fit, or of a list of candidates. All lists take their ids from FitState::nextTermId: an id is never
 // used twice.
 struct ChiSqTermList {
   std::vector<ChiSqTerm> terms;
+
+  bool operator==(const ChiSqTermList&) const = default;
 };
 
 // The points of one term in order of frequency. They are stored as columns, and the position in a block as one byte:
@@ -51,6 +55,8 @@ struct TermPoints {
   std::vector<double> sigma;
   std::vector<std::uint8_t> at;           // index of the frequency in its block of kSpectrumBlock
   std::vector<std::size_t> firstOfBlock;  // the first point of each block; the last entry is the number of points
+
+  bool operator==(const TermPoints&) const = default;
 };
 
 // All points of the terms of one model. One evaluation per frequency serves all of them.
@@ -59,6 +65,8 @@ struct FitSpectrum {
   std::vector<double> x;  // cm-1, ascending
   std::vector<QuantitySet> wanted;
   std::vector<TermPoints> terms;
+
+  bool operator==(const FitSpectrum&) const = default;
 };
 
 // A parameter of the fit. It is identified by place and model number, not by address: rows, meshes and models may be
@@ -70,6 +78,8 @@ struct FitParam {
   bool used = false;              // it influences at least one term
   bool isMaster = true;           // no earlier used parameter has the same coupling group
   int master = 0;                 // index of the parameter whose row and column of the matrix this one uses
+
+  bool operator==(const FitParam&) const = default;
 };
 
 struct FitOptions {
@@ -89,6 +99,8 @@ struct FitOptions {
   double SingularDet = 1e-30;  // stored and shown; the solver has its own criterion
   int ScreenUpdateEvery = 1;   // stored and shown; the screen is updated after every accepted iteration
   double InitialLambda = 0.001;
+
+  bool operator==(const FitOptions&) const = default;
 };
 
 // How a run ended.
@@ -97,6 +109,8 @@ struct FitReport {
   double startChiSq = 0;
   std::vector<int> withoutInfluence;    // masters with a diagonal element of 0 in alpha, if no step could be taken
   std::vector<std::string> notWritten;  // files of the run that could not be written
+
+  bool operator==(const FitReport&) const = default;
 };
 
 struct FitState {
@@ -120,6 +134,8 @@ struct FitState {
 
   FitOptions options;
   FitReport report;
+
+  bool operator==(const FitState&) const = default;
 };
 
 }  // namespace kalvex

@@ -77,6 +77,8 @@ struct Axis {
   bool titleShown = true;
   int tickCount = 0;
   int labelGap = 0;  // smallest free distance of two neighbouring labels, pixels
+
+  bool operator==(const Axis&) const = default;
 };
 
 // The frame is part of the plot. Window pixels, y downwards.

@@ -148,6 +148,20 @@ void AssignColors(std::vector<Curve>& curves) {
   }
 }
 
+bool LooksTheSame(const Curve& a, const Curve& b) {
+  const auto key = [](const Curve& c) {
+    return std::tie(c.order, c.kind, c.quantity, c.datasetId, c.modelId, c.nColor, c.colorIndex, c.ShowLine,
+                    c.ShowSymbol, c.ShowError, c.nSymbolSize, c.nSymbolShape, c.SymbolOpen, c.Scale, c.Shift);
+  };
+  return key(a) == key(b);
+}
+
+bool LooksTheSame(const Graph& a, const Graph& b) {
+  const auto key = [](const Graph& g) { return std::tie(g.number, g.name, g.Width, g.Height, g.X, g.Y, g.ShowFitted); };
+  return key(a) == key(b) && std::equal(a.curves.begin(), a.curves.end(), b.curves.begin(), b.curves.end(),
+                                        [](const Curve& c, const Curve& d) { return LooksTheSame(c, d); });
+}
+
 void AddCurve(Graph& graph, Curve curve) {
   graph.curves.push_back(std::move(curve));
   AssignColors(graph.curves);

@@ -54,6 +54,10 @@ bool IsBuiltBefore(const Curve& a, const Curve& b);
 // the colour of the previous curve.
 void AssignColors(std::vector<Curve>& curves);
 
+// True if a user cannot tell the two apart. Strokes, and what is stale or not yet painted, do not count.
+bool LooksTheSame(const Curve& a, const Curve& b);
+bool LooksTheSame(const Graph& a, const Graph& b);
+
 // Appends a curve to the list.
 void AddCurve(Graph& graph, Curve curve);
 // Removes the first curve of that kind, of the dataset or the model, and of the Quantity unless it is -1. False if

@@ -121,8 +121,8 @@ MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityP
   if (!p.Quantity) return call.Missing("Quantity");
   const auto quantity = QuantityOfShortName(*p.Quantity);
   if (!quantity) return call.Nothing("'" + *p.Quantity + "' is not a Quantity");
-  if (!call.session.FindDataset(*p.DatasetNo)) return call.Nothing(NotLoaded(*p.DatasetNo).Text());
-  return call.Told(call.session.SetDatasetQuantity(*p.DatasetNo, *quantity, Heard::kAtOnce),
+  const Heard heard = FlagOf(p.Update).value_or(true) ? Heard::kAtOnce : Heard::kLater;
+  return call.Told(call.session.SetDatasetQuantity(*p.DatasetNo, *quantity, heard),
                    SlotText(*p.DatasetNo) + " is now " + QuantityText(*quantity));
 }
 

@@ -71,11 +71,12 @@ struct CutDatasetParams {
 MacroResult CutDatasetCommand(MacroCall& call, const CutDatasetParams& p);
 
 struct SetDatasetQuantityParams {
-  std::optional<int> DatasetNo;
+  std::optional<int> DatasetNo, Update;
   std::optional<std::string> Quantity;
   static constexpr auto Describe() {
     using P = SetDatasetQuantityParams;
-    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("Quantity", &P::Quantity, 10));
+    return std::tuple(Param("DatasetNo", &P::DatasetNo), Param("Quantity", &P::Quantity, 10),
+                      Param("Update", &P::Update));
   }
 };
 MacroResult SetDatasetQuantityCommand(MacroCall& call, const SetDatasetQuantityParams& p);

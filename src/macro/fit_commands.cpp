@@ -94,13 +94,12 @@ MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams&
 
 MacroResult FitCommand(MacroCall& call, const FitRunParams& p) {
   Session& session = call.session;
-  if (!session.FitFollows()) return call.Nothing("the fit window is not open; WindowFit() opens it");
-  if (session.Fit().FitRunning) {
-    session.StopFit();
-    return call.Done("requested the running fit to stop");
-  }
+  const bool stops = session.Fit().FitRunning;
   const auto start = std::chrono::steady_clock::now();
-  session.RunFit({.iterations = p.NumIters}).Ignore();  // the summary contains the reason of the end
+  const Status ended = session.RunFit({.iterations = p.NumIters});
+  if (stops) return call.Done("requested the running fit to stop");
+  if (ended.Code() == StatusCode::kNothingToDo) return call.Nothing(ended.Text());
+  // The summary contains the reason of every other end.
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   const std::string summary = Summary(session, took.count());
   if (call.desk.macro.progress && !call.desk.macro.verbose) std::fprintf(stderr, "fit: %s\n", summary.c_str());

@@ -19,6 +19,8 @@ struct SavedSlopes {
   double dEpsRe = 0;  // derivative of the complex response by value
   double dEpsIm = 0;
   PerQuantity<double> dQuantity{};  // derivative of each Quantity by value
+
+  bool operator==(const SavedSlopes&) const = default;
 };
 
 struct ModelParam {
@@ -35,6 +37,8 @@ struct ModelParam {
   SavedSlopes savedSlopes;  // written only by TakeOverSlopes
 
   std::uint32_t reserved = 0;  // unused; kept in the model file
+
+  bool operator==(const ModelParam&) const = default;
 };
 
 inline std::string_view NameOf(const ModelParam& param) {

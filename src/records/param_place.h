@@ -15,6 +15,8 @@ struct ParamPlace {
   int nep = 0;   // experimental parameter; kExp
   int nen = 0;   // mesh point; kMesh
   int isIm = 0;  // kMesh: 1 for the imaginary part
+
+  bool operator==(const ParamPlace&) const = default;
 };
 
 // "EIN", "LOR", "ESH" or "EXP".

@@ -60,7 +60,7 @@ class SessionListener {
   virtual ~SessionListener() = default;
   // Called after the operation, when all tables are consistent.
   virtual void Changed(const Change& change) = 0;
-  // Called once for each successful operation.
+  // Called once for each operation that succeeded, or failed after it changed something.
   virtual void Performed(const Operation&) {}
 };
 

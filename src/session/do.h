@@ -15,16 +15,12 @@ auto Session::Do(Operation operation, const Pieces& touched, Act act) -> decltyp
   if (!onGraphsAlone) {
     if (Status busy = Gate(); !busy.Ok()) return busy;
   }
-  // Only graphs can be changed while a fit runs. These changes are no steps of the history, because a step back would
-  // also undo the present state of the fit.
-  const bool kept = !tables_.fit.FitRunning;
-  if (kept) history_.Begin(operation, touched, tables_);
+  // An operation on graphs during a fit is a step before that of the fit.
+  history_.Begin(operation, touched, tables_);
   auto result = act();
-  if (kept) {
-    // An operation that failed after it changed something is a step of the history too.
-    result.Ok() || !told_.empty() ? history_.End() : history_.Abandon();
-  }
-  Deliver(result.Ok() ? &operation : nullptr);
+  // An operation that failed after it changed something is a step of the history too.
+  const bool changed = history_.End(tables_);
+  Deliver(result.Ok() || changed ? &operation : nullptr);
   return result;
 }
 

@@ -1,6 +1,9 @@
 #include "session/history.h"
 
+#include <algorithm>
 #include <type_traits>
+
+#include "graphs/graph_table.h"
 
 namespace kalvex {
 namespace {
@@ -44,19 +47,57 @@ std::vector<std::pair<std::size_t, Graph>> GraphsOf(const GraphTable& table) {
   return graphs;
 }
 
+bool AreSameGraphs(const std::vector<std::pair<std::size_t, Graph>>& graphs, const GraphTable& table) {
+  const auto isThere = [&](const auto& graph) { return LooksTheSame(graph.second, table.slots[graph.first]); };
+  const auto count =
+      std::count_if(table.slots.begin(), table.slots.end(), [](const Graph& graph) { return graph.number != 0; });
+  return graphs.size() == static_cast<std::size_t>(count) && std::all_of(graphs.begin(), graphs.end(), isThere);
+}
+
+// A notification alone, which resets `dirty`, is no change.
+bool IsSameModel(const Model& a, const Model& b) {
+  return a.number == b.number && a.name == b.name && a.epsInf == b.epsInf && a.rows == b.rows && a.vdf == b.vdf;
+}
+
+// What a person has put into the fit. The rest of a fit that follows changes is computed again at each operation.
+bool HasSameTerms(const FitState& a, const FitState& b) {
+  const auto isSame = [](const ChiSqTerm& of, const ChiSqTerm& as) {
+    return of.id == as.id && of.datasetId == as.datasetId && of.modelId == as.modelId && of.weight == as.weight;
+  };
+  const auto& terms = a.list.terms;
+  return std::equal(terms.begin(), terms.end(), b.list.terms.begin(), b.list.terms.end(), isSame);
+}
+
 }  // namespace
 
+History::SavedRest History::RestOf(const SessionTables& tables) {
+  return {tables.params.nextModelNumber, tables.datasets.nextId, tables.graphs.nextNumber,
+          tables.autoScreenUpdate,       tables.graphReader,     tables.fitFollows};
+}
+
+History::Dirty History::DirtyOf(const ParamTables& tables) {
+  Dirty dirty;
+  for (std::size_t entry = 0; entry < kMaxModels; ++entry) dirty[entry] = tables.models[entry].dirty;
+  dirty[kMaxModels] = tables.expParamsDirty;
+  return dirty;
+}
+
+void History::SetDirty(const Dirty& dirty, ParamTables& tables) {
+  for (std::size_t entry = 0; entry < kMaxModels; ++entry) tables.models[entry].dirty = dirty[entry];
+  tables.expParamsDirty = dirty[kMaxModels];
+}
+
 void History::Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables) {
-  for (const Step& step : forward_) bytes_ -= step.bytes;
-  forward_.clear();
-  begun_ =
-      !(mayMerge_ && !operation.merge.empty() && !back_.empty() && back_.back().operation.merge == operation.merge);
+  const bool merges =
+      mayMerge_ && !operation.merge.empty() && !back_.empty() && back_.back().operation.merge == operation.merge;
   mayMerge_ = true;
-  if (!begun_) {
-    back_.back().operation = operation;
+  if (merges) {
+    open_.push_back(std::move(back_.back()));
+    back_.pop_back();
+    open_.back().operation = operation;
     return;
   }
-  Step step{operation, {}, 0};
+  Step step{operation, {}, open_.empty() ? DirtyOf(tables.params) : open_.front().dirty, 0};
   if (!touched.params.empty()) {
     SavedParams params;
     for (const ParamPlace& place : touched.params) params.params.emplace_back(place, ParamAt(tables.params, place));
@@ -76,25 +117,43 @@ void History::Begin(const Operation& operation, const Pieces& touched, const Ses
   }
   if (touched.graphs) step.saved.emplace_back(SavedGraphs{GraphsOf(tables.graphs)});
   if (touched.noise) step.saved.emplace_back(SavedNoise{tables.noise});
-  if (touched.fit || tables.fitFollows) step.saved.emplace_back(SavedFit{std::make_unique<FitState>(tables.fit)});
-  step.saved.emplace_back(SavedRest{tables.params.nextModelNumber, tables.datasets.nextId, tables.graphs.nextNumber,
-                                    tables.autoScreenUpdate, tables.graphReader, tables.fitFollows});
+  // During a run only graphs change. The state of the run belongs to the step of the fit.
+  if (touched.fit || (tables.fitFollows && !tables.fit.FitRunning)) {
+    step.saved.emplace_back(SavedFit{std::make_unique<FitState>(tables.fit), touched.fit});
+  }
+  step.saved.emplace_back(RestOf(tables));
   for (const Saved& saved : step.saved) step.bytes += BytesOf(saved);
   bytes_ += step.bytes;
-  back_.push_back(std::move(step));
+  open_.push_back(std::move(step));
 }
 
-void History::Abandon() {
-  if (begun_) {
-    bytes_ -= back_.back().bytes;
-    back_.pop_back();
+bool History::End(const SessionTables& tables) {
+  Step step = std::move(open_.back());
+  open_.pop_back();
+  // The last pieces of a step are small, and an operation on large pieces usually changes one of them. So the large
+  // pieces are rarely compared to their end.
+  const bool asBefore = std::all_of(step.saved.rbegin(), step.saved.rend(),
+                                    [&](const Saved& saved) { return IsAsBefore(saved, tables); });
+  if (asBefore) {
+    bytes_ -= step.bytes;
+    mayMerge_ = false;
+    return false;
   }
-  begun_ = false;
+  DropForward();
+  for (Step& outer : open_) FollowGraphs(outer, tables);
+  back_.push_back(std::move(step));
+  HoldBound();
+  return true;
 }
 
-void History::End() {
-  begun_ = false;
-  HoldBound();
+void History::FollowGraphs(Step& outer, const SessionTables& tables) {
+  for (Saved& saved : outer.saved) {
+    auto* const rest = std::get_if<SavedRest>(&saved);
+    if (!rest) continue;
+    rest->nextGraphNumber = tables.graphs.nextNumber;
+    rest->autoScreenUpdate = tables.autoScreenUpdate;
+    rest->graphReader = tables.graphReader;
+  }
 }
 
 bool History::Back(SessionTables& tables) {
@@ -118,6 +177,11 @@ bool History::Forward(SessionTables& tables) {
 void History::SetBound(std::size_t bytes) {
   bound_ = bytes;
   HoldBound();
+}
+
+void History::DropForward() {
+  for (const Step& step : forward_) bytes_ -= step.bytes;
+  forward_.clear();
 }
 
 void History::HoldBound() {
@@ -167,9 +231,36 @@ void History::Swap(Saved& saved, SessionTables& tables) {
   std::visit(swapWith, saved);
 }
 
+bool History::IsAsBefore(const Saved& saved, const SessionTables& tables) {
+  return std::visit(
+      [&](const auto& piece) -> bool {
+        using Piece = std::decay_t<decltype(piece)>;
+        if constexpr (std::is_same_v<Piece, SavedParams>) {
+          return std::all_of(piece.params.begin(), piece.params.end(),
+                             [&](const auto& param) { return ParamAt(tables.params, param.first) == param.second; });
+        } else if constexpr (std::is_same_v<Piece, SavedModel>) {
+          return IsSameModel(tables.params.models[static_cast<std::size_t>(piece.entry)], *piece.model);
+        } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
+          return tables.datasets.slots[static_cast<std::size_t>(piece.entry)] == *piece.dataset;
+        } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
+          return tables.params.ExpParams == *piece.params;
+        } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {
+          return AreSameGraphs(piece.graphs, tables.graphs);
+        } else if constexpr (std::is_same_v<Piece, SavedNoise>) {
+          return tables.noise == piece.noise;
+        } else if constexpr (std::is_same_v<Piece, SavedFit>) {
+          return piece.touched ? tables.fit == *piece.fit : HasSameTerms(tables.fit, *piece.fit);
+        } else {
+          return piece == RestOf(tables);
+        }
+      },
+      saved);
+}
+
 // Back and forward swap the pieces in the same order. That is correct although parameters are parts of models, because
 // no operation saves both a parameter and its whole model.
 void History::SwapAll(Step& step, SessionTables& tables) {
+  const Dirty dirty = DirtyOf(tables.params);
   bytes_ -= step.bytes;
   step.bytes = 0;
   for (Saved& saved : step.saved) {
@@ -177,6 +268,8 @@ void History::SwapAll(Step& step, SessionTables& tables) {
     step.bytes += BytesOf(saved);
   }
   bytes_ += step.bytes;
+  SetDirty(step.dirty, tables.params);
+  step.dirty = dirty;
 }
 
 std::size_t History::BytesOf(const Saved& saved) {

@@ -1,7 +1,9 @@
 // Undo and redo. Before an operation, the pieces of the tables that it changes are copied. A step back swaps the copies
-// and the tables; a step forward swaps them again. So no operation needs an inverse.
+// and the tables; a step forward swaps them again. So no operation needs an inverse. After the operation the copies are
+// compared with the tables: an operation that changed nothing is not a step.
 #pragma once
 
+#include <bitset>
 #include <cstddef>
 #include <deque>
 #include <memory>
@@ -54,14 +56,12 @@ class History {
  public:
   static constexpr std::size_t kUsualBound = std::size_t{256} << 20;  // bytes
 
-  // Copies the pieces in their present state, unless the operation continues the last step. Deletes the steps that
-  // could be redone.
+  // Copies the pieces in their present state, unless the operation continues the last step.
   void Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables);
-  // The operation did nothing: deletes the step that Begin added.
-  void Abandon();
-  // Ends the operation. Deletes the oldest steps until the rest is within the bound. A step that is larger than the
-  // bound is deleted too.
-  void End();
+  // Ends the operation. If all pieces are as before the step, deletes the step and returns false. Otherwise deletes the
+  // steps that could be redone, then the oldest steps until the rest is within the bound. A step that is larger than
+  // the bound is deleted too.
+  bool End(const SessionTables& tables);
   // The next operation is a step of its own.
   void EndGesture() { mayMerge_ = false; }
 
@@ -97,6 +97,7 @@ class History {
   };
   struct SavedFit {
     std::unique_ptr<FitState> fit;
+    bool touched;  // by the operation itself; otherwise the fit only follows the other pieces
   };
   struct SavedNoise {
     NoiseGenerator noise;
@@ -105,26 +106,36 @@ class History {
   struct SavedRest {
     std::uint32_t nextModelNumber, nextDatasetId, nextGraphNumber;
     bool autoScreenUpdate, graphReader, fitFollows;
+    bool operator==(const SavedRest&) const = default;
   };
   using Saved =
       std::variant<SavedParams, SavedModel, SavedDataset, SavedExpParams, SavedGraphs, SavedNoise, SavedFit, SavedRest>;
+  using Dirty = std::bitset<kMaxModels + 1>;  // which models are dirty, and the experimental parameters
   struct Step {
     Operation operation;
     std::vector<Saved> saved;
+    Dirty dirty;
     std::size_t bytes = 0;
   };
 
   static std::vector<std::string> LabelsOf(const std::deque<Step>& steps);
+  static SavedRest RestOf(const SessionTables& tables);
+  static Dirty DirtyOf(const ParamTables& tables);
+  static void SetDirty(const Dirty& dirty, ParamTables& tables);
   static void Swap(Saved& saved, SessionTables& tables);
+  static bool IsAsBefore(const Saved& saved, const SessionTables& tables);
   static std::size_t BytesOf(const Saved& saved);
   void SwapAll(Step& step, SessionTables& tables);
+  void DropForward();
+  // An operation that ended within another one is the earlier step: the outer one starts from its graphs.
+  static void FollowGraphs(Step& outer, const SessionTables& tables);
   void HoldBound();
 
   std::deque<Step> back_, forward_;
-  std::size_t bytes_ = 0;  // the sum over all steps
+  std::vector<Step> open_;  // operations that have begun: a fit, and in it one on graphs
+  std::size_t bytes_ = 0;   // the sum over all steps
   std::size_t bound_ = kUsualBound;
   bool mayMerge_ = false;
-  bool begun_ = false;  // the last Begin added a step
 };
 
 }  // namespace kalvex

@@ -150,6 +150,7 @@ class Session {
   // Excludes rows outside of the range from the fit. A limit without a value stays. With Heard::kLater nothing is
   // notified; the new range takes effect when the fit's points are next rebuilt.
   Status CutDataset(int slot, std::optional<double> xMin, std::optional<double> xMax, Heard heard);
+  // kNotThere if nothing is loaded in the slot.
   Status SetDatasetQuantity(int slot, Quantity quantity, Heard heard);
   // Possible during a fit. An empty slot gives an empty file.
   Status ExportDataset(int slot, const std::string& file, bool onlyFitted, bool errorBars);
@@ -214,7 +215,8 @@ class Session {
   Status RemoveTerms(std::span<const int> ids);
   Status WeighTerms(std::span<const int> ids, double weight);
   Status SetFitOptions(const FitOptions& options);
-  // During a run it stops that run and succeeds. Fit().report contains the reason why a run ended.
+  // During a run it stops that run and succeeds. kNothingToDo if the fit is not open. Fit().report contains the reason
+  // why a run ended.
   Status RunFit(const FitRequest& request);
   void StopFit();
   // Swaps the present values and those before the last run.

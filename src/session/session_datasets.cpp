@@ -24,17 +24,25 @@ std::string LoadStatement(int slot, const DatasetSource& source) {
   Statement statement("LoadDataset");
   statement.Int("DatasetNo", slot).Text("MasterFile", source.MasterFile);
   if (source.Quantity) statement.Text("Quantity", NamesOf(*source.Quantity).shortName);
-  if (source.XMethod != usual.XMethod) statement.Int("XMethod", NumberOf(source.XMethod));
+  // The dataset stores every setting, whether or not it is in use.
+  const auto method = [&](const char* name, auto value, auto otherwise) {
+    if (value != otherwise) statement.Int(name, NumberOf(value));
+  };
+  const auto real = [&](const char* name, double value, double otherwise) {
+    if (!(value == otherwise)) statement.Real(name, value);
+  };
+  method("XMethod", source.XMethod, usual.XMethod);
   if (!source.XFile.empty()) statement.Text("XFile", source.XFile);
-  if (source.XMethod == XSource::kGenerated) {
-    statement.Real("XMin", source.XMin).Real("XMax", source.XMax).Int("XPts", source.XPts);
-    statement.Int("XGrid", NumberOf(source.XGrid));
-  }
-  if (source.YMethod != usual.YMethod) statement.Int("YMethod", NumberOf(source.YMethod)).Real("YVal", source.YVal);
-  if (source.YErrMethod != usual.YErrMethod) statement.Int("YErrMethod", NumberOf(source.YErrMethod));
+  real("XMin", source.XMin, usual.XMin);
+  real("XMax", source.XMax, usual.XMax);
+  if (source.XPts != usual.XPts) statement.Int("XPts", source.XPts);
+  method("XGrid", source.XGrid, usual.XGrid);
+  method("YMethod", source.YMethod, usual.YMethod);
+  real("YVal", source.YVal, usual.YVal);
+  method("YErrMethod", source.YErrMethod, usual.YErrMethod);
   if (!source.YErrFile.empty()) statement.Text("YErrFile", source.YErrFile);
-  if (source.YErrMethod == ErrorSource::kFixed) statement.Real("YErrVal", source.YErrVal);
-  if (source.Match != usual.Match) statement.Int("Match", NumberOf(source.Match));
+  real("YErrVal", source.YErrVal, usual.YErrVal);
+  method("Match", source.Match, usual.Match);
   return statement.Done();
 }
 
@@ -120,7 +128,8 @@ Status Session::AddNoise(int slot, double sigma) {
 Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<double> xMax, Heard heard) {
   Dataset* const dataset = SlotOf(slot);
   if (!dataset) return NoSuchSlot(slot);
-  const auto statement = Statement("CutDataset").Int("DatasetNo", slot).Real("XMin", xMin).Real("XMax", xMax);
+  auto statement = Statement("CutDataset").Int("DatasetNo", slot).Real("XMin", xMin).Real("XMax", xMax);
+  statement.RefuseIf(heard == Heard::kAtOnce && tables_.fitFollows);  // the fit of a macro hears of it later
   const std::string label = "cut " + SlotText(slot);
   // Typing a limit character by character is one step of the history.
   return Do({label, statement.Done(), heard == Heard::kAtOnce ? label : "", kOnDatasets | kOnFit},
@@ -137,12 +146,12 @@ Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<d
 Status Session::SetDatasetQuantity(int slot, Quantity quantity, Heard heard) {
   Dataset* const dataset = SlotOf(slot);
   if (!dataset) return NoSuchSlot(slot);
-  const char* const name = NamesOf(quantity).shortName;
-  return Do({"set Quantity of " + SlotText(slot),
-             Statement("SetDatasetQuantity").Int("DatasetNo", slot).Text("Quantity", name).Done(),
-             {},
-             kOnDatasets | kOnFit},
+  auto statement = Statement("SetDatasetQuantity").Int("DatasetNo", slot);
+  statement.Text("Quantity", NamesOf(quantity).shortName);
+  if (heard == Heard::kLater) statement.Int("Update", 0);
+  return Do({"set Quantity of " + SlotText(slot), statement.Done(), {}, kOnDatasets | kOnFit},
             Pieces().Dataset(slot - 1), [&] {
+              if (dataset->id == 0) return NotLoaded(slot);
               dataset->Quantity = quantity;
               Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
               if (heard == Heard::kLater) return Status();

@@ -16,7 +16,7 @@ Operation OnFit(const char* label, std::string statement) {
   return {label, std::move(statement), {}, kOnFit | kOnModels | kOnExpParams};
 }
 
-std::string OptionsStatement(const FitOptions& options) {
+std::string OptionsStatement(const FitOptions& options, const FitOptions& present) {
   Statement statement("FitOptions");
   statement.Int("StopOnIterations", options.StopOnIterations).Int("MaxIterations", options.MaxIterations);
   statement.Int("StopOnTime", options.StopOnTime).Int("MaxSeconds", options.MaxSeconds);
@@ -24,6 +24,9 @@ std::string OptionsStatement(const FitOptions& options) {
   statement.Real("ReductionAmount", options.ReductionAmount).Int("StopOnLambda", options.StopOnLambda);
   statement.Real("MaxLambda", options.MaxLambda).Real("InitialLambda", options.InitialLambda);
   statement.Int("CalcConfidence", options.CalcConfidence).Real("DeltaChiSq", options.DeltaChiSq);
+  statement.RefuseIf(options.StopOnOutOfRange != present.StopOnOutOfRange);
+  statement.RefuseIf(options.SingularDet != present.SingularDet);
+  statement.RefuseIf(options.ScreenUpdateEvery != present.ScreenUpdateEvery);
   return statement.Int("LogFit", options.LogFit).Done();
 }
 
@@ -201,17 +204,21 @@ Status Session::WeighTerms(std::span<const int> ids, double weight) {
 }
 
 Status Session::SetFitOptions(const FitOptions& options) {
-  return Do({"set options of the fit", OptionsStatement(options), {}, kOnFit}, Pieces().Fit(), [&] {
-    tables_.fit.options = options;
-    Tell(ChangeKind::kFitOptions);
-    return Status();
-  });
+  return Do({"set options of the fit", OptionsStatement(options, tables_.fit.options), {}, kOnFit}, Pieces().Fit(),
+            [&] {
+              tables_.fit.options = options;
+              Tell(ChangeKind::kFitOptions);
+              return Status();
+            });
 }
 
 // ---- runs
 
 Status Session::RunFit(const FitRequest& request) {
   if (tables_.fit.FitRunning) return StopFit(), Status();
+  if (!tables_.fitFollows) {
+    return {StatusCode::kNothingToDo, "the fit window is not open; WindowFit() opens it"};
+  }
   Statement statement("Fit");
   statement.Int("NumIters", request.iterations);
   return Do(OnFit("fit", statement.Done()), AllValues(tables_.params), [&] {

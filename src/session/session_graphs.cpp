@@ -4,6 +4,7 @@
 #include "graphs/graph_export.h"
 #include "graphs/graph_table.h"
 #include "graphs/painting.h"
+#include "records/model_table.h"
 #include "session/do.h"
 #include "session/statement.h"
 
@@ -25,13 +26,15 @@ void EditAxis(const AxisEdit& edit, Axis& axis) {
 }
 
 // In a statement a title is a format, so that % is written as %%.
-void AddAxis(Statement& statement, const char* letter, const AxisEdit& edit) {
+void AddAxis(Statement& statement, const char* letter, const AxisEdit& edit, const Axis& present) {
   const std::string name = letter;
   statement.Real(name + "min", edit.min).Real(name + "max", edit.max).Flag(name + "log", edit.log);
+  statement.RefuseIf(edit.titleShown && *edit.titleShown != present.titleShown);
   if (!edit.title) return;
   std::string format;
-  for (const char c : *edit.title) format += c == '%' ? std::string("%%") : std::string(1, c);
-  statement.Text(name + "Title", format);
+  for (const char c : CutToBytes(*edit.title, kLongestTitle))
+    format += c == '%' ? std::string("%%") : std::string(1, c);
+  statement.Text(name + "Title", format, kLongestTitle + 1);
 }
 
 int SlotOfDataset(const DatasetTable& table, std::uint32_t id) {
@@ -43,12 +46,56 @@ int SlotOfDataset(const DatasetTable& table, std::uint32_t id) {
 
 const char* QuantityNameOf(Quantity quantity) { return NamesOf(quantity).shortName; }
 
-std::string CurveStatement(std::uint32_t graph, const Curve& curve, const DatasetTable& datasets) {
+bool HasDataset(CurveKind kind) { return kind == CurveKind::kData || kind == CurveKind::kChiSq; }
+
+// The curve that the statement of a curve makes, as far as dataset and model exist.
+std::optional<Curve> CurveOfStatement(const Curve& curve, const DatasetTable& datasets, const ParamTables& params) {
+  const Dataset* const dataset = curve.datasetId != 0 ? GetDatasetById(datasets, curve.datasetId) : nullptr;
+  const Model* const model = GetModelByNumber(params, curve.modelId);
+  if ((HasDataset(curve.kind) && !dataset) || (curve.kind != CurveKind::kData && !model)) return std::nullopt;
+  Curve made;
+  switch (curve.kind) {
+    case CurveKind::kData:
+      made = DataCurve(*dataset);
+      made.ShowLine = curve.ShowLine;
+      made.ShowSymbol = curve.ShowSymbol;
+      made.ShowError = curve.ShowError;
+      made.nSymbolSize = curve.nSymbolSize;
+      made.nSymbolShape = curve.nSymbolShape;
+      made.SymbolOpen = curve.SymbolOpen;
+      break;
+    case CurveKind::kModel:
+      made = ModelCurve(*model, curve.quantity);
+      break;
+    case CurveKind::kChiSq:
+      made = ChiSqCurve(*dataset, *model);
+      break;
+    case CurveKind::kMulti:
+      made = MultiCurve(*model, curve.quantity);
+      break;
+    case CurveKind::kFreq:
+      made = FreqCurve(*model);
+      break;
+    case CurveKind::kReader:
+      return std::nullopt;
+  }
+  made.nColor = curve.nColor;
+  made.colorIndex = curve.colorIndex;  // the graph sets it
+  if (curve.kind == CurveKind::kFreq) return made;
+  made.Scale = curve.Scale;
+  made.Shift = curve.Shift;
+  return made;
+}
+
+std::string CurveStatement(std::uint32_t graph, const Curve& curve, const DatasetTable& datasets,
+                           const ParamTables& params) {
+  const std::optional<Curve> made = CurveOfStatement(curve, datasets, params);
+  if (!made || !LooksTheSame(*made, curve)) return {};
   static constexpr auto kCommands = FullTable<CurveKind, const char*>(
       {"AddDataCurve", "AddModelCurve", "AddChiSqCurve", "AddMultiCurve", "AddFreqCurve"});
   Statement statement(kCommands[curve.kind]);
   statement.Int("GraphNo", graph);
-  if (curve.datasetId != 0) statement.Int("DatasetNo", SlotOfDataset(datasets, curve.datasetId));
+  if (HasDataset(curve.kind)) statement.Int("DatasetNo", SlotOfDataset(datasets, curve.datasetId));
   if (curve.kind != CurveKind::kData) statement.Int("ModelNo", curve.modelId);
   if (curve.kind == CurveKind::kModel || curve.kind == CurveKind::kMulti) {
     statement.Text("Quantity", QuantityNameOf(curve.quantity));
@@ -114,10 +161,12 @@ Status Session::ResizeGraph(std::uint32_t number, std::optional<int> width, std:
 }
 
 Status Session::EditGraph(std::uint32_t number, const GraphEdit& edit) {
+  const Graph* const present = FindGraph(number);
+  if (!present) return NoSuchGraph(number);
   Statement statement("GraphProperties");
   statement.Int("GraphNo", number);
-  AddAxis(statement, "X", edit.x);
-  AddAxis(statement, "Y", edit.y);
+  AddAxis(statement, "X", edit.x, present->X);
+  AddAxis(statement, "Y", edit.y, present->Y);
   statement.Flag("ShowFitted", edit.showFitted);
   return ChangeGraph(number, OnGraph("axes of", number, statement.Done()), [&](Graph& graph) {
     EditAxis(edit.x, graph.X);
@@ -129,10 +178,12 @@ Status Session::EditGraph(std::uint32_t number, const GraphEdit& edit) {
 }
 
 Status Session::AddCurve(std::uint32_t number, const Curve& curve) {
+  if (curve.kind == CurveKind::kReader) return {StatusCode::kBadArgument, "the crosshair is not a curve of a graph"};
   if (curve.kind == CurveKind::kMulti && !HasRowContributions(curve.quantity)) {
     return {StatusCode::kBadArgument, "a MULTI curve can show E1, E2, S1 and S2 only"};
   }
-  return ChangeGraph(number, OnGraph("curve in", number, CurveStatement(number, curve, tables_.datasets)),
+  return ChangeGraph(number,
+                     OnGraph("curve in", number, CurveStatement(number, curve, tables_.datasets, tables_.params)),
                      [&](Graph& graph) { return kalvex::AddCurve(graph, curve), Status(); });
 }
 
@@ -141,11 +192,12 @@ Status Session::RemoveCurve(std::uint32_t number, CurveKind kind, std::uint32_t 
   Statement statement(data ? "DeleteDataCurve" : "DeleteModelCurve");
   statement.Int("GraphNo", number);
   if (data) {
-    statement.Int("DatasetNo", SlotOfDataset(tables_.datasets, of));
+    const int slot = of != 0 ? SlotOfDataset(tables_.datasets, of) : 0;
+    statement.Int("DatasetNo", slot).RefuseIf(slot == 0 || quantity);
   } else {
-    statement.Int("ModelNo", of);
+    statement.Int("ModelNo", of).RefuseIf(kind != CurveKind::kModel || !quantity);
+    if (quantity) statement.Text("Quantity", QuantityNameOf(*quantity));
   }
-  if (!data && quantity) statement.Text("Quantity", QuantityNameOf(*quantity));
   return ChangeGraph(number, OnGraph("remove a curve from", number, statement.Done()), [&](Graph& graph) {
     if (kalvex::RemoveCurve(graph, kind, of, quantity)) return Status();
     return Status(StatusCode::kNothingToDo, GraphText(number) + " has no such curve");
@@ -192,7 +244,7 @@ Status Session::DrawGraph(std::uint32_t number, PictureFormat format, int width,
     return {StatusCode::kBadArgument, "a picture has 1 to 16000 pixels along each side"};
   }
   auto statement = Statement("DrawGraph").Int("GraphNo", number).Text("File", file);
-  statement.Int("Width", width).Int("Height", height);
+  statement.Int("Width", width).Int("Height", height).RefuseIf(PictureFormatOf(file) != format);
   return DoOutside(OnGraph("draw", number, statement.Done()),
                    [&] { return SaveGraphPicture(*graph, eval_, format, width, height, file); });
 }
@@ -206,7 +258,7 @@ Status Session::ExportModelCurve(std::optional<std::uint32_t> number, const Curv
   }
   Statement statement("ExportModelCurve");
   statement.Text("File", file).Int("ModelNo", number.value_or(0));
-  if (what.quantity) statement.Text("Quantity", QuantityNameOf(*what.quantity));
+  statement.Text("Quantity", what.quantity ? QuantityNameOf(*what.quantity) : "");
   statement.Real("XMin", what.xMin).Real("XMax", what.xMax).Int("XPts", what.points);
   statement.Int("XMethod", what.onMesh ? kXOfMesh : kXOfGrid).Int("XGrid", what.grid).Int("Deriv", what.derivatives);
   return DoOutside({"export a curve", statement.Done(), {}, kOnFiles}, [&] {

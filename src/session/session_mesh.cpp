@@ -18,6 +18,17 @@ std::string KeyStatement(std::uint32_t number, const char* key) {
   return Statement("FreeShape").Int("ModelNo", number).Text("Key", key).Done();
 }
 
+// A source without a dataset has a slot outside the table: with a source the statement makes a mesh, otherwise it only
+// sets the switches.
+void AddSource(Statement& statement, const std::string& name, const VdfSource& source, const DatasetTable& datasets) {
+  const bool none = source.datasetId < 0;
+  const Dataset* const dataset =
+      none ? nullptr : GetDatasetById(datasets, static_cast<std::uint32_t>(source.datasetId));
+  const auto slot = dataset ? dataset - datasets.slots.data() + 1 : 0;
+  statement.Int(name + "DatasetNo", static_cast<long long>(slot)).Int(name + "Every2nd", source.every2nd);
+  statement.RefuseIf(none ? source.every2nd : dataset == nullptr);
+}
+
 bool Differs(std::optional<bool> wanted, std::uint32_t present) { return wanted && *wanted != (present != 0); }
 
 }  // namespace
@@ -27,12 +38,7 @@ Status Session::InitMesh(std::uint32_t number, const std::array<VdfSource, 3>& s
   Statement statement("VarDielFunc");
   statement.Int("ModelNo", number);
   for (std::size_t k = 0; k < sources.size(); ++k) {
-    const std::string name = "Source" + std::to_string(k + 1);
-    for (int slot = 1; slot <= kMaxDatasets && sources[k].datasetId >= 0; ++slot) {
-      if (DatasetInSlot(tables_.datasets, slot)->id != sources[k].datasetId) continue;
-      statement.Int(name + "DatasetNo", slot).Int(name + "Every2nd", sources[k].every2nd);
-      break;
-    }
+    AddSource(statement, "Source" + std::to_string(k + 1), sources[k], tables_.datasets);
   }
   statement.Int("KK", kk).Int("On", on).Int("FitActive", fitActive);
   return ChangeModel(number, OnMesh("new mesh", number, statement.Done()), Changed::kValues, [&](Model& model) {

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cmath>
+
+#include "core/text.h"
 #include "files/param_file.h"
 #include "records/model_table.h"
 #include "records/param_value.h"
@@ -11,11 +15,28 @@ const char* ColumnName(const ParamRef& param) {
   return param.where == ParamKind::kEpsInf ? "Einf" : kColumnNames[param.column];
 }
 
-Statement StatementOf(const ParamRef& param, const ModelParam& record, const ParamEdit& edit) {
+bool HasLimits(const ParamEdit& edit) { return edit.min || edit.max || edit.useMin || edit.useMax; }
+
+// A statement writes the value again to hold it inside its limits, which also reaches its coupling group. True if the
+// edit does the same, or if there is nothing to do.
+bool IsHeldInLimits(const ModelParam& record, const ParamEdit& edit) {
+  if (edit.value || edit.holdInLimits || HasLimits(edit)) return true;
+  const bool within = !(record.useMin && record.value < record.min) && !(record.useMax && record.value > record.max);
+  return within && std::fabs(record.value) <= kValueClamp && (record.coupling == 0 || edit.adjustable);
+}
+
+// The experimental parameter that a statement with this name finds. A coupling group shares its name too.
+const ModelParam& FirstNamed(const ParamTables& tables, std::string_view name) {
+  return *std::find_if(tables.ExpParams.begin(), tables.ExpParams.end(),
+                       [&](const ModelParam& param) { return StartsWithIgnoringCase(NameOf(param), name); });
+}
+
+Statement StatementOf(const ParamRef& param, const ModelParam& record, const ParamEdit& edit,
+                      const ParamTables& tables) {
   const bool exp = param.where == ParamKind::kExp;
   Statement statement(exp ? "SetExpParam" : "SetModelParam");
   if (exp) {
-    statement.Text("ParamName", NameOf(record));
+    statement.Text("ParamName", NameOf(record)).RefuseIf(&FirstNamed(tables, NameOf(record)) != &record);
   } else {
     statement.Int("ModelNo", param.model).Text("ParamName", ColumnName(param));
     if (param.where == ParamKind::kRow) statement.Int("LorNo", param.row);
@@ -26,7 +47,10 @@ Statement StatementOf(const ParamRef& param, const ModelParam& record, const Par
   statement.Real("Value", edit.value).Int("FitActive", flag(edit.adjustable));
   statement.Real("MinLimit", edit.min).Real("MaxLimit", edit.max);
   statement.Int("MinOn", flag(edit.useMin)).Int("MaxOn", flag(edit.useMax)).Int("CoupledTo", edit.coupling);
-  if (!edit.told) statement.Int("Update", 0);
+  if (!edit.told && !exp) statement.Int("Update", 0);
+  statement.RefuseIf(!edit.told && exp);
+  statement.RefuseIf(param.where == ParamKind::kEpsInf && (HasLimits(edit) || (edit.holdInLimits && !edit.value)));
+  if (param.where != ParamKind::kEpsInf) statement.RefuseIf(!IsHeldInLimits(record, edit));
   return statement;
 }
 
@@ -57,8 +81,6 @@ void SetLimits(const ParamEdit& edit, ModelParam& param) {
   if (edit.useMax) param.useMax = *edit.useMax;
 }
 
-bool HasLimits(const ParamEdit& edit) { return edit.min || edit.max || edit.useMin || edit.useMax; }
-
 }  // namespace
 
 // The parameter and all parameters of its coupling group.
@@ -87,7 +109,7 @@ Status Session::SetParam(const ParamRef& ref, const ParamEdit& edit) {
   ModelParam* const param = ParamOf(ref);
   if (!param) return NoSuchParam(*this, ref);
   const std::string label = LabelOf(ref, *param);
-  return Do({label, StatementOf(ref, *param, edit).Done(), IsValueAlone(edit) ? label : "",
+  return Do({label, StatementOf(ref, *param, edit, tables_.params).Done(), IsValueAlone(edit) ? label : "",
              kOnModels | kOnExpParams | kOnFit},
             PiecesOfEdit(ref, edit), [&] {
               ParamTables& tables = tables_.params;
@@ -111,6 +133,9 @@ Status Session::CopyParam(const ParamRef& to, const ParamRef& from) {
   ModelParam* const target = ParamOf(to);
   const ModelParam* const source = FindParam(from);
   if (!target || !source) return NoSuchParam(*this, target ? from : to);
+  if (to.where == ParamKind::kExp || from.where == ParamKind::kExp) {
+    return {StatusCode::kBadArgument, "experimental parameters cannot be copied"};
+  }
   Statement statement("CopyModelParam");
   statement.Int("DestModelNo", to.model).Text("DestParamName", ColumnName(to)).Int("DestLorNo", to.row);
   statement.Int("SourceModelNo", from.model).Text("SourceParamName", ColumnName(from)).Int("SourceLorNo", from.row);

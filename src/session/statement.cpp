@@ -1,6 +1,8 @@
 #include "session/statement.h"
 
-#include "core/text.h"
+#include <array>
+#include <charconv>
+#include <cmath>
 
 namespace kalvex {
 
@@ -18,12 +20,20 @@ Statement& Statement::Int(std::string_view name, long long value) {
 }
 
 Statement& Statement::Real(std::string_view name, double value) {
-  constexpr int kEveryDigit = 17;
-  AppendG(Begin(name), value, kEveryDigit);
+  Begin(name);
+  if (std::isnan(value)) return Refuse();
+  if (std::isinf(value)) {
+    text_ += value < 0 ? "-1e999" : "1e999";  // reads as infinity
+    return *this;
+  }
+  std::array<char, 32> digits;  // the longest double has 24
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  text_.append(digits.data(), end);
   return *this;
 }
 
-Statement& Statement::Text(std::string_view name, std::string_view value) {
+Statement& Statement::Text(std::string_view name, std::string_view value, std::size_t most) {
+  RefuseIf(value.size() > most || value.find_first_of("\"\t\n") != std::string_view::npos);
   Begin(name);
   text_ += '"';
   text_ += value;

@@ -69,7 +69,7 @@ constexpr Signature kOwn[] = {
     {"MoveModelRow", "ModelNo:i LorNo:i Up:i"},
     {"SortModelRows", "ModelNo:i Key:i"},
     {"CloseModel", "ModelNo:i"},
-    {"SetDatasetQuantity", "DatasetNo:i Quantity:10"},
+    {"SetDatasetQuantity", "DatasetNo:i Quantity:10 Update:i"},
     {"FitOptions",
      "StopOnIterations:i MaxIterations:i StopOnTime:i MaxSeconds:i StopOnReduction:i ReductionIterations:i "
      "ReductionAmount:r StopOnLambda:i MaxLambda:r InitialLambda:r CalcConfidence:i DeltaChiSq:r LogFit:i"},

@@ -1,151 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <random>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "session/person.h"
 #include "session/session_state.h"
 #include "support/scratch_folder.h"
 #include "support/test_platform.h"
 
 namespace kalvex {
 namespace {
-
-// The text of a spectrum that a model can describe.
-std::string SpectrumText() {
-  std::string text;
-  for (int i = 0; i < 40; ++i)
-    text += std::to_string(50 + 10 * i) + ' ' + std::to_string(0.3 + 0.01 * (i % 7)) + " 0.01\n";
-  return text;
-}
-
-// Performs random operations, often with wrong arguments.
-class Person {
- public:
-  Person(Session& session, const ScratchFolder& folder, unsigned seed)
-      : session_(session), file_(folder.Path("R_spectrum.dat")), model_(folder.Path("m.kvm")), random_(seed) {}
-
-  void DoSomething() {
-    const std::uint32_t model = Number(), graph = Number();
-    const int slot = Below(4), row = Below(4);
-    const double value = 50.0 * Below(12) + 1;
-    switch (Below(35)) {
-      case 0: {
-        DatasetSource source;
-        source.MasterFile = file_;
-        return session_.LoadDataset(slot, source).Ignore();
-      }
-      case 1:
-        return session_.UnloadDataset(slot).Ignore();
-      case 2:
-        return session_.TransformDataset(slot, 1.25, -0.5).Ignore();
-      case 3:
-        return session_.AddNoise(slot, 0.125).Ignore();
-      case 4:
-        return session_.CutDataset(slot, value, {}, Coin() ? Heard::kAtOnce : Heard::kLater).Ignore();
-      case 5:
-        return session_.SetDatasetQuantity(slot, AnyQuantity(), Coin() ? Heard::kAtOnce : Heard::kLater).Ignore();
-      case 6:
-      case 7:
-        return session_.NewModel().GetStatus().Ignore();
-      case 8:
-        return session_.CloseModel(model).Ignore();
-      case 9:
-        return session_.InsertRow(model, row).Ignore();
-      case 10:
-        return session_.RemoveRow(model, row).Ignore();
-      case 11:
-        return session_.MoveRow(model, row, Coin()).Ignore();
-      case 12:
-        return session_.SortRows(model, Below(7)).Ignore();
-      case 13:
-        return session_.FixAllParams(model, Coin()).Ignore();
-      case 14:
-      case 15:
-      case 16:
-        return session_.SetParam(Param(), Edit()).Ignore();
-      case 17:
-        return session_.CopyParam(ParamRef::Row(model, row, Below(3)), ParamRef::EpsInf(Number())).Ignore();
-      case 18: {
-        const Dataset* const dataset = session_.FindDataset(slot);
-        std::array<VdfSource, 3> sources;
-        if (dataset) sources[0] = {dataset->id, Coin()};
-        return session_.InitMesh(model, sources, Coin(), Coin(), Coin()).Ignore();
-      }
-      case 19:
-        return session_.ToggleMeshKK(model).Ignore();
-      case 20:
-        return session_.SwitchMesh(model, Coin(), {}, Coin()).Ignore();
-      case 21:
-        return session_.OpenFit().Ignore();
-      case 22:
-      case 23:
-        return session_.AddTerm(slot, model, Coin() ? std::optional(2.0) : std::nullopt).Ignore();
-      case 24:
-        return session_.DeleteTerm(slot, Below(4)).Ignore();
-      case 25: {
-        FitRequest request;
-        request.iterations = 2;
-        request.byHand = Coin();
-        return session_.RunFit(request).Ignore();
-      }
-      case 26:
-        return session_.UndoFit().Ignore();
-      case 27: {
-        FitOptions options = session_.Fit().options;
-        options.InitialLambda *= 2;
-        return session_.SetFitOptions(options).Ignore();
-      }
-      case 28:
-        return session_.NewGraph().GetStatus().Ignore();
-      case 29:
-        return session_.CloseGraph(graph).Ignore();
-      case 30: {
-        GraphEdit edit;
-        edit.x.max = value;
-        edit.y.log = Coin();
-        edit.x.title = "a title";
-        return session_.EditGraph(graph, edit).Ignore();
-      }
-      case 31: {
-        const Model* const of = session_.FindModel(model);
-        if (of) session_.AddCurve(graph, ModelCurve(*of, AnyQuantity())).Ignore();
-        return;
-      }
-      case 32:
-        return session_.SetAutoScreenUpdate(Coin()).Ignore();
-      case 33:
-        if (Below(4) == 0) session_.CloseFit().Ignore();
-        return;
-      default:
-        session_.EndGesture();
-    }
-  }
-
- private:
-  int Below(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
-  bool Coin() { return Below(2) == 0; }
-  Quantity AnyQuantity() { return *QuantityOfNumber(Below(kQuantityCount)); }
-  std::uint32_t Number() { return static_cast<std::uint32_t>(Below(5)); }
-  ParamRef Param() {
-    if (Below(5) == 0) return ParamRef::Exp(Below(6));
-    if (Below(4) == 0) return ParamRef::EpsInf(Number());
-    return ParamRef::Row(Number(), Below(4), Below(3));
-  }
-  ParamEdit Edit() {
-    ParamEdit edit;
-    if (Coin()) edit.value = 10.0 * Below(30) + 1;
-    if (Below(4) == 0) edit.adjustable = Coin();
-    if (Below(6) == 0) edit.min = 5.0 * Below(10), edit.useMin = 1;
-    if (Below(6) == 0) edit.coupling = Below(3);
-    edit.told = Below(5) != 0;
-    return edit;
-  }
-
-  Session& session_;
-  std::string file_, model_;
-  std::mt19937 random_;
-};
 
 class HistoryOfAPerson : public testing::TestWithParam<unsigned> {
  protected:
@@ -157,12 +22,12 @@ class HistoryOfAPerson : public testing::TestWithParam<unsigned> {
 };
 
 TEST_P(HistoryOfAPerson, AllStepsBackAndAllForwardLeadThroughTheSameStatesToTheLastBit) {
-  Person person(session, folder, GetParam());
+  Person person(session, GetParam());
   std::vector<std::string> states{StateOf(session)};  // indexed by the number of steps
-  for (int i = 0; i < 150; ++i) {
+  for (int i = 0; i < 400; ++i) {
     person.DoSomething();
     const std::size_t steps = session.GetHistory().LabelsBack().size();
-    ASSERT_GE(steps + 1, states.size());
+    ASSERT_GE(steps + 2, states.size());  // a merged operation can take the last step back to its start
     states.resize(steps + 1);
     states[steps] = StateOf(session);  // a merged operation changes the last step
   }
@@ -237,6 +102,80 @@ TEST_F(HistoryOfAPerson, WhatFailsIsNoStep) {
   EXPECT_EQ(session.CloseModel(7).Code(), StatusCode::kNotThere);
   EXPECT_EQ(session.UndoFit().Code(), StatusCode::kNothingToDo);
   EXPECT_TRUE(session.GetHistory().LabelsBack().empty());
+}
+
+TEST_F(HistoryOfAPerson, WhatChangesNothingIsNoStepAndKeepsTheStepsThatCanBeRedone) {
+  DatasetSource source;
+  source.MasterFile = kSpectrumFile;
+  ASSERT_TRUE(session.LoadDataset(1, source).Ok());
+  const std::uint32_t model = *session.NewModel(), graph = *session.NewGraph();
+  ASSERT_TRUE(session.OpenFit().Ok());
+  ASSERT_TRUE(session.AddTerm(1, model, {}).Ok());
+  ASSERT_TRUE(session.RunFit({.iterations = 2, .byHand = true}).Ok());
+  ASSERT_TRUE(session.TransformDataset(1, 2, 0).Ok());
+  ASSERT_TRUE(session.StepBack().Ok());
+  const auto steps = session.GetHistory().LabelsBack();
+  const std::size_t bytes = session.GetHistory().Bytes();
+  const Dataset& dataset = *session.FindDataset(1);
+  const ParamRef wo = ParamRef::Row(model, 1, Wo);
+  const std::vector<std::function<Status()>> empty = {
+      [&] { return session.SwitchMesh(model, {}, {}, {}); },  // Cancel of the dialog of the mesh
+      [&] { return session.InitMesh(model, {}, false, false, false); },
+      [&] { return session.ToggleMeshOn(model); },
+      [&] { return session.ToggleMeshKK(model); },
+      [&] { return session.ToggleMeshFitActive(model); },
+      [&] { return session.MakeMeshPositive(model); },
+      [&] { return session.ClearDataset(2); },
+      [&] { return session.UnloadDataset(2); },
+      [&] { return session.TransformDataset(1, 1, 0); },
+      [&] { return session.CutDataset(1, dataset.CutMin, {}, Heard::kAtOnce); },
+      [&] { return session.SetDatasetQuantity(1, dataset.Quantity, Heard::kAtOnce); },
+      [&] { return session.SetParam(wo, {.value = session.FindParam(wo)->value}); },
+      [&] { return session.SetParam(ParamRef::Exp(0), {.value = session.FindParam(ParamRef::Exp(0))->value}); },
+      [&] { return session.CopyParam(wo, wo); },
+      [&] { return session.SortRows(model, 1); },
+      [&] { return session.AddTerms({}); },
+      [&] { return session.RemoveTerms({}); },
+      [&] { return session.WeighTerms({}, 3); },
+      [&] { return session.SetFitOptions(session.Fit().options); },
+      [&] { return session.Recompute(); },
+      [&] { return session.OpenFit(); },
+      [&] { return session.EditGraph(graph, {}); },
+      [&] { return session.ResizeGraph(graph, {}, {}); },
+      [&] { return session.SetCurves(graph, {}); },
+      [&] { return session.SetAutoScreenUpdate(session.AutoScreenUpdate()); },
+      [&] { return session.SetGraphReader(session.GraphReader()); },
+  };
+  for (std::size_t i = 0; i < empty.size(); ++i) {
+    EXPECT_TRUE(empty[i]().Ok()) << "operation " << i;
+    EXPECT_EQ(session.GetHistory().LabelsBack(), steps) << "operation " << i;
+  }
+  EXPECT_EQ(session.GetHistory().Bytes(), bytes);
+  EXPECT_EQ(session.GetHistory().LabelsForward(), (std::vector<std::string>{"scale dataset 1"}));
+  EXPECT_TRUE(session.StepForward().Ok());
+}
+
+TEST_F(HistoryOfAPerson, ASliderThatReturnsToItsStartIsNoStep) {
+  const std::uint32_t model = *session.NewModel();
+  const ParamRef param = ParamRef::EpsInf(model);
+  ASSERT_TRUE(session.SetParam(param, {.value = 4}).Ok());
+  session.EndGesture();
+  for (const double value : {5, 6, 4, 7}) ASSERT_TRUE(session.SetParam(param, {.value = value}).Ok());
+  ASSERT_TRUE(session.StepBack().Ok());
+  EXPECT_EQ(session.FindParam(param)->value, 4);  // the gesture before stays a step of its own
+  ASSERT_TRUE(session.SetParam(param, {.value = 5}).Ok());
+  ASSERT_TRUE(session.SetParam(param, {.value = 4}).Ok());
+  EXPECT_EQ(session.GetHistory().LabelsBack(), (std::vector<std::string>{"new model", "set Einf of model 1"}));
+}
+
+// A free slot has the id 0, and so have terms of free slots.
+TEST_F(HistoryOfAPerson, UnloadingAFreeSlotIsAStepIfATermOfTheFitGoes) {
+  const std::uint32_t model = *session.NewModel();
+  ASSERT_TRUE(session.OpenFit().Ok());
+  ASSERT_TRUE(session.AddTerm(3, model, {}).Ok());
+  ASSERT_TRUE(session.UnloadDataset(3).Ok());
+  ASSERT_TRUE(session.StepBack().Ok());
+  EXPECT_EQ(session.Fit().list.terms.size(), 1u);
 }
 
 }  // namespace

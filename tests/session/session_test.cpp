@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -121,6 +123,35 @@ TEST_F(Sessions, NothingPullsTheGroundAwayFromUnderARunningFit) {
   EXPECT_EQ(session.Fit().report.stop, "stopped by the user");
 }
 
+TEST_F(Sessions, AGraphClosedDuringAFitIsAStepBeforeThatOfTheFit) {
+  Load();
+  const std::uint32_t model = *session.NewModel();
+  const std::uint32_t graph = *session.NewGraph();
+  ASSERT_TRUE(session.AddCurve(graph, ModelCurve(*session.FindModel(model), kRefl)).Ok());
+  ASSERT_TRUE(session.OpenFit().Ok());
+  ASSERT_TRUE(session.AddTerm(1, model, {}).Ok());
+  const std::string before = StateOf(session);
+  platform.events = [&] {
+    if (!session.Fit().FitRunning || !session.FindGraph(graph)) return;
+    EXPECT_TRUE(session.CloseGraph(graph).Ok());
+  };
+  ASSERT_TRUE(session.RunFit({}).Ok());
+  platform.events = {};
+  ASSERT_EQ(session.FindGraph(graph), nullptr);
+  ASSERT_GT(session.Fit().IterationCount, 0);
+  const std::string after = StateOf(session);
+
+  ASSERT_TRUE(session.StepBack().Ok());
+  EXPECT_EQ(session.FindGraph(graph), nullptr);
+  const std::string between = StateOf(session);
+  ASSERT_TRUE(session.StepBack().Ok());
+  EXPECT_EQ(StateOf(session), before);
+  ASSERT_TRUE(session.StepForward().Ok());
+  EXPECT_EQ(StateOf(session), between);
+  ASSERT_TRUE(session.StepForward().Ok());
+  EXPECT_EQ(StateOf(session), after);
+}
+
 TEST_F(Sessions, EachChangeIsToldOnceTheTablesAreWhole) {
   Load();
   EXPECT_EQ(ears.heard, (std::vector{ChangeKind::kDatasetLoaded}));
@@ -172,7 +203,38 @@ TEST_F(Sessions, AnOperationIsAlsoAStatement) {
   edit.value = 0.1;
   ASSERT_TRUE(session.SetParam(ParamRef::Row(model, 1, Wp), edit).Ok());
   EXPECT_EQ(ears.statements[1], "NewModel();");
-  EXPECT_EQ(ears.statements[2], "SetModelParam(ModelNo=1, ParamName=\"Wp\", LorNo=1, Value=0.10000000000000001);");
+  EXPECT_EQ(ears.statements[2], "SetModelParam(ModelNo=1, ParamName=\"Wp\", LorNo=1, Value=0.1);");
+}
+
+TEST_F(Sessions, AStatementWritesEveryNumberAndNoTextThatCannotBeRead) {
+  const std::uint32_t model = *session.NewModel(), graph = *session.NewGraph();
+  const auto statementOf = [&](double value) {
+    EXPECT_TRUE(session.SetParam(ParamRef::Row(model, 1, Wp), {.value = value}).Ok());
+    return ears.statements.back();
+  };
+  const std::string begin = "SetModelParam(ModelNo=1, ParamName=\"Wp\", LorNo=1, Value=";
+  EXPECT_EQ(statementOf(1.0 / 3), begin + "0.3333333333333333);");
+  EXPECT_EQ(statementOf(5e-324), begin + "5e-324);");
+  EXPECT_EQ(statementOf(-0.0), begin + "-0);");
+  EXPECT_EQ(statementOf(std::numeric_limits<double>::infinity()), begin + "1e999);");
+  EXPECT_EQ(statementOf(std::nan("")), "");
+  for (const char* const title : {"\"", "a\tb", "a\nb"}) {
+    GraphEdit edit;
+    edit.x.title = title;
+    ASSERT_TRUE(session.EditGraph(graph, edit).Ok());
+    EXPECT_EQ(ears.statements.back(), "") << title;
+  }
+}
+
+TEST_F(Sessions, AFitThatIsNotOpenDoesNotRun) {
+  EXPECT_EQ(session.RunFit({}).Code(), StatusCode::kNothingToDo);
+  ASSERT_TRUE(session.OpenFit().Ok());
+  EXPECT_TRUE(session.RunFit({}).Ok());
+}
+
+TEST_F(Sessions, AFreeSlotHasNoQuantityToSet) {
+  EXPECT_EQ(session.SetDatasetQuantity(1, kE1, Heard::kAtOnce).Text(), "dataset 1 is not loaded");
+  EXPECT_EQ(session.Datasets().slots[0].Quantity, kRefl);
 }
 
 }  // namespace
