@@ -24,7 +24,8 @@ void Commit(Desk& desk) {
   if (!desk.expParams.editor.open) return;
   const auto number = TakeNumber(desk.expParams.editor);
   const ParamRef param = ParamRef::Exp(desk.expParams.selectedIndex);
-  number&& desk.session.SetParam(param, {.value = number}).Ok() ? SelectUnderCursor(desk) : ShowCursor(desk);
+  const bool changed = number.has_value() && desk.session.SetParam(param, {.value = number}).Ok();
+  changed ? SelectUnderCursor(desk) : ShowCursor(desk);
 }
 
 void MoveTo(Desk& desk, int index) {
