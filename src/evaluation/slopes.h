@@ -54,9 +54,7 @@ struct ModelSlopes {
   std::vector<MeshSlopes> mesh;
 };
 
-inline ParamSlopes& Cell(ModelSlopes& slopes, int row, int column) {
-  return slopes.rows[static_cast<std::size_t>(row * kColumns + column)];
-}
+inline ParamSlopes& Cell(ModelSlopes& slopes, int row, int column) { return slopes.rows[CellIndex(row, column)]; }
 
 struct SlopeTable {
   std::array<ModelSlopes, kMaxModels> models;

@@ -43,12 +43,12 @@ struct Model {
 
 inline int RowCount(const Model& model) { return static_cast<int>(model.rows.size()) / kColumns; }
 
-inline ModelParam& Cell(Model& model, int row, int column) {
-  return model.rows[static_cast<std::size_t>(row * kColumns + column)];
+// Index of a cell in Model::rows.
+inline std::size_t CellIndex(int row, int column) {
+  return static_cast<std::size_t>(row) * kColumns + static_cast<std::size_t>(column);
 }
-inline const ModelParam& Cell(const Model& model, int row, int column) {
-  return model.rows[static_cast<std::size_t>(row * kColumns + column)];
-}
+inline ModelParam& Cell(Model& model, int row, int column) { return model.rows[CellIndex(row, column)]; }
+inline const ModelParam& Cell(const Model& model, int row, int column) { return model.rows[CellIndex(row, column)]; }
 
 enum ExpParam : std::size_t {
   kSampleThickness = 0,  // cm

@@ -26,7 +26,7 @@ ModelParam DefaultElement(int column) {
   return param;
 }
 
-auto RowBegin(Model& model, int row) { return model.rows.begin() + row * kColumns; }
+auto RowBegin(Model& model, int row) { return model.rows.begin() + static_cast<std::ptrdiff_t>(row) * kColumns; }
 
 void SwapRows(Model& model, int a, int b) {
   std::swap_ranges(RowBegin(model, a), RowBegin(model, a) + kColumns, RowBegin(model, b));

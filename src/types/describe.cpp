@@ -201,7 +201,9 @@ std::string IndexOfTypes() {
   for (const ModelType* const type : ModelTypeTable) {
     const std::string code = std::to_string(type->code);
     const bool computed = *type->page.sample != 0;
-    text.append("| ").append(computed ? '[' + code + "](" + code + ".md)" : code).append(" | ").append(type->name);
+    text.append("| ");
+    computed ? text.append("[").append(code).append("](").append(code).append(".md)") : text.append(code);
+    text.append(" | ").append(type->name);
     text.append(" | ").append(computed ? type->page.sample : "not computed yet").append(" |\n");
   }
   return text;

@@ -169,9 +169,10 @@ void AcceptAddTerms(Desk& desk) {
   const AddTermsDialog& dialog = desk.fitWindow.addTerms;
   if (!dialog.open) return;
   std::vector<TermPair> pairs;
-  for (auto line = dialog.lines.rbegin(); line != dialog.lines.rend(); ++line) {
-    if (line->selected) pairs.push_back(line->pair);
+  for (const auto& line : dialog.lines) {
+    if (line.selected) pairs.push_back(line.pair);
   }
+  std::reverse(pairs.begin(), pairs.end());
   if (desk.session.AddTerms(pairs).Ok()) CancelAddTerms(desk);
 }
 

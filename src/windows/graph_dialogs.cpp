@@ -52,6 +52,7 @@ void SetOrders(std::vector<ListedCurve>& list) {
 void Renumber(std::vector<ListedCurve>& list) {
   SetOrders(list);
   std::vector<Curve> curves;
+  curves.reserve(list.size());
   for (const ListedCurve& listed : list) curves.push_back(listed.curve);
   AssignColors(curves);
   for (std::size_t i = 0; i < list.size(); ++i) list[i].curve.colorIndex = curves[i].colorIndex;

@@ -39,14 +39,14 @@ struct GroupSums {
 template <class T, class Sum>
 void AddTransitions(const LadderTable<T>& table, std::vector<GroupSums<Sum>>& groups) {
   const LadderKernels& kernels = WidestKernels<LadderKernels>();
+  constexpr std::size_t kStride = sizeof(T) / sizeof(double);  // NOLINT(bugprone-sizeof-expression): 1 for double
   LadderReciprocals u;
   const std::size_t all = table.square.size();
   for (std::size_t from = 0; from < all; from += kLadderPortion) {
     const std::size_t count = std::min(kLadderPortion, all - from);
     const T* const squares = table.square.data() + from;
     for (GroupSums<Sum>& group : groups) {
-      kernels.invert(FirstOf(table.square) + from * (sizeof(T) / sizeof(double)), sizeof(T) / sizeof(double), count,
-                     group.z2, u);
+      kernels.invert(FirstOf(table.square) + from * kStride, kStride, count, group.z2, u);
       AddUp(kernels, squares, table.diagonal.data() + from, count, u, group.diagonal);
       if (!table.hall.empty()) AddUp(kernels, squares, table.hall.data() + from, count, u, group.hall);
     }

@@ -134,7 +134,7 @@ WaveVectorMesh MeshOf(const TypeInputs<T>& in) {
   const int cells = std::clamp(in.setting(kMesh), 1, kMostCells);
   WaveVectorMesh mesh;
   if (!(in.value(kRadius) > 0)) {
-    const int half = (cells + 1) / 2;
+    const long half = (cells + 1) / 2;
     mesh.grid = {half, 2 * half, 1};
     mesh.to = {0.5, 1, 0};
     return mesh;
