@@ -49,16 +49,19 @@ void RowsModel::Refresh(const Model& model) {
   const bool scrolled = std::exchange(top_, shown_.Window().topRow) != top_;
   const int lines = static_cast<int>(cells_.size()) / kColumnCount;
   for (int line = 0; line < lines && top_ + line < rows_; ++line) {
-    const auto first = cells_.begin() + line * kColumnCount;
-    const bool same = !scrolled && cells_.size() == before.size() &&
-                      std::equal(first, first + kColumnCount, before.begin() + line * kColumnCount);
+    const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(line) * kColumnCount;
+    const auto first = cells_.begin() + offset;
+    const bool same =
+        !scrolled && cells_.size() == before.size() && std::equal(first, first + kColumnCount, before.begin() + offset);
     if (!same) Q_EMIT dataChanged(index(top_ + line, 0), index(top_ + line, kColumnCount - 1));
   }
 }
 
 ParamCell RowsModel::CellAt(const QModelIndex& index) const {
   const int line = index.row() - top_, lines = static_cast<int>(cells_.size()) / kColumnCount;
-  if (line >= 0 && line < lines) return cells_[static_cast<std::size_t>(line * kColumnCount + index.column())];
+  if (line >= 0 && line < lines) {
+    return cells_[static_cast<std::size_t>(line) * kColumnCount + static_cast<std::size_t>(index.column())];
+  }
   // The cell is scrolled into view and painted before the refresh.
   const Model* const model = shown_.Get();
   if (!model) return {};
