@@ -44,6 +44,11 @@ const Dataset* DatasetInSlot(const DatasetTable& table, int slot) { return SlotA
 const Dataset* GetDatasetById(const DatasetTable& table, std::uint32_t id) { return FindById(table, id); }
 Dataset* GetDatasetById(DatasetTable& table, std::uint32_t id) { return FindById(table, id); }
 
+int SlotOfDataset(const DatasetTable& table, std::uint32_t id) {
+  const Dataset* const dataset = GetDatasetById(table, id);
+  return dataset ? static_cast<int>(dataset - table.slots.data()) + 1 : 0;
+}
+
 int CountDatasets(const DatasetTable& table) { return static_cast<int>(ListDatasetIds(table).size()); }
 
 std::vector<std::uint32_t> ListDatasetIds(const DatasetTable& table) {

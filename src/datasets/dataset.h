@@ -85,6 +85,8 @@ const Dataset* DatasetInSlot(const DatasetTable& table, int slot);
 // The id 0 returns the first free slot.
 const Dataset* GetDatasetById(const DatasetTable& table, std::uint32_t id);
 Dataset* GetDatasetById(DatasetTable& table, std::uint32_t id);
+// Its slot, counted from 1; 0 if there is none.
+int SlotOfDataset(const DatasetTable& table, std::uint32_t id);
 int CountDatasets(const DatasetTable& table);
 std::vector<std::uint32_t> ListDatasetIds(const DatasetTable& table);  // in slot order
 std::uint32_t FirstDatasetId(const DatasetTable& table);               // of slot 1, 0 if it is free

@@ -20,7 +20,26 @@ void OnExpParams(EvalContext& ctx, Quantity quantity, Write write) {
   }
 }
 
-const QuantityResult& QuantityAt(const EvalContext& ctx, Quantity quantity) { return ctx.quantities[quantity]; }
+// d(Quantity)/d(parameter) = d(Quantity)/d(re) d(re)/d(parameter) + d(Quantity)/d(im) d(im)/d(parameter) for each
+// parameter of the model; put is ParamSlopes::Put or Add.
+template <auto put>
+void ChainOnModel(EvalContext& ctx, const Model& model, Quantity quantity, double byRe, double byIm) {
+  OnModel(ctx, model, [&](ParamSlopes& slopes) {
+    (slopes.*put)(quantity, byRe * slopes.dEpsRe + byIm * slopes.dEpsIm);
+    if (slopes.formerEps) slopes.madeOfFormer = true;
+  });
+}
+
+// The same, and d(Quantity)/d(experimental parameter).
+template <auto put>
+void Chain(EvalContext& ctx, const Model& model, Quantity quantity) {
+  const QuantityResult& of = ctx.quantities[quantity];
+  ChainOnModel<put>(ctx, model, quantity, of.dRe, of.dIm);
+  OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
+    (slopes.*put)(quantity, slope);
+    if (of.formerExp) slopes.madeOfFormer = true;
+  });
+}
 
 }  // namespace
 
@@ -30,39 +49,20 @@ void ClearDerivativeColumn(EvalContext& ctx, const Model& model, Quantity quanti
 }
 
 void AddChain(EvalContext& ctx, const Model& model, Quantity quantity) {
-  const QuantityResult& of = QuantityAt(ctx, quantity);
-  OnModel(ctx, model, [&](ParamSlopes& slopes) {
-    slopes.Add(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
-    if (slopes.formerEps) slopes.madeOfFormer = true;
-  });
-  OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
-    slopes.Add(quantity, slope);
-    if (of.formerExp) slopes.madeOfFormer = true;
-  });
+  Chain<&ParamSlopes::Add>(ctx, model, quantity);
 }
 
 void SetChain(EvalContext& ctx, const Model& model, Quantity quantity) {
-  const QuantityResult& of = QuantityAt(ctx, quantity);
-  OnModel(ctx, model, [&](ParamSlopes& slopes) {
-    slopes.Put(quantity, of.dRe * slopes.dEpsRe + of.dIm * slopes.dEpsIm);
-    if (slopes.formerEps) slopes.madeOfFormer = true;
-  });
-  OnExpParams(ctx, quantity, [&](double slope, ParamSlopes& slopes) {
-    slopes.Put(quantity, slope);
-    if (of.formerExp) slopes.madeOfFormer = true;
-  });
+  Chain<&ParamSlopes::Put>(ctx, model, quantity);
 }
 
 void SetChainForMu(EvalContext& ctx, const Model& model, Quantity quantity) {
-  const QuantityResult& of = QuantityAt(ctx, quantity);
-  OnModel(ctx, model, [&](ParamSlopes& slopes) {
-    slopes.Put(quantity, of.dMuRe * slopes.dEpsRe + of.dMuIm * slopes.dEpsIm);
-    if (slopes.formerEps) slopes.madeOfFormer = true;
-  });
+  const QuantityResult& of = ctx.quantities[quantity];
+  ChainOnModel<&ParamSlopes::Put>(ctx, model, quantity, of.dMuRe, of.dMuIm);
 }
 
 void SetChainForScalar(EvalContext& ctx, const Model& model, Quantity quantity) {
-  const QuantityResult& of = QuantityAt(ctx, quantity);
+  const QuantityResult& of = ctx.quantities[quantity];
   OnModel(ctx, model, [&](ParamSlopes& slopes) { slopes.Put(quantity, of.dScalar * slopes.dScalar); });
 }
 

@@ -63,6 +63,16 @@ MacroResult Add(MacroCall& call, const Graph& graph, const Curve& curve) {
                    ColorOf(added).name);
 }
 
+MacroResult AddCurveOf(MacroCall& call, const AddModelCurveParams& p, Curve (*make)(const Model&, Quantity)) {
+  const Graph* const graph = NeededGraph(call, p.GraphNo);
+  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
+  const auto quantity = model ? NeededQuantity(call, p.Quantity) : std::nullopt;
+  if (!quantity) return MacroResult::kNext;
+  Curve curve = make(*model, *quantity);
+  SetLook(p, curve);
+  return Add(call, *graph, curve);
+}
+
 MacroResult Remove(MacroCall& call, const Graph& graph, CurveKind kind, std::uint32_t of,
                    std::optional<Quantity> quantity) {
   const Status status = call.session.RemoveCurve(graph.number, kind, of, quantity);
@@ -131,23 +141,11 @@ MacroResult AddDataCurveCommand(MacroCall& call, const AddDataCurveParams& p) {
 }
 
 MacroResult AddModelCurveCommand(MacroCall& call, const AddModelCurveParams& p) {
-  const Graph* const graph = NeededGraph(call, p.GraphNo);
-  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
-  const auto quantity = model ? NeededQuantity(call, p.Quantity) : std::nullopt;
-  if (!quantity) return MacroResult::kNext;
-  Curve curve = ModelCurve(*model, *quantity);
-  SetLook(p, curve);
-  return Add(call, *graph, curve);
+  return AddCurveOf(call, p, ModelCurve);
 }
 
 MacroResult AddMultiCurveCommand(MacroCall& call, const AddModelCurveParams& p) {
-  const Graph* const graph = NeededGraph(call, p.GraphNo);
-  const Model* const model = graph ? NeededModel(call, p.ModelNo) : nullptr;
-  const auto quantity = model ? NeededQuantity(call, p.Quantity) : std::nullopt;
-  if (!quantity) return MacroResult::kNext;
-  Curve curve = MultiCurve(*model, *quantity);
-  SetLook(p, curve);
-  return Add(call, *graph, curve);
+  return AddCurveOf(call, p, MultiCurve);
 }
 
 MacroResult AddChiSqCurveCommand(MacroCall& call, const AddChiSqCurveParams& p) {

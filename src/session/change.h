@@ -48,7 +48,7 @@ enum Influence : unsigned {
 // One operation with its description for a person.
 struct Operation {
   std::string label;      // "set Wo of row 2 of model 1"
-  std::string statement;  // the macro statement that does the same; empty if there is none
+  std::string statement;  // the macro statements that do the same, one a line; empty if there are none
   // Consecutive operations with the same mark are one step of the history. If it is empty, the operation is a step of
   // its own.
   std::string merge;

@@ -1,78 +1,186 @@
 #include "session/history.h"
 
 #include <algorithm>
-#include <type_traits>
+#include <array>
+#include <utility>
 
 #include "graphs/graph_table.h"
 
 namespace kalvex {
 namespace {
 
-std::size_t BytesOfModel(const Model& model) {
-  return sizeof(Model) + model.rows.size() * sizeof(ModelParam) + model.vdf.mesh.size() * sizeof(VdfMeshPoint);
-}
-
-std::size_t BytesOfDataset(const Dataset& dataset) { return sizeof(Dataset) + dataset.points.size() * sizeof(DataRow); }
-
-// The present state may share the lists of points and parameters with a step. They are counted for the step in any
-// case, so the bound is safe.
-std::size_t BytesOfFit(const FitState& fit) {
-  std::size_t bytes = sizeof(FitState) + fit.list.terms.size() * sizeof(ChiSqTerm);
-  bytes += fit.params.size() * (sizeof(FitParam) + fit.list.terms.size()) + fit.startValues.size() * sizeof(double);
-  for (const FitSpectrum& spectrum : fit.spectra) {
-    bytes += spectrum.x.size() * (sizeof(double) + sizeof(QuantitySet));
-    for (const TermPoints& points : spectrum.terms) bytes += points.y.size() * (2 * sizeof(double) + 1);
+class SavedParams : public SavedPiece {
+ public:
+  SavedParams(const std::vector<ParamPlace>& places, const ParamTables& tables) {
+    params_.reserve(places.size());
+    for (const ParamPlace& place : places) params_.emplace_back(place, ParamAt(tables, place));
   }
-  return bytes;
-}
-
-// The strokes of a graph are not stored. They are rebuilt when the graph is painted.
-Graph WithoutPicture(const Graph& graph) {
-  Graph kept = graph;
-  for (Curve& curve : kept.curves) {
-    curve.strokes = curve.oldStrokes = {};
-    curve.changed = false;
+  void Swap(SessionTables& tables) override {
+    for (auto& [place, param] : params_) std::swap(ParamAt(tables.params, place), param);
   }
-  kept.readerCurve = Graph().readerCurve;
-  kept.columnNew.clear();
-  kept.columnOld.clear();
-  return kept;
-}
-
-std::vector<std::pair<std::size_t, Graph>> GraphsOf(const GraphTable& table) {
-  std::vector<std::pair<std::size_t, Graph>> graphs;
-  for (std::size_t slot = 0; slot < table.slots.size(); ++slot) {
-    if (table.slots[slot].number != 0) graphs.emplace_back(slot, WithoutPicture(table.slots[slot]));
+  bool IsAsBefore(const SessionTables& tables) const override {
+    return std::all_of(params_.begin(), params_.end(),
+                       [&](const auto& saved) { return ParamAt(tables.params, saved.first) == saved.second; });
   }
-  return graphs;
-}
+  std::size_t Bytes() const override { return params_.size() * sizeof(params_.front()); }
 
-bool AreSameGraphs(const std::vector<std::pair<std::size_t, Graph>>& graphs, const GraphTable& table) {
-  const auto isThere = [&](const auto& graph) { return LooksTheSame(graph.second, table.slots[graph.first]); };
-  const auto count =
-      std::count_if(table.slots.begin(), table.slots.end(), [](const Graph& graph) { return graph.number != 0; });
-  return graphs.size() == static_cast<std::size_t>(count) && std::all_of(graphs.begin(), graphs.end(), isThere);
-}
+ private:
+  std::vector<std::pair<ParamPlace, ModelParam>> params_;
+};
 
-// A notification alone, which resets `dirty`, is no change.
-bool IsSameModel(const Model& a, const Model& b) {
-  return a.number == b.number && a.name == b.name && a.epsInf == b.epsInf && a.rows == b.rows && a.vdf == b.vdf;
-}
+class SavedModel : public SavedPiece {
+ public:
+  SavedModel(std::size_t entry, const ParamTables& tables) : entry_(entry), model_(tables.models[entry]) {}
+  void Swap(SessionTables& tables) override { std::swap(tables.params.models[entry_], model_); }
+  // A notification alone, which resets `dirty`, is no change.
+  bool IsAsBefore(const SessionTables& tables) const override {
+    const Model& now = tables.params.models[entry_];
+    return now.number == model_.number && now.name == model_.name && now.epsInf == model_.epsInf &&
+           now.rows == model_.rows && now.vdf == model_.vdf;
+  }
+  std::size_t Bytes() const override {
+    return sizeof(*this) + model_.rows.size() * sizeof(ModelParam) + model_.vdf.mesh.size() * sizeof(VdfMeshPoint);
+  }
 
-// What a person has put into the fit. The rest of a fit that follows changes is computed again at each operation.
-bool HasSameTerms(const FitState& a, const FitState& b) {
-  const auto isSame = [](const ChiSqTerm& of, const ChiSqTerm& as) {
-    return of.id == as.id && of.datasetId == as.datasetId && of.modelId == as.modelId && of.weight == as.weight;
-  };
-  const auto& terms = a.list.terms;
-  return std::equal(terms.begin(), terms.end(), b.list.terms.begin(), b.list.terms.end(), isSame);
-}
+ private:
+  std::size_t entry_;
+  Model model_;
+};
+
+class SavedDataset : public SavedPiece {
+ public:
+  SavedDataset(std::size_t entry, const DatasetTable& table) : entry_(entry), dataset_(table.slots[entry]) {}
+  void Swap(SessionTables& tables) override { std::swap(tables.datasets.slots[entry_], dataset_); }
+  bool IsAsBefore(const SessionTables& tables) const override { return tables.datasets.slots[entry_] == dataset_; }
+  std::size_t Bytes() const override { return sizeof(*this) + dataset_.points.size() * sizeof(DataRow); }
+
+ private:
+  std::size_t entry_;
+  Dataset dataset_;
+};
+
+class SavedExpParams : public SavedPiece {
+ public:
+  explicit SavedExpParams(const ParamTables& tables) : params_(tables.ExpParams) {}
+  void Swap(SessionTables& tables) override { std::swap(tables.params.ExpParams, params_); }
+  bool IsAsBefore(const SessionTables& tables) const override { return tables.params.ExpParams == params_; }
+  std::size_t Bytes() const override { return sizeof(*this); }
+
+ private:
+  std::array<ModelParam, kExpParamCount> params_;
+};
+
+// The existing graphs with their slots. Their strokes are not stored: they are rebuilt when a graph is painted.
+class SavedGraphs : public SavedPiece {
+ public:
+  explicit SavedGraphs(const GraphTable& table) {
+    for (std::size_t slot = 0; slot < table.slots.size(); ++slot) {
+      if (table.slots[slot].number != 0) graphs_.emplace_back(slot, WithoutPicture(table.slots[slot]));
+    }
+  }
+  void Swap(SessionTables& tables) override {
+    SavedGraphs present(tables.graphs);
+    for (const auto& [slot, graph] : present.graphs_) tables.graphs.slots[slot] = Graph();
+    for (auto& [slot, graph] : graphs_) tables.graphs.slots[slot] = std::move(graph);
+    graphs_ = std::move(present.graphs_);
+  }
+  bool IsAsBefore(const SessionTables& tables) const override {
+    const auto& slots = tables.graphs.slots;
+    const auto count = std::count_if(slots.begin(), slots.end(), [](const Graph& graph) { return graph.number != 0; });
+    return graphs_.size() == static_cast<std::size_t>(count) &&
+           std::all_of(graphs_.begin(), graphs_.end(),
+                       [&](const auto& saved) { return LooksTheSame(saved.second, slots[saved.first]); });
+  }
+  std::size_t Bytes() const override {
+    std::size_t bytes = graphs_.size() * sizeof(graphs_.front());
+    for (const auto& [slot, graph] : graphs_) bytes += graph.curves.size() * sizeof(Curve);
+    return bytes;
+  }
+
+ private:
+  static Graph WithoutPicture(const Graph& graph) {
+    Graph kept = graph;
+    for (Curve& curve : kept.curves) {
+      curve.strokes = curve.oldStrokes = {};
+      curve.changed = false;
+    }
+    kept.readerCurve = Graph().readerCurve;
+    kept.columnNew.clear();
+    kept.columnOld.clear();
+    return kept;
+  }
+
+  std::vector<std::pair<std::size_t, Graph>> graphs_;
+};
+
+class SavedNoise : public SavedPiece {
+ public:
+  explicit SavedNoise(const NoiseGenerator& noise) : noise_(noise) {}
+  void Swap(SessionTables& tables) override { std::swap(tables.noise, noise_); }
+  bool IsAsBefore(const SessionTables& tables) const override { return tables.noise == noise_; }
+  std::size_t Bytes() const override { return sizeof(*this); }
+
+ private:
+  NoiseGenerator noise_;
+};
+
+class SavedFit : public SavedPiece {
+ public:
+  // touched: by the operation itself; otherwise the fit only follows the other pieces.
+  SavedFit(const FitState& fit, bool touched) : fit_(fit), touched_(touched) {}
+  void Swap(SessionTables& tables) override { std::swap(tables.fit, fit_); }
+  bool IsAsBefore(const SessionTables& tables) const override {
+    return touched_ ? tables.fit == fit_ : HasSameTerms(tables.fit);
+  }
+  // The present state may share the lists of points and parameters with a step. They are counted for the step in any
+  // case, so the bound is safe.
+  std::size_t Bytes() const override {
+    const std::size_t terms = fit_.list.terms.size();
+    std::size_t bytes = sizeof(*this) + terms * sizeof(ChiSqTerm);
+    bytes += fit_.params.size() * (sizeof(FitParam) + terms) + fit_.startValues.size() * sizeof(double);
+    for (const FitSpectrum& spectrum : fit_.spectra) {
+      bytes += spectrum.x.size() * (sizeof(double) + sizeof(QuantitySet));
+      for (const TermPoints& points : spectrum.terms) bytes += points.y.size() * (2 * sizeof(double) + 1);
+    }
+    return bytes;
+  }
+
+ private:
+  // What a person has put into the fit. The rest of a fit that follows changes is computed again at each operation.
+  bool HasSameTerms(const FitState& now) const {
+    const auto isSame = [](const ChiSqTerm& a, const ChiSqTerm& b) {
+      return a.id == b.id && a.datasetId == b.datasetId && a.modelId == b.modelId && a.weight == b.weight;
+    };
+    const auto &mine = fit_.list.terms, &present = now.list.terms;
+    return std::equal(mine.begin(), mine.end(), present.begin(), present.end(), isSame);
+  }
+
+  FitState fit_;
+  bool touched_;
+};
 
 }  // namespace
+
+Pieces PiecesOfAllModels(const ParamTables& tables) {
+  Pieces pieces;
+  for (std::size_t entry = 0; entry < tables.models.size(); ++entry) {
+    if (tables.models[entry].number != 0) pieces.models.push_back(entry);
+  }
+  return pieces;
+}
 
 History::SavedRest History::RestOf(const SessionTables& tables) {
   return {tables.params.nextModelNumber, tables.datasets.nextId, tables.graphs.nextNumber,
           tables.autoScreenUpdate,       tables.graphReader,     tables.fitFollows};
+}
+
+void History::SetRest(const SavedRest& rest, SessionTables& tables) {
+  tables.params.nextModelNumber = rest.nextModelNumber;
+  tables.datasets.nextId = rest.nextDatasetId;
+  tables.graphs.nextNumber = rest.nextGraphNumber;
+  tables.autoScreenUpdate = rest.autoScreenUpdate;
+  tables.graphReader = rest.graphReader;
+  tables.fitFollows = rest.fitFollows;
 }
 
 History::Dirty History::DirtyOf(const ParamTables& tables) {
@@ -97,32 +205,21 @@ void History::Begin(const Operation& operation, const Pieces& touched, const Ses
     open_.back().operation = operation;
     return;
   }
-  Step step{operation, {}, open_.empty() ? DirtyOf(tables.params) : open_.front().dirty, 0};
-  if (!touched.params.empty()) {
-    SavedParams params;
-    for (const ParamPlace& place : touched.params) params.params.emplace_back(place, ParamAt(tables.params, place));
-    step.saved.emplace_back(std::move(params));
-  }
-  for (const std::size_t entry : touched.models) {
-    const Model& model = tables.params.models[entry];
-    step.saved.emplace_back(SavedModel{entry, std::make_unique<Model>(model)});
-  }
+  Step step{operation, {}, RestOf(tables), open_.empty() ? DirtyOf(tables.params) : open_.front().dirty};
+  auto& saved = step.saved;
+  if (!touched.params.empty()) saved.push_back(std::make_unique<SavedParams>(touched.params, tables.params));
+  for (const std::size_t entry : touched.models) saved.push_back(std::make_unique<SavedModel>(entry, tables.params));
   for (const std::size_t entry : touched.datasets) {
-    const Dataset& dataset = tables.datasets.slots[entry];
-    step.saved.emplace_back(SavedDataset{entry, std::make_unique<Dataset>(dataset)});
+    saved.push_back(std::make_unique<SavedDataset>(entry, tables.datasets));
   }
-  if (touched.expParams) {
-    using ExpParams = std::array<ModelParam, kExpParamCount>;
-    step.saved.emplace_back(SavedExpParams{std::make_unique<ExpParams>(tables.params.ExpParams)});
-  }
-  if (touched.graphs) step.saved.emplace_back(SavedGraphs{GraphsOf(tables.graphs)});
-  if (touched.noise) step.saved.emplace_back(SavedNoise{tables.noise});
+  if (touched.expParams) saved.push_back(std::make_unique<SavedExpParams>(tables.params));
+  if (touched.graphs) saved.push_back(std::make_unique<SavedGraphs>(tables.graphs));
+  if (touched.noise) saved.push_back(std::make_unique<SavedNoise>(tables.noise));
   // During a run only graphs change. The state of the run belongs to the step of the fit.
   if (touched.fit || (tables.fitFollows && !tables.fit.FitRunning)) {
-    step.saved.emplace_back(SavedFit{std::make_unique<FitState>(tables.fit), touched.fit});
+    saved.push_back(std::make_unique<SavedFit>(tables.fit, touched.fit));
   }
-  step.saved.emplace_back(RestOf(tables));
-  for (const Saved& saved : step.saved) step.bytes += BytesOf(saved);
+  step.bytes = BytesOf(step);
   bytes_ += step.bytes;
   open_.push_back(std::move(step));
 }
@@ -132,33 +229,29 @@ bool History::End(const SessionTables& tables) {
   open_.pop_back();
   // The last pieces of a step are small, and an operation on large pieces usually changes one of them. So the large
   // pieces are rarely compared to their end.
-  const bool asBefore = std::all_of(step.saved.rbegin(), step.saved.rend(),
-                                    [&](const Saved& saved) { return IsAsBefore(saved, tables); });
+  const bool asBefore =
+      step.rest == RestOf(tables) &&
+      std::all_of(step.saved.rbegin(), step.saved.rend(), [&](const auto& saved) { return saved->IsAsBefore(tables); });
   if (asBefore) {
     bytes_ -= step.bytes;
     mayMerge_ = false;
     return false;
   }
   DropForward();
-  for (Step& outer : open_) FollowGraphs(outer, tables);
+  // This step comes before that of the operation around it, which therefore starts from its graphs.
+  for (Step& outer : open_) {
+    outer.rest.nextGraphNumber = tables.graphs.nextNumber;
+    outer.rest.autoScreenUpdate = tables.autoScreenUpdate;
+    outer.rest.graphReader = tables.graphReader;
+  }
   back_.push_back(std::move(step));
   HoldBound();
   return true;
 }
 
-void History::FollowGraphs(Step& outer, const SessionTables& tables) {
-  for (Saved& saved : outer.saved) {
-    auto* const rest = std::get_if<SavedRest>(&saved);
-    if (!rest) continue;
-    rest->nextGraphNumber = tables.graphs.nextNumber;
-    rest->autoScreenUpdate = tables.autoScreenUpdate;
-    rest->graphReader = tables.graphReader;
-  }
-}
-
 bool History::Back(SessionTables& tables) {
   if (back_.empty()) return false;
-  SwapAll(back_.back(), tables);
+  Swap(back_.back(), tables);
   forward_.push_back(std::move(back_.back()));
   back_.pop_back();
   mayMerge_ = false;
@@ -167,7 +260,7 @@ bool History::Back(SessionTables& tables) {
 
 bool History::Forward(SessionTables& tables) {
   if (forward_.empty()) return false;
-  SwapAll(forward_.back(), tables);
+  Swap(forward_.back(), tables);
   back_.push_back(std::move(forward_.back()));
   forward_.pop_back();
   mayMerge_ = false;
@@ -198,103 +291,23 @@ std::vector<std::string> History::LabelsOf(const std::deque<Step>& steps) {
   return labels;
 }
 
-void History::Swap(Saved& saved, SessionTables& tables) {
-  const auto swapWith = [&](auto& piece) {
-    using std::swap;
-    using Piece = std::decay_t<decltype(piece)>;
-    if constexpr (std::is_same_v<Piece, SavedParams>) {
-      for (auto& [place, param] : piece.params) swap(ParamAt(tables.params, place), param);
-    } else if constexpr (std::is_same_v<Piece, SavedModel>) {
-      swap(tables.params.models[piece.entry], *piece.model);
-    } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
-      swap(tables.datasets.slots[piece.entry], *piece.dataset);
-    } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
-      swap(tables.params.ExpParams, *piece.params);
-    } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {
-      auto present = GraphsOf(tables.graphs);
-      for (const auto& [slot, graph] : present) tables.graphs.slots[slot] = Graph();
-      for (auto& [slot, graph] : piece.graphs) tables.graphs.slots[slot] = std::move(graph);
-      piece.graphs = std::move(present);
-    } else if constexpr (std::is_same_v<Piece, SavedNoise>) {
-      swap(tables.noise, piece.noise);
-    } else if constexpr (std::is_same_v<Piece, SavedFit>) {
-      swap(tables.fit, *piece.fit);
-    } else {
-      swap(tables.params.nextModelNumber, piece.nextModelNumber);
-      swap(tables.datasets.nextId, piece.nextDatasetId);
-      swap(tables.graphs.nextNumber, piece.nextGraphNumber);
-      swap(tables.autoScreenUpdate, piece.autoScreenUpdate);
-      swap(tables.graphReader, piece.graphReader);
-      swap(tables.fitFollows, piece.fitFollows);
-    }
-  };
-  std::visit(swapWith, saved);
-}
-
-bool History::IsAsBefore(const Saved& saved, const SessionTables& tables) {
-  return std::visit(
-      [&](const auto& piece) -> bool {
-        using Piece = std::decay_t<decltype(piece)>;
-        if constexpr (std::is_same_v<Piece, SavedParams>) {
-          return std::all_of(piece.params.begin(), piece.params.end(),
-                             [&](const auto& param) { return ParamAt(tables.params, param.first) == param.second; });
-        } else if constexpr (std::is_same_v<Piece, SavedModel>) {
-          return IsSameModel(tables.params.models[static_cast<std::size_t>(piece.entry)], *piece.model);
-        } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
-          return tables.datasets.slots[static_cast<std::size_t>(piece.entry)] == *piece.dataset;
-        } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
-          return tables.params.ExpParams == *piece.params;
-        } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {
-          return AreSameGraphs(piece.graphs, tables.graphs);
-        } else if constexpr (std::is_same_v<Piece, SavedNoise>) {
-          return tables.noise == piece.noise;
-        } else if constexpr (std::is_same_v<Piece, SavedFit>) {
-          return piece.touched ? tables.fit == *piece.fit : HasSameTerms(tables.fit, *piece.fit);
-        } else {
-          return piece == RestOf(tables);
-        }
-      },
-      saved);
-}
-
 // Back and forward swap the pieces in the same order. That is correct although parameters are parts of models, because
 // no operation saves both a parameter and its whole model.
-void History::SwapAll(Step& step, SessionTables& tables) {
+void History::Swap(Step& step, SessionTables& tables) {
+  const SavedRest rest = RestOf(tables);
   const Dirty dirty = DirtyOf(tables.params);
+  for (const auto& saved : step.saved) saved->Swap(tables);
+  SetRest(std::exchange(step.rest, rest), tables);
+  SetDirty(std::exchange(step.dirty, dirty), tables.params);
   bytes_ -= step.bytes;
-  step.bytes = 0;
-  for (Saved& saved : step.saved) {
-    Swap(saved, tables);
-    step.bytes += BytesOf(saved);
-  }
+  step.bytes = BytesOf(step);
   bytes_ += step.bytes;
-  SetDirty(step.dirty, tables.params);
-  step.dirty = dirty;
 }
 
-std::size_t History::BytesOf(const Saved& saved) {
-  return std::visit(
-      [](const auto& piece) -> std::size_t {
-        using Piece = std::decay_t<decltype(piece)>;
-        if constexpr (std::is_same_v<Piece, SavedParams>) {
-          return piece.params.size() * sizeof(piece.params.front());
-        } else if constexpr (std::is_same_v<Piece, SavedModel>) {
-          return BytesOfModel(*piece.model);
-        } else if constexpr (std::is_same_v<Piece, SavedDataset>) {
-          return BytesOfDataset(*piece.dataset);
-        } else if constexpr (std::is_same_v<Piece, SavedGraphs>) {
-          std::size_t bytes = piece.graphs.size() * sizeof(piece.graphs.front());
-          for (const auto& [slot, graph] : piece.graphs) bytes += graph.curves.size() * sizeof(Curve);
-          return bytes;
-        } else if constexpr (std::is_same_v<Piece, SavedFit>) {
-          return BytesOfFit(*piece.fit);
-        } else if constexpr (std::is_same_v<Piece, SavedExpParams>) {
-          return sizeof(*piece.params);
-        } else {
-          return sizeof(Piece);
-        }
-      },
-      saved);
+std::size_t History::BytesOf(const Step& step) {
+  std::size_t bytes = sizeof(Step);
+  for (const auto& saved : step.saved) bytes += saved->Bytes();
+  return bytes;
 }
 
 }  // namespace kalvex

@@ -8,8 +8,6 @@
 #include <deque>
 #include <memory>
 #include <string>
-#include <utility>
-#include <variant>
 #include <vector>
 
 #include "core/noise.h"
@@ -52,6 +50,19 @@ struct Pieces {
   Pieces& Fit() { return fit = true, *this; }
 };
 
+// All rows, meshes and epsInf of all models.
+Pieces PiecesOfAllModels(const ParamTables& tables);
+
+// A piece of the tables as it was. The kinds of pieces are in history.cpp.
+class SavedPiece {
+ public:
+  virtual ~SavedPiece() = default;
+  // Exchanges the piece and its copy.
+  virtual void Swap(SessionTables& tables) = 0;
+  virtual bool IsAsBefore(const SessionTables& tables) const = 0;
+  virtual std::size_t Bytes() const = 0;
+};
+
 class History {
  public:
   static constexpr std::size_t kUsualBound = std::size_t{256} << 20;  // bytes
@@ -77,58 +88,29 @@ class History {
   void SetBound(std::size_t bytes);
 
  private:
-  struct SavedParams {
-    std::vector<std::pair<ParamPlace, ModelParam>> params;
-  };
-  // Large pieces are on the heap, so that the variant stays small.
-  struct SavedModel {
-    std::size_t entry;
-    std::unique_ptr<Model> model;
-  };
-  struct SavedDataset {
-    std::size_t entry;
-    std::unique_ptr<Dataset> dataset;
-  };
-  struct SavedExpParams {
-    std::unique_ptr<std::array<ModelParam, kExpParamCount>> params;
-  };
-  struct SavedGraphs {
-    std::vector<std::pair<std::size_t, Graph>> graphs;  // the existing ones with their slot, without strokes
-  };
-  struct SavedFit {
-    std::unique_ptr<FitState> fit;
-    bool touched;  // by the operation itself; otherwise the fit only follows the other pieces
-  };
-  struct SavedNoise {
-    NoiseGenerator noise;
-  };
   // The small tables that every step contains.
   struct SavedRest {
     std::uint32_t nextModelNumber, nextDatasetId, nextGraphNumber;
     bool autoScreenUpdate, graphReader, fitFollows;
     bool operator==(const SavedRest&) const = default;
   };
-  using Saved =
-      std::variant<SavedParams, SavedModel, SavedDataset, SavedExpParams, SavedGraphs, SavedNoise, SavedFit, SavedRest>;
   using Dirty = std::bitset<kMaxModels + 1>;  // which models are dirty, and the experimental parameters
   struct Step {
     Operation operation;
-    std::vector<Saved> saved;
+    std::vector<std::unique_ptr<SavedPiece>> saved;
+    SavedRest rest;
     Dirty dirty;
     std::size_t bytes = 0;
   };
 
   static std::vector<std::string> LabelsOf(const std::deque<Step>& steps);
   static SavedRest RestOf(const SessionTables& tables);
+  static void SetRest(const SavedRest& rest, SessionTables& tables);
   static Dirty DirtyOf(const ParamTables& tables);
   static void SetDirty(const Dirty& dirty, ParamTables& tables);
-  static void Swap(Saved& saved, SessionTables& tables);
-  static bool IsAsBefore(const Saved& saved, const SessionTables& tables);
-  static std::size_t BytesOf(const Saved& saved);
-  void SwapAll(Step& step, SessionTables& tables);
+  static std::size_t BytesOf(const Step& step);
+  void Swap(Step& step, SessionTables& tables);
   void DropForward();
-  // An operation that ended within another one is the earlier step: the outer one starts from its graphs.
-  static void FollowGraphs(Step& outer, const SessionTables& tables);
   void HoldBound();
 
   std::deque<Step> back_, forward_;

@@ -141,7 +141,7 @@ class Session {
   Status ClearDataset(int slot);
   // Removes its curves from the graphs, and its terms from the fit if FitFollows. An empty slot is not a failure.
   Status UnloadDataset(int slot);
-  Status UnloadAllDatasets();
+  Status UnloadAllDatasets();  // one step of the history
   // y becomes scale y + shift, sigma becomes scale sigma.
   Status TransformDataset(int slot, double scale, double shift);
   // Adds a normal deviate of width sigma to each y; sigma becomes the error bar of each row. Removes the dataset's
@@ -293,6 +293,7 @@ class Session {
   Model* ModelOf(std::uint32_t number);
   Graph* GraphOf(std::uint32_t number);
   Dataset* SlotOf(int slot);
+  void EmptySlot(int slot);
   ModelParam* ParamOf(const ParamRef& param);
   ParamPlace PlaceOf(const ParamRef& param) const;
 
@@ -300,7 +301,7 @@ class Session {
 
   // Notify the lower floors: first the graphs, then the fit.
   void TellGraphs(GraphEvent event, std::int64_t id);
-  void TellFitOfDataset(std::uint32_t datasetId);
+  void TellFitOfDataset();
   void TellFitOfParams();
   void DropTermsIf(const std::function<bool(const ChiSqTerm&)>& isGone);
   void RebuildTerms();
@@ -316,7 +317,7 @@ class Session {
   Status ChangeModel(std::uint32_t number, Operation operation, Changed what, Act change);
   template <class Act>
   Status ChangeGraph(std::uint32_t number, Operation operation, Act change);
-  Pieces PiecesOfEdit(const ParamRef& param, const ParamEdit& edit);
+  Pieces PiecesOfEdit(const ParamRef& param) const;
 
   Platform* platform_;
   ThreadPool pool_;

@@ -70,29 +70,41 @@ Status Session::ClearDataset(int slot) {
 }
 
 Status Session::UnloadDataset(int slot) {
-  Dataset* const dataset = SlotOf(slot);
-  if (!dataset) return NoSuchSlot(slot);
+  if (!SlotOf(slot)) return NoSuchSlot(slot);
   return Do({"unload " + SlotText(slot),
              Statement("UnloadDataset").Int("DatasetNo", slot).Done(),
              {},
              kOnDatasets | kOnFit | kOnGraphs},
             Pieces().Dataset(slot - 1).Graphs(), [&] {
-              const std::uint32_t id = dataset->id;
-              TellGraphs(GraphEvent::kDatasetUnloaded, id);
-              DropTermsIf([&](const ChiSqTerm& term) { return term.datasetId == id; });
-              kalvex::UnloadDataset(*dataset);
-              Tell(ChangeKind::kDatasetUnloaded, id, slot);
+              EmptySlot(slot);
               return Status();
             });
 }
 
 Status Session::UnloadAllDatasets() {
+  Pieces pieces;
+  std::string statements;
+  std::vector<int> slots;
   for (int slot = 1; slot <= kMaxDatasets; ++slot) {
     // A load that failed at its last check leaves rows without an id.
     if (SlotOf(slot)->points.empty()) continue;
-    if (Status status = UnloadDataset(slot); !status.Ok()) return status;
+    slots.push_back(slot);
+    pieces.Dataset(slot - 1);
+    statements += (statements.empty() ? "" : "\n") + Statement("UnloadDataset").Int("DatasetNo", slot).Done();
   }
-  return {};
+  return Do({"unload all datasets", statements, {}, kOnDatasets | kOnFit | kOnGraphs}, pieces.Graphs(), [&] {
+    for (const int slot : slots) EmptySlot(slot);
+    return Status();
+  });
+}
+
+void Session::EmptySlot(int slot) {
+  Dataset& dataset = *SlotOf(slot);
+  const std::uint32_t id = dataset.id;
+  TellGraphs(GraphEvent::kDatasetUnloaded, id);
+  DropTermsIf([&](const ChiSqTerm& term) { return term.datasetId == id; });
+  kalvex::UnloadDataset(dataset);
+  Tell(ChangeKind::kDatasetUnloaded, id, slot);
 }
 
 Status Session::TransformDataset(int slot, double scale, double shift) {
@@ -102,7 +114,7 @@ Status Session::TransformDataset(int slot, double scale, double shift) {
   return Do({"scale " + SlotText(slot), statement.Done(), {}, kOnDatasets | kOnFit}, Pieces().Dataset(slot - 1), [&] {
     kalvex::TransformDataset(*dataset, scale, shift);
     TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
-    TellFitOfDataset(dataset->id);
+    TellFitOfDataset();
     Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
     return Status();
   });
@@ -138,7 +150,7 @@ Status Session::CutDataset(int slot, std::optional<double> xMin, std::optional<d
               Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
               if (heard == Heard::kLater) return Status();
               TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
-              TellFitOfDataset(dataset->id);
+              TellFitOfDataset();
               return Status();
             });
 }
@@ -156,7 +168,7 @@ Status Session::SetDatasetQuantity(int slot, Quantity quantity, Heard heard) {
               Tell(ChangeKind::kDatasetChanged, dataset->id, slot);
               if (heard == Heard::kLater) return Status();
               TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
-              TellFitOfDataset(dataset->id);
+              TellFitOfDataset();
               return Status();
             });
 }

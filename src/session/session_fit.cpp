@@ -31,13 +31,7 @@ std::string OptionsStatement(const FitOptions& options, const FitOptions& presen
 }
 
 // A run may change values in every model, through coupling too.
-Pieces AllValues(const ParamTables& tables) {
-  Pieces pieces;
-  for (const std::uint32_t number : ListModelNumbers(tables)) {
-    pieces.Model(SlotOf(tables, *GetModelByNumber(tables, number)));
-  }
-  return pieces.ExpParams().Fit();
-}
+Pieces AllValues(const ParamTables& tables) { return PiecesOfAllModels(tables).ExpParams().Fit(); }
 
 }  // namespace
 
@@ -83,7 +77,7 @@ void Session::RebuildTerms() {
   Tell(ChangeKind::kFitTerms);
 }
 
-void Session::TellFitOfDataset(std::uint32_t) {
+void Session::TellFitOfDataset() {
   if (!tables_.fitFollows) return;
   RebuildFitParams(tables_.fit, tables_.params, eval_);
   RebuildFitPoints(tables_.fit, tables_.datasets);
@@ -271,9 +265,8 @@ Status Session::Recompute() {
 Status Session::WriteQuantityErrorBars() {
   Pieces touched = AllValues(tables_.params);
   const auto& terms = tables_.fit.list.terms;
-  for (int slot = 0; slot < kMaxDatasets && !terms.empty(); ++slot) {
-    if (tables_.datasets.slots[static_cast<std::size_t>(slot)].id == terms.back().datasetId) touched.Dataset(slot);
-  }
+  const int slot = terms.empty() ? 0 : SlotOfDataset(tables_.datasets, terms.back().datasetId);
+  if (slot != 0) touched.Dataset(slot - 1);
   return Do(OnFit("error bars of a Quantity", Statement("QuantityErrorBars").Done()), touched, [&] {
     RunFollower follower(*this);
     const auto datasetChanged = [&] { TellGraphs(GraphEvent::kDatasetChanged, -1); };

@@ -32,16 +32,11 @@ void AddAxis(Statement& statement, const char* letter, const AxisEdit& edit, con
   statement.RefuseIf(edit.titleShown && *edit.titleShown != present.titleShown);
   if (!edit.title) return;
   std::string format;
-  for (const char c : CutToBytes(*edit.title, kLongestTitle))
-    format += c == '%' ? std::string("%%") : std::string(1, c);
-  statement.Text(name + "Title", format, kLongestTitle + 1);
-}
-
-int SlotOfDataset(const DatasetTable& table, std::uint32_t id) {
-  for (int slot = 1; slot <= kMaxDatasets; ++slot) {
-    if (DatasetInSlot(table, slot)->id == id) return slot;
+  for (const char c : CutToBytes(*edit.title, kLongestTitle)) {
+    if (c == '%') format += '%';
+    format += c;
   }
-  return 0;
+  statement.Text(name + "Title", format, kLongestTitle + 1);
 }
 
 const char* QuantityNameOf(Quantity quantity) { return NamesOf(quantity).shortName; }

@@ -22,11 +22,9 @@ std::string KeyStatement(std::uint32_t number, const char* key) {
 // sets the switches.
 void AddSource(Statement& statement, const std::string& name, const VdfSource& source, const DatasetTable& datasets) {
   const bool none = source.datasetId < 0;
-  const Dataset* const dataset =
-      none ? nullptr : GetDatasetById(datasets, static_cast<std::uint32_t>(source.datasetId));
-  const auto slot = dataset ? dataset - datasets.slots.data() + 1 : 0;
-  statement.Int(name + "DatasetNo", static_cast<long long>(slot)).Int(name + "Every2nd", source.every2nd);
-  statement.RefuseIf(none ? source.every2nd : dataset == nullptr);
+  const int slot = none ? 0 : SlotOfDataset(datasets, static_cast<std::uint32_t>(source.datasetId));
+  statement.Int(name + "DatasetNo", slot).Int(name + "Every2nd", source.every2nd);
+  statement.RefuseIf(none ? source.every2nd : slot == 0);
 }
 
 bool Differs(std::optional<bool> wanted, std::uint32_t present) { return wanted && *wanted != (present != 0); }

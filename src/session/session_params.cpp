@@ -84,7 +84,7 @@ void SetLimits(const ParamEdit& edit, ModelParam& param) {
 }  // namespace
 
 // The parameter and all parameters of its coupling group.
-Pieces Session::PiecesOfEdit(const ParamRef& param, const ParamEdit&) {
+Pieces Session::PiecesOfEdit(const ParamRef& param) const {
   Pieces pieces;
   pieces.params.push_back(PlaceOf(param));
   const std::uint32_t group = FindParam(param)->coupling;
@@ -111,7 +111,7 @@ Status Session::SetParam(const ParamRef& ref, const ParamEdit& edit) {
   const std::string label = LabelOf(ref, *param);
   return Do({label, StatementOf(ref, *param, edit, tables_.params).Done(), IsValueAlone(edit) ? label : "",
              kOnModels | kOnExpParams | kOnFit},
-            PiecesOfEdit(ref, edit), [&] {
+            PiecesOfEdit(ref), [&] {
               ParamTables& tables = tables_.params;
               if (edit.value) SetValue(tables, *param, *edit.value);
               if (edit.adjustable) SetAdjustable(tables, *param, *edit.adjustable);
@@ -153,12 +153,8 @@ Status Session::SaveParams(const std::string& file) {
 }
 
 Status Session::LoadParams(const std::string& file) {
-  Pieces all;
-  for (const std::uint32_t number : ListModelNumbers(tables_.params)) {
-    all.Model(kalvex::SlotOf(tables_.params, *FindModel(number)));
-  }
   return Do({"load parameters", Statement("LoadParams").Text("File", file).Done(), {}, kOnModels | kOnFit | kOnFiles},
-            all, [&] {
+            PiecesOfAllModels(tables_.params), [&] {
               const auto complete = kalvex::LoadParams(tables_.params, file);
               if (!complete.Ok()) return complete.GetStatus();
               for (const std::uint32_t number : *complete) {

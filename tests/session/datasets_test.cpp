@@ -21,7 +21,8 @@ using Told = std::vector<std::string>;
 class Ears : public SessionListener {
  public:
   explicit Ears(const Session& session) : session_(session) {}
-  Told told;
+  Told told, statements;
+  void Performed(const Operation& operation) override { statements.push_back(operation.statement); }
   void Changed(const Change& change) override {
     const char* const what = WordOf(change.kind);
     if (!what) return;
@@ -248,6 +249,20 @@ TEST_F(Datasets, ALoadThatFailsAtItsLastCheckLeavesRowsUntilAllAreUnloaded) {
   ASSERT_TRUE(session.UnloadAllDatasets().Ok());
   EXPECT_TRUE(session.Datasets().slots[2].points.empty());
   EXPECT_EQ(CountDatasets(session.Datasets()), 0);
+}
+
+TEST_F(Datasets, UnloadingAllIsOneStep) {
+  for (const int slot : {1, 4}) ASSERT_TRUE(session.LoadDataset(slot, source).Ok());
+  const std::string loaded = StateOf(session);
+  ears.told.clear();
+  ears.statements.clear();
+  ASSERT_TRUE(session.UnloadAllDatasets().Ok());
+  EXPECT_EQ(CountDatasets(session.Datasets()), 0);
+  EXPECT_EQ(ears.statements,
+            (Told{"UnloadDataset(DatasetNo=1);\nUnloadDataset(DatasetNo=2);\nUnloadDataset(DatasetNo=4);"}));
+  ASSERT_TRUE(session.StepBack().Ok());
+  EXPECT_EQ(StateOf(session), loaded);
+  EXPECT_EQ(CountDatasets(session.Datasets()), 3);
 }
 
 TEST_F(Datasets, ClearingForgetsTheSourceOfAFailedLoad) {
