@@ -34,6 +34,7 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   }
   if (!fault.empty()) std::fprintf(stderr, "kalvex: %s\n", fault.c_str());
   if (line.macroFile.empty()) return kRan;
+  desk->macro.endsProgram = true;
   const int result = line.check ? kalvex::CheckMacro(*desk, line.macroFile) : kalvex::RunMacro(*desk, line.macroFile);
   if (result >= 0) return kRan;
   std::fprintf(stderr, "%s\n", desk->macro.fault.c_str());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -13,15 +14,18 @@ namespace kalvex {
 
 class ByteWriter {
  public:
-  void U32(std::uint32_t value) { Little(value, 4); }
+  void U32(std::uint32_t value) { Little<4>(value); }
   void I32(std::int32_t value) { U32(static_cast<std::uint32_t>(value)); }
-  void F64(double value) { Little(std::bit_cast<std::uint64_t>(value), 8); }
+  void F64(double value) { Little<8>(std::bit_cast<std::uint64_t>(value)); }
   void Bytes(std::span<const char> bytes) { bytes_.append(bytes.data(), bytes.size()); }
   std::string_view Content() const { return bytes_; }
 
  private:
-  void Little(std::uint64_t value, int count) {
-    for (int i = 0; i < count; ++i) bytes_.push_back(static_cast<char>(value >> (8 * i)));
+  template <std::size_t kCount>
+  void Little(std::uint64_t value) {
+    std::array<char, kCount> bytes;
+    for (std::size_t i = 0; i < kCount; ++i) bytes[i] = static_cast<char>(value >> (8 * i));
+    Bytes(bytes);
   }
   std::string bytes_;
 };

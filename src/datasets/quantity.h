@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <type_traits>
 
 #include "core/enum_array.h"
 
@@ -105,7 +106,7 @@ class QuantitySet {
  public:
   constexpr QuantitySet() = default;
   constexpr QuantitySet(std::initializer_list<Quantity> quantities) {
-    for (const Quantity quantity : quantities) bits_ |= BitOf(quantity);
+    for (const Quantity quantity : quantities) *this |= QuantitySet(BitOf(quantity));
   }
   static constexpr QuantitySet Every() { return QuantitySet((Bits{1} << kQuantityCount) - 1); }
 
@@ -152,10 +153,12 @@ class QuantitySet {
  private:
   using Bits = std::uint32_t;
   static_assert(kQuantityCount < 32, "each Quantity has a bit");
-  constexpr explicit QuantitySet(Bits bits) : bits_(bits) {}
+  // Small, because a spectrum has a set for each frequency.
+  using Stored = std::conditional_t<(kQuantityCount <= 16), std::uint16_t, Bits>;
+  constexpr explicit QuantitySet(Bits bits) : bits_(static_cast<Stored>(bits)) {}
   static constexpr Bits BitOf(Quantity quantity) { return Bits{1} << NumberOf(quantity); }
 
-  Bits bits_ = 0;
+  Stored bits_ = 0;
 };
 
 inline constexpr QuantitySet kEveryQuantity = QuantitySet::Every();

@@ -1,7 +1,6 @@
 #include "fit/fit_lists.h"
 
 #include <algorithm>
-#include <numeric>
 #include <set>
 #include <span>
 #include <tuple>
@@ -140,21 +139,22 @@ ParamsInMaking AdjustableParams(ParamTables& tables) {
   return made;
 }
 
-// Finds with the dependency pass the parameters on which the term's Quantity depends.
-void FindDependencies(const ChiSqTerm& term, std::size_t t, ParamTables& tables, EvalContext& eval,
-                      ParamsInMaking& made) {
+// Finds with the dependency pass the parameters on which the term's Quantity depends, and marks them as used.
+std::vector<int> FindDependencies(const ChiSqTerm& term, ParamTables& tables, EvalContext& eval, ParamsInMaking& made) {
+  std::vector<int> found;
   const Model* const model = GetModelByNumber(tables, term.modelId);
   const Dataset* const dataset = GetDatasetById(*eval.datasets, term.datasetId);
-  if (term.weight == 0 || !model || !dataset) return;
+  if (term.weight == 0 || !model || !dataset) return found;
   const Quantity q = dataset->Quantity;
   WantOnly(eval.quantities, QuantitySet{dataset->Quantity});
   EvalModelAfter(eval, *model);
-  for (FitParam& param : made.params) {
-    if (SlopesAt(eval.slopes, param.place).dQuantity[q] == 0) continue;
-    param.termUse[t] = 1;
-    param.used = true;
+  for (std::size_t i = 0; i < made.params.size(); ++i) {
+    if (SlopesAt(eval.slopes, made.params[i].place).dQuantity[q] == 0) continue;
+    found.push_back(static_cast<int>(i));
+    made.params[i].used = true;
   }
   TakeOverSlopes(tables, eval.slopes);
+  return found;
 }
 
 // The first used member of a coupling group is its master. A group with a used member therefore always has an unknown
@@ -174,25 +174,29 @@ bool ComesBefore(const FitParam& a, const FitParam& b) {
   const auto key = [](const FitParam& p) {
     const ParamPlace& at = p.place;
     const bool mesh = at.Where == ParamKind::kMesh;
-    return std::tuple(!p.used, !p.isMaster, at.Where, mesh ? at.nen : at.nm, mesh ? at.nm : at.nl, at.nc, at.isIm,
-                      at.nep);
+    return std::tuple(!p.isMaster, at.Where, mesh ? at.nen : at.nm, mesh ? at.nm : at.nl, at.nc, at.isIm, at.nep);
   };
   return key(a) < key(b);
 }
 
-// Sorts the parameters into the order of the fit and drops those without influence.
-void SortParams(ParamsInMaking& made) {
-  std::vector<std::size_t> order(made.params.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
+// Sorts the parameters into the order of the fit and drops those without influence. Returns the new place of each
+// parameter.
+std::vector<int> SortParams(ParamsInMaking& made) {
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < made.params.size(); ++i) {
+    if (made.params[i].used) order.push_back(i);
+  }
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return ComesBefore(made.params[a], made.params[b]); });
   ParamsInMaking sorted;
+  std::vector<int> placeOf(made.params.size());
   for (const std::size_t i : order) {
-    if (!made.params[i].used) break;
+    placeOf[i] = static_cast<int>(sorted.params.size());
     sorted.params.push_back(std::move(made.params[i]));
     sorted.cells.push_back(made.cells[i]);
   }
   made = std::move(sorted);
+  return placeOf;
 }
 
 void NumberMasters(FitState& fit, ParamsInMaking& made) {
@@ -277,19 +281,16 @@ std::size_t CountFitPoints(const FitState& fit) {
 }
 
 void RebuildFitParams(FitState& fit, ParamTables& params, EvalContext& eval) {
-  const std::size_t termCount = fit.list.terms.size();
   ParamsInMaking made = AdjustableParams(params);
-  for (FitParam& param : made.params) param.termUse.assign(termCount, 0);
-  for (std::size_t t = 0; t < termCount; ++t) FindDependencies(fit.list.terms[t], t, params, eval, made);
+  std::vector<std::vector<int>> ofTerms;
+  for (const ChiSqTerm& term : fit.list.terms) ofTerms.push_back(FindDependencies(term, params, eval, made));
   DecideMasters(made);
-  SortParams(made);
+  const std::vector<int> placeOf = SortParams(made);
   NumberMasters(fit, made);
-  for (std::size_t t = 0; t < termCount; ++t) {
-    std::vector<int> ofTerm;
-    for (std::size_t j = 0; j < made.params.size(); ++j) {
-      if (made.params[j].termUse[t]) ofTerm.push_back(static_cast<int>(j));
-    }
-    fit.list.terms[t].params = std::move(ofTerm);
+  for (std::size_t t = 0; t < ofTerms.size(); ++t) {
+    for (int& param : ofTerms[t]) param = placeOf[static_cast<std::size_t>(param)];
+    std::sort(ofTerms[t].begin(), ofTerms[t].end());
+    fit.list.terms[t].params = std::move(ofTerms[t]);
   }
   fit.params = std::move(made.params);
   fit.startValues.clear();

@@ -74,7 +74,6 @@ struct FitSpectrum {
 struct FitParam {
   ParamPlace place;
   std::uint32_t modelNumber = 0;  // of the model that holds it; 0 for an experimental parameter
-  std::vector<char> termUse;      // one flag per term: the parameter influences it
   bool used = false;              // it influences at least one term
   bool isMaster = true;           // no earlier used parameter has the same coupling group
   int master = 0;                 // index of the parameter whose row and column of the matrix this one uses

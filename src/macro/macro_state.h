@@ -26,9 +26,10 @@ struct MacroState {
   bool neverSuspend = false;  // the user chose that Suspend never asks again in this process
   std::string loopFile;       // as BeginLoop gave it
   std::vector<LoopRow> loopRows;
-  bool verbose = false;   // report on standard error what each statement did
-  bool progress = false;  // report on standard error how a fit ended
-  std::string fault;      // why the last macro could not run: place, what was found, what was expected
+  bool endsProgram = false;  // no window or other macro follows
+  bool verbose = false;      // report on standard error what each statement did
+  bool progress = false;     // report on standard error how a fit ended
+  std::string fault;         // why the last macro could not run: place, what was found, what was expected
 };
 
 }  // namespace kalvex

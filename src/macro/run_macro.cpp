@@ -1,5 +1,6 @@
 #include "macro/run_macro.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -147,6 +148,12 @@ class Executor {
   std::size_t loopRow_ = 0;
 };
 
+bool StepsBack(const Macro& macro) {
+  return std::any_of(macro.statements.begin(), macro.statements.end(), [](const MacroStatement& statement) {
+    return std::string_view(statement.command->name) == "StepBack";
+  });
+}
+
 }  // namespace
 
 int RunMacro(Desk& desk, std::string_view fileName) {
@@ -154,6 +161,8 @@ int RunMacro(Desk& desk, std::string_view fileName) {
   desk.macro.running = true;
   desk.session.EndGesture();
   const std::optional<Macro> macro = ReadMacro(desk, fileName);
+  // Saved steps would take a quarter of the time of a series of small fits.
+  if (macro && desk.macro.endsProgram && !StepsBack(*macro)) desk.session.SetHistoryBound(0);
   const int result = macro ? Executor(desk, *macro).Run() : kMacroFailed;
   desk.macro.running = false;
   return result;

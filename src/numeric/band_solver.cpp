@@ -35,11 +35,12 @@ std::vector<std::size_t> TopsOf(const SquareMatrix& a, std::size_t first) {
 // The number of leading rows up to the last in which more than a quarter of the entries are nonzero.
 std::size_t LeadingFullRows(const SquareMatrix& a) {
   constexpr std::size_t kMostBorder = 256;
-  std::size_t rows = 0;
-  for (std::size_t i = 0; i < std::min(a.size, kMostBorder); ++i) {
-    if (4 * Kernels().countOthersThanZero(a.Row(i) + i, a.size - i) > a.size) rows = i + 1;
+  // The rows after three quarters have too few entries.
+  for (std::size_t rows = std::min({a.size, kMostBorder, 3 * a.size / 4 + 1}); rows > 0; --rows) {
+    const std::size_t i = rows - 1;
+    if (4 * Kernels().countOthersThanZero(a.Row(i) + i, a.size - i) > a.size) return rows;
   }
-  return rows;
+  return 0;
 }
 
 // Number of products of a factorisation within a profile. Each row of the border needs two substitutions and its

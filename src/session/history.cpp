@@ -135,9 +135,9 @@ class SavedFit : public SavedPiece {
   // The present state may share the lists of points and parameters with a step. They are counted for the step in any
   // case, so the bound is safe.
   std::size_t Bytes() const override {
-    const std::size_t terms = fit_.list.terms.size();
-    std::size_t bytes = sizeof(*this) + terms * sizeof(ChiSqTerm);
-    bytes += fit_.params.size() * (sizeof(FitParam) + terms) + fit_.startValues.size() * sizeof(double);
+    std::size_t bytes = sizeof(*this);
+    for (const ChiSqTerm& term : fit_.list.terms) bytes += sizeof(ChiSqTerm) + term.params.Get().size() * sizeof(int);
+    bytes += fit_.params.size() * sizeof(FitParam) + fit_.startValues.size() * sizeof(double);
     for (const FitSpectrum& spectrum : fit_.spectra) {
       bytes += spectrum.x.size() * (sizeof(double) + sizeof(QuantitySet));
       for (const TermPoints& points : spectrum.terms) bytes += points.y.size() * (2 * sizeof(double) + 1);
@@ -196,6 +196,7 @@ void History::SetDirty(const Dirty& dirty, ParamTables& tables) {
 }
 
 void History::Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables) {
+  if (bound_ == 0) return;
   const bool merges =
       mayMerge_ && !operation.merge.empty() && !back_.empty() && back_.back().operation.merge == operation.merge;
   mayMerge_ = true;
@@ -225,6 +226,7 @@ void History::Begin(const Operation& operation, const Pieces& touched, const Ses
 }
 
 bool History::End(const SessionTables& tables) {
+  if (bound_ == 0) return true;
   Step step = std::move(open_.back());
   open_.pop_back();
   // The last pieces of a step are small, and an operation on large pieces usually changes one of them. So the large
@@ -269,6 +271,7 @@ bool History::Forward(SessionTables& tables) {
 
 void History::SetBound(std::size_t bytes) {
   bound_ = bytes;
+  if (bytes == 0) DropForward();
   HoldBound();
 }
 

@@ -71,7 +71,7 @@ class History {
   void Begin(const Operation& operation, const Pieces& touched, const SessionTables& tables);
   // Ends the operation. If all pieces are as before the step, deletes the step and returns false. Otherwise deletes the
   // steps that could be redone, then the oldest steps until the rest is within the bound. A step that is larger than
-  // the bound is deleted too.
+  // the bound is deleted too. With a bound of 0 nothing is copied, and every operation counts as a change.
   bool End(const SessionTables& tables);
   // The next operation is a step of its own.
   void EndGesture() { mayMerge_ = false; }
@@ -85,7 +85,7 @@ class History {
   std::vector<std::string> LabelsForward() const { return LabelsOf(forward_); }
   std::size_t Bytes() const { return bytes_; }
   std::size_t Bound() const { return bound_; }
-  void SetBound(std::size_t bytes);
+  void SetBound(std::size_t bytes);  // between two operations
 
  private:
   // The small tables that every step contains.

@@ -165,9 +165,6 @@ TEST(FitParams, KnowTheTermsThatTheyInfluence) {
   s.Term(2, 2);
   const FitState& fit = s.fit();
   ASSERT_EQ(Places(fit), (Texts{"EIN 000000", "LOR 001000", "LOR 101000"}));
-  EXPECT_EQ(fit.params[0].termUse, (std::vector<char>{1, 0, 0, 0}));
-  EXPECT_EQ(fit.params[1].termUse, (std::vector<char>{1, 1, 0, 0}));
-  EXPECT_EQ(fit.params[2].termUse, (std::vector<char>{0, 0, 0, 1}));
   EXPECT_EQ(fit.list.terms[0].params.Get(), (std::vector<int>{0, 1}));
   EXPECT_EQ(fit.list.terms[1].params.Get(), std::vector<int>{1});
   EXPECT_EQ(fit.list.terms[2].params.Get(), std::vector<int>{});

@@ -47,6 +47,16 @@ TEST_F(Steps, AFitIsTakenBackWithItsValues) {
   EXPECT_EQ(Wp(), after);
 }
 
+TEST_F(Steps, AMacroThatEndsTheProgramKeepsStepsOnlyIfItStepsBack) {
+  desk.macro.endsProgram = true;
+  Run("NewModel();NewModel();StepBac();StepForward();StepBack();");
+  EXPECT_EQ(Models(), 1);
+  Run("NewModel();");
+  EXPECT_EQ(Models(), 2);
+  EXPECT_EQ(session.GetHistory().Bytes(), 0u);
+  EXPECT_TRUE(session.GetHistory().LabelsBack().empty());
+}
+
 TEST_F(Steps, VerboseSaysWhichStep) {
   desk.macro.verbose = true;
   testing::internal::CaptureStderr();

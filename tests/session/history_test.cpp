@@ -98,6 +98,21 @@ TEST_F(HistoryOfAPerson, TheOldestStepsGoFirstWhereTheBoundOfMemoryIsReached) {
   EXPECT_EQ(session.FindDataset(1)->points[0].y, y / 2);
 }
 
+TEST_F(HistoryOfAPerson, ABoundOfZeroKeepsNoStep) {
+  ASSERT_TRUE(session.NewModel().Ok());
+  ASSERT_TRUE(session.NewModel().Ok());
+  ASSERT_TRUE(session.StepBack().Ok());
+  session.SetHistoryBound(0);
+  ASSERT_TRUE(session.NewGraph().Ok());
+  EXPECT_EQ(session.GetHistory().Bytes(), 0u);
+  EXPECT_EQ(session.StepBack().Code(), StatusCode::kNothingToDo);
+  EXPECT_EQ(session.StepForward().Code(), StatusCode::kNothingToDo);
+  session.SetHistoryBound(History::kUsualBound);
+  ASSERT_TRUE(session.NewModel().Ok());
+  ASSERT_TRUE(session.StepBack().Ok());
+  EXPECT_EQ(CountModels(session.Params()), 1);
+}
+
 TEST_F(HistoryOfAPerson, WhatFailsIsNoStep) {
   EXPECT_EQ(session.CloseModel(7).Code(), StatusCode::kNotThere);
   EXPECT_EQ(session.UndoFit().Code(), StatusCode::kNothingToDo);
