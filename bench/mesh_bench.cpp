@@ -93,7 +93,7 @@ void RunFits(benchmark::State& state, Problem& problem) {
 }
 
 // The given numbers of points, with one thread and with two.
-void OnThreads(benchmark::internal::Benchmark* benchmark, std::vector<std::int64_t> points) {
+void OnThreads(benchmark::internal::Benchmark* benchmark, const std::vector<std::int64_t>& points) {
   benchmark->ArgNames({"points", "threads"})->ArgsProduct({points, {1, 2}});
   benchmark->UseRealTime()->Unit(benchmark::kMillisecond);
 }

@@ -192,7 +192,7 @@ std::vector<int> SortParams(ParamsInMaking& made) {
   std::vector<int> placeOf(made.params.size());
   for (const std::size_t i : order) {
     placeOf[i] = static_cast<int>(sorted.params.size());
-    sorted.params.push_back(std::move(made.params[i]));
+    sorted.params.push_back(made.params[i]);
     sorted.cells.push_back(made.cells[i]);
   }
   made = std::move(sorted);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <chrono>
 #include <cstring>
 #include <vector>
@@ -88,7 +89,8 @@ TEST_F(ModelFiles, CutAnywhereTheRestIsWhatTheBufferLastHeld) {
     const std::vector<double> expected = ValuesOfACutFile(whole.substr(0, size), 3);
     for (std::size_t i = 0; i < 9; ++i) {
       const ModelParam& param = other.rows[i];
-      EXPECT_EQ(std::memcmp(&param.value, &expected[i], sizeof(double)), 0) << size << ' ' << i;
+      EXPECT_EQ(std::bit_cast<std::uint64_t>(param.value), std::bit_cast<std::uint64_t>(expected[i]))
+          << size << ' ' << i;
       const bool hasLimits = size >= rowsEnd + 4 + 12 * (i + 1);
       EXPECT_EQ(param.useMin + param.useMax + param.coupling, hasLimits ? 11u : 0u) << size << ' ' << i;
     }

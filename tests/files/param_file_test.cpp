@@ -42,7 +42,7 @@ TEST(ParamFile, OneRecordOfTwentyBytesForEachElement) {
   std::string expected(20, '\0');
   std::memcpy(expected.data(), place, 12);
   std::memcpy(expected.data() + 12, &value, 8);
-  EXPECT_EQ(bytes.substr(8 * 20, 20), expected);
+  EXPECT_EQ(bytes.substr(std::size_t{8} * 20, 20), expected);
 }
 
 TEST(ParamFile, LoadRestoresValuesPastLimitsAndNamesTheModels) {
@@ -81,7 +81,7 @@ TEST(ParamFile, CutAnywhereItLoadsWhatIsWhole) {
     Spoil(tables);
     const auto complete = LoadParams(tables, folder.Path("cut.kvp"));
     ASSERT_TRUE(complete.Ok());
-    EXPECT_EQ(*complete, size >= 6 * 20 ? Numbers({1}) : Numbers());  // a model has six elements
+    EXPECT_EQ(*complete, size >= std::size_t{6} * 20 ? Numbers({1}) : Numbers());  // a model has six elements
     EXPECT_EQ(Cell(tables.models[0], 0, Wo).value, size >= 20 ? 10 : -1);
     EXPECT_EQ(Cell(tables.models[1], 1, G).value, -1);
   }

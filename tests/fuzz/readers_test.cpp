@@ -39,7 +39,7 @@ class Damage {
 
   void Once(std::string& text) {
     const auto at = static_cast<std::size_t>(Below(text.size() + 1));
-    const auto length = static_cast<std::size_t>(1 + Below(40));
+    const auto length = 1 + static_cast<std::size_t>(Below(40));
     switch (Below(6)) {
       case 0:
         if (at < text.size()) text[at] = static_cast<char>(Below(256));

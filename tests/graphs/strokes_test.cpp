@@ -87,9 +87,11 @@ std::vector<std::string> Picture(SymbolShape shape, int size) {
   for (int dx = -h; dx <= h; ++dx) {
     if (static_cast<std::size_t>(std::abs(dx)) >= columns.size()) continue;
     const SymbolColumn& column = columns[static_cast<std::size_t>(std::abs(dx))];
+    const int across = h + dx;
     for (int row = column.first; row <= column.last; ++row) {
       const bool isHole = row >= column.holeFirst && row <= column.holeLast;
-      lines[static_cast<std::size_t>(h - row)][static_cast<std::size_t>(h + dx)] = isHole ? 'o' : '#';
+      const int down = h - row;
+      lines[static_cast<std::size_t>(down)][static_cast<std::size_t>(across)] = isHole ? 'o' : '#';
     }
   }
   return lines;

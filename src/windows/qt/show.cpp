@@ -54,7 +54,7 @@ void ShowRows(QTreeWidget& list, const std::vector<ShownRow>& rows) {
   const int count = static_cast<int>(rows.size());
   while (list.topLevelItemCount() > count) delete list.takeTopLevelItem(list.topLevelItemCount() - 1);
   while (list.topLevelItemCount() < count) {
-    auto* const item = new QTreeWidgetItem(&list);
+    auto* const item = new QTreeWidgetItem(&list);  // NOLINT: the list deletes it
     for (int column = 1; column < list.columnCount(); ++column) {
       item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     }
