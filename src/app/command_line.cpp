@@ -18,6 +18,7 @@ constinit const char* const kUsage =
     "  --check       check the macro for mistakes, but do not run it\n"
     "  --verbose     report on standard error what each statement did, or why it did nothing\n"
     "  --progress    report the progress of a fit on standard error (always on if that is a terminal)\n"
+    "  --defaults N  the macro begins with the defaults of level N: 1, as ever, or 2, those of today\n"
     "  --threads N   compute with N threads (default: the number of processors)\n"
     "  --list-types  list the special models: code, name, for what sample\n"
     "  --describe-type N  show the page of the special model with code N; 0 shows the index\n"
@@ -26,7 +27,8 @@ constinit const char* const kUsage =
     "  --help        show this text\n"
     "  --version     show the version\n"
     "\n"
-    "Exit status: 0 the macro ran to its end, 1 it could not run, 2 wrong command line.\n";
+    "Exit status: 0 the macro ran to its end, 1 it could not run or an error ended it, 2 wrong command line,\n"
+    "3 passes of a loop failed.\n";
 
 namespace {
 
@@ -75,6 +77,13 @@ bool ReadCommandLine(std::span<const char* const> args, CommandLine& line, std::
     } else if (arg == "--describe-term") {
       if (!ReadCode(i + 1 < args.size() ? args[++i] : "", TermOfCode, line.describeTerm)) {
         fault = "--describe-term needs a code of a term; --list-terms shows them";
+        return false;
+      }
+    } else if (arg == "--defaults") {
+      const std::string_view level = i + 1 < args.size() ? args[++i] : "";
+      line.defaults = IntegerOf(level);
+      if (level != "1" && level != "2") {
+        fault = "--defaults needs 1 or 2";
         return false;
       }
     } else if (arg == "--threads") {

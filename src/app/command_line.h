@@ -25,6 +25,7 @@ struct CommandLine {
   int describeType = -1;  // code of the special model whose page is shown, 0 for the index
   bool listTerms = false;
   int describeTerm = -1;  // a code of the term whose page is shown, 0 for the index
+  int defaults = 1;       // with which a macro starts
   int threads = 0;        // 0: as many as there are processors
   std::string macroFile;
 };

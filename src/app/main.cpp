@@ -17,7 +17,7 @@
 
 namespace {
 
-enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2 };
+enum ExitStatus : int { kRan = 0, kCouldNotRun = 1, kWrongCommandLine = 2, kPassesFailed = 3 };
 
 int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   kalvex::HeadlessPlatform platform;
@@ -26,6 +26,7 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   const auto desk = std::make_unique<kalvex::Desk>(*session);
   kalvex::Progress progress(*session);
   desk->macro.verbose = line.verbose;
+  desk->macro.defaults = line.defaults == 2 ? kalvex::Defaults::kPresent : kalvex::Defaults::kFormer;
   desk->macro.progress = line.progress || isatty(STDERR_FILENO) != 0;
   if (desk->macro.progress) session->Listen(progress);
   std::string fault = line.macroFile.empty() ? "no macro file is given, and no windows can be opened" : "";
@@ -36,7 +37,7 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   if (line.macroFile.empty()) return kRan;
   desk->macro.endsProgram = true;
   const int result = line.check ? kalvex::CheckMacro(*desk, line.macroFile) : kalvex::RunMacro(*desk, line.macroFile);
-  if (result >= 0) return kRan;
+  if (result >= 0) return desk->macro.failedPasses > 0 ? kPassesFailed : kRan;
   std::fprintf(stderr, "%s\n", desk->macro.fault.c_str());
   return kCouldNotRun;
 }

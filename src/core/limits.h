@@ -12,6 +12,8 @@ inline constexpr int kMaxCouplingGroup = 24;
 // columns return the positive one where the resonance frequency is exactly 0.
 inline constexpr double kMissing = -7.77777e77;
 inline constexpr double kUndefined = 7.77777e77;
+// The error of a parameter that the data do not determine, that stands on a limit, or that has no influence.
+inline constexpr double kNotDetermined = kMissing;
 
 // The result of an evaluation that has no finite value. A denominator whose norm is below kTinyNorm counts as zero.
 inline constexpr double kNoValue = 1e30;

@@ -1,14 +1,16 @@
 #include "datasets/dataset_operations.h"
 
+#include <cmath>
+
 #include "core/files.h"
 #include "core/text.h"
 
 namespace kalvex {
 
-void TransformDataset(Dataset& dataset, double scale, double shift) {
+void TransformDataset(Dataset& dataset, double scale, double shift, bool keepsSigmaPositive) {
   for (DataRow& row : dataset.points) {
     row.y = scale * row.y + shift;
-    row.sigma *= scale;
+    row.sigma *= keepsSigmaPositive ? std::fabs(scale) : scale;
   }
   ComputeActiveRange(dataset);
 }

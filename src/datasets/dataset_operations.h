@@ -10,8 +10,8 @@
 
 namespace kalvex {
 
-// y <- scale y + shift, sigma <- scale sigma. A negative scale makes sigma negative.
-void TransformDataset(Dataset& dataset, double scale, double shift);
+// y <- scale y + shift, sigma <- scale sigma. A negative scale makes sigma negative, unless it is kept positive.
+void TransformDataset(Dataset& dataset, double scale, double shift, bool keepsSigmaPositive = false);
 // Sets the cutting range. A limit without a value stays as it is.
 void CutDataset(Dataset& dataset, std::optional<double> xMin, std::optional<double> xMax);
 // y <- y + sigma g with a normal deviate g for each row. The sigma of the rows becomes sigma.

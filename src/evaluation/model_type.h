@@ -111,7 +111,13 @@ struct SlotUse {
   std::uint64_t inputs = kAllInputs;
   std::uint64_t lastIdle = 0;        // cells of a group that have no influence in the last group: bit j for cell j
   std::uint64_t asked = kAllInputs;  // bit s: it depends on Quantity number s of the evaluated partners
+  double period = 0;                 // of an angle: values that differ by it are the same. 0: no period
 };
+// An angle in degrees.
+constexpr SlotUse Angle(double period, SlotUse use) {
+  use.period = period;
+  return use;
+}
 
 // The rows of a type: a head, followed by any number of groups of rows with the same meaning.
 struct RowMap {

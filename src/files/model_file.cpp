@@ -79,7 +79,11 @@ std::string ModelBytes(const Model& model) {
 void AppendValueAndError(std::string& text, const ModelParam& param) {
   AppendFixed(text, param.value);
   text += " \xB1 ";  // the plus-minus sign as one byte, as the readers of these files expect it
-  AppendFixed(text, param.error);
+  if (param.error == kNotDetermined) {
+    text += "not determined";
+  } else {
+    AppendFixed(text, param.error);
+  }
   text += '\n';
 }
 
@@ -113,7 +117,7 @@ std::string TableLineOf(EvalContext& ctx, const Model& model, double totalChiSq,
   line += ' ';
   for (const ModelParam& param : model.rows) {
     field(param.value);
-    field(param.error);
+    field(param.error == kNotDetermined ? std::nan("") : param.error);
   }
   field(ZeroFrequencyWeight(ctx, model));
   return line + '\n';

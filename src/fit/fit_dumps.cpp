@@ -19,7 +19,7 @@ namespace {
 
 void Rebuild(FitState& fit, ParamTables& params, EvalContext& eval) {
   RebuildFitParams(fit, params, eval);
-  RebuildFitPoints(fit, *eval.datasets);
+  RebuildFitPoints(fit, eval);
   ComputeChiSq(fit, eval);
 }
 
@@ -125,7 +125,7 @@ Status WriteQuantityErrorBars(FitState& fit, ParamTables& params, EvalContext& e
     text += ' ';
     for (const double factor : kFactors) {
       dataset->points[i].y = reference[i] * factor;
-      RebuildFitPoints(fit, datasets);
+      RebuildFitPoints(fit, eval);
       ComputeChiSq(fit, eval);
       datasetChanged();
       for (const double value : kAnchorWeights) {

@@ -1,6 +1,9 @@
 #include "fit/fit_lists.h"
 
 #include <algorithm>
+#include <cmath>
+#include <deque>
+#include <iterator>
 #include <set>
 #include <span>
 #include <tuple>
@@ -9,6 +12,7 @@
 #include "datasets/dataset.h"
 #include "evaluation/eval_model.h"
 #include "evaluation/eval_spectrum.h"
+#include "evaluation/model_type.h"
 #include "evaluation/spectrum_kernels.h"
 #include "records/model_table.h"
 
@@ -24,6 +28,10 @@ RowSpan ActiveRowsIn(const Dataset& dataset) {
   const ActiveRows active = ActiveRowsOf(dataset);
   return RowSpan(dataset.points)
       .subspan(static_cast<std::size_t>(active.from), static_cast<std::size_t>(active.to - active.from));
+}
+
+bool IsValid(const DataRow& row) {
+  return std::isfinite(row.x) && std::isfinite(row.y) && std::isfinite(row.sigma) && row.sigma > 0;
 }
 
 // The term whose next row has the lowest frequency; the number of terms if no rows are left.
@@ -79,18 +87,36 @@ TermPoints RoomFor(int term, Quantity quantity, std::size_t count) {
   return points;
 }
 
-FitSpectrum SpectrumOf(const FitState& fit, const DatasetTable& datasets, std::uint32_t modelId) {
+// The period of a Quantity of the model, if it is an angle.
+double PeriodOf(const EvalContext& eval, std::uint32_t modelId, Quantity quantity) {
+  const Model* const model = GetModelByNumber(*eval.params, modelId);
+  const ModelType* const type = model ? TypeOf(eval, *model) : nullptr;
+  if (!type) return 0;
+  const auto use = std::find_if(type->fills.begin(), type->fills.end(),
+                                [&](const SlotUse& slot) { return slot.quantity == quantity; });
+  return use == type->fills.end() ? 0 : use->period;
+}
+
+FitSpectrum SpectrumOf(FitState& fit, const EvalContext& eval, std::uint32_t modelId) {
   FitSpectrum spectrum;
   spectrum.modelId = modelId;
   std::vector<RowSpan> rows;
+  std::deque<std::vector<DataRow>> validRows;
   std::size_t most = 0;
   for (std::size_t t = 0; t < fit.list.terms.size(); ++t) {
     const ChiSqTerm& term = fit.list.terms[t];
-    const Dataset* const dataset = GetDatasetById(datasets, term.datasetId);
+    const Dataset* const dataset = GetDatasetById(*eval.datasets, term.datasetId);
     if (term.modelId != modelId || term.weight == 0 || !dataset) continue;
     rows.push_back(ActiveRowsIn(*dataset));
+    if (fit.options.SkipInvalid && !std::all_of(rows.back().begin(), rows.back().end(), IsValid)) {
+      auto& valid = validRows.emplace_back();
+      std::copy_if(rows.back().begin(), rows.back().end(), std::back_inserter(valid), IsValid);
+      fit.skippedPoints += rows.back().size() - valid.size();
+      rows.back() = valid;
+    }
     most = std::max(most, rows.back().size());
     spectrum.terms.push_back(RoomFor(static_cast<int>(t), dataset->Quantity, rows.back().size()));
+    if (fit.options.WrapAngles) spectrum.terms.back().period = PeriodOf(eval, modelId, dataset->Quantity);
   }
   spectrum.x.reserve(most);
   spectrum.wanted.reserve(most);
@@ -261,12 +287,13 @@ void RemoveChiSqTerm(ChiSqTermList& list, int position) {
 
 void ClearChiSqTerms(ChiSqTermList& list) { list.terms.clear(); }
 
-void RebuildFitPoints(FitState& fit, const DatasetTable& datasets) {
+void RebuildFitPoints(FitState& fit, const EvalContext& eval) {
+  fit.skippedPoints = 0;
   std::set<std::uint32_t> models;
   for (const ChiSqTerm& term : fit.list.terms) models.insert(term.modelId);
   std::vector<FitSpectrum> spectra;
   for (const std::uint32_t modelId : models) {
-    FitSpectrum spectrum = SpectrumOf(fit, datasets, modelId);
+    FitSpectrum spectrum = SpectrumOf(fit, eval, modelId);
     if (!spectrum.x.empty()) spectra.push_back(std::move(spectrum));
   }
   fit.spectra = std::move(spectra);
@@ -298,7 +325,7 @@ void RebuildFitParams(FitState& fit, ParamTables& params, EvalContext& eval) {
 }
 
 void RebuildFitLists(FitState& fit, ParamTables& params, EvalContext& eval) {
-  RebuildFitPoints(fit, *eval.datasets);
+  RebuildFitPoints(fit, eval);
   RebuildFitParams(fit, params, eval);
   ComputeChiSq(fit, eval);
 }
@@ -342,6 +369,14 @@ double ChiSqInBlock(const TermPoints& points, const SpectrumBlock& block) {
   const double* const values = block.Values(points.quantity);
   const double* const y = points.y.data();
   const double* const sigma = points.sigma.data();
+  if (points.period > 0) {
+    double sum = 0;
+    for (std::size_t p = range.first; p < range.end; ++p) {
+      const double r = points.Residual(values[points.at[p]], p);
+      sum += r * r;
+    }
+    return sum;
+  }
   // If the term has a point at each frequency of the block, the positions are known and need not be read from memory.
   const bool everywhere = points.oneEach && range.Count() == block.count;
   if (everywhere || AreSuccessive(points, range)) {

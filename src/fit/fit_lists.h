@@ -17,7 +17,7 @@ void ClearChiSqTerms(ChiSqTermList& list);
 
 // Lists the active rows of every term with a weight other than 0, by model and x. Points of a model within 1e-10 cm-1
 // of the first point at a frequency share that frequency.
-void RebuildFitPoints(FitState& fit, const DatasetTable& datasets);
+void RebuildFitPoints(FitState& fit, const EvalContext& eval);
 std::size_t CountFitPoints(const FitState& fit);
 
 // Collects the adjustable parameters and keeps those that influence a term. The masters of coupling groups come first.

@@ -2,9 +2,11 @@
 //
 //   fit_state.h         FitState: terms, points, parameters, options and the state of a run
 //   fit_lists.h         builds the lists of points and parameters, and computes ChiSq
-//   fit_coordinate.h    limits as a change of variable
+//   bounded_fit.h       least squares within limits, for any problem; bounded_run.h applies it to the spectra
+//   damped_loop.h       the damped loop; fit_coordinate.h has its limits as a change of variable
 //   normal_equations.h  curvature matrix and gradient; block_gradients.h collects the derivatives
-//   run_fit.h           RunFit: the Levenberg-Marquardt iterations and Undo
+//   run_fit.h           RunFit by either method, and Undo; fit_run.h is what the methods share
+//   standard_errors.h   errors, and what the data do not determine
 //   confidence.h, fit_log.h, fit_dumps.h, derivative_test.h   what a fit writes to files
 //
 // Read this header, fit_lists.h and run_fit.h first.
@@ -13,12 +15,14 @@
 // one, and the state of a run.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "core/shared_list.h"
 #include "datasets/quantity.h"
+#include "fit/standard_errors.h"
 #include "records/model.h"
 #include "records/param_place.h"
 
@@ -51,10 +55,18 @@ struct TermPoints {
   int term = 0;
   Quantity quantity = kRefl;
   bool oneEach = true;  // no two points share a frequency of the spectrum
+  double period = 0;    // of an angle: residuals are taken modulo this. 0: no period
   std::vector<double> y;
   std::vector<double> sigma;
   std::vector<std::uint8_t> at;           // index of the frequency in its block of kSpectrumBlock
   std::vector<std::size_t> firstOfBlock;  // the first point of each block; the last entry is the number of points
+
+  // The model's value minus the measured one.
+  double Misfit(double value, std::size_t p) const {
+    const double difference = value - y[p];
+    return period > 0 ? std::remainder(difference, period) : difference;
+  }
+  double Residual(double value, std::size_t p) const { return Misfit(value, p) / sigma[p]; }
 
   bool operator==(const TermPoints&) const = default;
 };
@@ -98,6 +110,12 @@ struct FitOptions {
   double SingularDet = 1e-30;  // stored and shown; the solver has its own criterion
   int ScreenUpdateEvery = 1;   // stored and shown; the screen is updated after every accepted iteration
   double InitialLambda = 0.001;
+  int Method = 1;                  // 1: the damped loop; 2: the bounded fit
+  bool RelativeReduction = false;  // ReductionAmount is a part of ChiSq
+  bool StandardErrors = false;     // computed at the end of each run
+  bool WrapAngles = false;         // residuals of angles are taken modulo their period
+  bool SkipInvalid = false;        // points that are not finite or have no positive sigma take no part
+  bool NeedsWindow = true;         // a run is possible only while the fit window is open
 
   bool operator==(const FitOptions&) const = default;
 };
@@ -106,7 +124,13 @@ struct FitOptions {
 struct FitReport {
   std::string stop;  // the stop rule that ended the run
   double startChiSq = 0;
+  bool converged = false;               // known for method 2 only
   std::vector<int> withoutInfluence;    // masters with a diagonal element of 0 in alpha, if no step could be taken
+  std::vector<int> onLimit;             // masters on a limit, where the slope of ChiSq pushes on
+  double gainLeft = 0;                  // method 1, if the end is doubtful: what a further step promises, of ChiSq
+  std::vector<int> stuckOnLimit;        // method 1: masters on a limit although ChiSq falls inside
+  std::vector<int> movedInside;         // method 2: masters that were outside their limits at the start
+  Determination determination;          // if standard errors were computed
   std::vector<std::string> notWritten;  // files of the run that could not be written
 
   bool operator==(const FitReport&) const = default;
@@ -118,6 +142,8 @@ struct FitState {
   SharedList<FitSpectrum> spectra;  // by model
   SharedList<FitParam> params;      // the masters first
   std::vector<double> startValues;  // values of params before the last run; Undo swaps them with the present ones
+
+  std::size_t skippedPoints = 0;  // by SkipInvalid
 
   int NumFitParams = 0;
   int NumFreeParams = 0;  // number of masters: the size of the matrix

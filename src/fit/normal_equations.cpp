@@ -78,7 +78,7 @@ struct GatherInput {
   const SpectrumBlock& block;
 
   double RootOfWeight(std::size_t p) const { return std::sqrt(2 * term.weight) / std::fabs(points.sigma[p]); }
-  double Misfit(std::size_t p) const { return block.Value(points.quantity, points.at[p]) - points.y[p]; }
+  double Misfit(std::size_t p) const { return points.Misfit(block.Value(points.quantity, points.at[p]), p); }
 };
 
 void GatherOne(const GatherInput& in, std::size_t p, BlockGradients& out) {

@@ -1,4 +1,4 @@
-// The Levenberg-Marquardt iterations. The diagonal of the curvature matrix is multiplied by 1 + Lambda.
+// Runs of the fit, and their undo.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,6 @@ class FitObserver {
   virtual void Poll() {}
 };
 
-inline constexpr double kLambdaFactor = 10.0;
 inline constexpr int kMostIterations = 1000;
 
 // Varies fit.params to minimise TotalChiSq until a stop rule applies. Writes the files that the options demand to the

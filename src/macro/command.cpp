@@ -9,7 +9,10 @@ MacroResult MacroCall::Done(std::string what) {
   return MacroResult::kNext;
 }
 
-MacroResult MacroCall::Nothing(const std::string& why) { return Done("nothing done: " + why); }
+MacroResult MacroCall::Nothing(const std::string& why) {
+  didNothing = true;
+  return Done("nothing done: " + why);
+}
 
 MacroResult MacroCall::Missing(const char* param) { return Nothing(std::string(param) + " is missing"); }
 

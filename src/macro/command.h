@@ -37,14 +37,16 @@ struct MacroSlot {
 };
 using MacroBlock = std::vector<MacroSlot>;  // one slot for each parameter of the command, in the same order
 
-// What the executor does after a statement. Any value above kQuit counts as kStop.
-enum class MacroResult : int { kNext = 0, kBeginLoop = 1, kEndLoop = 2, kStop = 3, kQuit = 4 };
+// What the executor does after a statement. kFail: the macro ends with a fault.
+enum class MacroResult : int { kNext = 0, kBeginLoop = 1, kEndLoop = 2, kStop = 3, kQuit = 4, kFail = 5 };
 
 // One statement during its execution: the desk and session it works on, and the text for verbose output.
 struct MacroCall {
   Desk& desk;
   Session& session;
-  std::string said;
+  std::string said{};
+  bool didNothing = false;              // the statement could not do what it says
+  std::vector<std::string> warnings{};  // lines for standard error, verbose or not
 
   // Each of these ends a handler and sets the verbose text. Done: what was done. Nothing: "nothing done: " and the
   // reason. Missing: a parameter that the command needs is not given. Told: what was done, or why the operation of the

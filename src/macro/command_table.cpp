@@ -79,6 +79,7 @@ constexpr MacroCommand kExtraCommands[] = {
     Command<CloseGraphCommand>("CloseGraph"),
     Command<StepBackCommand>("StepBack"),
     Command<StepForwardCommand>("StepForward"),
+    Command<DefaultsCommand>("Defaults"),
 };
 
 }  // namespace

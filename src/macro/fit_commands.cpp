@@ -1,7 +1,10 @@
 #include "macro/fit_commands.h"
 
+#include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
+#include <span>
 
 #include "core/text.h"
 #include "fit/fit_lists.h"
@@ -33,20 +36,62 @@ std::string PlaceText(const ParamTables& tables, const FitParam& param) {
   return model + " mesh point " + std::to_string(at.nen + 1) + (at.isIm ? " E2" : " E1");
 }
 
+// "model 1 row 1 Wo, model 1 Einf" of indices of fit parameters.
+std::string PlacesText(const Session& session, std::span<const int> params) {
+  std::string text;
+  for (const int i : params) {
+    text += text.empty() ? "" : ", ";
+    text += PlaceText(session.Params(), session.Fit().params[static_cast<std::size_t>(i)]);
+  }
+  return text;
+}
+
+std::string DirectionText(const Session& session, const WeakDirection& direction) {
+  std::string text;
+  for (const WeakDirection::Part& part : direction.parts) {
+    text += (text.empty() ? "" : " and ") + PlacesText(session, std::array{part.param}) +
+            (part.weight > 0 ? " up" : " down");
+  }
+  return text;
+}
+
 std::string Summary(const Session& session, double seconds) {
   const FitState& fit = session.Fit();
   // Without a parameter there was no run, and IterationCount is still that of the previous run.
   const int iterations = fit.NumFitParams < 1 ? 0 : fit.IterationCount;
-  std::string text = std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) + " -> " +
-                     TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";
-  if (fit.report.withoutInfluence.empty()) return text;
-  text += "; parameters without influence on ChiSq at their present values:";
-  const char* separator = " ";
-  for (const int i : fit.report.withoutInfluence) {
-    text += separator + PlaceText(session.Params(), fit.params[static_cast<std::size_t>(i)]);
-    separator = ", ";
+  return std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) + " -> " +
+         TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";
+}
+
+// What a person should know of the end of a run.
+std::vector<std::string> WarningsOf(const Session& session) {
+  const FitState& fit = session.Fit();
+  const FitReport& report = fit.report;
+  std::vector<std::string> warnings;
+  const auto name = [&](const char* what, const std::vector<int>& params) {
+    if (!params.empty()) warnings.push_back(what + PlacesText(session, params));
+  };
+  if (!std::isfinite(fit.TotalChiSq)) warnings.emplace_back("ChiSq is not finite");
+  if (fit.options.Method == 2 && fit.NumFitParams > 0 && !report.converged) {
+    warnings.push_back("the fit ended before a minimum: " + report.stop);
   }
-  return text;
+  constexpr double kNoteworthyGain = 1e-3;
+  if (report.gainLeft > kNoteworthyGain) {
+    warnings.push_back("the fit ended away from a minimum, " + report.stop +
+                       "; FitOptions(Method=2) goes on from here");
+  }
+  if (fit.skippedPoints > 0) {
+    warnings.push_back(std::to_string(fit.skippedPoints) +
+                       " points are left out: they are not finite, or have no positive sigma");
+  }
+  name("started outside of limits and was moved inside: ", report.movedInside);
+  name("on a limit, beyond which ChiSq would fall: ", report.onLimit);
+  name("kept on a limit although ChiSq falls inside, which FitOptions(Method=2) finds: ", report.stuckOnLimit);
+  name("parameters without influence on ChiSq at their present values: ", report.withoutInfluence);
+  for (const WeakDirection& direction : report.determination.undetermined) {
+    warnings.push_back("not determined by these data: " + DirectionText(session, direction) + " together");
+  }
+  return warnings;
 }
 
 }  // namespace
@@ -63,6 +108,7 @@ MacroResult SetExpParamCommand(MacroCall& call, const SetExpParamParams& p) {
   if (!param) return call.Nothing("no experimental parameter has a name that begins with '" + *p.ParamName + "'");
   const Status status = call.session.SetParam(*param, EditOf(p));
   const ModelParam& record = *call.session.FindParam(*param);
+  if (status.Ok()) WarnIfMoved(call, p.Value, record, std::string(NameOf(record)));
   return call.Told(status, std::string(NameOf(record)) + " = " + ParamText(record));
 }
 
@@ -103,6 +149,7 @@ MacroResult FitCommand(MacroCall& call, const FitRunParams& p) {
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   const std::string summary = Summary(session, took.count());
   if (call.desk.macro.progress && !call.desk.macro.verbose) std::fprintf(stderr, "fit: %s\n", summary.c_str());
+  call.warnings = WarningsOf(session);
   return call.Done(summary);
 }
 
@@ -122,6 +169,12 @@ MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p) {
   SetFlagIfGiven(options.CalcConfidence, p.CalcConfidence);
   SetIfGiven(options.DeltaChiSq, p.DeltaChiSq);
   SetFlagIfGiven(options.LogFit, p.LogFit);
+  SetIfGiven(options.Method, p.Method);
+  SetFlagIfGiven(options.RelativeReduction, p.RelativeReduction);
+  SetFlagIfGiven(options.StandardErrors, p.StandardErrors);
+  SetFlagIfGiven(options.WrapAngles, p.WrapAngles);
+  SetFlagIfGiven(options.SkipInvalid, p.SkipInvalid);
+  SetFlagIfGiven(options.NeedsWindow, p.NeedsWindow);
   return call.Told(call.session.SetFitOptions(options), "set");
 }
 

@@ -49,7 +49,8 @@ MacroResult FitCommand(MacroCall& call, const FitRunParams& p);
 
 struct FitOptionsParams {
   std::optional<int> StopOnIterations, MaxIterations, StopOnTime, MaxSeconds, StopOnReduction, ReductionIterations,
-      StopOnLambda, CalcConfidence, LogFit;
+      StopOnLambda, CalcConfidence, LogFit, Method, RelativeReduction, StandardErrors, WrapAngles, SkipInvalid,
+      NeedsWindow;
   std::optional<double> ReductionAmount, MaxLambda, InitialLambda, DeltaChiSq;
   bool operator==(const FitOptionsParams&) const = default;
   static constexpr auto Describe() {
@@ -60,7 +61,10 @@ struct FitOptionsParams {
         Param("StopOnReduction", &P::StopOnReduction), Param("ReductionIterations", &P::ReductionIterations),
         Param("ReductionAmount", &P::ReductionAmount), Param("StopOnLambda", &P::StopOnLambda),
         Param("MaxLambda", &P::MaxLambda), Param("InitialLambda", &P::InitialLambda),
-        Param("CalcConfidence", &P::CalcConfidence), Param("DeltaChiSq", &P::DeltaChiSq), Param("LogFit", &P::LogFit));
+        Param("CalcConfidence", &P::CalcConfidence), Param("DeltaChiSq", &P::DeltaChiSq), Param("LogFit", &P::LogFit),
+        Param("Method", &P::Method), Param("RelativeReduction", &P::RelativeReduction),
+        Param("StandardErrors", &P::StandardErrors), Param("WrapAngles", &P::WrapAngles),
+        Param("SkipInvalid", &P::SkipInvalid), Param("NeedsWindow", &P::NeedsWindow));
   }
 };
 MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p);

@@ -90,8 +90,10 @@ MacroResult SetModelParamCommand(MacroCall& call, const SetModelParamParams& p) 
   }
   edit.told = FlagOf(p.Update).value_or(true);
   if (const Status status = call.session.SetParam(*param, edit); !status.Ok()) return call.Nothing(status.Text());
-  return call.Done(ModelText(model->number) + ' ' + ParamLabel(call.session, *model, *p.ParamName, *param) + " = " +
-                   ParamText(*call.session.FindParam(*param)));
+  const std::string label = ModelText(model->number) + ' ' + ParamLabel(call.session, *model, *p.ParamName, *param);
+  const ModelParam& record = *call.session.FindParam(*param);
+  WarnIfMoved(call, edit.value, record, label);
+  return call.Done(label + " = " + ParamText(record));
 }
 
 MacroResult CopyModelParamCommand(MacroCall& call, const CopyModelParamParams& p) {

@@ -4,6 +4,11 @@
 
 namespace kalvex {
 
+void WarnIfMoved(MacroCall& call, std::optional<double> value, const ModelParam& param, const std::string& label) {
+  if (!value || *value == param.value || (!param.useMin && !param.useMax)) return;
+  call.warnings.push_back(label + ": " + TextG(*value) + " was outside of the limits and became " + TextG(param.value));
+}
+
 std::string ParamText(const ModelParam& param) {
   std::string text = TextG(param.value) + (param.adjustable ? ", free" : ", fixed");
   if (param.useMin) text += ", not below " + TextG(param.min);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "macro/command.h"
 #include "records/model.h"
 #include "session/session.h"
 
@@ -26,6 +27,9 @@ ParamEdit EditOf(const P& p) {
   edit.holdInLimits = true;
   return edit;
 }
+
+// Warns if the parameter does not get the value that the statement gives it, because that is outside of the limits.
+void WarnIfMoved(MacroCall& call, std::optional<double> value, const ModelParam& param, const std::string& label);
 
 // The present fields of the parameter, for verbose output.
 std::string ParamText(const ModelParam& param);

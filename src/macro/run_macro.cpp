@@ -57,19 +57,11 @@ std::optional<Macro> ReadMacro(Desk& desk, std::string_view fileName) {
   return std::nullopt;
 }
 
+bool Calls(const MacroStatement& statement, std::string_view command) { return statement.command->name == command; }
+
 class Executor {
  public:
-  Executor(Desk& desk, const Macro& macro) : desk_(desk), macro_(macro) {
-    if (!desk.macro.verbose) return;
-    std::vector<std::uint32_t> sources;
-    CleanMacro(macro.text, &sources);
-    std::size_t from = 0;
-    int line = 1;
-    for (const MacroStatement& statement : macro.statements) {
-      for (; from < sources[statement.at]; ++from) line += macro.text[from] == '\n';
-      lines_.push_back(line);
-    }
-  }
+  Executor(Desk& desk, const Macro& macro) : desk_(desk), macro_(macro) {}
 
   int Run() {
     while (pc_ < macro_.statements.size()) {
@@ -83,6 +75,8 @@ class Executor {
         case MacroResult::kEndLoop:
           EndLoop();
           break;
+        case MacroResult::kFail:
+          return kMacroFailed;
         case MacroResult::kQuit:
           return kMacroQuit;
         case MacroResult::kStop:
@@ -96,15 +90,56 @@ class Executor {
   MacroResult Execute(const MacroStatement& statement) {
     MacroBlock block = statement.block;
     if (inLoop_) SubstituteLoopValues(*statement.command, desk_.macro.loopRows[loopRow_], block);
-    MacroCall call{desk_, desk_.session, {}};
+    MacroCall call{desk_, desk_.session};
     const MacroResult result = statement.command->run(call, block);
     desk_.session.EndGesture();  // each statement is a step of its own
+    ++desk_.macro.statements;
     if (desk_.macro.verbose) {
-      const std::string said = result == MacroResult::kEndLoop ? EndLoopText() : call.said;
-      std::fprintf(stderr, "%s:%d: %s: %s\n", macro_.fileName.c_str(), lines_[pc_], statement.command->name,
-                   said.c_str());
+      std::string said = result == MacroResult::kEndLoop ? EndLoopText() : call.said;
+      for (const std::string& warning : call.warnings) said += "; " + warning;
+      Say(said);
+    } else {
+      for (const std::string& warning : call.warnings) Say(warning);
     }
-    return result;
+    return call.didNothing ? AfterNothing(call, result) : result;
+  }
+
+  // A line on standard error about the present statement.
+  void Say(const std::string& text) { std::fprintf(stderr, "%s%s\n", PlaceOfStatement().c_str(), text.c_str()); }
+
+  std::string PlaceOfStatement() {
+    if (lines_.empty()) FindLines();
+    return macro_.fileName + ':' + std::to_string(lines_[pc_]) + ": " + macro_.statements[pc_].command->name + ": ";
+  }
+
+  void FindLines() {
+    std::vector<std::uint32_t> sources;
+    CleanMacro(macro_.text, &sources);
+    std::size_t from = 0;
+    int line = 1;
+    for (const MacroStatement& statement : macro_.statements) {
+      for (; from < sources[statement.at]; ++from) line += macro_.text[from] == '\n';
+      lines_.push_back(line);
+    }
+  }
+
+  MacroResult AfterNothing(const MacroCall& call, MacroResult result) {
+    MacroState& state = desk_.macro;
+    ++state.didNothing;
+    if (state.onError == OnError::kGoOn) return result;
+    if (state.onError == OnError::kNextPass && inLoop_) {
+      ++state.failedPasses;
+      if (!state.verbose) Say(call.said);
+      GoToEndOfLoop();
+      return MacroResult::kEndLoop;
+    }
+    state.fault = PlaceOfStatement() + call.said;
+    return MacroResult::kFail;
+  }
+
+  // Without an EndLoop the rest of the macro is the loop.
+  void GoToEndOfLoop() {
+    while (pc_ + 1 < macro_.statements.size() && !Calls(macro_.statements[pc_], "EndLoop")) ++pc_;
   }
 
   // The verbose text of EndLoop. Its handler does not know whether another pass follows.
@@ -149,22 +184,51 @@ class Executor {
 };
 
 bool StepsBack(const Macro& macro) {
-  return std::any_of(macro.statements.begin(), macro.statements.end(), [](const MacroStatement& statement) {
-    return std::string_view(statement.command->name) == "StepBack";
-  });
+  return std::any_of(macro.statements.begin(), macro.statements.end(),
+                     [](const MacroStatement& statement) { return Calls(statement, "StepBack"); });
+}
+
+void TakeOptions(Session& session, const FitOptions& options) {
+  if (!(options == session.Fit().options)) session.SetFitOptions(options).Ignore();
+}
+
+void BeginWith(Desk& desk, Defaults defaults) {
+  desk.macro.onError = OnErrorOf(defaults);
+  TakeOptions(desk.session, WithDefaults(desk.session.Fit().options, defaults));
+}
+
+// One line on what a person would not notice otherwise.
+void TellCounts(const MacroState& state) {
+  const auto tell = [](int count, int of, const char* what) { std::fprintf(stderr, "%d of %d %s\n", count, of, what); };
+  if (state.failedPasses > 0) {
+    tell(state.failedPasses, static_cast<int>(state.loopRows.size()), "passes of the loop failed");
+  } else if (state.didNothing > 0 && state.onError == OnError::kGoOn && !state.verbose) {
+    tell(state.didNothing, state.statements, "statements did nothing: --verbose tells which");
+  }
 }
 
 }  // namespace
 
 int RunMacro(Desk& desk, std::string_view fileName) {
-  if (desk.macro.running) return kMacroAlreadyRunning;
-  desk.macro.running = true;
-  desk.session.EndGesture();
+  MacroState& state = desk.macro;
+  Session& session = desk.session;
+  if (state.running) return kMacroAlreadyRunning;
+  state.running = true;
+  session.EndGesture();
+  const FitOptions before = session.Fit().options;
+  BeginWith(desk, state.defaults);
+  session.EndGesture();
   const std::optional<Macro> macro = ReadMacro(desk, fileName);
-  // Saved steps would take a quarter of the time of a series of small fits.
-  if (macro && desk.macro.endsProgram && !StepsBack(*macro)) desk.session.SetHistoryBound(0);
+  if (state.endsProgram) {
+    session.ForgetHistory();
+    // Saved steps would take a quarter of the time of a series of small fits.
+    if (macro && !StepsBack(*macro)) session.SetHistoryBound(0);
+  }
+  state.statements = state.didNothing = state.failedPasses = 0;
   const int result = macro ? Executor(desk, *macro).Run() : kMacroFailed;
-  desk.macro.running = false;
+  if (result >= 0) TellCounts(state);
+  TakeOptions(session, WithDefaultsOf(session.Fit().options, before));
+  state.running = false;
   return result;
 }
 

@@ -28,8 +28,10 @@ struct Desk;
 
 enum RunMacroResult : int { kMacroEnded = 0, kMacroQuit = 1, kMacroFailed = -1, kMacroAlreadyRunning = -2 };
 
-// Runs the file; the name may be enclosed in double quotes. kMacroQuit: the caller must end the program. kMacroFailed:
-// desk.macro.fault contains the reason; no statement has been executed, unless the fault is in a loop file.
+// Runs the file; the name may be enclosed in double quotes. It begins with the defaults desk.macro.defaults; the
+// present ones return when it has ended. kMacroQuit: the caller must end the program. kMacroFailed: desk.macro.fault
+// contains the reason; no statement has been executed, unless the fault is in a loop file, or errors end the macro
+// (OnError).
 int RunMacro(Desk& desk, std::string_view fileName);
 
 // Reads and parses without running. Returns kMacroEnded or kMacroFailed.

@@ -1,6 +1,8 @@
 #include "macro/tool_commands.h"
 
-#include "session/session.h"
+#include <map>
+
+#include "windows/desk.h"
 
 namespace kalvex {
 namespace {
@@ -34,6 +36,22 @@ MacroResult TestQuantityDerivativesCommand(MacroCall& call, const NoParams&) {
 
 MacroResult WriteGapTableCommand(MacroCall& call, const NoParams&) {
   return call.Told(call.session.WriteGapTable(), "written to 'Tab.dat'");
+}
+
+MacroResult DefaultsCommand(MacroCall& call, const DefaultsParams& p) {
+  static const std::map<std::string, OnError> kAnswers = {
+      {"go on", OnError::kGoOn}, {"stop", OnError::kStop}, {"next", OnError::kNextPass}};
+  if (!p.Level && !p.OnError) return call.Missing("Level");
+  const auto answer = kAnswers.find(p.OnError.value_or("stop"));
+  if (answer == kAnswers.end()) return call.Nothing("OnError should be 'stop', 'next' or 'go on'");
+  if (p.Level && *p.Level != 1 && *p.Level != 2) return call.Nothing("Level should be 1 or 2");
+  if (p.Level) {
+    const Status status = call.session.SetDefaults(Defaults{*p.Level});
+    if (!status.Ok()) return call.Told(status, {});
+    call.desk.macro.onError = OnErrorOf(Defaults{*p.Level});
+  }
+  if (p.OnError) call.desk.macro.onError = answer->second;
+  return call.Done("set");
 }
 
 MacroResult StepBackCommand(MacroCall& call, const NoParams&) {

@@ -17,7 +17,28 @@ std::uint32_t NumberOf(long long number) {
 
 }  // namespace
 
-Session::Session(Platform& platform, int threads) : platform_(&platform), pool_(threads) {
+FitOptions WithDefaultsOf(FitOptions options, const FitOptions& from) {
+  options.Method = from.Method;
+  options.RelativeReduction = from.RelativeReduction;
+  options.StandardErrors = from.StandardErrors;
+  options.WrapAngles = from.WrapAngles;
+  options.SkipInvalid = from.SkipInvalid;
+  options.NeedsWindow = from.NeedsWindow;
+  return options;
+}
+
+FitOptions WithDefaults(FitOptions options, Defaults defaults) {
+  FitOptions from;
+  if (defaults == Defaults::kPresent) {
+    from.Method = 2;
+    from.RelativeReduction = from.StandardErrors = from.WrapAngles = from.SkipInvalid = true;
+    from.NeedsWindow = false;
+  }
+  return WithDefaultsOf(options, from);
+}
+
+Session::Session(Platform& platform, int threads, Defaults defaults) : platform_(&platform), pool_(threads) {
+  tables_.fit.options = WithDefaults(tables_.fit.options, defaults);
   SeedNoise(tables_.noise, static_cast<std::uint32_t>(platform.ClockSeconds()));
   tables_.params.ExpParams = DefaultExpParams();
   eval_.params = &tables_.params;

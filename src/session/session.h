@@ -94,11 +94,22 @@ struct GraphEdit {
   std::optional<bool> showFitted;
 };
 
+// What is done where a macro or a person does not say otherwise. Each part is a setting by itself, and FitOptions sets
+// it.
+enum class Defaults : int {
+  kFormer = 1,   // macros written before there was a choice give the same files as ever
+  kPresent = 2,  // the bounded fit, standard errors, relative stop rules; a fit needs no window
+};
+
+// The options, with those in which the defaults differ set to the defaults, or to their values in `from`.
+FitOptions WithDefaults(FitOptions options, Defaults defaults);
+FitOptions WithDefaultsOf(FitOptions options, const FitOptions& from);
+
 class Session {
  public:
   // threads: number of threads for computing. The noise is seeded with the platform's clock. The platform must outlive
   // the session, or be replaced before it is destroyed.
-  explicit Session(Platform& platform, int threads = 1);
+  explicit Session(Platform& platform, int threads = 1, Defaults defaults = Defaults::kPresent);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
@@ -142,7 +153,8 @@ class Session {
   // Removes its curves from the graphs, and its terms from the fit if FitFollows. An empty slot is not a failure.
   Status UnloadDataset(int slot);
   Status UnloadAllDatasets();  // one step of the history
-  // y becomes scale y + shift, sigma becomes scale sigma.
+  // y becomes scale y + shift, sigma becomes scale sigma, or |scale| sigma where points without a positive sigma are
+  // left out of the fit.
   Status TransformDataset(int slot, double scale, double shift);
   // Adds a normal deviate of width sigma to each y; sigma becomes the error bar of each row. Removes the dataset's
   // terms from the fit if FitFollows.
@@ -215,6 +227,8 @@ class Session {
   Status RemoveTerms(std::span<const int> ids);
   Status WeighTerms(std::span<const int> ids, double weight);
   Status SetFitOptions(const FitOptions& options);
+  // Sets every option that the defaults differ in.
+  Status SetDefaults(Defaults defaults);
   // During a run it stops that run and succeeds. kNothingToDo if the fit is not open. Fit().report contains the reason
   // why a run ended.
   Status RunFit(const FitRequest& request);
@@ -274,6 +288,7 @@ class Session {
   void EndGesture() { history_.EndGesture(); }
   const History& GetHistory() const { return history_; }
   void SetHistoryBound(std::size_t bytes) { history_.SetBound(bytes); }
+  void ForgetHistory() { history_ = History(); }
 
  private:
   friend struct SessionAccess;  // for tests, which fill the tables directly
@@ -303,6 +318,7 @@ class Session {
   void TellGraphs(GraphEvent event, std::int64_t id);
   void TellFitOfDataset();
   void TellFitOfParams();
+  void TakeFitOptions(const FitOptions& options);
   void DropTermsIf(const std::function<bool(const ChiSqTerm&)>& isGone);
   void RebuildTerms();
   void RebuildParams(bool compute);

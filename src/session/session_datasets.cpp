@@ -112,7 +112,7 @@ Status Session::TransformDataset(int slot, double scale, double shift) {
   if (!dataset) return NoSuchSlot(slot);
   const auto statement = Statement("TransformDataset").Int("DatasetNo", slot).Real("Scale", scale).Real("Shift", shift);
   return Do({"scale " + SlotText(slot), statement.Done(), {}, kOnDatasets | kOnFit}, Pieces().Dataset(slot - 1), [&] {
-    kalvex::TransformDataset(*dataset, scale, shift);
+    kalvex::TransformDataset(*dataset, scale, shift, tables_.fit.options.SkipInvalid);
     TellGraphs(GraphEvent::kDatasetChanged, dataset->id);
     TellFitOfDataset();
     Tell(ChangeKind::kDatasetChanged, dataset->id, slot);

@@ -27,7 +27,11 @@ std::string OptionsStatement(const FitOptions& options, const FitOptions& presen
   statement.RefuseIf(options.StopOnOutOfRange != present.StopOnOutOfRange);
   statement.RefuseIf(options.SingularDet != present.SingularDet);
   statement.RefuseIf(options.ScreenUpdateEvery != present.ScreenUpdateEvery);
-  return statement.Int("LogFit", options.LogFit).Done();
+  statement.Int("LogFit", options.LogFit).Int("Method", options.Method);
+  statement.Int("RelativeReduction", options.RelativeReduction).Int("StandardErrors", options.StandardErrors);
+  statement.Int("WrapAngles", options.WrapAngles).Int("SkipInvalid", options.SkipInvalid);
+  statement.Int("NeedsWindow", options.NeedsWindow);
+  return statement.Done();
 }
 
 // A run may change values in every model, through coupling too.
@@ -80,7 +84,7 @@ void Session::RebuildTerms() {
 void Session::TellFitOfDataset() {
   if (!tables_.fitFollows) return;
   RebuildFitParams(tables_.fit, tables_.params, eval_);
-  RebuildFitPoints(tables_.fit, tables_.datasets);
+  RebuildFitPoints(tables_.fit, eval_);
   ComputeChiSq(tables_.fit, eval_);
   Tell(ChangeKind::kFitValues);
 }
@@ -198,25 +202,47 @@ Status Session::WeighTerms(std::span<const int> ids, double weight) {
 }
 
 Status Session::SetFitOptions(const FitOptions& options) {
+  if (options.Method != 1 && options.Method != 2) {
+    return {StatusCode::kBadArgument, "Method should be 1, the damped loop, or 2, the bounded fit"};
+  }
   return Do({"set options of the fit", OptionsStatement(options, tables_.fit.options), {}, kOnFit}, Pieces().Fit(),
             [&] {
-              tables_.fit.options = options;
-              Tell(ChangeKind::kFitOptions);
+              TakeFitOptions(options);
               return Status();
             });
+}
+
+void Session::TakeFitOptions(const FitOptions& options) {
+  FitOptions& present = tables_.fit.options;
+  const bool samePoints = options.WrapAngles == present.WrapAngles && options.SkipInvalid == present.SkipInvalid;
+  present = options;
+  if (!samePoints) {
+    RebuildFitPoints(tables_.fit, eval_);
+    ComputeChiSq(tables_.fit, eval_);
+  }
+  Tell(ChangeKind::kFitOptions);
+}
+
+Status Session::SetDefaults(Defaults defaults) {
+  const auto statement = Statement("Defaults").Int("Level", static_cast<int>(defaults));
+  return Do({"set defaults", statement.Done(), {}, kOnFit}, Pieces().Fit(), [&] {
+    TakeFitOptions(WithDefaults(tables_.fit.options, defaults));
+    return Status();
+  });
 }
 
 // ---- runs
 
 Status Session::RunFit(const FitRequest& request) {
   if (tables_.fit.FitRunning) return StopFit(), Status();
-  if (!tables_.fitFollows) {
+  if (!tables_.fitFollows && tables_.fit.options.NeedsWindow) {
     return {StatusCode::kNothingToDo, "the fit window is not open; WindowFit() opens it"};
   }
   Statement statement("Fit");
   statement.Int("NumIters", request.iterations);
   return Do(OnFit("fit", statement.Done()), AllValues(tables_.params), [&] {
     FitState& fit = tables_.fit;
+    if (!tables_.fitFollows) RebuildFitLists(fit, tables_.params, eval_);
     const FitOptions before = fit.options;
     if (request.iterations) {
       fit.options.MaxIterations = *request.iterations;

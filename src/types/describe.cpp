@@ -96,7 +96,7 @@ void AppendFills(const ModelType& type, std::string& text) {
   text += "| number | `Quantity` | holds |\n|---|---|---|\n";
   for (const SlotUse& slot : type.fills) {
     text += "| " + std::to_string(NumberOf(slot.quantity)) + " | " + NamesOf(slot.quantity).shortName + " | " +
-            slot.meaning + " |\n";
+            slot.meaning + (slot.period > 0 ? "; period " + TextG(slot.period) : "") + " |\n";
   }
   text += "\nThe other Quantities are 0.\n";
 }

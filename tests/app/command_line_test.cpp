@@ -218,7 +218,7 @@ TEST_F(CommandLines, SuspendGoesOnAtOnceAndMessagesGoToStandardError) {
   const ProgramRun ran = With({"m.kvs"});
   EXPECT_EQ(ran.status, 0);
   EXPECT_EQ(ran.out, "end\n");
-  EXPECT_EQ(ran.err, "Error: Cannot open master file.\n");
+  EXPECT_EQ(ran.err, "Error: Cannot open master file.\n1 of 4 statements did nothing: --verbose tells which\n");
 }
 
 }  // namespace

@@ -69,8 +69,12 @@ TEST_F(ExpParamCommands, EveryFieldIsSet) {
 
 TEST_F(ExpParamCommands, TheValueMeetsTheOldLimitsFirstAndTheNewOnesThen) {
   const std::string limited = Set("Angle", "MaxLimit=85,MaxOn=1");
-  EXPECT_EQ(SaidLast(limited + Set("Angle", "Value=89,MaxLimit=90")), "Angle of incidence = 85, fixed, not above 90");
-  EXPECT_EQ(SaidLast(Set("Angle", "Value=89,MaxLimit=70,MaxOn=1")), "Angle of incidence = 70, fixed, not above 70");
+  EXPECT_EQ(
+      SaidLast(limited + Set("Angle", "Value=89,MaxLimit=90")),
+      "Angle of incidence = 85, fixed, not above 90; Angle of incidence: 89 was outside of the limits and became 85");
+  EXPECT_EQ(
+      SaidLast(Set("Angle", "Value=89,MaxLimit=70,MaxOn=1")),
+      "Angle of incidence = 70, fixed, not above 70; Angle of incidence: 89 was outside of the limits and became 70");
   EXPECT_EQ(SaidLast(Set("Angle", "MinLimit=82,MinOn=1")), "Angle of incidence = 82, fixed, not below 82");
 }
 

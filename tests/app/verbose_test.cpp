@@ -40,11 +40,14 @@ TEST_F(Verbose, EveryCommandSaysSomethingOnALineOfItsOwn) {
   }
 }
 
-TEST_F(Verbose, WithoutItNothingIsSaid) {
+TEST_F(Verbose, WithoutItOneLineCountsTheStatementsThatDidNothing) {
   folder.Write("m.kvs", "NewModel();SaveModel(ModelNo=9);NewGraph();AddNoise();Fit();");
   const ProgramRun quiet = RunProgram(folder, {"m.kvs"});
   EXPECT_EQ(quiet.status, 0);
-  EXPECT_EQ(quiet.out + quiet.err, "");
+  EXPECT_EQ(quiet.out + quiet.err, "3 of 5 statements did nothing: --verbose tells which\n");
+  folder.Write("m.kvs", "NewModel();NewGraph();");
+  const ProgramRun silent = RunProgram(folder, {"m.kvs"});
+  EXPECT_EQ(silent.out + silent.err, "");
 }
 
 TEST_F(Verbose, RowsOfASpecialModelAreCalledByWhatTheyMean) {

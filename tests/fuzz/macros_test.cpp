@@ -38,7 +38,7 @@ TEST(DamagedMacros, StatementsWithAnyNumbersRun) {
     folder.Write("numbers.kvs", damaged);
     folder.Write("ten.dat", "1 .1\n2 .2\n3 .3\n4 .4\n5 .5\n6 .6\n7 .7\n8 .8\n9 .9\n10 1\n");
     TestPlatform platform;
-    Session session(platform);
+    Session session(platform, 1, Defaults::kFormer);
     Desk desk(session);
     DatasetSource source;
     source.MasterFile = "ten.dat";

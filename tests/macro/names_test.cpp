@@ -72,7 +72,8 @@ constexpr Signature kOwn[] = {
     {"SetDatasetQuantity", "DatasetNo:i Quantity:10 Update:i"},
     {"FitOptions",
      "StopOnIterations:i MaxIterations:i StopOnTime:i MaxSeconds:i StopOnReduction:i ReductionIterations:i "
-     "ReductionAmount:r StopOnLambda:i MaxLambda:r InitialLambda:r CalcConfidence:i DeltaChiSq:r LogFit:i"},
+     "ReductionAmount:r StopOnLambda:i MaxLambda:r InitialLambda:r CalcConfidence:i DeltaChiSq:r LogFit:i "
+     "Method:i RelativeReduction:i StandardErrors:i WrapAngles:i SkipInvalid:i NeedsWindow:i"},
     {"UndoFit", ""},
     {"QuantityErrorBars", ""},
     {"DumpDerivatives", ""},
@@ -93,6 +94,7 @@ constexpr Signature kOwn[] = {
     {"CloseGraph", "GraphNo:i"},
     {"StepBack", ""},
     {"StepForward", ""},
+    {"Defaults", "Level:i OnError:20"},
 };
 
 const std::span<const Signature> kTables[] = {kFormat, kOwn};

@@ -94,7 +94,7 @@ class Datasets : public testing::Test {
   ScratchFolder folder;
   InFolder inside{folder.Name()};
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
   Ears ears{session};
   DatasetSource source;
   std::uint32_t model = 0, graph = 0;

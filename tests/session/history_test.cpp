@@ -18,7 +18,7 @@ class HistoryOfAPerson : public testing::TestWithParam<unsigned> {
   ScratchFolder folder;
   InFolder inside{folder.Name()};
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
 };
 
 TEST_P(HistoryOfAPerson, AllStepsBackAndAllForwardLeadThroughTheSameStatesToTheLastBit) {

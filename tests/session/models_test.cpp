@@ -20,7 +20,7 @@ class Models : public testing::Test {
   ScratchFolder folder;
   InFolder inside{folder.Name()};
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
   std::uint32_t number;
 };
 

@@ -50,7 +50,7 @@ class Sessions : public testing::Test {
   ScratchFolder folder;
   InFolder inside{folder.Name()};
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
   Ears ears;
 };
 

@@ -123,7 +123,7 @@ class Statements : public testing::TestWithParam<unsigned> {
 
   ScratchFolder folder, again;
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
   Notebook notebook{session};
 };
 
@@ -142,7 +142,7 @@ TEST_P(Statements, AsAMacroLeadAFreshSessionThroughTheSameStatesToTheSameFiles) 
 
   const InFolder inside(again.Name());
   TestPlatform other;
-  Session fresh(other);
+  Session fresh(other, 1, Defaults::kFormer);
   Desk desk(fresh);
   const Notebook replay(fresh);
   ASSERT_EQ(RunMacro(desk, "m.kvs"), kMacroEnded) << desk.macro.fault;
@@ -173,7 +173,7 @@ TEST(UnspokenOperations, AllOccur) {
     const InFolder inside(folder.Name());
     folder.Write(kSpectrumFile, SpectrumText());
     TestPlatform platform;
-    Session session(platform);
+    Session session(platform, 1, Defaults::kFormer);
     const Notebook notebook(session);
     Person person(session, seed);
     for (int i = 0; i < 400; ++i) person.DoSomething();

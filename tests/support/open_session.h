@@ -15,7 +15,7 @@ struct SessionAccess {
 
 struct OpenSession {
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
   ParamTables& params = SessionAccess::Tables(session).params;
   DatasetTable& datasets = SessionAccess::Tables(session).datasets;
   FitState& fit = SessionAccess::Tables(session).fit;

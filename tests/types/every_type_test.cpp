@@ -323,7 +323,7 @@ TEST_P(EveryFittedType, IsFittedBackFromPerturbedParameters) {
     ++slot;
   }
   for (ModelParam& param : s.program.params.ExpParams) param.adjustable = 0;
-  RebuildFitPoints(fit, s.program.datasets);
+  RebuildFitPoints(fit, s.program.eval);
   RebuildFitParams(fit, s.program.params, s.program.eval);
   ASSERT_GT(fit.NumFitParams, 0);
   for (std::size_t i = 0; i < fit.params.size(); ++i) {

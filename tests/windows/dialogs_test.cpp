@@ -30,7 +30,7 @@ TEST_F(FileDialogs, AddTheExtensionToANameThatIsSavedWithoutOne) {
 
 TEST(FileDialogsWithoutAScreen, AreCancelled) {
   HeadlessPlatform platform;
-  Session session(platform);
+  Session session(platform, 1, Defaults::kFormer);
   Desk desk(session);
   desk.fileFolder = "kept/";
   EXPECT_FALSE(AskFile(desk, texts::kBrowseFile).has_value());

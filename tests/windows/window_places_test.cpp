@@ -10,7 +10,7 @@ namespace {
 class WindowPlaces : public testing::Test {
  protected:
   TestPlatform platform;
-  Session session{platform};
+  Session session{platform, 1, Defaults::kFormer};
   Desk desk{session};
 };
 

@@ -42,7 +42,7 @@ struct OrthorhombicSample {
   static constexpr SlotUse kFills[] = {{kRp, "p-reflectivity"},
                                        {kRs, "s-reflectivity"},
                                        {kE1, "Psi, degrees"},
-                                       {kE2, "Delta, degrees"},
+                                       Angle(360, {kE2, "Delta, degrees"}),
                                        {kS1, "(|rho|^2 - tan^2 P)/(|rho|^2 + tan^2 P)"},
                                        {kS2, "2 Re rho tan P/(|rho|^2 + tan^2 P)"},
                                        {kN1, "pseudo dielectric function, real part"},
@@ -103,7 +103,7 @@ struct DiffOrthoSample {
   static constexpr SlotUse kFills[] = {{kRp, "change of the p-reflectivity"},
                                        {kRs, "change of the s-reflectivity"},
                                        {kE1, "change of Psi, degrees"},
-                                       {kE2, "change of Delta, degrees"},
+                                       Angle(360, {kE2, "change of Delta, degrees"}),
                                        {kS1, "change of (|rho|^2 - tan^2 P)/(|rho|^2 + tan^2 P)"},
                                        {kS2, "change of 2 Re rho tan P/(|rho|^2 + tan^2 P)"},
                                        {kN1, "change of the pseudo dielectric function, real part"},
@@ -194,7 +194,7 @@ struct OrthoTwoLayers : FilmOnCrystal {
 
 struct FilmSubstrateEllips : FilmOnCrystal {
   static constexpr SlotUse kFills[] = {{kE1, "Psi, degrees"},
-                                       {kE2, "Delta, degrees"},
+                                       Angle(360, {kE2, "Delta, degrees"}),
                                        {kS1, "(|rho|^2 - tan^2 P)/(|rho|^2 + tan^2 P)"},
                                        {kS2, "2 Re rho tan P/(|rho|^2 + tan^2 P)"},
                                        {kN1, "pseudo dielectric function, real part"},

@@ -87,7 +87,7 @@ struct Faraday {
                                        {kN1, "Re i x (1 - eps0)/(4 pi)"},
                                        {kN2, "Im i x (1 - eps0)/(4 pi)"},
                                        {kDepth, "(|A+| - |A-|)^2/(4 |A0|^2)"},
-                                       {kLoss, "arg A- - arg A+ + 90 degrees, degrees"},
+                                       Angle(360, {kLoss, "arg A- - arg A+ + 90 degrees, degrees"}),
                                        {kDefringed, "transmission relative to that without field"}};
 
   template <class T>

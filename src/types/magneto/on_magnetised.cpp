@@ -43,7 +43,7 @@ struct LayersInField {
                                        {kRps, "reflectivity of +", kNoSlab},
                                        {kE1, "Faraday rotation, radians", kNoSlab},
                                        {kE2, "Faraday ellipticity", kNoSlab},
-                                       {kS1, "Faraday rotation, degrees", kNoSlab},
+                                       Angle(180, {kS1, "Faraday rotation, degrees", kNoSlab}),
                                        {kS2, "absorption 1 - R - T"},
                                        {kDefringed, "reflectivity of -", kNoSlab}};
 

@@ -129,7 +129,7 @@ struct FilmSubstrate {
       {kS1, "Re t, relative to the empty path", kNormal},
       {kS2, "Im t, relative to the empty path", kNormal},
       {kN1, "Psi, degrees", kAllInputs, kSubstrateThickness},
-      {kN2, "Delta, degrees", kAllInputs, kSubstrateThickness},
+      Angle(360, {kN2, "Delta, degrees", kAllInputs, kSubstrateThickness}),
       {kDepth, "phase of t including whole turns, radians", kNormal},
       {kLoss, "1 - R - T", kNormal}};
 
@@ -175,7 +175,7 @@ struct FilmSubstrateBeam {
       {kS1, "Re t, relative to the empty path", kNormal},
       {kS2, "Im t, relative to the empty path", kNormal},
       {kN1, "Psi, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
-      {kN2, "Delta, degrees, averaged over the angles", kAllInputs, kSubstrateThickness},
+      Angle(360, {kN2, "Delta, degrees, averaged over the angles", kAllInputs, kSubstrateThickness}),
       {kDepth, "phase of t including whole turns, radians", kNormal},
       {kLoss, "1 - R - T", kNormal}};
 

@@ -24,7 +24,7 @@ namespace kalvex {
 class OnScreen : public testing::Test {
  protected:
   // threads: number of threads for computing.
-  explicit OnScreen(int threads = 1) : inside(folder.Name()), session(headless, threads) {
+  explicit OnScreen(int threads = 1) : inside(folder.Name()), session(headless, threads, Defaults::kFormer) {
     session.UsePlatform(platform);
   }
   ~OnScreen() override {

@@ -1,0 +1,14 @@
+// Method 1: the Levenberg-Marquardt loop that multiplies the diagonal of the curvature matrix by 1 + Lambda. Limits are
+// a change of variable (fit_coordinate.h).
+#pragma once
+
+#include "fit/fit_run.h"
+
+namespace kalvex {
+
+inline constexpr double kLambdaFactor = 10.0;
+
+// Iterates until a stop rule applies. Returns its text.
+const char* RunDampedLoop(FitRun& run);
+
+}  // namespace kalvex
