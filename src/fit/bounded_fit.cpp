@@ -53,6 +53,7 @@ class Minimiser {
         step_(x.size()),
         target_(x.size()),
         trial_(x.size()),
+        before_(x.size()),
         right_(x.size()) {}
 
   // `before` holds the counts of an earlier attempt.
@@ -61,12 +62,14 @@ class Minimiser {
     result_.sums = before.sums;
     for (std::size_t i = 0; i < x_.size(); ++i) x_[i] = std::clamp(x_[i], lower_[i], upper_[i]);
     Linearise();
-    result_.startSum = here_.sum;
+    result_.startSum = sum_;
     result_.end = IsFinite(here_) ? Iterate(goesOn) : BoundedFitEnd::kStartNotFinite;
-    result_.sum = here_.sum;
-    for (const Hold hold : hold_) {
-      result_.onLimit.push_back(hold == Hold::kOnLimit);
-      result_.noInfluence.push_back(hold == Hold::kNoInfluence);
+    result_.sum = sum_;
+    for (std::size_t i = 0; i < x_.size(); ++i) {
+      // The derivatives at the end of the last step are not known. What the step ended on, it was pushed to.
+      const bool endsThere = !isLinearised_ && hold_[i] == Hold::kFree && ends_[i];
+      result_.onLimit.push_back(hold_[i] == Hold::kOnLimit || endsThere);
+      result_.noInfluence.push_back(hold_[i] == Hold::kNoInfluence);
     }
     return std::move(result_);
   }
@@ -74,11 +77,24 @@ class Minimiser {
  private:
   void Linearise() {
     here_ = problem_.LineariseAt(x_);
+    sum_ = here_.sum;
+    isLinearised_ = result_.endsAtX = true;
     for (std::size_t i = 0; i < x_.size(); ++i) diagonal_[i] = here_.curvature(i, i);
     for (std::size_t i = 0; i < x_.size(); ++i) {
       scale_[i] = std::max(diagonal_[i], scaling_.memory * scaling_.memory * scale_[i]);
     }
     FindHeld();
+  }
+
+  // Goes back to the last point if the derivatives at the present one are not finite.
+  void LineariseOrGoBack() {
+    const std::vector<double> scaleBefore = scale_;
+    Linearise();
+    if (IsFinite(here_)) return;
+    std::copy(before_.begin(), before_.end(), x_.begin());
+    scale_ = scaleBefore;
+    lambda_ *= 10;
+    Linearise();
   }
 
   void FindHeld() {
@@ -176,15 +192,16 @@ class Minimiser {
   BoundedFitEnd Iterate(const Observer& goesOn) {
     std::vector<double> sums;
     while (true) {
-      sums.push_back(here_.sum);
-      if (!Any(Hold::kFree) && !Any(Hold::kOnLimit)) return BoundedFitEnd::kNothingFree;
-      if (here_.sum == 0 || LargestSlope() <= options_.leastSlope) return BoundedFitEnd::kGradient;
       if (result_.iterations >= options_.mostIterations) return BoundedFitEnd::kTooManyIterations;
+      if (!isLinearised_) LineariseOrGoBack();
+      sums.push_back(sum_);
+      if (!Any(Hold::kFree) && !Any(Hold::kOnLimit)) return BoundedFitEnd::kNothingFree;
+      if (sum_ == 0 || LargestSlope() <= options_.leastSlope) return BoundedFitEnd::kGradient;
       if (IsStalled(sums)) return BoundedFitEnd::kStalled;
       const Attempt attempt = TakeStep();
       if (!attempt.taken) return attempt.end;
       ++result_.iterations;
-      if (!goesOn({result_.iterations, sums.back(), here_.sum, lambda_})) return BoundedFitEnd::kStopped;
+      if (!goesOn({result_.iterations, sums.back(), sum_, lambda_})) return BoundedFitEnd::kStopped;
       if (attempt.isLast) return attempt.end;
     }
   }
@@ -211,8 +228,8 @@ class Minimiser {
       const double predicted = PredictedGain();
       if (!(predicted >= 0)) continue;
       const bool near = lambda_ <= kMostLambdaOfConvergence;
-      const bool noGain = predicted <= options_.leastGain * here_.sum, isSmall = IsSmallStep();
-      const bool isRounding = predicted <= kRoundingOfSum * here_.sum;
+      const bool noGain = predicted <= options_.leastGain * sum_, isSmall = IsSmallStep();
+      const bool isRounding = predicted <= kRoundingOfSum * sum_;
       if (TryStep(predicted, isRounding)) {
         return {true, near && (noGain || isSmall), noGain ? BoundedFitEnd::kGain : BoundedFitEnd::kStep};
       }
@@ -224,28 +241,20 @@ class Minimiser {
   bool TryStep(double predicted, bool isRounding) {
     for (std::size_t i = 0; i < x_.size(); ++i) trial_[i] = std::clamp(x_[i] + step_[i], lower_[i], upper_[i]);
     ++result_.sums;
+    result_.endsAtX = false;
     const double sum = problem_.SumAt(trial_);
     if (!std::isfinite(sum)) return false;
-    const double ratio = (here_.sum - sum) / predicted;
-    if (isRounding ? sum > here_.sum * (1 + kRoundingOfSum) : !(ratio > kLeastGainRatio)) return false;
-    if (!MoveTo(trial_)) return false;
+    const double ratio = (sum_ - sum) / predicted;
+    if (isRounding ? sum > sum_ * (1 + kRoundingOfSum) : !(ratio > kLeastGainRatio)) return false;
+    std::copy(x_.begin(), x_.end(), before_.begin());
+    std::copy(trial_.begin(), trial_.end(), x_.begin());
+    sum_ = sum;
+    result_.endsAtX = true;
+    isLinearised_ = false;
     // Nielsen's rule: a ratio of 1 divides Lambda by 3, of 1/2 keeps it.
     const double q = 2 * ratio - 1;
     lambda_ = std::max(kLeastLambda, lambda_ * (isRounding ? 0.1 : std::max(1.0 / 3, 1 - q * q * q)));
     return true;
-  }
-
-  // False, and nothing is moved, if the derivatives at the point are not finite.
-  bool MoveTo(std::span<const double> point) {
-    const std::vector<double> before(x_.begin(), x_.end());
-    const std::vector<double> scaleBefore = scale_;
-    std::copy(point.begin(), point.end(), x_.begin());
-    Linearise();
-    if (IsFinite(here_)) return true;
-    std::copy(before.begin(), before.end(), x_.begin());
-    scale_ = scaleBefore;
-    Linearise();
-    return false;
   }
 
   LeastSquares& problem_;
@@ -254,10 +263,12 @@ class Minimiser {
   std::span<const double> lower_, upper_;
   const BoundedFitOptions& options_;
   double lambda_;
+  double sum_ = 0;             // at x
+  bool isLinearised_ = false;  // here_ is that of x
   LeastSquares::Linearised here_;
   std::vector<double> scale_, diagonal_;
   std::vector<Hold> hold_;
-  std::vector<double> step_, target_, trial_, right_;
+  std::vector<double> step_, target_, trial_, before_, right_;
   std::vector<char> ends_ = std::vector<char>(x_.size());  // the unknown is held, or its step ends on a limit
   BandFactor factor_;
   BoundedFitResult result_;
@@ -274,13 +285,14 @@ BoundedFitResult FitWithinLimits(LeastSquares& problem, std::span<double> x, std
                                  std::span<const double> upper, const BoundedFitOptions& options,
                                  const Observer& goesOn) {
   const std::vector<double> start(x.begin(), x.end());
-  const BoundedFitResult first = Minimiser(problem, x, lower, upper, options, kCautious).Run(goesOn);
+  BoundedFitResult first = Minimiser(problem, x, lower, upper, options, kCautious).Run(goesOn);
   if (first.end != BoundedFitEnd::kStalled && first.end != BoundedFitEnd::kNoBetterPoint) return first;
   std::vector<double> other = start;
   BoundedFitResult second = Minimiser(problem, other, lower, upper, options, kBold).Run(goesOn, first);
   const bool isBetter = second.sum < first.sum;
   if (isBetter) std::copy(other.begin(), other.end(), x.begin());
   BoundedFitResult result = isBetter ? second : first;
+  result.endsAtX = isBetter && second.endsAtX;
   result.iterations = second.iterations;
   result.sums = second.sums;
   return result;

@@ -83,6 +83,7 @@ struct BoundedFitResult {
   int sums = 0;        // calls of SumAt
   double startSum = 0;
   double sum = 0;
+  bool endsAtX = false;           // the last evaluation of the problem was at the best point
   std::vector<char> onLimit;      // the unknown stands on a limit, and its gradient pushes on
   std::vector<char> noInfluence;  // the curvature of the unknown is 0
 };

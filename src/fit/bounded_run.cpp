@@ -117,8 +117,7 @@ const char* RunBounded(FitRun& run) {
         if (!why) why = UserStops(run);
         return why == nullptr;
       });
-  // The last evaluation was perhaps that of a step that was refused.
-  problem.SumAt(x);
+  if (!result.endsAtX) problem.SumAt(x);
   NoteEnds(run, result);
   if (why) return why;
   return result.end == BoundedFitEnd::kTooManyIterations && run.fit.options.StopOnIterations ? "number of iterations"

@@ -88,11 +88,14 @@ void SetStandardErrors(FitRun& run) {
   LineariseInValues(run);
   const SquareMatrix alpha = run.equations.Alpha();
   std::vector<char> counts;
+  run.fit.report.onLimit.clear();
   for (std::size_t i = 0; i < run.Masters(); ++i) {
     const bool isFinite =
         std::isfinite(run.equations.beta[i]) &&
         std::all_of(alpha.Row(i) + i, alpha.Row(i) + alpha.size, [](double a) { return std::isfinite(a); });
-    counts.push_back(isFinite && !IsHeld(run.CellOf(i), run.equations.beta[i]));
+    const bool isHeld = IsHeld(run.CellOf(i), run.equations.beta[i]);
+    if (isHeld) run.fit.report.onLimit.push_back(static_cast<int>(i));
+    counts.push_back(isFinite && !isHeld);
   }
   Determination& found = run.fit.report.determination;
   found = DetermineErrors(alpha, counts);

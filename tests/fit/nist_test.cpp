@@ -160,7 +160,10 @@ Certified Read(const std::string& name) {
 class Problem : public LeastSquares {
  public:
   Problem(const Certified& data, const Formula& formula)
-      : data_(data), formula_(formula), curvature_(Unknowns() * Unknowns()), gradient_(Unknowns()) {}
+      : data_(data),
+        formula_(formula),
+        curvature_(data.values.size() * data.values.size()),
+        gradient_(data.values.size()) {}
 
   std::size_t Unknowns() const override { return data_.values.size(); }
   double SumAt(std::span<const double> x) override {

@@ -15,7 +15,8 @@ namespace {
 constexpr std::uint32_t kPaper = 0xFFFFFF, kInk = 0x102030;
 
 std::uint32_t At(const PixelSurface& surface, int x, int y) {
-  return surface.pixels[static_cast<std::size_t>(y * surface.width + x)];
+  const int at = y * surface.width + x;
+  return surface.pixels[static_cast<std::size_t>(at)];
 }
 
 std::set<std::pair<int, int>> InkOf(const PixelSurface& surface) {

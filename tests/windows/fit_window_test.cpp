@@ -94,9 +94,8 @@ class AddingTerms : public FitWindows {
   // The offered pairs, from the last line to the first: the order in which they are added.
   Pairs Offered() {
     Pairs pairs;
-    for (auto line = dialog.lines.rbegin(); line != dialog.lines.rend(); ++line) {
-      pairs.emplace_back(line->pair.datasetId, line->pair.model);
-    }
+    std::transform(dialog.lines.rbegin(), dialog.lines.rend(), std::back_inserter(pairs),
+                   [](const auto& line) { return std::pair(line.pair.datasetId, line.pair.model); });
     return pairs;
   }
   Texts Lines() {
