@@ -37,6 +37,7 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   if (line.macroFile.empty()) return kRan;
   desk->macro.endsProgram = true;
   const int result = line.check ? kalvex::CheckMacro(*desk, line.macroFile) : kalvex::RunMacro(*desk, line.macroFile);
+  if (result >= 0 && session->Fit().report.interrupted) return kCouldNotRun;
   if (result >= 0) return desk->macro.failedPasses > 0 ? kPassesFailed : kRan;
   std::fprintf(stderr, "%s\n", desk->macro.fault.c_str());
   return kCouldNotRun;

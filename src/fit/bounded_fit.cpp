@@ -231,7 +231,7 @@ class Minimiser {
       const bool noGain = predicted <= options_.leastGain * sum_, isSmall = IsSmallStep();
       const bool isRounding = predicted <= kRoundingOfSum * sum_;
       if (TryStep(predicted, isRounding)) {
-        return {true, near && (noGain || isSmall), noGain ? BoundedFitEnd::kGain : BoundedFitEnd::kStep};
+        return {true, near && (noGain || isSmall), noGain ? BoundedFitEnd::kGain : BoundedFitEnd::kSmallStep};
       }
       if (near && isRounding) return {false, true, BoundedFitEnd::kRounding};
     }
@@ -277,7 +277,7 @@ class Minimiser {
 }  // namespace
 
 bool IsConverged(BoundedFitEnd end) {
-  return end == BoundedFitEnd::kGain || end == BoundedFitEnd::kStep || end == BoundedFitEnd::kGradient ||
+  return end == BoundedFitEnd::kGain || end == BoundedFitEnd::kSmallStep || end == BoundedFitEnd::kGradient ||
          end == BoundedFitEnd::kRounding;
 }
 

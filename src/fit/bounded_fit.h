@@ -46,7 +46,7 @@ class LeastSquares {
 // Why a bounded fit ended.
 enum class BoundedFitEnd {
   kGain,               // converged: the predicted gain of the last step is below leastGain
-  kStep,               // converged: the last step changed every unknown by less than leastStep of its value
+  kSmallStep,          // converged: the last step changed every unknown by less than leastStep of its value
   kGradient,           // converged: no free unknown has a slope above leastSlope
   kRounding,           // converged: what a step could gain is below the rounding of the sum
   kNoBetterPoint,      // not converged: no step along the derivatives lowers the sum

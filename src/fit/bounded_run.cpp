@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/limits.h"
-#include "fit/bounded_fit.h"
+#include "fit/many_starts.h"
 #include "records/param_value.h"
 
 namespace kalvex {
@@ -60,7 +60,7 @@ const char* TextOf(BoundedFitEnd end) {
   switch (end) {
     case BoundedFitEnd::kGain:
       return "converged: a further step would not lower ChiSq";
-    case BoundedFitEnd::kStep:
+    case BoundedFitEnd::kSmallStep:
       return "converged: a further step would not change the parameters";
     case BoundedFitEnd::kGradient:
       return "converged: ChiSq has no slope left";
@@ -107,17 +107,33 @@ const char* RunBounded(FitRun& run) {
   if (run.fit.options.StopOnIterations)
     options.mostIterations = std::min(kMostIterations, run.fit.options.MaxIterations);
   const char* why = nullptr;
-  const BoundedFitResult result =
-      FitWithinLimits(problem, x, limits.lower, limits.upper, options, [&](const BoundedFitProgress& now) {
-        run.fit.TotalChiSq = now.sum;
-        run.fit.Lambda = now.lambda;
-        run.history.push_back(now.sumBefore);
-        FinishIteration(run);
-        why = IterationsOrTimeAreOver(run);
-        if (!why) why = UserStops(run);
-        return why == nullptr;
-      });
-  if (!result.endsAtX) problem.SumAt(x);
+  const FitStarts& starts = run.fit.starts;
+  const auto afterStep = [&](const BoundedFitProgress& now) {
+    run.fit.TotalChiSq = now.sum;
+    run.fit.Lambda = now.lambda;
+    run.history.push_back(now.sumBefore);
+    FinishIteration(run);
+    why = IterationsOrTimeAreOver(run);
+    if (!why) why = UserStops(run);
+    return why == nullptr;
+  };
+  // From many starts, only the time and the user end all of them.
+  const auto afterStepOfMany = [&](const BoundedFitProgress&) { return (why = UserStops(run)) == nullptr; };
+  BoundedFitResult result;
+  if (starts.count > 1) {
+    ManyStartsResult many =
+        FitFromManyStarts(problem, x, limits.lower, limits.upper, starts.count, starts.seed, options, afterStepOfMany);
+    run.fit.report.minima = std::move(many.minima);
+    run.fit.report.startsNotConverged = many.notConverged;
+    result = std::move(many.best);
+    problem.SumAt(x);
+    run.history.assign(1, result.startSum);
+    FinishIteration(run);
+    run.fit.IterationCount = result.iterations;
+  } else {
+    result = FitWithinLimits(problem, x, limits.lower, limits.upper, options, afterStep);
+  }
+  if (starts.count <= 1 && !result.endsAtX) problem.SumAt(x);
   NoteEnds(run, result);
   if (why) return why;
   return result.end == BoundedFitEnd::kTooManyIterations && run.fit.options.StopOnIterations ? "number of iterations"

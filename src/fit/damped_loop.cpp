@@ -35,6 +35,11 @@ class DampedLoop {
     }
   }
 
+  void SetDamping(double factor) {
+    const SquareMatrix alpha = run_.equations.Alpha();
+    for (std::size_t i = 0; i < run_.Masters(); ++i) alpha(i, i) = diagonal_[i] * factor;
+  }
+
  private:
   void BeginIteration() {
     for (std::size_t i = 0; i < run_.cells.size(); ++i) run_.coordinates[i] = FitCoordinateOf(*run_.cells[i]);
@@ -42,11 +47,6 @@ class DampedLoop {
     const SquareMatrix alpha = run_.equations.Alpha();
     for (std::size_t i = 0; i < run_.Masters(); ++i) diagonal_[i] = alpha(i, i);
     run_.history.push_back(run_.fit.TotalChiSq);
-  }
-
-  void SetDamping(double factor) {
-    const SquareMatrix alpha = run_.equations.Alpha();
-    for (std::size_t i = 0; i < run_.Masters(); ++i) alpha(i, i) = diagonal_[i] * factor;
   }
 
   void TakeStep() {
@@ -132,6 +132,11 @@ class DampedLoop {
 
 }  // namespace
 
-const char* RunDampedLoop(FitRun& run) { return DampedLoop(run).Iterate(); }
+const char* RunDampedLoop(FitRun& run) {
+  DampedLoop loop(run);
+  const char* const why = loop.Iterate();
+  loop.SetDamping(1);
+  return why;
+}
 
 }  // namespace kalvex

@@ -8,7 +8,8 @@ namespace kalvex {
 
 inline constexpr double kLambdaFactor = 10.0;
 
-// Iterates until a stop rule applies. Returns its text.
+// Iterates until a stop rule applies. Returns its text. The normal equations are then those at the start of the last
+// iteration, without damping.
 const char* RunDampedLoop(FitRun& run);
 
 }  // namespace kalvex

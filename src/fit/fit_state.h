@@ -3,6 +3,7 @@
 //   fit_state.h         FitState: terms, points, parameters, options and the state of a run
 //   fit_lists.h         builds the lists of points and parameters, and computes ChiSq
 //   bounded_fit.h       least squares within limits, for any problem; bounded_run.h applies it to the spectra
+//   many_starts.h       the bounded fit from many starts
 //   damped_loop.h       the damped loop; fit_coordinate.h has its limits as a change of variable
 //   normal_equations.h  curvature matrix and gradient; block_gradients.h collects the derivatives
 //   run_fit.h           RunFit by either method, and Undo; fit_run.h is what the methods share
@@ -22,6 +23,7 @@
 
 #include "core/shared_list.h"
 #include "datasets/quantity.h"
+#include "fit/many_starts.h"
 #include "fit/standard_errors.h"
 #include "records/model.h"
 #include "records/param_place.h"
@@ -120,10 +122,20 @@ struct FitOptions {
   bool operator==(const FitOptions&) const = default;
 };
 
+// From where a run starts.
+struct FitStarts {
+  int count = 1;  // more than 1: from the present values, and from points scattered around them
+  std::uint32_t seed = 1;
+  bool operator==(const FitStarts&) const = default;
+};
+
 // How a run ended.
 struct FitReport {
-  std::string stop;  // the stop rule that ended the run
+  std::string stop;          // the stop rule that ended the run
+  bool interrupted = false;  // an interrupt of the process ended the run
   double startChiSq = 0;
+  std::vector<Minimum> minima;  // found from many starts, the lowest first
+  int startsNotConverged = 0;
   bool converged = false;               // known for method 2 only
   std::vector<int> withoutInfluence;    // masters with a diagonal element of 0 in alpha, if no step could be taken
   std::vector<int> onLimit;             // masters on a limit, where the slope of ChiSq pushes on
@@ -141,7 +153,9 @@ struct FitState {
   int nextTermId = 0;
   SharedList<FitSpectrum> spectra;  // by model
   SharedList<FitParam> params;      // the masters first
-  std::vector<double> startValues;  // values of params before the last run; Undo swaps them with the present ones
+  // Values and errors of params before the last run. Undo swaps them with the present ones, the errors only if the run
+  // computes standard errors.
+  std::vector<double> startValues, startErrors;
 
   std::size_t skippedPoints = 0;  // by SkipInvalid
 
@@ -158,6 +172,7 @@ struct FitState {
   bool StopRequested = false;
 
   FitOptions options;
+  FitStarts starts;
   FitReport report;
 
   bool operator==(const FitState&) const = default;

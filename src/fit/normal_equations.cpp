@@ -78,6 +78,8 @@ struct GatherInput {
   const SpectrumBlock& block;
 
   double RootOfWeight(std::size_t p) const { return std::sqrt(2 * term.weight) / std::fabs(points.sigma[p]); }
+  // Without the period of an angle. A loop over many points tests once for it.
+  double Difference(std::size_t p) const { return block.Value(points.quantity, points.at[p]) - points.y[p]; }
   double Misfit(std::size_t p) const { return points.Misfit(block.Value(points.quantity, points.at[p]), p); }
 };
 
@@ -93,9 +95,10 @@ void GatherOne(const GatherInput& in, std::size_t p, BlockGradients& out) {
 
 bool GatherTogether(const GatherInput& in, PointRange some, BlockGradients& out) {
   double roots[VectorPanel::kMost], residuals[VectorPanel::kMost];
+  const bool isAngle = in.points.period > 0;
   for (std::size_t i = 0; i < some.Count(); ++i) {
     roots[i] = in.RootOfWeight(some.first + i);
-    residuals[i] = roots[i] * in.Misfit(some.first + i);
+    residuals[i] = roots[i] * (isAngle ? in.Misfit(some.first + i) : in.Difference(some.first + i));
     if (!std::isfinite(residuals[i])) return false;
   }
   const std::uint8_t* const at = in.points.at.data() + some.first;
@@ -135,13 +138,17 @@ void Gather(const GatherInput& in, BlockGradients& out) {
 }
 
 double ChiSqOf(const GatherInput& in) {
-  double sum = 0;
   const PointRange range = PointsInBlock(in.points, in.block);
-  for (std::size_t p = range.first; p < range.end; ++p) {
-    const double r = in.Misfit(p) / in.points.sigma[p];
-    sum += in.term.weight * r * r;
-  }
-  return sum;
+  const auto sumOf = [&](auto misfit) {
+    double sum = 0;
+    for (std::size_t p = range.first; p < range.end; ++p) {
+      const double r = misfit(p) / in.points.sigma[p];
+      sum += in.term.weight * r * r;
+    }
+    return sum;
+  };
+  if (in.points.period > 0) return sumOf([&](std::size_t p) { return in.Misfit(p); });
+  return sumOf([&](std::size_t p) { return in.Difference(p); });
 }
 
 // Adds the gradients block by block, in an order that does not depend on the number of blocks per call. Successive

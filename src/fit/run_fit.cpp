@@ -55,16 +55,13 @@ double GainOfAStep(FitRun& run, std::span<const char> held) {
   return gain;
 }
 
-// Whether the damped loop may have ended away from a minimum: on a limit, or with steps that were damped to its end.
-bool IsDoubtful(const FitRun& run) {
+bool AnyAtALimit(const FitRun& run) {
   const auto masters = std::span(run.cells).first(run.Masters());
-  return run.fit.Lambda >= 1 ||
-         std::any_of(masters.begin(), masters.end(), [](const ModelParam* cell) { return IsAtALimit(*cell); });
+  return std::any_of(masters.begin(), masters.end(), [](const ModelParam* cell) { return IsAtALimit(*cell); });
 }
 
-// Notes how the damped loop ended. Results and files stay as the loop left them.
-void NoteEndOfDampedLoop(FitRun& run) {
-  if (!std::isfinite(run.fit.TotalChiSq) || !IsDoubtful(run)) return;
+// The parameters at a limit, and which of them it holds. Results and files stay as the loop left them.
+std::vector<char> NoteLimits(FitRun& run) {
   FitReport& report = run.fit.report;
   const double chiSq = run.fit.TotalChiSq;
   SlopeTable slopes;
@@ -80,7 +77,17 @@ void NoteEndOfDampedLoop(FitRun& run) {
     held[i] = pushes;
     (pushes ? report.onLimit : report.stuckOnLimit).push_back(static_cast<int>(i));
   }
-  report.gainLeft = chiSq > 0 ? GainOfAStep(run, held) / chiSq : 0;
+  return held;
+}
+
+// Notes whether the damped loop may have ended away from a minimum: on a limit, or with steps that were damped to its
+// end.
+void NoteEndOfDampedLoop(FitRun& run) {
+  const double chiSq = run.fit.TotalChiSq;
+  const bool isAtALimit = AnyAtALimit(run);
+  if (!(chiSq > 0 && std::isfinite(chiSq)) || (run.fit.Lambda < 1 && !isAtALimit)) return;
+  const std::vector<char> held = isAtALimit ? NoteLimits(run) : std::vector<char>(run.Masters());
+  run.fit.report.gainLeft = GainOfAStep(run, held) / chiSq;
 }
 
 // Standard errors of the parameters at their present values, without those on a limit.
@@ -157,14 +164,21 @@ Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& p
 
 void StoreStartValues(FitState& fit, ParamTables& params, EvalContext& eval) {
   fit.startValues.clear();
-  for (const ModelParam* const cell : CellsOfFit(fit, params, eval)) fit.startValues.push_back(cell->value);
+  fit.startErrors.clear();
+  for (const ModelParam* const cell : CellsOfFit(fit, params, eval)) {
+    fit.startValues.push_back(cell->value);
+    fit.startErrors.push_back(cell->error);
+  }
   fit.startValuesStored = true;
 }
 
 void UndoFit(FitState& fit, ParamTables& params, EvalContext& eval) {
   const FitCells cells = CellsOfFit(fit, params, eval);
   if (!fit.startValuesStored) return;
-  for (std::size_t i = 0; i < cells.size(); ++i) std::swap(cells[i]->value, fit.startValues[i]);
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    std::swap(cells[i]->value, fit.startValues[i]);
+    if (fit.options.StandardErrors) std::swap(cells[i]->error, fit.startErrors[i]);
+  }
   ComputeChiSq(fit, eval);
 }
 

@@ -30,8 +30,8 @@ inline constexpr int kMostIterations = 1000;
 // out.
 Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer);
 
-// Swaps each parameter's value with the stored start value and computes ChiSq. Limits and coupling are not applied.
-// Nothing happens if no start values are stored.
+// Swaps each parameter's value with the stored start value, its error too if StandardErrors is on, and computes ChiSq.
+// Limits and coupling are not applied. Nothing happens if no start values are stored.
 void UndoFit(FitState& fit, ParamTables& params, EvalContext& eval);
 
 // Stores every parameter's value for UndoFit.

@@ -1,5 +1,6 @@
 #include "macro/fit_commands.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cmath>
@@ -55,12 +56,34 @@ std::string DirectionText(const Session& session, const WeakDirection& direction
   return text;
 }
 
+std::optional<std::uint32_t> SeedOf(const FitRunParams& p) {
+  return p.Seed ? std::optional(static_cast<std::uint32_t>(*p.Seed)) : std::nullopt;
+}
+
+// "200 starts: ChiSq 30.117763 150 times, 122.2 3 times, ...; " or nothing for one start.
+std::string StartsText(const FitReport& report) {
+  constexpr std::size_t kMostMinima = 10;
+  if (report.minima.empty() && report.startsNotConverged == 0) return {};
+  int starts = report.startsNotConverged;
+  for (const Minimum& minimum : report.minima) starts += minimum.count;
+  std::string text = std::to_string(starts) + " starts:";
+  for (std::size_t i = 0; i < std::min(kMostMinima, report.minima.size()); ++i) {
+    text += (i == 0 ? " ChiSq " : ", ") + TextG(report.minima[i].sum, 8) + ' ' +
+            std::to_string(report.minima[i].count) + " times";
+  }
+  if (report.minima.size() > kMostMinima) {
+    text += ", and " + std::to_string(report.minima.size() - kMostMinima) + " other minima";
+  }
+  if (report.startsNotConverged > 0) text += ", not converged " + std::to_string(report.startsNotConverged) + " times";
+  return text + "; ";
+}
+
 std::string Summary(const Session& session, double seconds) {
   const FitState& fit = session.Fit();
   // Without a parameter there was no run, and IterationCount is still that of the previous run.
   const int iterations = fit.NumFitParams < 1 ? 0 : fit.IterationCount;
-  return std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) + " -> " +
-         TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";
+  return StartsText(fit.report) + std::to_string(iterations) + " iterations, ChiSq " + TextG(fit.report.startChiSq, 8) +
+         " -> " + TextG(fit.TotalChiSq, 8) + ", stopped: " + fit.report.stop + ", " + TextG(seconds, 3) + " s";
 }
 
 // What a person should know of the end of a run.
@@ -71,6 +94,7 @@ std::vector<std::string> WarningsOf(const Session& session) {
   const auto name = [&](const char* what, const std::vector<int>& params) {
     if (!params.empty()) warnings.push_back(what + PlacesText(session, params));
   };
+  if (report.interrupted) warnings.emplace_back("interrupted; the parameters have their best values so far");
   if (!std::isfinite(fit.TotalChiSq)) warnings.emplace_back("ChiSq is not finite");
   if (fit.options.Method == 2 && fit.NumFitParams > 0 && !report.converged) {
     warnings.push_back("the fit ended before a minimum: " + report.stop);
@@ -142,9 +166,10 @@ MacroResult FitCommand(MacroCall& call, const FitRunParams& p) {
   Session& session = call.session;
   const bool stops = session.Fit().FitRunning;
   const auto start = std::chrono::steady_clock::now();
-  const Status ended = session.RunFit({.iterations = p.NumIters});
+  const Status ended = session.RunFit({.iterations = p.NumIters, .starts = p.Starts, .seed = SeedOf(p)});
   if (stops) return call.Done("requested the running fit to stop");
-  if (ended.Code() == StatusCode::kNothingToDo) return call.Nothing(ended.Text());
+  if (ended.Code() == StatusCode::kNothingToDo || ended.Code() == StatusCode::kBadArgument)
+    return call.Nothing(ended.Text());
   // The summary contains the reason of every other end.
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
   const std::string summary = Summary(session, took.count());

@@ -42,8 +42,11 @@ struct DeleteChiSqTermParams {
 MacroResult DeleteChiSqTermCommand(MacroCall& call, const DeleteChiSqTermParams& p);
 
 struct FitRunParams {
-  std::optional<int> NumIters;
-  static constexpr auto Describe() { return std::tuple(Param("NumIters", &FitRunParams::NumIters)); }
+  std::optional<int> NumIters, Starts, Seed;
+  static constexpr auto Describe() {
+    using P = FitRunParams;
+    return std::tuple(Param("NumIters", &P::NumIters), Param("Starts", &P::Starts), Param("Seed", &P::Seed));
+  }
 };
 MacroResult FitCommand(MacroCall& call, const FitRunParams& p);
 

@@ -166,7 +166,7 @@ class Executor {
   }
 
   void EndLoop() {
-    if (inLoop_ && ++loopRow_ < desk_.macro.loopRows.size()) {
+    if (inLoop_ && !desk_.session.Fit().report.interrupted && ++loopRow_ < desk_.macro.loopRows.size()) {
       pc_ = loopStart_ + 1;
       return;
     }
@@ -227,7 +227,7 @@ int RunMacro(Desk& desk, std::string_view fileName) {
   state.statements = state.didNothing = state.failedPasses = 0;
   const int result = macro ? Executor(desk, *macro).Run() : kMacroFailed;
   if (result >= 0) TellCounts(state);
-  TakeOptions(session, WithDefaultsOf(session.Fit().options, before));
+  if (!state.endsProgram) TakeOptions(session, WithDefaultsOf(session.Fit().options, before));
   state.running = false;
   return result;
 }

@@ -137,7 +137,8 @@ class SavedFit : public SavedPiece {
   std::size_t Bytes() const override {
     std::size_t bytes = sizeof(*this);
     for (const ChiSqTerm& term : fit_.list.terms) bytes += sizeof(ChiSqTerm) + term.params.Get().size() * sizeof(int);
-    bytes += fit_.params.size() * sizeof(FitParam) + fit_.startValues.size() * sizeof(double);
+    bytes +=
+        fit_.params.size() * sizeof(FitParam) + (fit_.startValues.size() + fit_.startErrors.size()) * sizeof(double);
     for (const FitSpectrum& spectrum : fit_.spectra) {
       bytes += spectrum.x.size() * (sizeof(double) + sizeof(QuantitySet));
       for (const TermPoints& points : spectrum.terms) bytes += points.y.size() * (2 * sizeof(double) + 1);

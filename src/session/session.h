@@ -80,8 +80,10 @@ struct TermPair {
 };
 
 struct FitRequest {
-  std::optional<int> iterations{};  // limit for this run, whatever the options say
-  bool byHand = false;              // a person can undo the run: FitState::UndoAvailable
+  std::optional<int> iterations{};      // limit for this run, whatever the options say
+  std::optional<int> starts{};          // from how many points; more than 1 needs method 2
+  std::optional<std::uint32_t> seed{};  // of the scattered ones
+  bool byHand = false;                  // a person can undo the run: FitState::UndoAvailable
 };
 
 struct AxisEdit {

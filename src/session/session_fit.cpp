@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "core/interrupt.h"
 #include "fit/derivative_test.h"
 #include "fit/fit_dumps.h"
 #include "fit/fit_lists.h"
@@ -40,7 +41,7 @@ Pieces AllValues(const ParamTables& tables) { return PiecesOfAllModels(tables).E
 }  // namespace
 
 // Updates models, graphs and listeners after each iteration. Events are processed in between, so that a person can stop
-// the run.
+// the run. An interrupt of the process stops it too.
 class Session::RunFollower : public FitObserver {
  public:
   explicit RunFollower(Session& session) : session_(session) {}
@@ -52,7 +53,11 @@ class Session::RunFollower : public FitObserver {
     session_.ShowValues();
     Tell(session_.tables_.fit.IterationCount);
   }
-  void Poll() override { session_.platform_->PumpEvents(); }
+  void Poll() override {
+    session_.platform_->PumpEvents();
+    if (watch_.IsInterrupted()) session_.StopFit();
+  }
+  bool IsInterrupted() const { return watch_.IsInterrupted(); }
 
  private:
   void Tell(int iteration) {
@@ -60,6 +65,7 @@ class Session::RunFollower : public FitObserver {
     session_.Deliver(nullptr);
   }
   Session& session_;
+  InterruptWatch watch_;
 };
 
 // Updates the graphs after a run has set values. The fit is not notified, because it has set the values itself.
@@ -238,8 +244,13 @@ Status Session::RunFit(const FitRequest& request) {
   if (!tables_.fitFollows && tables_.fit.options.NeedsWindow) {
     return {StatusCode::kNothingToDo, "the fit window is not open; WindowFit() opens it"};
   }
+  if (request.starts.value_or(1) < 1) return {StatusCode::kBadArgument, "Starts should be 1 or more"};
+  if (request.starts.value_or(1) > 1 && tables_.fit.options.Method != 2) {
+    return {StatusCode::kBadArgument, "many starts need the bounded fit, FitOptions(Method=2)"};
+  }
   Statement statement("Fit");
-  statement.Int("NumIters", request.iterations);
+  statement.Int("NumIters", request.iterations).Int("Starts", request.starts);
+  if (request.seed) statement.Int("Seed", static_cast<int>(*request.seed));
   return Do(OnFit("fit", statement.Done()), AllValues(tables_.params), [&] {
     FitState& fit = tables_.fit;
     if (!tables_.fitFollows) RebuildFitLists(fit, tables_.params, eval_);
@@ -249,9 +260,11 @@ Status Session::RunFit(const FitRequest& request) {
       fit.options.StopOnIterations = true;
     }
     fit.StopRequested = false;
+    fit.starts = {request.starts.value_or(1), request.seed.value_or(1)};
     StoreStartValues(fit, tables_.params, eval_);
     RunFollower follower(*this);
     Status status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower);
+    fit.report.interrupted = follower.IsInterrupted();
     if (request.iterations) {
       fit.options.MaxIterations = before.MaxIterations;
       fit.options.StopOnIterations = before.StopOnIterations;

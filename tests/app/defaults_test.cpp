@@ -169,6 +169,50 @@ TEST_F(Levels, OnErrorNextGoesOnWithTheNextPassAndCounts) {
   EXPECT_EQ(outside.status, 1);
 }
 
+TEST_F(Levels, AnInterruptedFitKeepsItsBestValuesAndTheMacroSavesThem) {
+  // A mesh at every other point of many data takes long, and a stop rule that never applies makes it longer.
+  const std::string macro =
+      "LoadDataset(DatasetNo=1,Quantity=\"R\",MasterFile=\"" + Example("gaas/R_gaas.dat") +
+      "\",XMethod=3,XMin=100,XMax=500,XPts=200000,YMethod=2,YVal=0.5,YErrMethod=3,YErrVal=0.01);\nNewModel();\n" +
+      Setting(1, "Wo", 1, "Value=268") + "WindowFit();AddChiSqTerm(DatasetNo=1,ModelNo=1);\n" +
+      "FitOptions(Method=1,StopOnReduction=0,StopOnLambda=0);Fit();\nSaveModel(ModelNo=1,File=\"end.kvm\");\n"
+      "Echo(Text=\"saved\");";
+  for (const char* const signal : {"INT", "TERM"}) {
+    folder.Write("m.kvs", macro);
+    const ProgramRun ran =
+        RunCopy("timeout", folder, {"--preserve-status", "-s", signal, "0.4", KALVEX_PROGRAM, "m.kvs"});
+    EXPECT_EQ(ran.status, 1) << ran.err;
+    EXPECT_EQ(ran.out, "saved\n");
+    EXPECT_NE(ran.err.find("Fit: interrupted; the parameters have their best values so far"), std::string::npos)
+        << ran.err;
+    EXPECT_LT(ChiSqIn("end.asc"), 1e30);
+  }
+}
+
+TEST_F(Levels, ManyStartsFindTheBestMinimumAndCountTheOthers) {
+  const std::string wide =
+      Load(1, Example("gaas/R_gaas.dat")) + "NewModel();\n" + Setting(1, "Einf", 1, "Value=9") +
+      Setting(1, "Wo", 1, "Value=440,MinLimit=150,MaxLimit=450,MinOn=1,MaxOn=1") + Setting(1, "Wp", 1, "Value=350") +
+      Setting(1, "G", 1, "Value=50,MinLimit=0,MaxLimit=100,MinOn=1,MaxOn=1") + "AddChiSqTerm(DatasetNo=1,ModelNo=1);";
+  const ProgramRun ran = AtLevel(2, wide + "Fit(Starts=50,Seed=3);SaveModel(ModelNo=1,File=\"end.kvm\");", true);
+  EXPECT_EQ(ran.status, 0) << ran.err;
+  EXPECT_NEAR(ChiSqIn("end.asc"), 30.12, 0.01);
+  EXPECT_NE(ran.err.find("Fit: 50 starts: ChiSq 30.11"), std::string::npos) << ran.err;
+  EXPECT_NE(AtLevel(1, wide + "WindowFit();Fit(Starts=2);", true).err.find("many starts need the bounded fit"),
+            std::string::npos);
+  EXPECT_EQ(AtLevel(2, wide + "Fit(Starts=0);").status, 1);
+}
+
+TEST_F(Levels, AtTheSecondUndoBringsTheErrorsBackToo) {
+  const std::string macro = atALimit + StartAt(280) + fit;
+  ASSERT_EQ(AtLevel(2, macro + "UndoFit();SaveModel(ModelNo=1,File=\"end.kvm\");").status, 0);
+  const SavedModel undone = SavedModelOf(folder.Read("end.kvm"));
+  EXPECT_EQ(undone.epsInf.value, 9);
+  EXPECT_EQ(undone.epsInf.error, 0);
+  ASSERT_EQ(AtLevel(2, macro + "UndoFit();UndoFit();SaveModel(ModelNo=1,File=\"end.kvm\");").status, 0);
+  EXPECT_GT(SavedModelOf(folder.Read("end.kvm")).epsInf.error, 0);
+}
+
 TEST_F(Levels, WrongLevelsAreRefused) {
   EXPECT_NE(AtLevel(1, "Defaults(Level=3);", true).err.find("Level should be 1 or 2"), std::string::npos);
   EXPECT_NE(AtLevel(1, "Defaults();", true).err.find("Level is missing"), std::string::npos);

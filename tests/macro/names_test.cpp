@@ -59,7 +59,7 @@ constexpr Signature kFormat[] = {
     {"WindowFit", "XPos:i YPos:i"},
     {"AddChiSqTerm", "DatasetNo:i ModelNo:i Weight:r"},
     {"DeleteChiSqTerm", "DatasetNo:i ModelNo:i"},
-    {"Fit", "NumIters:i"},
+    {"Fit", "NumIters:i Starts:i Seed:i"},
 };
 
 // Additional commands, for what a person could otherwise do only in windows.

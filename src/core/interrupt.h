@@ -1,0 +1,24 @@
+// Interrupts of the process: Ctrl+C in a terminal (SIGINT), and the end that a system requests (SIGTERM).
+#pragma once
+
+#include <csignal>
+
+namespace kalvex {
+
+// While a watch exists, the first interrupt does not end the process but is noted. A second one ends it. Only one watch
+// may exist at a time.
+class InterruptWatch {
+ public:
+  InterruptWatch();
+  ~InterruptWatch();
+  InterruptWatch(const InterruptWatch&) = delete;
+  InterruptWatch& operator=(const InterruptWatch&) = delete;
+
+  bool IsInterrupted() const;
+
+ private:
+  struct sigaction interrupt_ {};  // what the signals did before
+  struct sigaction terminate_ {};
+};
+
+}  // namespace kalvex
