@@ -279,6 +279,8 @@ void AppendScientific(std::string& out, double value, int digits, int width) {
   UpperFrom(out, start);
 }
 
+void AppendShortest(std::string& out, double value) { AppendPadded(out, 0, value); }
+
 void AppendInteger(std::string& out, std::int64_t value) { out += std::to_string(value); }
 
 std::string TextG(double value, int digits) {

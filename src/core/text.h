@@ -54,6 +54,8 @@ void AppendG(std::string& out, double value, int digits = 6);
 void AppendUpperG(std::string& out, double value, int digits = 6);
 void AppendFixed(std::string& out, double value, int digits = 6, int width = 0);
 void AppendScientific(std::string& out, double value, int digits, int width);
+// The fewest digits that read back to the same bits.
+void AppendShortest(std::string& out, double value);
 void AppendInteger(std::string& out, std::int64_t value);
 std::string TextG(double value, int digits = 6);
 

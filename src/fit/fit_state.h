@@ -8,7 +8,7 @@
 //   normal_equations.h  curvature matrix and gradient; block_gradients.h collects the derivatives
 //   run_fit.h           RunFit by either method, and Undo; fit_run.h is what the methods share
 //   standard_errors.h   errors, and what the data do not determine
-//   confidence.h, fit_log.h, fit_dumps.h, derivative_test.h   what a fit writes to files
+//   confidence.h, residuals.h, fit_log.h, fit_dumps.h, derivative_test.h   what a fit writes to files
 //
 // Read this header, fit_lists.h and run_fit.h first.
 //

@@ -80,6 +80,7 @@ constexpr MacroCommand kExtraCommands[] = {
     Command<StepBackCommand>("StepBack"),
     Command<StepForwardCommand>("StepForward"),
     Command<DefaultsCommand>("Defaults"),
+    Command<ExportResidualsCommand>("ExportResiduals"),
 };
 
 }  // namespace

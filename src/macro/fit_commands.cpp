@@ -175,6 +175,7 @@ MacroResult FitCommand(MacroCall& call, const FitRunParams& p) {
   const std::string summary = Summary(session, took.count());
   if (call.desk.macro.progress && !call.desk.macro.verbose) std::fprintf(stderr, "fit: %s\n", summary.c_str());
   call.warnings = WarningsOf(session);
+  call.didNothing = session.Fit().NumFitParams < 1;
   return call.Done(summary);
 }
 
@@ -206,6 +207,16 @@ MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p) {
 MacroResult UndoFitCommand(MacroCall& call, const NoParams&) {
   const Status status = call.session.UndoFit();
   return call.Told(status, "ChiSq is " + TextG(call.session.Fit().TotalChiSq));
+}
+
+MacroResult ExportResidualsCommand(MacroCall& call, const ExportResidualsParams& p) {
+  if (!p.File) return call.Missing("File");
+  if (!p.DatasetNo) return call.Missing("DatasetNo");
+  const Model* const model = NeededModel(call, p.ModelNo);
+  if (!model) return MacroResult::kNext;
+  return call.Told(call.session.ExportResiduals(*p.DatasetNo, model->number, *p.File),
+                   "residuals of dataset " + std::to_string(*p.DatasetNo) + " against " + ModelText(model->number) +
+                       " written to '" + *p.File + "'");
 }
 
 MacroResult QuantityErrorBarsCommand(MacroCall& call, const NoParams&) {

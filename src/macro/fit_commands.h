@@ -72,6 +72,16 @@ struct FitOptionsParams {
 };
 MacroResult FitOptionsCommand(MacroCall& call, const FitOptionsParams& p);
 MacroResult UndoFitCommand(MacroCall& call, const NoParams& p);
+
+struct ExportResidualsParams {
+  std::optional<std::string> File;
+  std::optional<int> DatasetNo, ModelNo;
+  static constexpr auto Describe() {
+    using P = ExportResidualsParams;
+    return std::tuple(Param("File", &P::File, 200), Param("DatasetNo", &P::DatasetNo), Param("ModelNo", &P::ModelNo));
+  }
+};
+MacroResult ExportResidualsCommand(MacroCall& call, const ExportResidualsParams& p);
 MacroResult QuantityErrorBarsCommand(MacroCall& call, const NoParams& p);
 MacroResult DumpDerivativesCommand(MacroCall& call, const NoParams& p);
 MacroResult DumpSensitivityCommand(MacroCall& call, const NoParams& p);

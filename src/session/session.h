@@ -242,6 +242,8 @@ class Session {
   // Write files about a fit into the current folder: "QntyErrorBars.dat", "Jakob.dat", "Jakob2.dat", "TestDeriv1.txt",
   // "TestDeriv.txt", "Tab.dat".
   Status WriteQuantityErrorBars();
+  // The points of a term with the model's values and residuals.
+  Status ExportResiduals(int slot, std::uint32_t model, const std::string& file);
   Status DumpDerivatives();
   Status DumpSensitivity();
   Status TestDerivatives();

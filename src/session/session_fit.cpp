@@ -1,9 +1,11 @@
 #include <algorithm>
 
+#include "core/files.h"
 #include "core/interrupt.h"
 #include "fit/derivative_test.h"
 #include "fit/fit_dumps.h"
 #include "fit/fit_lists.h"
+#include "fit/residuals.h"
 #include "fit/run_fit.h"
 #include "records/model_table.h"
 #include "session/do.h"
@@ -244,7 +246,10 @@ Status Session::RunFit(const FitRequest& request) {
   if (!tables_.fitFollows && tables_.fit.options.NeedsWindow) {
     return {StatusCode::kNothingToDo, "the fit window is not open; WindowFit() opens it"};
   }
-  if (request.starts.value_or(1) < 1) return {StatusCode::kBadArgument, "Starts should be 1 or more"};
+  constexpr int kMostStarts = 1000000;
+  if (request.starts.value_or(1) < 1 || request.starts.value_or(1) > kMostStarts) {
+    return {StatusCode::kBadArgument, "Starts should be 1 to " + std::to_string(kMostStarts)};
+  }
   if (request.starts.value_or(1) > 1 && tables_.fit.options.Method != 2) {
     return {StatusCode::kBadArgument, "many starts need the bounded fit, FitOptions(Method=2)"};
   }
@@ -300,6 +305,22 @@ Status Session::Recompute() {
 }
 
 // ---- files about a fit
+
+Status Session::ExportResiduals(int slot, std::uint32_t model, const std::string& file) {
+  if (Status busy = Gate(); !busy.Ok()) return busy;
+  const Dataset* const dataset = SlotOf(slot);
+  const auto& terms = tables_.fit.list.terms;
+  const auto term = std::find_if(terms.begin(), terms.end(), [&](const ChiSqTerm& each) {
+    return dataset && each.datasetId == dataset->id && each.modelId == model;
+  });
+  if (term == terms.end()) return {StatusCode::kNothingToDo, "there is no such ChiSq term"};
+  const auto statement = Statement("ExportResiduals").Text("File", file).Int("DatasetNo", slot).Int("ModelNo", model);
+  return DoOutside({"export residuals", statement.Done(), {}, kOnFiles}, [&] {
+    if (!tables_.fitFollows) RebuildFitPoints(tables_.fit, eval_);
+    const Result<std::string> table = ResidualsOf(tables_.fit, *term, eval_);
+    return table.Ok() ? WriteWholeFile(file, *table) : table.GetStatus();
+  });
+}
 
 Status Session::WriteQuantityErrorBars() {
   Pieces touched = AllValues(tables_.params);

@@ -1,8 +1,8 @@
 #include "session/statement.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
+
+#include "core/text.h"
 
 namespace kalvex {
 
@@ -26,9 +26,7 @@ Statement& Statement::Real(std::string_view name, double value) {
     text_ += value < 0 ? "-1e999" : "1e999";  // reads as infinity
     return *this;
   }
-  std::array<char, 32> digits;  // the longest double has 24
-  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-  text_.append(digits.data(), end);
+  AppendShortest(text_, value);
   return *this;
 }
 

@@ -136,6 +136,9 @@ TEST_F(Levels, AtTheSecondAFitNeedsNoWindowAndZeroIterationsMakeNoStep) {
   EXPECT_EQ(ran.status, 0);
   EXPECT_NE(ran.err.find("Fit: 0 iterations"), std::string::npos) << ran.err;
   EXPECT_NE(AtLevel(1, macro + "Fit();", true).err.find("the fit window is not open"), std::string::npos);
+  const ProgramRun nothing = AtLevel(2, "NewModel();Fit();");
+  EXPECT_EQ(nothing.status, 1);
+  EXPECT_NE(nothing.err.find("no parameter to fit"), std::string::npos) << nothing.err;
 }
 
 TEST_F(Levels, AtTheSecondAnErrorEndsTheMacroWithItsPlace) {
@@ -201,6 +204,33 @@ TEST_F(Levels, ManyStartsFindTheBestMinimumAndCountTheOthers) {
   EXPECT_NE(AtLevel(1, wide + "WindowFit();Fit(Starts=2);", true).err.find("many starts need the bounded fit"),
             std::string::npos);
   EXPECT_EQ(AtLevel(2, wide + "Fit(Starts=0);").status, 1);
+  EXPECT_EQ(AtLevel(2, wide + "Fit(Starts=1000001);").status, 1);
+}
+
+TEST_F(Levels, ResidualsAddUpToChiSqAndHoldTheDataAndTheModel) {
+  folder.Write("R.dat", "100 0.3 0.01\n200 0.4 0.02\n300 0.2 0.01\n400 0.1 0.01\n");
+  const std::string macro =
+      Load(1, "R.dat") + OscillatorModel({3, 115, 230, 10}) + "AddChiSqTerm(DatasetNo=1,ModelNo=1);";
+  const ProgramRun ran = AtLevel(2, macro +
+                                        "ExportResiduals(File=\"r es.dat\",DatasetNo=1,ModelNo=1);"
+                                        "SaveModel(ModelNo=1,File=\"end.kvm\");");
+  ASSERT_EQ(ran.status, 0) << ran.err;
+  const std::string text = folder.Read("r es.dat");
+  const std::size_t head = text.find('\n');
+  EXPECT_EQ(text.substr(0, head), "x y sigma model residual/sigma");
+  const Table rows = NumbersOf(text.substr(head));
+  ASSERT_EQ(rows.size(), 4u);
+  double sum = 0;
+  for (const auto& row : rows) {
+    EXPECT_CLOSE(row[3], ReflectivityOf(EpsOf({3, 115, 230, 10}, row[0])), kOfReferences);
+    EXPECT_CLOSE(row[4], (row[3] - row[1]) / row[2], 1e-12);
+    sum += row[4] * row[4];
+  }
+  EXPECT_EQ(rows[1][2], 0.02);
+  EXPECT_CLOSE(sum, ChiSqIn("end.asc"), 1e-4);  // the summary has five digits
+  EXPECT_EQ(AtLevel(2, macro + "ExportResiduals(File=\"x\",DatasetNo=2,ModelNo=1);").status, 1);
+  EXPECT_EQ(AtLevel(2, macro + "ExportResiduals(File=\"no/x\",DatasetNo=1,ModelNo=1);").status, 1);
+  EXPECT_EQ(AtLevel(2, macro + "ExportResiduals(DatasetNo=1,ModelNo=1);").status, 1);
 }
 
 TEST_F(Levels, AtTheSecondUndoBringsTheErrorsBackToo) {

@@ -95,6 +95,7 @@ constexpr Signature kOwn[] = {
     {"StepBack", ""},
     {"StepForward", ""},
     {"Defaults", "Level:i OnError:20"},
+    {"ExportResiduals", "File:200 DatasetNo:i ModelNo:i"},
 };
 
 const std::span<const Signature> kTables[] = {kFormat, kOwn};

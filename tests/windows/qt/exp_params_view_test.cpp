@@ -111,6 +111,7 @@ TEST_F(ExpParamsOnScreen, ATextThatIsNoNumberIsRejected) {
 TEST_F(ExpParamsOnScreen, ItsButtonTakesWhatIsTypedAndOpeningStartsAnew) {
   OpenParamControl(desk);
   Settle();
+  Activate(*Find<QWidget>("paramControl"));  // the screen reports it later
   Activate(*Find<QWidget>("expParams"));
   Press({Qt::Key_Down, Qt::Key_3});
   Click("close");
