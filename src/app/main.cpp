@@ -7,6 +7,7 @@
 #include "app/command_line.h"
 #include "app/progress.h"
 #include "app/window_layer.h"
+#include "core/interrupt.h"
 #include "core/platform.h"
 #include "macro/run_macro.h"
 #include "numeric/thread_pool.h"
@@ -37,7 +38,7 @@ int RunOrCheck(const kalvex::CommandLine& line, int argc, char** argv) {
   if (line.macroFile.empty()) return kRan;
   desk->macro.endsProgram = true;
   const int result = line.check ? kalvex::CheckMacro(*desk, line.macroFile) : kalvex::RunMacro(*desk, line.macroFile);
-  if (result >= 0 && session->Fit().report.interrupted) return kCouldNotRun;
+  if (result >= 0 && kalvex::InterruptWatch::IsInterrupted()) return kCouldNotRun;
   if (result >= 0) return desk->macro.failedPasses > 0 ? kPassesFailed : kRan;
   std::fprintf(stderr, "%s\n", desk->macro.fault.c_str());
   return kCouldNotRun;

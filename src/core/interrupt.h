@@ -5,8 +5,8 @@
 
 namespace kalvex {
 
-// While a watch exists, the first interrupt does not end the process but is noted. A second one ends it. Only one watch
-// may exist at a time.
+// While a watch exists, the first interrupt does not end the process but is noted. A second one ends it. A watch inside
+// of another one does nothing.
 class InterruptWatch {
  public:
   InterruptWatch();
@@ -14,9 +14,11 @@ class InterruptWatch {
   InterruptWatch(const InterruptWatch&) = delete;
   InterruptWatch& operator=(const InterruptWatch&) = delete;
 
-  bool IsInterrupted() const;
+  // Whether an interrupt came since the beginning of the last outer watch.
+  static bool IsInterrupted();
 
  private:
+  bool isOuter_ = false;
   struct sigaction interrupt_ {};  // what the signals did before
   struct sigaction terminate_ {};
 };

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/interrupt.h"
 #include "macro/clean.h"
 #include "macro/command_table.h"
 #include "macro/loop_file.h"
@@ -166,7 +167,7 @@ class Executor {
   }
 
   void EndLoop() {
-    if (inLoop_ && !desk_.session.Fit().report.interrupted && ++loopRow_ < desk_.macro.loopRows.size()) {
+    if (inLoop_ && !InterruptWatch::IsInterrupted() && ++loopRow_ < desk_.macro.loopRows.size()) {
       pc_ = loopStart_ + 1;
       return;
     }
@@ -214,6 +215,8 @@ int RunMacro(Desk& desk, std::string_view fileName) {
   Session& session = desk.session;
   if (state.running) return kMacroAlreadyRunning;
   state.running = true;
+  // The first interrupt ends a fit, and the loop after this pass, so that the rest of the macro saves the results.
+  const InterruptWatch watch;
   session.EndGesture();
   const FitOptions before = session.Fit().options;
   BeginWith(desk, state.defaults);

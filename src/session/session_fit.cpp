@@ -57,9 +57,8 @@ class Session::RunFollower : public FitObserver {
   }
   void Poll() override {
     session_.platform_->PumpEvents();
-    if (watch_.IsInterrupted()) session_.StopFit();
+    if (InterruptWatch::IsInterrupted()) session_.StopFit();
   }
-  bool IsInterrupted() const { return watch_.IsInterrupted(); }
 
  private:
   void Tell(int iteration) {
@@ -269,7 +268,7 @@ Status Session::RunFit(const FitRequest& request) {
     StoreStartValues(fit, tables_.params, eval_);
     RunFollower follower(*this);
     Status status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower);
-    fit.report.interrupted = follower.IsInterrupted();
+    fit.report.interrupted = InterruptWatch::IsInterrupted();
     if (request.iterations) {
       fit.options.MaxIterations = before.MaxIterations;
       fit.options.StopOnIterations = before.StopOnIterations;
