@@ -37,8 +37,10 @@ WeakDirection DirectionOf(double eigenvalue, const double* vector, const std::ve
   for (std::size_t k = 0; k < indices.size(); ++k) {
     direction.parts.push_back({static_cast<int>(indices[k]), vector[k]});
   }
+  // Parts that differ by rounding only stay in the order of the parameters.
+  const auto size = [](const auto& part) { return std::round(1e6 * std::fabs(part.weight)); };
   std::stable_sort(direction.parts.begin(), direction.parts.end(),
-                   [](const auto& a, const auto& b) { return std::fabs(a.weight) > std::fabs(b.weight); });
+                   [&](const auto& a, const auto& b) { return size(a) > size(b); });
   const double least = std::fabs(direction.parts.front().weight) / 10, sign = direction.parts.front().weight;
   std::erase_if(direction.parts, [&](const auto& part) { return std::fabs(part.weight) < least; });
   for (auto& part : direction.parts) part.weight = std::copysign(part.weight, part.weight * sign);

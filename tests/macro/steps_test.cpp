@@ -69,5 +69,32 @@ TEST_F(Steps, VerboseSaysWhichStep) {
             "m.kvs:5: StepForward: nothing done: there is no step to redo\n");
 }
 
+TEST_F(Steps, AMacroBeginsAtItsLevelAndTheLevelBeforeReturns) {
+  ASSERT_TRUE(session.SetDefaults(Defaults::kPresent).Ok());
+  int methodInside = 0;
+  onPump = [&] { methodInside = fit.options.Method; };
+  Run("FitOptions(MaxIterations=7);Wait();");
+  EXPECT_EQ(methodInside, 1);
+  EXPECT_EQ(fit.options, [] {
+    FitOptions options = WithDefaults({}, Defaults::kPresent);
+    options.MaxIterations = 7;
+    return options;
+  }());
+  Run("Defaults(Level=2);Wait();");
+  EXPECT_EQ(methodInside, 2);
+  ASSERT_TRUE(session.SetDefaults(Defaults::kFormer).Ok());
+  desk.macro.defaults = Defaults::kPresent;
+  Run("Wait();");
+  EXPECT_EQ(methodInside, 2);
+  EXPECT_EQ(fit.options.Method, 1);
+}
+
+TEST(NewSessions, BeginWithTheDefaultsOfToday) {
+  TestPlatform platform;
+  const Session session(platform);
+  EXPECT_EQ(session.Fit().options, WithDefaults({}, Defaults::kPresent));
+  EXPECT_EQ(session.Fit().options.Method, 2);
+}
+
 }  // namespace
 }  // namespace kalvex
