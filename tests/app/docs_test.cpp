@@ -173,7 +173,7 @@ TEST_F(DocsOnRuns, TheFirstFitOfTheReadmeSaysWhatTheReadmeShows) {
       macro += text + '\n';
     }
   }
-  ASSERT_EQ(shown.size(), 16u);
+  ASSERT_EQ(shown.size(), 17u);
   folder.Write("R_gaas.dat", PageAt("examples/gaas/R_gaas.dat"));
   folder.Write("first.kvs", macro);
   run = RunProgram(folder, {"--verbose", "first.kvs"});
