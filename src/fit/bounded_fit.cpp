@@ -14,7 +14,7 @@ struct Scaling {
   double relativeChange;  // added to the scale: a change of an unknown by its own value costs this part of the sum
   double memory;          // a scale is at least this part of the last one
 };
-constexpr Scaling kCautious{1e-3, 0.5}, kBold{0, 0};
+constexpr Scaling kCautious{1e-3, 0.25}, kBold{0, 0};
 // A step is accepted if it gains this part of what is predicted.
 constexpr double kLeastGainRatio = 1e-4;
 // Differences of two sums below this part of them are rounding.
@@ -79,9 +79,9 @@ class Minimiser {
     here_ = problem_.LineariseAt(x_);
     sum_ = here_.sum;
     isLinearised_ = result_.endsAtX = true;
-    for (std::size_t i = 0; i < x_.size(); ++i) diagonal_[i] = here_.curvature(i, i);
     for (std::size_t i = 0; i < x_.size(); ++i) {
-      scale_[i] = std::max(diagonal_[i], scaling_.memory * scaling_.memory * scale_[i]);
+      diagonal_[i] = here_.curvature(i, i);
+      scale_[i] = std::max(diagonal_[i], scaling_.memory * scale_[i]);
     }
     FindHeld();
   }

@@ -91,53 +91,67 @@ void NoteEnds(FitRun& run, const BoundedFitResult& result) {
   report.converged = IsConverged(result.end);
 }
 
+BoundedFitOptions OptionsOf(const FitRun& run) {
+  const FitOptions& options = run.fit.options;
+  BoundedFitOptions out;
+  out.mostIterations = options.StopOnIterations ? std::min(kMostIterations, options.MaxIterations) : kMostIterations;
+  out.pool = run.eval.pool;
+  return out;
+}
+
+// The text of the rule that ends one fit after a step, or null.
+const char* FinishStep(FitRun& run, const BoundedFitProgress& now) {
+  run.fit.TotalChiSq = now.sum;
+  run.fit.Lambda = now.lambda;
+  run.history.push_back(now.sumBefore);
+  FinishIteration(run);
+  if (const char* const why = IterationsAreOver(run)) return why;
+  if (const char* const why = TimeIsOver(run)) return why;
+  return UserStops(run);
+}
+
+// Many starts are ended only by the time and the user.
+const char* FinishStepOfMany(FitRun& run) {
+  TakeTime(run);
+  const char* const why = TimeIsOver(run);
+  return why ? why : UserStops(run);
+}
+
+void NoteMinima(FitRun& run, ManyStartsResult& many) {
+  run.fit.report.minima = std::move(many.minima);
+  run.fit.report.startsNotConverged = many.notConverged;
+  run.history.assign(1, many.best.startSum);
+  FinishIteration(run);
+  run.fit.IterationCount = many.best.iterations;
+}
+
 }  // namespace
 
 const char* RunBounded(FitRun& run) {
   SpectraProblem problem(run);
   const Limits limits = LimitsOf(run);
   std::vector<double> x;
-  for (std::size_t i = 0; i < run.Masters(); ++i) x.push_back(run.CellOf(i).value);
-  for (std::size_t i = 0; i < x.size(); ++i) {
+  for (std::size_t i = 0; i < run.Masters(); ++i) {
+    x.push_back(run.CellOf(i).value);
     if (x[i] < limits.lower[i] || x[i] > limits.upper[i]) run.fit.report.movedInside.push_back(static_cast<int>(i));
   }
-  BoundedFitOptions options;
-  options.mostIterations = kMostIterations;
-  options.pool = run.eval.pool;
-  if (run.fit.options.StopOnIterations)
-    options.mostIterations = std::min(kMostIterations, run.fit.options.MaxIterations);
-  const char* why = nullptr;
+  const BoundedFitOptions options = OptionsOf(run);
   const FitStarts& starts = run.fit.starts;
-  const auto afterStep = [&](const BoundedFitProgress& now) {
-    run.fit.TotalChiSq = now.sum;
-    run.fit.Lambda = now.lambda;
-    run.history.push_back(now.sumBefore);
-    FinishIteration(run);
-    why = IterationsOrTimeAreOver(run);
-    if (!why) why = UserStops(run);
-    return why == nullptr;
-  };
-  // From many starts, only the time and the user end all of them.
-  const auto afterStepOfMany = [&](const BoundedFitProgress&) { return (why = UserStops(run)) == nullptr; };
-  BoundedFitResult result;
+  const char* why = nullptr;
+  ManyStartsResult many;
   if (starts.count > 1) {
-    ManyStartsResult many =
-        FitFromManyStarts(problem, x, limits.lower, limits.upper, starts.count, starts.seed, options, afterStepOfMany);
-    run.fit.report.minima = std::move(many.minima);
-    run.fit.report.startsNotConverged = many.notConverged;
-    result = std::move(many.best);
-    problem.SumAt(x);
-    run.history.assign(1, result.startSum);
-    FinishIteration(run);
-    run.fit.IterationCount = result.iterations;
+    many = FitFromManyStarts(problem, x, limits.lower, limits.upper, starts.count, starts.seed, options,
+                             [&](const BoundedFitProgress&) { return (why = FinishStepOfMany(run)) == nullptr; });
   } else {
-    result = FitWithinLimits(problem, x, limits.lower, limits.upper, options, afterStep);
+    many.best = FitWithinLimits(problem, x, limits.lower, limits.upper, options,
+                                [&](const BoundedFitProgress& now) { return (why = FinishStep(run, now)) == nullptr; });
   }
-  if (starts.count <= 1 && !result.endsAtX) problem.SumAt(x);
-  NoteEnds(run, result);
+  if (!many.best.endsAtX) problem.SumAt(x);
+  if (starts.count > 1) NoteMinima(run, many);
+  NoteEnds(run, many.best);
   if (why) return why;
-  return result.end == BoundedFitEnd::kTooManyIterations && run.fit.options.StopOnIterations ? "number of iterations"
-                                                                                             : TextOf(result.end);
+  const bool byNumber = many.best.end == BoundedFitEnd::kTooManyIterations && run.fit.options.StopOnIterations;
+  return byNumber ? "number of iterations" : TextOf(many.best.end);
 }
 
 }  // namespace kalvex

@@ -118,7 +118,8 @@ class DampedLoop {
       ShowLimitMessage();
       return "a parameter ran out of limits";
     }
-    if (const char* const why = IterationsOrTimeAreOver(run_)) return why;
+    if (const char* const why = IterationsAreOver(run_)) return why;
+    if (const char* const why = TimeIsOver(run_)) return why;
     if (run_.fit.options.StopOnReduction && ReductionTooSmall()) return "ChiSq no longer falls";
     return UserStops(run_);
   }

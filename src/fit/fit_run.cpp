@@ -47,22 +47,26 @@ void SetCoupledOnes(FitRun& run) {
   }
 }
 
+void TakeTime(FitRun& run) { run.fit.ElapsedSeconds = static_cast<int>(run.platform.ClockSeconds() - run.startTime); }
+
 void FinishIteration(FitRun& run) {
   FitState& fit = run.fit;
   fit.IterationCount = static_cast<int>(run.history.size());
-  fit.ElapsedSeconds = static_cast<int>(run.platform.ClockSeconds() - run.startTime);
+  TakeTime(run);
   fit.ChiSqChange = run.history.front() - fit.TotalChiSq;
   run.observer.IterationEnds();
   NoteIfNotWritten(run.log.WriteRow(fit, run.cells), fit.report);
 }
 
-const char* IterationsOrTimeAreOver(const FitRun& run) {
+const char* IterationsAreOver(const FitRun& run) {
   const FitState& fit = run.fit;
-  const FitOptions& options = fit.options;
   if (fit.IterationCount >= kMostIterations) return "largest number of iterations of a run";
-  if (options.StopOnIterations && fit.IterationCount >= options.MaxIterations) return "number of iterations";
-  if (options.StopOnTime && fit.ElapsedSeconds >= options.MaxSeconds) return "time";
-  return nullptr;
+  const bool isOver = fit.options.StopOnIterations && fit.IterationCount >= fit.options.MaxIterations;
+  return isOver ? "number of iterations" : nullptr;
+}
+
+const char* TimeIsOver(const FitRun& run) {
+  return run.fit.options.StopOnTime && run.fit.ElapsedSeconds >= run.fit.options.MaxSeconds ? "time" : nullptr;
 }
 
 const char* UserStops(FitRun& run) {

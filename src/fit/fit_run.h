@@ -40,11 +40,15 @@ void Linearise(FitRun& run);
 // Coupled parameters are also set one by one: the group of the master reaches them, but a limit of their own may apply.
 void SetCoupledOnes(FitRun& run);
 
-// Counts the iteration, notifies the observer and writes a row of the log.
+// Sets the seconds since the start of the run.
+void TakeTime(FitRun& run);
+
+// Counts the iteration and the seconds, notifies the observer and writes a row of the log.
 void FinishIteration(FitRun& run);
 
-// The text of the first rule on iterations, time or the user that ends the run, or null. Polls the observer.
-const char* IterationsOrTimeAreOver(const FitRun& run);
+// The text of the rule if it ends the run, or null. UserStops polls the observer.
+const char* IterationsAreOver(const FitRun& run);
+const char* TimeIsOver(const FitRun& run);
 const char* UserStops(FitRun& run);
 
 }  // namespace kalvex

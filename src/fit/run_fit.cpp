@@ -30,14 +30,16 @@ void LineariseInValues(FitRun& run) {
   Linearise(run);
 }
 
-// Near a limit the coordinate of the damped loop has no slope: a parameter that came there stays.
-bool IsNear(double value, double limit) {
+// Near a limit the coordinate of the damped loop has no slope: a parameter that came there stays. Near is small beside
+// the value, the limit, or the value at the start, since a limit is often 0.
+bool IsNear(double limit, const FitRun& run, std::size_t i) {
   constexpr double kNear = 1e-6;
-  return std::fabs(value - limit) <= kNear * std::max(std::fabs(value), std::fabs(limit));
+  const double value = run.CellOf(i).value;
+  return std::fabs(value - limit) <=
+         kNear * std::max({std::fabs(value), std::fabs(limit), std::fabs(run.fit.startValues[i])});
 }
-bool IsAtALimit(const ModelParam& cell) {
-  return (cell.useMin && IsNear(cell.value, cell.min)) || (cell.useMax && IsNear(cell.value, cell.max));
-}
+bool IsAtMin(const FitRun& run, std::size_t i) { return run.CellOf(i).useMin && IsNear(run.CellOf(i).min, run, i); }
+bool IsAtMax(const FitRun& run, std::size_t i) { return run.CellOf(i).useMax && IsNear(run.CellOf(i).max, run, i); }
 
 // By how much an undamped step of the parameters that no limit holds lowers ChiSq, as far as its curvature tells.
 double GainOfAStep(FitRun& run, std::span<const char> held) {
@@ -56,8 +58,10 @@ double GainOfAStep(FitRun& run, std::span<const char> held) {
 }
 
 bool AnyAtALimit(const FitRun& run) {
-  const auto masters = std::span(run.cells).first(run.Masters());
-  return std::any_of(masters.begin(), masters.end(), [](const ModelParam* cell) { return IsAtALimit(*cell); });
+  for (std::size_t i = 0; i < run.Masters(); ++i) {
+    if (IsAtMin(run, i) || IsAtMax(run, i)) return true;
+  }
+  return false;
 }
 
 // The parameters at a limit, and which of them it holds. Results and files stay as the loop left them.
@@ -71,9 +75,9 @@ std::vector<char> NoteLimits(FitRun& run) {
   run.fit.TotalChiSq = chiSq;
   std::vector<char> held(run.Masters());
   for (std::size_t i = 0; i < run.Masters(); ++i) {
-    const ModelParam& cell = run.CellOf(i);
-    if (!IsAtALimit(cell)) continue;
-    const bool pushes = (cell.useMin && IsNear(cell.value, cell.min)) == (run.equations.beta[i] > 0);
+    const bool isAtMin = IsAtMin(run, i);
+    if (!isAtMin && !IsAtMax(run, i)) continue;
+    const bool pushes = isAtMin == (run.equations.beta[i] > 0);
     held[i] = pushes;
     (pushes ? report.onLimit : report.stuckOnLimit).push_back(static_cast<int>(i));
   }
