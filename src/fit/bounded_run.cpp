@@ -136,7 +136,7 @@ const char* RunBounded(FitRun& run) {
     if (x[i] < limits.lower[i] || x[i] > limits.upper[i]) run.fit.report.movedInside.push_back(static_cast<int>(i));
   }
   const BoundedFitOptions options = OptionsOf(run);
-  const FitStarts& starts = run.fit.starts;
+  const FitStarts& starts = run.starts;
   const char* why = nullptr;
   ManyStartsResult many;
   if (starts.count > 1) {

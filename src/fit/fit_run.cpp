@@ -25,12 +25,14 @@ void RouseThreads(FitRun& run) {
 
 }  // namespace
 
-FitRun::FitRun(FitState& state, ParamTables& tables, EvalContext& context, Platform& machine, FitObserver& follower)
+FitRun::FitRun(FitState& state, ParamTables& tables, EvalContext& context, Platform& machine, FitObserver& follower,
+               const FitStarts& from)
     : fit(state),
       params(tables),
       eval(context),
       platform(machine),
       observer(follower),
+      starts(from),
       cells(CellsOfFit(state, tables, context)),
       coordinates(cells.size()),
       equations(static_cast<std::size_t>(state.NumFreeParams)) {}

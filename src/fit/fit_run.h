@@ -21,6 +21,7 @@ struct FitRun {
   EvalContext& eval;
   Platform& platform;
   FitObserver& observer;
+  FitStarts starts;
   FitCells cells;                          // of fit.params
   std::vector<FitCoordinate> coordinates;  // of cells, at the start of the iteration
   NormalEquations equations;
@@ -28,7 +29,8 @@ struct FitRun {
   FitLog log;
   std::int64_t startTime = 0;
 
-  FitRun(FitState& state, ParamTables& tables, EvalContext& context, Platform& machine, FitObserver& follower);
+  FitRun(FitState& state, ParamTables& tables, EvalContext& context, Platform& machine, FitObserver& follower,
+         const FitStarts& from);
 
   std::size_t Masters() const { return equations.beta.size(); }
   ModelParam& CellOf(std::size_t i) const { return *cells[i]; }

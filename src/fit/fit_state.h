@@ -122,13 +122,6 @@ struct FitOptions {
   bool operator==(const FitOptions&) const = default;
 };
 
-// From where a run starts.
-struct FitStarts {
-  int count = 1;  // more than 1: from the present values, and from points scattered around them
-  std::uint32_t seed = 1;
-  bool operator==(const FitStarts&) const = default;
-};
-
 // How a run ended.
 struct FitReport {
   std::string stop;          // the stop rule that ended the run
@@ -172,7 +165,6 @@ struct FitState {
   bool StopRequested = false;
 
   FitOptions options;
-  FitStarts starts;
   FitReport report;
 
   bool operator==(const FitState&) const = default;

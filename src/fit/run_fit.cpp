@@ -140,7 +140,8 @@ void NoteNothingToFit(FitState& fit) {
 
 }  // namespace
 
-Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer) {
+Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer,
+              const FitStarts& starts) {
   fit.report = {};
   if (fit.NumFitParams < 1) {
     NoteNothingToFit(fit);
@@ -149,7 +150,7 @@ Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& p
   fit.FitRunning = true;
   Status status;
   try {
-    FitRun run(fit, params, eval, platform, observer);
+    FitRun run(fit, params, eval, platform, observer, starts);
     // All parameters of an outdated list may have been removed.
     if (run.cells.empty()) {
       NoteNothingToFit(fit);

@@ -25,10 +25,17 @@ class FitObserver {
 
 inline constexpr int kMostIterations = 1000;
 
+// From where a run starts.
+struct FitStarts {
+  int count = 1;  // more than 1, for the bounded fit: from the present values, and from points scattered around them
+  std::uint32_t seed = 1;
+};
+
 // Varies fit.params to minimise TotalChiSq until a stop rule applies. Writes the files that the options demand to the
 // current directory. Without parameters it does nothing. fit.report holds how the run ended. Fails only if memory runs
 // out.
-Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer);
+Status RunFit(FitState& fit, ParamTables& params, EvalContext& eval, Platform& platform, FitObserver& observer,
+              const FitStarts& starts = {});
 
 // Swaps each parameter's value with the stored start value, its error too if StandardErrors is on, and computes ChiSq.
 // Limits and coupling are not applied. Nothing happens if no start values are stored.

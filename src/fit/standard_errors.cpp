@@ -32,8 +32,8 @@ double Scaled(const SquareMatrix& curvature, std::size_t i, std::size_t j) {
 // ChiSq has the curvature 2/sigma^2 along a parameter of the standard error sigma.
 double ErrorOf(double inverse, double diagonal) { return std::sqrt(2 * inverse / diagonal); }
 
-WeakDirection DirectionOf(double eigenvalue, const double* vector, const std::vector<std::size_t>& indices) {
-  WeakDirection direction{eigenvalue, {}};
+WeakDirection DirectionOf(const double* vector, const std::vector<std::size_t>& indices) {
+  WeakDirection direction;
   for (std::size_t k = 0; k < indices.size(); ++k) {
     direction.parts.push_back({static_cast<int>(indices[k]), vector[k]});
   }
@@ -62,7 +62,7 @@ Determination ByEigenvalues(const SquareMatrix& curvature, const std::vector<std
     const double value = eigen.values[k];
     const double* const vector = eigen.vectors.data() + k * n;
     const bool isRounding = value <= rounding;
-    if (isRounding) found.undetermined.push_back(DirectionOf(value, vector, indices));
+    if (isRounding) found.undetermined.push_back(DirectionOf(vector, indices));
     if (!isRounding && found.rank++ == 0) found.condition = eigen.values[n - 1] / value;
     for (std::size_t a = 0; a < n; ++a) {
       (isRounding ? hidden : inverse)[a] += vector[a] * vector[a] / (isRounding ? 1 : value);

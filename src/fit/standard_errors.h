@@ -11,14 +11,13 @@
 
 namespace kalvex {
 
-// A common change of parameters. Along it ChiSq changes little or not at all.
+// A common change of parameters along which ChiSq does not change.
 struct WeakDirection {
   struct Part {
     int param = 0;
     double weight = 0;  // in units of the parameter's error if the others were known
     bool operator==(const Part&) const = default;
   };
-  double curvature = 0;     // the eigenvalue, of a mean of 1
   std::vector<Part> parts;  // the largest first; those below a tenth of the largest are left out
   bool operator==(const WeakDirection&) const = default;
 };

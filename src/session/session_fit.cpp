@@ -264,10 +264,10 @@ Status Session::RunFit(const FitRequest& request) {
       fit.options.StopOnIterations = true;
     }
     fit.StopRequested = false;
-    fit.starts = {request.starts.value_or(1), request.seed.value_or(1)};
     StoreStartValues(fit, tables_.params, eval_);
     RunFollower follower(*this);
-    Status status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower);
+    Status status = kalvex::RunFit(fit, tables_.params, eval_, *platform_, follower,
+                                   {request.starts.value_or(1), request.seed.value_or(1)});
     fit.report.interrupted = InterruptWatch::IsInterrupted();
     if (request.iterations) {
       fit.options.MaxIterations = before.MaxIterations;

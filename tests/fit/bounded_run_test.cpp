@@ -50,10 +50,10 @@ TEST_F(BoundedRun, TheLimitsOfEveryMemberOfAGroupApply) {
 
 TEST_F(BoundedRun, TheTimeEndsManyStarts) {
   Prepare(0.05);
-  fit().starts = {1000000, 1};
   options().StopOnTime = true;
   options().MaxSeconds = 0;
-  s.Run();
+  FitObserver silent;
+  ASSERT_TRUE(RunFit(fit(), s.tables.params, s.tables.eval, s.tables.platform, silent, {1000000, 1}).Ok());
   EXPECT_EQ(Stop(), "time");
 }
 
